@@ -1,0 +1,28 @@
+# Header-only libraries are reached through a folder of links, so that a cross build never sees the
+# rest of the system's headers.
+set(TOLVANE_HEADERS ${CMAKE_BINARY_DIR}/headers)
+file(MAKE_DIRECTORY ${TOLVANE_HEADERS})
+foreach(entry asio asio.hpp nlohmann CLI ibase.h iberror.h firebird)
+    if(NOT EXISTS /usr/include/${entry})
+        message(FATAL_ERROR "/usr/include/${entry} is missing; scripts/packages.sh installs it")
+    endif()
+    file(CREATE_LINK /usr/include/${entry} ${TOLVANE_HEADERS}/${entry} SYMBOLIC)
+endforeach()
+
+add_library(tolvane_headers INTERFACE)
+target_include_directories(tolvane_headers SYSTEM INTERFACE ${TOLVANE_HEADERS})
+
+find_package(Threads REQUIRED)
+add_library(tolvane_asio INTERFACE)
+target_link_libraries(tolvane_asio INTERFACE tolvane_headers Threads::Threads)
+target_compile_definitions(tolvane_asio INTERFACE ASIO_STANDALONE ASIO_NO_DEPRECATED)
+if(WIN32)
+    target_link_libraries(tolvane_asio INTERFACE ws2_32 mswsock)
+endif()
+
+# GoogleTest is built from its source package for both targets, with the flags of the build.
+set(INSTALL_GTEST OFF CACHE BOOL "" FORCE)
+set(gtest_force_shared_crt ON CACHE BOOL "" FORCE)
+if(BUILD_TESTING)
+    add_subdirectory(/usr/src/googletest ${CMAKE_BINARY_DIR}/googletest EXCLUDE_FROM_ALL SYSTEM)
+endif()

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+
+#include "config/IniDocument.h"
+
+namespace tolvane {
+
+// A file could not be read or written; the message (code page 1251) names the file and the system's
+// reason with its number.
+class TFileError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+// A missing file or folder is an empty document. Throws TFileError when a file is there but cannot
+// be read.
+TIniDocument ReadIniFile(const std::filesystem::path& file);
+// Replaces the file atomically: whoever reads it, at any moment, finds the old or the new content
+// whole. Nothing is written when the file already holds these bytes. Throws TFileError; the old
+// file is then untouched.
+void WriteIniFile(const std::filesystem::path& file, const TIniDocument& document);
+
+}  // namespace tolvane

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+
+#include "config/TypesUnit.h"
+
+namespace tolvane {
+
+class TIniDocument;
+
+inline constexpr int kScaleSlots = 20;
+
+// The twenty slots of configured scales, numbered 1 to 20. The order of the slots is the order of
+// every list of scales.
+class TScaleTable {
+public:
+    TScaleRec& operator[](int slot) { return slots_[static_cast<std::size_t>(slot - 1)]; }
+    const TScaleRec& operator[](int slot) const {
+        return slots_[static_cast<std::size_t>(slot - 1)];
+    }
+
+    // Reads sections SCALE1 to SCALE20; a slot without a section becomes empty. A communication
+    // type other than 0, 1, 2 leaves the slot's as it was.
+    void Load(const TIniDocument& document);
+    // Writes the slots in use and erases the sections of the others; all else in the document
+    // stays.
+    void Save(TIniDocument& document) const;
+
+private:
+    std::array<TScaleRec, kScaleSlots> slots_{};
+};
+
+// A slot that the editor and the file keep: port, name and address are all there.
+bool IsInUse(const TScaleRec& rec);
+// A slot that a run can use: address and port are there.
+bool IsUsableForRuns(const TScaleRec& rec);
+
+}  // namespace tolvane

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace tolvane {
+
+// A number with at least `integerDigits` digits before and exactly `decimals` digits after the
+// separator. Rounds decimally, half away from zero, on the number's 15 significant decimal digits:
+// 1.005 (stored as 1.00499…) gives 1.01, as a price list shows it. A result of zero has no sign.
+std::string FormatFixed(double value, int integerDigits, int decimals, char decimalSeparator);
+
+// The shortest usual text of a number, up to 15 significant digits: 12.5 -> "12,5", 3 -> "3".
+std::string FormatNumber(double value, char decimalSeparator);
+
+// A decimal integer with an optional sign, blanks around it allowed; nothing when the text is none
+// or does not fit.
+std::optional<std::int32_t> ParseInteger(std::string_view text);
+// The same with a default for what is no integer.
+std::int32_t ParseIntegerOr(std::string_view text, std::int32_t otherwise);
+
+// A decimal number with the given separator, an optional sign and exponent, blanks around it
+// allowed; nothing when the text is none.
+std::optional<double> ParseNumber(std::string_view text, char decimalSeparator);
+
+}  // namespace tolvane
