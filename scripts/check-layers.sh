@@ -1,0 +1,84 @@
+#!/usr/bin/env bash
+# Checks who includes what, against the table below. Usage: check-layers.sh [ROOT]
+# Prints each violation as file:line: text, and ends with 1 when there is any.
+set -euo pipefail
+
+root=${1:-$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)}
+cd "$root"
+
+# folder: the folders whose headers it may include (its own is always allowed)
+may_include() {
+    case $1 in
+        src/text) echo "" ;;
+        src/config | src/database | src/comm) echo "text" ;;
+        src/scale) echo "text config comm" ;;
+        src/articles) echo "text config database" ;;
+        src/upload) echo "text config comm database scale articles" ;;
+        src/window) echo "text" ;;
+        src/config/forms) echo "text config comm window comm/forms" ;;
+        src/comm/forms) echo "text config comm window" ;;
+        src/articles/forms) echo "text config database articles window" ;;
+        src/upload/forms) echo "text config comm scale articles upload window" ;;
+        src/entry) echo "text config comm database scale articles upload window config/forms comm/forms articles/forms upload/forms" ;;
+        host) echo "text config window host entry/HostInterface.h" ;;
+        simulator) echo "text simulator" ;;
+        *) return 1 ;;
+    esac
+}
+
+# the layer of a source file: the longest folder of the table above that it lies in
+layer_of() {
+    local folder
+    folder=$(dirname "$1")
+    while [[ $folder != . ]]; do
+        if may_include "$folder" >/dev/null; then
+            echo "$folder"
+            return
+        fi
+        folder=$(dirname "$folder")
+    done
+}
+
+bad=0
+violation() {
+    echo "$1:$2: $3"
+    bad=1
+}
+
+windows_allowed() {
+    [[ $1 == src/window/* || $1 == src/entry/* || $1 == src/*/forms/* || $1 == host/* || $1 == *_win32.cpp ]]
+}
+
+check_include() { # file line header layer
+    local file=$1 line=$2 header=$3 layer=$4
+    case $header in
+        windows.h | windowsx.h | commctrl.h | winsock2.h | ws2tcpip.h | commdlg.h | shellapi.h | winspool.h | tchar.h | Windows.h)
+            windows_allowed "$file" || violation "$file" "$line" "<$header> is for windows and *_win32.cpp files only"
+            ;;
+        ibase.h | iberror.h | firebird/*)
+            [[ $file == src/database/* ]] || violation "$file" "$line" "<$header> is for src/database only"
+            ;;
+        asio.hpp | asio/*)
+            [[ $file == src/comm/* || $file == simulator/* ]] || violation "$file" "$line" "<$header> is for src/comm and the simulator only"
+            ;;
+    esac
+    local target=${header%/*}
+    [[ $header == */* && ( -d src/$target || $target == simulator || $target == host ) ]] || return 0
+    [[ src/$target == "$layer" || $target == "$layer" ]] && return 0
+    local allowed
+    for allowed in $(may_include "$layer"); do
+        [[ $target == "$allowed" || $header == "$allowed" ]] && return 0
+    done
+    violation "$file" "$line" "$layer must not include \"$header\""
+}
+
+while IFS= read -r file; do
+    layer=$(layer_of "$file")
+    [[ -n $layer ]] || { violation "$file" 1 "lies in no known folder"; continue; }
+    while IFS=: read -r line text; do
+        [[ $text =~ ^[[:space:]]*#[[:space:]]*include[[:space:]]*[\<\"]([^\>\"]+)[\>\"] ]] || continue
+        check_include "$file" "$line" "${BASH_REMATCH[1]}" "$layer"
+    done < <(grep -nE '^[[:space:]]*#[[:space:]]*include' "$file" || true)
+done < <(find src host simulator -type f \( -name '*.cpp' -o -name '*.h' \) | sort)
+
+exit $bad
