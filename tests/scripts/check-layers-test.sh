@@ -1,0 +1,39 @@
+#!/usr/bin/env bash
+# Plants one fault of each kind in a tree of its own and expects the layers check to name it.
+set -euo pipefail
+
+check=$(cd "$(dirname "${BASH_SOURCE[0]}")/../../scripts" && pwd)/check-layers.sh
+tree=$(mktemp -d)
+trap 'rm -rf "$tree"' EXIT
+failed=0
+
+expect() { # title, file, include, expected words ("" for no complaint)
+    rm -rf "${tree:?}"/*
+    mkdir -p "$tree"/src/{text,config/forms,comm,scale,articles,upload/forms,database,window,entry} \
+        "$tree"/{host,simulator}
+    printf '#include %s\n' "$3" >"$tree/$2"
+    local out code=0
+    out=$("$check" "$tree" 2>&1) || code=$?
+    if [[ -z $4 && $code -eq 0 && -z $out ]] || [[ -n $4 && $code -eq 1 && $out == "$2:1: "*"$4"* ]]; then
+        printf 'ok: %s\n' "$1"
+    else
+        printf 'FAILED: %s (code %s): %s\n' "$1" "$code" "$out"
+        failed=1
+    fi
+}
+
+expect "Windows in portable code" src/scale/a.cpp '<windows.h>' "*_win32.cpp files only"
+expect "Windows in a platform half" src/comm/a_win32.cpp '<windows.h>' ""
+expect "Windows in a form" src/upload/forms/a.cpp '<windows.h>' ""
+expect "client library outside database" src/articles/a.cpp '<ibase.h>' "src/database only"
+expect "client library in database" src/database/a.cpp '<ibase.h>' ""
+expect "Asio outside the channels" src/scale/a.h '<asio.hpp>' "src/comm and the simulator only"
+expect "a lower folder uses a higher one" src/comm/a.h '"scale/DevElicomScaleUnit.h"' "must not include"
+expect "siblings" src/config/a.h '"comm/Clock.h"' "must not include"
+expect "portable code uses a form" src/upload/a.cpp '"upload/forms/SetPluUnit.h"' "must not include"
+expect "a form uses what lies under it" src/upload/forms/a.cpp '"upload/ScaleRun.h"' ""
+expect "simulator uses the driver" simulator/a.cpp '"scale/ScaleFrame.h"' "must not include"
+expect "host uses module internals" host/a.cpp '"entry/ModuleState.h"' "must not include"
+expect "host uses the host interface" host/a.cpp '"entry/HostInterface.h"' ""
+
+exit $failed
