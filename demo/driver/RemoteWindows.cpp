@@ -1,0 +1,104 @@
+#include "demo/driver/RemoteWindows.h"
+
+#include <array>
+#include <chrono>
+#include <thread>
+#include <vector>
+
+namespace tolvane {
+namespace {
+
+class TProcess {
+public:
+    explicit TProcess(HWND window) {
+        DWORD id = 0;
+        GetWindowThreadProcessId(window, &id);
+        handle_ = OpenProcess(PROCESS_VM_READ | PROCESS_QUERY_INFORMATION, FALSE, id);
+    }
+    TProcess(const TProcess&) = delete;
+    TProcess& operator=(const TProcess&) = delete;
+    ~TProcess() {
+        if (handle_ != nullptr) CloseHandle(handle_);
+    }
+
+    std::string ReadZeroTerminated(const void* address) const {
+        std::string text;
+        const char* at = static_cast<const char*>(address);
+        char c = 0;
+        SIZE_T read = 0;
+        while (text.size() < 100 && ReadProcessMemory(handle_, at, &c, 1, &read) != 0 && c != 0) {
+            text += c;
+            ++at;
+        }
+        return text;
+    }
+
+private:
+    HANDLE handle_ = nullptr;
+};
+
+struct TSearch {
+    std::function<bool(HWND)> matches;
+    HWND found = nullptr;
+};
+
+BOOL CALLBACK VisitWindow(HWND window, LPARAM parameter) {
+    auto& search = *reinterpret_cast<TSearch*>(parameter);
+    if (search.matches(window)) search.found = window;
+    return search.found == nullptr ? TRUE : FALSE;
+}
+
+BOOL CALLBACK VisitTopLevel(HWND window, LPARAM parameter) {
+    if (VisitWindow(window, parameter) == FALSE) return FALSE;
+    EnumChildWindows(window, VisitWindow, parameter);
+    return reinterpret_cast<TSearch*>(parameter)->found == nullptr ? TRUE : FALSE;
+}
+
+HWND FindWindowWhere(std::function<bool(HWND)> matches) {
+    TSearch search{std::move(matches)};
+    EnumWindows(VisitTopLevel, reinterpret_cast<LPARAM>(&search));
+    return search.found;
+}
+
+}  // namespace
+
+std::string ComponentNameOf(HWND window) {
+    const HANDLE property = GetPropW(window, L"ComponentName");
+    if (property == nullptr) return {};
+    return TProcess(window).ReadZeroTerminated(property);
+}
+
+HWND FindByClass(std::wstring_view className) {
+    return FindWindowWhere([&](HWND window) {
+        std::array<wchar_t, 100> name{};
+        GetClassNameW(window, name.data(), static_cast<int>(name.size()));
+        return className == name.data() && IsWindowVisible(window) != 0;
+    });
+}
+
+HWND FindByComponentName(std::string_view name) {
+    return FindWindowWhere([&](HWND window) { return ComponentNameOf(window) == name; });
+}
+
+std::string TextOf(HWND window) {
+    const auto length = static_cast<std::size_t>(SendMessageW(window, WM_GETTEXTLENGTH, 0, 0));
+    std::vector<wchar_t> wide(length + 1);
+    const auto read = static_cast<int>(
+        SendMessageW(window, WM_GETTEXT, wide.size(), reinterpret_cast<LPARAM>(wide.data())));
+    std::string text(static_cast<std::size_t>(read) * 3, '\0');
+    text.resize(static_cast<std::size_t>(
+        WideCharToMultiByte(CP_UTF8, 0, wide.data(), read, text.data(),
+                            static_cast<int>(text.size()), nullptr, nullptr)));
+    return text;
+}
+
+bool WaitFor(int seconds, const std::function<bool()>& condition) {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(seconds);
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() >= deadline) return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    }
+    return true;
+}
+
+}  // namespace tolvane

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace tolvane {
+
+// Windows of other processes on the same desktop, found as their owner named them.
+
+// The component name that a window carries in its property "ComponentName", read from the process
+// that owns it; empty when it has none.
+std::string ComponentNameOf(HWND window);
+// The first visible window of the class, top-level or child; null when there is none.
+HWND FindByClass(std::wstring_view className);
+// The first window, top-level or child, with the component name; null when there is none.
+HWND FindByComponentName(std::string_view name);
+// A window's text as UTF-8.
+std::string TextOf(HWND window);
+// Asks until the condition holds; false when `seconds` have passed first.
+bool WaitFor(int seconds, const std::function<bool()>& condition);
+
+}  // namespace tolvane

@@ -1,0 +1,143 @@
+// Drives the windows of another program for scripts, one action per call:
+//
+//   window-driver rows NAME COUNT        waits until the list view NAME has COUNT rows or more
+//   window-driver window CLASS           waits until a window of the class is visible
+//   window-driver gone CLASS             waits until there is none
+//   window-driver enabled NAME           waits until the control is enabled
+//   window-driver command CLASS NUMBER   posts a menu command to the window of the class
+//   window-driver click NAME             presses a button
+//   window-driver close CLASS            asks the window to close
+//   window-driver text NAME              prints the control's text as UTF-8
+//   window-driver place CLASS X Y W H    moves and sizes the window
+//
+// Every call waits up to --seconds (60) for what it needs, and ends with 1 when that did not come.
+
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <iostream>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "demo/driver/RemoteWindows.h"
+
+namespace tolvane {
+namespace {
+
+struct TCall {
+    int seconds = 60;
+    std::vector<std::string> arguments;
+
+    std::wstring Wide(std::size_t index) const {
+        return {arguments.at(index).begin(), arguments.at(index).end()};
+    }
+    int Number(std::size_t index) const { return std::stoi(arguments.at(index)); }
+};
+
+bool WaitForClass(const TCall& call, HWND& window) {
+    return WaitFor(call.seconds, [&] { return (window = FindByClass(call.Wide(0))) != nullptr; });
+}
+
+bool WaitForControl(const TCall& call, HWND& window) {
+    return WaitFor(call.seconds,
+                   [&] { return (window = FindByComponentName(call.arguments.at(0))) != nullptr; });
+}
+
+bool Rows(const TCall& call) {
+    return WaitFor(call.seconds, [&] {
+        const HWND list = FindByComponentName(call.arguments.at(0));
+        return list != nullptr && SendMessageW(list, LVM_GETITEMCOUNT, 0, 0) >= call.Number(1);
+    });
+}
+
+bool Window(const TCall& call) {
+    HWND window = nullptr;
+    return WaitForClass(call, window);
+}
+
+bool Gone(const TCall& call) {
+    return WaitFor(call.seconds, [&] { return FindByClass(call.Wide(0)) == nullptr; });
+}
+
+bool Enabled(const TCall& call) {
+    return WaitFor(call.seconds, [&] {
+        const HWND window = FindByComponentName(call.arguments.at(0));
+        return window != nullptr && IsWindowEnabled(window) != 0;
+    });
+}
+
+bool Command(const TCall& call) {
+    HWND window = nullptr;
+    return WaitForClass(call, window) &&
+           PostMessageW(window, WM_COMMAND, static_cast<WPARAM>(call.Number(1)), 0) != 0;
+}
+
+bool Click(const TCall& call) {
+    HWND window = nullptr;
+    return WaitForControl(call, window) && Enabled(call) &&
+           PostMessageW(window, BM_CLICK, 0, 0) != 0;
+}
+
+bool Close(const TCall& call) {
+    HWND window = nullptr;
+    return WaitForClass(call, window) && PostMessageW(window, WM_CLOSE, 0, 0) != 0;
+}
+
+bool Text(const TCall& call) {
+    HWND window = nullptr;
+    if (!WaitForControl(call, window)) return false;
+    std::cout << TextOf(window) << std::flush;
+    return true;
+}
+
+bool Place(const TCall& call) {
+    HWND window = nullptr;
+    return WaitForClass(call, window) &&
+           SetWindowPos(window, nullptr, call.Number(1), call.Number(2), call.Number(3),
+                        call.Number(4), SWP_NOZORDER) != 0;
+}
+
+struct TAction {
+    std::size_t argumentCount;
+    bool (*run)(const TCall&);
+};
+
+const std::map<std::string, TAction> kActions = {
+    {"rows", {2, Rows}},       {"window", {1, Window}},   {"gone", {1, Gone}},
+    {"enabled", {1, Enabled}}, {"command", {2, Command}}, {"click", {1, Click}},
+    {"close", {1, Close}},     {"text", {1, Text}},       {"place", {5, Place}},
+};
+
+int Run(std::vector<std::string> words) {
+    TCall call;
+    if (words.size() >= 2 && words[0] == "--seconds") {
+        call.seconds = std::stoi(words[1]);
+        words.erase(words.begin(), words.begin() + 2);
+    }
+    const auto action = words.empty() ? kActions.end() : kActions.find(words[0]);
+    if (action == kActions.end() || words.size() != action->second.argumentCount + 1) {
+        std::cerr << "window-driver: unknown action or wrong arguments\n";
+        return 2;
+    }
+    call.arguments.assign(words.begin() + 1, words.end());
+    if (action->second.run(call)) return 0;
+    std::cerr << "window-driver: " << words[0] << " " << words[1] << ": not within " << call.seconds
+              << " s\n";
+    return 1;
+}
+
+}  // namespace
+}  // namespace tolvane
+
+int main(int argc, char** argv) {
+    try {
+        return tolvane::Run({argv + 1, argv + argc});
+    } catch (const std::exception& error) {
+        std::cerr << "window-driver: " << error.what() << "\n";
+        return 2;
+    }
+}
