@@ -1,0 +1,102 @@
+# Sourced by demo.sh, test.sh and the other scripts: where things are, and one line per step.
+#
+#   step "title" command args...
+#       Runs the command in a subshell with errexit on. Its output goes to build/logs/<title>.log;
+#       when it fails, the log's last lines are shown and the script ends with the command's code.
+#       Call it as a statement of its own: after `if`, `!`, `&&` or `||` bash ignores errexit.
+#       What a later step needs goes through files, as variables set in a step are lost.
+#
+# TOLVANE_BUILD moves the build folder (servers, prefixes and logs included), so that two runs can
+# stand side by side.
+
+set -euo pipefail
+
+ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+SCRIPTS=$ROOT/scripts
+BUILD=${TOLVANE_BUILD:-$ROOT/build}
+mkdir -p "$BUILD"
+BUILD=$(cd "$BUILD" && pwd)
+LOGS=$BUILD/logs
+JOBS=$(nproc)
+
+have_root() {
+    [ "$(id -u)" -eq 0 ]
+}
+
+# say <text>...: one line to the terminal.
+say() {
+    printf '%s\n' "$*"
+}
+
+# fail <text>...: the reason why the running step or script ends.
+fail() {
+    printf '%s\n' "$*" >&2
+    exit 1
+}
+
+step() {
+    local title=$1 status=0 started=$SECONDS log
+    shift
+    mkdir -p "$LOGS"
+    log=$LOGS/$(tr -cs 'A-Za-z0-9.+\n' '-' <<<"$title").log
+    printf '%s ... ' "$title"
+    set +e
+    (
+        trap - EXIT
+        set -e
+        "$@"
+    ) >"$log" 2>&1 </dev/null
+    status=$?
+    set -e
+    if [ "$status" -eq 0 ]; then
+        printf 'ok (%d s)\n' "$((SECONDS - started))"
+        return 0
+    fi
+    printf '\n'
+    {
+        printf 'FAILED: %s\n' "$title"
+        tail -n 30 "$log"
+        printf 'whole log: %s\n' "$log"
+    } >&2
+    exit "$status"
+}
+
+# wait_until <seconds> <command>...: polls the command until it succeeds; fails at the deadline.
+wait_until() {
+    local deadline=$((SECONDS + $1))
+    shift
+    until "$@"; do
+        [ "$SECONDS" -lt "$deadline" ] || return 1
+        sleep 0.05
+    done
+}
+
+# process_is <pid> <word>: whether the process lives and has the word in its command line. A number
+# that was kept in a file may belong to another program by now.
+process_is() {
+    [ -n "$1" ] && [ -r "/proc/$1/cmdline" ] && tr '\0' ' ' <"/proc/$1/cmdline" | grep -qF -- "$2"
+}
+
+# process_gone <pid>: whether it has ended, a zombie that nobody reaped included.
+process_gone() {
+    ! [ -d "/proc/$1" ] || grep -q '^State:[[:space:]]*Z' "/proc/$1/status" 2>/dev/null
+}
+
+# end_process <pid> <word>: asks the process to end, and makes it end after ten seconds.
+end_process() {
+    process_is "$1" "$2" || return 0
+    kill "$1" 2>/dev/null || return 0
+    wait_until 10 process_gone "$1" || kill -9 "$1" 2>/dev/null || true
+    wait_until 10 process_gone "$1"
+}
+
+# newer_than <stamp> <file>...: whether the stamp is missing or a file has changed since.
+newer_than() {
+    local stamp=$1 file
+    shift
+    [ -e "$stamp" ] || return 0
+    for file in "$@"; do
+        [ "$file" -nt "$stamp" ] && return 0
+    done
+    return 1
+}

@@ -1,0 +1,167 @@
+# Sourced: 32-bit Windows programs under Wine, in a prefix and on a display of their own.
+#
+#   wine_prefix_make             makes the prefix (build/wine) when it is not there
+#   display_start, display_stop  a private X display, 1280x900; its number is found by itself
+#   wine_regional <code page> <separator>
+#                                1251|1252 and comma|point: the system code page, and the user's
+#                                number, date and time formats, of every program that follows
+#   wine_run <program> <argument>...
+#                                runs the program so; its exit code comes back
+#   wine_com_port <COM5> <path>  maps a port name to a pty; ends the prefix's Wine processes
+#   screenshot <file.png>        the private display as a picture
+#   wine_stop                    ends every Wine process of the prefix, and no other
+#
+#   wine_command <command>...    runs any command (ctest, for one) with all that these need
+#
+# TOLVANE_WINE names another prefix. With TOLVANE_INTERACTIVE=1 windows go to the user's display.
+
+source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
+
+WINE_PREFIX=${TOLVANE_WINE:-$BUILD/wine}
+DISPLAY_FOLDER=$BUILD/display
+
+# In a subshell: runs one command with what every Wine process of this project needs. The native
+# client library that fbclient.dll calls takes its message texts from FIREBIRD_MSG. The locale is
+# set by env, as bash warns of one that is not generated.
+wine_command() (
+    export WINEPREFIX=$WINE_PREFIX WINEARCH=win32 WINEDEBUG=${WINEDEBUG:--all}
+    export WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe=d"
+    export WINEDLLPATH=$BUILD/fbclient
+    export FIREBIRD_MSG=/usr/lib/x86_64-linux-gnu/firebird/3.0
+    unset LANG LANGUAGE LC_CTYPE
+    if [ -e "$DISPLAY_FOLDER/number" ] && [ "${TOLVANE_INTERACTIVE:-}" != 1 ]; then
+        DISPLAY=:$(cat "$DISPLAY_FOLDER/number")
+        export DISPLAY
+    fi
+    exec env LC_ALL="$(wine_locale "$(wine_state codepage)")" "$@"
+)
+
+# The locale by which Wine takes its code page; it need not be generated on the machine.
+wine_locale() {
+    case $1 in
+        1251) printf 'bg_BG.CP1251' ;;
+        *) printf 'C.UTF-8' ;;
+    esac
+}
+
+wine_state() {
+    cat "$WINE_PREFIX/tolvane-$1" 2>/dev/null || true
+}
+
+# Waits until the prefix's last process has ended, so that its registry lies on the disk.
+wine_settle() {
+    wine_command timeout 60 wineserver -w
+}
+
+wine_prefix_make() {
+    [ -e "$WINE_PREFIX/tolvane-made" ] && return 0
+    wine_stop
+    rm -rf "$WINE_PREFIX"
+    mkdir -p "$(dirname "$WINE_PREFIX")"
+    wine_command env -u DISPLAY timeout 300 wineboot -i
+    wine_settle
+    [ -e "$WINE_PREFIX/system.reg" ] || fail "wineboot made no prefix in $WINE_PREFIX"
+    touch "$WINE_PREFIX/tolvane-made"
+}
+
+wine_stop() {
+    [ -d "$WINE_PREFIX" ] || return 0
+    wine_command wineserver -k || true
+    wine_settle || fail "the Wine processes of $WINE_PREFIX do not end"
+}
+
+wine_run() {
+    wine_command wine "$@"
+}
+
+# regional_values <separator>: the user's formats as the registry keeps them.
+regional_values() {
+    case $1 in
+        comma)
+            cat <<'VALUES'
+"sDecimal"=","
+"sThousand"=" "
+"sMonDecimalSep"=","
+"sMonThousandSep"=" "
+"sDate"="."
+"sShortDate"="dd.MM.yyyy"
+"sTime"=":"
+"sTimeFormat"="HH:mm:ss"
+"iTime"="1"
+VALUES
+            ;;
+        point)
+            cat <<'VALUES'
+"sDecimal"="."
+"sThousand"=","
+"sMonDecimalSep"="."
+"sMonThousandSep"=","
+"sDate"="/"
+"sShortDate"="M/d/yyyy"
+"sTime"=":"
+"sTimeFormat"="h:mm:ss tt"
+"iTime"="0"
+VALUES
+            ;;
+        *) fail "wine_regional: comma or point, not \"$1\"" ;;
+    esac
+}
+
+# Wine writes a locale's own formats into the registry when a process first runs under another
+# locale; the wanted ones are therefore set after that has happened.
+wine_regional() {
+    local codepage=$1 separator=$2
+    [[ $codepage == 1251 || $codepage == 1252 ]] || fail "wine_regional: 1251 or 1252, not \"$codepage\""
+    [ "$(wine_state codepage) $(wine_state separator)" = "$codepage $separator" ] && return 0
+    wine_stop
+    rm -f "$WINE_PREFIX/tolvane-separator"
+    printf '%s\n' "$codepage" >"$WINE_PREFIX/tolvane-codepage"
+    {
+        printf 'REGEDIT4\n\n[HKEY_CURRENT_USER\\Control Panel\\International]\n'
+        regional_values "$separator"
+    } >"$WINE_PREFIX/drive_c/tolvane.reg"
+    wine_run cmd /c ver
+    wine_run regedit /S 'C:\tolvane.reg'
+    wine_settle
+    printf '%s\n' "$separator" >"$WINE_PREFIX/tolvane-separator"
+}
+
+wine_com_port() {
+    wine_run reg add 'HKLM\Software\Wine\Ports' /v "$1" /t REG_SZ /d "$2" /f
+    wine_stop
+}
+
+display_pid() {
+    cat "$DISPLAY_FOLDER/pid" 2>/dev/null || true
+}
+
+display_start() {
+    local number=
+    if process_is "$(display_pid)" Xvfb && [ -e "$DISPLAY_FOLDER/number" ]; then
+        return 0
+    fi
+    display_stop
+    mkdir -p "$DISPLAY_FOLDER"
+    mkfifo "$DISPLAY_FOLDER/answer"
+    setsid Xvfb -displayfd 3 -screen 0 1280x900x24 -nolisten tcp 3>"$DISPLAY_FOLDER/answer" \
+        >"$DISPLAY_FOLDER/xvfb.log" 2>&1 </dev/null &
+    printf '%s\n' "$!" >"$DISPLAY_FOLDER/pid"
+    # Xvfb writes the number when it serves the display; a failed start closes the pipe.
+    read -r -t 60 number <"$DISPLAY_FOLDER/answer" || true
+    if [ -z "$number" ]; then
+        cat "$DISPLAY_FOLDER/xvfb.log"
+        display_stop
+        fail "Xvfb did not start"
+    fi
+    printf '%s\n' "$number" >"$DISPLAY_FOLDER/number"
+}
+
+display_stop() {
+    end_process "$(display_pid)" Xvfb
+    rm -rf "$DISPLAY_FOLDER"
+}
+
+screenshot() {
+    mkdir -p "$(dirname "$1")"
+    wine_command import -window root "$1"
+}
