@@ -11,7 +11,7 @@ declare -A GROUPS_OF_PACKAGES=(
              libcli11-dev googletest libbenchmark-dev firebird-dev"
     [check]="clang-format clang-tidy"
     [wine]="wine wine32:i386 wine64 fonts-wine fonts-dejavu-core fonts-liberation xvfb
-            imagemagick xdotool"
+            imagemagick xdotool locales"
     [firebird]="firebird3.0-server firebird3.0-utils firebird-dev libfbclient2:i386"
     [winelib]="libwine-dev:i386 wine32-tools:i386 gcc-multilib"
     [shop]="iproute2 socat procps"

@@ -19,10 +19,11 @@ source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
 WINE_PREFIX=${TOLVANE_WINE:-$BUILD/wine}
 DISPLAY_FOLDER=$BUILD/display
+LOCALE_FOLDER=$BUILD/locale
 
 # In a subshell: runs one command with what every Wine process of this project needs. The native
 # client library that fbclient.dll calls takes its message texts from FIREBIRD_MSG. The locale is
-# set by env, as bash warns of one that is not generated.
+# set by env, as bash itself warns of one that the machine does not have.
 wine_command() (
     export WINEPREFIX=$WINE_PREFIX WINEARCH=win32 WINEDEBUG=${WINEDEBUG:--all}
     export WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe=d"
@@ -33,15 +34,25 @@ wine_command() (
         DISPLAY=:$(cat "$DISPLAY_FOLDER/number")
         export DISPLAY
     fi
-    exec env LC_ALL="$(wine_locale "$(wine_state codepage)")" "$@"
+    exec env LOCPATH="$LOCALE_FOLDER" LC_ALL="$(wine_locale "$(wine_state codepage)")" "$@"
 )
 
-# The locale by which Wine takes its code page; it need not be generated on the machine.
+# Wine takes the system code page from the language of the locale, and the file names of the
+# machine from its character set, which therefore has to be UTF-8 in both.
 wine_locale() {
     case $1 in
-        1251) printf 'bg_BG.CP1251' ;;
+        1251) printf 'bg_BG.UTF-8' ;;
         *) printf 'C.UTF-8' ;;
     esac
+}
+
+# The Bulgarian locale is made in the build folder; the machine's own locales stay as they are.
+wine_locale_make() {
+    [ -d "$LOCALE_FOLDER/bg_BG.UTF-8" ] && return 0
+    rm -rf "$LOCALE_FOLDER"
+    mkdir -p "$LOCALE_FOLDER"
+    localedef -i bg_BG -f UTF-8 "$LOCALE_FOLDER/new"
+    mv "$LOCALE_FOLDER/new" "$LOCALE_FOLDER/bg_BG.UTF-8"
 }
 
 wine_state() {
@@ -54,6 +65,7 @@ wine_settle() {
 }
 
 wine_prefix_make() {
+    wine_locale_make
     [ -e "$WINE_PREFIX/tolvane-made" ] && return 0
     wine_stop
     rm -rf "$WINE_PREFIX"
@@ -114,6 +126,7 @@ wine_regional() {
     [[ $codepage == 1251 || $codepage == 1252 ]] || fail "wine_regional: 1251 or 1252, not \"$codepage\""
     [ "$(wine_state codepage) $(wine_state separator)" = "$codepage $separator" ] && return 0
     wine_stop
+    wine_locale_make
     rm -f "$WINE_PREFIX/tolvane-separator"
     printf '%s\n' "$codepage" >"$WINE_PREFIX/tolvane-codepage"
     {
