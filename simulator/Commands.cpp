@@ -1,0 +1,42 @@
+#include "simulator/Commands.h"
+
+namespace tolvane::simulator {
+
+namespace {
+
+// One row per run of parameters with the same length; a length of kFree stands for "as it comes",
+// kLong for the model's own.
+constexpr int kFree = -1;
+constexpr int kLong = -2;
+struct TLengthRow {
+    int last;
+    int length;
+};
+constexpr std::array<TLengthRow, 6> kTextLengths = {{
+    {3, 31},
+    {5, kFree},
+    {18, 31},
+    {22, kLong},
+    {23, 31},
+    {kHighestParameter, 15},
+}};
+
+}  // namespace
+
+std::optional<TModel> ModelByName(std::string_view name) {
+    for (std::size_t i = 0; i < kModels.size(); ++i) {
+        if (kModels[i].name == name) return static_cast<TModel>(i);
+    }
+    return std::nullopt;
+}
+
+std::optional<int> TextLength(TModel model, int parameter) {
+    for (const TLengthRow& row : kTextLengths) {
+        if (parameter > row.last) continue;
+        if (row.length == kFree) return std::nullopt;
+        return row.length == kLong ? PropertiesOf(model).longTextLength : row.length;
+    }
+    return std::nullopt;
+}
+
+}  // namespace tolvane::simulator

@@ -1,0 +1,7 @@
+#include "simulator/Console.h"
+
+namespace tolvane::simulator {
+
+void ShowUtf8() {}
+
+}  // namespace tolvane::simulator

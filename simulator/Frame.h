@@ -1,0 +1,60 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace tolvane::simulator {
+
+using TBytes = std::vector<std::uint8_t>;
+
+// The scale's side of the frame. On the wire a request is 04 <stuffed body> 03 and a reply is
+// 02 <stuffed body> 03; a body is address, command, data, checksum (sum of the bytes before it,
+// modulo 256). Inside a stuffed body 0D starts a run of bytes sent with 0x14 added, 0C a run of
+// bytes sent as they are.
+inline constexpr std::uint8_t kRequestStart = 0x04;
+inline constexpr std::uint8_t kReplyStart = 0x02;
+inline constexpr std::uint8_t kFrameEnd = 0x03;
+inline constexpr std::uint8_t kOffsetMarker = 0x0D;
+inline constexpr std::uint8_t kPlainMarker = 0x0C;
+inline constexpr std::uint8_t kOffset = 0x14;
+
+enum class TDefect {
+    None,
+    Stuffing,  // no marker in front, or a byte that cannot stand in its run
+    TooShort,  // fewer than address, command and checksum
+    Checksum
+};
+
+struct TRequest {
+    TDefect defect = TDefect::None;
+    std::uint8_t address = 0;  // this and the rest: only with defect None or Checksum
+    std::uint8_t command = 0;
+    TBytes data;
+};
+
+// Takes a request frame apart, start and end byte included. Never fails; see `defect`.
+TRequest DecodeRequest(std::span<const std::uint8_t> frame);
+
+// Address, command, data and a checksum that is off by `checksumError`, between 02 and 03.
+TBytes EncodeReply(std::uint8_t address, std::uint8_t command, const TBytes& data,
+                   std::uint8_t checksumError = 0);
+
+// Cuts a stream of bytes into request frames. What stands outside a frame, and a frame that grows
+// beyond kLongestFrame, is dropped and counted; a start byte inside a frame starts anew, since
+// no body contains it.
+class TRequestParser {
+public:
+    static constexpr std::size_t kLongestFrame = 1024;
+
+    // The frames that end within `bytes`, start and end byte included.
+    std::vector<TBytes> Feed(std::span<const std::uint8_t> bytes);
+    std::size_t GarbageCount() const { return garbage_; }
+
+private:
+    TBytes frame_;
+    std::size_t garbage_ = 0;
+};
+
+}  // namespace tolvane::simulator

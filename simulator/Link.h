@@ -1,0 +1,54 @@
+#pragma once
+
+#include <asio/any_io_executor.hpp>
+#include <deque>
+#include <functional>
+#include <memory>
+
+#include "simulator/ReplyPlan.h"
+
+namespace tolvane::simulator {
+
+// What a scale does with a request frame.
+using TAnswer = std::function<TReplyPlan(const TBytes& frame)>;
+
+// One client's wire, as the plans see it. It is used on the thread of its executor only and lives
+// in a shared_ptr, which a plan at work holds.
+class TLink : public std::enable_shared_from_this<TLink> {
+public:
+    explicit TLink(asio::any_io_executor executor) : executor_(std::move(executor)) {}
+    virtual ~TLink() = default;
+    TLink(const TLink&) = delete;
+    TLink& operator=(const TLink&) = delete;
+
+    // Carries the plan out after those before it; a detached one at once.
+    void Perform(TReplyPlan plan);
+    const asio::any_io_executor& Executor() const { return executor_; }
+
+protected:
+    using TDone = std::function<void(bool sent)>;
+
+    // Starts to send one segment or datagram; `bytes` live until `done` is called.
+    virtual void Write(const TBytes& bytes, TDone done) = 0;
+    virtual void WriteStray(const TBytes&) {}
+    virtual void End(TEnding ending) = 0;
+
+private:
+    friend class TPlanRun;
+    struct TPending {
+        TBytes bytes;
+        TDone done;
+    };
+
+    // One write at a time, so that a detached plan never lands inside another's bytes.
+    void Enqueue(TBytes bytes, TDone done);
+    void WriteNext();
+    void PerformNext();
+
+    asio::any_io_executor executor_;
+    std::deque<TReplyPlan> plans_;
+    bool performing_ = false;
+    std::deque<TPending> writes_;
+};
+
+}  // namespace tolvane::simulator

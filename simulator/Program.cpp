@@ -1,0 +1,98 @@
+#include <asio/io_context.hpp>
+#include <asio/signal_set.hpp>
+#include <csignal>
+#include <exception>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+
+#include "simulator/Console.h"
+#include "simulator/Hex.h"
+#include "simulator/ProgramOptions.h"
+#include "simulator/VirtualScale.h"
+
+namespace tolvane::simulator {
+
+namespace {
+
+void SaveReporting(const TScaleState& state, const std::string& path) {
+    try {
+        SaveState(state, path);
+    } catch (const std::exception& error) {
+        std::cerr << error.what() << std::endl;
+    }
+}
+
+void Trace(const TBytes& frame, const TReplyPlan& plan) {
+    std::cout << "< " << ToHex(frame, " ") << '\n';
+    if (plan.steps.empty()) std::cout << "> nothing\n";
+    for (const TSendStep& step : plan.steps)
+        std::cout << "> " << ToHex(step.bytes, " ") << '\n';
+    std::cout.flush();
+}
+
+// The lines that say where the scale listens; a file gets them as a whole.
+void TellReady(const TVirtualScale& scale, const std::string& path) {
+    std::string lines;
+    for (const std::string& endpoint : scale.Endpoints())
+        lines += "ready " + endpoint + '\n';
+    std::cout << lines << std::flush;
+    if (path.empty()) return;
+    const std::string temporary = path + ".new";
+    std::ofstream file(temporary, std::ios::binary | std::ios::trunc);
+    file << lines;
+    file.close();
+    if (!file) throw std::runtime_error("cannot write " + temporary);
+    std::filesystem::rename(temporary, path);
+}
+
+void WaitForSignal() {
+    asio::io_context io;
+    asio::signal_set signals(io, SIGINT, SIGTERM);
+#ifdef SIGBREAK
+    signals.add(SIGBREAK);
+#endif
+    signals.async_wait([](const std::error_code&, int) {});
+    io.run();
+}
+
+void Serve(const TProgramOptions& program) {
+    TScaleOptions options = program.scale;
+    if (program.saveOnWeighing) {
+        options.onWeighing = [path = program.savePath](const TScaleState& state) {
+            SaveReporting(state, path);
+        };
+    }
+    if (program.trace) options.onExchange = Trace;
+    TVirtualScale scale(std::move(options));
+    scale.Start();
+    TellReady(scale, program.readyPath);
+    WaitForSignal();
+    scale.Stop();
+    if (program.print) std::cout << PrintState(scale.State()) << std::flush;
+    if (!program.savePath.empty()) SaveState(scale.State(), program.savePath);
+}
+
+int Run(int argc, char** argv) {
+    ShowUtf8();
+    try {
+        const TProgramOptions program = ParseProgramOptions(argc, argv);
+        if (program.exitCode) return *program.exitCode;
+        if (!program.showPath.empty())
+            std::cout << PrintState(LoadState(program.showPath)) << std::flush;
+        else
+            Serve(program);
+        return 0;
+    } catch (const std::exception& error) {
+        std::cerr << "virtual-scale: " << error.what() << std::endl;
+        return 1;
+    }
+}
+
+}  // namespace
+
+}  // namespace tolvane::simulator
+
+int main(int argc, char** argv) {
+    return tolvane::simulator::Run(argc, argv);
+}

@@ -1,0 +1,131 @@
+#include "simulator/ProgramOptions.h"
+
+#include <CLI/CLI.hpp>
+#include <vector>
+
+namespace tolvane::simulator {
+
+namespace {
+
+// What the command line says, before it is put over a loaded state.
+struct TArguments {
+    std::string model;
+    std::string codeTable;
+    std::string onWrongAddress = "silent";
+    std::string onBadChecksum = "silent";
+    std::string loadPath;
+    std::optional<std::string> version;
+    std::optional<int> capacity;
+    std::optional<int> labelMode;
+    std::optional<int> address;
+    std::vector<std::string> faults;
+    std::string faultScript;
+    std::optional<std::uint32_t> seed;
+};
+
+CLI::Validator Names(std::initializer_list<std::string> names) {
+    return CLI::IsMember(std::vector<std::string>(names));
+}
+
+void AddScaleOptions(CLI::App& app, TArguments& arguments, TProgramOptions& program) {
+    app.add_option("--model", arguments.model, "EVL (default), ETS or S300")
+        ->check(Names({"EVL", "ETS", "S300"}));
+    app.add_option("--label-mode", arguments.labelMode, "byte 16 of the version reply")
+        ->check(CLI::Range(0, 255));
+    app.add_option("--capacity", arguments.capacity, "highest article number")
+        ->check(CLI::Range(1, 65535));
+    app.add_option("--version-text", arguments.version, "four characters");
+    app.add_option("--version-reply-length", program.scale.versionReplyLength,
+                   "data bytes of the version reply, 17 by default")
+        ->check(CLI::Range(1, 255));
+    app.add_option("--address", arguments.address, "the scale's address")
+        ->check(CLI::Range(0, 255));
+    app.add_option("--code-table", arguments.codeTable,
+                   "how texts are shown: win, pc855 or pc866 (default)")
+        ->check(Names({"win", "pc855", "pc866"}));
+    app.add_option("--on-wrong-address", arguments.onWrongAddress, "silent (default) or error")
+        ->check(Names({"silent", "error"}));
+    app.add_option("--on-bad-checksum", arguments.onBadChecksum, "silent (default) or error")
+        ->check(Names({"silent", "error"}));
+}
+
+void AddLinkOptions(CLI::App& app, TProgramOptions& program) {
+    app.add_option("--host", program.scale.host, "IP address to listen on, 127.0.0.1 by default");
+    app.add_option("--tcp,--port", program.scale.tcpPort,
+                   "TCP port; 0 (default) takes any free one");
+}
+
+void AddFaultOptions(CLI::App& app, TArguments& arguments) {
+    app.add_option("--fault", arguments.faults,
+                   "KIND,key=value,... as simulator/README.md lists them; may be given again")
+        ->expected(1)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    app.add_option("--fault-script", arguments.faultScript, "JSON file with a list of faults");
+    app.add_option("--seed", arguments.seed, "of the faults that come by chance");
+}
+
+void AddFileOptions(CLI::App& app, TArguments& arguments, TProgramOptions& program) {
+    app.add_option("--load", arguments.loadPath, "state to start from");
+    CLI::Option* save = app.add_option("--save", program.savePath, "file for the state on exit");
+    app.add_flag("--save-on-weighing", program.saveOnWeighing,
+                 "save also when the scale returns to weighing mode")
+        ->needs(save);
+    app.add_option("--ready-file", program.readyPath, "file for the \"ready\" lines");
+    app.add_option("--show", program.showPath, "print a saved state as a table and end");
+    app.add_flag("--print", program.print, "print on exit what the scale holds");
+    app.add_flag("--trace", program.trace, "print every request and reply");
+}
+
+// A loaded state says what the scale is; the command line overrules it.
+void SetScale(const TArguments& arguments, TScaleOptions& scale) {
+    if (!arguments.loadPath.empty()) {
+        scale.initialState = LoadState(arguments.loadPath);
+        scale.scale = scale.initialState->scale;
+    }
+    TScaleProperties& properties = scale.scale;
+    if (!arguments.model.empty()) {
+        const TScaleProperties before = properties;
+        properties = DefaultProperties(*ModelByName(arguments.model));
+        properties.labelMode = before.labelMode;
+        properties.address = before.address;
+        properties.codeTable = before.codeTable;
+    }
+    if (!arguments.codeTable.empty()) properties.codeTable = *CodeTableByName(arguments.codeTable);
+    if (arguments.version) properties.version = *arguments.version;
+    if (arguments.capacity) properties.capacity = *arguments.capacity;
+    if (arguments.labelMode) properties.labelMode = *arguments.labelMode;
+    if (arguments.address) properties.address = *arguments.address;
+    scale.answersWrongAddress = arguments.onWrongAddress == "error";
+    scale.answersBadChecksum = arguments.onBadChecksum == "error";
+    scale.keepsRequests = false;
+}
+
+void SetFaults(const TArguments& arguments, TScaleOptions& scale) {
+    if (!arguments.faultScript.empty()) scale.faults = LoadFaults(arguments.faultScript);
+    for (const std::string& fault : arguments.faults)
+        scale.faults.faults.push_back(FaultFromText(fault));
+    if (arguments.seed) scale.faults.seed = *arguments.seed;
+}
+
+}  // namespace
+
+TProgramOptions ParseProgramOptions(int argc, const char* const* argv) {
+    TProgramOptions program;
+    TArguments arguments;
+    CLI::App app("A label scale in software: keeps what is written into it", "virtual-scale");
+    AddScaleOptions(app, arguments, program);
+    AddLinkOptions(app, program);
+    AddFaultOptions(app, arguments);
+    AddFileOptions(app, arguments, program);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        program.exitCode = app.exit(error);
+        return program;
+    }
+    SetScale(arguments, program.scale);
+    SetFaults(arguments, program.scale);
+    return program;
+}
+
+}  // namespace tolvane::simulator

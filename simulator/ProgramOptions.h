@@ -1,0 +1,25 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "simulator/VirtualScale.h"
+
+namespace tolvane::simulator {
+
+struct TProgramOptions {
+    TScaleOptions scale{};
+    std::string savePath{};
+    bool saveOnWeighing = false;
+    std::string readyPath{};
+    std::string showPath{};
+    bool print = false;
+    bool trace = false;
+    std::optional<int> exitCode{};  // set when the program has nothing more to do
+};
+
+// Reads the command line; help and what is wrong with it are printed here. Throws
+// std::runtime_error for a file that cannot be read and for a bad fault.
+TProgramOptions ParseProgramOptions(int argc, const char* const* argv);
+
+}  // namespace tolvane::simulator

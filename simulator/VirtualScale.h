@@ -1,0 +1,56 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "simulator/ScaleCore.h"
+
+namespace tolvane::simulator {
+
+// Where a scale listens. Any number of links share one scale.
+struct TScaleOptions : TCoreOptions {
+    std::string host = "127.0.0.1";            // an IP address
+    std::optional<std::uint16_t> tcpPort = 0;  // 0: any free one
+};
+
+// A scale in software, served by a thread of its own. Its operations may be called from any
+// thread, Start and Stop from one at a time.
+class TVirtualScale {
+public:
+    explicit TVirtualScale(TScaleOptions options = {});
+    ~TVirtualScale();
+    TVirtualScale(const TVirtualScale&) = delete;
+    TVirtualScale& operator=(const TVirtualScale&) = delete;
+
+    // Opens every link and serves them. Throws std::system_error or std::runtime_error when one
+    // cannot be opened; then none is.
+    void Start();
+    // Closes every link at once, whatever it is doing. What the scale holds stays, and Start
+    // may follow.
+    void Stop() noexcept;
+
+    // Of a started scale; 0 when it has no such link.
+    std::uint16_t Port() const;
+    // "tcp 127.0.0.1:1001" and so on, one for each link.
+    std::vector<std::string> Endpoints() const;
+
+    TScaleState State() const;
+    std::vector<TRecordedRequest> Requests() const;
+    // Replaces all faults, ends a silence and numbers the requests from 1 again.
+    void SetFaults(TFaultScript faults);
+    // Waits until that many frames have come since the scale was made; false when they have not.
+    bool WaitForRequests(int count, std::chrono::milliseconds timeout) const;
+
+private:
+    struct TRuntime;
+
+    TScaleOptions options_;
+    TScaleCore core_;
+    std::unique_ptr<TRuntime> runtime_;
+};
+
+}  // namespace tolvane::simulator
