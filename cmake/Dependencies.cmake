@@ -15,7 +15,10 @@ target_include_directories(tolvane_headers SYSTEM INTERFACE ${TOLVANE_HEADERS})
 find_package(Threads REQUIRED)
 add_library(tolvane_asio INTERFACE)
 target_link_libraries(tolvane_asio INTERFACE tolvane_headers Threads::Threads)
-target_compile_definitions(tolvane_asio INTERFACE ASIO_STANDALONE ASIO_NO_DEPRECATED)
+# Without the last one, whether Asio frees what it allocated with free or with delete depends on the
+# headers that a file includes before it.
+target_compile_definitions(tolvane_asio INTERFACE
+    ASIO_STANDALONE ASIO_NO_DEPRECATED ASIO_DISABLE_STD_ALIGNED_ALLOC)
 if(WIN32)
     target_link_libraries(tolvane_asio INTERFACE ws2_32 mswsock)
 endif()

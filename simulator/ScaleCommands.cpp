@@ -70,16 +70,17 @@ TRefusal TScaleCore::ChangeMode(const TRequest& request) {
 
 TBytes TScaleCore::Version(TRefusal refusal) const {
     constexpr std::size_t kVersionLength = 4;
-    TBytes data(17, 0);
-    data[0] = static_cast<std::uint8_t>(refusal);
-    for (std::size_t i = 0; i < kVersionLength; ++i) {
-        const std::string& version = state_.scale.version;
-        data[1 + i] = static_cast<std::uint8_t>(i < version.size() ? version[i] : ' ');
-    }
-    data[9] = static_cast<std::uint8_t>(state_.scale.capacity & 0xFF);
-    data[10] = static_cast<std::uint8_t>(state_.scale.capacity >> 8);
-    data[16] = static_cast<std::uint8_t>(state_.scale.labelMode);
-    data.resize(static_cast<std::size_t>(options_.versionReplyLength), 0);
+    TBytes data(static_cast<std::size_t>(options_.versionReplyLength), 0);
+    const auto set = [&](std::size_t index, int value) {
+        if (index < data.size()) data[index] = static_cast<std::uint8_t>(value & 0xFF);
+    };
+    const std::string& version = state_.scale.version;
+    set(0, static_cast<int>(refusal));
+    for (std::size_t i = 0; i < kVersionLength; ++i)
+        set(1 + i, i < version.size() ? version[i] : ' ');
+    set(9, state_.scale.capacity);
+    set(10, state_.scale.capacity >> 8);
+    set(16, state_.scale.labelMode);
     return data;
 }
 
