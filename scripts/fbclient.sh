@@ -1,3 +1,4 @@
+# shellcheck shell=bash disable=SC1091
 # Sourced: the Firebird client library for 32-bit Windows programs under Wine, built from
 # scripts/fbclient against the system's libfbclient:i386.
 #

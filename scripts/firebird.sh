@@ -1,3 +1,4 @@
+# shellcheck shell=bash disable=SC1091
 # Sourced: a private Firebird 3 server under build/firebird that runs as the calling user. The
 # system's own server, its folders and its passwords are never touched.
 #
@@ -116,7 +117,6 @@ firebird_try_port() {
 }
 
 firebird_start() {
-    local try
     if firebird_runs && firebird_accepts; then
         return 0
     fi
@@ -129,7 +129,7 @@ firebird_start() {
     if ! [ -e "$FIREBIRD_FOLDER/probe.fdb" ]; then
         firebird_isql -user "$FIREBIRD_USER" <<<"create database '$FIREBIRD_FOLDER/probe.fdb';"
     fi
-    for try in 1 2 3; do
+    for _ in 1 2 3; do
         firebird_try_port "$(firebird_free_port)" && return 0
         firebird_stop
     done

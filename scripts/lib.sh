@@ -1,3 +1,4 @@
+# shellcheck shell=bash disable=SC2034
 # Sourced by demo.sh, test.sh and the other scripts: where things are, and one line per step.
 #
 #   step "title" command args...

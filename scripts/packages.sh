@@ -16,7 +16,7 @@ declare -A GROUPS_OF_PACKAGES=(
     [winelib]="libwine-dev:i386 wine32-tools:i386 gcc-multilib"
     [shop]="iproute2 socat procps"
 )
-ALL_GROUPS="build check wine firebird winelib shop"
+ALL_GROUPS=(build check wine firebird winelib shop)
 PREFERENCES=/etc/apt/preferences.d/zz-tolvane-setup
 POLICY=/usr/sbin/policy-rc.d
 INSTALL=(apt-get install -y --no-install-recommends --no-remove
@@ -101,7 +101,7 @@ older_twins() {
             [ "${installed%% *}" = same ] || continue
             installed=${installed#* }
             candidate=$(apt-cache policy "$name:i386" | sed -n 's/^  Candidate: //p')
-            [ -n "$candidate" ] && [ "$candidate" != "(none)" ] || continue
+            case $candidate in "" | "(none)") continue ;; esac
             if dpkg --compare-versions "$installed" gt "$candidate"; then
                 printf '%s=%s\n' "$name" "$candidate"
             fi
@@ -148,7 +148,7 @@ install_packages() {
 }
 
 ensure_packages() {
-    [ $# -gt 0 ] || set -- $ALL_GROUPS
+    [ $# -gt 0 ] || set -- "${ALL_GROUPS[@]}"
     command -v apt-get >/dev/null || fail "this set-up is for Debian 12: there is no apt-get here"
     # An earlier run that was killed may have left these.
     if have_root; then restore_settings; fi

@@ -1,3 +1,4 @@
+# shellcheck shell=bash disable=SC1091
 # Sourced: 32-bit Windows programs under Wine, in a prefix and on a display of their own.
 #
 #   wine_prefix_make             makes the prefix (build/wine) when it is not there
@@ -59,31 +60,65 @@ wine_state() {
     cat "$WINE_PREFIX/tolvane-$1" 2>/dev/null || true
 }
 
-# Waits until the prefix's last process has ended, so that its registry lies on the disk.
-wine_settle() {
-    wine_command timeout 60 wineserver -w
-}
-
-wine_prefix_make() {
-    wine_locale_make
-    [ -e "$WINE_PREFIX/tolvane-made" ] && return 0
-    wine_stop
-    rm -rf "$WINE_PREFIX"
-    mkdir -p "$(dirname "$WINE_PREFIX")"
-    wine_command env -u DISPLAY timeout 300 wineboot -i
-    wine_settle
-    [ -e "$WINE_PREFIX/system.reg" ] || fail "wineboot made no prefix in $WINE_PREFIX"
-    touch "$WINE_PREFIX/tolvane-made"
+# Wine's own processes (the server, its services, the desktop) start with the first program and
+# outlive it. They are started apart, so that they keep no pipe of a caller open and do not get the
+# terminal's Ctrl+C. They stay for a minute after the last program, which makes the next start quick.
+wine_session() {
+    wine_command setsid -w wineserver -p60 >/dev/null 2>&1 </dev/null || return 0
+    wine_command setsid -w wine wineboot >/dev/null 2>&1 </dev/null
 }
 
 wine_stop() {
     [ -d "$WINE_PREFIX" ] || return 0
-    wine_command wineserver -k || true
-    wine_settle || fail "the Wine processes of $WINE_PREFIX do not end"
+    wine_command wineserver -k >/dev/null 2>&1 || true
+    wine_command timeout 60 wineserver -w || fail "the Wine processes of $WINE_PREFIX do not end"
 }
 
 wine_run() {
+    wine_session
     wine_command wine "$@"
+}
+
+wine_prefix_make() {
+    wine_locale_make
+    if ! [ -e "$WINE_PREFIX/tolvane-made" ]; then
+        wine_stop
+        rm -rf "$WINE_PREFIX"
+        mkdir -p "$(dirname "$WINE_PREFIX")"
+        wine_command env -u DISPLAY timeout 300 wineboot -i
+        wine_stop
+        [ -e "$WINE_PREFIX/system.reg" ] || fail "wineboot made no prefix in $WINE_PREFIX"
+        touch "$WINE_PREFIX/tolvane-made"
+    fi
+    # The package's own fonts (the signs of the caption buttons are one) are not found otherwise.
+    ln -sfn /usr/share/wine/fonts/*.ttf "$WINE_PREFIX/drive_c/windows/Fonts/"
+    wine_desktop
+}
+
+# wine_import <file>: a registry file into the prefix.
+wine_import() {
+    wine_run regedit /S "Z:${1//\//\\}"
+    wine_stop
+}
+
+# No window manager runs on the private display: a desktop of Wine's own draws the captions there
+# and gives the keys to the active window. The user's display has a manager, and gets plain windows.
+wine_desktop() {
+    local desktop='"Default"' file=$WINE_PREFIX/drive_c/tolvane-desktop.reg
+    [ "${TOLVANE_INTERACTIVE:-}" = 1 ] && desktop=-
+    [ "$(wine_state desktop)" = "$desktop" ] && return 0
+    wine_stop
+    cat >"$file" <<REGISTRY
+REGEDIT4
+
+[HKEY_CURRENT_USER\\Software\\Wine\\Explorer]
+"Desktop"=$desktop
+
+[HKEY_CURRENT_USER\\Software\\Wine\\Explorer\\Desktops]
+"Default"="1280x900"
+REGISTRY
+    wine_import "$file"
+    printf '%s\n' "$desktop" >"$WINE_PREFIX/tolvane-desktop"
 }
 
 # regional_values <separator>: the user's formats as the registry keeps them.
@@ -122,7 +157,7 @@ VALUES
 # Wine writes a locale's own formats into the registry when a process first runs under another
 # locale; the wanted ones are therefore set after that has happened.
 wine_regional() {
-    local codepage=$1 separator=$2
+    local codepage=$1 separator=$2 file=$WINE_PREFIX/drive_c/tolvane-regional.reg
     [[ $codepage == 1251 || $codepage == 1252 ]] || fail "wine_regional: 1251 or 1252, not \"$codepage\""
     [ "$(wine_state codepage) $(wine_state separator)" = "$codepage $separator" ] && return 0
     wine_stop
@@ -132,10 +167,9 @@ wine_regional() {
     {
         printf 'REGEDIT4\n\n[HKEY_CURRENT_USER\\Control Panel\\International]\n'
         regional_values "$separator"
-    } >"$WINE_PREFIX/drive_c/tolvane.reg"
+    } >"$file"
     wine_run cmd /c ver
-    wine_run regedit /S 'C:\tolvane.reg'
-    wine_settle
+    wine_import "$file"
     printf '%s\n' "$separator" >"$WINE_PREFIX/tolvane-separator"
 }
 
@@ -154,6 +188,8 @@ display_start() {
         return 0
     fi
     display_stop
+    # Wine's desktop process belongs to the display under which it started.
+    wine_stop
     mkdir -p "$DISPLAY_FOLDER"
     mkfifo "$DISPLAY_FOLDER/answer"
     setsid Xvfb -displayfd 3 -screen 0 1280x900x24 -nolisten tcp 3>"$DISPLAY_FOLDER/answer" \
