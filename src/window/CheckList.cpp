@@ -1,0 +1,72 @@
+#include "window/CheckList.h"
+
+#include <commctrl.h>
+
+#include <array>
+
+#include "window/WideText.h"
+
+namespace tolvane {
+
+int TCheckList::Count() const {
+    return ListView_GetItemCount(list_);
+}
+
+void TCheckList::Clear() {
+    ListView_DeleteAllItems(list_);
+}
+
+int TCheckList::Add(std::string_view text, bool checked) {
+    std::wstring wide = Wide(text);
+    LVITEMW item{};
+    item.mask = LVIF_TEXT;
+    item.iItem = Count();
+    item.pszText = wide.data();
+    const auto index =
+        static_cast<int>(SendMessageW(list_, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item)));
+    SetChecked(index, checked);
+    SendMessageW(list_, LVM_SETCOLUMNWIDTH, 0, LVSCW_AUTOSIZE_USEHEADER);
+    return index;
+}
+
+std::string TCheckList::Text(int index) const {
+    std::array<wchar_t, 512> buffer{};
+    LVITEMW item{};
+    item.pszText = buffer.data();
+    item.cchTextMax = static_cast<int>(buffer.size());
+    SendMessageW(list_, LVM_GETITEMTEXTW, static_cast<WPARAM>(index),
+                 reinterpret_cast<LPARAM>(&item));
+    return Narrow(buffer.data());
+}
+
+bool TCheckList::IsChecked(int index) const {
+    return ListView_GetCheckState(list_, index) == 1;
+}
+
+void TCheckList::SetChecked(int index, bool checked) {
+    ListView_SetCheckState(list_, index, checked ? TRUE : FALSE);
+}
+
+int TCheckList::Current() const {
+    return ListView_GetNextItem(list_, -1, LVNI_FOCUSED);
+}
+
+void TCheckList::SetCurrent(int index) {
+    constexpr UINT kState = LVIS_FOCUSED | LVIS_SELECTED;
+    ListView_SetItemState(list_, index, kState, kState);
+    ListView_EnsureVisible(list_, index, FALSE);
+}
+
+void TCheckList::Remove(int index) {
+    ListView_DeleteItem(list_, index);
+}
+
+void PrepareCheckList(HWND list) {
+    ListView_SetExtendedListViewStyle(list, LVS_EX_CHECKBOXES | LVS_EX_FULLROWSELECT);
+    LVCOLUMNW column{};
+    column.mask = LVCF_WIDTH;
+    column.cx = 100;
+    SendMessageW(list, LVM_INSERTCOLUMNW, 0, reinterpret_cast<LPARAM>(&column));
+}
+
+}  // namespace tolvane

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+#include <string_view>
+
+namespace tolvane {
+
+// A list of lines with check boxes (a list view of kind CheckList). A light handle, not an owner.
+class TCheckList {
+public:
+    explicit TCheckList(HWND list) noexcept : list_(list) {}
+
+    int Count() const;
+    void Clear();
+    // The new line's index.
+    int Add(std::string_view text, bool checked = false);
+    std::string Text(int index) const;
+    bool IsChecked(int index) const;
+    void SetChecked(int index, bool checked);
+    // The line with the focus, or -1.
+    int Current() const;
+    void SetCurrent(int index);
+    void Remove(int index);
+
+private:
+    HWND list_;
+};
+
+// Gives a freshly made list view its check boxes and its only column.
+void PrepareCheckList(HWND list);
+
+}  // namespace tolvane

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <windows.h>
+
+#include "window/Handles.h"
+
+namespace tolvane {
+
+// Sizes in this program are told at 96 dots per inch; this turns them into the pixels of the
+// system's resolution.
+class TDpi {
+public:
+    explicit TDpi(int dotsPerInch) noexcept : dotsPerInch_(dotsPerInch) {}
+    static TDpi System() noexcept;
+
+    int Scale(int at96) const noexcept { return MulDiv(at96, dotsPerInch_, 96); }
+    int Unscale(int pixels) const noexcept { return MulDiv(pixels, 96, dotsPerInch_); }
+    int DotsPerInch() const noexcept { return dotsPerInch_; }
+
+private:
+    int dotsPerInch_;
+};
+
+// A rectangle at 96 dots per inch.
+struct TPlace {
+    int x = 0;
+    int y = 0;
+    int width = 0;
+    int height = 0;
+};
+
+// The module's font: Tahoma of 8 points, or of another pixel height at 96 dots per inch.
+TOwnedFont MakeFont(TDpi dpi, bool bold = false, int pixelHeight = 0);
+// Width in pixels of a text drawn in the font.
+int TextWidth(HDC dc, HFONT font, const wchar_t* text, int length);
+
+}  // namespace tolvane

@@ -1,0 +1,196 @@
+#include "window/Form.h"
+
+#include <algorithm>
+#include <string>
+
+#include "text/Cp1251.h"
+#include "window/FlatButton.h"
+#include "window/VisualStyle.h"
+#include "window/WideText.h"
+
+namespace tolvane {
+
+TForm::TForm() : dpi_(TDpi::System()), font_(MakeFont(dpi_)), boldFont_(MakeFont(dpi_, true)) {
+    InitCommonControlClasses();
+}
+
+TForm::~TForm() {
+    queue_.Detach();
+}
+
+RECT TForm::OuterRect(const TFormOptions& options) const {
+    RECT rect{0, 0, dpi_.Scale(options.clientWidth), dpi_.Scale(options.clientHeight)};
+    AdjustWindowRectEx(&rect, options.style, FALSE, options.exStyle);
+    return rect;
+}
+
+void TForm::MakePopup(const TFormOptions& options, HWND owner) {
+    const HWND root = owner != nullptr ? GetAncestor(owner, GA_ROOT) : nullptr;
+    const RECT size = OuterRect(options);
+    RECT around{};
+    if (root == nullptr || IsIconic(root) != 0 || GetWindowRect(root, &around) == 0)
+        SystemParametersInfoW(SPI_GETWORKAREA, 0, &around, 0);
+    minWidth_ = options.minWidth;
+    minHeight_ = options.minHeight;
+    const int width = size.right - size.left;
+    const int height = size.bottom - size.top;
+    const int x = (around.left + around.right - width) / 2;
+    const int y = (around.top + around.bottom - height) / 2;
+    MakeWindow({options.className, options.name, options.caption, options.style, options.exStyle,
+                root, std::max(x, 0), std::max(y, 0), width, height});
+    queue_.Attach(Handle(), kRunQueueMessage);
+}
+
+void TForm::MakeMdiChild(const TFormOptions& options, HWND mdiClient) {
+    const DWORD exStyle = options.exStyle | WS_EX_MDICHILD | WS_EX_CONTROLPARENT;
+    const DWORD style = options.style | WS_CHILD | WS_CLIPSIBLINGS;
+    TFormOptions whole = options;
+    whole.style = style;
+    whole.exStyle = exStyle;
+    const RECT size = OuterRect(whole);
+    minWidth_ = options.minWidth;
+    minHeight_ = options.minHeight;
+    mdiChild_ = true;
+    MakeWindow({options.className, options.name, options.caption, style, exStyle, mdiClient,
+                CW_USEDEFAULT, CW_USEDEFAULT, size.right - size.left, size.bottom - size.top});
+    queue_.Attach(Handle(), kRunQueueMessage);
+    keyHook_.Install();
+}
+
+HWND TForm::Control(std::string_view name) const {
+    const HWND control = FindComponent(Handle(), name);
+    if (control == nullptr) throw TWindowError("no control " + std::string(name));
+    return control;
+}
+
+void TForm::Place(HWND control, const TPlace& place) const {
+    SetWindowPos(control, nullptr, dpi_.Scale(place.x), dpi_.Scale(place.y),
+                 dpi_.Scale(place.width), dpi_.Scale(place.height), SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+SIZE TForm::ClientSize() const {
+    RECT rect{};
+    GetClientRect(Handle(), &rect);
+    return {dpi_.Unscale(rect.right), dpi_.Unscale(rect.bottom)};
+}
+
+void TForm::OnCancel() {
+    const HWND button = GetDlgItem(Handle(), IDCANCEL);
+    if (button != nullptr) {
+        if (IsWindowEnabled(button) != 0) SendMessageW(button, BM_CLICK, 0, 0);
+    } else if (modal_) {
+        Close();
+    }
+}
+
+void TForm::Close() {
+    if (Handle() == nullptr) return;
+    if (modal_) {
+        EndModal(IDCANCEL);
+        return;
+    }
+    if (!CanClose(IDCANCEL)) return;
+    OnClose();
+    if (Handle() == nullptr) return;
+    if (mdiChild_)
+        SendMessageW(GetParent(Handle()), WM_MDIDESTROY, reinterpret_cast<WPARAM>(Handle()), 0);
+    else
+        Destroy();
+}
+
+LRESULT TForm::DefaultProc(const TMessage& message) {
+    return mdiChild_ ? DefMDIChildProcW(Handle(), message.id, message.wParam, message.lParam)
+                     : TWindow::DefaultProc(message);
+}
+
+LRESULT TForm::HandleMessage(const TMessage& message) {
+    switch (message.id) {
+        case WM_COMMAND:
+            return HandleCommand(message);
+        case WM_NOTIFY:
+            return OnNotify(*reinterpret_cast<NMHDR*>(message.lParam));
+        case WM_DRAWITEM:
+            DrawFlatButton(*reinterpret_cast<const DRAWITEMSTRUCT*>(message.lParam), dpi_);
+            return TRUE;
+        case WM_CLOSE:
+            Close();
+            return 0;
+        case WM_DESTROY:
+            keyHook_.Remove();
+            queue_.Detach();
+            OnDestroy();
+            return 0;
+        case WM_GETMINMAXINFO:
+            return HandleMinMax(message);
+        case WM_SIZE: {
+            const LRESULT result = DefaultProc(message);
+            if (message.wParam != SIZE_MINIMIZED) OnSize();
+            return result;
+        }
+        case WM_SETFOCUS:
+        case WM_ACTIVATE:
+        case WM_MDIACTIVATE:
+            return HandleFocus(message);
+        case WM_SETTINGCHANGE:
+        case WM_SYSCOLORCHANGE:
+            OnSettingChange();
+            return DefaultProc(message);
+        case DM_GETDEFID:
+            return GetDlgItem(Handle(), IDOK) != nullptr ? MAKELRESULT(IDOK, DC_HASDEFID) : 0;
+        case kRunQueueMessage:
+            queue_.Run();
+            return 0;
+        case kHookKeyMessage:
+            return !modal_ && TranslateKey(*reinterpret_cast<MSG*>(message.lParam)) ? TRUE : FALSE;
+        default:
+            return DefaultProc(message);
+    }
+}
+
+LRESULT TForm::HandleCommand(const TMessage& message) {
+    const int id = LOWORD(message.wParam);
+    const int code = HIWORD(message.wParam);
+    const auto control = reinterpret_cast<HWND>(message.lParam);
+    const auto action = actions_.find(id);
+    const bool acts = code == BN_CLICKED || code == CBN_SELCHANGE;
+    if (control != nullptr && action != actions_.end()) {
+        if (acts && IsWindowEnabled(control) != 0) {
+            const std::function<void()> run = action->second;
+            run();
+        }
+        return 0;
+    }
+    OnCommand(id, code, control);
+    // The system's own commands of an MDI child.
+    return id >= 0xF000 && control == nullptr ? DefaultProc(message) : 0;
+}
+
+LRESULT TForm::HandleMinMax(const TMessage& message) {
+    const LRESULT result = DefaultProc(message);
+    auto& info = *reinterpret_cast<MINMAXINFO*>(message.lParam);
+    if (minWidth_ > 0) info.ptMinTrackSize.x = dpi_.Scale(minWidth_);
+    if (minHeight_ > 0) info.ptMinTrackSize.y = dpi_.Scale(minHeight_);
+    return result;
+}
+
+void TForm::RememberFocus() {
+    const HWND focus = GetFocus();
+    if (focus != nullptr && IsChild(Handle(), focus) != 0) lastFocus_ = focus;
+}
+
+LRESULT TForm::HandleFocus(const TMessage& message) {
+    const bool leaving =
+        message.id == WM_ACTIVATE
+            ? LOWORD(message.wParam) == WA_INACTIVE
+            : message.id == WM_MDIACTIVATE && reinterpret_cast<HWND>(message.wParam) == Handle();
+    if (leaving) RememberFocus();
+    const LRESULT result = DefaultProc(message);
+    if (message.id != WM_SETFOCUS) return result;
+    HWND target = lastFocus_;
+    if (target == nullptr || IsChild(Handle(), target) == 0 || IsWindowEnabled(target) == 0)
+        target = GetNextDlgTabItem(Handle(), nullptr, FALSE);
+    if (target != nullptr && target != Handle()) SetFocus(target);
+    return result;
+}
+
+}  // namespace tolvane

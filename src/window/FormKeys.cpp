@@ -1,0 +1,81 @@
+#include "window/Form.h"
+#include "window/MessageBoxes.h"
+
+#include <exception>
+
+namespace tolvane {
+namespace {
+
+bool IsDown(int virtualKey) {
+    return GetKeyState(virtualKey) < 0;
+}
+
+LRESULT DialogCode(HWND control) {
+    return SendMessageW(control, WM_GETDLGCODE, 0, 0);
+}
+
+bool HasOpenList(HWND control) {
+    return SendMessageW(control, CB_GETDROPPEDSTATE, 0, 0) != 0;
+}
+
+bool IsArrow(UINT key) {
+    return key == VK_LEFT || key == VK_RIGHT || key == VK_UP || key == VK_DOWN;
+}
+
+}  // namespace
+
+bool TForm::MoveFocus(HWND focus, bool back) {
+    const HWND next = GetNextDlgTabItem(Handle(), focus, back ? TRUE : FALSE);
+    if (next == nullptr) return false;
+    SetFocus(next);
+    if ((DialogCode(next) & DLGC_HASSETSEL) != 0) SendMessageW(next, EM_SETSEL, 0, -1);
+    return true;
+}
+
+bool TForm::PressEnter(HWND focus) {
+    const LRESULT code = DialogCode(focus);
+    const bool pushes = (code & DLGC_BUTTON) != 0 && (code & DLGC_RADIOBUTTON) == 0;
+    HWND button = pushes ? focus : GetDlgItem(Handle(), IDOK);
+    if (button == nullptr || IsWindowEnabled(button) == 0) return false;
+    SendMessageW(button, BM_CLICK, 0, 0);
+    return true;
+}
+
+bool TForm::TranslateKey(MSG& message) {
+    if (message.message != WM_KEYDOWN) return false;
+    const auto key = static_cast<UINT>(message.wParam);
+    const HWND focus = message.hwnd;
+    if (OnKey(key, focus)) return true;
+    if (IsDown(VK_CONTROL) || IsDown(VK_MENU)) return false;
+    switch (key) {
+        case VK_TAB:
+            return MoveFocus(focus, IsDown(VK_SHIFT));
+        case VK_RETURN:
+            return !HasOpenList(focus) && PressEnter(focus);
+        case VK_ESCAPE:
+            if (HasOpenList(focus)) return false;
+            OnCancel();
+            return true;
+        default:
+            // Between the buttons of a group; every other control has its own use for arrows.
+            return IsArrow(key) && (DialogCode(focus) & DLGC_BUTTON) != 0 &&
+                   IsDialogMessageW(Handle(), &message) != 0;
+    }
+}
+
+bool TForm::Translate(MSG& message) {
+    const bool own = message.hwnd == Handle() || IsChild(Handle(), message.hwnd) != 0;
+    if (!own) return false;
+    const TKeep keep(*this);
+    try {
+        if (TranslateKey(message)) return true;
+        // Underlined letters.
+        return message.message == WM_SYSCHAR && Handle() != nullptr &&
+               IsDialogMessageW(Handle(), &message) != 0;
+    } catch (const std::exception& error) {
+        ShowError(Handle(), error.what());
+        return true;
+    }
+}
+
+}  // namespace tolvane

@@ -1,0 +1,59 @@
+#include "window/InputBox.h"
+
+#include "text/Cp1251.h"
+#include "window/Form.h"
+#include "window/WideText.h"
+
+namespace tolvane {
+namespace {
+
+class TInputBoxForm : public TForm {
+public:
+    TInputBoxForm(HWND owner, std::string_view title, std::string_view prompt,
+                  std::string_view initial) {
+        TFormOptions options;
+        options.className = kInputBoxClass;
+        options.name = "InputBoxForm";
+        options.caption = title;
+        options.exStyle = WS_EX_DLGMODALFRAME | WS_EX_CONTROLPARENT;
+        options.clientWidth = 300;
+        options.clientHeight = 100;
+        MakePopup(options, owner);
+        AddControl({TControlKind::Label, "PromptLabel", prompt, {12, 12, 276, 16}, 0, {}, 0});
+        edit_ = AddControl({TControlKind::Edit, "ValueEdit", initial, {12, 30, 276, 22}, 0, {}, 0});
+        AddControl({TControlKind::Button,
+                    "OkButton",
+                    "OK",
+                    {72, 64, 75, 25},
+                    0,
+                    [this] { EndModal(IDOK); },
+                    IDOK});
+        AddControl({TControlKind::Button,
+                    "CancelButton",
+                    "Отказ"_cp1251,
+                    {153, 64, 75, 25},
+                    0,
+                    [this] { EndModal(IDCANCEL); },
+                    IDCANCEL});
+        SendMessageW(edit_, EM_SETSEL, 0, -1);
+    }
+
+    // The text is read while the window is there, whatever happens to it later.
+    std::optional<std::string> Ask() {
+        if (ShowModal() != IDOK || Handle() == nullptr) return std::nullopt;
+        return WindowText(edit_);
+    }
+
+private:
+    HWND edit_ = nullptr;
+};
+
+}  // namespace
+
+std::optional<std::string> AskText(HWND owner, std::string_view title, std::string_view prompt,
+                                   std::string_view initial) {
+    TInputBoxForm form(owner, title, prompt, initial);
+    return form.Ask();
+}
+
+}  // namespace tolvane

@@ -1,0 +1,38 @@
+#include "window/MessageBoxes.h"
+
+#include "text/Cp1251.h"
+#include "window/VisualStyle.h"
+#include "window/WideText.h"
+
+namespace tolvane {
+namespace {
+
+constexpr std::string_view kErrorTitle = "Грешка"_cp1251;
+constexpr std::string_view kInformationTitle = "Информация"_cp1251;
+constexpr std::string_view kWarningTitle = "Внимание"_cp1251;
+
+int Show(HWND owner, std::string_view title, std::string_view text, UINT flags) {
+    const TVisualStyleScope style;
+    const HWND root = owner != nullptr ? GetAncestor(owner, GA_ROOT) : nullptr;
+    return MessageBoxW(root, Wide(text).c_str(), Wide(title).c_str(), flags);
+}
+
+}  // namespace
+
+void ShowError(HWND owner, std::string_view text) {
+    Show(owner, kErrorTitle, text, MB_OK | MB_ICONERROR);
+}
+
+void ShowInformation(HWND owner, std::string_view text) {
+    Show(owner, kInformationTitle, text, MB_OK | MB_ICONINFORMATION);
+}
+
+void ShowWarning(HWND owner, std::string_view text) {
+    Show(owner, kWarningTitle, text, MB_OK | MB_ICONWARNING);
+}
+
+bool AskWarning(HWND owner, std::string_view text) {
+    return Show(owner, kWarningTitle, text, MB_YESNO | MB_ICONWARNING) != IDNO;
+}
+
+}  // namespace tolvane

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+#include <string_view>
+
+namespace tolvane {
+
+// Code page 1251 to the UTF-16 of the Win32 calls and back ('?' for what the code page lacks).
+std::wstring Wide(std::string_view text);
+std::string Narrow(std::wstring_view text);
+
+// A window's text in code page 1251.
+std::string WindowText(HWND window);
+void SetWindowText(HWND window, std::string_view text);
+
+// The system's own description of an error number, with the number: "Access is denied. (5)".
+std::string SystemErrorText(DWORD error);
+
+}  // namespace tolvane
