@@ -80,16 +80,20 @@ HWND FindByComponentName(std::string_view name) {
     return FindWindowWhere([&](HWND window) { return ComponentNameOf(window) == name; });
 }
 
+std::string Utf8(std::wstring_view text) {
+    std::string utf8(text.size() * 3, '\0');
+    utf8.resize(static_cast<std::size_t>(
+        WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), utf8.data(),
+                            static_cast<int>(utf8.size()), nullptr, nullptr)));
+    return utf8;
+}
+
 std::string TextOf(HWND window) {
     const auto length = static_cast<std::size_t>(SendMessageW(window, WM_GETTEXTLENGTH, 0, 0));
     std::vector<wchar_t> wide(length + 1);
-    const auto read = static_cast<int>(
+    const auto read = static_cast<std::size_t>(
         SendMessageW(window, WM_GETTEXT, wide.size(), reinterpret_cast<LPARAM>(wide.data())));
-    std::string text(static_cast<std::size_t>(read) * 3, '\0');
-    text.resize(static_cast<std::size_t>(
-        WideCharToMultiByte(CP_UTF8, 0, wide.data(), read, text.data(),
-                            static_cast<int>(text.size()), nullptr, nullptr)));
-    return text;
+    return Utf8({wide.data(), read});
 }
 
 bool WaitFor(int seconds, const std::function<bool()>& condition) {

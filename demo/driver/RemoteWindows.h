@@ -18,6 +18,7 @@ std::string ComponentNameOf(HWND window);
 HWND FindByClass(std::wstring_view className);
 // The first window, top-level or child, with the component name; null when there is none.
 HWND FindByComponentName(std::string_view name);
+std::string Utf8(std::wstring_view text);
 // A window's text as UTF-8.
 std::string TextOf(HWND window);
 // Asks until the condition holds; false when `seconds` have passed first.

@@ -8,6 +8,7 @@
 //   window-driver click NAME             presses a button
 //   window-driver close CLASS            asks the window to close
 //   window-driver text NAME              prints the control's text as UTF-8
+//   window-driver contains NAME TEXT     waits until the control's text contains TEXT (UTF-8)
 //   window-driver place CLASS X Y W H    moves and sizes the window
 //
 // Every call waits up to --seconds (60) for what it needs, and ends with 1 when that did not come.
@@ -15,6 +16,7 @@
 #include <windows.h>
 
 #include <commctrl.h>
+#include <shellapi.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -94,6 +96,13 @@ bool Text(const TCall& call) {
     return true;
 }
 
+bool Contains(const TCall& call) {
+    return WaitFor(call.seconds, [&] {
+        const HWND window = FindByComponentName(call.arguments.at(0));
+        return window != nullptr && TextOf(window).find(call.arguments.at(1)) != std::string::npos;
+    });
+}
+
 bool Place(const TCall& call) {
     HWND window = nullptr;
     return WaitForClass(call, window) &&
@@ -107,9 +116,10 @@ struct TAction {
 };
 
 const std::map<std::string, TAction> kActions = {
-    {"rows", {2, Rows}},       {"window", {1, Window}},   {"gone", {1, Gone}},
-    {"enabled", {1, Enabled}}, {"command", {2, Command}}, {"click", {1, Click}},
-    {"close", {1, Close}},     {"text", {1, Text}},       {"place", {5, Place}},
+    {"rows", {2, Rows}},         {"window", {1, Window}},   {"gone", {1, Gone}},
+    {"enabled", {1, Enabled}},   {"command", {2, Command}}, {"click", {1, Click}},
+    {"close", {1, Close}},       {"text", {1, Text}},       {"place", {5, Place}},
+    {"contains", {2, Contains}},
 };
 
 int Run(std::vector<std::string> words) {
@@ -130,12 +140,23 @@ int Run(std::vector<std::string> words) {
     return 1;
 }
 
+// The command line as UTF-8, whatever the system's code page is.
+std::vector<std::string> CommandLineWords() {
+    int count = 0;
+    wchar_t** wide = CommandLineToArgvW(GetCommandLineW(), &count);
+    std::vector<std::string> words;
+    for (int i = 1; i < count; ++i)
+        words.push_back(Utf8(wide[i]));
+    LocalFree(static_cast<void*>(wide));
+    return words;
+}
+
 }  // namespace
 }  // namespace tolvane
 
-int main(int argc, char** argv) {
+int main() {
     try {
-        return tolvane::Run({argv + 1, argv + argc});
+        return tolvane::Run(tolvane::CommandLineWords());
     } catch (const std::exception& error) {
         std::cerr << "window-driver: " << error.what() << "\n";
         return 2;

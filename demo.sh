@@ -1,0 +1,51 @@
+#!/usr/bin/env bash
+# Shows the main job on this machine: does all the set-up, makes a demo shop's database, starts two
+# virtual scales, opens the module in TradeHost.exe, writes the articles into the scales, and shows
+# the run's log and what the scales hold. Can be repeated. Results lie under build/demo.
+#
+#   ./demo.sh                 on a display of its own, ends by itself
+#   ./demo.sh --interactive   on the user's display; the windows stay open until TradeHost is closed
+
+source "$(dirname "${BASH_SOURCE[0]}")/scripts/lib.sh"
+source "$SCRIPTS/wine.sh"
+source "$SCRIPTS/fbclient.sh"
+source "$SCRIPTS/firebird.sh"
+source "$SCRIPTS/demo-steps.sh"
+cd "$ROOT"
+
+interactive=no
+case ${1:-} in
+    "") ;;
+    --interactive) interactive=yes ;;
+    *) fail "usage: ./demo.sh [--interactive]" ;;
+esac
+if [ "$interactive" = yes ]; then
+    [ -n "${DISPLAY:-}" ] || fail "--interactive needs a display: the variable DISPLAY is not set"
+    export TOLVANE_INTERACTIVE=1
+fi
+
+trap demo_end EXIT
+trap 'exit 130' INT TERM
+
+step "Packages" "$SCRIPTS/packages.sh" build wine firebird winelib
+step "Build the virtual scale" demo_build_scale
+step "Build the module and the host" demo_build_windows
+step "Build the client library for Wine" fbclient_build
+step "Make the Wine prefix" wine_prefix_make
+step "Set Bulgarian formats" wine_regional 1251 comma
+[ "$interactive" = yes ] || step "Start a display" display_start
+step "Start a Firebird server" firebird_start
+step "Make the demo shop's database" demo_make_database
+step "Start the virtual scales" demo_start_scales
+step "Put the host and the module together" demo_install_host
+step "Open the article list" demo_open_list
+step "Write all articles into the scales" demo_write_all
+if [ "$interactive" = yes ]; then
+    say "The windows stay open; close TradeHost to end."
+    step "Wait for TradeHost to close" demo_wait_for_host
+else
+    step "Close the host" demo_close_host
+fi
+step "End the virtual scales" demo_end_scales
+step "Check what the scales hold" demo_check_scales
+demo_report
