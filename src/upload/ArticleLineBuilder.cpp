@@ -1,0 +1,154 @@
+#include "upload/ArticleLineBuilder.h"
+
+#include <algorithm>
+#include <array>
+#include <initializer_list>
+#include <stdexcept>
+#include <type_traits>
+#include <utility>
+
+#include "text/Cp1251.h"
+#include "text/Numbers.h"
+
+namespace tolvane {
+namespace {
+
+constexpr std::size_t kBarcodeLength = 5;
+constexpr std::int32_t kLongestBestBefore = 365;
+// Stands in a text for the character that ends a field.
+constexpr char kSeparatorSubstitute = '/';
+
+constexpr std::string_view kIgnored = "  ->> и ще бъде игнориран"_cp1251;
+constexpr std::string_view kNotMarkable = "  ->> и няма да може да бъде маркиран от везната"_cp1251;
+
+template <std::size_t N, class T>
+std::string_view CaptionAt(const std::array<T, N>& choices, int index) {
+    if (index < 0 || static_cast<std::size_t>(index) >= N) return {};
+    const T& choice = choices[static_cast<std::size_t>(index)];
+    if constexpr (std::is_same_v<T, TNameChoice>) {
+        return choice.caption;
+    } else {
+        return choice;
+    }
+}
+
+std::string Joined(std::initializer_list<std::string_view> parts) {
+    std::string text;
+    for (const std::string_view part : parts)
+        text += part;
+    return text;
+}
+
+}  // namespace
+
+TArticleLineBuilder::TArticleLineBuilder(const TArticleTable& articles, TLineChoices choices,
+                                         const TRegionalSettings& regional, TLogLine log)
+    : articles_(articles), choices_(choices), regional_(regional), log_(std::move(log)) {}
+
+void TArticleLineBuilder::Build(const std::vector<TRowId>& rows, std::int32_t scaleNumber,
+                                std::vector<std::string>& lines) const {
+    lines.clear();
+    for (const TRowId row : rows) {
+        std::string line = BuildLine(row, scaleNumber);
+        if (!line.empty()) lines.push_back(std::move(line));
+    }
+    constexpr std::string_view kArticles = " артикула."_cp1251;
+    log_(Joined({"Обработени "_cp1251, std::to_string(rows.size()), kArticles}));
+    log_(Joined({"Валидни са "_cp1251, std::to_string(lines.size()), kArticles}));
+    log_("Ще бъдат записани само валидните артикули"_cp1251);
+}
+
+std::string TArticleLineBuilder::BuildLine(TRowId row, std::int32_t scaleNumber) const {
+    if (!IsForScale(articles_.Text(row, TField::PLU_FORSCALES), scaleNumber)) return {};
+
+    // A barcode with the separator in it cannot be carried; with another character in its place it
+    // would be another barcode.
+    const std::string_view barcode = articles_.Text(row, TField::PLU_BARCODE);
+    if (barcode.size() != kBarcodeLength || barcode.find(kLineSeparator) != barcode.npos) {
+        LogSkipped(row, " няма коректен баркод"_cp1251, {}, kIgnored);
+        return {};
+    }
+    const std::int64_t onlyWhole = IntegerOf(row, TField::PRIMARYUNIT_ONLY_INT);
+
+    std::string line = std::to_string(articles_.Integer(row, TField::PLU_SCALE_NUMB));
+    line.append(1, kLineSeparator).append(barcode).append(1, kLineSeparator);
+    line += std::to_string(std::max<std::int64_t>(onlyWhole, 0) + 1) + "|0|0|";
+
+    const double price = Price(row);
+    if (price == 0.0) {
+        LogSkipped(row, " има нулева "_cp1251, CaptionAt(kPriceCaptions, choices_.price),
+                   kNotMarkable);
+        return {};
+    }
+    const std::int32_t bestBefore = IntegerOf(row, TField::LABEL_BESTBEFORE);
+    line += FormatFixed(price, 1, 2, regional_.decimalSeparator) + "|0|";
+    line += std::to_string(bestBefore > kLongestBestBefore ? 0 : bestBefore) + kLineSeparator;
+
+    if (!AppendName(row, choices_.name1, line) || !AppendName(row, choices_.name2, line)) return {};
+    for (const TField field : {TField::LABEL_COMMENT1, TField::LABEL_COMMENT2,
+                               TField::LABEL_COMMENT3, TField::SHIPMENTNUMB})
+        AppendText(row, field, line);
+    line += onlyWhole < 1 ? "0|0|" : "1|0|";
+    line += std::to_string(articles_.Integer(row, TField::PLU_NUMB)) + kLineSeparator;
+    return line;
+}
+
+double TArticleLineBuilder::Price(TRowId row) const {
+    switch (choices_.price) {
+        case kRetailPrice:
+            return articles_.Float(row, articles_.Boolean(row, TField::HasActivePromotion)
+                                            ? TField::PromoPrice
+                                            : TField::PLU_SELL_PRICE_LV);
+        case kWholesalePrice:
+            return articles_.Float(row, TField::PLU_TRADE_PRICE_LV);
+        default:
+            return 0.0;
+    }
+}
+
+std::int32_t TArticleLineBuilder::IntegerOf(TRowId row, TField field) const {
+    const std::string_view text = articles_.Text(row, field);
+    // The database had no value: an article without a unit of measure.
+    if (text.empty()) return 0;
+    if (const std::optional<std::int32_t> number = ParseInteger(text)) return *number;
+    throw std::runtime_error(Joined({"Артикул \""_cp1251, articles_.Text(row, TField::PLU_NAME),
+                                     "\": стойността \""_cp1251, text, "\" на поле "_cp1251,
+                                     FieldInfo(field).name, " не е цяло число."_cp1251}));
+}
+
+bool TArticleLineBuilder::AppendName(TRowId row, int choice, std::string& line) const {
+    const std::size_t before = line.size();
+    const bool known = !CaptionAt(kNameChoices, choice).empty();
+    if (known) AppendText(row, kNameChoices[static_cast<std::size_t>(choice)].field, line);
+    if (line.size() > before + 1) return true;
+    LogSkipped(row, " няма коректно "_cp1251, CaptionAt(kNameChoices, choice), kIgnored);
+    return false;
+}
+
+void TArticleLineBuilder::AppendText(TRowId row, TField field, std::string& line) const {
+    const std::size_t before = line.size();
+    if (FieldInfo(field).type == TFieldType::Integer) {
+        line += std::to_string(articles_.Integer(row, field));
+    } else {
+        line += articles_.Text(row, field);
+    }
+    std::replace(line.begin() + static_cast<std::ptrdiff_t>(before), line.end(), kLineSeparator,
+                 kSeparatorSubstitute);
+    line += kLineSeparator;
+}
+
+void TArticleLineBuilder::LogSkipped(TRowId row, std::string_view reason, std::string_view caption,
+                                     std::string_view consequence) const {
+    log_(Joined(
+        {"  Артикул \""_cp1251, articles_.Text(row, TField::PLU_NAME), "\"", reason, caption}));
+    log_(consequence);
+}
+
+std::vector<TRowId> RowsOfRun(const TArticleTable& articles, bool markedOnly,
+                              const std::vector<TRowId>& marked, std::optional<TRowId> current) {
+    if (!markedOnly) return articles.Order();
+    if (!marked.empty()) return marked;
+    return current ? std::vector<TRowId>{*current} : std::vector<TRowId>{};
+}
+
+}  // namespace tolvane

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "articles/ArticleTable.h"
+#include "text/RegionalSettings.h"
+#include "upload/ArticleLine.h"
+
+namespace tolvane {
+
+// Takes one line of the run log, code page 1251.
+using TLogLine = std::function<void(std::string_view)>;
+
+// Turns articles into article lines for one scale at a time. The table must not change meanwhile;
+// any thread.
+class TArticleLineBuilder {
+public:
+    TArticleLineBuilder(const TArticleTable& articles, TLineChoices choices,
+                        const TRegionalSettings& regional, TLogLine log);
+
+    // Replaces `lines` by the lines of those rows that are meant for the scale and valid, in the
+    // order of `rows`. Logs why an article is left out, then the three summary lines. Throws
+    // std::runtime_error when a field that must be an integer holds something else.
+    void Build(const std::vector<TRowId>& rows, std::int32_t scaleNumber,
+               std::vector<std::string>& lines) const;
+    // One article's line; empty when the article is left out.
+    std::string BuildLine(TRowId row, std::int32_t scaleNumber) const;
+
+private:
+    double Price(TRowId row) const;
+    std::int32_t IntegerOf(TRowId row, TField field) const;
+    bool AppendName(TRowId row, int choice, std::string& line) const;
+    void AppendText(TRowId row, TField field, std::string& line) const;
+    void LogSkipped(TRowId row, std::string_view reason, std::string_view caption,
+                    std::string_view consequence) const;
+
+    const TArticleTable& articles_;
+    TLineChoices choices_;
+    TRegionalSettings regional_;
+    TLogLine log_;
+};
+
+// The rows that a run takes: all in the table's current order, or the marked ones in the order of
+// marking, or, with nothing marked, the current one.
+std::vector<TRowId> RowsOfRun(const TArticleTable& articles, bool markedOnly,
+                              const std::vector<TRowId>& marked, std::optional<TRowId> current);
+
+}  // namespace tolvane

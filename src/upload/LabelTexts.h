@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "config/TypesUnit.h"
+
+namespace tolvane {
+
+// One text parameter of an article in a scale: which, what it holds, and which scales get it. The
+// scales are sets of label modes, bit n standing for mode n.
+struct TLabelText {
+    std::int32_t parameter;
+    std::string_view label;  // in error texts, code page 1251
+    bool raw;                // sent as it is, not through the scale's code table
+    std::string (*text)(const TPLUD& plu, std::int32_t uncutScaleNumber);
+    std::uint8_t evlModes;
+    std::uint8_t etsModes;
+    std::uint8_t s300Modes;
+    std::uint8_t otherModes;  // scales of any other type code
+};
+
+// All text parameters, in the order of sending.
+std::span<const TLabelText> LabelTexts();
+// `mode` is 0 to 3, as the scale reports it.
+bool IsSent(const TLabelText& text, std::int32_t scaleType, std::int32_t mode);
+
+// The value's bytes from the most significant on, without leading zero bytes, at least one.
+std::string ValueToBytesText(std::int32_t value);
+// The last digits of an article's scale number, as many as the scale's highest number has.
+std::int32_t PluTail(std::int32_t scaleNumber, std::int32_t maxPlu);
+
+}  // namespace tolvane

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "comm/Clock.h"
+#include "scale/DevElicomScaleUnit.h"
+
+namespace tolvane {
+
+// Makes closed drivers; tests make drivers over channels of their own.
+class TScaleFactory {
+public:
+    virtual ~TScaleFactory() = default;
+    virtual std::unique_ptr<TElicomScale> CreateRS232(std::int32_t portNumber,
+                                                      std::int32_t bitsPerSecond) = 0;
+    virtual std::unique_ptr<TElicomScale> CreateTCP(const std::string& host, std::int32_t port) = 0;
+    virtual std::unique_ptr<TElicomScale> CreateUDP(const std::string& host) = 0;
+};
+
+// Drivers over real lines and sockets.
+class TRealScaleFactory : public TScaleFactory {
+public:
+    explicit TRealScaleFactory(TClock& clock) : clock_(clock) {}
+    std::unique_ptr<TElicomScale> CreateRS232(std::int32_t portNumber,
+                                              std::int32_t bitsPerSecond) override;
+    std::unique_ptr<TElicomScale> CreateTCP(const std::string& host, std::int32_t port) override;
+    std::unique_ptr<TElicomScale> CreateUDP(const std::string& host) override;
+
+private:
+    TClock& clock_;
+};
+
+}  // namespace tolvane
