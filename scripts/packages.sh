@@ -6,6 +6,9 @@
 
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
+# apt is read below, so it has to speak English.
+export LC_ALL=C.UTF-8
+
 declare -A GROUPS_OF_PACKAGES=(
     [build]="g++ cmake ninja-build g++-mingw-w64-i686-posix libasio-dev nlohmann-json3-dev
              libcli11-dev googletest libbenchmark-dev firebird-dev"
@@ -51,7 +54,7 @@ explain_to_administrator() {
     {
         say "These packages are missing, and installing them needs root. An administrator can run:"
         say ""
-        has_i386 || printf '  dpkg --add-architecture i386 && '
+        has_i386 || printf '  dpkg --add-architecture i386;'
         printf '  apt-get update; apt-get install --no-install-recommends'
         printf ' %s' "$@"
         printf '\n\n'
@@ -89,33 +92,47 @@ keep_server_off() {
     fi || say "the system's Firebird server could not be switched off"
 }
 
-# Gives "package=version" for every installed package whose i386 twin has to be installed in an
-# older version: both must be of the same version, and apt does not step back unless told so.
-older_twins() {
-    local packages=("$@") name installed candidate
-    apt-cache depends --recurse --no-recommends --no-suggests --no-conflicts --no-breaks \
-        --no-replaces --no-enhances "${packages[@]}" 2>/dev/null |
-        sed -n 's/^\([a-z0-9][a-z0-9.+-]*\):i386$/\1/p' | sort -u |
-        while read -r name; do
-            installed=$(dpkg-query -W -f '${Multi-Arch} ${Version}' "$name:amd64" 2>/dev/null) || continue
-            [ "${installed%% *}" = same ] || continue
-            installed=${installed#* }
-            candidate=$(apt-cache policy "$name:i386" | sed -n 's/^  Candidate: //p')
-            case $candidate in "" | "(none)") continue ;; esac
-            if dpkg --compare-versions "$installed" gt "$candidate"; then
-                printf '%s=%s\n' "$name" "$candidate"
-            fi
-        done
+# candidates <architecture> <name>...: lines "name version" of what apt would install, sorted.
+candidates() {
+    local architecture=$1
+    shift
+    apt-cache policy "${@/%/:$architecture}" |
+        awk '/^[^ ]/ { name = $1; sub(/:.*/, "", name) }
+             /^  Candidate:/ && $2 != "(none)" { print name, $2 }' |
+        sort
+}
+
+# uneven_sources <package>...: the source packages of which the two architectures would get different
+# versions, among all that the packages depend on.
+uneven_sources() {
+    local names
+    mapfile -t names < <(
+        apt-cache depends --recurse --no-recommends --no-suggests --no-conflicts --no-breaks \
+            --no-replaces --no-enhances "$@" |
+            sed -n 's/^\([a-z0-9][a-z0-9.+-]*\):i386$/\1/p' | sort -u
+    )
+    mapfile -t names < <(
+        join <(candidates amd64 "${names[@]}") <(candidates i386 "${names[@]}") |
+            awk '$2 "" != $3 "" { print $1 }'
+    )
+    [ ${#names[@]} -gt 0 ] || return 0
+    apt-cache show --no-all-versions "${names[@]/%/:i386}" |
+        awk '/^Package:/ { name = $2 } /^Source:/ { name = $2 } /^Multi-Arch: same/ { same = 1 }
+             /^$/ { if (same) print name; same = 0 }' | sort -u
 }
 
 # i386 packages need the very version of their amd64 twins. While one architecture's index of the
-# security archive lags, that cannot be had from it: take both from the main archive then.
+# security archive lags, that cannot be had from it: take the uneven ones from the main archive,
+# stepping back where a newer one is installed.
 install_without_security() {
-    printf 'Package: *\nPin: release l=Debian-Security\nPin-Priority: 100\n' >"$PREFERENCES"
-    local twins
-    mapfile -t twins < <(older_twins "$@")
-    say "with older twins: ${twins[*]:-none}"
-    "${INSTALL[@]}" --allow-downgrades "$@" "${twins[@]}"
+    local sources
+    mapfile -t sources < <(uneven_sources "$@")
+    say "taken from the main archive: ${sources[*]:-nothing}"
+    if [ ${#sources[@]} -gt 0 ]; then
+        printf 'Package:%s\nPin: release l=Debian\nPin-Priority: 1001\n' \
+            "$(printf ' src:%s' "${sources[@]}")" >"$PREFERENCES"
+    fi
+    "${INSTALL[@]}" --allow-downgrades "$@"
 }
 
 restore_settings() {
@@ -137,9 +154,9 @@ install_packages() {
     apt-get update -o DPkg::Lock::Timeout=300 -o Acquire::Retries=3 ||
         say "apt-get update ended with an error; going on with the indexes that are there"
     if ! "${INSTALL[@]}" "$@"; then
-        say "the plain installation was refused; trying without the security archive"
+        say "the plain installation was refused; trying with the main archive's versions"
         install_without_security "$@" ||
-            fail "apt can install the packages neither with nor without the security archive." \
+            fail "apt can install the packages neither plainly nor from the main archive." \
                 "Its reasons stand above; when an index failed to download, try again later."
     fi
     [ "$server_was_here" = yes ] || keep_server_off

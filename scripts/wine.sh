@@ -63,7 +63,13 @@ wine_state() {
 # Wine's own processes (the server, its services, the desktop) start with the first program and
 # outlive it. They are started apart, so that they keep no pipe of a caller open and do not get the
 # terminal's Ctrl+C. They stay for a minute after the last program, which makes the next start quick.
+# The client library is put where its installer would, so that programs without one of their own
+# find it.
 wine_session() {
+    local client=$BUILD/fbclient/i386-windows/fbclient.dll system=$WINE_PREFIX/drive_c/windows/system32
+    if [ "$client" -nt "$system/fbclient.dll" ] && [ -d "$system" ]; then
+        cp -f "$client" "$system/fbclient.dll"
+    fi
     wine_command setsid -w wineserver -p60 >/dev/null 2>&1 </dev/null || return 0
     wine_command setsid -w wine wineboot >/dev/null 2>&1 </dev/null
 }
