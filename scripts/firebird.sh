@@ -20,7 +20,7 @@ FIREBIRD_USER=SYSDBA
 FIREBIRD_PASSWORD=masterkey
 
 firebird_port() {
-    cat "$FIREBIRD_FOLDER/port"
+    cat "$FIREBIRD_FOLDER/port" 2>/dev/null || true
 }
 
 firebird_connection() {
@@ -82,7 +82,7 @@ firebird_pid() {
 }
 
 firebird_runs() {
-    process_is "$(firebird_pid)" /usr/sbin/firebird
+    process_is "$(firebird_pid)" "/usr/sbin/firebird -p $(firebird_port)"
 }
 
 # Whether the server lets a user in; the security database answers by the server's own alias.
@@ -138,7 +138,7 @@ firebird_start() {
 }
 
 firebird_stop() {
-    end_process "$(firebird_pid)" /usr/sbin/firebird
+    end_process "$(firebird_pid)" "/usr/sbin/firebird -p $(firebird_port)"
     rm -f "$FIREBIRD_FOLDER/pid"
 }
 

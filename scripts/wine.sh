@@ -190,7 +190,7 @@ display_pid() {
 
 display_start() {
     local number=
-    if process_is "$(display_pid)" Xvfb && [ -e "$DISPLAY_FOLDER/number" ]; then
+    if process_is "$(display_pid)" "Xvfb -fbdir $DISPLAY_FOLDER" && [ -e "$DISPLAY_FOLDER/number" ]; then
         return 0
     fi
     display_stop
@@ -198,7 +198,7 @@ display_start() {
     wine_stop
     mkdir -p "$DISPLAY_FOLDER"
     mkfifo "$DISPLAY_FOLDER/answer"
-    setsid Xvfb -displayfd 3 -screen 0 1280x900x24 -nolisten tcp 3>"$DISPLAY_FOLDER/answer" \
+    setsid Xvfb -fbdir "$DISPLAY_FOLDER" -displayfd 3 -screen 0 1280x900x24 -nolisten tcp 3>"$DISPLAY_FOLDER/answer" \
         >"$DISPLAY_FOLDER/xvfb.log" 2>&1 </dev/null &
     printf '%s\n' "$!" >"$DISPLAY_FOLDER/pid"
     # Xvfb writes the number when it serves the display; a failed start closes the pipe.
@@ -212,7 +212,7 @@ display_start() {
 }
 
 display_stop() {
-    end_process "$(display_pid)" Xvfb
+    end_process "$(display_pid)" "Xvfb -fbdir $DISPLAY_FOLDER"
     rm -rf "$DISPLAY_FOLDER"
 }
 
