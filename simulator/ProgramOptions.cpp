@@ -1,7 +1,10 @@
 #include "simulator/ProgramOptions.h"
 
 #include <CLI/CLI.hpp>
+#include <stdexcept>
 #include <vector>
+
+#include "simulator/Hex.h"
 
 namespace tolvane::simulator {
 
@@ -21,6 +24,11 @@ struct TArguments {
     std::vector<std::string> faults;
     std::string faultScript;
     std::optional<std::uint32_t> seed;
+    std::optional<std::uint16_t> tcpPort;
+    std::optional<std::string> ptyLink;
+    std::string discovery;
+    int discoveryReplies = 1;
+    std::string discoveryReply;
 };
 
 CLI::Validator Names(std::initializer_list<std::string> names) {
@@ -49,10 +57,23 @@ void AddScaleOptions(CLI::App& app, TArguments& arguments, TProgramOptions& prog
         ->check(Names({"silent", "error"}));
 }
 
-void AddLinkOptions(CLI::App& app, TProgramOptions& program) {
+void AddLinkOptions(CLI::App& app, TArguments& arguments, TProgramOptions& program) {
     app.add_option("--host", program.scale.host, "IP address to listen on, 127.0.0.1 by default");
-    app.add_option("--tcp,--port", program.scale.tcpPort,
-                   "TCP port; 0 (default) takes any free one");
+    app.add_option("--tcp,--port", arguments.tcpPort,
+                   "TCP port, 0 for any free one; that is what it does without any link option");
+    app.add_option("--udp", program.scale.udpPort,
+                   "UDP port: scales have 1001; 0 for any free one");
+    app.add_option("--serial", program.scale.serialDevice, "serial port, such as /dev/ttyS0, COM5");
+    app.add_option("--baud", program.scale.baudRate, "speed of the serial port, 9600 by default");
+    app.add_option("--pty", arguments.ptyLink,
+                   "makes a serial line without hardware, with a symbolic link for clients here");
+    app.add_option("--discovery", arguments.discovery,
+                   "answers searches for UDP modules (udp), TCP converters (tcp) or both (all)")
+        ->check(Names({"udp", "tcp", "all"}));
+    app.add_option("--discovery-replies", arguments.discoveryReplies, "datagrams per search, 1")
+        ->check(CLI::Range(0, 100));
+    app.add_option("--discovery-reply", arguments.discoveryReply,
+                   "their bytes, hexadecimal; \"-\" for none");
 }
 
 void AddFaultOptions(CLI::App& app, TArguments& arguments) {
@@ -100,6 +121,30 @@ void SetScale(const TArguments& arguments, TScaleOptions& scale) {
     scale.keepsRequests = false;
 }
 
+void SetLinks(const TArguments& arguments, TScaleOptions& scale) {
+    scale.pty = arguments.ptyLink.has_value();
+    scale.ptyLink = arguments.ptyLink.value_or("");
+    const bool other = scale.udpPort || scale.pty || !scale.serialDevice.empty();
+    scale.tcpPort = arguments.tcpPort;
+    if (!other && !scale.tcpPort) scale.tcpPort = 0;
+
+    const auto answer = [&](TProbe probe) {
+        TProbeOptions options{.probe = probe, .replies = arguments.discoveryReplies};
+        if (!arguments.discoveryReply.empty()) {
+            const bool none = arguments.discoveryReply == "-";
+            const auto bytes = FromHex(none ? "" : arguments.discoveryReply);
+            if (!bytes) throw std::runtime_error("--discovery-reply is not hexadecimal");
+            options.reply = *bytes;
+        }
+        scale.probes.push_back(options);
+    };
+    if (arguments.discovery == "udp" || arguments.discovery == "all") {
+        answer(TProbe::Character);
+        answer(TProbe::Find);
+    }
+    if (arguments.discovery == "tcp" || arguments.discovery == "all") answer(TProbe::Converter);
+}
+
 void SetFaults(const TArguments& arguments, TScaleOptions& scale) {
     if (!arguments.faultScript.empty()) scale.faults = LoadFaults(arguments.faultScript);
     for (const std::string& fault : arguments.faults)
@@ -114,7 +159,7 @@ TProgramOptions ParseProgramOptions(int argc, const char* const* argv) {
     TArguments arguments;
     CLI::App app("A label scale in software: keeps what is written into it", "virtual-scale");
     AddScaleOptions(app, arguments, program);
-    AddLinkOptions(app, program);
+    AddLinkOptions(app, arguments, program);
     AddFaultOptions(app, arguments);
     AddFileOptions(app, arguments, program);
     try {
@@ -124,6 +169,7 @@ TProgramOptions ParseProgramOptions(int argc, const char* const* argv) {
         return program;
     }
     SetScale(arguments, program.scale);
+    SetLinks(arguments, program.scale);
     SetFaults(arguments, program.scale);
     return program;
 }

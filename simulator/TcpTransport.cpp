@@ -1,9 +1,8 @@
-#include <array>
 #include <asio/ip/tcp.hpp>
 #include <asio/steady_timer.hpp>
-#include <asio/write.hpp>
 #include <utility>
 
+#include "simulator/StreamLink.h"
 #include "simulator/Transport.h"
 
 namespace tolvane::simulator {
@@ -12,57 +11,29 @@ namespace {
 
 using asio::ip::tcp;
 
-class TTcpSession : public TLink {
+class TTcpSession : public TStreamLink<tcp::socket> {
 public:
-    TTcpSession(tcp::socket socket, TAnswer answer)
-        : TLink(socket.get_executor()), socket_(std::move(socket)), answer_(std::move(answer)) {}
+    using TStreamLink::TStreamLink;
 
     void Start() {
         std::error_code ignored;
-        socket_.set_option(tcp::no_delay(true), ignored);
+        Stream().set_option(tcp::no_delay(true), ignored);
         Read();
     }
 
 protected:
-    void Write(const TBytes& bytes, TDone done) override {
-        asio::async_write(
-            socket_, asio::buffer(bytes),
-            [done = std::move(done)](const std::error_code& error, std::size_t) { done(!error); });
-    }
-
     void End(TEnding ending) override {
         std::error_code ignored;
         if (ending == TEnding::HalfClose) {
-            socket_.shutdown(tcp::socket::shutdown_send, ignored);
+            Stream().shutdown(tcp::socket::shutdown_send, ignored);
             return;
         }
         if (ending == TEnding::Reset)
-            socket_.set_option(asio::socket_base::linger(true, 0), ignored);
+            Stream().set_option(asio::socket_base::linger(true, 0), ignored);
         else
-            socket_.shutdown(tcp::socket::shutdown_both, ignored);
-        socket_.close(ignored);
+            Stream().shutdown(tcp::socket::shutdown_both, ignored);
+        Stream().close(ignored);
     }
-
-private:
-    // A client that goes away ends the reading, and with it the session.
-    void Read() {
-        const auto self = std::static_pointer_cast<TTcpSession>(shared_from_this());
-        socket_.async_read_some(asio::buffer(buffer_),
-                                [self](const std::error_code& error, std::size_t count) {
-                                    if (!error) self->Take(count);
-                                });
-    }
-
-    void Take(std::size_t count) {
-        for (const TBytes& frame : parser_.Feed(std::span(buffer_).first(count)))
-            Perform(answer_(frame));
-        if (socket_.is_open()) Read();
-    }
-
-    tcp::socket socket_;
-    TAnswer answer_;
-    TRequestParser parser_;
-    std::array<std::uint8_t, 4096> buffer_{};
 };
 
 class TTcpListener : public TTransport, public std::enable_shared_from_this<TTcpListener> {

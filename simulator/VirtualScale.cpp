@@ -2,6 +2,7 @@
 
 #include <asio/io_context.hpp>
 #include <exception>
+#include <map>
 #include <thread>
 #include <utility>
 
@@ -13,8 +14,21 @@ namespace tolvane::simulator {
 struct TVirtualScale::TRuntime {
     asio::io_context io;
     std::shared_ptr<TTransport> tcp;
-    std::vector<std::shared_ptr<TTransport>> others;
+    std::shared_ptr<TTransport> udp;
+    std::shared_ptr<TTransport> serial;
+    std::shared_ptr<TTransport> pty;
+    std::map<TProbe, std::shared_ptr<TTransport>> probes;
     std::thread thread;
+
+    void Open(const TScaleOptions& options, const TAnswer& answer) {
+        if (options.tcpPort) tcp = ListenTcp(io, options.host, *options.tcpPort, answer);
+        if (options.udpPort) udp = ListenUdp(io, options.host, *options.udpPort, answer);
+        if (!options.serialDevice.empty())
+            serial = ListenSerial(io, options.serialDevice, options.baudRate, answer);
+        if (options.pty) pty = ListenPty(io, options.ptyLink, answer);
+        for (const TProbeOptions& probe : options.probes)
+            probes[probe.probe] = AnswerProbe(io, probe);
+    }
 
     // Nothing that one request does may end the scale.
     void Serve() {
@@ -39,9 +53,7 @@ TVirtualScale::~TVirtualScale() {
 void TVirtualScale::Start() {
     Stop();
     auto runtime = std::make_unique<TRuntime>();
-    const TAnswer answer = [this](const TBytes& frame) { return core_.Answer(frame); };
-    if (options_.tcpPort)
-        runtime->tcp = ListenTcp(runtime->io, options_.host, *options_.tcpPort, answer);
+    runtime->Open(options_, [this](const TBytes& frame) { return core_.Answer(frame); });
     runtime->thread = std::thread([runtime = runtime.get()] { runtime->Serve(); });
     runtime_ = std::move(runtime);
 }
@@ -57,12 +69,30 @@ std::uint16_t TVirtualScale::Port() const {
     return runtime_ && runtime_->tcp ? runtime_->tcp->Port() : std::uint16_t{0};
 }
 
+std::uint16_t TVirtualScale::UdpPort() const {
+    return runtime_ && runtime_->udp ? runtime_->udp->Port() : std::uint16_t{0};
+}
+
+std::uint16_t TVirtualScale::ProbePort(TProbe probe) const {
+    if (!runtime_) return 0;
+    const auto found = runtime_->probes.find(probe);
+    return found == runtime_->probes.end() ? std::uint16_t{0} : found->second->Port();
+}
+
+std::string TVirtualScale::SerialDevice() const {
+    if (runtime_ && runtime_->pty) return runtime_->pty->Device();
+    if (runtime_ && runtime_->serial) return runtime_->serial->Device();
+    return {};
+}
+
 std::vector<std::string> TVirtualScale::Endpoints() const {
     std::vector<std::string> endpoints;
     if (!runtime_) return endpoints;
-    if (runtime_->tcp) endpoints.push_back(runtime_->tcp->Endpoint());
-    for (const auto& transport : runtime_->others)
-        endpoints.push_back(transport->Endpoint());
+    for (const auto& link : {runtime_->tcp, runtime_->udp, runtime_->serial, runtime_->pty}) {
+        if (link) endpoints.push_back(link->Endpoint());
+    }
+    for (const auto& entry : runtime_->probes)
+        endpoints.push_back(entry.second->Endpoint());
     return endpoints;
 }
 

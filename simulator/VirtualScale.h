@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "simulator/Probes.h"
 #include "simulator/ScaleCore.h"
 
 namespace tolvane::simulator {
@@ -15,6 +16,13 @@ namespace tolvane::simulator {
 struct TScaleOptions : TCoreOptions {
     std::string host = "127.0.0.1";            // an IP address
     std::optional<std::uint16_t> tcpPort = 0;  // 0: any free one
+    std::optional<std::uint16_t> udpPort{};    // the same
+    std::string serialDevice{};                // "/dev/ttyS0", "COM5"
+    unsigned baudRate = 9600;
+    // On Linux: a pseudo terminal of its own, with a symbolic link to the client's end at ptyLink.
+    bool pty = false;
+    std::string ptyLink{};
+    std::vector<TProbeOptions> probes{};  // the searches for scales that it answers
 };
 
 // A scale in software, served by a thread of its own. Its operations may be called from any
@@ -33,8 +41,12 @@ public:
     // may follow.
     void Stop() noexcept;
 
-    // Of a started scale; 0 when it has no such link.
+    // Of a started scale; 0 or empty when it has no such link.
     std::uint16_t Port() const;
+    std::uint16_t UdpPort() const;
+    std::uint16_t ProbePort(TProbe probe) const;
+    // What a client opens to reach the pseudo terminal or, without one, the serial device.
+    std::string SerialDevice() const;
     // "tcp 127.0.0.1:1001" and so on, one for each link.
     std::vector<std::string> Endpoints() const;
 
