@@ -1,0 +1,9 @@
+#include "text/RegionalSettings.h"
+
+namespace tolvane {
+
+TRegionalSettings SystemRegionalSettings() {
+    return {};
+}
+
+}  // namespace tolvane
