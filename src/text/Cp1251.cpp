@@ -3,99 +3,111 @@
 #include <algorithm>
 
 namespace tolvane {
+
 namespace {
 
-constexpr unsigned char Byte(char c) {
-    return static_cast<unsigned char>(c);
+constexpr std::uint8_t Unsigned(char c) {
+    return static_cast<std::uint8_t>(c);
 }
 
-constexpr char16_t CodePoint(unsigned char byte) {
-    return byte < 0x80 ? byte : kCp1251High[byte - 0x80U];
+constexpr char Char(int byte) {
+    return static_cast<char>(static_cast<std::uint8_t>(byte));
 }
 
-// Lower and upper case letters above 0x7F that do not stand 32 apart.
-struct TCasePair {
-    unsigned char lower;
-    unsigned char upper;
-};
-constexpr std::array<TCasePair, 15> kCasePairs = {{{0x90, 0x80},
-                                                   {0x83, 0x81},
-                                                   {0x9A, 0x8A},
-                                                   {0x9C, 0x8C},
-                                                   {0x9D, 0x8D},
-                                                   {0x9E, 0x8E},
-                                                   {0x9F, 0x8F},
-                                                   {0xA2, 0xA1},
-                                                   {0xBC, 0xA3},
-                                                   {0xB4, 0xA5},
-                                                   {0xB8, 0xA8},
-                                                   {0xBA, 0xAA},
-                                                   {0xBF, 0xAF},
-                                                   {0xB3, 0xB2},
-                                                   {0xBE, 0xBD}}};
+constexpr char16_t CodePoint(char c) {
+    return Unsigned(c) < 0x80 ? static_cast<char16_t>(c) : kCp1251High[Unsigned(c) - 0x80U];
+}
 
-constexpr std::array<unsigned char, 256> MakeUpperTable() {
-    std::array<unsigned char, 256> table{};
-    for (unsigned i = 0; i < 256; ++i)
-        table[i] = static_cast<unsigned char>(i);
-    for (unsigned i = 'a'; i <= 'z'; ++i)
-        table[i] = static_cast<unsigned char>(i - 32);
-    for (unsigned i = 0xE0; i <= 0xFF; ++i)
-        table[i] = static_cast<unsigned char>(i - 32);
-    for (const TCasePair& pair : kCasePairs)
-        table[pair.lower] = pair.upper;
+// Byte of each code point U+0400 to U+04FF, 0 for those that the code page lacks.
+constexpr auto kCyrillicBytes = [] {
+    std::array<std::uint8_t, 256> table{};
+    for (std::size_t i = 0; i < kCp1251High.size(); ++i) {
+        if (kCp1251High[i] >= 0x400 && kCp1251High[i] < 0x500)
+            table[kCp1251High[i] - 0x400U] = static_cast<std::uint8_t>(i + 0x80);
+    }
     return table;
-}
-constexpr std::array<unsigned char, 256> kUpper = MakeUpperTable();
-
-constexpr char Upper(char c) {
-    return static_cast<char>(kUpper[Byte(c)]);
-}
+}();
 
 char ByteOrQuestionMark(char32_t codePoint) {
-    const int byte = Cp1251Byte(codePoint);
-    return byte < 0 ? '?' : static_cast<char>(static_cast<unsigned char>(byte));
-}
-
-void AppendUtf8(std::string& out, char16_t codePoint) {
-    if (codePoint < 0x80) {
-        out += static_cast<char>(codePoint);
-    } else if (codePoint < 0x800) {
-        out += static_cast<char>(0xC0 | (codePoint >> 6));
-        out += static_cast<char>(0x80 | (codePoint & 0x3F));
-    } else {
-        out += static_cast<char>(0xE0 | (codePoint >> 12));
-        out += static_cast<char>(0x80 | ((codePoint >> 6) & 0x3F));
-        out += static_cast<char>(0x80 | (codePoint & 0x3F));
+    if (codePoint < 0x80) return static_cast<char>(codePoint);
+    if (codePoint >= 0x400 && codePoint < 0x500) {
+        const std::uint8_t byte = kCyrillicBytes[codePoint - 0x400U];
+        return byte == 0 ? '?' : Char(byte);
     }
+    const int byte = Cp1251Byte(codePoint);
+    return byte < 0 ? '?' : Char(byte);
 }
 
-struct TUtf8Character {
-    char32_t codePoint;  // 0xFFFD for an invalid sequence
-    std::size_t next;
+struct TLetterPair {
+    std::uint8_t lower;
+    std::uint8_t upper;
 };
 
-TUtf8Character NextUtf8(std::string_view utf8, std::size_t at) {
-    constexpr char32_t kInvalid = 0xFFFD;
-    const unsigned char lead = Byte(utf8[at]);
-    if (lead < 0x80) return {lead, at + 1};
-    if (lead < 0xC2 || lead > 0xF4) return {kInvalid, at + 1};
-    const std::size_t count = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-    char32_t codePoint = lead & (0xFFU >> (count + 1));
-    for (std::size_t i = 1; i < count; ++i) {
-        if (at + i >= utf8.size() || (Byte(utf8[at + i]) & 0xC0U) != 0x80)
-            return {kInvalid, at + i};
-        codePoint = codePoint * 64 + (Byte(utf8[at + i]) & 0x3FU);
+// Letters whose two cases do not stand at a fixed distance: ђ ѓ љ њ ќ ћ џ ў ј ґ ё є ѕ ї і.
+constexpr TLetterPair kLetterPairs[] = {{0x90, 0x80}, {0x83, 0x81}, {0x9A, 0x8A}, {0x9C, 0x8C},
+                                        {0x9D, 0x8D}, {0x9E, 0x8E}, {0x9F, 0x8F}, {0xA2, 0xA1},
+                                        {0xBC, 0xA3}, {0xB4, 0xA5}, {0xB8, 0xA8}, {0xBA, 0xAA},
+                                        {0xBE, 0xBD}, {0xBF, 0xAF}, {0xB3, 0xB2}};
+
+constexpr auto kUpper = [] {
+    std::array<std::uint8_t, 256> table{};
+    for (std::size_t i = 0; i < table.size(); ++i) {
+        const bool pairedByDistance = (i >= 'a' && i <= 'z') || i >= 0xE0;
+        table[i] = static_cast<std::uint8_t>(pairedByDistance ? i - 0x20 : i);
     }
-    return {codePoint, at + count};
+    for (const TLetterPair& pair : kLetterPairs)
+        table[pair.lower] = pair.upper;
+    return table;
+}();
+
+struct TUtf8Step {
+    char32_t codePoint;  // meaningless when not valid
+    std::size_t length;  // bytes to go on by, at least 1
+    bool valid;
+};
+
+// Lead byte ranges with the range of the second byte; this is what keeps out overlong forms,
+// surrogates and what lies above U+10FFFF.
+struct TUtf8Lead {
+    std::uint8_t first, last;
+    std::uint8_t secondFirst, secondLast;
+    std::size_t length;
+};
+constexpr TUtf8Lead kUtf8Leads[] = {{0xC2, 0xDF, 0x80, 0xBF, 2}, {0xE0, 0xE0, 0xA0, 0xBF, 3},
+                                    {0xE1, 0xEC, 0x80, 0xBF, 3}, {0xED, 0xED, 0x80, 0x9F, 3},
+                                    {0xEE, 0xEF, 0x80, 0xBF, 3}, {0xF0, 0xF0, 0x90, 0xBF, 4},
+                                    {0xF1, 0xF3, 0x80, 0xBF, 4}, {0xF4, 0xF4, 0x80, 0x8F, 4}};
+
+TUtf8Step StepUtf8(std::string_view text) {
+    const std::uint8_t lead = Unsigned(text[0]);
+    if (lead < 0x80) return {lead, 1, true};
+    const auto* found = std::ranges::find_if(
+        kUtf8Leads, [&](const TUtf8Lead& l) { return lead >= l.first && lead <= l.last; });
+    if (found == std::ranges::end(kUtf8Leads)) return {0, 1, false};
+    char32_t codePoint = lead & (0xFFU >> (found->length + 1));
+    for (std::size_t i = 1; i < found->length; ++i) {
+        const std::uint8_t byte = i < text.size() ? Unsigned(text[i]) : std::uint8_t{0};
+        const std::uint8_t first = i == 1 ? found->secondFirst : std::uint8_t{0x80};
+        const std::uint8_t last = i == 1 ? found->secondLast : std::uint8_t{0xBF};
+        if (byte < first || byte > last) return {0, i, false};
+        codePoint = codePoint * 64 + (byte & 0x3FU);
+    }
+    return {codePoint, found->length, true};
+}
+
+constexpr bool IsHighSurrogate(char16_t unit) {
+    return (unit & 0xFC00) == 0xD800;
+}
+
+constexpr bool IsLowSurrogate(char16_t unit) {
+    return (unit & 0xFC00) == 0xDC00;
 }
 
 }  // namespace
 
 std::u16string ToUtf16(std::string_view text) {
     std::u16string out(text.size(), u'\0');
-    std::transform(text.begin(), text.end(), out.begin(),
-                   [](char c) { return CodePoint(Byte(c)); });
+    std::ranges::transform(text, out.begin(), CodePoint);
     return out;
 }
 
@@ -103,10 +115,8 @@ std::string FromUtf16(std::u16string_view text) {
     std::string out;
     out.reserve(text.size());
     for (std::size_t i = 0; i < text.size(); ++i) {
-        const bool pair = text[i] >= 0xD800 && text[i] < 0xDC00 && i + 1 < text.size() &&
-                          text[i + 1] >= 0xDC00 && text[i + 1] < 0xE000;
-        out += pair ? '?' : ByteOrQuestionMark(text[i]);
-        if (pair) ++i;
+        out += ByteOrQuestionMark(text[i]);
+        if (IsHighSurrogate(text[i]) && i + 1 < text.size() && IsLowSurrogate(text[i + 1])) ++i;
     }
     return out;
 }
@@ -114,38 +124,64 @@ std::string FromUtf16(std::u16string_view text) {
 std::string ToUtf8(std::string_view text) {
     std::string out;
     out.reserve(text.size() * 2);
-    for (const char c : text)
-        AppendUtf8(out, CodePoint(Byte(c)));
+    for (const char c : text) {
+        const unsigned codePoint = CodePoint(c);
+        const auto tail = [&](unsigned shift) {
+            out += Char(static_cast<int>(0x80U | ((codePoint >> shift) & 0x3FU)));
+        };
+        if (codePoint < 0x80) {
+            out += c;
+        } else if (codePoint < 0x800) {
+            out += Char(static_cast<int>(0xC0U | (codePoint >> 6U)));
+            tail(0);
+        } else {
+            out += Char(static_cast<int>(0xE0U | (codePoint >> 12U)));
+            tail(6);
+            tail(0);
+        }
+    }
     return out;
 }
 
 std::string FromUtf8(std::string_view utf8) {
     std::string out;
-    for (std::size_t at = 0; at < utf8.size();) {
-        const TUtf8Character character = NextUtf8(utf8, at);
-        out += ByteOrQuestionMark(character.codePoint);
-        at = character.next;
+    out.reserve(utf8.size());
+    while (!utf8.empty()) {
+        const TUtf8Step step = StepUtf8(utf8);
+        out += step.valid ? ByteOrQuestionMark(step.codePoint) : '?';
+        utf8.remove_prefix(step.length);
     }
     return out;
 }
 
+bool IsUtf8(std::string_view bytes) {
+    while (!bytes.empty()) {
+        const TUtf8Step step = StepUtf8(bytes);
+        if (!step.valid) return false;
+        bytes.remove_prefix(step.length);
+    }
+    return true;
+}
+
 char UpperCase(char c) {
-    return Upper(c);
+    return Char(kUpper[Unsigned(c)]);
 }
 
 std::string UpperCase(std::string_view text) {
     std::string out(text);
-    std::transform(out.begin(), out.end(), out.begin(), Upper);
+    for (char& c : out)
+        c = UpperCase(c);
     return out;
 }
 
 int CompareIgnoringCase(std::string_view a, std::string_view b) {
     const std::size_t common = std::min(a.size(), b.size());
     for (std::size_t i = 0; i < common; ++i) {
-        const int difference = kUpper[Byte(a[i])] - kUpper[Byte(b[i])];
+        const int difference = kUpper[Unsigned(a[i])] - kUpper[Unsigned(b[i])];
         if (difference != 0) return difference;
     }
-    return a.size() < b.size() ? -1 : a.size() > b.size() ? 1 : 0;
+    if (a.size() == b.size()) return 0;
+    return a.size() < b.size() ? -1 : 1;
 }
 
 bool EqualIgnoringCase(std::string_view a, std::string_view b) {
@@ -153,17 +189,24 @@ bool EqualIgnoringCase(std::string_view a, std::string_view b) {
 }
 
 bool ContainsUpperCased(std::string_view text, std::string_view upperNeedle) {
-    const auto same = [](char c, char upper) { return Upper(c) == upper; };
-    return std::search(text.begin(), text.end(), upperNeedle.begin(), upperNeedle.end(), same) !=
-               text.end() ||
-           upperNeedle.empty();
+    if (upperNeedle.empty()) return true;
+    if (text.size() < upperNeedle.size()) return false;
+    const std::uint8_t first = Unsigned(upperNeedle.front());
+    const char* const last = text.data() + (text.size() - upperNeedle.size());
+    for (const char* at = text.data(); at <= last; ++at) {
+        if (kUpper[Unsigned(*at)] != first) continue;
+        std::size_t i = 1;
+        while (i < upperNeedle.size() && kUpper[Unsigned(at[i])] == Unsigned(upperNeedle[i]))
+            ++i;
+        if (i == upperNeedle.size()) return true;
+    }
+    return false;
 }
 
 std::string_view Trim(std::string_view text) {
-    const auto isBlank = [](char c) { return Byte(c) <= ' '; };
-    while (!text.empty() && isBlank(text.front()))
+    while (!text.empty() && Unsigned(text.front()) <= 32)
         text.remove_prefix(1);
-    while (!text.empty() && isBlank(text.back()))
+    while (!text.empty() && Unsigned(text.back()) <= 32)
         text.remove_suffix(1);
     return text;
 }

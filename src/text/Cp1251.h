@@ -109,6 +109,8 @@ std::string FromUtf16(std::u16string_view text);
 std::string ToUtf8(std::string_view text);
 // Invalid sequences and characters that the code page does not have become '?'.
 std::string FromUtf8(std::string_view utf8);
+// Whether the bytes are well-formed UTF-8 (the empty text is).
+bool IsUtf8(std::string_view bytes);
 
 // Upper case by code page 1251, one byte to one byte: a-z, а-я, ё and the other letters in pairs.
 char UpperCase(char c);

@@ -5,9 +5,9 @@
 namespace tolvane {
 
 int DayOfWeek(TDate date) {
-    const std::chrono::year_month_day day{std::chrono::year(date.year),
+    const std::chrono::year_month_day day(std::chrono::year(date.year),
                                           std::chrono::month(static_cast<unsigned>(date.month)),
-                                          std::chrono::day(static_cast<unsigned>(date.day))};
+                                          std::chrono::day(static_cast<unsigned>(date.day)));
     return static_cast<int>(std::chrono::weekday(std::chrono::sys_days(day)).iso_encoding());
 }
 

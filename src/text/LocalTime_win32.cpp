@@ -1,11 +1,12 @@
-#include <windows.h>
-
 #include "text/LocalTime.h"
 
+#include <windows.h>
+
 namespace tolvane {
+
 namespace {
 
-class TSystemLocalClock final : public TLocalClock {
+class TSystemLocalClock : public TLocalClock {
 public:
     TLocalDateTime Now() const override {
         SYSTEMTIME now{};
@@ -18,8 +19,8 @@ public:
 }  // namespace
 
 const TLocalClock& SystemLocalClock() {
-    static const TSystemLocalClock clock;
-    return clock;
+    static const TSystemLocalClock kClock;
+    return kClock;
 }
 
 }  // namespace tolvane

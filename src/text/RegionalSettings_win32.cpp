@@ -1,38 +1,58 @@
-#include <windows.h>
-
-#include <array>
-
-#include "text/Cp1251.h"
 #include "text/RegionalSettings.h"
 
+#include <windows.h>
+
+#include <cstddef>
+
+#include "text/Cp1251.h"
+
 namespace tolvane {
+
 namespace {
 
-// What the user's settings say, in code page 1251; empty when the system has no answer.
-std::string UserSetting(LCTYPE type) {
-    std::array<wchar_t, 100> buffer{};
-    const int size =
-        GetLocaleInfoW(LOCALE_USER_DEFAULT, type, buffer.data(), static_cast<int>(buffer.size()));
-    std::u16string text;
-    for (int i = 0; i + 1 < size; ++i)
-        text += static_cast<char16_t>(buffer[static_cast<std::size_t>(i)]);
-    return FromUtf16(text);
+std::u16string Setting(LCTYPE what) {
+    const int size = GetLocaleInfoW(LOCALE_USER_DEFAULT, what, nullptr, 0);
+    if (size <= 1) return {};
+    std::wstring wide(static_cast<std::size_t>(size), L'\0');
+    const int written = GetLocaleInfoW(LOCALE_USER_DEFAULT, what, wide.data(), size);
+    if (written <= 1) return {};
+    return {wide.begin(), wide.begin() + (written - 1)};
 }
 
-void TakeUnlessEmpty(std::string& to, std::string&& from) {
-    if (!from.empty()) to = std::move(from);
+std::string TextOf(LCTYPE what) {
+    return FromUtf16(Setting(what));
+}
+
+std::string TextOf(LCTYPE what, const char* otherwise) {
+    std::string text = TextOf(what);
+    return text.empty() ? std::string(otherwise) : text;
+}
+
+char DecimalSeparator() {
+    const std::u16string text = Setting(LOCALE_SDECIMAL);
+    const int byte = text.empty() ? -1 : Cp1251Byte(text.front());
+    return byte < 0 ? '.' : static_cast<char>(static_cast<unsigned char>(byte));
+}
+
+template <std::size_t N>
+void ReadNames(std::array<std::string, N>& names, LCTYPE first) {
+    for (std::size_t i = 0; i < N; ++i)
+        names[i] = TextOf(first + static_cast<LCTYPE>(i));
 }
 
 }  // namespace
 
 TRegionalSettings SystemRegionalSettings() {
     TRegionalSettings settings;
-    const std::string separator = UserSetting(LOCALE_SDECIMAL);
-    settings.decimalSeparator = separator.empty() || separator[0] == '?' ? '.' : separator[0];
-    TakeUnlessEmpty(settings.shortDatePattern, UserSetting(LOCALE_SSHORTDATE));
-    TakeUnlessEmpty(settings.longTimePattern, UserSetting(LOCALE_STIMEFORMAT));
-    settings.morning = UserSetting(LOCALE_S1159);
-    settings.afternoon = UserSetting(LOCALE_S2359);
+    settings.decimalSeparator = DecimalSeparator();
+    settings.shortDatePattern = TextOf(LOCALE_SSHORTDATE, "dd.MM.yyyy");
+    settings.longTimePattern = TextOf(LOCALE_STIMEFORMAT, "HH:mm:ss");
+    settings.morning = TextOf(LOCALE_S1159);
+    settings.afternoon = TextOf(LOCALE_S2359);
+    ReadNames(settings.shortMonths, LOCALE_SABBREVMONTHNAME1);
+    ReadNames(settings.longMonths, LOCALE_SMONTHNAME1);
+    ReadNames(settings.shortDays, LOCALE_SABBREVDAYNAME1);
+    ReadNames(settings.longDays, LOCALE_SDAYNAME1);
     return settings;
 }
 
