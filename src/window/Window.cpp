@@ -163,13 +163,15 @@ HWND FindComponent(HWND parent, std::string_view name) {
     return search.found;
 }
 
-void PumpMessages() {
+namespace {
+
+void Pump(UINT kinds) {
     // A window that never validates itself would keep the queue busy for ever.
     constexpr DWORD kPatienceMs = 250;
     const DWORD start = GetTickCount();
     MSG message{};
     while (GetTickCount() - start < kPatienceMs &&
-           PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != 0) {
+           PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE | kinds) != 0) {
         if (message.message == WM_QUIT) {
             PostQuitMessage(static_cast<int>(message.wParam));
             return;
@@ -178,5 +180,11 @@ void PumpMessages() {
         DispatchMessageW(&message);
     }
 }
+
+}  // namespace
+
+void PumpMessages() { Pump(0); }
+
+void PumpPaintMessages() { Pump(PM_QS_PAINT | PM_QS_SENDMESSAGE); }
 
 }  // namespace tolvane

@@ -102,5 +102,7 @@ HWND FindComponent(HWND parent, std::string_view name);
 // Lets the waiting messages of this thread run, for a quarter of a second at most. WM_QUIT stays in
 // the queue.
 void PumpMessages();
+// Lets windows of this thread that wait for it paint; nothing that the user does comes in.
+void PumpPaintMessages();
 
 }  // namespace tolvane

@@ -1,0 +1,86 @@
+#include "articles/forms/uWaitForm.h"
+
+#include <commctrl.h>
+
+#include "text/Cp1251.h"
+#include "window/WideText.h"
+
+namespace tolvane {
+namespace {
+
+constexpr int kWidth = 393;
+constexpr int kHeight = 73;
+constexpr int kBarHeight = 10;
+constexpr int kLabelHeight = 16;
+constexpr COLORREF kBackground = RGB(240, 202, 166);
+constexpr COLORREF kNavy = RGB(0, 0, 128);
+constexpr std::string_view kLabel = "Моля, изчакайте..."_cp1251;
+
+}  // namespace
+
+void TWaitForm::Make() {
+    TFormOptions options;
+    options.className = kWaitFormClass;
+    options.name = "WaitForm";
+    options.caption = kLabel;
+    options.style = WS_POPUP;
+    options.exStyle = WS_EX_TOOLWINDOW;
+    options.clientWidth = kWidth;
+    options.clientHeight = kHeight;
+    MakePopup(options, owner_);
+    labelFont_ = MakeFont(Dpi(), true, kLabelHeight);
+    TControlOptions bar;
+    bar.kind = TControlKind::Progress;
+    bar.name = "ProgressBar";
+    bar.place = {0, kHeight - kBarHeight, kWidth, kBarHeight};
+    bar_ = AddControl(bar);
+    SendMessageW(bar_, PBM_SETSTEP, 1, 0);
+}
+
+void TWaitForm::ShowCount(int count) {
+    if (Handle() == nullptr) Make();
+    ShowWindow(bar_, count >= 1 ? SW_SHOW : SW_HIDE);
+    SendMessageW(bar_, PBM_SETRANGE32, 0, count > 0 ? count : 1);
+    SendMessageW(bar_, PBM_SETPOS, 0, 0);
+    SetWindowPos(Handle(), HWND_TOP, 0, 0, 0, 0,
+                 SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE | SWP_SHOWWINDOW);
+    PumpPaintMessages();
+}
+
+void TWaitForm::Step() {
+    if (Handle() == nullptr) return;
+    SendMessageW(bar_, PBM_STEPIT, 0, 0);
+    UpdateWindow(bar_);
+    UpdateWindow(Handle());
+}
+
+void TWaitForm::Hide() {
+    if (Handle() != nullptr) ShowWindow(Handle(), SW_HIDE);
+}
+
+void TWaitForm::Paint() const {
+    PAINTSTRUCT paint{};
+    const HDC dc = BeginPaint(Handle(), &paint);
+    RECT client{};
+    GetClientRect(Handle(), &client);
+    const TOwnedBrush background(CreateSolidBrush(kBackground));
+    FillRect(dc, &client, background.Get());
+    const TSelected font(dc, labelFont_.Get());
+    SetBkMode(dc, TRANSPARENT);
+    SetTextColor(dc, kNavy);
+    const std::wstring text = Wide(kLabel);
+    DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &client,
+              DT_SINGLELINE | DT_CENTER | DT_VCENTER | DT_NOPREFIX);
+    EndPaint(Handle(), &paint);
+}
+
+LRESULT TWaitForm::HandleMessage(const TMessage& message) {
+    if (message.id == WM_PAINT) {
+        Paint();
+        return 0;
+    }
+    if (message.id == WM_CLOSE) return 0;
+    return TForm::HandleMessage(message);
+}
+
+}  // namespace tolvane

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <windows.h>
+
+#include <ibase.h>
+
+#include <string>
+
+#include "entry/HostInterface.h"
+
+namespace tolvane::test {
+
+// The host's connection: a real Firebird server through fbclient.dll. The environment tells where:
+// TOLVANE_FB_SERVER (host/port), TOLVANE_FB_FOLDER (the server's folder of databases) and
+// TOLVANE_FB_PASSWORD (of SYSDBA).
+class TConnection {
+public:
+    // `name`: "shop.fdb" or "empty.fdb".
+    explicit TConnection(const std::string& name);
+    TConnection(const TConnection&) = delete;
+    TConnection& operator=(const TConnection&) = delete;
+    ~TConnection();
+
+    // For OperationProcedure; lives as long as the connection.
+    const THostDatabase* Database() const { return &database_; }
+    // Runs one statement in a transaction of its own.
+    void Execute(const std::string& sql);
+    // The first column of the first row, an integer.
+    long long Number(const std::string& sql);
+    // Ends the connection behind the module's back: what it runs from then on fails.
+    void ShutDown();
+
+private:
+    isc_db_handle handle_ = 0;
+    THostDatabase database_{};
+};
+
+}  // namespace tolvane::test

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+#include <vector>
+
+namespace tolvane::test {
+
+// Reads a list view by ordinary list view messages, as a host does; texts come as UTF-8.
+class TGridReader {
+public:
+    explicit TGridReader(HWND grid) : grid_(grid) {}
+
+    HWND Handle() const { return grid_; }
+    int RowCount() const;
+    std::vector<std::string> Titles() const;
+    std::string Cell(int row, int column) const;
+    std::vector<std::string> Column(int column) const;
+    int ColumnByTitle(const std::string& title) const;  // -1 when there is none
+    int ColumnWidth(int column) const;
+    int ColumnFormat(int column) const;  // HDF_... of the title
+    int FocusedRow() const;
+    std::vector<int> SelectedRows() const;
+
+    // As the user does it.
+    void ClickTitle(int column) const;
+    void DoubleClickTitle(int column) const;
+    void ClickRow(int row, int column, bool control = false, bool shift = false) const;
+
+private:
+    HWND Header() const;
+    POINT TitlePoint(int column) const;
+
+    HWND grid_;
+};
+
+// Presses a key in a window through the message queue, with the Ctrl or Shift key held down for the
+// thread.
+void PressKey(HWND window, int virtualKey, bool control = false, bool shift = false);
+
+}  // namespace tolvane::test

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <map>
+#include <string>
+
+namespace tolvane::test {
+
+// A host's main window: an MDI frame and a message loop that knows nothing of any module (no
+// dialog keys, no accelerators). One per thread of the test.
+class THostFrame {
+public:
+    THostFrame();
+    THostFrame(const THostFrame&) = delete;
+    THostFrame& operator=(const THostFrame&) = delete;
+    ~THostFrame();
+
+    HWND Frame() const { return frame_; }
+    HWND Client() const { return client_; }
+    // How often a message of that number reached the frame.
+    int Received(UINT message) const;
+    void Forget() { received_.clear(); }
+    // Makes an MDI child of the host's own, carrying a component name (null: none).
+    HWND AddChild(const char* componentName);
+    // Window of a class among the MDI children; null when there is none.
+    HWND ChildOfClass(const wchar_t* className) const;
+    int ChildrenOfClass(const wchar_t* className) const;
+
+private:
+    static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+
+    HWND frame_ = nullptr;
+    HWND client_ = nullptr;
+    std::map<UINT, int> received_;
+};
+
+// Runs the host's message loop until the condition holds; false when it did not in `seconds`.
+bool RunLoopUntil(const std::function<bool()>& condition, int seconds = 20);
+// Runs the loop until no message waits.
+void RunLoopDry();
+
+// A window's text as UTF-8; its class name.
+std::string Utf8TextOf(HWND window);
+std::string Utf8(const std::wstring& text);
+std::wstring ClassOf(HWND window);
+// The descendant that carries the component name; null when there is none.
+HWND Component(HWND parent, const std::string& name);
+std::string ComponentNameOf(HWND window);
+
+}  // namespace tolvane::test
