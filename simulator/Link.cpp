@@ -5,57 +5,57 @@
 
 namespace tolvane::simulator {
 
-// Carries one plan out; it is kept alive by the timer or the write that it waits for.
+// Carries one plan out. It is kept alive by the timer or the write that it waits for, which keep
+// the link alive as well; it does not itself, since a link's waiting writes lead back to here.
 class TPlanRun : public std::enable_shared_from_this<TPlanRun> {
 public:
-    TPlanRun(std::shared_ptr<TLink> link, TReplyPlan plan, std::function<void()> finished)
-        : link_(std::move(link)),
-          plan_(std::move(plan)),
-          finished_(std::move(finished)),
-          timer_(link_->Executor()) {}
+    using TLinkPointer = std::shared_ptr<TLink>;
 
-    void Next() {
+    TPlanRun(const TLinkPointer& link, TReplyPlan plan)
+        : plan_(std::move(plan)), timer_(link->Executor()) {}
+
+    void Next(const TLinkPointer& link) {
         if (index_ == plan_.steps.size()) {
-            if (plan_.ending != TEnding::Keep) link_->End(plan_.ending);
-            finished_();
+            if (plan_.ending != TEnding::Keep) link->End(plan_.ending);
+            if (!plan_.detached) link->PerformNext();
             return;
         }
         const auto delay = plan_.steps[index_].delay;
         if (delay.count() == 0) {
-            Send();
+            Send(link);
             return;
         }
         timer_.expires_after(delay);
-        timer_.async_wait([self = shared_from_this()](const std::error_code& error) {
-            if (!error) self->Send();
+        timer_.async_wait([self = shared_from_this(), link](const std::error_code& error) {
+            if (!error) self->Send(link);
         });
     }
 
 private:
-    void Send() {
+    void Send(const TLinkPointer& link) {
         TSendStep& step = plan_.steps[index_++];
         if (step.stray) {
-            link_->WriteStray(step.bytes);
-            Next();
+            link->WriteStray(step.bytes);
+            Next(link);
             return;
         }
-        link_->Enqueue(std::move(step.bytes), [self = shared_from_this()](bool sent) {
-            // Nothing more can be said to a client that has gone.
-            if (!sent) self->index_ = self->plan_.steps.size();
-            self->Next();
-        });
+        link->Enqueue({std::move(step.bytes),
+                       [self = shared_from_this()](const TLinkPointer& sender, bool sent) {
+                           // Nothing more can be said to a client that has gone.
+                           if (!sent) self->index_ = self->plan_.steps.size();
+                           self->Next(sender);
+                       }});
     }
 
-    std::shared_ptr<TLink> link_;
     TReplyPlan plan_;
-    std::function<void()> finished_;
     asio::steady_timer timer_;
     std::size_t index_ = 0;
 };
 
 void TLink::Perform(TReplyPlan plan) {
     if (plan.detached) {
-        std::make_shared<TPlanRun>(shared_from_this(), std::move(plan), [] {})->Next();
+        const auto link = shared_from_this();
+        std::make_shared<TPlanRun>(link, std::move(plan))->Next(link);
         return;
     }
     plans_.push_back(std::move(plan));
@@ -67,14 +67,12 @@ void TLink::PerformNext() {
     if (!performing_) return;
     TReplyPlan plan = std::move(plans_.front());
     plans_.pop_front();
-    const auto finished = [link = weak_from_this()] {
-        if (const auto self = link.lock()) self->PerformNext();
-    };
-    std::make_shared<TPlanRun>(shared_from_this(), std::move(plan), finished)->Next();
+    const auto link = shared_from_this();
+    std::make_shared<TPlanRun>(link, std::move(plan))->Next(link);
 }
 
-void TLink::Enqueue(TBytes bytes, TDone done) {
-    writes_.push_back({std::move(bytes), std::move(done)});
+void TLink::Enqueue(TPending write) {
+    writes_.push_back(std::move(write));
     if (writes_.size() == 1) WriteNext();
 }
 
@@ -83,7 +81,7 @@ void TLink::WriteNext() {
         const TPending pending = std::move(self->writes_.front());
         self->writes_.pop_front();
         if (!self->writes_.empty()) self->WriteNext();
-        pending.done(sent);
+        pending.done(self, sent);
     });
 }
 

@@ -12,8 +12,8 @@ namespace tolvane::simulator {
 // What a scale does with a request frame.
 using TAnswer = std::function<TReplyPlan(const TBytes& frame)>;
 
-// One client's wire, as the plans see it. It is used on the thread of its executor only and lives
-// in a shared_ptr, which a plan at work holds.
+// One client's wire, as the plans see it. It is used on the thread of its executor only, and lives
+// while it reads, writes or waits for a plan's time.
 class TLink : public std::enable_shared_from_this<TLink> {
 public:
     explicit TLink(asio::any_io_executor executor) : executor_(std::move(executor)) {}
@@ -37,11 +37,11 @@ private:
     friend class TPlanRun;
     struct TPending {
         TBytes bytes;
-        TDone done;
+        std::function<void(const std::shared_ptr<TLink>&, bool sent)> done;
     };
 
     // One write at a time, so that a detached plan never lands inside another's bytes.
-    void Enqueue(TBytes bytes, TDone done);
+    void Enqueue(TPending write);
     void WriteNext();
     void PerformNext();
 
