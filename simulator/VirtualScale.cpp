@@ -43,6 +43,8 @@ struct TVirtualScale::TRuntime {
     }
 };
 
+TVirtualScale::TVirtualScale() : TVirtualScale(TScaleOptions()) {}
+
 TVirtualScale::TVirtualScale(TScaleOptions options)
     : options_(std::move(options)), core_(options_) {}
 

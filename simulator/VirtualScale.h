@@ -29,7 +29,8 @@ struct TScaleOptions : TCoreOptions {
 // thread, Start and Stop from one at a time.
 class TVirtualScale {
 public:
-    explicit TVirtualScale(TScaleOptions options = {});
+    TVirtualScale();  // an EVL on any free TCP port
+    explicit TVirtualScale(TScaleOptions options);
     ~TVirtualScale();
     TVirtualScale(const TVirtualScale&) = delete;
     TVirtualScale& operator=(const TVirtualScale&) = delete;

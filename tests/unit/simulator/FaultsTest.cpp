@@ -13,8 +13,14 @@ namespace {
 
 using std::chrono::milliseconds;
 
+TCoreOptions Options(TFaultScript script) {
+    TCoreOptions options;
+    options.faults = std::move(script);
+    return options;
+}
+
 TScaleCore Scale(TFaultScript script) {
-    return TScaleCore{TCoreOptions{.faults = std::move(script)}};
+    return TScaleCore(Options(std::move(script)));
 }
 
 // All bytes of the plan, whatever its pauses.
@@ -186,7 +192,7 @@ TEST(FaultsTest, AScript_DoesOneFaultAfterTheOther) {
         {"request": 3, "fault": "bad-checksum"},
         {"request": 4, "fault": "silent", "ms": 4000},
         {"request": 5, "fault": "late", "ms": 1500, "times": 2}])");
-    TScaleCore scale{TCoreOptions{.faults = FaultsFromJson(script)}, [&] { return now; }};
+    TScaleCore scale(Options(FaultsFromJson(script)), [&] { return now; });
     for (int i = 1; i <= 2; ++i)
         EXPECT_EQ(Sent(scale.Answer(Bytes(kAskPrgMode))), Bytes(kPrgMode));
     EXPECT_EQ(Sent(scale.Answer(Bytes(kAskPrgMode))), Bytes("02 0D 14 4A 14 4B 03"));
