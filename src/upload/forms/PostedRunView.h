@@ -1,0 +1,31 @@
+#pragma once
+
+#include <string>
+#include <utility>
+
+#include "upload/RunView.h"
+#include "window/PostQueue.h"
+
+namespace tolvane {
+
+// Carries a run's calls from its thread to the window's, in order. The window's view must live
+// until the queue is detached; later calls are dropped.
+class TPostedRunView : public TRunView {
+public:
+    TPostedRunView(TPostQueue queue, TRunView& window)
+        : queue_(std::move(queue)), window_(window) {}
+
+    void ClearLog() override;
+    void Log(std::string line) override;
+    void SetConnection(std::string text) override;
+    void SetProgress(std::string text) override;
+    void SetRunning(bool running) override;
+    void SetChoicesEnabled(bool enabled) override;
+    void ShowRunError(std::string text) override;
+
+private:
+    TPostQueue queue_;
+    TRunView& window_;
+};
+
+}  // namespace tolvane

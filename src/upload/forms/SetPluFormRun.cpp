@@ -1,0 +1,174 @@
+#include "upload/forms/SetPluForm.h"
+
+#include <utility>
+
+#include "comm/Clock.h"
+#include "config/IniFile.h"
+#include "text/Cp1251.h"
+#include "text/RegionalSettings.h"
+#include "upload/ArticleLineBuilder.h"
+#include "upload/RunScales.h"
+#include "upload/ScaleFactory.h"
+#include "upload/forms/PostedRunView.h"
+#include "window/MessageBoxes.h"
+#include "window/WideText.h"
+
+namespace tolvane {
+namespace {
+
+// Lines that go into the log at once; few enough for the window to stay alive.
+constexpr std::size_t kLogBatch = 200;
+
+// A log entry as a memo shows it: a zero byte would end it, and only CR LF breaks a line.
+void AppendEntry(std::string_view entry, std::string& text) {
+    for (std::size_t i = 0; i < entry.size(); ++i) {
+        if (entry.substr(i, 2) == "\r\n") {
+            text += "\r\n";
+            ++i;
+        } else {
+            const char c = entry[i];
+            text += c == '\0' || c == '\r' || c == '\n' ? ' ' : c;
+        }
+    }
+}
+
+}  // namespace
+
+template <class Body>
+void TSetPluForm::StartRun(Body body) {
+    if (running_) return;
+    startedBy_ = GetFocus();
+    // The thread has its own copy of everything, so that it never looks back at the form.
+    worker_.Start([body = std::move(body), stop = stop_, queue = Queue(),
+                   regional = SystemRegionalSettings(), this]() mutable {
+        TPostedRunView view(queue, *this);
+        TRealScaleFactory factory(SystemClock());
+        TScaleRun run(factory, SystemClock(), view, *stop, regional);
+        body(run);
+        queue.Post([this] { RunEnded(); });
+    });
+    running_ = true;
+}
+
+void TSetPluForm::SaveBtnClick() {
+    TRunArticles articles{context_.articles, RowsOfRun(*context_.articles, kind_.markedOnly,
+                                                       context_.marked, context_.current)};
+    StartRun([items = CurrentItems(), articles = std::move(articles),
+              choices = CurrentSettings().choices, write = kind_.write](TScaleRun& run) {
+        run.RunListed(items, articles, choices, write);
+    });
+}
+
+void TSetPluForm::DeleteBtnClick() {
+    if (running_) return;
+    constexpr std::string_view kQuestion =
+        "Тази процедура води до изтриване на всички\r\nартикули в избраните везни.\r\n"
+        "Желаете ли да продължите?"_cp1251;
+    if (!AskWarning(Handle(), kQuestion) || Handle() == nullptr) return;
+    StartRun([items = CurrentItems()](TScaleRun& run) { run.RunDeleteEverything(items); });
+}
+
+void TSetPluForm::StopReadBtnClick() {
+    stop_->Stop();
+}
+
+void TSetPluForm::OnCancel() {
+    Close();
+}
+
+bool TSetPluForm::CanClose(int) {
+    if (!running_) return true;
+    closing_ = true;
+    stop_->Abandon();
+    SetProgress(std::string("Изчакване на везната..."_cp1251));
+    return false;
+}
+
+void TSetPluForm::RunEnded() {
+    worker_.Wait();
+    running_ = false;
+    FlushLog();
+    if (closing_) EndModal(IDCANCEL);
+}
+
+void TSetPluForm::OnDestroy() {
+    stop_->Abandon();
+    try {
+        StoreResults();
+    } catch (const TFileError&) {
+        // The host is taking its windows down; it is no time for a message box.
+    }
+}
+
+void TSetPluForm::Finish() {
+    stop_->Abandon();
+    worker_.Wait();
+    if (Handle() != nullptr) StoreResults();
+}
+
+void TSetPluForm::StoreResults() {
+    if (std::exchange(stored_, true)) return;
+    StoreRunItems(CurrentItems(), *context_.scales);
+    TIniDocument document = ReadIniFile(context_.iniFile);
+    SaveRunSettings(CurrentSettings(), document);
+    WriteIniFile(context_.iniFile, document);
+}
+
+void TSetPluForm::ClearLog() {
+    pendingLog_.clear();
+    pendingLines_ = 0;
+    SetWindowText(statusMemo_, {});
+}
+
+void TSetPluForm::Log(std::string line) {
+    if (pendingLines_++ > 0) pendingLog_ += "\r\n";
+    AppendEntry(line, pendingLog_);
+    if (pendingLines_ >= kLogBatch) FlushLog();
+    if (flushPosted_ || pendingLines_ == 0) return;
+    // Behind the lines that are waiting already, which so go into the log together.
+    flushPosted_ = true;
+    Queue().Post([this] {
+        flushPosted_ = false;
+        FlushLog();
+    });
+}
+
+void TSetPluForm::FlushLog() {
+    if (pendingLines_ == 0) return;
+    AppendLine(statusMemo_, pendingLog_);
+    pendingLog_.clear();
+    pendingLines_ = 0;
+}
+
+void TSetPluForm::SetConnection(std::string text) {
+    SetWindowText(readPropLabel_, text);
+}
+
+void TSetPluForm::SetProgress(std::string text) {
+    SetWindowText(lblStatus_, text);
+}
+
+void TSetPluForm::SetRunning(bool running) {
+    EnableWindow(stopReadBtn_, running ? TRUE : FALSE);
+    const HWND focus = GetFocus();
+    for (const HWND control : {saveBtn_, okBtn_, deleteBtn_, scaleList_})
+        EnableWindow(control, running ? FALSE : TRUE);
+    // A disabled control would swallow the keys.
+    const bool lost =
+        focus == nullptr || (IsChild(Handle(), focus) != 0 && IsWindowEnabled(focus) == 0);
+    const HWND target = running ? stopReadBtn_ : startedBy_;
+    if (lost && target != nullptr && GetActiveWindow() == Handle()) SetFocus(target);
+}
+
+void TSetPluForm::SetChoicesEnabled(bool enabled) {
+    for (const HWND control :
+         {cbPluName1_, cbPluName2_, priceRadio_, priceButtons_[0], priceButtons_[1]})
+        EnableWindow(control, enabled ? TRUE : FALSE);
+}
+
+void TSetPluForm::ShowRunError(std::string text) {
+    FlushLog();
+    ShowError(Handle(), text);
+}
+
+}  // namespace tolvane

@@ -1,0 +1,22 @@
+#include "upload/forms/SetPluUnit.h"
+
+#include "upload/RunKind.h"
+#include "upload/forms/OwnerWatch.h"
+#include "upload/forms/SetPluForm.h"
+
+namespace tolvane {
+
+void ShowRunWindow(HWND owner, int runNumber, const TRunContext& context) {
+    const TRunKind* kind = RunKind(runNumber);
+    if (kind == nullptr || context.scales == nullptr || context.articles == nullptr ||
+        context.articles->RowCount() == 0)
+        return;
+    TSetPluForm form(owner, *kind, context);
+    {
+        const TOwnerWatch watch(owner, form);
+        form.ShowModal();
+    }
+    form.Finish();
+}
+
+}  // namespace tolvane
