@@ -1,22 +1,29 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
+
+#include "config/IniLine.h"
 
 namespace tolvane {
 
-// The text of an INI file, line by line. Reads as the system's own INI calls do (section and key
-// names without regard to case, first section of a name wins, blanks around names and values and
-// one pair of quotes around a value dropped, lines that start with ';' are comments). A change
+// The text of an INI file. Reads as the system's own INI calls do: section and key names without
+// regard to case, the first section and key of a name win, blanks around names and values and one
+// pair of quotes around a value are dropped, lines that start with ';' are comments. A change
 // touches only the lines it must: foreign sections, keys, comments, blank lines and line ends stay
-// byte for byte. Texts are code page 1251; a byte order mark in front is kept.
+// byte for byte, and a write of what stands there already changes nothing. Texts are code page
+// 1251; a file with a byte order mark of UTF-8 or UTF-16 keeps its mark and its encoding. Names
+// given here hold no
+// '=', brackets or line ends; control characters that would end a value's line are written as
+// blanks.
 class TIniDocument {
 public:
-    TIniDocument() = default;
-    explicit TIniDocument(std::string_view bytes);
+    explicit TIniDocument(std::string_view bytes = {});
 
     // The file's bytes as they are to be written.
     std::string Bytes() const;
@@ -31,16 +38,48 @@ public:
     // An integer other than 0 is true.
     bool ReadBoolean(std::string_view section, std::string_view key, bool otherwise) const;
 
+    // The value of an existing key is replaced in its line; a new key comes after the section's
+    // last key, a new section at the end. A value that starts or ends with a blank or starts with a
+    // quote is written in quotes, so that every reader gets it back as it was.
     void WriteText(std::string_view section, std::string_view key, std::string_view value);
     void WriteInteger(std::string_view section, std::string_view key, std::int32_t value);
     // "1" or "0".
     void WriteBoolean(std::string_view section, std::string_view key, bool value);
+    // Removes the key's lines from the section, repeats of it too, so that it reads as missing.
     void EraseKey(std::string_view section, std::string_view key);
-    // Removes the section's header and its lines up to the next header.
+    // Removes the section's header and its lines up to the next header, and further sections of
+    // that name likewise, which would otherwise be read in its place.
     void EraseSection(std::string_view section);
 
 private:
-    std::vector<std::string> lines_;  // each with its own line end
+    // Lines with their own line ends, the header first; an erased line is empty.
+    struct TSection {
+        std::vector<std::string> lines;
+        std::size_t afterLastKey = 0;  // where a new key's line goes
+    };
+    // The places of one key of the first section of a name; the first line wins.
+    struct TKeyPlace {
+        std::size_t section = 0;
+        std::vector<std::size_t> lines;
+    };
+
+    void Load(std::string_view bytes);
+    std::size_t AddSection(std::string line, const std::string& upperName);
+    void IndexKey(std::size_t section, std::string_view upperSection, std::string_view key);
+    const TKeyPlace* Find(std::string_view section, std::string_view key) const;
+    std::size_t SectionForWriting(std::string_view section);
+    void ReplaceValue(const TKeyPlace& place, std::string_view value);
+    void AppendKey(std::string_view section, std::string_view key, std::string_view value);
+    void EndLine(std::string& line) const;
+    void EndLastLine();
+
+    TIniEncoding encoding_ = TIniEncoding::Cp1251;
+    std::string mark_;                // the byte order mark
+    std::string lineEnd_;             // the file's usual one, as bytes of the file
+    std::vector<TSection> sections_;  // the first holds what stands before any header
+    // By upper-cased names; a key's is "SECTION\nKEY".
+    std::unordered_map<std::string, std::vector<std::size_t>> sectionIndex_;
+    std::unordered_map<std::string, TKeyPlace> keyIndex_;
 };
 
 }  // namespace tolvane

@@ -19,8 +19,9 @@ public:
 // be read.
 TIniDocument ReadIniFile(const std::filesystem::path& file);
 // Replaces the file atomically: whoever reads it, at any moment, finds the old or the new content
-// whole. Nothing is written when the file already holds these bytes. Throws TFileError; the old
-// file is then untouched.
+// whole, also after a crash. Nothing is written when the file already holds these bytes, or when it
+// is missing and the document empty. Temporary files that killed saves of this file left beside it
+// are removed. Throws TFileError; the old file is then untouched.
 void WriteIniFile(const std::filesystem::path& file, const TIniDocument& document);
 
 }  // namespace tolvane

@@ -1,9 +1,7 @@
 #pragma once
 
-#include <array>
-#include <cstddef>
+#include <algorithm>
 #include <cstdint>
-#include <cstring>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -21,7 +19,7 @@ struct TShortText {
     TShortText(std::string_view text) { *this = text; }  // NOLINT: a text is a text
     TShortText& operator=(std::string_view text) {
         length = static_cast<std::uint8_t>(text.size() < N ? text.size() : N);
-        std::memcpy(characters, text.data(), length);
+        std::copy_n(text.begin(), length, characters);
         return *this;
     }
     std::string_view View() const { return {characters, length}; }

@@ -1,0 +1,161 @@
+#include "config/IniLine.h"
+
+#include <algorithm>
+
+#include "text/Cp1251.h"
+
+namespace tolvane {
+
+namespace {
+
+constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
+constexpr std::string_view kUtf16Mark = "\xFF\xFE";
+constexpr unsigned kBlank = 32;  // this and all control characters count as blanks
+
+// A text as units of its encoding: bytes, or 16-bit units of UTF-16. A left-over odd byte at the
+// end is no unit.
+class TUnits {
+public:
+    TUnits(std::string_view bytes, TIniEncoding encoding)
+        : bytes_(bytes), width_(encoding == TIniEncoding::Utf16 ? 2 : 1) {}
+
+    std::size_t Size() const { return bytes_.size() / width_; }
+    std::size_t Width() const { return width_; }
+    unsigned operator[](std::size_t i) const {
+        if (width_ == 1) return Byte(i);
+        return Byte(2 * i) | (Byte(2 * i + 1) << 8U);
+    }
+    std::size_t Find(char c, std::size_t from, std::size_t to) const {
+        while (from < to && (*this)[from] != static_cast<unsigned char>(c))
+            ++from;
+        return from;
+    }
+    std::string_view Bytes(std::size_t from, std::size_t to) const {
+        return bytes_.substr(from * width_, (to - from) * width_);
+    }
+
+private:
+    unsigned Byte(std::size_t i) const { return static_cast<unsigned char>(bytes_[i]); }
+
+    std::string_view bytes_;
+    std::size_t width_;
+};
+
+// Unit positions of a text without the blanks around it.
+struct TSpan {
+    std::size_t from;
+    std::size_t to;
+};
+
+TSpan TrimUnits(const TUnits& units, TSpan span) {
+    while (span.from < span.to && units[span.from] <= kBlank)
+        ++span.from;
+    while (span.from < span.to && units[span.to - 1] <= kBlank)
+        --span.to;
+    return span;
+}
+
+bool IsQuote(char c) {
+    return c == '"' || c == '\'';
+}
+
+// Control characters, the blank and the no-break space, which some readers drop at a value's ends.
+bool IsBlank(char c) {
+    return static_cast<unsigned char>(c) <= kBlank || c == '\xA0';
+}
+
+}  // namespace
+
+TIniMark ReadIniMark(std::string_view file) {
+    if (file.starts_with(kUtf8Mark)) return {TIniEncoding::Utf8, kUtf8Mark.size()};
+    if (file.starts_with(kUtf16Mark)) return {TIniEncoding::Utf16, kUtf16Mark.size()};
+    return {};
+}
+
+std::string DecodeIni(std::string_view bytes, TIniEncoding encoding) {
+    if (encoding == TIniEncoding::Utf8 && IsUtf8(bytes)) return FromUtf8(bytes);
+    if (encoding != TIniEncoding::Utf16) return std::string(bytes);
+    const TUnits units(bytes, encoding);
+    std::u16string wide;
+    for (std::size_t i = 0; i < units.Size(); ++i)
+        wide += static_cast<char16_t>(units[i]);
+    return FromUtf16(wide);
+}
+
+std::string EncodeIni(std::string_view text, TIniEncoding encoding) {
+    if (encoding == TIniEncoding::Cp1251) return std::string(text);
+    if (encoding == TIniEncoding::Utf8) return ToUtf8(text);
+    std::string bytes;
+    for (const char16_t unit : ToUtf16(text)) {
+        bytes += static_cast<char>(static_cast<unsigned char>(unit & 0xFFU));
+        bytes += static_cast<char>(static_cast<unsigned char>(unit >> 8U));
+    }
+    return bytes;
+}
+
+std::vector<std::string_view> SplitIniLines(std::string_view bytes, TIniEncoding encoding) {
+    const TUnits units(bytes, encoding);
+    std::vector<std::string_view> lines;
+    std::size_t start = 0;
+    for (std::size_t i = 0; i < units.Size(); ++i) {
+        const bool beforeLf = i + 1 < units.Size() && units[i + 1] == '\n';
+        if (units[i] != '\n' && (units[i] != '\r' || beforeLf)) continue;
+        lines.push_back(units.Bytes(start, i + 1));
+        start = i + 1;
+    }
+    const std::string_view rest = bytes.substr(start * units.Width());
+    if (!rest.empty()) lines.push_back(rest);
+    return lines;
+}
+
+std::string_view IniLineEnd(std::string_view line, TIniEncoding encoding) {
+    const TUnits units(line, encoding);
+    std::size_t from = units.Size();
+    if (from > 0 && units[from - 1] == '\n') --from;
+    if (from > 0 && units[from - 1] == '\r') --from;
+    return units.Bytes(from, units.Size());
+}
+
+TIniLine ReadIniLine(std::string_view line, TIniEncoding encoding) {
+    const TUnits units(line, encoding);
+    const TSpan text = TrimUnits(units, {0, units.Size()});
+    const auto name = [&](TSpan span) {
+        const TSpan trimmed = TrimUnits(units, span);
+        return DecodeIni(units.Bytes(trimmed.from, trimmed.to), encoding);
+    };
+    if (text.from == text.to || units[text.from] == ';') return {};
+    if (units[text.from] == '[') {
+        const std::size_t close = units.Find(']', text.from, text.to);
+        if (close < text.to) return {TIniLineKind::Section, name({text.from + 1, close})};
+    }
+    const std::size_t equals = units.Find('=', text.from, text.to);
+    return {equals < text.to ? TIniLineKind::Key : TIniLineKind::BareKey,
+            name({text.from, equals})};
+}
+
+TIniValueRange FindIniValue(std::string_view line, TIniEncoding encoding) {
+    const TUnits units(line, encoding);
+    const std::size_t equals = units.Find('=', 0, units.Size());
+    const std::size_t after = std::min(equals + 1, units.Size());
+    const std::size_t end = units.Size() - IniLineEnd(line, encoding).size() / units.Width();
+    TSpan value = TrimUnits(units, {after, std::max(after, end)});
+    if (value.from == value.to) value = {after, after};
+    return {value.from * units.Width(), value.to * units.Width()};
+}
+
+std::string UnquoteIni(std::string_view value) {
+    if (value.size() > 1 && IsQuote(value.front()) && value.front() == value.back())
+        value = value.substr(1, value.size() - 2);
+    return std::string(value);
+}
+
+std::string QuoteIni(std::string_view value) {
+    std::string text(value);
+    std::ranges::replace_if(
+        text, [](char c) { return c == '\r' || c == '\n' || c == '\0'; }, ' ');
+    if (text.empty()) return text;
+    const bool needed = IsBlank(text.front()) || IsBlank(text.back()) || IsQuote(text.front());
+    return needed ? '"' + text + '"' : text;
+}
+
+}  // namespace tolvane

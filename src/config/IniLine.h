@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tolvane {
+
+// How an INI file's characters are kept: bytes of code page 1251 without a byte order mark, or,
+// told by the mark, UTF-8 or little-endian UTF-16.
+enum class TIniEncoding : std::uint8_t { Cp1251, Utf8, Utf16 };
+
+struct TIniMark {
+    TIniEncoding encoding = TIniEncoding::Cp1251;
+    std::size_t size = 0;  // bytes of the mark
+};
+TIniMark ReadIniMark(std::string_view file);
+
+// The file's text in code page 1251. Bytes under a UTF-8 mark that are no UTF-8 were written by a
+// program that ignores the mark, and are code page 1251 already.
+std::string DecodeIni(std::string_view bytes, TIniEncoding encoding);
+std::string EncodeIni(std::string_view text, TIniEncoding encoding);
+
+// The file's lines, each with its line end: CR LF, LF, or a CR alone.
+std::vector<std::string_view> SplitIniLines(std::string_view bytes, TIniEncoding encoding);
+// The line's end as bytes of the file; empty for a last line without one.
+std::string_view IniLineEnd(std::string_view line, TIniEncoding encoding);
+
+enum class TIniLineKind : std::uint8_t {
+    Other,    // blank, a comment, or nothing that means something
+    Section,  // [name], whatever follows
+    Key,      // name = value
+    BareKey   // a name alone: it has no value, but stands in front of later keys of that name
+};
+
+// What a line is; the name is in code page 1251, without the blanks around it.
+struct TIniLine {
+    TIniLineKind kind = TIniLineKind::Other;
+    std::string name;
+};
+TIniLine ReadIniLine(std::string_view line, TIniEncoding encoding);
+
+// Byte positions of a key line's value with its quotes, without the blanks around it.
+struct TIniValueRange {
+    std::size_t start = 0;
+    std::size_t end = 0;
+};
+TIniValueRange FindIniValue(std::string_view line, TIniEncoding encoding);
+
+// A value as it is read: without one pair of quotes around it.
+std::string UnquoteIni(std::string_view value);
+// A value as it is written, so that UnquoteIni and the system's calls give it back.
+std::string QuoteIni(std::string_view value);
+
+}  // namespace tolvane
