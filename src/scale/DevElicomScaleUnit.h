@@ -53,6 +53,9 @@ public:
                   std::uint8_t CodeTable);
 
 private:
+    // Sends the request, again after a wrong answer, until a reply has come; throws otherwise.
+    void Exchange(const TCmdBuffer& frame, TCmdBuffer& reply);
+
     bool serialTimeouts_;
     TClock& clock_;
 };

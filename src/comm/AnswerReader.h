@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "comm/Clock.h"
+#include "comm/DevCommBaseUnit.h"
+
+namespace tolvane {
+
+// How one transport delivers what its peer sends; the reading rule below does the rest.
+class TByteReceiver {
+public:
+    virtual ~TByteReceiver() = default;
+    // Throws CommException when there is no link.
+    virtual void CheckConnected() = 0;
+    // Waits for the next bytes at most one slice of the transport's own length, and never longer
+    // than `limit`. The bytes stay valid until the next call; none came: an empty result. Throws
+    // CommException when the link is down, and whatever else went wrong.
+    virtual std::span<const std::uint8_t> Receive(TMilliseconds limit) = 0;
+};
+
+// What one read waits for, and the transport's own texts.
+struct TReadRequest {
+    std::uint8_t startByte = 0;  // 0: every byte counts from the first on
+    std::uint8_t endByte = 0;    // 0: collect until the time-out
+    std::int32_t timeoutMs = 0;
+    std::string_view timeoutText;
+};
+
+// Adds one received byte to the reply, or drops it as noise before the start byte. True: it was the
+// end byte. Throws CommException when the end byte comes before the start byte.
+bool TakeByte(std::uint8_t byte, const TReadRequest& request, TCmdBuffer& reply);
+
+// The reading rule of every channel: empties `reply` and reads one answer into it. Returns a result
+// code of ReadAnswer, and what went wrong in `failure` when it is not kReadOk; never throws. What
+// was read before a failure stays in `reply`.
+std::int32_t ReadByRule(TByteReceiver& receiver, const TReadRequest& request, TClock& clock,
+                        TCmdBuffer& reply, std::string& failure);
+
+}  // namespace tolvane

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <asio/error.hpp>
+#include <asio/ip/address_v4.hpp>
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+
+#include "comm/IpAddress.h"
+
+namespace tolvane {
+
+inline constexpr const char* kSocketNotConnected = "Socket is not connected.";
+inline constexpr const char* kSocketTimeout = "Read timeout occured";
+inline constexpr std::int32_t kLargestPort = 65535;
+
+// What a scale's settings name, as the socket library wants it; throws a clear message otherwise.
+template <class TProtocol>
+typename TProtocol::endpoint EndpointOf(const std::string& host, std::int32_t port) {
+    const auto address = ParseIpV4(host);
+    if (!address) throw std::runtime_error("\"" + host + "\" is not an IP address.");
+    if (port < 1 || port > kLargestPort)
+        throw std::runtime_error(std::to_string(port) + " is not a port number.");
+    return {asio::ip::address_v4(*address), static_cast<std::uint16_t>(port)};
+}
+
+}  // namespace tolvane

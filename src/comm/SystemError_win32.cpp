@@ -1,0 +1,33 @@
+#include "comm/SystemError.h"
+
+#include <windows.h>
+
+#include <iterator>
+#include <string_view>
+
+#include "text/Cp1251.h"
+
+namespace tolvane {
+namespace {
+
+// The message by UTF-16: the narrow form answers in the system's code page, whichever that is.
+std::string SystemMessage(int number) {
+    wchar_t text[512];
+    const DWORD length = FormatMessageW(
+        FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_MAX_WIDTH_MASK,
+        nullptr, static_cast<DWORD>(number), 0, text, static_cast<DWORD>(std::size(text)), nullptr);
+    std::u16string_view message(reinterpret_cast<const char16_t*>(text), length);
+    while (!message.empty() && (message.back() <= u' ' || message.back() == u'.'))
+        message.remove_suffix(1);
+    return message.empty() ? std::string("System error") : FromUtf16(message);
+}
+
+}  // namespace
+
+std::string SystemErrorText(const std::error_code& error) {
+    const std::string message =
+        error.category() == std::system_category() ? SystemMessage(error.value()) : error.message();
+    return message + " (" + std::to_string(error.value()) + ")";
+}
+
+}  // namespace tolvane

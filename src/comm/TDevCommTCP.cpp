@@ -1,0 +1,161 @@
+#include "comm/TDevCommTCP.h"
+
+#include <algorithm>
+#include <array>
+#include <asio/io_context.hpp>
+#include <asio/ip/tcp.hpp>
+#include <asio/write.hpp>
+#include <optional>
+#include <span>
+
+#include "comm/AnswerReader.h"
+#include "comm/SocketLibrary.h"
+#include "comm/SocketSupport.h"
+#include "comm/SocketWait.h"
+#include "comm/SystemError.h"
+
+namespace tolvane {
+namespace {
+
+using asio::ip::tcp;
+
+constexpr TMilliseconds kConnectTimeout{3000};
+constexpr TMilliseconds kSlice{100};
+constexpr std::size_t kReceiveSize = 32768;
+
+[[noreturn]] void FailNotConnected() {
+    throw CommException(kReadNotConnected, kSocketNotConnected);
+}
+
+// Errors that say that the connection is over rather than that something else went wrong.
+bool IsDisconnection(const std::error_code& error) {
+    const std::array endings = {
+        std::error_code(asio::error::eof),
+        std::error_code(asio::error::connection_reset),
+        std::error_code(asio::error::connection_aborted),
+        std::error_code(asio::error::broken_pipe),
+        std::error_code(asio::error::not_connected),
+        std::error_code(asio::error::network_reset),
+        std::error_code(asio::error::timed_out),
+    };
+    return std::find(endings.begin(), endings.end(), error) != endings.end();
+}
+
+}  // namespace
+
+class TDevCommTCP::TConnection : public TByteReceiver {
+public:
+    bool IsConnected() {
+        if (!socket_.is_open()) return false;
+        if (!WaitReadable(Handle(), TMilliseconds(0))) return true;
+        std::uint8_t next = 0;
+        std::error_code error;
+        socket_.receive(asio::buffer(&next, 1), tcp::socket::message_peek, error);
+        return !error;
+    }
+
+    void Connect(const tcp::endpoint& endpoint, TClock& clock) {
+        std::optional<std::error_code> outcome;
+        socket_.async_connect(endpoint, [&](const std::error_code& error) { outcome = error; });
+        const TTimePoint deadline = clock.Now() + kConnectTimeout;
+        io_.restart();
+        for (TTimePoint now = clock.Now(); !outcome && now < deadline; now = clock.Now())
+            io_.run_one_for(std::min<TTimePoint::duration>(kSlice, deadline - now));
+        if (!outcome) {
+            Close();
+            io_.run();  // the abandoned attempt ends
+            throw std::runtime_error("Connect timed out.");
+        }
+        if (*outcome) throw std::system_error(*outcome);
+        socket_.set_option(tcp::no_delay(true));
+    }
+
+    void Close() {
+        std::error_code ignored;
+        socket_.shutdown(tcp::socket::shutdown_both, ignored);
+        socket_.close(ignored);
+    }
+
+    void Send(const TCmdBuffer& data) { asio::write(socket_, asio::buffer(data)); }
+
+    void CheckConnected() override {
+        if (!IsConnected()) FailNotConnected();
+    }
+
+    std::span<const std::uint8_t> Receive(TMilliseconds limit) override {
+        if (!WaitReadable(Handle(), std::min(limit, kSlice))) return {};
+        std::error_code error;
+        const std::size_t count = socket_.receive(asio::buffer(received_), 0, error);
+        if (IsDisconnection(error)) FailNotConnected();
+        if (error) throw std::system_error(error);
+        return {received_.data(), count};
+    }
+
+private:
+    std::uintptr_t Handle() { return static_cast<std::uintptr_t>(socket_.native_handle()); }
+
+    TSocketLibrary library_;
+    asio::io_context io_{1};
+    tcp::socket socket_{io_};
+    std::array<std::uint8_t, kReceiveSize> received_;
+};
+
+TDevCommTCP::TDevCommTCP(TClock& clock)
+    : clock_(clock), connection_(std::make_unique<TConnection>()) {}
+
+TDevCommTCP::~TDevCommTCP() {
+    connection_->Close();
+}
+
+std::string TDevCommTCP::GetDescription() const {
+    return "TCP (" + host_ + ":" + std::to_string(port_) + ")";
+}
+
+bool TDevCommTCP::IsConnected() const {
+    return connection_->IsConnected();
+}
+
+bool TDevCommTCP::Open() {
+    Close();
+    try {
+        connection_->Connect(EndpointOf<tcp>(host_, port_), clock_);
+        // A peer that hangs up at once must not leave the failure without a text.
+        connection_->CheckConnected();
+        return true;
+    } catch (const std::exception& failure) {
+        Close();
+        LastError = Failure("open", FailureText(failure));
+        return false;
+    }
+}
+
+void TDevCommTCP::Close() {
+    connection_->Close();
+}
+
+bool TDevCommTCP::SendData(const TCmdBuffer& Data) {
+    try {
+        connection_->CheckConnected();
+        connection_->Send(Data);
+        return true;
+    } catch (const std::exception& failure) {
+        LastError = Failure("send data", FailureText(failure));
+        return false;
+    }
+}
+
+std::int32_t TDevCommTCP::ReadAnswer(TCmdBuffer& Reply, std::uint8_t StartByte,
+                                     std::uint8_t EndByte, std::int32_t TimeoutMs) {
+    std::string failure;
+    const std::int32_t code = ReadByRule(
+        *connection_, {StartByte, EndByte, TimeoutMs, kSocketTimeout}, clock_, Reply, failure);
+    if (code != kReadOk) LastError = Failure("read data", failure);
+    return code;
+}
+
+std::string TDevCommTCP::Failure(const char* operation, const std::string& message) const {
+    return "[TCP] Fail " + std::string(operation) + " (" + host_ + ":" + std::to_string(port_) +
+           ") - " + message;
+}
+
+}  // namespace tolvane

@@ -1,0 +1,130 @@
+#include "comm/TDevCommUDP.h"
+
+#include <algorithm>
+#include <array>
+#include <asio/io_context.hpp>
+#include <asio/ip/udp.hpp>
+#include <span>
+
+#include "comm/AnswerReader.h"
+#include "comm/SocketLibrary.h"
+#include "comm/SocketSupport.h"
+#include "comm/SocketWait.h"
+#include "comm/SystemError.h"
+#include "comm/UdpOptions.h"
+
+namespace tolvane {
+namespace {
+
+using asio::ip::udp;
+
+constexpr TMilliseconds kSlice{100};
+constexpr std::size_t kReceiveSize = 100;
+
+}  // namespace
+
+class TDevCommUDP::TSocket : public TByteReceiver {
+public:
+    bool IsOpen() const { return socket_.is_open(); }
+
+    void Open(std::uint16_t localPort) {
+        socket_.open(udp::v4());
+        IgnoreUnreachablePeers(Handle());
+        socket_.bind(udp::endpoint(udp::v4(), localPort));
+    }
+
+    void Close() {
+        std::error_code ignored;
+        socket_.close(ignored);
+    }
+
+    void Send(const TCmdBuffer& data, const udp::endpoint& endpoint) {
+        if (socket_.send_to(asio::buffer(data), endpoint) != data.size())
+            throw std::runtime_error("The datagram was not sent whole.");
+    }
+
+    void CheckConnected() override {
+        if (!IsOpen()) throw CommException(kReadNotConnected, kSocketNotConnected);
+    }
+
+    std::span<const std::uint8_t> Receive(TMilliseconds limit) override {
+        if (!WaitReadable(Handle(), std::min(limit, kSlice))) return {};
+        std::error_code error;
+        udp::endpoint sender;
+        std::size_t count = socket_.receive_from(asio::buffer(received_), sender, 0, error);
+        // One system cuts a longer datagram silently, another reports it with the buffer filled.
+        if (error == asio::error::message_size)
+            count = received_.size();
+        else if (error == asio::error::connection_reset || error == asio::error::network_reset)
+            count = 0;
+        else if (error)
+            throw std::system_error(error);
+        if (count > received_.size())
+            throw CommException(kReadWrongAnswer, "Wrong answer. Too long.");
+        return {received_.data(), count};
+    }
+
+private:
+    std::uintptr_t Handle() { return static_cast<std::uintptr_t>(socket_.native_handle()); }
+
+    TSocketLibrary library_;
+    asio::io_context io_{1};
+    udp::socket socket_{io_};
+    std::array<std::uint8_t, kReceiveSize> received_{};
+};
+
+TDevCommUDP::TDevCommUDP(TClock& clock, std::uint16_t localPort)
+    : clock_(clock), localPort_(localPort), socket_(std::make_unique<TSocket>()) {}
+
+TDevCommUDP::~TDevCommUDP() = default;
+
+std::string TDevCommUDP::GetDescription() const {
+    return "UDP (" + host_ + ":" + std::to_string(port_) + ")";
+}
+
+bool TDevCommUDP::IsConnected() const {
+    return socket_->IsOpen();
+}
+
+bool TDevCommUDP::Open() {
+    Close();
+    try {
+        socket_->Open(localPort_);
+        return true;
+    } catch (const std::exception& failure) {
+        Close();
+        LastError = Failure("open", FailureText(failure));
+        return false;
+    }
+}
+
+void TDevCommUDP::Close() {
+    socket_->Close();
+}
+
+bool TDevCommUDP::SendData(const TCmdBuffer& Data) {
+    try {
+        socket_->CheckConnected();
+        socket_->Send(Data, EndpointOf<udp>(host_, port_));
+        return true;
+    } catch (const std::exception& failure) {
+        LastError = Failure("send data", FailureText(failure));
+        return false;
+    }
+}
+
+std::int32_t TDevCommUDP::ReadAnswer(TCmdBuffer& Reply, std::uint8_t StartByte,
+                                     std::uint8_t EndByte, std::int32_t TimeoutMs) {
+    std::string failure;
+    const std::int32_t code = ReadByRule(*socket_, {StartByte, EndByte, TimeoutMs, kSocketTimeout},
+                                         clock_, Reply, failure);
+    if (code != kReadOk) LastError = Failure("read data", failure);
+    return code;
+}
+
+std::string TDevCommUDP::Failure(const char* operation, const std::string& message) const {
+    return "[UDP] Fail " + std::string(operation) + " (" + host_ + ":" + std::to_string(port_) +
+           ") - " + message;
+}
+
+}  // namespace tolvane
