@@ -74,6 +74,8 @@ struct TFieldInfo {
 extern const std::array<TFieldInfo, kFieldCount> kFields;
 
 const TFieldInfo& FieldInfo(TField field);
+// The field's number among the fields of its type, from 0.
+std::size_t FieldSlot(TField field);
 // Exact name; nothing when there is no such field.
 std::optional<TField> FieldByName(std::string_view name);
 

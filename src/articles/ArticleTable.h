@@ -4,9 +4,11 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "articles/ArticleFields.h"
+#include "articles/TextArena.h"
 #include "text/RegionalSettings.h"
 
 namespace tolvane {
@@ -17,22 +19,63 @@ using TRowId = std::uint32_t;
 // mdPlues: the weighted articles in memory, built for 100,000 rows in a 32-bit process. Rows have
 // an identity (TRowId, in order of appending) and a place in the current order. Texts are code page
 // 1251 and cut to their field's length when stored. Reading is safe from several threads while no
-// one writes.
+// one writes; a copy is independent.
 class TArticleTable {
 public:
-    std::size_t RowCount() const;
+    std::size_t RowCount() const { return order_.size(); }
     // The row at a place of the current order, and the place of a row.
-    TRowId RowAt(std::size_t place) const;
-    std::size_t PlaceOf(TRowId row) const;
-    const std::vector<TRowId>& Order() const;
+    TRowId RowAt(std::size_t place) const { return order_.at(place); }
+    std::size_t PlaceOf(TRowId row) const { return places_.at(row); }
+    const std::vector<TRowId>& Order() const { return order_; }
 
-    // Values by type; asking for a field of another type is a programming error (assert).
+    // Values by type; asking for a field of another type is a programming error (assert). A row
+    // that the table does not have throws std::out_of_range.
     std::int32_t Integer(TRowId row, TField field) const;
     double Float(TRowId row, TField field) const;
     bool Boolean(TRowId row, TField field) const;
+    // Valid until the table is emptied.
     std::string_view Text(TRowId row, TField field) const;
-    // Any field as plain text (numbers with the system's decimal separator).
+    // Any field as plain text (numbers with the system's decimal separator, "ДА" or "НЕ").
     std::string AsText(TRowId row, TField field, const TRegionalSettings& regional) const;
+    // As the grid shows it, by the field's display rule; baseCurrency is the abbreviation.
+    std::string DisplayText(TRowId row, TField field, const TRegionalSettings& regional,
+                            std::string_view baseCurrency) const;
+
+    // Removes all rows and frees their memory.
+    void Clear();
+    // Adds a row of zeros and empty texts at the end of the current order.
+    TRowId Append();
+    void SetInteger(TRowId row, TField field, std::int32_t value);
+    void SetFloat(TRowId row, TField field, double value);
+    void SetBoolean(TRowId row, TField field, bool value);
+    void SetText(TRowId row, TField field, std::string_view value);
+
+    // Replaces the order; `order` holds every row once.
+    void SetOrder(std::vector<TRowId> order);
+
+    // Bytes that the rows take on the heap.
+    std::size_t MemoryUsed() const;
+
+private:
+    static constexpr std::size_t kIntegers = 3;
+    static constexpr std::size_t kFloats = 8;
+    static constexpr std::size_t kTexts = 21;
+    // No pointers in it: the same size in a 32-bit process.
+    struct TRow {
+        double floats[kFloats] = {};
+        std::int32_t integers[kIntegers] = {};
+        TTextArena::TPosition texts[kTexts] = {};
+        bool promotion = false;
+    };
+    static constexpr std::size_t kRowsPerBlock = 256;
+
+    const TRow& Row(TRowId row) const;
+    TRow& Row(TRowId row) { return const_cast<TRow&>(std::as_const(*this).Row(row)); }
+
+    std::vector<std::vector<TRow>> blocks_;
+    TTextArena texts_;
+    std::vector<TRowId> order_;
+    std::vector<std::uint32_t> places_;
 };
 
 }  // namespace tolvane

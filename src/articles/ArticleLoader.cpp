@@ -1,0 +1,131 @@
+#include "articles/ArticleLoader.h"
+
+#include <exception>
+#include <utility>
+
+#include "articles/ArticleQueries.h"
+#include "articles/PromotionPass.h"
+#include "articles/RowCopy.h"
+#include "text/Cp1251.h"
+
+namespace tolvane {
+namespace {
+
+int StepsFor(const TQuery& query) {
+    return static_cast<int>(query.RowCount()) - 1;
+}
+
+}  // namespace
+
+TArticleLoader::TArticleLoader(TParts parts) : parts_(std::move(parts)) {}
+
+void TArticleLoader::CommitIfActive() {
+    if (parts_.transaction.IsActive()) parts_.transaction.Commit();
+}
+
+void TArticleLoader::Restart() {
+    CommitIfActive();
+    parts_.transaction.Start();
+    parts_.query.Close();
+}
+
+// The message of what `body` throws; empty when it throws nothing.
+template <class Body>
+std::string TArticleLoader::ErrorOf(Body body) {
+    try {
+        body();
+        return {};
+    } catch (const std::exception& error) {
+        const std::string message = error.what();
+        return message.empty() ? std::string("неизвестна грешка"_cp1251) : message;
+    } catch (...) {
+        return std::string("неизвестна грешка"_cp1251);
+    }
+}
+
+void TArticleLoader::ReadBaseCurrency() {
+    baseCurrency_.clear();
+    Restart();
+    parts_.query.SetText(BaseCurrencyQuery());
+    parts_.query.Open();
+    if (parts_.query.RowCount() > 0) baseCurrency_ = parts_.query.AsText(0, 0, parts_.regional());
+    parts_.query.Close();
+    CommitIfActive();
+}
+
+void TArticleLoader::CreateMissingIndex() {
+    CommitIfActive();
+    parts_.query.Close();
+    parts_.transaction.Start();
+    parts_.query.SetText(LotIndexQuery());
+    parts_.query.Open();
+    const std::size_t column = parts_.query.Column("QTTY");
+    if (parts_.query.AsInteger(0, column, parts_.regional()) >= 1) return;
+    parts_.query.Close();
+    parts_.query.SetText(LotIndexStatement());
+    parts_.query.Execute();
+}
+
+void TArticleLoader::CheckDatabase() {
+    std::string error = ErrorOf([&] { CreateMissingIndex(); });
+    // The server builds the index when the transaction is committed, which may fail as well.
+    const std::string commitError = ErrorOf([&] { CommitIfActive(); });
+    Abandon();
+    if (error.empty()) error = commitError;
+    if (!error.empty()) parts_.view.ShowError("[FCheckDB failed]: " + error);
+}
+
+// Leaves neither an active transaction nor an open query behind.
+void TArticleLoader::Abandon() noexcept {
+    try {
+        if (parts_.transaction.IsActive()) parts_.transaction.Rollback();
+    } catch (const std::exception&) {
+        // What led here is the error to show.
+    }
+    parts_.query.Close();
+}
+
+void TArticleLoader::LoadArticles() {
+    const std::string error = ErrorOf([&] {
+        const TRegionalSettings regional = parts_.regional();
+        if (LoadRows(regional)) MarkPromotions(regional);
+    });
+    if (error.empty()) return;
+    parts_.wait.Hide();
+    Abandon();
+    parts_.view.ResumeDisplay();
+    parts_.view.ShowError("[REFRESH DATA]: " + error);
+}
+
+bool TArticleLoader::LoadRows(const TRegionalSettings& regional) {
+    parts_.articles.Clear();
+    parts_.view.SuspendDisplay();
+    Restart();
+    parts_.query.SetText(ArticleQuery());
+    parts_.query.Open();
+    if (parts_.query.RowCount() == 0) return false;
+    parts_.query.FetchAll();
+    parts_.wait.Show(StepsFor(parts_.query));
+    TRowCopy copy(parts_.query, parts_.articles, regional);
+    for (std::size_t row = 0; row < parts_.query.RowCount(); ++row) {
+        copy.Append(row);
+        parts_.wait.Step();
+    }
+    Restart();
+    return true;
+}
+
+void TArticleLoader::MarkPromotions(const TRegionalSettings& regional) {
+    parts_.query.SetText(std::string(PromotionQuery()));
+    parts_.query.Open();
+    parts_.query.FetchAll();
+    parts_.wait.Show(StepsFor(parts_.query));
+    MarkPromotedArticles(parts_.query, parts_.articles, parts_.clock.Now(), regional);
+    parts_.sort.SetLoaded();
+    parts_.view.ResumeDisplay();
+    CommitIfActive();
+    parts_.query.Close();
+    parts_.wait.Hide();
+}
+
+}  // namespace tolvane

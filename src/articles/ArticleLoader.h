@@ -1,0 +1,81 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "articles/ArticleSort.h"
+#include "articles/ArticleTable.h"
+#include "database/Query.h"
+#include "database/Transaction.h"
+#include "text/LocalTime.h"
+#include "text/RegionalSettings.h"
+
+namespace tolvane {
+
+// The wait window. Hide comes also when it is not shown.
+class TWaitView {
+public:
+    virtual ~TWaitView() = default;
+    // A bar for `count` steps; without a bar when count is below 1.
+    virtual void Show(int count) = 0;
+    virtual void Step() = 0;
+    virtual void Hide() = 0;
+};
+
+// What a load tells the list window.
+class TLoadView {
+public:
+    virtual ~TLoadView() = default;
+    // The table is empty now, and its rows are not to be shown until ResumeDisplay. Either may come
+    // twice in a row: the last one counts.
+    virtual void SuspendDisplay() = 0;
+    // The rows are complete, or what an error has left of them; the first one is the current one.
+    virtual void ResumeDisplay() = 0;
+    // A box with an error sign and an OK button; code page 1251.
+    virtual void ShowError(std::string_view text) = 0;
+};
+
+// Fills the article table from the host's database, on the interface thread. The query and the
+// transaction are the list window's own ones; the query runs on that transaction.
+class TArticleLoader {
+public:
+    struct TParts {
+        TTransaction& transaction;
+        TQuery& query;
+        TArticleTable& articles;
+        TSortState& sort;
+        const TLocalClock& clock;
+        std::function<TRegionalSettings()> regional;  // asked anew at each load
+        TWaitView& wait;
+        TLoadView& view;
+    };
+    // All parts outlive the loader.
+    explicit TArticleLoader(TParts parts);
+
+    // Sets BaseCurrency, empty when there is none. Throws TDatabaseError.
+    void ReadBaseCurrency();
+    const std::string& BaseCurrency() const { return baseCurrency_; }
+    // Creates the index that the article query needs when it is missing. A failure is shown.
+    void CheckDatabase();
+    // Empties and fills the table and marks the promotions. A failure is shown; the rows that were
+    // read stay. An empty result ends it early: the display stays suspended, the query open and the
+    // transaction active.
+    void LoadArticles();
+
+private:
+    void CommitIfActive();
+    void Restart();
+    void CreateMissingIndex();
+    // False when there are no articles.
+    bool LoadRows(const TRegionalSettings& regional);
+    void MarkPromotions(const TRegionalSettings& regional);
+    void Abandon() noexcept;
+    template <class Body>
+    std::string ErrorOf(Body body);
+
+    TParts parts_;
+    std::string baseCurrency_;
+};
+
+}  // namespace tolvane

@@ -1,0 +1,22 @@
+#include "articles/ArticleSearch.h"
+
+#include "text/Cp1251.h"
+
+namespace tolvane {
+
+std::optional<std::size_t> FindInColumn(const TArticleTable& articles, TField field,
+                                        std::size_t fromPlace, std::string_view text,
+                                        const TRegionalSettings& regional) {
+    const std::string needle = UpperCase(text);
+    const bool isText = FieldInfo(field).type == TFieldType::Text;
+    const std::vector<TRowId>& order = articles.Order();
+    for (std::size_t place = fromPlace; place < order.size(); ++place) {
+        const bool found =
+            isText ? ContainsUpperCased(articles.Text(order[place], field), needle)
+                   : ContainsUpperCased(articles.AsText(order[place], field, regional), needle);
+        if (found) return place;
+    }
+    return std::nullopt;
+}
+
+}  // namespace tolvane

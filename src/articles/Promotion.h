@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+#include "text/LocalTime.h"
+#include "text/RegionalSettings.h"
+
+namespace tolvane {
+
+// When a promotion is valid, as the database holds it.
+struct TPromotionTimes {
+    std::string_view days;      // one character per day, Monday first; "1": valid on that day
+    std::string_view fromTime;  // time of day as text; empty: the whole day
+    std::string_view toTime;
+};
+
+// Whether the promotion is valid now, by day of week and time of day, both ends exclusive and to
+// the second. A time that is no time is never valid.
+bool IsPromotionValid(const TPromotionTimes& times, const TLocalDateTime& now,
+                      const TRegionalSettings& regional);
+
+// The promotional price of an article; nothing for a packet type that is no change of price.
+// `value` is the new price, or for packet type 4 the change in per cent.
+std::optional<double> PromotionalPrice(std::int32_t packetType, double retailPrice, double value);
+
+}  // namespace tolvane

@@ -1,0 +1,88 @@
+#include "articles/PromotionPass.h"
+
+#include <algorithm>
+#include <optional>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include "articles/Promotion.h"
+
+namespace tolvane {
+namespace {
+
+// Finds the first row, in order, by article and promotion number.
+class TArticleIndex {
+public:
+    explicit TArticleIndex(const TArticleTable& articles) {
+        entries_.reserve(articles.RowCount());
+        for (std::size_t place = 0; place < articles.RowCount(); ++place) {
+            const TRowId row = articles.RowAt(place);
+            entries_.push_back({articles.Integer(row, TField::PLU_NUMB),
+                                articles.Integer(row, TField::PR_ID),
+                                static_cast<std::uint32_t>(place)});
+        }
+        std::sort(entries_.begin(), entries_.end());
+    }
+
+    std::optional<std::size_t> FirstPlace(std::int32_t article, std::int32_t promotion) const {
+        const auto found =
+            std::lower_bound(entries_.begin(), entries_.end(), TEntry{article, promotion, 0});
+        if (found == entries_.end() || std::get<0>(*found) != article ||
+            std::get<1>(*found) != promotion)
+            return std::nullopt;
+        return std::get<2>(*found);
+    }
+
+private:
+    using TEntry = std::tuple<std::int32_t, std::int32_t, std::uint32_t>;
+    std::vector<TEntry> entries_;
+};
+
+struct TPromotionColumns {
+    std::size_t article, promotion, days, fromTime, toTime, packetType, price, fromDate, toDate;
+
+    explicit TPromotionColumns(const TQuery& query)
+        : article(query.Column("PLU_NUMB")),
+          promotion(query.Column("PR_ID")),
+          days(query.Column("PR_DAYOFWEEK")),
+          fromTime(query.Column("PR_FROMTIME")),
+          toTime(query.Column("PR_TOTIME")),
+          packetType(query.Column("PR_PACKET_TYPE")),
+          price(query.Column("PR_PRICE")),
+          fromDate(query.Column("PR_FROMDATE")),
+          toDate(query.Column("PR_TODATE")) {}
+};
+
+}  // namespace
+
+void MarkPromotedArticles(const TQuery& promotions, TArticleTable& articles,
+                          const TLocalDateTime& now, const TRegionalSettings& regional) {
+    if (promotions.RowCount() == 0) return;
+    const TPromotionColumns columns(promotions);
+    const TArticleIndex index(articles);
+    const auto text = [&](std::size_t i, std::size_t column) {
+        return promotions.AsText(i, column, regional);
+    };
+    for (std::size_t i = 0; i < promotions.RowCount(); ++i) {
+        if (promotions.IsNull(i, columns.promotion)) continue;
+        const auto place = index.FirstPlace(promotions.AsInteger(i, columns.article, regional),
+                                            promotions.AsInteger(i, columns.promotion, regional));
+        if (!place) continue;
+        const std::string days = text(i, columns.days);
+        const std::string fromTime = text(i, columns.fromTime);
+        const std::string toTime = text(i, columns.toTime);
+        if (!IsPromotionValid({days, fromTime, toTime}, now, regional)) continue;
+        const TRowId row = articles.RowAt(*place);
+        const auto price = PromotionalPrice(promotions.AsInteger(i, columns.packetType, regional),
+                                            articles.Float(row, TField::PLU_SELL_PRICE),
+                                            promotions.AsFloat(i, columns.price, regional));
+        if (!price) continue;
+        articles.SetBoolean(row, TField::HasActivePromotion, true);
+        articles.SetFloat(row, TField::PromoPrice, *price);
+        articles.SetText(row, TField::PromoFromData, text(i, columns.fromDate));
+        articles.SetText(row, TField::PromoToDate, text(i, columns.toDate));
+    }
+}
+
+}  // namespace tolvane

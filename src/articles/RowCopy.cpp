@@ -1,0 +1,119 @@
+#include "articles/RowCopy.h"
+
+#include <array>
+#include <string>
+
+#include "database/DatabaseError.h"
+#include "text/Numbers.h"
+
+namespace tolvane {
+namespace {
+
+using enum TField;
+
+struct TFieldSource {
+    TField field;
+    std::string_view alias;
+};
+
+// Where each field comes from; the promotion fields start empty and come later.
+constexpr std::array<TFieldSource, 29> kSources = {{
+    {PLU_NUMB, "PLU_NUMB"},
+    {PLU_SCALE_NUMB, "Код за везна"_cp1251},
+    {PLU_N_NUMB, "Ном.код"_cp1251},
+    {PLU_NAME, "Име"_cp1251},
+    {PLU_ECR_NAME, "Касово име"_cp1251},
+    {PLU_FOREGHN_NAME, "Етикетно име"_cp1251},
+    {PLU_BARCODE, "Баркод"_cp1251},
+    {LABEL_BESTBEFORE, "LABEL_BESTBEFORE"},
+    {LABEL_COMMENT1, "LABEL_COMMENT1"},
+    {LABEL_COMMENT2, "LABEL_COMMENT2"},
+    {LABEL_COMMENT3, "LABEL_COMMENT3"},
+    {PRIMARYUNIT_NAME, "Мярка"_cp1251},
+    {PRIMARYUNIT_ONLY_INT, "Цели колич."_cp1251},
+    {PLU_SELL_DISABLED, "Забранен"_cp1251},
+    {PLU_BUY_PRICE, "Пок.цена"_cp1251},
+    {PLU_BUY_PRICE_LV, "Пок.ЛВ.цена"_cp1251},
+    {PLU_SELL_PRICE, "PLU_SELL_PRICE"},
+    {PLU_TRADE_PRICE, "Прод.цена едро"_cp1251},
+    {PLU_SELL_PRICE_LV, "Прод.ЛВ.цена"_cp1251},
+    {PLU_TRADE_PRICE_LV, "Прод.ЛВ.цена едро"_cp1251},
+    {CURR_NAME, "Пок.вал."_cp1251},
+    {CURR_SELL_NAME, "Прод.Вал."_cp1251},
+    {PLU_FORTERMINALS, "За терм."_cp1251},
+    {PLU_FORSCALES, "За везни"_cp1251},
+    {TAX_GROUP_NAME, "Дан.Гр."_cp1251},
+    {TAX_GROUP_WAT, "ДДС"_cp1251},
+    {PLU_GRP_NAME, "PGRP_NAME"},
+    {SHIPMENTNUMB, "SHIPMENTNUMB"},
+    {PR_ID, "PR_ID"},
+}};
+
+constexpr std::int32_t kNoPromotion = -1;
+
+// The scale number goes through its text, whatever its type: "7" and 7 are the same, a blank one
+// is no number.
+std::int32_t ScaleNumber(const std::string& text) {
+    if (const auto number = ParseInteger(text)) return *number;
+    throw TDatabaseError(std::string("Колона "_cp1251)
+                             .append("\"PLU_SCALE_NUMB\": \"")
+                             .append(text)
+                             .append("\" не е цяло число"_cp1251));
+}
+
+}  // namespace
+
+TRowCopy::TRowCopy(const TQuery& query, TArticleTable& articles, const TRegionalSettings& regional)
+    : query_(query), articles_(articles), regional_(regional) {
+    for (const TFieldSource& source : kSources) {
+        const TSource found{source.field, query.Column(source.alias)};
+        switch (FieldInfo(source.field).type) {
+            case TFieldType::Integer:
+                integers_.push_back(found);
+                break;
+            case TFieldType::Float:
+                floats_.push_back(found);
+                break;
+            default:
+                texts_.push_back(found);
+        }
+    }
+}
+
+std::int32_t TRowCopy::IntegerFor(const TSource& source, std::size_t row) const {
+    if (source.field == PLU_SCALE_NUMB)
+        return ScaleNumber(query_.AsText(row, source.column, regional_));
+    if (source.field == PR_ID && query_.IsNull(row, source.column)) return kNoPromotion;
+    return query_.AsInteger(row, source.column, regional_);
+}
+
+void TRowCopy::CopyText(const TSource& source, std::size_t row, TRowId to) {
+    const TColumnValue value = query_.Value(row, source.column);
+    std::string converted;
+    std::string_view text = value.text;
+    if (value.kind != TValueKind::Text) {
+        converted = ValueAsText(value, regional_);
+        text = converted;
+    }
+    if (source.field == LABEL_BESTBEFORE && text.empty()) text = "0";
+    articles_.SetText(to, source.field, text);
+}
+
+void TRowCopy::Append(std::size_t row) {
+    std::array<std::int32_t, kFieldCount> integers{};
+    std::array<double, kFieldCount> floats{};
+    for (std::size_t i = 0; i < integers_.size(); ++i)
+        integers[i] = IntegerFor(integers_[i], row);
+    for (std::size_t i = 0; i < floats_.size(); ++i)
+        floats[i] = query_.AsFloat(row, floats_[i].column, regional_);
+
+    const TRowId to = articles_.Append();
+    for (std::size_t i = 0; i < integers_.size(); ++i)
+        articles_.SetInteger(to, integers_[i].field, integers[i]);
+    for (std::size_t i = 0; i < floats_.size(); ++i)
+        articles_.SetFloat(to, floats_[i].field, floats[i]);
+    for (const TSource& source : texts_)
+        CopyText(source, row, to);
+}
+
+}  // namespace tolvane

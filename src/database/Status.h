@@ -1,0 +1,28 @@
+#pragma once
+
+// Private to this folder: the one place that turns a status vector into an error.
+
+#include "database/ClientFunctions.h"
+
+namespace tolvane {
+
+// The status vector of one call.
+class TStatus {
+public:
+    explicit TStatus(const TClientFunctions& functions) noexcept : functions_(functions) {}
+
+    operator ISC_STATUS*() noexcept { return vector_; }  // NOLINT: what every call takes first
+    bool Failed() const noexcept { return vector_[0] == isc_arg_gds && vector_[1] != 0; }
+    // Throws TDatabaseError when the call failed.
+    void Check() const {
+        if (Failed()) Throw();
+    }
+
+private:
+    [[noreturn]] void Throw() const;
+
+    const TClientFunctions& functions_;
+    ISC_STATUS_ARRAY vector_ = {};
+};
+
+}  // namespace tolvane

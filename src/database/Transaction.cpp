@@ -1,0 +1,73 @@
+#include "database/Transaction.h"
+
+#include <array>
+
+#include "database/DatabaseError.h"
+#include "database/Status.h"
+#include "database/TransactionState.h"
+#include "text/Cp1251.h"
+
+namespace tolvane {
+namespace {
+
+constexpr std::array<char, 4> kParameters = {isc_tpb_version3, isc_tpb_write, isc_tpb_concurrency,
+                                             isc_tpb_nowait};
+
+// What isc_start_multiple takes per database; the client library's header has no type for it.
+struct TTransactionBlock {
+    isc_db_handle* database;
+    int parametersLength;
+    const char* parameters;
+};
+
+void Require(bool active, bool wanted) {
+    if (active == wanted) return;
+    throw TDatabaseError(std::string(wanted ? "Няма започната транзакция"_cp1251
+                                            : "Транзакцията вече е започната"_cp1251));
+}
+
+}  // namespace
+
+TTransactionState::~TTransactionState() {
+    if (handle == 0) return;
+    TStatus status(functions);
+    functions.rollbackTransaction(status, &handle);
+}
+
+TTransaction::TTransaction(const TClientLibrary& library, void* database)
+    : state_(std::make_unique<TTransactionState>(library.Functions(),
+                                                 static_cast<isc_db_handle*>(database))) {}
+TTransaction::TTransaction(TTransaction&&) noexcept = default;
+TTransaction& TTransaction::operator=(TTransaction&& other) noexcept = default;
+TTransaction::~TTransaction() = default;
+
+bool TTransaction::IsActive() const noexcept {
+    return state_ != nullptr && state_->handle != 0;
+}
+
+void TTransaction::Start() {
+    Require(IsActive(), false);
+    TTransactionBlock block{state_->database, static_cast<int>(kParameters.size()),
+                            kParameters.data()};
+    TStatus status(state_->functions);
+    state_->functions.startMultiple(status, &state_->handle, 1, &block);
+    status.Check();
+}
+
+void TTransaction::Commit() {
+    Require(IsActive(), true);
+    TStatus status(state_->functions);
+    state_->functions.commitTransaction(status, &state_->handle);
+    status.Check();
+}
+
+void TTransaction::Rollback() {
+    Require(IsActive(), true);
+    TStatus status(state_->functions);
+    state_->functions.rollbackTransaction(status, &state_->handle);
+    // A transaction that cannot even be rolled back is gone with its connection.
+    state_->handle = 0;
+    status.Check();
+}
+
+}  // namespace tolvane

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <memory>
+
+#include "database/ClientLibrary.h"
+
+namespace tolvane {
+
+struct TTransactionState;
+
+// A transaction on the host's connection: snapshot, writing allowed, and a lock that another holds
+// is an error at once instead of a wait. One thread.
+class TTransaction {
+public:
+    // `database` points to the connection's handle cell (isc_db_handle). Both arguments must
+    // outlive this object.
+    TTransaction(const TClientLibrary& library, void* database);
+    TTransaction(TTransaction&&) noexcept;
+    // What was active in the target is rolled back.
+    TTransaction& operator=(TTransaction&& other) noexcept;
+    // Rolls back when active; never commits.
+    ~TTransaction();
+
+    bool IsActive() const noexcept;
+    // These throw TDatabaseError. Start while active, and Commit or Rollback while not, are errors.
+    // After a failed Commit the transaction is still active; after a failed Rollback it is not.
+    void Start();
+    void Commit();
+    void Rollback();
+
+    TTransactionState& State() const noexcept { return *state_; }
+
+private:
+    std::unique_ptr<TTransactionState> state_;
+};
+
+}  // namespace tolvane
