@@ -18,12 +18,11 @@ namespace tolvane {
 // touches only the lines it must: foreign sections, keys, comments, blank lines and line ends stay
 // byte for byte, and a write of what stands there already changes nothing. Texts are code page
 // 1251; a file with a byte order mark of UTF-8 or UTF-16 keeps its mark and its encoding. Names
-// given here hold no
-// '=', brackets or line ends; control characters that would end a value's line are written as
-// blanks.
+// given here hold no '=', brackets or line ends; what would end a value's line is written as blank.
 class TIniDocument {
 public:
-    explicit TIniDocument(std::string_view bytes = {});
+    TIniDocument() : TIniDocument(std::string_view()) {}
+    explicit TIniDocument(std::string_view bytes);
 
     // The file's bytes as they are to be written.
     std::string Bytes() const;
