@@ -1,0 +1,102 @@
+#include "upload/RunScales.h"
+
+#include <gtest/gtest.h>
+
+#include "text/Cp1251.h"
+#include "upload/RunKind.h"
+
+namespace tolvane {
+namespace {
+
+void Fill(TScaleRec& rec, int number, bool checked) {
+    rec.ScaleNumb = number;
+    rec.ScaleName = "Scale " + std::to_string(number);
+    rec.TCPAddress = "10.0.0." + std::to_string(number);
+    rec.TCPPort = 1001;
+    rec.Checked = checked;
+}
+
+TEST(RunScales, TheListHoldsTheSlotsWithAddressAndPortInOrder) {
+    TScaleTable table;
+    Fill(table[2], 7, true);
+    Fill(table[5], 8, false);
+    table[5].ScaleName = "";  // a name is not needed
+    Fill(table[6], 9, true);
+    table[6].TCPPort = 0;
+    Fill(table[7], 10, true);
+    table[7].TCPAddress = "";
+    Fill(table[20], 11, true);
+    const std::vector<TRunItem> items = RunItems(table);
+    ASSERT_EQ(items.size(), 3U);
+    EXPECT_EQ(items[0].rec.ScaleNumb, 7);
+    EXPECT_TRUE(items[0].checked);
+    EXPECT_EQ(items[1].rec.ScaleNumb, 8);
+    EXPECT_FALSE(items[1].checked);
+    EXPECT_EQ(items[2].rec.ScaleNumb, 11);
+}
+
+TEST(RunScales, ClosingAfterUncheckingAScaleStoresCheckedFalseForIt) {
+    TScaleTable table;
+    Fill(table[1], 1, true);
+    Fill(table[2], 2, true);
+    std::vector<TRunItem> items = RunItems(table);
+    items[1].checked = false;
+    StoreRunItems(items, table);
+    EXPECT_TRUE(table[1].Checked);
+    EXPECT_FALSE(table[2].Checked);
+}
+
+TEST(RunScales, StoringMovesTheItemsToTheFirstSlotsAndEmptiesTheRest) {
+    TScaleTable table;
+    Fill(table[3], 3, true);
+    Fill(table[9], 9, false);
+    StoreRunItems(RunItems(table), table);
+    EXPECT_EQ(table[1].ScaleNumb, 3);
+    EXPECT_EQ(table[1].TCPAddress.View(), "10.0.0.3");
+    EXPECT_EQ(table[2].ScaleNumb, 9);
+    for (int slot = 3; slot <= kScaleSlots; ++slot) {
+        EXPECT_TRUE(table[slot].ScaleName.Empty()) << slot;
+        EXPECT_TRUE(table[slot].TCPAddress.Empty()) << slot;
+        EXPECT_EQ(table[slot].TCPPort, 0) << slot;
+    }
+}
+
+TEST(RunScales, WithoutAnyItemTheTableStaysAsItIs) {
+    TScaleTable table;
+    Fill(table[4], 4, true);
+    table[4].TCPPort = 0;
+    StoreRunItems(RunItems(table), table);
+    EXPECT_EQ(table[4].TCPAddress.View(), "10.0.0.4");
+}
+
+TEST(RunKinds, EachNumberHasItsCaptionFlagsAndButton) {
+    ASSERT_NE(RunKind(1), nullptr);
+    EXPECT_EQ(ToUtf8(RunKind(1)->caption), "Запис на избраните артикули във везните");
+    EXPECT_TRUE(RunKind(1)->markedOnly);
+    EXPECT_TRUE(RunKind(1)->write);
+    EXPECT_TRUE(RunKind(1)->saveVisible);
+    EXPECT_EQ(ToUtf8(RunKind(1)->saveCaption), "Запис");
+    ASSERT_NE(RunKind(2), nullptr);
+    EXPECT_EQ(ToUtf8(RunKind(2)->caption), "Запис на всички артикули във везните");
+    EXPECT_FALSE(RunKind(2)->markedOnly);
+    EXPECT_TRUE(RunKind(2)->write);
+    EXPECT_TRUE(RunKind(2)->saveVisible);
+    EXPECT_EQ(ToUtf8(RunKind(2)->saveCaption), "Запис");
+    ASSERT_NE(RunKind(3), nullptr);
+    EXPECT_EQ(ToUtf8(RunKind(3)->caption), "Изтриване на избраните артикули от везните");
+    EXPECT_TRUE(RunKind(3)->markedOnly);
+    EXPECT_FALSE(RunKind(3)->write);
+    EXPECT_TRUE(RunKind(3)->saveVisible);
+    EXPECT_EQ(ToUtf8(RunKind(3)->saveCaption), "Изтрий");
+    ASSERT_NE(RunKind(4), nullptr);
+    EXPECT_EQ(ToUtf8(RunKind(4)->caption), "Изтриване на всички артикули от везните");
+    EXPECT_FALSE(RunKind(4)->markedOnly);
+    EXPECT_FALSE(RunKind(4)->write);
+    EXPECT_FALSE(RunKind(4)->saveVisible);
+    EXPECT_EQ(ToUtf8(RunKind(4)->saveCaption), "Изтрий");
+    EXPECT_EQ(RunKind(0), nullptr);
+    EXPECT_EQ(RunKind(5), nullptr);
+}
+
+}  // namespace
+}  // namespace tolvane

@@ -1,0 +1,421 @@
+#include "upload/ScaleRun.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "UploadFixture.h"
+#include "text/Cp1251.h"
+
+namespace tolvane {
+namespace {
+
+using test::TArticle;
+using test::TEvents;
+
+constexpr const char* kLine = "log:-----------------------------------------";
+
+TArticle Article(std::int32_t number, std::string_view name) {
+    TArticle article;
+    article.number = number;
+    article.scaleNumber = number;
+    article.name = name;
+    article.labelName = "B";
+    return article;
+}
+
+class ScaleRunTest : public ::testing::Test {
+protected:
+    ScaleRunTest() { regional_.decimalSeparator = ','; }
+
+    // Scale n: "Везна n" at 10.0.0.n, with a fake scale of its own when it is to be opened.
+    TRunItem Item(int number, bool checked = true) {
+        TRunItem item;
+        item.checked = checked;
+        item.rec.ScaleNumb = number;
+        item.rec.ScaleName = std::string("Везна "_cp1251) + std::to_string(number);
+        item.rec.TCPAddress = "10.0.0." + std::to_string(number);
+        item.rec.TCPPort = 1001;
+        item.rec.CommType = kCommTcp;
+        item.rec.ScaleType = kScaleTypeEvl;
+        item.rec.Encoding = 0;
+        if (checked) {
+            factory_.scales.push_back(std::make_shared<test::TFakeScale>());
+            factory_.scales.back()->mode = 1;
+            factory_.scales.back()->maxPlu = 3000;
+        }
+        return item;
+    }
+    test::TFakeScale& Scale(std::size_t number) { return *factory_.scales.at(number - 1); }
+
+    void Run(const std::vector<TRunItem>& items, const std::vector<TArticle>& articles,
+             bool write = true) {
+        const auto table = test::TableOf(articles);
+        TScaleRun(factory_, clock_, view_, stop_, regional_)
+            .RunListed(items, {table, table->Order()}, {}, write);
+    }
+    void RunDelete(const std::vector<TRunItem>& items) {
+        TScaleRun(factory_, clock_, view_, stop_, regional_).RunDeleteEverything(items);
+    }
+    // Without requests and pauses: what the user sees, with the coming and going of drivers.
+    TEvents Seen() const {
+        return test::Filtered(events_, {"clear", "log:", "connection:", "progress:", "running",
+                                        "at rest", "choices", "error:", "open", "freed"});
+    }
+    TEvents Logged() const { return test::Filtered(events_, {"log:"}); }
+    TEvents PriceWrites() const { return test::Filtered(events_, {"49", "4A", "4B"}); }
+
+    TEvents events_;
+    test::TFakeClock clock_{events_};
+    test::TRecordingView view_{events_};
+    TRunStop stop_;
+    TRegionalSettings regional_;
+    test::TFakeFactory factory_{events_, clock_};
+};
+
+const TEvents kNoScales = {"clear", "log:Не е дефинирана нито една везна."};
+
+TEST_F(ScaleRunTest, WithNoUsableScaleEitherButtonOnlyLogsThat) {
+    Run({}, {Article(1, "A")});
+    EXPECT_EQ(events_, kNoScales);
+    events_.clear();
+    RunDelete({});
+    EXPECT_EQ(events_, kNoScales);
+}
+
+TEST_F(ScaleRunTest, WithNoneCheckedARunLogsOnlyThatAndTheClosingSeparator) {
+    Run({Item(1, false), Item(2, false)}, {Article(1, "A")});
+    EXPECT_EQ(events_,
+              (TEvents{"clear", "choices off", "running", "log:Не е избрана нито една везна.",
+                       "connection:", "progress:", kLine, "choices on", "at rest"}));
+}
+
+TEST_F(ScaleRunTest, WithNoneCheckedADeleteRunLogsOnlyThatAndTheClosingSeparator) {
+    RunDelete({Item(1, false)});
+    EXPECT_EQ(events_, (TEvents{"clear", "log:Не е избрана нито една везна.",
+                                "connection:", "progress:", kLine, "at rest"}));
+}
+
+TEST_F(ScaleRunTest, AWriteRunShowsEveryStepInOrder) {
+    TArticle bad = Article(2, "Праз"_cp1251);
+    bad.barcode = "1";
+    Run({Item(1)}, {Article(12, "Домати"_cp1251), bad});
+    EXPECT_EQ(Seen(), (TEvents{"clear",
+                               "choices off",
+                               "running",
+                               "log:  Артикул \"Праз\" няма коректен баркод",
+                               "log:  ->> и ще бъде игнориран",
+                               "log:Обработени 2 артикула.",
+                               "log:Валидни са 1 артикула.",
+                               "log:Ще бъдат записани само валидните артикули",
+                               kLine,
+                               "log:Старт на запис във везна: Везна 1",
+                               "connection:Хост: 10.0.0.1 Порт: 1001",
+                               "open TCP 10.0.0.1:1001",
+                               "log:Осъществена връзка с устройството за комуникация",
+                               "log:   Везна EVL - Ver: 1.23; Max.PLU: 3000; Mode: 1",
+                               "progress:Запис артикул: 12 Домати",
+                               "log:   Брой записани артикули: 1",
+                               "freed",
+                               "log:Успешно записани артикули във везна: Везна 1",
+                               "log:",
+                               "connection:",
+                               "progress:",
+                               kLine,
+                               "choices on",
+                               "at rest"}));
+    // the price 12,34 that the table holds
+    EXPECT_EQ(PriceWrites(), (TEvents{"4A 00 0C 00 34 12 00 00 00 00"}));
+}
+
+TEST_F(ScaleRunTest, AScaleThatCannotBeOpenedIsLoggedAndTheNextOneIsWritten) {
+    const std::vector<TRunItem> items = {Item(1), Item(2)};
+    Scale(1).openError = "[TCP] Fail open (10.0.0.1:1001) - refused";
+    Run(items, {Article(1, "A")});
+    EXPECT_EQ(Seen(), (TEvents{"clear",
+                               "choices off",
+                               "running",
+                               "log:Обработени 1 артикула.",
+                               "log:Валидни са 1 артикула.",
+                               "log:Ще бъдат записани само валидните артикули",
+                               kLine,
+                               "log:Старт на запис във везна: Везна 1",
+                               "connection:Хост: 10.0.0.1 Порт: 1001",
+                               "open TCP 10.0.0.1:1001",
+                               "freed",
+                               "log:InitComm >> Fail init communication interface: "
+                               "[TCP] Fail open (10.0.0.1:1001) - refused",
+                               "log:Грешка при запис артикули във везна: Везна 1",
+                               "log:",
+                               "log:Обработени 1 артикула.",
+                               "log:Валидни са 1 артикула.",
+                               "log:Ще бъдат записани само валидните артикули",
+                               kLine,
+                               "log:Старт на запис във везна: Везна 2",
+                               "connection:Хост: 10.0.0.2 Порт: 1001",
+                               "open TCP 10.0.0.2:1001",
+                               "log:Осъществена връзка с устройството за комуникация",
+                               "log:   Везна EVL - Ver: 1.23; Max.PLU: 3000; Mode: 1",
+                               "progress:Запис артикул: 1 A",
+                               "log:   Брой записани артикули: 1",
+                               "freed",
+                               "log:Успешно записани артикули във везна: Везна 2",
+                               "log:",
+                               "connection:",
+                               "progress:",
+                               kLine,
+                               "choices on",
+                               "at rest"}));
+}
+
+TEST_F(ScaleRunTest, AnUncheckedScaleIsLeftOut) {
+    Run({Item(1, false), Item(2), Item(3, false)}, {Article(1, "A")});
+    EXPECT_EQ(test::Filtered(events_, {"open"}), (TEvents{"open TCP 10.0.0.2:1001"}));
+}
+
+TEST_F(ScaleRunTest, AScaleOfUnknownTransportIsNotOpenedAndFails) {
+    TRunItem item = Item(1);
+    item.rec.CommType = 7;
+    Run({item}, {Article(1, "A")});
+    EXPECT_EQ(
+        Seen(),
+        (TEvents{"clear", "choices off", "running", "log:Обработени 1 артикула.",
+                 "log:Валидни са 1 артикула.", "log:Ще бъдат записани само валидните артикули",
+                 kLine, "log:Старт на запис във везна: Везна 1", "connection:Хост: 10.0.0.1",
+                 "log:Невалиден тип на комуникация с везна.",
+                 "log:Грешка при запис артикули във везна: Везна 1",
+                 "log:", "connection:", "progress:", kLine, "choices on", "at rest"}));
+}
+
+TEST_F(ScaleRunTest, AfterStopInAWriteRunTheOtherScalesAreConnectedAndEachFailsWithTheStopText) {
+    const std::vector<TRunItem> items = {Item(1), Item(2), Item(3)};
+    Scale(1).errorCode = [this](const test::TRequest& request) -> std::uint8_t {
+        if (request.command == 0x4A) stop_.Stop();
+        return 0;
+    };
+    Run(items, {Article(1, "Едно"_cp1251), Article(2, "Две"_cp1251)});
+    TEvents expected;
+    for (const std::string number : {"1", "2", "3"}) {
+        const TEvents part = {
+            "log:Обработени 2 артикула.",
+            "log:Валидни са 2 артикула.",
+            "log:Ще бъдат записани само валидните артикули",
+            kLine,
+            "log:Старт на запис във везна: Везна " + number,
+            "log:Осъществена връзка с устройството за комуникация",
+            "log:   Везна EVL - Ver: 1.23; Max.PLU: 3000; Mode: 1",
+            number == "1" ? "log:Fail! Plu: 1 \"Едно\" Операцията прекратена от петребителя."
+                          : "log:Fail! Plu: 0 \"\" Операцията прекратена от петребителя.",
+            "log:Грешка при запис артикули във везна: Везна " + number,
+            "log:"};
+        expected.insert(expected.end(), part.begin(), part.end());
+    }
+    expected.emplace_back(kLine);
+    EXPECT_EQ(Logged(), expected);
+    EXPECT_EQ(
+        test::Filtered(events_, {"open"}),
+        (TEvents{"open TCP 10.0.0.1:1001", "open TCP 10.0.0.2:1001", "open TCP 10.0.0.3:1001"}));
+    EXPECT_EQ(PriceWrites(), (TEvents{"4A 00 01 00 34 12 00 00 00 00"}));
+    EXPECT_EQ(events_.back(), "at rest");
+}
+
+TEST_F(ScaleRunTest, AStopOfAnEarlierRunDoesNotReachTheNext) {
+    stop_.Stop();
+    Run({Item(1)}, {Article(1, "A")});
+    EXPECT_EQ(PriceWrites().size(), 1U);
+}
+
+TEST_F(ScaleRunTest, AStopInADeleteEverythingRunEndsOneScaleOnly) {
+    const std::vector<TRunItem> items = {Item(1), Item(2)};
+    Scale(1).maxPlu = 3;
+    Scale(2).maxPlu = 2;
+    Scale(1).errorCode = [this](const test::TRequest& request) -> std::uint8_t {
+        if (request.command == 0x4A && request.plu == 2) stop_.Stop();
+        return 0;
+    };
+    RunDelete(items);
+    EXPECT_EQ(Seen(), (TEvents{"clear",
+                               kLine,
+                               "log:Старт на запис във везна: Везна 1",
+                               "connection:Хост: 10.0.0.1 Порт: 1001",
+                               "open TCP 10.0.0.1:1001",
+                               "log:Осъществена връзка с устройството за комуникация",
+                               "running",
+                               "log:   - Ver: 1.23; Max.PLU: 3; Mode:1",
+                               "progress:Изтриване всички артикули.",
+                               "progress:Изтриване артикул #1",
+                               "progress:Изтриване артикул #2",
+                               "freed",
+                               "log:Операцията прекратена от потребителя.",
+                               "log:Грешка при изтриване артикули от везна: Везна 1",
+                               kLine,
+                               "log:Старт на запис във везна: Везна 2",
+                               "connection:Хост: 10.0.0.2 Порт: 1001",
+                               "open TCP 10.0.0.2:1001",
+                               "log:Осъществена връзка с устройството за комуникация",
+                               "running",
+                               "log:   - Ver: 1.23; Max.PLU: 2; Mode:1",
+                               "progress:Изтриване всички артикули.",
+                               "progress:Изтриване артикул #1",
+                               "progress:Изтриване артикул #2",
+                               "freed",
+                               "log:Успешно изтрити артикули от везна: Везна 2",
+                               "connection:",
+                               "progress:",
+                               kLine,
+                               "at rest"}));
+    EXPECT_EQ(PriceWrites(),
+              (TEvents{"4A 00 01 00 00 00 00 00 00 00", "4A 00 02 00 00 00 00 00 00 00",
+                       "4A 00 01 00 00 00 00 00 00 00", "4A 00 02 00 00 00 00 00 00 00"}));
+}
+
+TEST_F(ScaleRunTest, AStopWhileTheNextScaleIsConnectedEndsThatScale) {
+    const std::vector<TRunItem> items = {Item(1)};
+    Scale(1).maxPlu = 3;
+    factory_.onOpen = [this] { stop_.Stop(); };
+    RunDelete(items);
+    EXPECT_EQ(PriceWrites(), TEvents{});
+    EXPECT_EQ(test::Filtered(events_, {"log:Операцията"}),
+              (TEvents{"log:Операцията прекратена от потребителя."}));
+}
+
+TEST_F(ScaleRunTest, AScaleThatCannotBeOpenedInADeleteRunLeavesTheControlsAlone) {
+    const std::vector<TRunItem> items = {Item(1)};
+    Scale(1).openError = "refused";
+    RunDelete(items);
+    EXPECT_EQ(Seen(),
+              (TEvents{"clear", kLine, "log:Старт на запис във везна: Везна 1",
+                       "connection:Хост: 10.0.0.1 Порт: 1001", "open TCP 10.0.0.1:1001", "freed",
+                       "log:InitComm >> Fail init communication interface: refused",
+                       "log:Грешка при изтриване артикули от везна: Везна 1",
+                       "connection:", "progress:", kLine, "at rest"}));
+}
+
+TEST_F(ScaleRunTest, AScaleOfUnknownTransportFailsInADeleteRunToo) {
+    TRunItem item = Item(1);
+    item.rec.CommType = 7;
+    RunDelete({item});
+    EXPECT_EQ(Seen(),
+              (TEvents{"clear", kLine, "log:Старт на запис във везна: Везна 1",
+                       "connection:Хост: 10.0.0.1", "log:Невалиден тип на комуникация с везна.",
+                       "log:Грешка при изтриване артикули от везна: Везна 1",
+                       "connection:", "progress:", kLine, "at rest"}));
+}
+
+TEST_F(ScaleRunTest, DeletingTheMarkedArticlesLogsTheWriteTexts) {
+    Run({Item(1)}, {Article(12, "Домати"_cp1251)}, false);
+    EXPECT_EQ(Logged(),
+              (TEvents{"log:Обработени 1 артикула.", "log:Валидни са 1 артикула.",
+                       "log:Ще бъдат записани само валидните артикули", kLine,
+                       "log:Старт на запис във везна: Везна 1",
+                       "log:Осъществена връзка с устройството за комуникация",
+                       "log:   - Ver: 1.23; Max.PLU: 3000; Mode:1",
+                       "log:Успешно записани артикули във везна: Везна 1", "log:", kLine}));
+    EXPECT_EQ(PriceWrites(), (TEvents{"49 00 0C 00 00 00 00"}));
+    EXPECT_EQ(test::Filtered(events_, {"progress:И"}),
+              (TEvents{"progress:Изтриване артикул: 12 Домати"}));
+}
+
+TEST_F(ScaleRunTest, AFailedDeleteOfMarkedArticlesLogsTheWriteFailure) {
+    const std::vector<TRunItem> items = {Item(1)};
+    Scale(1).errorCode = [](const test::TRequest& request) -> std::uint8_t {
+        return request.command == 0x49 ? 7 : 0;
+    };
+    Run(items, {Article(12, "Домати"_cp1251)}, false);
+    EXPECT_EQ(test::Filtered(events_, {"log:ProcessDelete", "log:Грешка"}),
+              (TEvents{"log:ProcessDelete >> [SetPrice] ErrCode: 7, Fail set PLU price: "
+                       "Scale return Error code: 7",
+                       "log:Грешка при запис артикули във везна: Везна 1"}));
+}
+
+TEST_F(ScaleRunTest, DeletingMarkedArticlesOfWhichNoneIsForTheScaleDeletesNothing) {
+    TArticle article = Article(12, "A");
+    article.forScales = "9";
+    Run({Item(1)}, {article}, false);
+    EXPECT_EQ(PriceWrites(), TEvents{});
+    EXPECT_EQ(test::Filtered(events_, {"log:Валидни", "log:Успешно"}),
+              (TEvents{"log:Валидни са 0 артикула.",
+                       "log:Успешно записани артикули във везна: Везна 1"}));
+}
+
+TEST_F(ScaleRunTest, AnErrorWhileLinesAreBuiltEndsTheRunAndLeavesTheControls) {
+    TArticle article = Article(12, "A");
+    article.bestBefore = "x";
+    Run({Item(1), Item(2)}, {article});
+    EXPECT_EQ(events_,
+              (TEvents{"clear", "choices off", "running",
+                       "error:Артикул \"A\": стойността \"x\" на поле LABEL_BESTBEFORE не е цяло "
+                       "число."}));
+}
+
+TEST_F(ScaleRunTest, AbandoningARunEndsItWithTheScaleInWork) {
+    const std::vector<TRunItem> items = {Item(1), Item(2), Item(3)};
+    Scale(1).errorCode = [this](const test::TRequest& request) -> std::uint8_t {
+        if (request.command == 0x4A) stop_.Abandon();
+        return 0;
+    };
+    Run(items, {Article(1, "A"), Article(2, "B")});
+    EXPECT_EQ(PriceWrites().size(), 1U);
+    EXPECT_EQ(test::Filtered(events_, {"open", "freed"}),
+              (TEvents{"open TCP 10.0.0.1:1001", "freed"}));
+}
+
+TEST_F(ScaleRunTest, AbandoningADeleteEverythingRunReachesNoFurtherScale) {
+    const std::vector<TRunItem> items = {Item(1), Item(2)};
+    Scale(1).maxPlu = 3;
+    Scale(1).errorCode = [this](const test::TRequest& request) -> std::uint8_t {
+        if (request.command == 0x4A) stop_.Abandon();
+        return 0;
+    };
+    RunDelete(items);
+    EXPECT_EQ(PriceWrites().size(), 1U);
+    EXPECT_EQ(test::Filtered(events_, {"open"}), (TEvents{"open TCP 10.0.0.1:1001"}));
+}
+
+TEST_F(ScaleRunTest, EachScaleGetsItsOwnArticles) {
+    TArticle first = Article(1, "A");
+    first.forScales = "1";
+    TArticle second = Article(2, "B");
+    second.forScales = "2";
+    Run({Item(1), Item(2)}, {first, second});
+    ASSERT_EQ(Scale(1).requests.size(), Scale(2).requests.size());
+    EXPECT_EQ(Scale(1).requests.at(3).plu, 1);
+    EXPECT_EQ(Scale(2).requests.at(3).plu, 2);
+}
+
+std::string Connection(std::uint8_t commType, std::uint8_t baudRate, std::string_view address) {
+    TScaleRec rec;
+    rec.TCPAddress = address;
+    rec.TCPPort = 2000;
+    rec.CommType = commType;
+    rec.BaudRate = baudRate;
+    return ToUtf8(ConnectionText(rec));
+}
+
+TEST(ConnectionText, ASerialScaleShowsItsSpeed) {
+    EXPECT_EQ(Connection(0, 0, "COM1"), "Хост: COM1 Скорост: 9600 bps");
+    EXPECT_EQ(Connection(0, 1, "COM1"), "Хост: COM1 Скорост: 19200 bps");
+    EXPECT_EQ(Connection(0, 2, "COM1"), "Хост: COM1 Скорост: 38400 bps");
+    EXPECT_EQ(Connection(0, 4, "COM1"), "Хост: COM1 Скорост: 115200 bps");
+    EXPECT_EQ(Connection(0, 5, "COM1"), "Хост: COM1 Скорост: N/A");
+}
+
+TEST(ConnectionText, AScaleWhoseBaudRateIs3Shows576000) {
+    EXPECT_EQ(Connection(0, 3, "COM1"), "Хост: COM1 Скорост: 576000 bps");
+}
+
+TEST(ConnectionText, ANetworkScaleShowsItsPort) {
+    EXPECT_EQ(Connection(1, 0, "192.168.100.200"), "Хост: 192.168.100.200 Порт: 2000");
+    EXPECT_EQ(Connection(2, 0, "10.0.0.7"), "Хост: 10.0.0.7 Порт: 2000");
+}
+
+TEST(ConnectionText, AnUnknownTransportShowsTheHostOnly) {
+    EXPECT_EQ(Connection(3, 0, "10.0.0.7"), "Хост: 10.0.0.7");
+}
+
+}  // namespace
+}  // namespace tolvane
