@@ -7,6 +7,9 @@ namespace tolvane {
 // The DLL or program that this code is linked into (not the process that loaded it).
 HINSTANCE ModuleInstance() noexcept;
 
+// The number of the module's icon resource; forms carry it when it is there.
+inline constexpr int kModuleIcon = 1;
+
 // Keeps this module in memory while it lives, so that a host that unloads it too early does not
 // take the code from under an open window. Giving the last hold back happens on a helper thread,
 // after `uiWindow`'s thread has returned to its message loop.

@@ -72,6 +72,7 @@ void TWindow::RegisterWindowClass(const wchar_t* className) {
     definition.lpfnWndProc = &Procedure;
     definition.hInstance = ModuleInstance();
     definition.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+    definition.hIcon = LoadIconW(ModuleInstance(), MAKEINTRESOURCEW(kModuleIcon));
     definition.hbrBackground = GetSysColorBrush(COLOR_BTNFACE);
     definition.lpszClassName = className;
     if (RegisterClassExW(&definition) == 0 && GetLastError() != ERROR_CLASS_ALREADY_EXISTS)
@@ -183,8 +184,12 @@ void Pump(UINT kinds) {
 
 }  // namespace
 
-void PumpMessages() { Pump(0); }
+void PumpMessages() {
+    Pump(0);
+}
 
-void PumpPaintMessages() { Pump(PM_QS_PAINT | PM_QS_SENDMESSAGE); }
+void PumpPaintMessages() {
+    Pump(PM_QS_PAINT | PM_QS_SENDMESSAGE);
+}
 
 }  // namespace tolvane

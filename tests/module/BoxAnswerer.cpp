@@ -78,7 +78,8 @@ void CALLBACK TWindowActor::Tick(HWND, UINT, UINT_PTR timer, DWORD) {
 
 BOOL CALLBACK TWindowActor::Visit(HWND window, LPARAM parameter) {
     auto& self = *reinterpret_cast<TWindowActor*>(parameter);
-    if (self.acted_ || ClassOf(window) != self.className_ || IsWindowVisible(window) == 0) return TRUE;
+    if (self.acted_ || ClassOf(window) != self.className_ || IsWindowVisible(window) == 0)
+        return TRUE;
     self.acted_ = true;
     self.act_(window);
     return FALSE;

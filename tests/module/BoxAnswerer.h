@@ -9,8 +9,8 @@
 namespace tolvane::test {
 
 struct TSeenBox {
-    std::string caption;  // UTF-8
-    std::string text;     // UTF-8
+    std::string caption;       // UTF-8
+    std::string text;          // UTF-8
     std::vector<int> buttons;  // command numbers
 };
 

@@ -35,6 +35,13 @@ void Check(const std::array<ISC_STATUS, 20>& status, const std::string& what) {
     throw std::runtime_error(what + ": " + text.data());
 }
 
+// The record of isc_start_multiple, which the public header leaves to its users.
+struct TTransactionBlock {
+    isc_db_handle* database;
+    long optionsLength;
+    const char* options;
+};
+
 void AddText(std::string& block, char item, const std::string& text) {
     block += item;
     block += static_cast<char>(text.size());
@@ -71,7 +78,7 @@ void TConnection::ShutDown() {
 void TConnection::Execute(const std::string& sql) {
     std::array<ISC_STATUS, 20> status{};
     isc_tr_handle transaction = 0;
-    ISC_TEB block{&handle_, 0, nullptr};
+    TTransactionBlock block{&handle_, 0, nullptr};
     TOLVANE_ENTRY(isc_start_multiple)(status.data(), &transaction, 1, &block);
     Check(status, "start");
     TOLVANE_ENTRY(isc_dsql_execute_immediate)
@@ -85,7 +92,7 @@ long long TConnection::Number(const std::string& sql) {
     std::array<ISC_STATUS, 20> status{};
     isc_tr_handle transaction = 0;
     isc_stmt_handle statement = 0;
-    ISC_TEB block{&handle_, 0, nullptr};
+    TTransactionBlock block{&handle_, 0, nullptr};
     TOLVANE_ENTRY(isc_start_multiple)(status.data(), &transaction, 1, &block);
     Check(status, "start");
     TOLVANE_ENTRY(isc_dsql_allocate_statement)(status.data(), &handle_, &statement);
@@ -93,7 +100,8 @@ long long TConnection::Number(const std::string& sql) {
     XSQLDA row{};
     row.version = SQLDA_VERSION1;
     row.sqln = 1;
-    TOLVANE_ENTRY(isc_dsql_prepare)(status.data(), &transaction, &statement, 0, sql.c_str(), 3, &row);
+    TOLVANE_ENTRY(isc_dsql_prepare)
+    (status.data(), &transaction, &statement, 0, sql.c_str(), 3, &row);
     Check(status, sql);
     long long value = 0;
     short isNull = 0;

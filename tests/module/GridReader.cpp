@@ -66,7 +66,8 @@ std::string TGridReader::Cell(int row, int column) const {
     item.iSubItem = column;
     item.pszText = text.data();
     item.cchTextMax = kTextRoom;
-    SendMessageW(grid_, LVM_GETITEMTEXTW, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+    SendMessageW(grid_, LVM_GETITEMTEXTW, static_cast<WPARAM>(row),
+                 reinterpret_cast<LPARAM>(&item));
     return Utf8(text.data());
 }
 
@@ -106,8 +107,8 @@ int TGridReader::FocusedRow() const {
 std::vector<int> TGridReader::SelectedRows() const {
     std::vector<int> rows;
     int at = -1;
-    while ((at = static_cast<int>(SendMessageW(grid_, LVM_GETNEXTITEM, static_cast<WPARAM>(at),
-                                               LVNI_SELECTED))) >= 0)
+    while ((at = static_cast<int>(
+                SendMessageW(grid_, LVM_GETNEXTITEM, static_cast<WPARAM>(at), LVNI_SELECTED))) >= 0)
         rows.push_back(at);
     return rows;
 }
@@ -156,7 +157,8 @@ void PressKey(HWND window, int virtualKey, bool control, bool shift) {
     const THeldKeys held(control, shift);
     PostMessageW(window, WM_KEYDOWN, static_cast<WPARAM>(virtualKey), 1);
     RunLoopDry();
-    PostMessageW(window, WM_KEYUP, static_cast<WPARAM>(virtualKey), static_cast<LPARAM>(0xC0000001));
+    PostMessageW(window, WM_KEYUP, static_cast<WPARAM>(virtualKey),
+                 static_cast<LPARAM>(0xC0000001));
     RunLoopDry();
 }
 

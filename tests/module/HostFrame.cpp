@@ -38,8 +38,8 @@ BOOL CALLBACK CompareName(HWND window, LPARAM parameter) {
 THostFrame::THostFrame() {
     RegisterOnce(kFrameClass, &Procedure);
     RegisterOnce(kChildClass, &DefMDIChildProcW);
-    frame_ = CreateWindowW(kFrameClass, L"Test host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 10, 10, 1000,
-                           700, nullptr, nullptr, GetModuleHandleW(nullptr), this);
+    frame_ = CreateWindowW(kFrameClass, L"Test host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 10, 10,
+                           1000, 700, nullptr, nullptr, GetModuleHandleW(nullptr), this);
     CLIENTCREATESTRUCT create{nullptr, kFirstChildId};
     client_ = CreateWindowExW(WS_EX_CLIENTEDGE, L"MDIClient", nullptr,
                               WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN, 0, 0, 0, 0, frame_, nullptr,
@@ -74,9 +74,11 @@ int THostFrame::Received(UINT message) const {
 }
 
 HWND THostFrame::AddChild(const char* componentName) {
-    const HWND child = CreateWindowExW(WS_EX_MDICHILD, kChildClass, L"Host's own", WS_CHILD, 0, 0,
-                                       300, 200, client_, nullptr, GetModuleHandleW(nullptr), nullptr);
-    if (componentName != nullptr) SetPropW(child, L"ComponentName", const_cast<char*>(componentName));
+    const HWND child =
+        CreateWindowExW(WS_EX_MDICHILD, kChildClass, L"Host's own", WS_CHILD, 0, 0, 300, 200,
+                        client_, nullptr, GetModuleHandleW(nullptr), nullptr);
+    if (componentName != nullptr)
+        SetPropW(child, L"ComponentName", const_cast<char*>(componentName));
     return child;
 }
 

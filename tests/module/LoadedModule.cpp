@@ -35,6 +35,8 @@ void TLoadedModule::Unload() {
     module_ = nullptr;
 }
 
-TLoadedModule::~TLoadedModule() { Unload(); }
+TLoadedModule::~TLoadedModule() {
+    Unload();
+}
 
 }  // namespace tolvane::test

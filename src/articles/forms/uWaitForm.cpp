@@ -37,7 +37,7 @@ void TWaitForm::Make() {
     SendMessageW(bar_, PBM_SETSTEP, 1, 0);
 }
 
-void TWaitForm::ShowCount(int count) {
+void TWaitForm::Show(int count) {
     if (Handle() == nullptr) Make();
     ShowWindow(bar_, count >= 1 ? SW_SHOW : SW_HIDE);
     SendMessageW(bar_, PBM_SETRANGE32, 0, count > 0 ? count : 1);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "articles/ArticleLoader.h"
 #include "window/Form.h"
 
 namespace tolvane {
@@ -7,16 +8,15 @@ namespace tolvane {
 inline constexpr const wchar_t* kWaitFormClass = L"TWaitForm";
 
 // The wait window "Моля, изчакайте..." with its progress bar. Its window is made on first use.
-class TWaitForm : public TForm {
+class TWaitForm : public TForm, public TWaitView {
 public:
     // The window stands in the middle of the owner's top-level window.
     explicit TWaitForm(HWND owner) : owner_(owner) {}
 
-    // Shows the window and lets it paint; the bar is there when `count` is 1 or
-    // more.
-    void ShowCount(int count);
-    void Step();
-    void Hide();
+    // TWaitView. Show lets the window paint; nothing that the user does comes in meanwhile.
+    void Show(int count) override;
+    void Step() override;
+    void Hide() override;
 
 protected:
     LRESULT HandleMessage(const TMessage& message) override;

@@ -1,0 +1,326 @@
+#include "articles/forms/ArticleGrid.h"
+
+#include <algorithm>
+#include <array>
+#include <cwchar>
+#include <utility>
+
+#include "window/VisualStyle.h"
+#include "window/WideText.h"
+
+namespace tolvane {
+namespace {
+
+constexpr int kThemedVersion = 6;
+constexpr int kAutoFitMargin = 8;
+constexpr int kRowHeight = 18;
+constexpr int kSortImageSize = 9;
+constexpr int kUp = 0;
+constexpr int kDown = 1;
+
+void SetItemState(HWND list, int item, UINT state, UINT mask) {
+    LVITEMW change{};
+    change.state = state;
+    change.stateMask = mask;
+    SendMessageW(list, LVM_SETITEMSTATE, static_cast<WPARAM>(item),
+                 reinterpret_cast<LPARAM>(&change));
+}
+
+int NextItem(HWND list, int after, UINT flags) {
+    return static_cast<int>(SendMessageW(list, LVM_GETNEXTITEM, static_cast<WPARAM>(after),
+                                         static_cast<LPARAM>(flags)));
+}
+
+// Says no to the user's view of our own changes for the length of a block.
+class TQuiet {
+public:
+    explicit TQuiet(bool& quiet) : quiet_(quiet), before_(std::exchange(quiet, true)) {}
+    TQuiet(const TQuiet&) = delete;
+    TQuiet& operator=(const TQuiet&) = delete;
+    ~TQuiet() { quiet_ = before_; }
+
+private:
+    bool& quiet_;
+    bool before_;
+};
+
+}  // namespace
+
+TArticleGrid::TArticleGrid(TDpi dpi, TGridSource source) : dpi_(dpi), source_(std::move(source)) {}
+
+void TArticleGrid::Attach(HWND list) {
+    list_ = list;
+    constexpr DWORD kStyle = LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER;
+    SendMessageW(list_, LVM_SETEXTENDEDLISTVIEWSTYLE, kStyle, static_cast<LPARAM>(kStyle));
+    if (CommonControlsVersion() < kThemedVersion) MakeSortImages();
+}
+
+HWND TArticleGrid::Header() const {
+    return reinterpret_cast<HWND>(SendMessageW(list_, LVM_GETHEADER, 0, 0));
+}
+
+int TArticleGrid::RowHeight() const {
+    return dpi_.Scale(kRowHeight);
+}
+
+std::optional<std::size_t> TArticleGrid::ColumnOfView(int viewIndex) const {
+    if (viewIndex < 0 || static_cast<std::size_t>(viewIndex) >= shown_.size()) return std::nullopt;
+    return shown_[static_cast<std::size_t>(viewIndex)];
+}
+
+int TArticleGrid::ViewOfColumn(std::size_t column) const {
+    const auto found = std::find(shown_.begin(), shown_.end(), column);
+    return found == shown_.end() ? -1 : static_cast<int>(found - shown_.begin());
+}
+
+void TArticleGrid::SetColumns(std::vector<TGridColumnState> columns) {
+    SendMessageW(list_, WM_SETREDRAW, FALSE, 0);
+    for (std::size_t count = shown_.size(); count > 0; --count)
+        SendMessageW(list_, LVM_DELETECOLUMN, count - 1, 0);
+    shown_.clear();
+    columns_ = std::move(columns);
+    for (std::size_t i = 0; i < columns_.size(); ++i) {
+        if (!columns_[i].visible) continue;
+        LVCOLUMNW column{};
+        column.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_FMT;
+        column.fmt = columns_[i].right ? LVCFMT_RIGHT : LVCFMT_LEFT;
+        column.cx = columns_[i].width;
+        column.pszText = columns_[i].title.data();
+        SendMessageW(list_, LVM_INSERTCOLUMNW, shown_.size(), reinterpret_cast<LPARAM>(&column));
+        shown_.push_back(i);
+    }
+    SendMessageW(list_, WM_SETREDRAW, TRUE, 0);
+    InvalidateRect(list_, nullptr, TRUE);
+    SetSortMark(sortColumn_, sortAscending_);
+}
+
+void TArticleGrid::ReadWidths() const {
+    for (std::size_t view = 0; view < shown_.size(); ++view)
+        columns_[shown_[view]].width =
+            static_cast<int>(SendMessageW(list_, LVM_GETCOLUMNWIDTH, view, 0));
+}
+
+std::vector<TGridColumnState> TArticleGrid::Columns() const {
+    ReadWidths();
+    return columns_;
+}
+
+void TArticleGrid::SetStyle(TGridStyle style) {
+    style_ = style;
+    InvalidateRect(list_, nullptr, TRUE);
+}
+
+void TArticleGrid::RowsReplaced() {
+    const TQuiet quiet(quiet_);
+    const std::size_t count = source_.rowCount();
+    SetItemState(list_, -1, 0, LVIS_SELECTED | LVIS_FOCUSED);
+    SendMessageW(list_, LVM_SETITEMCOUNT, count, 0);
+    marks_.Reset(count);
+    if (count > 0) {
+        SetItemState(list_, 0, LVIS_FOCUSED, LVIS_FOCUSED);
+        SendMessageW(list_, LVM_ENSUREVISIBLE, 0, FALSE);
+    }
+    InvalidateRect(list_, nullptr, TRUE);
+}
+
+void TArticleGrid::RowsReordered() {
+    const TQuiet quiet(quiet_);
+    ShowMarks();
+    InvalidateRect(list_, nullptr, TRUE);
+}
+
+void TArticleGrid::ShowMarks() {
+    SetItemState(list_, -1, 0, LVIS_SELECTED);
+    if (marks_.Count() == source_.rowCount()) {
+        SetItemState(list_, -1, LVIS_SELECTED, LVIS_SELECTED);
+        return;
+    }
+    for (const TRowId row : marks_.InOrder())
+        SetItemState(list_, static_cast<int>(source_.placeOf(row)), LVIS_SELECTED, LVIS_SELECTED);
+}
+
+std::optional<TRowId> TArticleGrid::CurrentRow() const {
+    const int place = NextItem(list_, -1, LVNI_FOCUSED);
+    if (place < 0 || static_cast<std::size_t>(place) >= source_.rowCount()) return std::nullopt;
+    return source_.rowAt(static_cast<std::size_t>(place));
+}
+
+void TArticleGrid::SetCurrentRow(TRowId row) {
+    const auto place = static_cast<int>(source_.placeOf(row));
+    SetItemState(list_, place, LVIS_FOCUSED, LVIS_FOCUSED);
+    // A range that the user extends starts here.
+    SendMessageW(list_, LVM_SETSELECTIONMARK, 0, place);
+    SendMessageW(list_, LVM_ENSUREVISIBLE, static_cast<WPARAM>(place), FALSE);
+}
+
+void TArticleGrid::MakeSortImages() {
+    const int size = dpi_.Scale(kSortImageSize);
+    sortImages_.Reset(ImageList_Create(size, size, ILC_COLOR24 | ILC_MASK, 2, 0));
+    for (const int direction : {kUp, kDown}) {
+        const TWindowDc screen(nullptr);
+        const HDC dc = CreateCompatibleDC(screen.Get());
+        const TOwnedBitmap bitmap(CreateCompatibleBitmap(screen.Get(), size, size));
+        {
+            const TSelected selected(dc, bitmap.Get());
+            const RECT all{0, 0, size, size};
+            FillRect(dc, &all, static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH)));
+            const TSelected brush(dc, GetStockObject(BLACK_BRUSH));
+            const int flat = direction == kUp ? size - 3 : 2;
+            const int tip = direction == kUp ? 2 : size - 3;
+            const std::array<POINT, 3> corners = {POINT{1, flat}, POINT{size - 2, flat},
+                                                  POINT{size / 2, tip}};
+            Polygon(dc, corners.data(), static_cast<int>(corners.size()));
+        }
+        DeleteDC(dc);
+        ImageList_AddMasked(sortImages_.Get(), bitmap.Get(), RGB(255, 255, 255));
+    }
+    SendMessageW(Header(), HDM_SETIMAGELIST, 0, reinterpret_cast<LPARAM>(sortImages_.Get()));
+}
+
+void TArticleGrid::SetSortMark(std::optional<std::size_t> column, bool ascending) {
+    sortColumn_ = column;
+    sortAscending_ = ascending;
+    for (std::size_t view = 0; view < shown_.size(); ++view) {
+        HDITEMW item{};
+        item.mask = HDI_FORMAT;
+        SendMessageW(Header(), HDM_GETITEMW, view, reinterpret_cast<LPARAM>(&item));
+        item.fmt &= ~(HDF_SORTUP | HDF_SORTDOWN | HDF_IMAGE | HDF_BITMAP_ON_RIGHT);
+        if (column == shown_[view]) {
+            item.fmt |= ascending ? HDF_SORTUP : HDF_SORTDOWN;
+            if (sortImages_) {
+                item.mask |= HDI_IMAGE;
+                item.fmt |= HDF_IMAGE | HDF_BITMAP_ON_RIGHT;
+                item.iImage = ascending ? kUp : kDown;
+            }
+        }
+        SendMessageW(Header(), HDM_SETITEMW, view, reinterpret_cast<LPARAM>(&item));
+    }
+}
+
+std::wstring TArticleGrid::TextAt(TRowId row, std::size_t column) const {
+    return Wide(source_.text(row, columns_[column].key));
+}
+
+void TArticleGrid::AutoFit(std::size_t column) {
+    const int view = ViewOfColumn(column);
+    if (view < 0) return;
+    const TWindowDc dc(list_);
+    const auto font = reinterpret_cast<HFONT>(SendMessageW(list_, WM_GETFONT, 0, 0));
+    const auto widthOf = [&](const std::wstring& text) {
+        return TextWidth(dc.Get(), font, text.c_str(), static_cast<int>(text.size()));
+    };
+    int width = widthOf(columns_[column].title);
+    const auto first = static_cast<std::size_t>(SendMessageW(list_, LVM_GETTOPINDEX, 0, 0));
+    const auto inView = static_cast<std::size_t>(SendMessageW(list_, LVM_GETCOUNTPERPAGE, 0, 0));
+    const std::size_t end = std::min(source_.rowCount(), first + inView + 1);
+    for (std::size_t place = first; place < end; ++place)
+        width = std::max(width, widthOf(TextAt(source_.rowAt(place), column)));
+    if (width <= 0) return;
+    width += kAutoFitMargin + (view == 0 ? IndicatorWidth() : 0);
+    SendMessageW(list_, LVM_SETCOLUMNWIDTH, static_cast<WPARAM>(view), width);
+}
+
+LRESULT TArticleGrid::FillText(NMLVDISPINFOW& info) const {
+    LVITEMW& item = info.item;
+    const std::optional<std::size_t> column = ColumnOfView(item.iSubItem);
+    if ((item.mask & LVIF_TEXT) == 0 || item.pszText == nullptr || item.cchTextMax <= 0) return 0;
+    item.pszText[0] = L'\0';
+    if (!column || item.iItem < 0 || static_cast<std::size_t>(item.iItem) >= source_.rowCount())
+        return 0;
+    const std::wstring text = TextAt(source_.rowAt(static_cast<std::size_t>(item.iItem)), *column);
+    const auto length = std::min(text.size(), static_cast<std::size_t>(item.cchTextMax) - 1);
+    std::wmemcpy(item.pszText, text.c_str(), length);
+    item.pszText[length] = L'\0';
+    return 0;
+}
+
+// A change of one row or of a range that the list view tells of; -1 is all rows.
+void TArticleGrid::ChangeMarks(int from, int to, bool marked) {
+    const auto count = static_cast<int>(source_.rowCount());
+    if (from < 0 && !marked) {
+        marks_.Clear();
+        return;
+    }
+    const int first = std::max(from, 0);
+    const int last = from < 0 ? count - 1 : std::min(to, count - 1);
+    for (int place = first; place <= last; ++place) {
+        const TRowId row = source_.rowAt(static_cast<std::size_t>(place));
+        if (marked)
+            marks_.Mark(row);
+        else
+            marks_.Unmark(row);
+    }
+}
+
+void TArticleGrid::EnterColumn(int viewIndex) {
+    const std::optional<std::size_t> column = ColumnOfView(viewIndex);
+    if (!column || *column == currentColumn_) return;
+    currentColumn_ = *column;
+    InvalidateRect(list_, nullptr, FALSE);
+    source_.columnEntered(*column);
+}
+
+void TArticleGrid::ScrollToColumn(int viewIndex) {
+    RECT cell{};
+    SendMessageW(Header(), HDM_GETITEMRECT, static_cast<WPARAM>(viewIndex),
+                 reinterpret_cast<LPARAM>(&cell));
+    MapWindowPoints(Header(), list_, reinterpret_cast<POINT*>(&cell), 2);
+    RECT client{};
+    GetClientRect(list_, &client);
+    int by = 0;
+    if (cell.right > client.right) by = cell.right - client.right;
+    if (cell.left - by < 0) by = cell.left;
+    if (by != 0) SendMessageW(list_, LVM_SCROLL, static_cast<WPARAM>(by), 0);
+}
+
+void TArticleGrid::MoveColumn(int step) {
+    const int view = ViewOfColumn(currentColumn_) + step;
+    if (!ColumnOfView(view)) return;
+    ScrollToColumn(view);
+    EnterColumn(view);
+}
+
+bool TArticleGrid::HandleKey(UINT virtualKey) {
+    if (virtualKey != VK_LEFT && virtualKey != VK_RIGHT) return false;
+    MoveColumn(virtualKey == VK_LEFT ? -1 : 1);
+    return true;
+}
+
+std::optional<LRESULT> TArticleGrid::HandleNotify(NMHDR& header) {
+    const bool ofHeader = list_ != nullptr && header.hwndFrom == Header();
+    if (header.hwndFrom != list_ && !ofHeader) return std::nullopt;
+    switch (header.code) {
+        case LVN_GETDISPINFOW:
+            return FillText(reinterpret_cast<NMLVDISPINFOW&>(header));
+        case LVN_ITEMCHANGED: {
+            const auto& change = reinterpret_cast<NMLISTVIEW&>(header);
+            const UINT changed = change.uOldState ^ change.uNewState;
+            if (!quiet_ && (change.uChanged & LVIF_STATE) != 0 && (changed & LVIS_SELECTED) != 0)
+                ChangeMarks(change.iItem, change.iItem, (change.uNewState & LVIS_SELECTED) != 0);
+            return 0;
+        }
+        case LVN_ODSTATECHANGED: {
+            const auto& change = reinterpret_cast<NMLVODSTATECHANGE&>(header);
+            const UINT changed = change.uOldState ^ change.uNewState;
+            if (!quiet_ && (changed & LVIS_SELECTED) != 0)
+                ChangeMarks(change.iFrom, change.iTo, (change.uNewState & LVIS_SELECTED) != 0);
+            return 0;
+        }
+        case LVN_COLUMNCLICK:
+            if (const auto column = ColumnOfView(reinterpret_cast<NMLISTVIEW&>(header).iSubItem))
+                source_.titleClicked(*column);
+            return 0;
+        case HDN_ITEMDBLCLICKA:
+        case HDN_ITEMDBLCLICKW:
+            if (const auto column = ColumnOfView(reinterpret_cast<NMHEADERW&>(header).iItem))
+                AutoFit(*column);
+            return 0;
+        case NM_CLICK:
+            if (!ofHeader) EnterColumn(reinterpret_cast<NMITEMACTIVATE&>(header).iSubItem);
+            return 0;
+        default:
+            return std::nullopt;
+    }
+}
+
+}  // namespace tolvane

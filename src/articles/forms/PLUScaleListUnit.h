@@ -1,0 +1,153 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "articles/ArticleLoader.h"
+#include "articles/ArticleSort.h"
+#include "articles/ArticleTable.h"
+#include "articles/forms/ArticleGrid.h"
+#include "articles/forms/uWaitForm.h"
+#include "config/ScaleTable.h"
+#include "window/Form.h"
+#include "window/Module.h"
+
+namespace tolvane {
+
+class TElicomPluScaleListForm;
+
+// Run numbers of the menu, and of commands 1001 to 1004.
+enum class TRunNumber { SaveMarked = 1, SaveAll = 2, DeleteMarked = 3, DeleteAll = 4 };
+
+// What the list window needs from outside its folder. Functions that are not set do nothing.
+struct TListServices {
+    std::filesystem::path configurationFile;
+    // The window is being destroyed.
+    std::function<void()> ended;
+    // Opens the run window; returns when it is closed.
+    std::function<void(TElicomPluScaleListForm&, TRunNumber)> openRun;
+    std::function<void(TElicomPluScaleListForm&)> editScales;
+    std::function<void(TElicomPluScaleListForm&)> chooseColumns;
+    // Title and date-time text, code page 1251; the list view.
+    std::function<void(std::string_view, std::string_view, HWND)> print;
+};
+
+// Command numbers of the window.
+inline constexpr int kFirstRunCommand = 1000;  // + run number
+inline constexpr int kSettingsCommand = 1005;
+inline constexpr int kFirstSearchCommand = 2000;  // + column index
+
+inline constexpr const wchar_t* kListFormClass = L"TElicomPluScaleListForm";
+inline constexpr const char* kListFormName = "ElicomPluScaleListForm";
+
+// The article list window, an MDI child. Frees itself when its window goes.
+class TElicomPluScaleListForm : public TForm, private TLoadView {
+public:
+    // Makes and shows the window; by new only.
+    TElicomPluScaleListForm(HWND mdiClient, TListServices services);
+    ~TElicomPluScaleListForm() override;
+
+    // Where the window's SQL runs: the client library's name (null: the usual ones) and the host's
+    // handle cell. Before the first of the functions below; throws TDatabaseError.
+    void Connect(const char* clientLibrary, void* handle);
+    // Throws TDatabaseError.
+    void ReadBaseCurrency();
+    // Errors of these two are shown and not passed on.
+    void CheckDatabase();
+    void LoadArticles();
+    void RebuildSearchMenu();
+    void FocusGrid();
+    // A load is going on, or somebody keeps the articles: nothing may change now.
+    bool IsBusy() const { return loading_ || articles_.use_count() > 1; }
+    // Ends the window after a failed start, whatever it is doing.
+    void CloseAtOnce();
+
+    // mdPlues. While somebody keeps the pointer the articles stay as they are.
+    std::shared_ptr<const TArticleTable> Articles() const { return articles_; }
+    // In the order of marking.
+    std::vector<TRowId> MarkedRows() const { return grid_.MarkedRows(); }
+    std::optional<TRowId> CurrentRow() const { return grid_.CurrentRow(); }
+    TScaleTable& Scales() { return scales_; }
+    // Throws TFileError.
+    void SaveScales() const;
+    const std::filesystem::path& ConfigurationFile() const { return services_.configurationFile; }
+    TArticleGrid& Grid() { return grid_; }
+
+    // Whether `text` (any case) is in a row of the field at or after the first row, or after the
+    // current row; that row becomes the current one.
+    bool FindInColumn(TField field, bool fromStart, std::string_view text);
+
+protected:
+    LRESULT HandleMessage(const TMessage& message) override;
+    LRESULT OnNotify(NMHDR& header) override;
+    void OnCommand(int id, int code, HWND control) override;
+    bool OnKey(UINT virtualKey, HWND focus) override;
+    void OnSize() override;
+    bool CanClose(int result) override;
+    void OnClose() override;
+    void OnDestroy() override;
+
+private:
+    // The host's connection, as this window uses it.
+    struct TDatabase {
+        TDatabase(const char* clientLibrary, void* handle)
+            : library(clientLibrary), transaction(library, handle), query(transaction) {}
+        TClientLibrary library;
+        TTransaction transaction;
+        TQuery query;
+    };
+
+    // TLoadView
+    void SuspendDisplay() override;
+    void ResumeDisplay() override;
+    void ShowError(std::string_view text) override;
+
+    void MakeControls();
+    void MakeTopBar();
+    void MakeBottomBar();
+    void MakeMenus();
+    void MakeColumns();
+    TGridSource GridSource();
+    void PaintBars() const;
+    void LoadScales();
+    void SelectSearchColumn(TField field);
+    void SearchMenuClick(std::size_t column);
+    void SearchButtonClick();
+    void FindNext();
+    void RefreshBtnClick();
+    void PrintBtnClick() const;
+    void NDeleteAllClick(TRunNumber number);
+    void NSettingsClick();
+    void aDBGridTitleBtnClick(std::size_t column);
+    void aDBGridColEnter(std::size_t column);
+    void ShowSortMark();
+    void DropMenu(HMENU menu, std::string_view button);
+    TField FieldOfColumn(std::size_t column) const;
+    void EndWork();
+
+    TListServices services_;
+    TModuleHold hold_;
+    std::shared_ptr<TArticleTable> articles_ = std::make_shared<TArticleTable>();
+    TSortState sort_;
+    std::unique_ptr<TWaitForm> wait_;
+    std::unique_ptr<TDatabase> database_;
+    std::unique_ptr<TArticleLoader> loader_;
+    TScaleTable scales_;
+    TArticleGrid grid_;
+    TOwnedMenu savePopup_;
+    TOwnedMenu searchMenu_;
+    TOwnedIcon scaleIcon_;
+    TRegionalSettings regional_;
+    TField searchField_ = TField::PLU_NUMB;
+    std::string searchText_;
+    bool loading_ = false;
+    bool suspended_ = false;  // the grid shows none of the articles
+    bool ended_ = false;
+};
+
+}  // namespace tolvane

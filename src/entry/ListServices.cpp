@@ -1,0 +1,56 @@
+#include "entry/ListServices.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+
+#include "config/ModulePaths.h"
+#include "entry/ModuleState.h"
+#include "upload/forms/SetPluUnit.h"
+
+namespace tolvane {
+namespace {
+
+std::u16string HostExecutable() {
+    constexpr std::size_t kLongestPath = 32768;
+    std::wstring path(kLongestPath, L'\0');
+    path.resize(GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));
+    return {path.begin(), path.end()};
+}
+
+using TCountedText = std::array<std::uint8_t, 256>;
+
+TCountedText Counted(std::string_view text) {
+    TCountedText counted{};
+    const std::size_t length = std::min(text.size(), counted.size() - 1);
+    counted[0] = static_cast<std::uint8_t>(length);
+    std::copy_n(text.begin(), length, counted.begin() + 1);
+    return counted;
+}
+
+void Print(std::string_view title, std::string_view dateTime, HWND grid) {
+    const TPrintProc print = ModuleState().printProc;
+    if (print.Code == nullptr) return;
+    const TCountedText countedTitle = Counted(title);
+    const TCountedText countedTime = Counted(dateTime);
+    print.Code(print.Object, countedTitle.data(), countedTime.data(), grid);
+}
+
+void OpenRun(TElicomPluScaleListForm& list, TRunNumber number) {
+    ShowRunWindow(list.Handle(), static_cast<int>(number),
+                  {list.Articles(), list.MarkedRows(), list.CurrentRow(), &list.Scales(),
+                   list.ConfigurationFile()});
+}
+
+}  // namespace
+
+TListServices ListServices() {
+    TListServices services;
+    services.configurationFile = ModuleConfigurationForLoading(HostExecutable());
+    services.ended = &PostCompletion;
+    services.openRun = &OpenRun;
+    services.print = &Print;
+    return services;
+}
+
+}  // namespace tolvane

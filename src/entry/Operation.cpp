@@ -1,0 +1,166 @@
+#include "entry/Operation.h"
+
+#include <array>
+#include <stdexcept>
+#include <string>
+
+#include "articles/forms/PLUScaleListUnit.h"
+#include "entry/ListServices.h"
+#include "entry/ModuleState.h"
+#include "text/Cp1251.h"
+#include "upload/forms/SetPluUnit.h"
+#include "window/InputBox.h"
+#include "window/MessageBoxes.h"
+#include "window/Window.h"
+
+namespace tolvane {
+namespace {
+
+constexpr std::string_view kErrorTag = "Грешка :"_cp1251;
+constexpr std::string_view kUnknownError = "Неизвестна грешка"_cp1251;
+
+class TStartError : public std::runtime_error {
+public:
+    explicit TStartError(std::string_view text) : std::runtime_error(std::string(text)) {}
+};
+
+void Require(bool holds, std::string_view text) {
+    if (!holds) throw TStartError(text);
+}
+
+bool IsOfThisThread(HWND window) {
+    return GetWindowThreadProcessId(window, nullptr) == GetCurrentThreadId();
+}
+
+// The frame's MDI client. What the host gave is checked before anything is made of it.
+HWND CheckArguments(const TStartArguments& arguments) {
+    Require(arguments.messageId != nullptr,
+            "Липсва място за номера на съобщението за край (MessageId)."_cp1251);
+    Require(IsWindow(arguments.appHandle) != 0,
+            "Подаденият прозорец на приложението (AppHandle) не съществува."_cp1251);
+    Require(IsWindow(arguments.mainForm) != 0,
+            "Подаденият главен прозорец (MainForm) не съществува."_cp1251);
+    Require(IsOfThisThread(arguments.mainForm),
+            "Главният прозорец (MainForm) е на друга нишка."_cp1251);
+    const HWND client = FindWindowExW(arguments.mainForm, nullptr, L"MDIClient", nullptr);
+    Require(client != nullptr, "Главният прозорец (MainForm) не е MDI прозорец."_cp1251);
+    const THostDatabase* database = arguments.database;
+    Require(database != nullptr, "Не е подадена връзка с базата данни (Database)."_cp1251);
+    if (database->Size != sizeof(THostDatabase))
+        throw TStartError(
+            std::string("Непознат размер на записа за базата данни (Database): "_cp1251) +
+            std::to_string(database->Size));
+    Require(database->Handle != nullptr && *static_cast<void**>(database->Handle) != nullptr,
+            "Връзката с базата данни не е отворена."_cp1251);
+    return client;
+}
+
+TElicomPluScaleListForm* FindListForm(HWND client) {
+    for (HWND child = GetWindow(client, GW_CHILD); child != nullptr;
+         child = GetWindow(child, GW_HWNDNEXT)) {
+        if (ComponentName(child) != kListFormName) continue;
+        if (auto* form = dynamic_cast<TElicomPluScaleListForm*>(TWindow::FromHandle(child)))
+            return form;
+    }
+    return nullptr;
+}
+
+void BringToFront(const TWindow& form, HWND client) {
+    if (IsIconic(form.Handle()) != 0)
+        SendMessageW(client, WM_MDIRESTORE, reinterpret_cast<WPARAM>(form.Handle()), 0);
+    SendMessageW(client, WM_MDIACTIVATE, reinterpret_cast<WPARAM>(form.Handle()), 0);
+}
+
+// The window may go at any time in here: its user or the host may close it.
+void LoadForm(TElicomPluScaleListForm& form) {
+    PumpMessages();
+    const auto isOpen = [&] { return form.Handle() != nullptr; };
+    if (isOpen()) form.ReadBaseCurrency();
+    if (isOpen()) form.CheckDatabase();
+    if (isOpen()) form.LoadArticles();
+    if (!isOpen()) return;
+    form.RebuildSearchMenu();
+    form.FocusGrid();
+}
+
+void TellFailure(const TStartArguments& arguments, std::string_view message) noexcept {
+    try {
+        std::string text(kErrorTag);
+        text += '\r';
+        text += message;
+        ShowError(IsWindow(arguments.mainForm) != 0 ? arguments.mainForm : nullptr, text);
+    } catch (...) {  // NOLINT(bugprone-empty-catch): out of memory; the completion still comes
+    }
+}
+
+// Runs `work`; on failure tells it and answers false.
+template <class Work>
+bool Try(const TStartArguments& arguments, Work work) noexcept {
+    try {
+        work();
+        return true;
+    } catch (const std::exception& error) {
+        TellFailure(arguments, error.what());
+    } catch (...) {
+        TellFailure(arguments, kUnknownError);
+    }
+    return false;
+}
+
+void RegisterCompletion(const TStartArguments& arguments) {
+    TModuleState& state = ModuleState();
+    state.operationNo = arguments.operationNo;
+    state.appHandle = arguments.appHandle;
+    state.messageId =
+        RegisterWindowMessageA(("DLL_" + std::to_string(arguments.operationNo)).c_str());
+    if (arguments.messageId != nullptr) *arguments.messageId = state.messageId;
+    state.printProc = arguments.printProc;
+}
+
+void RunStart(const TStartArguments& arguments) {
+    TElicomPluScaleListForm* form = nullptr;
+    const bool opened = Try(arguments, [&] {
+        const HWND client = CheckArguments(arguments);
+        form = FindListForm(client);
+        if (form != nullptr) {
+            BringToFront(*form, client);
+            return;
+        }
+        form = new TElicomPluScaleListForm(client, ListServices());
+    });
+    bool started = false;
+    if (opened) {
+        const TWindow::TKeep keep(*form);
+        // Called again while a load or a run of the first call works: to the front is all.
+        if (form->IsBusy()) return;
+        started = Try(arguments, [&] {
+            form->Connect(arguments.database->ClientLibrary, arguments.database->Handle);
+            LoadForm(*form);
+        });
+        if (!started) form->CloseAtOnce();
+    }
+    if (!started) PostCompletion();
+}
+
+}  // namespace
+
+void StartOperation(const TStartArguments& arguments) {
+    const TModuleHold hold(arguments.mainForm);
+    RegisterCompletion(arguments);
+    RunStart(arguments);
+}
+
+void PostCompletion() noexcept {
+    const TModuleState& state = ModuleState();
+    if (state.messageId != 0 && IsWindow(state.appHandle) != 0)
+        PostMessageW(state.appHandle, state.messageId, 0, 0);
+}
+
+void ReleaseWindowClasses() noexcept {
+    constexpr std::array kClasses = {kListFormClass, kWaitFormClass, kInputBoxClass,
+                                     kSetPluFormClass};
+    for (const wchar_t* name : kClasses)
+        UnregisterWindowClass(name);
+}
+
+}  // namespace tolvane

@@ -1,0 +1,91 @@
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <string>
+#include <vector>
+
+#include "tests/module/BoxAnswerer.h"
+#include "tests/module/Session.h"
+
+namespace tolvane::test {
+namespace {
+
+// The host's loop dispatches messages and knows nothing of the module.
+class KeysTest : public testing::Test {
+protected:
+    KeysTest() { session_.Start(); }
+
+    std::vector<std::string> TabThrough(int count, bool back) {
+        std::vector<std::string> names;
+        for (int i = 0; i < count; ++i) {
+            PressKey(GetFocus(), VK_TAB, false, back);
+            names.push_back(ComponentNameOf(GetFocus()));
+        }
+        return names;
+    }
+
+    TSession session_;
+};
+
+}  // namespace
+
+TEST_F(KeysTest, TabGoesThroughTheControlsAndRound) {
+    ASSERT_EQ(ComponentNameOf(GetFocus()), "aDBGrid");
+    const std::vector<std::string> expected = {"RefreshBtn",  "ColBtn",       "PrintBtn",
+                                               "btnCloseBtn", "SearchButton", "SearchMenuButton",
+                                               "SaveButton",  "aDBGrid"};
+    EXPECT_EQ(TabThrough(8, false), expected);
+}
+
+TEST_F(KeysTest, ShiftTabGoesBack) {
+    const std::vector<std::string> expected = {"SaveButton", "SearchMenuButton", "SearchButton",
+                                               "btnCloseBtn"};
+    EXPECT_EQ(TabThrough(4, true), expected);
+}
+
+TEST_F(KeysTest, EscapeClosesTheWindow) {
+    PressKey(session_.Control("aDBGrid"), VK_ESCAPE);
+    EXPECT_EQ(session_.List(), nullptr);
+    EXPECT_EQ(session_.Completions(), 1);
+}
+
+TEST_F(KeysTest, EnterPressesTheFocusedButton) {
+    SetFocus(session_.Control("PrintBtn"));
+    PressKey(session_.Control("PrintBtn"), VK_RETURN);
+    EXPECT_EQ(session_.printed.size(), 1U);
+}
+
+TEST_F(KeysTest, F5LoadsAnew) {
+    session_.connection.Execute("update PLUES set PLU_FORTERMINALS = '7' where PLU_NUMB = 15");
+    PressKey(session_.Control("aDBGrid"), VK_F5);
+    session_.connection.Execute("update PLUES set PLU_FORTERMINALS = '' where PLU_NUMB = 15");
+    const TGridReader grid = session_.Grid();
+    EXPECT_EQ(grid.Cell(5, grid.ColumnByTitle("За терм.")), "7");
+}
+
+TEST_F(KeysTest, KeysOfTheHostsOwnWindowsStayWithThem) {
+    const HWND edit = CreateWindowW(L"Edit", L"", WS_CHILD | WS_VISIBLE, 0, 0, 100, 20,
+                                    session_.host.AddChild(nullptr), nullptr, nullptr, nullptr);
+    SetFocus(edit);
+    PressKey(edit, VK_ESCAPE);
+    PressKey(edit, VK_TAB);
+    EXPECT_EQ(GetFocus(), edit);
+    EXPECT_NE(session_.List(), nullptr);
+}
+
+TEST_F(KeysTest, KeysStayWithAnOpenMenu) {
+    const HWND button = session_.Control("SaveButton");
+    const TWindowActor actor(L"#32768",
+                             [&](HWND) { PostMessageW(button, WM_KEYDOWN, VK_ESCAPE, 1); });
+    session_.Click("SaveButton");
+    EXPECT_TRUE(actor.HasActed());
+    EXPECT_NE(session_.List(), nullptr);
+}
+
+TEST_F(KeysTest, DownKeyMovesInTheGrid) {
+    PressKey(session_.Control("aDBGrid"), VK_DOWN);
+    EXPECT_EQ(session_.Grid().FocusedRow(), 1);
+}
+
+}  // namespace tolvane::test

@@ -1,0 +1,194 @@
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <string>
+
+#include "tests/module/BoxAnswerer.h"
+#include "tests/module/Screenshot.h"
+#include "tests/module/Session.h"
+
+namespace tolvane::test {
+namespace {
+
+constexpr int kSearchCommands = 2000;
+constexpr int kNameColumn = 3;
+
+// What the input box showed, and the answer that the user gives in it.
+struct TDialog {
+    std::string title;
+    std::string prompt;
+    std::string initial;
+    int shown = 0;
+};
+
+class SearchTest : public testing::Test {
+protected:
+    SearchTest() { session_.Start(); }
+
+    void Command(int number) const {
+        SendMessageW(session_.List(), WM_COMMAND, static_cast<WPARAM>(number), 0);
+    }
+    void SearchByName() const { Command(kSearchCommands + kNameColumn); }
+    std::string Caption() const { return Utf8TextOf(session_.Control("SearchButton")); }
+
+    // Does what opens the dialog and answers it; a null answer is Esc.
+    template <class Open>
+    TDialog Answer(const wchar_t* answer, Open open) {
+        TDialog seen;
+        const TWindowActor actor(L"TInputBoxForm", [&](HWND dialog) {
+            ++seen.shown;
+            seen.title = Utf8TextOf(dialog);
+            seen.prompt = Utf8TextOf(Component(dialog, "PromptLabel"));
+            const HWND edit = Component(dialog, "ValueEdit");
+            seen.initial = Utf8TextOf(edit);
+            if (screenshots_) SaveScreenshot(dialog, "input-box");
+            if (answer != nullptr) SetWindowTextW(edit, answer);
+            PostMessageW(edit, WM_KEYDOWN, answer != nullptr ? VK_RETURN : VK_ESCAPE, 1);
+        });
+        open();
+        RunLoopDry();
+        return seen;
+    }
+    TDialog Search(const wchar_t* answer) {
+        return Answer(answer, [&] { PressKey(session_.Control("aDBGrid"), 'F', true); });
+    }
+    std::string CurrentArticle() const {
+        const TGridReader grid = session_.Grid();
+        return grid.Cell(grid.FocusedRow(), 0);
+    }
+    void PressF3() const { PressKey(session_.Control("aDBGrid"), VK_F3); }
+
+    TSession session_;
+    bool screenshots_ = false;
+};
+
+}  // namespace
+
+TEST_F(SearchTest, StartsWithTheArticleNumber) {
+    EXPECT_EQ(Caption(), "Търси по: Арт.No: (F3)");
+}
+
+TEST_F(SearchTest, MenuCommandSelectsTheColumnByItsLabel) {
+    Command(kSearchCommands + 1);
+    EXPECT_EQ(Caption(), "Търси по: Ном.код (F3)");
+    Command(kSearchCommands + 31);
+    EXPECT_EQ(Caption(), "Търси по: Партида (самок.) (F3)");
+}
+
+TEST_F(SearchTest, MenuCommandBeyondTheColumnsDoesNothing) {
+    Command(kSearchCommands + 32);
+    EXPECT_EQ(Caption(), "Търси по: Арт.No: (F3)");
+}
+
+TEST_F(SearchTest, EnteringAColumnSelectsItForSearching) {
+    session_.Grid().ClickRow(0, kNameColumn);
+    EXPECT_EQ(Caption(), "Търси по: Име (F3)");
+}
+
+TEST_F(SearchTest, ArrowKeysEnterTheNextColumn) {
+    PressKey(session_.Control("aDBGrid"), VK_RIGHT);
+    EXPECT_EQ(Caption(), "Търси по: Ном.код (F3)");
+    PressKey(session_.Control("aDBGrid"), VK_LEFT);
+    EXPECT_EQ(Caption(), "Търси по: Арт.No: (F3)");
+}
+
+TEST_F(SearchTest, DialogShowsTheButtonsCaptionAndAnEmptyValue) {
+    SearchByName();
+    screenshots_ = true;
+    const TDialog dialog = Search(nullptr);
+    EXPECT_EQ(dialog.shown, 1);
+    EXPECT_EQ(dialog.title, "Търси по: Име (F3)");
+    EXPECT_EQ(dialog.prompt, "Стойност");
+    EXPECT_EQ(dialog.initial, "");
+}
+
+TEST_F(SearchTest, ButtonOpensTheDialogToo) {
+    SearchByName();
+    const TDialog dialog = Answer(L"Кашкавал", [&] { session_.Click("SearchButton"); });
+    EXPECT_EQ(dialog.shown, 1);
+    EXPECT_EQ(CurrentArticle(), "14");
+    EXPECT_EQ(GetFocus(), session_.Control("aDBGrid"));
+}
+
+TEST_F(SearchTest, FindsWithoutRegardToCase) {
+    SearchByName();
+    Search(L"ябълк");
+    EXPECT_EQ(CurrentArticle(), "11");
+}
+
+TEST_F(SearchTest, F3FindsTheNextAndWrapsToTheFirst) {
+    SearchByName();
+    Search(L"ябълк");
+    PressF3();
+    EXPECT_EQ(CurrentArticle(), "15");
+    PressF3();
+    EXPECT_EQ(CurrentArticle(), "11");
+}
+
+TEST_F(SearchTest, F3WithoutASearchTextOpensTheDialog) {
+    SearchByName();
+    const TDialog dialog = Answer(L"круши", [&] { PressF3(); });
+    EXPECT_EQ(dialog.shown, 1);
+    EXPECT_EQ(CurrentArticle(), "12");
+}
+
+TEST_F(SearchTest, UnknownValueIsTold) {
+    SearchByName();
+    session_.Grid().ClickRow(1, kNameColumn);
+    const TBoxAnswerer answerer;
+    Search(L"няма такъв");
+    ASSERT_EQ(answerer.Seen().size(), 1U);
+    EXPECT_EQ(answerer.Seen()[0].text, "Не е намерен артикул.");
+    EXPECT_EQ(CurrentArticle(), "12");
+}
+
+TEST_F(SearchTest, F3WithoutAMatchIsSilent) {
+    SearchByName();
+    {
+        const TBoxAnswerer answerer;
+        Search(L"няма такъв");
+    }
+    const TBoxAnswerer answerer;
+    PressF3();
+    EXPECT_TRUE(answerer.Seen().empty());
+    EXPECT_EQ(CurrentArticle(), "11");
+}
+
+TEST_F(SearchTest, BlanksClearTheSearchText) {
+    SearchByName();
+    Search(L"ябълк");
+    const TBoxAnswerer answerer;
+    Search(L"   ");
+    EXPECT_TRUE(answerer.Seen().empty());
+    EXPECT_EQ(CurrentArticle(), "11");
+    const TDialog dialog = Answer(nullptr, [&] { PressF3(); });
+    EXPECT_EQ(dialog.shown, 1);
+}
+
+TEST_F(SearchTest, SelectingAColumnClearsTheSearchText) {
+    SearchByName();
+    Search(L"ябълк");
+    SearchByName();
+    const TDialog dialog = Answer(nullptr, [&] { PressF3(); });
+    EXPECT_EQ(dialog.shown, 1);
+}
+
+TEST_F(SearchTest, EnteringAColumnKeepsTheSearchText) {
+    SearchByName();
+    Search(L"ябълк");
+    session_.Grid().ClickRow(0, 4);
+    const TDialog dialog = Answer(nullptr, [&] { PressF3(); });
+    EXPECT_EQ(dialog.shown, 0);
+    EXPECT_EQ(CurrentArticle(), "15");
+}
+
+TEST_F(SearchTest, FoundRowLeavesTheMarksAlone) {
+    SearchByName();
+    session_.Grid().ClickRow(1, kNameColumn);
+    Search(L"кашкавал");
+    EXPECT_EQ(CurrentArticle(), "14");
+    EXPECT_EQ(session_.Grid().SelectedRows(), std::vector<int>{1});
+}
+
+}  // namespace tolvane::test

@@ -1,0 +1,85 @@
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <string>
+
+#include "tests/module/BoxAnswerer.h"
+#include "tests/module/Session.h"
+
+namespace tolvane::test {
+namespace {
+
+bool Gone() {
+    return !TLoadedModule::IsInMemory();
+}
+
+bool ClassExists(HMODULE module, const wchar_t* name) {
+    WNDCLASSEXW info{};
+    info.cbSize = sizeof info;
+    return GetClassInfoExW(module, name, &info) != 0;
+}
+
+}  // namespace
+
+TEST(Unload, AfterTheWindowWasClosedLeavesNothing) {
+    TSession session;
+    const HMODULE module = session.module.Handle();
+    session.Start();
+    EXPECT_TRUE(ClassExists(module, L"TElicomPluScaleListForm"));
+    session.CloseList();
+    session.module.Unload();
+    ASSERT_TRUE(RunLoopUntil(Gone));
+    EXPECT_FALSE(ClassExists(module, L"TElicomPluScaleListForm"));
+    EXPECT_FALSE(ClassExists(module, L"TWaitForm"));
+    // A hook that stayed would run code that is no longer there.
+    PressKey(session.host.AddChild(nullptr), VK_F3);
+    EXPECT_EQ(session.Completions(), 1);
+}
+
+TEST(Unload, AfterAFailedStartLeavesNothing) {
+    TSession session("empty.fdb");
+    {
+        const TBoxAnswerer answerer;
+        session.Start();
+        EXPECT_EQ(answerer.Seen().size(), 1U);
+    }
+    session.module.Unload();
+    EXPECT_TRUE(RunLoopUntil(Gone));
+}
+
+TEST(Unload, WithTheWindowOpenKeepsItAlive) {
+    TSession session;
+    session.Start();
+    session.module.Unload();
+    RunLoopDry();
+    ASSERT_NE(session.List(), nullptr);
+    session.Grid().ClickTitle(3);
+    PressKey(session.Control("aDBGrid"), VK_F5);
+    EXPECT_EQ(session.Grid().RowCount(), 6);
+    session.CloseList();
+    EXPECT_EQ(session.Completions(), 1);
+    EXPECT_TRUE(RunLoopUntil(Gone));
+}
+
+TEST(Unload, OnTheCompletionMessageAsHostsDo) {
+    TSession session;
+    session.Start();
+    PostMessageW(session.List(), WM_CLOSE, 0, 0);
+    ASSERT_TRUE(RunLoopUntil([&] { return session.Completions() == 1; }));
+    session.module.Unload();
+    EXPECT_TRUE(RunLoopUntil(Gone));
+}
+
+TEST(Unload, ModuleLoadsAndStartsAgain) {
+    for (int round = 0; round < 5; ++round) {
+        TSession session;
+        session.Start();
+        EXPECT_EQ(session.Grid().RowCount(), 6);
+        session.CloseList();
+        session.module.Unload();
+        ASSERT_TRUE(RunLoopUntil(Gone));
+    }
+}
+
+}  // namespace tolvane::test
