@@ -31,30 +31,39 @@ void Trace(const TBytes& frame, const TReplyPlan& plan) {
     std::cout.flush();
 }
 
-// The lines that say where the scale listens; a file gets them as a whole.
+// The lines that say where the scale listens. A file gets them first and as a whole.
 void TellReady(const TVirtualScale& scale, const std::string& path) {
     std::string lines;
     for (const std::string& endpoint : scale.Endpoints())
         lines += "ready " + endpoint + '\n';
+    if (!path.empty()) {
+        const std::string temporary = path + ".new";
+        std::ofstream file(temporary, std::ios::binary | std::ios::trunc);
+        file << lines;
+        file.close();
+        if (!file) throw std::runtime_error("cannot write " + temporary);
+        std::filesystem::rename(temporary, path);
+    }
     std::cout << lines << std::flush;
-    if (path.empty()) return;
-    const std::string temporary = path + ".new";
-    std::ofstream file(temporary, std::ios::binary | std::ios::trunc);
-    file << lines;
-    file.close();
-    if (!file) throw std::runtime_error("cannot write " + temporary);
-    std::filesystem::rename(temporary, path);
 }
 
-void WaitForSignal() {
-    asio::io_context io;
-    asio::signal_set signals(io, SIGINT, SIGTERM);
+// Takes the signals that end the program from its construction on.
+class TEndSignals {
+public:
+    TEndSignals() : signals_(io_, SIGINT, SIGTERM) {
 #ifdef SIGBREAK
-    signals.add(SIGBREAK);
+        signals_.add(SIGBREAK);
 #endif
-    signals.async_wait([](const std::error_code&, int) {});
-    io.run();
-}
+        signals_.async_wait([](const std::error_code&, int) {});
+    }
+    void Wait() {
+        io_.run();
+    }
+
+private:
+    asio::io_context io_;
+    asio::signal_set signals_;
+};
 
 void Serve(const TProgramOptions& program) {
     TScaleOptions options = program.scale;
@@ -64,10 +73,11 @@ void Serve(const TProgramOptions& program) {
         };
     }
     if (program.trace) options.onExchange = Trace;
+    TEndSignals signals;
     TVirtualScale scale(std::move(options));
     scale.Start();
     TellReady(scale, program.readyPath);
-    WaitForSignal();
+    signals.Wait();
     scale.Stop();
     if (program.print) std::cout << PrintState(scale.State()) << std::flush;
     if (!program.savePath.empty()) SaveState(scale.State(), program.savePath);

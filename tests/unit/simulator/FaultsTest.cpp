@@ -229,9 +229,9 @@ TEST(FaultsTest, SeveralFaults_MeetInOneReply) {
 std::vector<bool> Damaged(std::uint32_t seed) {
     TScaleCore scale =
         Scale({.faults = {{.kind = TFaultKind::BadChecksum, .percent = 5}}, .seed = seed});
-    std::vector<bool> damaged;
-    for (int i = 0; i < 10'000; ++i)
-        damaged.push_back(Sent(scale.Answer(Bytes(kAskPrgMode))) != Bytes(kPrgMode));
+    std::vector<bool> damaged(10'000);
+    for (auto&& entry : damaged)
+        entry = Sent(scale.Answer(Bytes(kAskPrgMode))) != Bytes(kPrgMode);
     return damaged;
 }
 

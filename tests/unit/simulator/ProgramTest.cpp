@@ -25,6 +25,7 @@ public:
         output_ = ::fdopen(pipe[0], "r");
         arguments.insert(arguments.begin(), TOLVANE_VIRTUAL_SCALE);
         std::vector<char*> texts;
+        texts.reserve(arguments.size() + 1);
         for (std::string& argument : arguments)
             texts.push_back(argument.data());
         texts.push_back(nullptr);
@@ -60,7 +61,7 @@ public:
             all += line;
         return all;
     }
-    void Signal(int signal) { ::kill(process_, signal); }
+    void Signal(int signal) const { ::kill(process_, signal); }
     int Wait() {
         int status = 0;
         ::waitpid(process_, &status, 0);

@@ -155,8 +155,8 @@ TEST_P(DiscoveryTest, AProbe_IsAnsweredAsOftenAsWanted) {
     const std::vector<TBytes> requests = {
         Bytes("58"), Bytes("46 49 4E 44"),
         Bytes("43 21 30 39 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00")};
-    for (std::size_t i = 0; i < requests.size(); ++i)
-        client.Send(requests[i]);
+    for (const TBytes& request : requests)
+        client.Send(request);
     EXPECT_EQ(client.Receive(), Bytes("41 42"));
     EXPECT_EQ(client.Receive(), Bytes("41 42"));
     EXPECT_FALSE(client.Receive(milliseconds(50)));
