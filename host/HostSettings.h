@@ -1,0 +1,20 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace tolvane::host {
+
+// What TradeHost.ini tells, beside the program: section [Database]. Texts are code page 1251.
+struct THostSettings {
+    std::string database;  // server/port:path
+    std::string user;      // SYSDBA unless told
+    std::string password;
+    std::string role;
+    std::string clientLibrary;  // empty: fbclient.dll, then gds32.dll
+};
+
+// Throws TFileError (config/IniFile.h) when the file is there but cannot be read.
+THostSettings ReadHostSettings(const std::filesystem::path& file);
+
+}  // namespace tolvane::host

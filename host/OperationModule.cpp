@@ -1,0 +1,115 @@
+#include "host/OperationModule.h"
+
+#include <algorithm>
+#include <cstring>
+#include <stdexcept>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+#include "text/Cp1251.h"
+#include "window/WideText.h"
+
+namespace tolvane::host {
+namespace {
+
+template <class Function>
+Function Export(HMODULE library, const char* name) {
+    const auto function =
+        reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(library, name)));
+    if (function == nullptr) throw std::runtime_error(std::string("няма функция "_cp1251) + name);
+    return function;
+}
+
+// A text as a module returns it: the length stands four bytes in front of the characters.
+std::string TextOf(const char* characters) {
+    if (characters == nullptr) return {};
+    std::int32_t length = 0;
+    std::memcpy(&length, characters - 4, sizeof length);
+    return {characters, static_cast<std::size_t>(std::max(length, 0))};
+}
+
+std::string AskText(void(TOLVANE_STDCALL* function)(const char**)) {
+    const char* text = nullptr;
+    function(&text);
+    return TextOf(text);
+}
+
+// A text of the host's own that a module may read for as long as it is loaded.
+const char* ModuleString() {
+    struct TText {
+        THostTextHeader header{1251, 1, -1, 9};
+        char characters[10] = "TradeHost";
+    };
+    static const TText text;
+    return text.characters;
+}
+
+}  // namespace
+
+TOperationModule::TOperationModule(const std::filesystem::path& file)
+    : library_(LoadLibraryW(file.c_str())) {
+    if (library_ == nullptr) throw std::runtime_error(SystemErrorText(GetLastError()));
+    try {
+        const auto askTitle = Export<TGetOperationTitle>(library_, "GetOperationTitle");
+        const auto askType = Export<TGetOperationType>(library_, "GetOperationType");
+        const auto setString = Export<TSetTQ4ModuleString>(library_, "SetTQ4ModuleString");
+        procedure_ = Export<TOperationProcedure>(library_, "OperationProcedure");
+        const std::string type = AskText(askType);
+        if (type != "Operation")
+            throw std::runtime_error(std::string("видът на модула е \""_cp1251) + type + "\"");
+        title_ = AskText(askTitle);
+        setString(ModuleString(), 0);
+    } catch (...) {
+        Free();
+        throw;
+    }
+}
+
+TOperationModule::TOperationModule(TOperationModule&& other) noexcept
+    : library_(std::exchange(other.library_, nullptr)),
+      procedure_(other.procedure_),
+      title_(std::move(other.title_)) {}
+
+TOperationModule& TOperationModule::operator=(TOperationModule&& other) noexcept {
+    if (this == &other) return *this;
+    Free();
+    library_ = std::exchange(other.library_, nullptr);
+    procedure_ = other.procedure_;
+    title_ = std::move(other.title_);
+    return *this;
+}
+
+TOperationModule::~TOperationModule() {
+    Free();
+}
+
+void TOperationModule::Free() noexcept {
+    if (library_ != nullptr) FreeLibrary(std::exchange(library_, nullptr));
+}
+
+void TOperationModule::Start(HWND frame, std::int32_t number, std::uint32_t& messageId,
+                             THostDatabase& database, TPrintProc print) const {
+    procedure_(frame, number, &messageId, frame, &database, nullptr, print);
+}
+
+TFoundModules FindModules(const std::filesystem::path& folder) {
+    TFoundModules found;
+    std::vector<std::filesystem::path> files;
+    std::error_code ignored;
+    for (const auto& entry : std::filesystem::directory_iterator(folder, ignored)) {
+        if (EqualIgnoringCase(Narrow(entry.path().extension().wstring()), ".dll"))
+            files.push_back(entry.path());
+    }
+    std::sort(files.begin(), files.end());
+    for (const auto& file : files) {
+        try {
+            found.modules.emplace_back(file);
+        } catch (const std::exception& error) {
+            found.refused.push_back(Narrow(file.filename().wstring()) + ": " + error.what());
+        }
+    }
+    return found;
+}
+
+}  // namespace tolvane::host

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <windows.h>
+
+#include <cstddef>
+#include <string>
+
+#include "host/GridReader.h"
+#include "host/PageLayout.h"
+
+namespace tolvane::host {
+
+// What stands on every page above the table.
+struct TPageTexts {
+    std::wstring title;
+    std::wstring dateTime;
+};
+
+// Draws pages of a grid, the same on the screen and on a printer.
+class TPagePainter {
+public:
+    TPagePainter(const TGridReader& grid, TPageTexts texts);
+
+    const TPageLayout& Layout() const { return layout_; }
+    // Fills the rectangle (device units) with the page.
+    void Draw(HDC dc, const RECT& target, std::size_t page) const;
+
+private:
+    void DrawHead(HDC dc, std::size_t page) const;
+    void DrawTable(HDC dc, std::size_t page) const;
+
+    const TGridReader& grid_;
+    TPageTexts texts_;
+    TPageLayout layout_;
+};
+
+}  // namespace tolvane::host
