@@ -10,7 +10,11 @@ namespace {
 
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 constexpr std::string_view kUtf16Mark = "\xFF\xFE";
-constexpr unsigned kBlank = 32;  // this and all control characters count as blanks
+
+// The blanks of the system's INI calls: blank, tabs, line ends and the old end-of-file mark.
+constexpr bool IsBlank(unsigned unit) {
+    return unit == ' ' || (unit >= '\t' && unit <= '\r') || unit == 0x1A;
+}
 
 // A text as units of its encoding: bytes, or 16-bit units of UTF-16. A left-over odd byte at the
 // end is no unit.
@@ -48,9 +52,9 @@ struct TSpan {
 };
 
 TSpan TrimUnits(const TUnits& units, TSpan span) {
-    while (span.from < span.to && units[span.from] <= kBlank)
+    while (span.from < span.to && IsBlank(units[span.from]))
         ++span.from;
-    while (span.from < span.to && units[span.to - 1] <= kBlank)
+    while (span.from < span.to && IsBlank(units[span.to - 1]))
         --span.to;
     return span;
 }
@@ -59,9 +63,9 @@ bool IsQuote(char c) {
     return c == '"' || c == '\'';
 }
 
-// Control characters, the blank and the no-break space, which some readers drop at a value's ends.
-bool IsBlank(char c) {
-    return static_cast<unsigned char>(c) <= kBlank || c == '\xA0';
+// The no-break space too, which readers of their own may drop.
+bool IsDroppedAtEnds(char c) {
+    return IsBlank(static_cast<unsigned char>(c)) || c == '\xA0';
 }
 
 }  // namespace
@@ -144,6 +148,7 @@ TIniValueRange FindIniValue(std::string_view line, TIniEncoding encoding) {
 }
 
 std::string UnquoteIni(std::string_view value) {
+    value = value.substr(0, value.find('\0'));  // where the system's texts end
     if (value.size() > 1 && IsQuote(value.front()) && value.front() == value.back())
         value = value.substr(1, value.size() - 2);
     return std::string(value);
@@ -154,7 +159,8 @@ std::string QuoteIni(std::string_view value) {
     std::ranges::replace_if(
         text, [](char c) { return c == '\r' || c == '\n' || c == '\0'; }, ' ');
     if (text.empty()) return text;
-    const bool needed = IsBlank(text.front()) || IsBlank(text.back()) || IsQuote(text.front());
+    const bool needed =
+        IsDroppedAtEnds(text.front()) || IsDroppedAtEnds(text.back()) || IsQuote(text.front());
     return needed ? '"' + text + '"' : text;
 }
 

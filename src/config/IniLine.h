@@ -49,7 +49,7 @@ struct TIniValueRange {
 };
 TIniValueRange FindIniValue(std::string_view line, TIniEncoding encoding);
 
-// A value as it is read: without one pair of quotes around it.
+// A value as it is read: up to a zero byte, without one pair of quotes around it.
 std::string UnquoteIni(std::string_view value);
 // A value as it is written, so that UnquoteIni and the system's calls give it back.
 std::string QuoteIni(std::string_view value);

@@ -1,0 +1,102 @@
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+
+#include "config/IniFile.h"
+#include "config/TemporaryFile.h"
+#include "text/Cp1251.h"
+#include "tests/unit/config/ScratchFolder.h"
+
+namespace tolvane {
+namespace {
+
+using std::filesystem::path;
+
+TIniDocument LargeDocument() {
+    TIniDocument document;
+    document.WriteText("A", "k", std::string(100000, 'x'));
+    return document;
+}
+
+// The error of saving in a process that may not write more than this many bytes to a file.
+std::string SaveErrorWithRoomFor(rlim_t bytes, const path& file) {
+    int channel[2];
+    if (pipe(channel) != 0) return "no pipe";
+    const pid_t child = fork();
+    if (child == 0) {
+        signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit{bytes, bytes};
+        setrlimit(RLIMIT_FSIZE, &limit);
+        std::string text = "no error";
+        try {
+            WriteIniFile(file, LargeDocument());
+        } catch (const TFileError& error) {
+            text = ToUtf8(error.what());
+        }
+        const ssize_t written = write(channel[1], text.data(), text.size());
+        _exit(written < 0 ? 1 : 0);
+    }
+    close(channel[1]);
+    std::string text(4096, '\0');
+    const ssize_t count = read(channel[0], text.data(), text.size());
+    text.resize(count < 0 ? 0 : static_cast<std::size_t>(count));
+    close(channel[0]);
+    waitpid(child, nullptr, 0);
+    return text;
+}
+
+TEST(WriteIniFile, KeepsTheOldFileWhenTheSystemHasNoRoomForTheNewOne) {
+    const TScratchFolder folder;
+    PutFile(folder / "a.ini", "[A]\r\nk=old\r\n");
+    const std::string text = SaveErrorWithRoomFor(4096, folder / "a.ini");
+    EXPECT_EQ(text, "Файлът " + (folder / "a.ini").string() +
+                        " не може да бъде записан: File too large (27)");
+    EXPECT_EQ(GetFile(folder / "a.ini"), "[A]\r\nk=old\r\n");
+    EXPECT_EQ(folder.FileCount(), 1U);
+}
+
+TEST(WriteIniFile, KeepsTheFilesPermissions) {
+    const TScratchFolder folder;
+    const path file = folder / "a.ini";
+    PutFile(file, "old");
+    ASSERT_EQ(chmod(file.c_str(), 0640), 0);
+    WriteIniFile(file, LargeDocument());
+    struct stat status {};
+    ASSERT_EQ(stat(file.c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777U, 0640U);
+}
+
+TEST(WriteIniFile, WritesThroughALink) {
+    const TScratchFolder folder;
+    std::filesystem::create_directory(folder / "real");
+    PutFile(folder / "real" / "a.ini", "old");
+    std::filesystem::create_symlink(path("real") / "a.ini", folder / "a.ini");
+    WriteIniFile(folder / "a.ini", LargeDocument());
+    EXPECT_TRUE(std::filesystem::is_symlink(folder / "a.ini"));
+    EXPECT_EQ(GetFile(folder / "real" / "a.ini"), LargeDocument().Bytes());
+}
+
+TEST(WriteIniFile, BearsForeignFilesWithNamesOfAnyBytes) {
+    const TScratchFolder folder;
+    PutFile(folder / path("\xFF\xFE garbage"), "x");
+    WriteIniFile(folder / "a.ini", LargeDocument());
+    EXPECT_EQ(folder.FileCount(), 2U);
+}
+
+TEST(TemporaryFile, TellsWhenSomebodyHasRemovedIt) {
+    const TScratchFolder folder;
+    PutFile(folder / "a.ini", "old");
+    TTemporaryFile file(folder / "a.ini");
+    file.Write("new");
+    std::filesystem::remove(file.Path());
+    EXPECT_FALSE(file.TakePlaceOfTarget());
+    EXPECT_EQ(GetFile(folder / "a.ini"), "old");
+}
+
+}  // namespace
+}  // namespace tolvane

@@ -1,0 +1,37 @@
+#include "config/ModulePaths.h"
+
+#include <gtest/gtest.h>
+
+namespace tolvane {
+namespace {
+
+TEST(ModuleConfiguration, StandsInTheOperationsFolderBesideTheHost) {
+    EXPECT_EQ(ModuleConfigurationForLoading(u"C:\\Магазин 中\\Trade.exe"),
+              u"C:\\Магазин 中\\Operations\\Tolvane.ini");
+    EXPECT_EQ(ModuleConfigurationForSaving(u"C:\\Магазин 中\\Trade.exe"),
+              u"C:\\Магазин 中\\Operations\\Tolvane.Ini");
+}
+
+TEST(ModuleConfiguration, BearsARootFolderAShareAndForwardSlashes) {
+    EXPECT_EQ(ModuleConfigurationForLoading(u"C:\\Trade.exe"), u"C:\\Operations\\Tolvane.ini");
+    EXPECT_EQ(ModuleConfigurationForLoading(u"\\\\server\\share\\Trade.exe"),
+              u"\\\\server\\share\\Operations\\Tolvane.ini");
+    EXPECT_EQ(ModuleConfigurationForLoading(u"Z:/shop/Trade.exe"),
+              u"Z:/shop/Operations\\Tolvane.ini");
+}
+
+TEST(ModuleConfiguration, GivesADriveWithoutAFolderItsDelimiter) {
+    EXPECT_EQ(ModuleConfigurationForLoading(u"C:Trade.exe"), u"C:\\Operations\\Tolvane.ini");
+}
+
+TEST(HostSettingsFile, ReplacesTheExtension) {
+    EXPECT_EQ(HostSettingsFile(u"C:\\shop\\Trade.exe"), u"C:\\shop\\Trade.ini");
+    EXPECT_EQ(HostSettingsFile(u"C:\\shop\\Trade.v2.EXE"), u"C:\\shop\\Trade.v2.ini");
+}
+
+TEST(HostSettingsFile, AddsAnExtensionWhereThereIsNone) {
+    EXPECT_EQ(HostSettingsFile(u"C:\\shop.old\\Trade"), u"C:\\shop.old\\Trade.ini");
+}
+
+}  // namespace
+}  // namespace tolvane
