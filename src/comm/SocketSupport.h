@@ -2,10 +2,13 @@
 
 #include <asio/error.hpp>
 #include <asio/ip/address_v4.hpp>
+#include <cstddef>
 #include <cstdint>
+#include <span>
 #include <stdexcept>
 #include <string>
 
+#include "comm/DevCommBaseUnit.h"
 #include "comm/IpAddress.h"
 
 namespace tolvane {
@@ -22,6 +25,14 @@ typename TProtocol::endpoint EndpointOf(const std::string& host, std::int32_t po
     if (port < 1 || port > kLargestPort)
         throw std::runtime_error(std::to_string(port) + " is not a port number.");
     return {asio::ip::address_v4(*address), static_cast<std::uint16_t>(port)};
+}
+
+// The bytes of a datagram of the reported length; throws CommException when a socket layer reports
+// more than the buffer holds.
+inline std::span<const std::uint8_t> ReceivedDatagram(std::span<const std::uint8_t> buffer,
+                                                      std::size_t length) {
+    if (length > buffer.size()) throw CommException(kReadWrongAnswer, "Wrong answer. Too long.");
+    return buffer.first(length);
 }
 
 }  // namespace tolvane

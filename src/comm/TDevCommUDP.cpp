@@ -59,9 +59,7 @@ public:
             count = 0;
         else if (error)
             throw std::system_error(error);
-        if (count > received_.size())
-            throw CommException(kReadWrongAnswer, "Wrong answer. Too long.");
-        return {received_.data(), count};
+        return ReceivedDatagram(received_, count);
     }
 
 private:

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <functional>
+#include <vector>
+
+#include "comm/Clock.h"
+
+namespace tolvane::test {
+
+// Time that passes only in pauses, which take no time and are written down, and by `perLook`
+// whenever somebody looks at the clock.
+class TRecordingClock : public TClock {
+public:
+    TTimePoint Now() const override {
+        if (onLook) onLook();
+        now_ += perLook;
+        return now_;
+    }
+    void Sleep(TMilliseconds pause) override {
+        pauses.push_back(pause);
+        now_ += pause;
+    }
+    // What has passed since the clock was made.
+    TMilliseconds Passed() const {
+        return std::chrono::duration_cast<TMilliseconds>(now_ - start_);
+    }
+
+    std::vector<TMilliseconds> pauses;
+    TMilliseconds perLook{0};
+    std::function<void()> onLook;  // lets a test act between two passes of a waiting loop
+
+private:
+    TTimePoint start_{};
+    mutable TTimePoint now_{};
+};
+
+}  // namespace tolvane::test

@@ -1,0 +1,39 @@
+#include "comm/SystemError.h"
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+
+namespace tolvane {
+namespace {
+
+#ifdef _WIN32
+constexpr int kNoSuchFile = 2;  // ERROR_FILE_NOT_FOUND
+#else
+constexpr int kNoSuchFile = ENOENT;
+#endif
+
+TEST(SystemErrorTextTest, HasTheSystemsWordsOnOneLineAndTheNumberInBrackets) {
+    const std::string text = SystemErrorText({kNoSuchFile, std::system_category()});
+    EXPECT_TRUE(text.ends_with(" (2)")) << text;
+    EXPECT_GT(text.size(), std::string("x (2)").size());
+    EXPECT_EQ(text.find_first_of("\r\n"), std::string::npos) << text;
+    EXPECT_EQ(text.find(". ("), std::string::npos) << text;
+}
+
+TEST(SystemErrorTextTest, AnUnknownNumberIsStillShown) {
+    const std::string text = SystemErrorText({20999, std::system_category()});
+    EXPECT_TRUE(text.ends_with(" (20999)")) << text;
+}
+
+TEST(FailureTextTest, ASystemErrorIsShownWithoutTheCallsName) {
+    const std::error_code code(kNoSuchFile, std::system_category());
+    EXPECT_EQ(FailureText(std::system_error(code, "open")), SystemErrorText(code));
+}
+
+TEST(FailureTextTest, AnyOtherExceptionSpeaksForItself) {
+    EXPECT_EQ(FailureText(std::runtime_error("plain words")), "plain words");
+}
+
+}  // namespace
+}  // namespace tolvane
