@@ -54,8 +54,7 @@ std::string_view TTextArena::Text(TPosition position) const {
 }
 
 void TTextArena::Clear() {
-    blocks_ = {};
-    recent_ = {};
+    *this = TTextArena();
 }
 
 std::size_t TTextArena::MemoryUsed() const {

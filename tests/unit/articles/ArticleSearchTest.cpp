@@ -1,0 +1,77 @@
+#include "articles/ArticleSearch.h"
+
+#include <gtest/gtest.h>
+
+#include "text/Cp1251.h"
+
+namespace tolvane {
+namespace {
+
+class ArticleSearchTest : public testing::Test {
+protected:
+    ArticleSearchTest() {
+        regional_.decimalSeparator = ',';
+        Add(101, "Банани"_cp1251, 3.2);
+        Add(102, "Ябълки червени"_cp1251, 2.8);
+        Add(103, "Ябълки зелени"_cp1251, 12.5);
+    }
+
+    void Add(std::int32_t number, std::string_view name, double price) {
+        const TRowId row = table_.Append();
+        table_.SetInteger(row, TField::PLU_NUMB, number);
+        table_.SetText(row, TField::PLU_NAME, name);
+        table_.SetFloat(row, TField::PLU_SELL_PRICE, price);
+    }
+
+    std::optional<std::size_t> Find(TField field, std::size_t from, std::string_view text) const {
+        return FindInColumn(table_, field, from, text, regional_);
+    }
+
+    TArticleTable table_;
+    TRegionalSettings regional_;
+};
+
+TEST_F(ArticleSearchTest, SearchingForYabalkaInLowerCaseFindsAnArticleNamedWithACapital) {
+    // "ябълка" is not part of "Ябълки", "ябълк" is.
+    EXPECT_EQ(Find(TField::PLU_NAME, 0, "ябълк"_cp1251), 1U);
+    EXPECT_EQ(Find(TField::PLU_NAME, 0, "ЯБЪЛКИ ЧЕР"_cp1251), 1U);
+    EXPECT_EQ(Find(TField::PLU_NAME, 0, "ябълка"_cp1251), std::nullopt);
+}
+
+TEST_F(ArticleSearchTest, FindsATextAnywhereInTheField) {
+    EXPECT_EQ(Find(TField::PLU_NAME, 0, "зелени"_cp1251), 2U);
+    EXPECT_EQ(Find(TField::PLU_NAME, 0, "И"_cp1251), 0U);
+}
+
+TEST_F(ArticleSearchTest, StartsAtTheGivenPlaceAndDoesNotWrap) {
+    EXPECT_EQ(Find(TField::PLU_NAME, 2, "ябълки"_cp1251), 2U);
+    EXPECT_EQ(Find(TField::PLU_NAME, 1, "банани"_cp1251), std::nullopt);
+    EXPECT_EQ(Find(TField::PLU_NAME, 3, "ябълки"_cp1251), std::nullopt);
+    EXPECT_EQ(Find(TField::PLU_NAME, 99, "ябълки"_cp1251), std::nullopt);
+}
+
+TEST_F(ArticleSearchTest, F3OnTheLastMatchingRowWrapsToTheFirstMatchFromTheTop) {
+    // What F3 does: on from the row behind the current one, then once from the top.
+    EXPECT_EQ(Find(TField::PLU_NAME, 3, "ябълки"_cp1251), std::nullopt);
+    EXPECT_EQ(Find(TField::PLU_NAME, 0, "ябълки"_cp1251), 1U);
+}
+
+TEST_F(ArticleSearchTest, NumbersAreSearchedAsText) {
+    EXPECT_EQ(Find(TField::PLU_NUMB, 0, "03"), 2U);
+    EXPECT_EQ(Find(TField::PLU_SELL_PRICE, 0, "2,5"), 2U);
+    EXPECT_EQ(Find(TField::PLU_SELL_PRICE, 0, "2.5"), std::nullopt);
+}
+
+TEST_F(ArticleSearchTest, FollowsTheCurrentOrder) {
+    table_.SetOrder({2, 1, 0});
+    EXPECT_EQ(Find(TField::PLU_NAME, 0, "ябълки"_cp1251), 0U);
+    EXPECT_EQ(Find(TField::PLU_NAME, 0, "банани"_cp1251), 2U);
+}
+
+TEST_F(ArticleSearchTest, AnEmptyTableHasNoMatch) {
+    table_.Clear();
+    EXPECT_EQ(Find(TField::PLU_NAME, 0, "ябълки"_cp1251), std::nullopt);
+}
+
+}  // namespace
+}  // namespace tolvane
