@@ -100,8 +100,7 @@ void TSetPluForm::AddChoices() {
 
 void TSetPluForm::AddLog() {
     readPropLabel_ = Add(TControlKind::Label, "ReadPropLabel", {}, SS_ENDELLIPSIS);
-    // Long lines are scrolled to, not wrapped: one entry, one line.
-    statusMemo_ = Add(TControlKind::Memo, "StatusMemo", {}, WS_HSCROLL | ES_AUTOHSCROLL);
+    statusMemo_ = Add(TControlKind::Memo, "StatusMemo");
     SendMessageW(statusMemo_, EM_SETLIMITTEXT, 0, 0);
     lblStatus_ = Add(TControlKind::Label, "lblStatus", {}, SS_ENDELLIPSIS);
 }

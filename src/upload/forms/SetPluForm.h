@@ -37,6 +37,7 @@ protected:
     void OnDestroy() override;
     bool OnKey(UINT virtualKey, HWND focus) override;
     void OnCancel() override;
+    LRESULT HandleMessage(const TMessage& message) override;
 
 private:
     using TClick = void (TSetPluForm::*)();
@@ -76,6 +77,7 @@ private:
     void SetRunning(bool running) override;
     void SetChoicesEnabled(bool enabled) override;
     void ShowRunError(std::string text) override;
+    // Lines wait for one another; they are shown before anything else changes.
     void FlushLog();
 
     const TRunKind& kind_;
@@ -91,7 +93,6 @@ private:
 
     std::string pendingLog_;
     std::size_t pendingLines_ = 0;
-    bool flushPosted_ = false;
 
     HWND lblScales_ = nullptr;
     HWND scaleList_ = nullptr;

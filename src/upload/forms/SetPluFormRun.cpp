@@ -16,8 +16,11 @@
 namespace tolvane {
 namespace {
 
-// Lines that go into the log at once; few enough for the window to stay alive.
-constexpr std::size_t kLogBatch = 200;
+// What an append costs grows with the log, so lines go in together: few enough at once for the
+// window to stay alive, and not later than this after they came.
+constexpr std::size_t kLogBatch = 500;
+constexpr UINT kLogDelayMs = 50;
+constexpr UINT_PTR kLogTimer = 1;
 
 // A log entry as a memo shows it: a zero byte would end it, and only CR LF breaks a line.
 void AppendEntry(std::string_view entry, std::string& text) {
@@ -114,41 +117,47 @@ void TSetPluForm::StoreResults() {
     WriteIniFile(context_.iniFile, document);
 }
 
+LRESULT TSetPluForm::HandleMessage(const TMessage& message) {
+    if (message.id != WM_TIMER || message.wParam != kLogTimer) return TForm::HandleMessage(message);
+    FlushLog();
+    return 0;
+}
+
 void TSetPluForm::ClearLog() {
-    pendingLog_.clear();
-    pendingLines_ = 0;
+    FlushLog();
     SetWindowText(statusMemo_, {});
 }
 
 void TSetPluForm::Log(std::string line) {
-    if (pendingLines_++ > 0) pendingLog_ += "\r\n";
+    if (pendingLines_ == 0) {
+        SetTimer(Handle(), kLogTimer, kLogDelayMs, nullptr);
+    } else {
+        pendingLog_ += "\r\n";
+    }
     AppendEntry(line, pendingLog_);
-    if (pendingLines_ >= kLogBatch) FlushLog();
-    if (flushPosted_ || pendingLines_ == 0) return;
-    // Behind the lines that are waiting already, which so go into the log together.
-    flushPosted_ = true;
-    Queue().Post([this] {
-        flushPosted_ = false;
-        FlushLog();
-    });
+    if (++pendingLines_ >= kLogBatch) FlushLog();
 }
 
 void TSetPluForm::FlushLog() {
     if (pendingLines_ == 0) return;
+    KillTimer(Handle(), kLogTimer);
     AppendLine(statusMemo_, pendingLog_);
     pendingLog_.clear();
     pendingLines_ = 0;
 }
 
 void TSetPluForm::SetConnection(std::string text) {
+    FlushLog();
     SetWindowText(readPropLabel_, text);
 }
 
 void TSetPluForm::SetProgress(std::string text) {
+    FlushLog();
     SetWindowText(lblStatus_, text);
 }
 
 void TSetPluForm::SetRunning(bool running) {
+    FlushLog();
     EnableWindow(stopReadBtn_, running ? TRUE : FALSE);
     const HWND focus = GetFocus();
     for (const HWND control : {saveBtn_, okBtn_, deleteBtn_, scaleList_})
@@ -161,6 +170,7 @@ void TSetPluForm::SetRunning(bool running) {
 }
 
 void TSetPluForm::SetChoicesEnabled(bool enabled) {
+    FlushLog();
     for (const HWND control :
          {cbPluName1_, cbPluName2_, priceRadio_, priceButtons_[0], priceButtons_[1]})
         EnableWindow(control, enabled ? TRUE : FALSE);

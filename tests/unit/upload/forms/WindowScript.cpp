@@ -1,0 +1,86 @@
+#include "WindowScript.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <utility>
+
+#include "text/Cp1251.h"
+#include "window/WideText.h"
+
+namespace tolvane::test {
+namespace {
+
+constexpr DWORD kPatienceMs = 20000;
+TWindowScript* currentScript = nullptr;
+
+struct TSearch {
+    const wchar_t* className;
+    HWND found = nullptr;
+};
+
+BOOL CALLBACK Visit(HWND window, LPARAM parameter) {
+    auto& search = *reinterpret_cast<TSearch*>(parameter);
+    wchar_t name[64] = {};
+    GetClassNameW(window, name, 64);
+    if (IsWindowVisible(window) == 0 || std::wstring(name) != search.className) return TRUE;
+    search.found = window;
+    return FALSE;
+}
+
+}  // namespace
+
+TWindowScript::TWindowScript() : timer_(SetTimer(nullptr, 0, 10, &Tick)) {
+    currentScript = this;
+    stepStart_ = lastTick_ = GetTickCount();
+}
+
+TWindowScript::~TWindowScript() {
+    KillTimer(nullptr, timer_);
+    currentScript = nullptr;
+}
+
+void TWindowScript::When(std::function<bool()> condition, std::function<void()> action) {
+    steps_.push_back({std::move(condition), std::move(action)});
+}
+
+void CALLBACK TWindowScript::Tick(HWND, UINT, UINT_PTR, DWORD) {
+    if (currentScript != nullptr) currentScript->Play();
+}
+
+void TWindowScript::Play() {
+    const DWORD now = GetTickCount();
+    longestBusy_ = std::max(longestBusy_, now - lastTick_);
+    lastTick_ = now;
+    // A step's action may open a window that runs messages itself.
+    if (IsDone()) return;
+    if (steps_[next_].condition()) {
+        const std::function<void()> action = steps_[next_].action;
+        ++next_;
+        stepStart_ = now;
+        action();
+        lastTick_ = GetTickCount();
+    } else if (now - stepStart_ > kPatienceMs) {
+        std::fprintf(stderr, "step %u waits in vain\n", static_cast<unsigned>(next_ + 1));
+        std::_Exit(3);
+    }
+}
+
+HWND ThreadWindow(const wchar_t* className) {
+    TSearch search{className};
+    EnumThreadWindows(GetCurrentThreadId(), &Visit, reinterpret_cast<LPARAM>(&search));
+    return search.found;
+}
+
+std::string Utf8Text(HWND window) {
+    return ToUtf8(WindowText(window));
+}
+
+void PressKey(WPARAM virtualKey) {
+    PostMessageW(GetFocus(), WM_KEYDOWN, virtualKey, 1);
+}
+
+void Click(HWND button) {
+    PostMessageW(button, BM_CLICK, 0, 0);
+}
+
+}  // namespace tolvane::test
