@@ -23,11 +23,17 @@ struct TPostQueue::TState {
         tasks.pop_front();
         return task;
     }
-    // After a turn of Run, also one that a task's exception ended.
+    // After a turn of Run, also one that a task's exception ended. What is left waits for a timer:
+    // a posted message would come before all that the user does and before every painting.
     void EndTurn() {
         const std::lock_guard lock(mutex);
-        announced = false;
-        if (window != nullptr && !tasks.empty()) Announce();
+        announced = window != nullptr && !tasks.empty() &&
+                    SetTimer(window, message, USER_TIMER_MINIMUM, &Continue) != 0;
+        if (!announced && window != nullptr && !tasks.empty()) Announce();
+    }
+    static void CALLBACK Continue(HWND timerWindow, UINT, UINT_PTR runMessage, DWORD) {
+        KillTimer(timerWindow, runMessage);
+        PostMessageW(timerWindow, static_cast<UINT>(runMessage), 0, 0);
     }
 };
 
