@@ -13,6 +13,11 @@ using namespace std::string_literals;
 
 constexpr std::size_t kMebibyte = 1U << 20U;
 
+std::string Numbered(std::string_view start, std::size_t number) {
+    std::string text(start);
+    return text += std::to_string(number);
+}
+
 void WriteEverySlot(TIniDocument& document) {
     TScaleTable table;
     for (int slot = 1; slot <= kScaleSlots; ++slot) {
@@ -180,7 +185,7 @@ TEST(IniDocumentZoo, KeepsGarbageOfUtf16) {
 TEST(IniDocumentZoo, TakesAMebibyteOfManySections) {
     std::string bytes;
     while (bytes.size() < kMebibyte)
-        bytes += "[S" + std::to_string(bytes.size()) + "]\r\n";
+        bytes += Numbered("[S", bytes.size()) + "]\r\n";
     TIniDocument document(bytes);
     EXPECT_TRUE(document.HasSection("S0"));
     WriteEverySlot(document);
@@ -189,18 +194,18 @@ TEST(IniDocumentZoo, TakesAMebibyteOfManySections) {
 
 TEST(IniDocumentZoo, TakesAMebibyteOfKeysInOneSection) {
     std::string bytes = "[A]\r\n";
-    int count = 0;
+    std::size_t count = 0;
     for (; bytes.size() < kMebibyte; ++count)
-        bytes += "k" + std::to_string(count) + "=1\r\n";
+        bytes += Numbered("k", count) + "=1\r\n";
     TIniDocument document(bytes);
-    for (int i = 0; i < count; ++i)
-        document.WriteInteger("A", "k" + std::to_string(i), 2);
-    for (int i = 0; i < count; ++i)
-        document.WriteInteger("A", "n" + std::to_string(i), 3);
-    for (int i = 0; i < count; ++i)
-        document.EraseKey("A", "k" + std::to_string(i));
+    for (std::size_t i = 0; i < count; ++i)
+        document.WriteInteger("A", Numbered("k", i), 2);
+    for (std::size_t i = 0; i < count; ++i)
+        document.WriteInteger("A", Numbered("n", i), 3);
+    for (std::size_t i = 0; i < count; ++i)
+        document.EraseKey("A", Numbered("k", i));
     EXPECT_EQ(document.Value("A", "k0"), std::nullopt);
-    EXPECT_EQ(document.Value("A", "n" + std::to_string(count - 1)), "3");
+    EXPECT_EQ(document.Value("A", Numbered("n", count - 1)), "3");
     EXPECT_TRUE(document.Bytes().starts_with("[A]\r\nn0=3\r\nn1=3\r\n"));
 }
 

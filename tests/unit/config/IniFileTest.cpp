@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "text/Cp1251.h"
 #include "tests/unit/config/ScratchFolder.h"
+#include "text/Cp1251.h"
 
 namespace tolvane {
 namespace {
@@ -41,8 +41,8 @@ TEST(ReadIniFile, ReadsEveryByte) {
 
 TEST(ReadIniFile, NamesTheFileThatItCannotRead) {
     const TScratchFolder folder;
-    std::filesystem::create_directory(folder / "Везни.ini");
-    const std::string text = ErrorOf([&] { ReadIniFile(folder / "Везни.ini"); });
+    std::filesystem::create_directory(folder / u8"Везни.ini");
+    const std::string text = ErrorOf([&] { ReadIniFile(folder / u8"Везни.ini"); });
     EXPECT_TRUE(text.starts_with("Файлът ")) << text;
     EXPECT_NE(text.find("Везни.ini не може да бъде прочетен: "), std::string::npos) << text;
 }
@@ -110,11 +110,11 @@ TEST(WriteIniFile, RemovesLeftoversAlsoWhenNothingChanged) {
 TEST(WriteIniFile, FailsInAMissingFolder) {
     const TScratchFolder folder;
     const std::string text =
-        ErrorOf([&] { WriteIniFile(folder / "няма" / "a.ini", OneValue("1")); });
+        ErrorOf([&] { WriteIniFile(folder / u8"няма" / "a.ini", OneValue("1")); });
     EXPECT_TRUE(text.starts_with("Файлът ")) << text;
     EXPECT_NE(text.find("a.ini не може да бъде записан: "), std::string::npos) << text;
     EXPECT_NE(text.find("няма"), std::string::npos) << text;
-    EXPECT_FALSE(exists(folder / "няма"));
+    EXPECT_FALSE(exists(folder / u8"няма"));
 }
 
 TEST(WriteIniFile, FailsOnAReadOnlyFileAndKeepsIt) {

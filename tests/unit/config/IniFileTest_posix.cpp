@@ -9,8 +9,8 @@
 
 #include "config/IniFile.h"
 #include "config/TemporaryFile.h"
-#include "text/Cp1251.h"
 #include "tests/unit/config/ScratchFolder.h"
+#include "text/Cp1251.h"
 
 namespace tolvane {
 namespace {
