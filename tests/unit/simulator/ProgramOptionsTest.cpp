@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "Bytes.h"
+#include "TempFolder.h"
 
 namespace tolvane::simulator {
 namespace {
@@ -78,11 +79,10 @@ TEST(ProgramOptionsTest, ALoadedState_IsOverruledByTheCommandLine) {
     TScaleState state;
     state.scale = {TModel::Ets, "7.77", 500, 1, 9, TCodeTable::Windows};
     state.articles[3].number = 3;
-    const std::string path =
-        (std::filesystem::path(testing::TempDir()) / "tolvane-load.json").string();
+    const TTempFolder folder;
+    const std::string path = folder.Path("state.json");
     SaveState(state, path);
     const TScaleOptions scale = Parse({"--load", path.c_str(), "--capacity", "600"}).scale;
-    std::filesystem::remove(path);
     EXPECT_EQ(scale.scale, (TScaleProperties{TModel::Ets, "7.77", 600, 1, 9, TCodeTable::Windows}));
     ASSERT_TRUE(scale.initialState);
     EXPECT_EQ(scale.initialState->articles.count(3), 1U);

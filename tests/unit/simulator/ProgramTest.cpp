@@ -11,6 +11,7 @@
 #include <sstream>
 
 #include "StreamClient.h"
+#include "TempFolder.h"
 #include "simulator/ScaleState.h"
 
 namespace tolvane::simulator {
@@ -84,18 +85,10 @@ public:
 
 class ProgramTest : public testing::TestWithParam<int> {
 protected:
-    ProgramTest() : folder_(std::filesystem::path(testing::TempDir()) / "tolvane-program") {
-        std::filesystem::remove_all(folder_);
-        std::filesystem::create_directory(folder_);
-    }
-    ~ProgramTest() override { std::filesystem::remove_all(folder_); }
-    ProgramTest(const ProgramTest&) = delete;
-    ProgramTest& operator=(const ProgramTest&) = delete;
-
-    std::string Path(const char* name) const { return (folder_ / name).string(); }
+    std::string Path(const char* name) const { return folder_.Path(name); }
 
 private:
-    std::filesystem::path folder_;
+    TTempFolder folder_;
 };
 
 TEST_P(ProgramTest, ASignal_SavesAndPrintsWhatTheScaleHolds) {

@@ -8,6 +8,7 @@
 #include <sstream>
 
 #include "Bytes.h"
+#include "TempFolder.h"
 
 namespace tolvane::simulator {
 namespace {
@@ -48,18 +49,10 @@ constexpr const char* kSampleJson = R"({
 
 class ScaleStateTest : public testing::Test {
 protected:
-    ScaleStateTest() : folder_(std::filesystem::path(testing::TempDir()) / "tolvane-scale-state") {
-        std::filesystem::remove_all(folder_);
-        std::filesystem::create_directory(folder_);
-    }
-    ~ScaleStateTest() override { std::filesystem::remove_all(folder_); }
-    ScaleStateTest(const ScaleStateTest&) = delete;
-    ScaleStateTest& operator=(const ScaleStateTest&) = delete;
-
-    std::string Path(const char* name) const { return (folder_ / name).string(); }
+    std::string Path(const char* name) const { return folder_.Path(name); }
 
 private:
-    std::filesystem::path folder_;
+    TTempFolder folder_;
 };
 
 TEST_F(ScaleStateTest, ToJson_WritesEveryField) {

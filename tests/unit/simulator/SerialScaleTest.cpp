@@ -9,6 +9,7 @@
 #include <filesystem>
 
 #include "StreamClient.h"
+#include "TempFolder.h"
 #include "simulator/VirtualScale.h"
 
 namespace tolvane::simulator {
@@ -81,18 +82,16 @@ TEST(SerialScaleTest, APortThatVanishes_DoesNotKeepStopWaiting) {
 
 class PtyScaleTest : public testing::Test {
 protected:
-    PtyScaleTest() : link_((std::filesystem::path(testing::TempDir()) / "tolvane-pty").string()) {}
-
     TVirtualScale Scale() const {
         TScaleOptions options = SerialOptions();
         options.pty = true;
-        options.ptyLink = link_;
+        options.ptyLink = Link();
         return TVirtualScale(options);
     }
-    const std::string& Link() const { return link_; }
+    std::string Link() const { return folder_.Path("line"); }
 
 private:
-    std::string link_;
+    TTempFolder folder_;
 };
 
 TEST_F(PtyScaleTest, ClientsComeAndGo) {
@@ -107,7 +106,6 @@ TEST_F(PtyScaleTest, ClientsComeAndGo) {
 }
 
 TEST_F(PtyScaleTest, TheLink_GoesWhenTheScaleStopsAndReplacesAnOldOne) {
-    std::filesystem::remove(Link());
     std::filesystem::create_symlink("/nowhere", Link());
     TVirtualScale scale = Scale();
     scale.Start();
