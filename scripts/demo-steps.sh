@@ -76,14 +76,30 @@ demo_drive() {
     wine_run "$BUILD/windows/demo/driver/window-driver.exe" "$@"
 }
 
-demo_shot() {
+demo_shot_now() {
     [ "${TOLVANE_INTERACTIVE:-}" = 1 ] || screenshot "$DEMO/$1.png"
+}
+
+# A picture of the display when it has come to rest: two in a row are the same.
+demo_shot() {
+    local file=$DEMO/$1.png try
+    [ "${TOLVANE_INTERACTIVE:-}" != 1 ] || return 0
+    screenshot "$file"
+    for try in 1 2 3 4 5 6 7 8 9 10; do
+        screenshot "$file.next.png"
+        if [ "$(convert "$file" rgba:- | cksum)" = "$(convert "$file.next.png" rgba:- | cksum)" ]; then
+            break
+        fi
+        mv "$file.next.png" "$file"
+    done
+    rm -f "$file.next.png"
 }
 
 demo_open_list() {
     (wine_run "$DEMO_HOST/TradeHost.exe" --start 1 >"$DEMO/host.out" 2>&1 </dev/null &)
     demo_drive rows aDBGrid 300
     demo_drive place TTradeHostForm 20 20 1240 840
+    demo_drive place TElicomPluScaleListForm 0 0 1210 760
     demo_shot list
 }
 
@@ -92,9 +108,8 @@ demo_write_all() {
     demo_drive window TSetPluForm
     demo_shot run-before
     demo_drive click SaveBtn
-    demo_drive enabled StopReadBtn
-    demo_drive contains StatusMemo "Осъществена връзка"
-    demo_shot run-during
+    demo_drive contains lblStatus "Запис артикул"
+    demo_shot_now run-during
     demo_drive --seconds 900 enabled SaveBtn
     demo_shot run-after
     demo_drive text StatusMemo >"$DEMO/run.log"
@@ -111,12 +126,31 @@ demo_wait_for_host() {
     demo_drive --seconds 86400 gone TTradeHostForm
 }
 
-demo_check_scales() {
-    local line name
+# "scale article hundredths" per line: what the database says that the scales must hold.
+demo_expected() {
+    firebird_isql -user "$FIREBIRD_USER" -password "$FIREBIRD_PASSWORD" -ch UTF8 \
+        -i demo/expected.sql "$(firebird_connection "$DEMO/shop.fdb")" |
+        sed 's/^ *//; s/ *$//; /^$/d' | sort
+}
+
+# The same from the scales' saved state.
+demo_held() {
+    local line name number
     for line in "${DEMO_SCALES[@]}"; do
-        name=${line%% *}
+        read -r name _ _ _ number _ <<<"$line"
         "$DEMO_SCALE" --show "$DEMO/$name.json" >"$DEMO/$name.txt"
-    done
+        awk -v scale="$number" '$2 ~ /^[0-9]+\.[0-9][0-9]$/ {
+            sub(/\./, "", $2); print scale, $1, $2 + 0 }' "$DEMO/$name.txt"
+    done | sort
+}
+
+demo_check_scales() {
+    demo_expected >"$DEMO/expected.txt"
+    demo_held >"$DEMO/held.txt"
+    [ -s "$DEMO/expected.txt" ] || fail "the database expects no articles"
+    diff -u "$DEMO/expected.txt" "$DEMO/held.txt" ||
+        fail "the scales do not hold what the database says (- expected, + held)"
+    say "$(wc -l <"$DEMO/held.txt") articles, as expected"
 }
 
 demo_report() {
