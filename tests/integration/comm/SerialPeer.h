@@ -1,0 +1,33 @@
+#pragma once
+
+#include <string>
+
+#include "tests/integration/comm/ChannelLink.h"
+
+namespace tolvane::test {
+
+// The far end of a pair of terminals; the near end is a serial port's path.
+class TSerialPeer {
+public:
+    TSerialPeer();
+    ~TSerialPeer();
+    TSerialPeer(const TSerialPeer&) = delete;
+    TSerialPeer& operator=(const TSerialPeer&) = delete;
+
+    const std::string& PortName() const { return name_; }
+    // Returns when all of it waits in the port.
+    void Send(const TCmdBuffer& bytes);
+    TCmdBuffer Receive(std::size_t count);
+    int BytesWaitingInPort() const;
+    // The cable is pulled.
+    void Close();
+    // A descriptor of the near end, to look at the line settings.
+    int PortDescriptor() const { return port_; }
+
+private:
+    int far_ = -1;
+    int port_ = -1;
+    std::string name_;
+};
+
+}  // namespace tolvane::test

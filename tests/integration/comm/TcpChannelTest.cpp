@@ -1,0 +1,238 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "comm/SystemError.h"
+#include "comm/TDevCommTCP.h"
+#include "tests/integration/comm/TcpPeer.h"
+
+namespace tolvane::test {
+namespace {
+
+const TCmdBuffer kFrame = {0x02, 0x41, 0x03};
+
+class TcpChannelTest : public testing::Test {
+protected:
+    TcpChannelTest() { Aim("127.0.0.1", peer.Port()); }
+
+    void Aim(const std::string& host, std::int32_t port) {
+        channel.SetHost(host);
+        channel.SetPort(port);
+        address = "(" + host + ":" + std::to_string(port) + ")";
+    }
+    void Connect() {
+        ASSERT_TRUE(channel.Open()) << channel.LastError;
+        peer.Accept();
+    }
+    // Runs `action` when the read has looked at the clock `look` times.
+    void AtLook(int look, std::function<void()> action) {
+        clock.onLook = [this, look, action = std::move(action)] {
+            if (++looks == look) action();
+        };
+    }
+    std::int32_t Read(std::int32_t timeoutMs = 3000) {
+        looks = 0;
+        return channel.ReadAnswer(reply, 0x02, 0x03, timeoutMs);
+    }
+    void ExpectNotConnected() {
+        EXPECT_EQ(Read(), kReadNotConnected);
+        EXPECT_EQ(channel.LastError,
+                  "[TCP] Fail read data " + address + " - Socket is not connected.");
+        EXPECT_FALSE(channel.IsConnected());
+        EXPECT_FALSE(channel.SendData({0x41}));
+        EXPECT_EQ(channel.LastError,
+                  "[TCP] Fail send data " + address + " - Socket is not connected.");
+    }
+    void ExpectOpenFails(const std::string& message) {
+        EXPECT_FALSE(channel.Open());
+        EXPECT_FALSE(channel.IsConnected());
+        EXPECT_EQ(channel.LastError, "[TCP] Fail open " + address + " - " + message);
+    }
+
+    TTcpPeer peer;
+    TRecordingClock clock;
+    TDevCommTCP channel{clock};
+    std::string address;
+    TCmdBuffer reply;
+    int looks = 0;
+};
+
+TEST_F(TcpChannelTest, Open_ARefusedConnectionFailsWithTheSystemsWordsAndNumber) {
+    peer.StopListening();
+    ExpectOpenFails(SystemErrorText(asio::error::connection_refused));
+#ifndef _WIN32
+    EXPECT_TRUE(channel.LastError.ends_with("Connection refused (111)")) << channel.LastError;
+#endif
+}
+
+TEST_F(TcpChannelTest, Open_AHostThatIsNoAddressFailsAtOnce) {
+    for (const char* host : {"", "localhost", "scale.shop", "10.0.0", "10.0.0.256", "::1"}) {
+        Aim(host, 1001);
+        ExpectOpenFails("\"" + std::string(host) + "\" is not an IP address.");
+    }
+    EXPECT_EQ(clock.Passed(), TMilliseconds(0));
+}
+
+TEST_F(TcpChannelTest, Open_AnAddressWithLeadingZerosIsDecimal) {
+    Aim("127.000.000.001", peer.Port());
+    Connect();
+    EXPECT_EQ(channel.GetDescription(), "TCP " + address);
+}
+
+TEST_F(TcpChannelTest, Open_APortOutsideTheRangeFails) {
+    for (const std::int32_t port : {0, -1, 65536, 2147483647}) {
+        Aim("127.0.0.1", port);
+        ExpectOpenFails(std::to_string(port) + " is not a port number.");
+    }
+}
+
+TEST_F(TcpChannelTest, Open_FailingLeavesAnEarlierConnectionClosed) {
+    Connect();
+    Aim("nowhere", 1);
+    ExpectOpenFails("\"nowhere\" is not an IP address.");
+    EXPECT_EQ(peer.Receive(1), TCmdBuffer{});
+}
+
+#ifdef __linux__
+TEST_F(TcpChannelTest, Open_AConnectThatIsNeverAnsweredFailsAfter3000Ms) {
+    // A listener that never accepts lets one connection in and leaves the next without an answer.
+    TTcpPeer deaf(0);
+    Aim("127.0.0.1", deaf.Port());
+    TDevCommTCP filler(clock);
+    filler.SetHost("127.0.0.1");
+    filler.SetPort(deaf.Port());
+    ASSERT_TRUE(filler.Open());
+    clock.perLook = TMilliseconds(1000);
+    const TMilliseconds before = clock.Passed();
+    ExpectOpenFails("Connect timed out.");
+    EXPECT_GE(clock.Passed() - before, TMilliseconds(3000));
+    EXPECT_LE(clock.Passed() - before, TMilliseconds(4000));
+    clock.perLook = TMilliseconds(0);
+    Aim("127.0.0.1", peer.Port());
+    Connect();
+    peer.Send(kFrame);
+    EXPECT_EQ(Read(), kReadOk) << channel.LastError;
+}
+
+TEST_F(TcpChannelTest, OpenAndClose_LeaveNoDescriptorBehind) {
+    const auto descriptors = [] {
+        const std::filesystem::directory_iterator all("/proc/self/fd");
+        return std::distance(begin(all), end(all));
+    };
+    Connect();
+    const auto before = descriptors();
+    for (int i = 0; i < 200; ++i) {
+        Connect();
+        TDevCommTCP refused(clock);
+        refused.SetHost("127.0.0.1");
+        refused.SetPort(1);
+        EXPECT_FALSE(refused.Open());
+    }
+    EXPECT_EQ(descriptors(), before);
+}
+#endif
+
+TEST_F(TcpChannelTest, Close_EndsTheConnectionForThePeerToo) {
+    Connect();
+    channel.Close();
+    EXPECT_FALSE(channel.IsConnected());
+    EXPECT_EQ(peer.Receive(1), TCmdBuffer{});
+}
+
+TEST_F(TcpChannelTest, ADestroyedChannelEndsItsConnection) {
+    auto shortLived = std::make_unique<TDevCommTCP>(clock);
+    shortLived->SetHost("127.0.0.1");
+    shortLived->SetPort(peer.Port());
+    ASSERT_TRUE(shortLived->Open());
+    peer.Accept();
+    shortLived.reset();
+    EXPECT_EQ(peer.Receive(1), TCmdBuffer{});
+}
+
+TEST_F(TcpChannelTest, APeerThatClosesBeforeTheReadYieldsCode3) {
+    Connect();
+    peer.Close();
+    ExpectNotConnected();
+}
+
+TEST_F(TcpChannelTest, APeerThatClosesDuringTheReadYieldsCode3InTheNextWait) {
+    Connect();
+    clock.perLook = TMilliseconds(1);
+    AtLook(3, [this] { peer.Close(); });
+    EXPECT_EQ(Read(), kReadNotConnected);
+    EXPECT_LE(looks, 5);
+    clock.onLook = nullptr;
+    ExpectNotConnected();
+}
+
+TEST_F(TcpChannelTest, APeerThatClosesInMidFrameYieldsCode3AndThePartialReply) {
+    Connect();
+    AtLook(2, [this] {
+        peer.Send({0x02, 0x41});
+        peer.Close();
+    });
+    EXPECT_EQ(Read(), kReadNotConnected);
+    EXPECT_EQ(reply, (TCmdBuffer{0x02, 0x41}));
+    clock.onLook = nullptr;
+    ExpectNotConnected();
+}
+
+TEST_F(TcpChannelTest, APeerThatResetsInMidFrameYieldsCode3) {
+    Connect();
+    AtLook(2, [this] {
+        peer.Send({0x02, 0x41});
+        peer.Reset();
+    });
+    EXPECT_EQ(Read(), kReadNotConnected);
+    EXPECT_EQ(channel.LastError, "[TCP] Fail read data " + address + " - Socket is not connected.");
+    clock.onLook = nullptr;
+    ExpectNotConnected();
+}
+
+TEST_F(TcpChannelTest, AnAnswerOfAPeerThatClosesAtOnceIsStillRead) {
+    Connect();
+    peer.Send(kFrame);
+    peer.Close();
+    EXPECT_TRUE(channel.IsConnected());
+    EXPECT_EQ(Read(), kReadOk) << channel.LastError;
+    EXPECT_EQ(reply, kFrame);
+    ExpectNotConnected();
+}
+
+TEST_F(TcpChannelTest, ADroppedChannelCanBeOpenedAgain) {
+    Connect();
+    peer.Reset();
+    ExpectNotConnected();
+    Connect();
+    peer.Send(kFrame);
+    EXPECT_EQ(Read(), kReadOk) << channel.LastError;
+}
+
+TEST_F(TcpChannelTest, NoiseOfAnyLengthBeforeTheFrameIsDropped) {
+    Connect();
+    TCmdBuffer noise(100000, 0x55);
+    noise.insert(noise.end(), kFrame.begin(), kFrame.end());
+    peer.Send(noise);
+    EXPECT_EQ(Read(), kReadOk) << channel.LastError;
+    EXPECT_EQ(reply, kFrame);
+}
+
+TEST_F(TcpChannelTest, ALongAnswerIsReadWhole) {
+    Connect();
+    TCmdBuffer answer(100000, 0x55);
+    answer.front() = 0x02;
+    answer.back() = 0x03;
+    peer.Send(answer);
+    EXPECT_EQ(Read(), kReadOk) << channel.LastError;
+    EXPECT_EQ(reply, answer);
+}
+
+TEST_F(TcpChannelTest, SendData_OfNothingSucceeds) {
+    Connect();
+    EXPECT_TRUE(channel.SendData({}));
+    EXPECT_TRUE(channel.SendData({0x42}));
+    EXPECT_EQ(peer.Receive(1), TCmdBuffer{0x42});
+}
+
+}  // namespace
+}  // namespace tolvane::test
