@@ -5,6 +5,7 @@
 #include <string>
 
 #include "articles/forms/PLUScaleListUnit.h"
+#include "database/ClientLibrary.h"
 #include "entry/ListServices.h"
 #include "entry/ModuleState.h"
 #include "text/Cp1251.h"
@@ -52,6 +53,7 @@ HWND CheckArguments(const TStartArguments& arguments) {
             std::to_string(database->Size));
     Require(database->Handle != nullptr && *static_cast<void**>(database->Handle) != nullptr,
             "Връзката с базата данни не е отворена."_cp1251);
+    const TClientLibrary known(database->ClientLibrary);
     return client;
 }
 

@@ -117,7 +117,15 @@ POINT TGridReader::TitlePoint(int column) const {
     RECT rect{};
     SendMessageW(Header(), HDM_GETITEMRECT, static_cast<WPARAM>(column),
                  reinterpret_cast<LPARAM>(&rect));
-    return {(rect.left + rect.right) / 2, (rect.top + rect.bottom) / 2};
+    POINT at{(rect.left + rect.right) / 2, (rect.top + rect.bottom) / 2};
+    // A title out of view is brought into it first.
+    POINT inList = at;
+    MapWindowPoints(Header(), grid_, &inList, 1);
+    RECT client{};
+    GetClientRect(grid_, &client);
+    if (inList.x < 0 || inList.x >= client.right)
+        SendMessageW(grid_, LVM_SCROLL, static_cast<WPARAM>(inList.x - client.right / 2), 0);
+    return at;
 }
 
 void TGridReader::ClickTitle(int column) const {
@@ -160,6 +168,11 @@ void PressKey(HWND window, int virtualKey, bool control, bool shift) {
     PostMessageW(window, WM_KEYUP, static_cast<WPARAM>(virtualKey),
                  static_cast<LPARAM>(0xC0000001));
     RunLoopDry();
+}
+
+void ReleaseKeys() {
+    std::array<BYTE, 256> keys{};
+    SetKeyboardState(keys.data());
 }
 
 }  // namespace tolvane::test

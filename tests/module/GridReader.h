@@ -39,4 +39,7 @@ private:
 // thread.
 void PressKey(HWND window, int virtualKey, bool control = false, bool shift = false);
 
+// No key is held down any more.
+void ReleaseKeys();
+
 }  // namespace tolvane::test

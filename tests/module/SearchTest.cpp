@@ -44,6 +44,7 @@ protected:
             seen.initial = Utf8TextOf(edit);
             if (screenshots_) SaveScreenshot(dialog, "input-box");
             if (answer != nullptr) SetWindowTextW(edit, answer);
+            ReleaseKeys();  // the user lets Ctrl go before typing
             PostMessageW(edit, WM_KEYDOWN, answer != nullptr ? VK_RETURN : VK_ESCAPE, 1);
         });
         open();

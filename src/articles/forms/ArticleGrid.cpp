@@ -48,11 +48,40 @@ private:
 
 TArticleGrid::TArticleGrid(TDpi dpi, TGridSource source) : dpi_(dpi), source_(std::move(source)) {}
 
+TArticleGrid::~TArticleGrid() {
+    if (IsWindow(list_) != 0) RemoveWindowSubclass(list_, &ListProcedure, 0);
+}
+
 void TArticleGrid::Attach(HWND list) {
     list_ = list;
+    SetWindowSubclass(list, &ListProcedure, 0, reinterpret_cast<DWORD_PTR>(this));
     constexpr DWORD kStyle = LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER;
     SendMessageW(list_, LVM_SETEXTENDEDLISTVIEWSTYLE, kStyle, static_cast<LPARAM>(kStyle));
     if (CommonControlsVersion() < kThemedVersion) MakeSortImages();
+}
+
+// Not every list view hands a title's double click on to its parent.
+LRESULT CALLBACK TArticleGrid::ListProcedure(HWND list, UINT id, WPARAM wParam, LPARAM lParam,
+                                             UINT_PTR, DWORD_PTR grid) noexcept {
+    if (id == WM_NOTIFY) {
+        auto& self = *reinterpret_cast<TArticleGrid*>(grid);
+        const auto& header = *reinterpret_cast<const NMHEADERW*>(lParam);
+        const bool isDoubleClick = header.hdr.code == static_cast<UINT>(HDN_ITEMDBLCLICKW) ||
+                                   header.hdr.code == static_cast<UINT>(HDN_ITEMDBLCLICKA);
+        if (isDoubleClick && header.hdr.hwndFrom == self.Header()) {
+            self.TitleDoubleClicked(header.iItem);
+            return 0;
+        }
+    }
+    if (id == WM_NCDESTROY) RemoveWindowSubclass(list, &ListProcedure, 0);
+    return DefSubclassProc(list, id, wParam, lParam);
+}
+
+void TArticleGrid::TitleDoubleClicked(int viewIndex) noexcept {
+    try {
+        if (const auto column = ColumnOfView(viewIndex)) AutoFit(*column);
+    } catch (...) {  // NOLINT(bugprone-empty-catch): out of memory; the width stays
+    }
 }
 
 HWND TArticleGrid::Header() const {
@@ -287,8 +316,7 @@ bool TArticleGrid::HandleKey(UINT virtualKey) {
 }
 
 std::optional<LRESULT> TArticleGrid::HandleNotify(NMHDR& header) {
-    const bool ofHeader = list_ != nullptr && header.hwndFrom == Header();
-    if (header.hwndFrom != list_ && !ofHeader) return std::nullopt;
+    if (list_ == nullptr || header.hwndFrom != list_) return std::nullopt;
     switch (header.code) {
         case LVN_GETDISPINFOW:
             return FillText(reinterpret_cast<NMLVDISPINFOW&>(header));
@@ -310,13 +338,8 @@ std::optional<LRESULT> TArticleGrid::HandleNotify(NMHDR& header) {
             if (const auto column = ColumnOfView(reinterpret_cast<NMLISTVIEW&>(header).iSubItem))
                 source_.titleClicked(*column);
             return 0;
-        case HDN_ITEMDBLCLICKA:
-        case HDN_ITEMDBLCLICKW:
-            if (const auto column = ColumnOfView(reinterpret_cast<NMHEADERW&>(header).iItem))
-                AutoFit(*column);
-            return 0;
         case NM_CLICK:
-            if (!ofHeader) EnterColumn(reinterpret_cast<NMITEMACTIVATE&>(header).iSubItem);
+            EnterColumn(reinterpret_cast<NMITEMACTIVATE&>(header).iSubItem);
             return 0;
         default:
             return std::nullopt;

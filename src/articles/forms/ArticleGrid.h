@@ -50,6 +50,9 @@ struct TGridStyle {
 class TArticleGrid {
 public:
     TArticleGrid(TDpi dpi, TGridSource source);
+    TArticleGrid(const TArticleGrid&) = delete;
+    TArticleGrid& operator=(const TArticleGrid&) = delete;
+    ~TArticleGrid();
 
     void Attach(HWND list);
     HWND Handle() const noexcept { return list_; }
@@ -88,6 +91,9 @@ private:
         COLORREF background;
         COLORREF text;
     };
+    static LRESULT CALLBACK ListProcedure(HWND list, UINT id, WPARAM wParam, LPARAM lParam,
+                                          UINT_PTR subclass, DWORD_PTR grid) noexcept;
+    void TitleDoubleClicked(int viewIndex) noexcept;
     HWND Header() const;
     std::optional<std::size_t> ColumnOfView(int viewIndex) const;
     int ViewOfColumn(std::size_t column) const;
