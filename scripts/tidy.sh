@@ -20,11 +20,12 @@ cross_arguments() {
     "$compiler" -xc++ -E -v /dev/null 2>&1 >/dev/null |
         sed -n '/search starts here/,/End of search/{s/^ //p}' |
         while read -r folder; do
+            folder=$(realpath "$folder")
             case $folder in
                 */include-fixed) continue ;;
                 */lib/gcc/*/include) folder=$(clang_resource_headers) ;; # the compiler's own part
             esac
-            printf '%s\n' "--extra-arg=-isystem$(realpath "$folder")"
+            printf '%s\n' "--extra-arg=-isystem$folder"
         done
 }
 
