@@ -19,7 +19,16 @@ namespace {
 using asio::ip::udp;
 
 constexpr TMilliseconds kSlice{100};
-constexpr std::size_t kReceiveSize = 100;
+constexpr std::size_t kDatagramSize = 100;
+// Room for any datagram: where one is longer than the room, systems differ in what they report. It
+// is cut to the channel's size here.
+constexpr std::size_t kReceiveSize = 65536;
+
+// Errors that tell of a datagram sent before, not of the one to be received.
+bool IsOfAnEarlierDatagram(const std::error_code& error) {
+    return error == asio::error::connection_reset || error == asio::error::connection_refused ||
+           error == asio::error::network_reset;
+}
 
 }  // namespace
 
@@ -51,15 +60,11 @@ public:
         if (!WaitReadable(Handle(), std::min(limit, kSlice))) return {};
         std::error_code error;
         udp::endpoint sender;
-        std::size_t count = socket_.receive_from(asio::buffer(received_), sender, 0, error);
-        // One system cuts a longer datagram silently, another reports it with the buffer filled.
-        if (error == asio::error::message_size)
-            count = received_.size();
-        else if (error == asio::error::connection_reset || error == asio::error::network_reset)
-            count = 0;
-        else if (error)
-            throw std::system_error(error);
-        return ReceivedDatagram(received_, count);
+        const std::size_t count = socket_.receive_from(asio::buffer(received_), sender, 0, error);
+        if (IsOfAnEarlierDatagram(error)) return {};
+        if (error) throw std::system_error(error);
+        return ReceivedDatagram(std::span(received_).first<kDatagramSize>(),
+                                std::min(count, kDatagramSize));
     }
 
 private:
@@ -68,7 +73,7 @@ private:
     TSocketLibrary library_;
     asio::io_context io_{1};
     udp::socket socket_{io_};
-    std::array<std::uint8_t, kReceiveSize> received_{};
+    std::array<std::uint8_t, kReceiveSize> received_;
 };
 
 TDevCommUDP::TDevCommUDP(TClock& clock, std::uint16_t localPort)

@@ -68,7 +68,7 @@ TEST_F(TcpChannelTest, Open_ARefusedConnectionFailsWithTheSystemsWordsAndNumber)
 TEST_F(TcpChannelTest, Open_AHostThatIsNoAddressFailsAtOnce) {
     for (const char* host : {"", "localhost", "scale.shop", "10.0.0", "10.0.0.256", "::1"}) {
         Aim(host, 1001);
-        ExpectOpenFails("\"" + std::string(host) + "\" is not an IP address.");
+        ExpectOpenFails(std::string("\"") + host + "\" is not an IP address.");
     }
     EXPECT_EQ(clock.Passed(), TMilliseconds(0));
 }
