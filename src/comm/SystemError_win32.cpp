@@ -22,11 +22,16 @@ std::string SystemMessage(int number) {
     return message.empty() ? std::string("System error") : FromUtf16(message);
 }
 
+// The socket library's category of system errors answers in the system's code page.
+bool IsOfTheSystem(const std::error_category& category) {
+    return category == std::system_category() || std::string_view(category.name()) == "asio.system";
+}
+
 }  // namespace
 
 std::string SystemErrorText(const std::error_code& error) {
     const std::string message =
-        error.category() == std::system_category() ? SystemMessage(error.value()) : error.message();
+        IsOfTheSystem(error.category()) ? SystemMessage(error.value()) : error.message();
     return message + " (" + std::to_string(error.value()) + ")";
 }
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <asio/error.hpp>
 #include <cerrno>
 
 namespace tolvane {
@@ -24,6 +25,12 @@ TEST(SystemErrorTextTest, HasTheSystemsWordsOnOneLineAndTheNumberInBrackets) {
 TEST(SystemErrorTextTest, AnUnknownNumberIsStillShown) {
     const std::string text = SystemErrorText({20999, std::system_category()});
     EXPECT_TRUE(text.ends_with(" (20999)")) << text;
+}
+
+// The socket library has a category of its own for the system's errors.
+TEST(SystemErrorTextTest, TheSameErrorOfTheSocketLibraryHasTheSameText) {
+    const std::error_code error = asio::error::connection_refused;
+    EXPECT_EQ(SystemErrorText(error), SystemErrorText({error.value(), std::system_category()}));
 }
 
 TEST(FailureTextTest, ASystemErrorIsShownWithoutTheCallsName) {
