@@ -185,12 +185,11 @@ void TIniDocument::EndLine(std::string& line) const {
 }
 
 void TIniDocument::EndLastLine() {
-    for (auto section = sections_.rbegin(); section != sections_.rend(); ++section) {
-        const auto line = std::find_if(section->lines.rbegin(), section->lines.rend(),
-                                       [](const std::string& text) { return !text.empty(); });
-        if (line == section->lines.rend()) continue;
-        EndLine(*line);
-        return;
+    for (std::size_t section = sections_.size(); section-- > 0;) {
+        std::vector<std::string>& lines = sections_[section].lines;
+        for (std::size_t line = lines.size(); line-- > 0;) {
+            if (!lines[line].empty()) return EndLine(lines[line]);
+        }
     }
 }
 

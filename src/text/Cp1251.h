@@ -40,7 +40,7 @@ template <std::size_t N>
 struct TUtf8Literal {
     char bytes[N];
     // NOLINTNEXTLINE: a literal operator template takes its text by implicit conversion.
-    consteval TUtf8Literal(const char (&text)[N]) {
+    constexpr TUtf8Literal(const char (&text)[N]) {
         for (std::size_t i = 0; i < N; ++i)
             bytes[i] = text[i];
     }
@@ -51,7 +51,7 @@ struct TDecoded {
     std::size_t next;
 };
 
-consteval TDecoded DecodeUtf8(const char* text, std::size_t at) {
+constexpr TDecoded DecodeUtf8(const char* text, std::size_t at) {
     const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
     const unsigned char lead = byte(at);
     if (lead < 0x80) return {lead, at + 1};
@@ -63,7 +63,7 @@ consteval TDecoded DecodeUtf8(const char* text, std::size_t at) {
 }
 
 template <TUtf8Literal L>
-consteval std::size_t Cp1251Length() {
+constexpr std::size_t Cp1251Length() {
     std::size_t length = 0;
     for (std::size_t at = 0; at + 1 < sizeof(L.bytes); ++length)
         at = DecodeUtf8(L.bytes, at).next;
@@ -72,7 +72,7 @@ consteval std::size_t Cp1251Length() {
 
 template <TUtf8Literal L>
 struct TCp1251Literal {
-    static consteval auto Convert() {
+    static constexpr auto Convert() {
         std::array<char, Cp1251Length<L>() + 1> out{};
         std::size_t at = 0;
         for (std::size_t i = 0; i + 1 < out.size(); ++i) {

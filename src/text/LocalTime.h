@@ -10,7 +10,7 @@ struct TDate {
     int year = 0;
     int month = 0;
     int day = 0;
-    auto operator<=>(const TDate&) const = default;
+    auto operator<=>(const TDate&) const = default;  // NOLINT(modernize-use-nullptr)
 };
 
 // A time of day to the millisecond.
@@ -19,13 +19,13 @@ struct TTimeOfDay {
     int minute = 0;
     int second = 0;
     int millisecond = 0;
-    auto operator<=>(const TTimeOfDay&) const = default;
+    auto operator<=>(const TTimeOfDay&) const = default;  // NOLINT(modernize-use-nullptr)
 };
 
 struct TLocalDateTime {
     TDate date;
     TTimeOfDay time;
-    auto operator<=>(const TLocalDateTime&) const = default;
+    auto operator<=>(const TLocalDateTime&) const = default;  // NOLINT(modernize-use-nullptr)
 };
 
 // 1 for Monday to 7 for Sunday.

@@ -32,11 +32,9 @@ pid_t StartSaving(const std::filesystem::path& file, const TIniDocument& first,
     const pid_t child = fork();
     if (child != 0) return child;
     WriteIniFile(file, first);
-    const ssize_t told = write(toParent, "s", 1);
-    while (told == 1) {
-        WriteIniFile(file, second);
-        WriteIniFile(file, first);
-    }
+    if (write(toParent, "s", 1) != 1) _exit(1);
+    for (int save = 0; save < 1'000'000; ++save)
+        WriteIniFile(file, save % 2 == 0 ? second : first);
     _exit(1);
 }
 
