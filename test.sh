@@ -5,6 +5,10 @@
 #   ./test.sh --quick    what needs no Wine: checks, unit and integration tests
 
 source "$(dirname "${BASH_SOURCE[0]}")/scripts/lib.sh"
+source "$SCRIPTS/wine.sh"
+source "$SCRIPTS/fbclient.sh"
+source "$SCRIPTS/firebird.sh"
+source "$SCRIPTS/test-steps.sh"
 cd "$ROOT"
 
 quick=no
@@ -14,14 +18,38 @@ case ${1:-} in
     *) fail "usage: ./test.sh [--quick]" ;;
 esac
 
+trap test_end EXIT
+trap 'exit 130' INT TERM
+
 step "Packages" "$SCRIPTS/packages.sh"
 step "Layers" "$SCRIPTS/check-layers.sh"
-step "Layers check finds planted faults" tests/scripts/check-layers-test.sh
+step "The layers check finds planted faults" tests/scripts/check-layers-test.sh
 step "Format" "$SCRIPTS/check-format.sh"
 
-step "Configure for Linux" cmake --preset native
-step "Build for Linux" cmake --build --preset native -- -j "$JOBS"
+step "Build for Linux" test_build native
 step "clang-tidy, Linux" "$SCRIPTS/tidy.sh" native
-step "Unit tests" ctest --test-dir build/native -L unit --output-on-failure -j "$JOBS"
+step "Unit tests" test_native unit
+step "Start a Firebird server" firebird_start
+step "Integration tests" test_native integration
+if [ "$quick" = yes ]; then
+    test_report
+    exit 0
+fi
 
-source "$SCRIPTS/firebird.sh"
+step "Build for Windows" test_build windows
+step "clang-tidy, Windows" "$SCRIPTS/tidy.sh" windows
+step "The module's file" "$SCRIPTS/check-module.sh" "$BUILD/windows/src/entry/Tolvane.dll"
+step "Build the client library for Wine" fbclient_build
+step "Make the Wine prefix" wine_prefix_make
+step "Start a display" display_start
+step "Databases of the module tests" module_prepare "$BUILD/windows"
+for codepage in 1251 1252; do
+    for separator in comma point; do
+        step "Module tests, code page $codepage, decimal $separator" \
+            test_module_run "$codepage" "$separator"
+    done
+done
+test_end_runtime
+step "Demo" ./demo.sh
+step "Articles of the demo, byte for byte" test_demo_articles
+test_report

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Runs clang-tidy over every source file of a configured and built preset, two at a time, and
-# remembers what passed: a file is looked at again only when it, a header that it includes, or the
+# Runs clang-tidy over the product's source files (not the tests') of a configured and built preset,
+# and remembers what passed: a file is looked at again only when it, a header that it includes, or the
 # rules have changed.
 #
 #   scripts/tidy.sh native|windows
@@ -39,7 +39,7 @@ own_files() {
         /^ *"command":/ { match($0, / -o [^ ]+/); object = substr($0, RSTART + 4, RLENGTH - 4) }
         /^ *"file":/ {
             gsub(/^ *"file": "|",?$/, "")
-            if (index($0, root) == 1 && $0 ~ /\.cpp$/) print object "\t" $0
+            if (index($0, root) == 1 && $0 ~ /\.cpp$/ && $0 !~ /\/tests\//) print object "\t" $0
         }' "$tree/compile_commands.json"
 }
 
@@ -52,7 +52,7 @@ dependencies() {
 
 fingerprints() { # writes "hash<TAB>source" per file
     local sums=$tree/tidy-sums
-    find src host simulator tests -type f \( -name '*.cpp' -o -name '*.h' \) -print0 |
+    find src host simulator demo -type f \( -name '*.cpp' -o -name '*.h' \) -print0 |
         xargs -0 sha256sum | awk -v root="$ROOT/" '{ print root $2 "\t" $1 }' >"$sums"
     { own_files | awk -F'\t' '{ print "own\t" $0 }'; dependencies | awk -F'\t' '{ print "dep\t" $0 }'; } |
         awk -F'\t' -v sums="$sums" -v rules="$(sha256sum <.clang-tidy)" '

@@ -220,3 +220,8 @@ screenshot() {
     mkdir -p "$(dirname "$1")"
     wine_command import -window root "$1"
 }
+
+# wine_path <path>: the Windows name of a file of this machine.
+wine_path() {
+    printf 'Z:%s\n' "$(realpath -m "$1" | tr / '\\')"
+}

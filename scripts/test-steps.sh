@@ -1,0 +1,56 @@
+# Sourced by test.sh: its steps.
+
+source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
+source "$ROOT/tests/module/steps.sh"
+
+RESULTS=$BUILD/test-results
+rm -rf "$RESULTS"
+mkdir -p "$RESULTS"
+
+test_build() {
+    cmake --preset "$1" -B "$BUILD/$1"
+    cmake --build "$BUILD/$1" -- -j "$JOBS"
+}
+
+# test_native unit|integration: the programs of that level, two at a time. Each leaves its list of
+# results beside the others'.
+test_native() {
+    TOLVANE_FB_SERVER=127.0.0.1/$(cat "$FIREBIRD_FOLDER/port" 2>/dev/null || true) \
+        TOLVANE_FB_PASSWORD=$FIREBIRD_PASSWORD TOLVANE_FB_DIR=$BUILD/integration-databases \
+        GTEST_OUTPUT=json:$RESULTS/ \
+        ctest --test-dir "$BUILD/native" -L "^$1\$" --output-on-failure --no-tests=error -j "$JOBS"
+}
+
+test_module_run() {
+    module_test "$BUILD/windows" "$1" "$2" \
+        "--gtest_output=json:$(wine_path "$RESULTS/module-$1-$2.json")"
+}
+
+test_demo_articles() {
+    TOLVANE_DEMO_FOLDER=$BUILD/demo GTEST_OUTPUT=json:$RESULTS/ "$BUILD/native/tests/demo/test_demo"
+}
+
+# The sum of all programs' own counts; the plain last line is for whoever reads only that.
+test_report() {
+    local counts tests failures
+    counts=$(sed -n '/^  "tests"/{s/[^0-9]//g;p}' "$RESULTS"/*.json | paste -sd+)
+    tests=$((${counts:-0}))
+    counts=$(sed -n '/^  "failures"/{s/[^0-9]//g;p}' "$RESULTS"/*.json | paste -sd+)
+    failures=$((${counts:-0}))
+    [ "$tests" -gt 0 ] || fail "no test has left a result"
+    printf '%s passed, %s failed\n' "$((tests - failures))" "$failures"
+    [ "$failures" -eq 0 ]
+}
+
+test_end_runtime() {
+    wine_stop
+    display_stop
+    firebird_stop
+}
+
+# Ends what this run has started, however it ends.
+test_end() {
+    local code=$?
+    test_end_runtime || true
+    exit "$code"
+}
