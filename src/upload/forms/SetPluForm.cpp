@@ -34,6 +34,7 @@ TSetPluForm::TSetPluForm(HWND owner, const TRunKind& kind, const TRunContext& co
     options.name = "SetPluForm";
     options.caption = kind_.caption;
     options.style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_MAXIMIZEBOX;
+    options.exStyle = WS_EX_DLGMODALFRAME;  // no icon in the caption
     options.clientWidth = kClientWidth;
     options.clientHeight = kClientHeight;
     options.minWidth = kMinWidth;

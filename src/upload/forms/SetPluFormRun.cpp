@@ -118,9 +118,16 @@ void TSetPluForm::StoreResults() {
 }
 
 LRESULT TSetPluForm::HandleMessage(const TMessage& message) {
-    if (message.id != WM_TIMER || message.wParam != kLogTimer) return TForm::HandleMessage(message);
-    FlushLog();
-    return 0;
+    if (message.id == WM_TIMER && message.wParam == kLogTimer) {
+        FlushLog();
+        return 0;
+    }
+    if (message.id == WM_CTLCOLORSTATIC && reinterpret_cast<HWND>(message.lParam) == statusMemo_) {
+        // A read-only memo is grey by default; a log is there to be read.
+        SetBkColor(reinterpret_cast<HDC>(message.wParam), GetSysColor(COLOR_WINDOW));
+        return reinterpret_cast<LRESULT>(GetSysColorBrush(COLOR_WINDOW));
+    }
+    return TForm::HandleMessage(message);
 }
 
 void TSetPluForm::ClearLog() {

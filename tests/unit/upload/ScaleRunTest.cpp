@@ -17,6 +17,8 @@ namespace {
 using test::TArticle;
 using test::TEvents;
 
+constexpr const char* kRefused =
+    "log:InitComm >> Fail init communication interface: [TCP] Fail open (10.0.0.1:1001) - refused";
 constexpr const char* kLine = "log:-----------------------------------------";
 
 TArticle Article(std::int32_t number, std::string_view name) {
@@ -147,8 +149,7 @@ TEST_F(ScaleRunTest, AScaleThatCannotBeOpenedIsLoggedAndTheNextOneIsWritten) {
                                "connection:Хост: 10.0.0.1 Порт: 1001",
                                "open TCP 10.0.0.1:1001",
                                "freed",
-                               "log:InitComm >> Fail init communication interface: "
-                               "[TCP] Fail open (10.0.0.1:1001) - refused",
+                               kRefused,
                                "log:Грешка при запис артикули във везна: Везна 1",
                                "log:",
                                "log:Обработени 1 артикула.",
