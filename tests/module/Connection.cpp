@@ -66,7 +66,7 @@ TConnection::TConnection(const std::string& name) {
 
 TConnection::~TConnection() {
     std::array<ISC_STATUS, 20> status{};
-    if (handle_ != 0) TOLVANE_ENTRY(isc_detach_database)(status.data(), &handle_);
+    if (handle_ != isc_db_handle{}) TOLVANE_ENTRY(isc_detach_database)(status.data(), &handle_);
 }
 
 void TConnection::ShutDown() {
@@ -77,7 +77,7 @@ void TConnection::ShutDown() {
 
 void TConnection::Execute(const std::string& sql) {
     std::array<ISC_STATUS, 20> status{};
-    isc_tr_handle transaction = 0;
+    isc_tr_handle transaction{};
     TTransactionBlock block{&handle_, 0, nullptr};
     TOLVANE_ENTRY(isc_start_multiple)(status.data(), &transaction, 1, &block);
     Check(status, "start");
@@ -90,8 +90,8 @@ void TConnection::Execute(const std::string& sql) {
 
 long long TConnection::Number(const std::string& sql) {
     std::array<ISC_STATUS, 20> status{};
-    isc_tr_handle transaction = 0;
-    isc_stmt_handle statement = 0;
+    isc_tr_handle transaction{};
+    isc_stmt_handle statement{};
     TTransactionBlock block{&handle_, 0, nullptr};
     TOLVANE_ENTRY(isc_start_multiple)(status.data(), &transaction, 1, &block);
     Check(status, "start");

@@ -31,7 +31,7 @@ public:
     void ShutDown();
 
 private:
-    isc_db_handle handle_ = 0;
+    isc_db_handle handle_{};
     THostDatabase database_{};
 };
 

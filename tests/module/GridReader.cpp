@@ -47,6 +47,7 @@ int TGridReader::RowCount() const {
 std::vector<std::string> TGridReader::Titles() const {
     const auto count = static_cast<int>(SendMessageW(Header(), HDM_GETITEMCOUNT, 0, 0));
     std::vector<std::string> titles;
+    titles.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i) {
         std::array<wchar_t, kTextRoom> text{};
         LVCOLUMNW column{};
@@ -73,6 +74,7 @@ std::string TGridReader::Cell(int row, int column) const {
 
 std::vector<std::string> TGridReader::Column(int column) const {
     std::vector<std::string> texts;
+    texts.reserve(static_cast<std::size_t>(RowCount()));
     for (int row = 0; row < RowCount(); ++row)
         texts.push_back(Cell(row, column));
     return texts;

@@ -61,7 +61,7 @@ TEST_F(StartFailureTest, NullAttachmentCell) {
 }
 
 TEST_F(StartFailureTest, AttachmentThatIsNotOpen) {
-    isc_db_handle closed = 0;
+    isc_db_handle closed{};
     database_.Handle = &closed;
     StartWith(&database_);
     EXPECT_EQ(Completions(), 1);
