@@ -57,6 +57,7 @@ TTemporaryFile::TTemporaryFile(const path& target) : target_(target), handle_(-1
     if (handle_ == -1) Fail(GetLastError());
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): it changes the file.
 void TTemporaryFile::Write(std::string_view bytes) {
     while (!bytes.empty()) {
         constexpr std::size_t kBlock = 1U << 20U;
