@@ -80,10 +80,11 @@ demo_shot_now() {
     [ "${TOLVANE_INTERACTIVE:-}" = 1 ] || screenshot "$DEMO/$1.png"
 }
 
-# A picture of the display when it has come to rest: two in a row are the same.
+# A picture of the display when all is painted and it has come to rest: two in a row are the same.
 demo_shot() {
     local file=$DEMO/$1.png try
     [ "${TOLVANE_INTERACTIVE:-}" != 1 ] || return 0
+    demo_drive painted TTradeHostForm
     screenshot "$file"
     for try in 1 2 3 4 5 6 7 8 9 10; do
         screenshot "$file.next.png"

@@ -96,6 +96,15 @@ std::string TextOf(HWND window) {
     return Utf8({wide.data(), read});
 }
 
+bool IsPainted(HWND window) {
+    TSearch unpainted{[](HWND candidate) {
+        return IsWindowVisible(candidate) != 0 && GetUpdateRect(candidate, nullptr, FALSE) != 0;
+    }};
+    if (VisitWindow(window, reinterpret_cast<LPARAM>(&unpainted)) != FALSE)
+        EnumChildWindows(window, VisitWindow, reinterpret_cast<LPARAM>(&unpainted));
+    return unpainted.found == nullptr;
+}
+
 bool WaitFor(int seconds, const std::function<bool()>& condition) {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(seconds);
     while (!condition()) {

@@ -21,6 +21,8 @@ HWND FindByComponentName(std::string_view name);
 std::string Utf8(std::wstring_view text);
 // A window's text as UTF-8.
 std::string TextOf(HWND window);
+// Whether neither the window nor any of its visible descendants waits for painting.
+bool IsPainted(HWND window);
 // Asks until the condition holds; false when `seconds` have passed first.
 bool WaitFor(int seconds, const std::function<bool()>& condition);
 

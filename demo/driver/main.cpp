@@ -9,6 +9,7 @@
 //   window-driver close CLASS            asks the window to close
 //   window-driver text NAME              prints the control's text as UTF-8
 //   window-driver contains NAME TEXT     waits until the control's text contains TEXT (UTF-8)
+//   window-driver painted CLASS          waits until nothing of the window is left to be painted
 //   window-driver place CLASS X Y W H    moves and sizes the window
 //
 // Every call waits up to --seconds (60) for what it needs, and ends with 1 when that did not come.
@@ -103,6 +104,11 @@ bool Contains(const TCall& call) {
     });
 }
 
+bool Painted(const TCall& call) {
+    HWND window = nullptr;
+    return WaitForClass(call, window) && WaitFor(call.seconds, [&] { return IsPainted(window); });
+}
+
 bool Place(const TCall& call) {
     HWND window = nullptr;
     return WaitForClass(call, window) &&
@@ -119,7 +125,7 @@ const std::map<std::string, TAction> kActions = {
     {"rows", {2, Rows}},         {"window", {1, Window}},   {"gone", {1, Gone}},
     {"enabled", {1, Enabled}},   {"command", {2, Command}}, {"click", {1, Click}},
     {"close", {1, Close}},       {"text", {1, Text}},       {"place", {5, Place}},
-    {"contains", {2, Contains}},
+    {"contains", {2, Contains}}, {"painted", {1, Painted}},
 };
 
 int Run(std::vector<std::string> words) {
