@@ -64,8 +64,10 @@ HWND TForm::Control(std::string_view name) const {
 }
 
 void TForm::Place(HWND control, const TPlace& place) const {
+    // A control that moves to where a neighbour was must not bring that one's picture along.
     SetWindowPos(control, nullptr, dpi_.Scale(place.x), dpi_.Scale(place.y),
-                 dpi_.Scale(place.width), dpi_.Scale(place.height), SWP_NOZORDER | SWP_NOACTIVATE);
+                 dpi_.Scale(place.width), dpi_.Scale(place.height),
+                 SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOCOPYBITS);
 }
 
 SIZE TForm::ClientSize() const {
