@@ -42,6 +42,7 @@ step "The module's file" "$SCRIPTS/check-module.sh" "$BUILD/windows/src/entry/To
 step "Build the client library for Wine" fbclient_build
 step "Make the Wine prefix" wine_prefix_make
 step "Start a display" display_start
+step "Unit tests for Windows" test_windows_units
 step "Databases of the module tests" module_prepare "$BUILD/windows"
 for codepage in 1251 1252; do
     for separator in comma point; do

@@ -26,6 +26,17 @@ test_module_run() {
         "--gtest_output=json:$(wine_path "$RESULTS/module-$1-$2.json")"
 }
 
+# The unit tests' programs as they are built for Windows.
+test_windows_units() {
+    local program name
+    wine_regional 1251 comma
+    find "$BUILD/windows/tests/unit" -name 'test_*.exe' | sort | while read -r program; do
+        name=$(basename "$program" .exe)
+        say "== $name"
+        wine_run "$program" "--gtest_output=json:$(wine_path "$RESULTS/windows-$name.json")" </dev/null
+    done
+}
+
 test_demo_articles() {
     TOLVANE_DEMO_FOLDER=$BUILD/demo GTEST_OUTPUT=json:$RESULTS/ "$BUILD/native/tests/demo/test_demo"
 }
