@@ -14,7 +14,7 @@ struct TLinkKind {
 };
 
 class ChannelContractTest : public testing::TestWithParam<TLinkKind> {
-protected:
+public:
     void SetUp() override {
         link = GetParam().make();
         channel = &link->Channel();

@@ -10,7 +10,7 @@ namespace {
 const TCmdBuffer kFrame = {0x02, 0x41, 0x03};
 
 class SerialChannelTest : public testing::Test {
-protected:
+public:
     SerialChannelTest() { channel.SetPort(peer.PortName()); }
     void SetUp() override { ASSERT_TRUE(channel.Open()) << channel.LastError; }
     std::int32_t Read(std::int32_t timeoutMs = 1000) {

@@ -34,7 +34,7 @@ int TSerialPeer::BytesWaitingInPort() const {
     return ioctl(port_, FIONREAD, &count) == 0 ? count : -1;
 }
 
-void TSerialPeer::Send(const TCmdBuffer& bytes) {
+void TSerialPeer::Send(const TCmdBuffer& bytes) const {
     const int expected = BytesWaitingInPort() + static_cast<int>(bytes.size());
     if (write(far_, bytes.data(), bytes.size()) != static_cast<ssize_t>(bytes.size()))
         throw std::runtime_error("the terminal did not take everything");

@@ -16,7 +16,7 @@ public:
 
     const std::string& PortName() const { return name_; }
     // Returns when all of it waits in the port.
-    void Send(const TCmdBuffer& bytes);
+    void Send(const TCmdBuffer& bytes) const;
     TCmdBuffer Receive(std::size_t count);
     int BytesWaitingInPort() const;
     // The cable is pulled.

@@ -12,7 +12,7 @@ namespace {
 const TCmdBuffer kFrame = {0x02, 0x41, 0x03};
 
 class TcpChannelTest : public testing::Test {
-protected:
+public:
     TcpChannelTest() { Aim("127.0.0.1", peer.Port()); }
 
     void Aim(const std::string& host, std::int32_t port) {

@@ -10,7 +10,7 @@ namespace {
 const TCmdBuffer kFrame = {0x02, 0x41, 0x03};
 
 class UdpChannelTest : public testing::Test {
-protected:
+public:
     UdpChannelTest() {
         channel.SetHost("127.0.0.1");
         channel.SetPort(peer.Port());

@@ -8,7 +8,7 @@ namespace tolvane::test {
 namespace {
 
 class ScriptedChannelTest : public testing::Test {
-protected:
+public:
     ScriptedChannelTest() { channel.Open(); }
 
     TRecordingClock clock;

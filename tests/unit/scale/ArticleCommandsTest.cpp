@@ -12,7 +12,7 @@ constexpr std::uint8_t kPriceWeight = 0x4A;
 constexpr std::uint8_t kPriceC = 0x4B;
 
 class SetPriceTest : public TScaleTest {
-protected:
+public:
     void Accept(std::uint8_t command) {
         channel->sent.clear();
         channel->script = {Answer(ReplyTo(command, {0}))};
@@ -181,7 +181,7 @@ TEST_F(SetPriceTest, AReplyWithoutAnErrorCodeFails) {
 }
 
 class SetPriceCTest : public TScaleTest {
-protected:
+public:
     bool Set(std::int32_t plu, double price, bool pieces, std::int32_t tare, std::int32_t label) {
         channel->sent.clear();
         channel->script = {Answer(ReplyTo(kPriceC, {0}))};

@@ -102,7 +102,7 @@ TEST_F(ModeCommandsTest, AReplyWithoutAnErrorCodeFails) {
 }
 
 class GetVersionTest : public TScaleTest {
-protected:
+public:
     bool Get(const TCmdBuffer& replyData) {
         channel->script = {Answer(ReplyTo(0x48, replyData))};
         return scale->GetVersion(errCode, maxPlu, mode, version);

@@ -51,7 +51,7 @@ inline TCmdBuffer BodyOf(const TCmdBuffer& request) {
 
 // A driver over a scripted channel.
 class TScaleTest : public testing::Test {
-protected:
+public:
     TScaleTest() { MakeDriver(false); }
 
     void MakeDriver(bool serial) {

@@ -19,7 +19,7 @@ std::vector<TMilliseconds> Pauses(std::initializer_list<int> milliseconds) {
 }
 
 class SendCommandTest : public TScaleTest {
-protected:
+public:
     void WrongAnswers(std::size_t count) { channel->script.assign(count, Answer(kEndBeforeStart)); }
     bool Send() { return scale->SendCommand(kVersion, data); }
 

@@ -12,7 +12,7 @@ constexpr std::int32_t kEts = 5000;
 constexpr std::int32_t kS300 = 300;
 
 class SetParamTest : public TScaleTest {
-protected:
+public:
     // The request's data after the text of one parameter was accepted.
     TCmdBuffer Sent(std::int32_t plu, std::int32_t parameter, std::string_view text,
                     std::uint8_t codeTable = 0) {
