@@ -265,6 +265,13 @@ LRESULT TArticleGrid::FillText(NMLVDISPINFOW& info) const {
 
 // A change of one row or of a range that the list view tells of; -1 is all rows.
 void TArticleGrid::ChangeMarks(int from, int to, bool marked) {
+    const bool hadNone = marks_.Count() == 0;
+    StoreMarks(from, to, marked);
+    // The current row looks different with and without marks.
+    if (hadNone != (marks_.Count() == 0)) InvalidateRect(list_, nullptr, FALSE);
+}
+
+void TArticleGrid::StoreMarks(int from, int to, bool marked) {
     const auto count = static_cast<int>(source_.rowCount());
     if (from < 0 && !marked) {
         marks_.Clear();

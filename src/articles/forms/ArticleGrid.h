@@ -102,6 +102,7 @@ private:
     void MakeSortImages();
     LRESULT FillText(NMLVDISPINFOW& info) const;
     void ChangeMarks(int from, int to, bool marked);
+    void StoreMarks(int from, int to, bool marked);
     void EnterColumn(int viewIndex);
     void MoveColumn(int step);
     void ScrollToColumn(int viewIndex);

@@ -9,7 +9,7 @@ namespace {
 constexpr int kIndicatorWidth = 12;
 constexpr int kCellMargin = 3;
 
-// A light shade of the highlight colour: the current row when it is not marked.
+// A light shade of the highlight colour: the current row when others are marked.
 COLORREF CurrentRowColour() {
     const COLORREF highlight = GetSysColor(COLOR_HIGHLIGHT);
     const COLORREF window = GetSysColor(COLOR_WINDOW);
@@ -26,7 +26,9 @@ int TArticleGrid::IndicatorWidth() const {
 }
 
 TArticleGrid::TRowColours TArticleGrid::ColoursOf(TRowId row, bool marked, bool current) const {
-    if (marked) return {GetSysColor(COLOR_HIGHLIGHT), GetSysColor(COLOR_HIGHLIGHTTEXT)};
+    // Without marks the current row is what the user works on.
+    if (marked || (current && marks_.Count() == 0))
+        return {GetSysColor(COLOR_HIGHLIGHT), GetSysColor(COLOR_HIGHLIGHTTEXT)};
     const COLORREF text = GetSysColor(COLOR_WINDOWTEXT);
     if (source_.promoted(row)) return {source_.promotionColour(), text};
     return {current ? CurrentRowColour() : GetSysColor(COLOR_WINDOW), text};
