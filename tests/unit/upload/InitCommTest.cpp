@@ -130,14 +130,24 @@ TEST_F(InitCommTest, ANetworkScaleIsAskedAgainThreeTimes) {
 }
 
 TEST_F(InitCommTest, TheDriverLearnsTheScaleType) {
-    // Text 19 is 63 characters long unless the driver takes the scale for an EVL.
     scale_->mode = 2;
-    TScaleRec rec = Network(kCommTcp, 1001);
-    rec.ScaleType = kScaleTypeS300;
-    ASSERT_TRUE(session_.InitComm(rec));
-    ASSERT_TRUE(session_.ProcessUpload({"1|22001|1|0|0|1.00|0|0|A|B|c||||0|0|1|"}, rec));
-    EXPECT_EQ(scale_->requests.at(scale_->requests.size() - 4).data.at(3), 19);
-    EXPECT_EQ(scale_->requests.at(scale_->requests.size() - 4).data.at(4), 63);
+    TScaleRec s300 = Network(kCommTcp, 1001);
+    s300.ScaleType = kScaleTypeS300;
+    // Text 20 is 31 characters long for a driver of type EVL and 63 for any other.
+    const auto lengthOfText20 = [&](std::int32_t driverType) {
+        TScaleRec rec = s300;
+        rec.ScaleType = driverType;
+        scale_->requests.clear();
+        EXPECT_TRUE(session_.InitComm(rec));
+        EXPECT_TRUE(session_.ProcessUpload({"1|22001|1|0|0|1.00|0|0|A|B|c||||0|0|1|"}, s300));
+        for (const test::TRequest& request : scale_->requests) {
+            if (request.command == 0x4C && request.data.at(3) == 20) return int{request.data.at(4)};
+        }
+        return -1;
+    };
+    EXPECT_EQ(lengthOfText20(kScaleTypeS300), 63);
+    EXPECT_EQ(lengthOfText20(kScaleTypeEts), 63);
+    EXPECT_EQ(lengthOfText20(kScaleTypeEvl), 31);
 }
 
 TEST_F(InitCommTest, AnUnknownCommunicationTypeFailsWithoutADriver) {

@@ -38,7 +38,6 @@ private:
     DWORD stepStart_ = 0;
     DWORD lastTick_ = 0;
     DWORD longestBusy_ = 0;
-    bool acting_ = false;
 };
 
 // A visible window of this thread by its class; null when there is none.
