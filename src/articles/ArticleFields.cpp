@@ -59,7 +59,6 @@ constexpr bool InOrder() {
 }
 static_assert(InOrder());
 
-// The number of a field among those of its type.
 constexpr std::array<std::uint8_t, kFieldCount> Slots() {
     std::array<std::uint8_t, kFieldCount> slots{};
     std::array<std::uint8_t, 4> next{};
@@ -67,17 +66,10 @@ constexpr std::array<std::uint8_t, kFieldCount> Slots() {
         slots[i] = next[static_cast<std::size_t>(kFields[i].type)]++;
     return slots;
 }
-constexpr auto kSlots = Slots();
 
 }  // namespace
 
-const TFieldInfo& FieldInfo(TField field) {
-    return kFields[static_cast<std::size_t>(field)];
-}
-
-std::size_t FieldSlot(TField field) {
-    return kSlots[static_cast<std::size_t>(field)];
-}
+constexpr std::array<std::uint8_t, kFieldCount> kFieldSlots = Slots();
 
 std::optional<TField> FieldByName(std::string_view name) {
     for (const TFieldInfo& info : kFields)

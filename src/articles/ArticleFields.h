@@ -72,10 +72,15 @@ struct TFieldInfo {
 };
 
 extern const std::array<TFieldInfo, kFieldCount> kFields;
+// The number of each field among the fields of its type, from 0.
+extern const std::array<std::uint8_t, kFieldCount> kFieldSlots;
 
-const TFieldInfo& FieldInfo(TField field);
-// The field's number among the fields of its type, from 0.
-std::size_t FieldSlot(TField field);
+inline const TFieldInfo& FieldInfo(TField field) {
+    return kFields[static_cast<std::size_t>(field)];
+}
+inline std::size_t FieldSlot(TField field) {
+    return kFieldSlots[static_cast<std::size_t>(field)];
+}
 // Exact name; nothing when there is no such field.
 std::optional<TField> FieldByName(std::string_view name);
 

@@ -106,6 +106,7 @@ bool TArticleLoader::LoadRows(const TRegionalSettings& regional) {
     if (parts_.query.RowCount() == 0) return false;
     parts_.query.FetchAll();
     parts_.wait.Show(StepsFor(parts_.query));
+    parts_.articles.Reserve(parts_.query.RowCount());
     TRowCopy copy(parts_.query, parts_.articles, regional);
     for (std::size_t row = 0; row < parts_.query.RowCount(); ++row) {
         copy.Append(row);

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstring>
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "text/Cp1251.h"
@@ -9,19 +11,25 @@
 namespace tolvane {
 namespace {
 
-// The first characters, upper-cased, as one number: most comparisons end here.
-std::uint64_t TextPrefix(std::string_view text) {
-    std::uint64_t prefix = 0;
-    for (std::size_t i = 0; i < sizeof(prefix); ++i) {
-        const auto byte =
-            i < text.size() ? static_cast<unsigned char>(UpperCase(text[i])) : std::uint64_t{0};
-        prefix = prefix << 8 | byte;
-    }
-    return prefix;
-}
+constexpr std::size_t kPrefix = sizeof(std::uint64_t);
 
-// Numbers whose order as unsigned is the order of the values.
+// A row with what it is sorted by: a number whose order as unsigned is the order of the values, or
+// for a text its first characters, upper-cased, in two numbers, and the rest elsewhere.
+struct TEntry {
+    std::uint64_t key = 0;
+    std::uint64_t second = 0;
+    std::uint32_t rest = 0;  // where the rest of the text starts
+    std::uint32_t restSize = 0;
+    std::int32_t number = 0;
+    std::uint32_t place = 0;
+    TRowId row = 0;
+};
+
 constexpr std::uint64_t kSignBit = std::uint64_t{1} << 63;
+
+std::uint64_t IntegerKey(std::int32_t value) {
+    return static_cast<std::uint64_t>(std::int64_t{value}) ^ kSignBit;
+}
 
 std::uint64_t FloatKey(double value) {
     if (value == 0) value = 0;  // one zero, whatever its sign
@@ -30,58 +38,93 @@ std::uint64_t FloatKey(double value) {
     return (bits & kSignBit) != 0 ? ~bits : bits | kSignBit;
 }
 
-std::uint64_t KeyOf(const TArticleTable& articles, TRowId row, TField field) {
-    switch (FieldInfo(field).type) {
-        case TFieldType::Integer:
-            return static_cast<std::uint64_t>(std::int64_t{articles.Integer(row, field)}) ^
-                   kSignBit;
-        case TFieldType::Float:
-            return FloatKey(articles.Float(row, field));
-        case TFieldType::Boolean:
-            return articles.Boolean(row, field) ? 1 : 0;
-        case TFieldType::Text:
-            break;
-    }
-    return TextPrefix(articles.Text(row, field));
+std::uint64_t Prefix(std::string_view text) {
+    std::uint64_t prefix = 0;
+    for (std::size_t i = 0; i < kPrefix; ++i)
+        prefix = prefix << 8 | (i < text.size() ? static_cast<unsigned char>(text[i]) : 0U);
+    return prefix;
 }
 
-struct TEntry {
-    std::uint64_t key;
-    std::int32_t number;
-    TRowId row;
+class TSorter {
+public:
+    // Rows are read in the order in which they lie in memory, not in the current one.
+    TSorter(const TArticleTable& articles, TField field) : articles_(articles), field_(field) {
+        entries_.reserve(articles.RowCount());
+        for (TRowId row = 0; row < articles.RowCount(); ++row)
+            Add(row);
+    }
+
+    std::vector<TRowId> Sorted(bool ascending) {
+        std::sort(entries_.begin(), entries_.end(), [&](const TEntry& a, const TEntry& b) {
+            const int order = Compare(a, b);
+            if (order != 0) return ascending ? order < 0 : order > 0;
+            return a.place < b.place;
+        });
+        std::vector<TRowId> order;
+        order.reserve(entries_.size());
+        for (const TEntry& entry : entries_)
+            order.push_back(entry.row);
+        return order;
+    }
+
+private:
+    void Add(TRowId row) {
+        TEntry entry;
+        entry.row = row;
+        entry.place = static_cast<std::uint32_t>(articles_.PlaceOf(row));
+        entry.number = articles_.Integer(row, TField::PLU_NUMB);
+        switch (FieldInfo(field_).type) {
+            case TFieldType::Integer:
+                entry.key = IntegerKey(articles_.Integer(row, field_));
+                break;
+            case TFieldType::Float:
+                entry.key = FloatKey(articles_.Float(row, field_));
+                break;
+            case TFieldType::Boolean:
+                entry.key = articles_.Boolean(row, field_) ? 1 : 0;
+                break;
+            case TFieldType::Text:
+                SetText(entry, articles_.Text(row, field_));
+        }
+        entries_.push_back(entry);
+    }
+
+    void SetText(TEntry& entry, std::string_view text) {
+        const std::string upper = UpperCase(text);
+        const std::string_view view = upper;
+        entry.key = Prefix(view);
+        if (view.size() <= kPrefix) return;
+        entry.second = Prefix(view.substr(kPrefix));
+        if (view.size() <= 2 * kPrefix) return;
+        entry.rest = static_cast<std::uint32_t>(rests_.size());
+        entry.restSize = static_cast<std::uint32_t>(view.size() - 2 * kPrefix);
+        rests_.append(view.substr(2 * kPrefix));
+    }
+
+    int Compare(const TEntry& a, const TEntry& b) const {
+        if (a.key != b.key) return a.key < b.key ? -1 : 1;
+        if (a.second != b.second) return a.second < b.second ? -1 : 1;
+        if ((a.restSize | b.restSize) != 0) {
+            const int order = Rest(a).compare(Rest(b));
+            if (order != 0) return order;
+        }
+        if (a.number != b.number) return a.number < b.number ? -1 : 1;
+        return 0;
+    }
+    std::string_view Rest(const TEntry& entry) const {
+        return std::string_view(rests_).substr(entry.rest, entry.restSize);
+    }
+
+    const TArticleTable& articles_;
+    TField field_;
+    std::vector<TEntry> entries_;
+    std::string rests_;
 };
 
 }  // namespace
 
 void SortArticles(TArticleTable& articles, TField field, bool ascending) {
-    std::vector<TEntry> entries;
-    entries.reserve(articles.RowCount());
-    for (const TRowId row : articles.Order())
-        entries.push_back(
-            {KeyOf(articles, row, field), articles.Integer(row, TField::PLU_NUMB), row});
-
-    const bool text = FieldInfo(field).type == TFieldType::Text;
-    const auto before = [&](const TEntry& a, const TEntry& b) {
-        if (a.key != b.key) return a.key < b.key;
-        if (text) {
-            const int order =
-                CompareIgnoringCase(articles.Text(a.row, field), articles.Text(b.row, field));
-            if (order != 0) return order < 0;
-        }
-        return a.number < b.number;
-    };
-    if (ascending) {
-        std::stable_sort(entries.begin(), entries.end(), before);
-    } else {
-        std::stable_sort(entries.begin(), entries.end(),
-                         [&](const TEntry& a, const TEntry& b) { return before(b, a); });
-    }
-
-    std::vector<TRowId> order;
-    order.reserve(entries.size());
-    for (const TEntry& entry : entries)
-        order.push_back(entry.row);
-    articles.SetOrder(std::move(order));
+    articles.SetOrder(TSorter(articles, field).Sorted(ascending));
 }
 
 }  // namespace tolvane

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <array>
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -34,7 +37,9 @@ public:
     double Float(TRowId row, TField field) const;
     bool Boolean(TRowId row, TField field) const;
     // Valid until the table is emptied.
-    std::string_view Text(TRowId row, TField field) const;
+    std::string_view Text(TRowId row, TField field) const {
+        return arena_.Text(At(texts_[SlotOf(field, TFieldType::Text)], row));
+    }
     // Any field as plain text (numbers with the system's decimal separator, "ДА" or "НЕ").
     std::string AsText(TRowId row, TField field, const TRegionalSettings& regional) const;
     // As the grid shows it, by the field's display rule; baseCurrency is the abbreviation.
@@ -43,6 +48,8 @@ public:
 
     // Removes all rows and frees their memory.
     void Clear();
+    // Makes room for so many rows in all; saves memory and time when the number is known.
+    void Reserve(std::size_t rows);
     // Adds a row of zeros and empty texts at the end of the current order.
     TRowId Append();
     void SetInteger(TRowId row, TField field, std::int32_t value);
@@ -51,7 +58,7 @@ public:
     void SetText(TRowId row, TField field, std::string_view value);
 
     // Replaces the order; `order` holds every row once.
-    void SetOrder(std::vector<TRowId> order);
+    void SetOrder(const std::vector<TRowId>& order);
 
     // Bytes that the rows take on the heap.
     std::size_t MemoryUsed() const;
@@ -60,20 +67,30 @@ private:
     static constexpr std::size_t kIntegers = 3;
     static constexpr std::size_t kFloats = 8;
     static constexpr std::size_t kTexts = 21;
-    // No pointers in it: the same size in a 32-bit process.
-    struct TRow {
-        double floats[kFloats] = {};
-        std::int32_t integers[kIntegers] = {};
-        TTextArena::TPosition texts[kTexts] = {};
-        bool promotion = false;
-    };
-    static constexpr std::size_t kRowsPerBlock = 256;
 
-    const TRow& Row(TRowId row) const;
-    TRow& Row(TRowId row) { return const_cast<TRow&>(std::as_const(*this).Row(row)); }
+    static std::size_t SlotOf(TField field, [[maybe_unused]] TFieldType type) {
+        assert(FieldInfo(field).type == type);
+        return FieldSlot(field);
+    }
+    template <class T>
+    static const T& At(const std::vector<T>& column, TRowId row) {
+        if (row >= column.size()) throw std::out_of_range("article row");
+        return column[row];
+    }
+    template <class T>
+    static T& At(std::vector<T>& column, TRowId row) {
+        return const_cast<T&>(At(std::as_const(column), row));
+    }
+    // Calls `visit` with each column.
+    template <class Self, class Visitor>
+    static void EachColumn(Self& self, Visitor visit);
 
-    std::vector<std::vector<TRow>> blocks_;
-    TTextArena texts_;
+    // By column, because a search or a sort reads one or two columns of all rows.
+    std::array<std::vector<double>, kFloats> floats_;
+    std::array<std::vector<std::int32_t>, kIntegers> integers_;
+    std::array<std::vector<TTextArena::TPosition>, kTexts> texts_;
+    std::vector<std::uint8_t> promotions_;
+    TTextArena arena_;
     std::vector<TRowId> order_;
     std::vector<std::uint32_t> places_;
 };

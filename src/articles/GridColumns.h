@@ -16,9 +16,9 @@ struct TGridColumn {
 namespace detail {
 
 // Widths that nothing else asks for: by what the field holds.
-inline constexpr int kNumberWidth = 76;
-inline constexpr int kPriceWidth = 96;
-inline constexpr int kFlagWidth = 72;
+inline constexpr int kNumberWidth = 88;
+inline constexpr int kPriceWidth = 118;
+inline constexpr int kFlagWidth = 84;
 inline constexpr int kTextWidth = 124;
 
 }  // namespace detail

@@ -6,8 +6,6 @@
 namespace tolvane {
 namespace {
 
-constexpr unsigned kBlockBits = 16;
-constexpr std::uint32_t kOffsetMask = 0xFFFF;
 constexpr std::size_t kMostBlocks = 0x10000;
 
 // FNV-1a.
@@ -45,12 +43,6 @@ TTextArena::TPosition TTextArena::Add(std::string_view text) {
     block.push_back(static_cast<char>(static_cast<unsigned char>(text.size())));
     block.insert(block.end(), text.begin(), text.end());
     return position;
-}
-
-std::string_view TTextArena::Text(TPosition position) const {
-    if (position == 0) return {};
-    const char* const at = blocks_[position >> kBlockBits].data() + (position & kOffsetMask);
-    return {at + 1, static_cast<unsigned char>(*at)};
 }
 
 void TTextArena::Clear() {

@@ -20,12 +20,18 @@ public:
     // the positions are used up (4 GiB of text).
     TPosition Store(std::string_view text);
     // Valid until Clear. `position` comes from Store.
-    std::string_view Text(TPosition position) const;
+    std::string_view Text(TPosition position) const {
+        if (position == 0) return {};
+        const char* const at = blocks_[position >> kBlockBits].data() + (position & kOffsetMask);
+        return {at + 1, static_cast<unsigned char>(*at)};
+    }
     void Clear();
     std::size_t MemoryUsed() const;
 
 private:
-    static constexpr std::size_t kBlockSize = 0x10000;
+    static constexpr unsigned kBlockBits = 16;
+    static constexpr std::size_t kBlockSize = std::size_t{1} << kBlockBits;
+    static constexpr TPosition kOffsetMask = kBlockSize - 1;
     static constexpr std::size_t kRecent = 4096;
 
     TPosition Add(std::string_view text);

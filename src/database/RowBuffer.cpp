@@ -148,7 +148,7 @@ TColumnValue TRowBuffer::Value(std::size_t row, std::size_t column) const {
             break;
         }
         case TValueKind::Boolean:
-            value.integer = *at;
+            value.integer = *at != 0 ? 1 : 0;
             break;
         case TValueKind::Time:
             value.ticks = Get<std::uint32_t>(at);
