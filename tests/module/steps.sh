@@ -31,6 +31,7 @@ module_test() {
         TOLVANE_FB_FOLDER=$MODULE_DATABASES TOLVANE_SCREENSHOTS=$MODULE_SHOTS \
         wine_run "$program/test_module.exe" "$@"
     for bitmap in "$MODULE_SHOTS"/*.bmp; do
+        [ -e "$bitmap" ] || continue
         convert "$bitmap" "${bitmap%.bmp}.png"
         rm -f "$bitmap"
     done
