@@ -31,6 +31,8 @@ struct TCursor {
             status.Check();
         }
         reader.Bind();
+        if (reader.Count() == 0)
+            throw TDatabaseError(std::string("Заявката не връща данни"_cp1251));
         rows = TRowBuffer(reader.Types());
         functions.execute(status, &transaction.handle, statement.Handle(), SQLDA_VERSION1, nullptr);
         status.Check();
@@ -65,8 +67,6 @@ void TQuery::SetText(std::string text) {
 void TQuery::Open() {
     Close();
     auto cursor = std::make_unique<TCursor>(*transaction_, text_);
-    if (cursor->reader.Count() == 0)
-        throw TDatabaseError(std::string("Заявката не връща данни"_cp1251));
     cursor->Fetch(*transaction_);
     cursor_ = std::move(cursor);
 }

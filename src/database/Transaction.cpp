@@ -47,6 +47,8 @@ bool TTransaction::IsActive() const noexcept {
 
 void TTransaction::Start() {
     Require(IsActive(), false);
+    if (state_->database == nullptr)
+        throw TDatabaseError(std::string("Няма връзка с базата данни"_cp1251));
     TTransactionBlock block{state_->database, static_cast<int>(kParameters.size()),
                             kParameters.data()};
     TStatus status(state_->functions);

@@ -12,8 +12,8 @@ struct TTransactionState;
 // is an error at once instead of a wait. One thread.
 class TTransaction {
 public:
-    // `database` points to the connection's handle cell (isc_db_handle). Both arguments must
-    // outlive this object.
+    // `database` points to the connection's handle cell (isc_db_handle); Start fails when it is
+    // null. Both arguments must outlive this object.
     TTransaction(const TClientLibrary& library, void* database);
     TTransaction(TTransaction&&) noexcept;
     // What was active in the target is rolled back.

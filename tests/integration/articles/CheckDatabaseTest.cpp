@@ -73,6 +73,13 @@ TEST_F(CheckDatabaseTest, AMissingTableIsReported) {
     EXPECT_NE(error.find("SUPPLIES_PLUCONTROL"), std::string::npos) << error;
 }
 
+TEST_F(CheckDatabaseTest, ALostConnectionIsReported) {
+    const std::string id = database_->Host().Ask("select current_connection from RDB$DATABASE");
+    database_->Attach()->Run("delete from MON$ATTACHMENTS where MON$ATTACHMENT_ID = " + id);
+    const std::string error = ErrorOfCheck();
+    EXPECT_TRUE(error.starts_with("error [FCheckDB failed]: connection shutdown")) << error;
+}
+
 TEST_F(CheckDatabaseTest, ATableThatAnotherUserIsWritingToIsReportedAtOnce) {
     auto other = database_->Attach();
     TTransaction writing(Library(), other->Handle());

@@ -243,7 +243,7 @@ TEST_F(QueryTest, ItCanBeClosedAfterItsTransactionHasEnded) {
     EXPECT_FALSE(query_->IsOpen());
 }
 
-TEST_F(QueryTest, AStatementWithoutRowsCannotBeOpened) {
+TEST_F(QueryTest, AStatementWithoutRowsCannotBeOpenedAndIsNotRun) {
     EXPECT_EQ(ErrorOf("insert into EVERY_TYPE (A_CHAR) values ('x')"), "Заявката не връща данни");
 }
 

@@ -95,6 +95,12 @@ TEST_F(TransactionTest, StartTwiceAndEndWithoutStartAreErrors) {
     EXPECT_EQ(Active(), "1");
 }
 
+TEST_F(TransactionTest, WithoutAHandleCellStartIsAnError) {
+    TTransaction transaction(Library(), nullptr);
+    EXPECT_THROW(transaction.Start(), TDatabaseError);
+    EXPECT_FALSE(transaction.IsActive());
+}
+
 TEST_F(TransactionTest, AFailedCommitLeavesItActive) {
     // Building a unique index over repeated values fails when it is committed or before.
     database_.Host().Run("insert into T values (1)");
