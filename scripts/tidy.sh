@@ -67,8 +67,8 @@ fingerprints() { # writes "hash<TAB>source" per file
 }
 
 cd "$ROOT"
-arguments=()
-[[ $preset == windows ]] && mapfile -t arguments < <(cross_arguments)
+arguments=(--extra-arg=-DTOLVANE_CLANG_TIDY)
+[[ $preset == windows ]] && mapfile -t -O 1 arguments < <(cross_arguments)
 
 todo=$tree/tidy-todo
 : >"$todo"
@@ -86,7 +86,8 @@ check_one() {
     if out=$(clang-tidy -p "$tree" --quiet "$@" "$source" 2>&1); then
         touch "$passed/$hash"
     else
-        printf '%s\n' "$out" | grep -vE '^[0-9]+ warnings? (generated|treated)|^Suppressed|^Use -header-filter'
+        printf '%s\n' "$out" | head -n 40 |
+            grep -vE '^[0-9]+ warnings? (generated|treated)|^Suppressed|^Use -header-filter'
         return 1
     fi
 }
