@@ -13,7 +13,7 @@ void TStatement::Free() noexcept {
     // Its failure, after a lost connection, leaves nothing that could be freed.
     TStatus status(*functions_);
     functions_->freeStatement(status, &handle_, DSQL_drop);
-    handle_ = 0;
+    handle_ = {};
 }
 
 TBlob::TBlob(TTransactionState& transaction, ISC_QUAD id) : functions_(transaction.functions) {

@@ -68,7 +68,7 @@ void TTransaction::Rollback() {
     TStatus status(state_->functions);
     state_->functions.rollbackTransaction(status, &state_->handle);
     // A transaction that cannot even be rolled back is gone with its connection.
-    state_->handle = 0;
+    state_->handle = {};
     status.Check();
 }
 

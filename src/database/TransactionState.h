@@ -9,7 +9,7 @@ namespace tolvane {
 struct TTransactionState {
     const TClientFunctions& functions;
     isc_db_handle* database;
-    isc_tr_handle handle = 0;
+    isc_tr_handle handle{};
 
     TTransactionState(const TClientFunctions& table, isc_db_handle* cell)
         : functions(table), database(cell) {}
