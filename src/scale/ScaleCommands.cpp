@@ -34,7 +34,7 @@ std::string SixDigits(double value, int decimals) {
     const int integerDigits = static_cast<int>(kDigits) - decimals;
     if (std::isfinite(value)) {
         std::string text = FormatFixed(value, integerDigits, decimals, '.');
-        if (text.size() == kDigits + 1 && text[0] != '-')
+        if (text.size() == kDigits + 1)
             return text.erase(static_cast<std::size_t>(integerDigits), 1);
         throw std::runtime_error(FormatNumber(value, '.') + " does not fit in six digits.");
     }

@@ -133,6 +133,18 @@ TEST_P(ChannelContractTest, ReadAnswer_AnEndByteBeforeAnyStartByteFailsAtOnceWit
     EXPECT_EQ(link->clock.Passed(), TMilliseconds(0));
 }
 
+TEST_P(ChannelContractTest, ReadAnswer_AfterAWrongAnswerOnlyASerialLineStillHasTheRest) {
+    link->PeerSends({0x55, 0x03, 0x02, 0x41, 0x03});
+    EXPECT_EQ(Read(), kReadWrongAnswer);
+    if (link->keepsBytesAfterTheEnd) {
+        EXPECT_EQ(Read(), kReadOk);
+        EXPECT_EQ(reply, (TCmdBuffer{0x02, 0x41, 0x03}));
+    } else {
+        HurryClock();
+        EXPECT_EQ(Read(), kReadTimeout);
+    }
+}
+
 TEST_P(ChannelContractTest, ReadAnswer_WithoutAnEndByteCollectsUntilTheDeadline) {
     link->clock.perLook = TMilliseconds(100);
     SendsDuringTheRead({{0x02, 0x41, 0x03}, {0x03}});

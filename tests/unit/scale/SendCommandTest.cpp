@@ -139,9 +139,11 @@ TEST_F(SendCommandTest, ALostLinkAndAnyOtherFailureAreNotRepeated) {
 
 TEST_F(SendCommandTest, AFailedSendIsReportedWithTheChannelsWords) {
     channel->script = {SendFailure("no wire")};
+    data = {0x41};
     EXPECT_FALSE(Send());
     EXPECT_EQ(scale->LastError, "[SendData]no wire");
     EXPECT_TRUE(channel->reads.empty());
+    EXPECT_TRUE(data.empty());
 }
 
 TEST_F(SendCommandTest, AFailedSendOfARepeatIsReported) {
