@@ -172,4 +172,15 @@ TEST(EmptyDatabase, OpensAnEmptyListWithoutAnyMessage) {
     EXPECT_EQ(session.Completions(), 1);
 }
 
+// An empty load leaves its transaction open; a host that ends may close its connection first.
+TEST(EmptyDatabase, FrameThatGoesAfterTheConnectionIsSilent) {
+    TSession session("bare.fdb");
+    const TBoxAnswerer answerer;
+    session.Start();
+    session.connection.ShutDown();
+    DestroyWindow(session.host.Frame());
+    RunLoopDry();
+    EXPECT_TRUE(answerer.Seen().empty());
+}
+
 }  // namespace tolvane::test

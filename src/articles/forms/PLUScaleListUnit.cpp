@@ -144,9 +144,19 @@ void TElicomPluScaleListForm::CloseAtOnce() {
 }
 
 void TElicomPluScaleListForm::OnClose() {
+    try {
+        if (database_) {
+            database_->query.Close();
+            if (database_->transaction.IsActive()) database_->transaction.Commit();
+        }
+    } catch (const std::exception& error) {
+        ShowError(error.what());
+    }
     EndWork();
 }
 
+// A window that goes with the host's main window leaves the transaction to be rolled back: the host
+// may have closed its connection already.
 void TElicomPluScaleListForm::OnDestroy() {
     EndWork();
     // A load that still runs uses the wait window; it goes with this object then.
@@ -154,14 +164,9 @@ void TElicomPluScaleListForm::OnDestroy() {
     if (services_.ended) services_.ended();
 }
 
-// Once, whether the window was closed or went with the host's main window.
 void TElicomPluScaleListForm::EndWork() {
     if (std::exchange(ended_, true)) return;
     try {
-        if (database_ && !loading_) {
-            database_->query.Close();
-            if (database_->transaction.IsActive()) database_->transaction.Commit();
-        }
         SaveScales();
     } catch (const std::exception& error) {
         ShowError(error.what());

@@ -128,6 +128,7 @@ private:
     void ShowSortMark();
     void DropMenu(HMENU menu, std::string_view button);
     TField FieldOfColumn(std::size_t column) const;
+    // Saves the scale table, once, however the window ends.
     void EndWork();
 
     TListServices services_;
