@@ -38,8 +38,11 @@ enum class TControlKind {
     Memo,       // multi-line, read-only, vertical scroll bar
     ComboList,  // drop-down list without an edit line; height is that of the opened list
     CheckList,  // see CheckList.h
+    ListBox,    // its notifications come to OnCommand when it has no action
     ListView,   // report mode
     Progress,
+    UpDown,  // the arrows of the edit line that was added before it
+    Tabs,
     VerticalLine,  // sunken separator
     HorizontalLine,
     SunkenPanel,     // a bar's border
@@ -53,7 +56,7 @@ struct TControlOptions {
     std::string_view text;       // code page 1251
     TPlace place;                // at 96 dots per inch
     DWORD style = 0;             // added to the kind's own style
-    // Buttons: the click. Combo lists: another item was chosen by the user.
+    // Buttons: the click. Combo lists and list boxes: another item was chosen by the user.
     std::function<void()> action;
     // IDOK makes the default button (Enter), IDCANCEL the cancel button (Esc); 0 gives a number.
     int id = 0;

@@ -63,7 +63,8 @@ int CommonControlsVersion() noexcept {
 void InitCommonControlClasses() noexcept {
     const TVisualStyleScope style;
     INITCOMMONCONTROLSEX classes{sizeof classes, ICC_LISTVIEW_CLASSES | ICC_PROGRESS_CLASS |
-                                                     ICC_BAR_CLASSES | ICC_STANDARD_CLASSES};
+                                                     ICC_BAR_CLASSES | ICC_STANDARD_CLASSES |
+                                                     ICC_TAB_CLASSES | ICC_UPDOWN_CLASS};
     InitCommonControlsEx(&classes);
 }
 

@@ -13,9 +13,9 @@
 #include "upload/RunSettings.h"
 #include "upload/RunView.h"
 #include "upload/ScaleRun.h"
-#include "upload/forms/RunWorker.h"
 #include "upload/forms/SetPluUnit.h"
 #include "window/Form.h"
+#include "window/RunWorker.h"
 
 namespace tolvane {
 

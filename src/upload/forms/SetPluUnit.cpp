@@ -1,8 +1,8 @@
 #include "upload/forms/SetPluUnit.h"
 
 #include "upload/RunKind.h"
-#include "upload/forms/OwnerWatch.h"
 #include "upload/forms/SetPluForm.h"
+#include "window/OwnerWatch.h"
 
 namespace tolvane {
 

@@ -1,4 +1,4 @@
-#include "upload/forms/RunWorker.h"
+#include "window/RunWorker.h"
 
 #include <stdexcept>
 #include <utility>

@@ -1,4 +1,4 @@
-#include "upload/forms/OwnerWatch.h"
+#include "window/OwnerWatch.h"
 
 #include <commctrl.h>
 
