@@ -1,0 +1,83 @@
+#include "comm/DeviceDiscovery.h"
+
+#include <algorithm>
+#include <unordered_set>
+
+namespace tolvane {
+namespace {
+
+constexpr TMilliseconds kProbeTime{1000};
+constexpr TMilliseconds kSlice{100};
+
+constexpr std::array<std::uint8_t, 1> kCharacter = {'X'};
+constexpr std::array<std::uint8_t, 4> kFind = {'F', 'I', 'N', 'D'};
+// Sixteen zero bytes follow the four.
+constexpr std::array<std::uint8_t, 20> kConverter = {0x43, 0x21, 0x30, 0x39};
+
+struct TProbe {
+    std::span<const std::uint8_t> request;
+    std::uint16_t localPort;
+    TDeviceKind kind;
+};
+
+// What one probe has found, in the order of the answers.
+class TAnswers {
+public:
+    explicit TAnswers(TDeviceKind kind) : kind_(kind) {}
+
+    void Add(const TProbeSocket::TDatagram& datagram) {
+        if (datagram.size == 0 || datagram.sender.empty()) return;
+        if (seen_.insert(datagram.sender).second) found_.push_back({datagram.sender, kind_});
+    }
+    const std::vector<TFoundDevice>& Found() const { return found_; }
+
+private:
+    TDeviceKind kind_;
+    std::unordered_set<std::string> seen_;
+    std::vector<TFoundDevice> found_;
+};
+
+struct TSearch {
+    TClock& clock;
+    const std::atomic<bool>& stop;
+    const TDiscoveryTarget& target;
+    const TProbeSocketFactory& makeSocket;
+
+    void Run(const TProbe& probe, std::uint16_t port, TAnswers& answers) const {
+        const auto socket = makeSocket();
+        socket->Open(probe.localPort);
+        socket->Broadcast(probe.request, target.address, port);
+        const TTimePoint deadline = clock.Now() + kProbeTime;
+        for (TTimePoint now = clock.Now(); now < deadline && !stop; now = clock.Now()) {
+            const auto left = std::chrono::ceil<TMilliseconds>(deadline - now);
+            if (const auto datagram = socket->Receive(std::min(left, kSlice)))
+                answers.Add(*datagram);
+        }
+    }
+};
+
+}  // namespace
+
+std::vector<TFoundDevice> FindDevices(TClock& clock, const std::atomic<bool>& stop,
+                                      const TDiscoveryTarget& target,
+                                      const TProbeSocketFactory& makeSocket) {
+    const std::array<TProbe, 3> probes = {
+        TProbe{kCharacter, 0, TDeviceKind::UdpModule},
+        TProbe{kFind, target.findLocalPort, TDeviceKind::UdpModule},
+        TProbe{kConverter, 0, TDeviceKind::TcpModule},
+    };
+    const TSearch search{clock, stop, target, makeSocket};
+    std::vector<TFoundDevice> found;
+    for (std::size_t i = 0; i < probes.size() && !stop; ++i) {
+        TAnswers answers(probes[i].kind);
+        try {
+            search.Run(probes[i], target.ports[i], answers);
+        } catch (const std::exception&) {
+            // The probe ends; what it has found so far counts.
+        }
+        found.insert(found.end(), answers.Found().begin(), answers.Found().end());
+    }
+    return found;
+}
+
+}  // namespace tolvane

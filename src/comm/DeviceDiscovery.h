@@ -1,0 +1,65 @@
+#pragma once
+
+#include <array>
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "comm/Clock.h"
+
+namespace tolvane {
+
+enum class TDeviceKind : std::uint8_t {
+    UdpModule = 1,
+    TcpModule = 2,
+};
+
+struct TFoundDevice {
+    std::string address;  // dotted IPv4
+    TDeviceKind kind = TDeviceKind::UdpModule;
+
+    bool operator==(const TFoundDevice&) const = default;
+};
+
+// Where the probes go; the defaults are those of real modules.
+struct TDiscoveryTarget {
+    std::string address = "255.255.255.255";
+    std::array<std::uint16_t, 3> ports = {65535, 1460, 36};
+    std::uint16_t findLocalPort = 5001;  // the second probe is sent from it
+};
+
+// One probe's socket. Failures are exceptions, which end that probe.
+class TProbeSocket {
+public:
+    struct TDatagram {
+        std::string sender;  // dotted IPv4; empty when it is not known
+        std::size_t size = 0;
+    };
+
+    virtual ~TProbeSocket() = default;
+    // Local port 0: any.
+    virtual void Open(std::uint16_t localPort) = 0;
+    virtual void Broadcast(std::span<const std::uint8_t> request, const std::string& address,
+                           std::uint16_t port) = 0;
+    // Nothing when no datagram came within the limit.
+    virtual std::optional<TDatagram> Receive(TMilliseconds limit) = 0;
+};
+
+using TProbeSocketFactory = std::function<std::unique_ptr<TProbeSocket>()>;
+
+// A UDP socket of the system.
+std::unique_ptr<TProbeSocket> MakeProbeSocket();
+
+// Sends the three probes one after the other and collects for a second each who answers; an address
+// is listed once per probe. What fails in a probe ends that probe alone. After `stop` it returns
+// within a tenth of a second with what it has. Any thread; throws nothing but std::bad_alloc.
+std::vector<TFoundDevice> FindDevices(TClock& clock, const std::atomic<bool>& stop,
+                                      const TDiscoveryTarget& target = {},
+                                      const TProbeSocketFactory& makeSocket = &MakeProbeSocket);
+
+}  // namespace tolvane
