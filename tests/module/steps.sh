@@ -27,9 +27,10 @@ module_test() {
     wine_regional "$codepage" "$separator"
     mkdir -p "$MODULE_SHOTS"
     rm -f "$program/Operations/Tolvane.ini"
+    wine_session
     TOLVANE_FB_SERVER=127.0.0.1/$(firebird_port) TOLVANE_FB_PASSWORD=$FIREBIRD_PASSWORD \
         TOLVANE_FB_FOLDER=$MODULE_DATABASES TOLVANE_SCREENSHOTS=$MODULE_SHOTS \
-        wine_run "$program/test_module.exe" "$@"
+        wine_command timeout 600 wine "$program/test_module.exe" "$@"
     for bitmap in "$MODULE_SHOTS"/*.bmp; do
         [ -e "$bitmap" ] || continue
         convert "$bitmap" "${bitmap%.bmp}.png"
