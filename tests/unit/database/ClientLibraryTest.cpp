@@ -10,6 +10,16 @@
 namespace tolvane {
 namespace {
 
+// What this system looks for without a name, and a library of its own that every program has
+// loaded.
+#ifdef _WIN32
+constexpr const char* kUsualNames = "fbclient.dll, gds32.dll";
+constexpr const char* kOtherLibrary = "kernel32.dll";
+#else
+constexpr const char* kUsualNames = "libfbclient.so.2";
+constexpr const char* kOtherLibrary = "libc.so.6";
+#endif
+
 std::string ErrorOf(const char* name) {
     try {
         const TClientLibrary library(name);
@@ -27,12 +37,12 @@ TEST(ClientLibrary, ALibraryThatIsNotLoadedIsNamed) {
 TEST(ClientLibrary, WithoutANameTheUsualOnesAreNamedWhenNoneIsLoaded) {
     // This program is not linked with a client library.
     EXPECT_EQ(ErrorOf(nullptr),
-              "Клиентската библиотека на базата данни не е заредена: libfbclient.so.2");
+              std::string("Клиентската библиотека на базата данни не е заредена: ") + kUsualNames);
 }
 
 TEST(ClientLibrary, ALibraryWithoutItsFunctionsIsNamedWithTheFirstMissingOne) {
-    EXPECT_EQ(ErrorOf("libc.so.6"),
-              "В клиентската библиотека libc.so.6 липсва функцията isc_start_multiple");
+    EXPECT_EQ(ErrorOf(kOtherLibrary), std::string("В клиентската библиотека ") + kOtherLibrary +
+                                          " липсва функцията isc_start_multiple");
 }
 
 TEST(ClientLibrary, IsNotLoadedByBinding) {
