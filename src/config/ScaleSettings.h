@@ -1,0 +1,94 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <span>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "config/TypesUnit.h"
+#include "text/Cp1251.h"
+
+namespace tolvane {
+
+// The choices of the connection dialog, in the order of their lists.
+inline constexpr std::array<std::string_view, 3> kScaleTypeNames = {"ELICOM EVL/EEP", "ELICOM ETS",
+                                                                    "ELICOM SI/S300"};
+inline constexpr std::array<std::string_view, 3> kEncodingNames = {"WIN-1252", "PC-855 (DOS CYR)",
+                                                                   "PC-866 (RUS CYR)"};
+inline constexpr std::array<std::string_view, 5> kBaudRateNames = {
+    "9600 bps", "19200 bps", "38400 bps", "57600 bps", "115200 bps"};
+
+inline constexpr std::int32_t kLowestScaleNumber = 1;
+inline constexpr std::int32_t kHighestScaleNumber = 60;
+inline constexpr std::int32_t kHighestScaleAddress = 255;
+
+enum class TTransport : std::uint8_t { Serial = kCommSerial, Tcp = kCommTcp, Udp = kCommUdp };
+
+// What the connection dialog shows and the user changes. Choices are indexes, -1 when nothing is
+// chosen.
+struct TScaleSettings {
+    std::int32_t number = kLowestScaleNumber;
+    std::int32_t numberBefore = 0;  // the scale's number when the dialog was opened
+    std::string name;
+    int type = 0;
+    int encoding = 2;
+    TTransport transport = TTransport::Serial;
+    std::int32_t scaleAddress = 0;
+    std::vector<std::string> serialPorts;
+    int serialPort = -1;
+    int baudRate = 0;
+    std::string ipAddress;  // dots, with or without the blanks of the address field
+    std::string port;
+};
+
+// Which controls a transport needs.
+struct TTransportRules {
+    bool serialControls;  // address, port list with its button, speed
+    bool ipControls;      // address, search
+    bool portField;
+    std::string_view portText;  // what a switch to the transport puts into the port field
+};
+TTransportRules RulesOf(TTransport transport);
+
+enum class TSettingsField { None, Number, Port, IpAddress, SerialPort };
+
+// The first thing that is wrong with the settings; text is empty when nothing is.
+struct TSettingsFault {
+    TSettingsField field = TSettingsField::None;
+    bool isError = false;  // else a warning
+    std::string_view text;
+};
+
+// Checks the settings in the dialog's order; `listed` are the numbers of all scales in the list,
+// the edited one's included. A good address is rewritten without leading zeros and blanks.
+TSettingsFault CheckSettings(TScaleSettings& settings, std::span<const std::int32_t> listed);
+
+// A text of a dialog that should be a number is none; the message names it.
+class TConversionError : public std::runtime_error {
+public:
+    explicit TConversionError(std::string_view text);
+};
+
+// The value of a spin edit's text: its lower limit when it is no integer. Values outside the limits
+// are brought to the nearest one, but zero stays zero.
+std::int32_t SpinValue(std::string_view text, std::int32_t lowest, std::int32_t highest);
+
+// The dialog of a scale to be added.
+TScaleSettings SettingsOfNewScale(std::vector<std::string> serialPorts);
+// The dialog of a listed scale; `serialPorts` are taken for a serial one.
+TScaleSettings SettingsOf(const TScaleRec& rec, std::vector<std::string> serialPorts);
+
+// The scale that the confirmed settings describe, checked for runs, with a default name when it has
+// none. Throws TConversionError.
+TScaleRec NewScale(const TScaleSettings& settings);
+// Brings confirmed settings into a listed scale. What has no choice stays as it was. Throws
+// TConversionError, and leaves the scale as it was then.
+void ApplySettings(const TScaleSettings& settings, TScaleRec& rec);
+
+// "(EVL) - 192.168.1.10 (3)"; empty for a type that is none.
+std::string DefaultScaleName(const TScaleRec& rec);
+
+}  // namespace tolvane
