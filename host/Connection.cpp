@@ -1,9 +1,9 @@
 #include "host/Connection.h"
 
-#include <algorithm>
 #include <array>
 #include <initializer_list>
 #include <string_view>
+#include <vector>
 
 #include "text/Cp1251.h"
 #include "window/WideText.h"
@@ -57,43 +57,75 @@ std::string Joined(std::initializer_list<std::string_view> parts) {
     return text;
 }
 
-}  // namespace
-
-void TConnection::LoadClient(const std::string& library) {
-    const std::initializer_list<std::string> usual = {"fbclient.dll", "gds32.dll"};
-    const std::initializer_list<std::string> given = {library};
-    for (const std::string& name : library.empty() ? usual : given) {
-        client_ = LoadLibraryW(Wide(name).c_str());
-        if (client_ == nullptr) continue;
-        library_ = name;
-        return;
+std::string LoadFailure(DWORD error) {
+    switch (error) {
+        case ERROR_MOD_NOT_FOUND:
+            return std::string("не е намерена"_cp1251);
+        case ERROR_BAD_EXE_FORMAT:
+            return std::string("не е 32-битова библиотека"_cp1251);
+        case ERROR_PROC_NOT_FOUND:
+            return std::string("не е клиент на Firebird или InterBase"_cp1251);
+        default:
+            return SystemErrorText(error);
     }
-    throw TConnectionError(Joined(
-        {"Клиентската библиотека на Firebird не може да бъде заредена ("_cp1251,
-         library.empty() ? std::string_view("fbclient.dll, gds32.dll") : std::string_view(library),
-         ").\r\nИнсталирайте 32-битов клиент на Firebird или посочете файла с ключа ClientLibrary в TradeHost.ini."_cp1251}));
 }
 
-void TConnection::Open(const THostSettings& settings) {
+}  // namespace
+
+bool TConnection::TryClient(const std::filesystem::path& file) {
+    // The libraries that a client needs lie beside it, not beside this program.
+    const DWORD flags = file.is_absolute() ? LOAD_WITH_ALTERED_SEARCH_PATH : 0;
+    const HMODULE library = LoadLibraryExW(file.c_str(), nullptr, flags);
+    if (library == nullptr) return false;
+    if (Find<TAttachDatabase>(library, "isc_attach_database") == nullptr) {
+        FreeLibrary(library);
+        SetLastError(ERROR_PROC_NOT_FOUND);
+        return false;
+    }
+    client_ = library;
+    library_ = Narrow(file.wstring());
+    return true;
+}
+
+void TConnection::LoadClient(const std::string& wanted, const std::filesystem::path& folder) {
+    if (client_ != nullptr && wanted_ == wanted) return;
+    std::vector<std::string> names = {wanted};
+    if (wanted.empty()) names = {"fbclient.dll", "gds32.dll"};
+    std::string reasons;
+    for (const std::string& name : names) {
+        std::filesystem::path file(Wide(name));
+        if (file.has_parent_path() && !file.is_absolute()) file = folder / file;
+        if (TryClient(file)) {
+            wanted_ = wanted;
+            return;
+        }
+        reasons += Joined({"\r\n", name, ": ", LoadFailure(GetLastError())});
+    }
+    throw TConnectionError(Joined(
+        {"Клиентската библиотека на Firebird не може да бъде заредена:"_cp1251, reasons,
+         "\r\n\r\nИнсталирайте 32-битов клиент на Firebird или посочете файла му с ключа ClientLibrary в секция [Database] на TradeHost.ini. После изберете \"Връзка с базата\", \"Свързване\"."_cp1251}));
+}
+
+void TConnection::Open(const THostSettings& settings, const std::filesystem::path& folder) {
     Close();
     if (settings.database.empty())
         throw TConnectionError(std::string(
-            "Не е зададена база данни.\r\nПопълнете ключа Database в секция [Database] на файла TradeHost.ini до програмата, например:\r\nDatabase=127.0.0.1/3050:C:\\Shop\\SHOP.FDB"_cp1251));
-    if (client_ == nullptr) LoadClient(settings.clientLibrary);
+            "Не е зададена база данни.\r\n\r\nПопълнете ключа Database в секция [Database] на файла TradeHost.ini до програмата, например:\r\nDatabase=127.0.0.1/3050:C:\\Shop\\SHOP.FDB\r\nПосле изберете \"Връзка с базата\", \"Свързване\"."_cp1251));
+    LoadClient(settings.clientLibrary, folder);
+    Attach(settings);
+    database_ = settings.database;
+}
+
+void TConnection::Attach(const THostSettings& settings) {
     const auto attach = Find<TAttachDatabase>(client_, "isc_attach_database");
-    if (attach == nullptr)
-        throw TConnectionError(
-            Joined({"Файлът "_cp1251, library_,
-                    " не е клиентска библиотека на Firebird или InterBase."_cp1251}));
     const std::string block = ParameterBlock(settings);
     attach(status_, static_cast<short>(settings.database.size()), settings.database.c_str(),
            &handle_, static_cast<short>(block.size()), block.data());
-    if (status_[0] == 1 && status_[1] != 0) {
-        handle_ = 0;
-        throw TConnectionError(Joined(
-            {"Няма връзка с базата данни "_cp1251, settings.database, ":\r\n", ErrorText(),
-             "\r\nПроверете дали сървърът работи и дали адресът, потребителят и паролата в TradeHost.ini са верни."_cp1251}));
-    }
+    if (status_[0] != 1 || status_[1] == 0) return;
+    handle_ = 0;
+    throw TConnectionError(Joined(
+        {"Няма връзка с базата данни "_cp1251, settings.database, ":\r\n", ErrorText(),
+         "\r\n\r\nПроверете дали сървърът работи и дали адресът, потребителят и паролата в TradeHost.ini са верни. После изберете \"Връзка с базата\", \"Свързване\"."_cp1251}));
 }
 
 void TConnection::Close() noexcept {
@@ -101,6 +133,7 @@ void TConnection::Close() noexcept {
     const auto detach = Find<TDetachDatabase>(client_, "isc_detach_database");
     if (detach != nullptr) detach(status_, &handle_);
     handle_ = 0;
+    database_.clear();
 }
 
 std::string TConnection::ErrorText() const {

@@ -3,6 +3,8 @@
 #include <windows.h>
 
 #include <cstdint>
+#include <filesystem>
+#include <optional>
 #include <stdexcept>
 #include <string>
 
@@ -16,8 +18,8 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-// The host's connection to its database, character set WIN1251. One object per connection; the
-// client library stays loaded for as long as the program runs, because modules use it as well.
+// The host's connection to its database, character set WIN1251, dialect 3. One object per program;
+// a client library stays loaded for as long as the program runs, because modules use it as well.
 class TConnection {
 public:
     TConnection() = default;
@@ -25,22 +27,29 @@ public:
     TConnection& operator=(const TConnection&) = delete;
     ~TConnection() { Close(); }
 
-    // Throws TConnectionError. An open connection is closed first.
-    void Open(const THostSettings& settings);
+    // Throws TConnectionError. An open connection is closed first. `folder`: where a client library
+    // lies that is told by a path that is not a full one.
+    void Open(const THostSettings& settings, const std::filesystem::path& folder);
     void Close() noexcept;
     bool IsOpen() const noexcept { return handle_ != 0; }
+    // server/port:path of the open connection; empty when there is none.
+    const std::string& Database() const noexcept { return database_; }
 
     // The attachment handle's cell, and the library's name as a module finds it.
     void* HandleCell() noexcept { return &handle_; }
     const char* ClientLibrary() const noexcept { return library_.c_str(); }
 
 private:
-    void LoadClient(const std::string& library);
+    void LoadClient(const std::string& wanted, const std::filesystem::path& folder);
+    bool TryClient(const std::filesystem::path& file);
+    void Attach(const THostSettings& settings);
     std::string ErrorText() const;
 
     HMODULE client_ = nullptr;
+    std::optional<std::string> wanted_;  // by what setting client_ was loaded
     std::string library_;
     std::uint32_t handle_ = 0;
+    std::string database_;
     std::intptr_t status_[20] = {};
 };
 

@@ -11,12 +11,12 @@ namespace tolvane::host {
 struct TGridColumn {
     int subItem = 0;
     int width = 0;  // pixels
-    bool alignsRight = false;
+    UINT align = DT_LEFT;
     std::wstring title;
 };
 
 // Reads a list view in report mode with ordinary messages: its columns in the order in which they
-// are shown, and its texts.
+// are shown, and its texts. Anything that is no list view has no columns and no rows.
 class TGridReader {
 public:
     explicit TGridReader(HWND grid);
@@ -26,6 +26,8 @@ public:
     std::wstring Text(std::size_t row, std::size_t column) const;
 
 private:
+    void ReadColumn(int index);
+
     HWND grid_;
     std::vector<TGridColumn> columns_;
 };

@@ -29,6 +29,29 @@ std::string TextOf(const char* characters) {
     return {characters, static_cast<std::size_t>(std::max(length, 0))};
 }
 
+std::string LoadFailure(DWORD error) {
+    switch (error) {
+        case ERROR_BAD_EXE_FORMAT:
+            return std::string("не е 32-битова библиотека за Windows"_cp1251);
+        case ERROR_MOD_NOT_FOUND:
+            return std::string("липсва библиотека, от която се нуждае"_cp1251);
+        default:
+            return SystemErrorText(error);
+    }
+}
+
+std::vector<std::filesystem::path> LibrariesIn(const std::filesystem::path& folder) {
+    std::vector<std::filesystem::path> files;
+    std::error_code error;
+    std::filesystem::directory_iterator at(folder, error);
+    for (; !error && at != std::filesystem::directory_iterator(); at.increment(error)) {
+        if (EqualIgnoringCase(Narrow(at->path().extension().wstring()), ".dll"))
+            files.push_back(at->path());
+    }
+    std::sort(files.begin(), files.end());
+    return files;
+}
+
 std::string AskText(void(TOLVANE_STDCALL* function)(const char**)) {
     const char* text = nullptr;
     function(&text);
@@ -47,9 +70,10 @@ const char* ModuleString() {
 
 }  // namespace
 
-TOperationModule::TOperationModule(const std::filesystem::path& file)
-    : library_(LoadLibraryW(file.c_str())) {
-    if (library_ == nullptr) throw std::runtime_error(SystemErrorText(GetLastError()));
+TOperationModule::TOperationModule(const std::filesystem::path& file, std::int32_t number)
+    : library_(LoadLibraryExW(file.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH)),
+      number_(number) {
+    if (library_ == nullptr) throw std::runtime_error(LoadFailure(GetLastError()));
     try {
         const auto askTitle = Export<TGetOperationTitle>(library_, "GetOperationTitle");
         const auto askType = Export<TGetOperationType>(library_, "GetOperationType");
@@ -59,7 +83,7 @@ TOperationModule::TOperationModule(const std::filesystem::path& file)
         if (type != "Operation")
             throw std::runtime_error(std::string("видът на модула е \""_cp1251) + type + "\"");
         title_ = AskText(askTitle);
-        setString(ModuleString(), 0);
+        setString(ModuleString(), number);
     } catch (...) {
         Free();
         throw;
@@ -69,6 +93,7 @@ TOperationModule::TOperationModule(const std::filesystem::path& file)
 TOperationModule::TOperationModule(TOperationModule&& other) noexcept
     : library_(std::exchange(other.library_, nullptr)),
       procedure_(other.procedure_),
+      number_(other.number_),
       title_(std::move(other.title_)) {}
 
 TOperationModule& TOperationModule::operator=(TOperationModule&& other) noexcept {
@@ -76,6 +101,7 @@ TOperationModule& TOperationModule::operator=(TOperationModule&& other) noexcept
     Free();
     library_ = std::exchange(other.library_, nullptr);
     procedure_ = other.procedure_;
+    number_ = other.number_;
     title_ = std::move(other.title_);
     return *this;
 }
@@ -88,23 +114,16 @@ void TOperationModule::Free() noexcept {
     if (library_ != nullptr) FreeLibrary(std::exchange(library_, nullptr));
 }
 
-void TOperationModule::Start(HWND frame, std::int32_t number, std::uint32_t& messageId,
-                             THostDatabase& database, TPrintProc print) const {
-    procedure_(frame, number, &messageId, frame, &database, nullptr, print);
+void TOperationModule::Start(HWND frame, std::uint32_t& messageId, const THostDatabase& database,
+                             TPrintProc print) const {
+    procedure_(frame, number_, &messageId, frame, &database, nullptr, print);
 }
 
 TFoundModules FindModules(const std::filesystem::path& folder) {
     TFoundModules found;
-    std::vector<std::filesystem::path> files;
-    std::error_code ignored;
-    for (const auto& entry : std::filesystem::directory_iterator(folder, ignored)) {
-        if (EqualIgnoringCase(Narrow(entry.path().extension().wstring()), ".dll"))
-            files.push_back(entry.path());
-    }
-    std::sort(files.begin(), files.end());
-    for (const auto& file : files) {
+    for (const std::filesystem::path& file : LibrariesIn(folder)) {
         try {
-            found.modules.emplace_back(file);
+            found.modules.emplace_back(file, static_cast<std::int32_t>(found.modules.size()) + 1);
         } catch (const std::exception& error) {
             found.refused.push_back(Narrow(file.filename().wstring()) + ": " + error.what());
         }

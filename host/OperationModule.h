@@ -14,8 +14,9 @@ namespace tolvane::host {
 // One operation module, loaded. Texts are code page 1251.
 class TOperationModule {
 public:
-    // Throws std::runtime_error with the reason why the file is no operation module.
-    explicit TOperationModule(const std::filesystem::path& file);
+    // Gives the module its number. Throws std::runtime_error with the reason why the file is no
+    // operation module.
+    TOperationModule(const std::filesystem::path& file, std::int32_t number);
     TOperationModule(TOperationModule&& other) noexcept;
     TOperationModule& operator=(TOperationModule&& other) noexcept;
     ~TOperationModule();
@@ -23,7 +24,7 @@ public:
     const std::string& Title() const noexcept { return title_; }
     // Starts the operation. The module writes the id of its completion message into `messageId`,
     // possibly long before this returns.
-    void Start(HWND frame, std::int32_t number, std::uint32_t& messageId, THostDatabase& database,
+    void Start(HWND frame, std::uint32_t& messageId, const THostDatabase& database,
                TPrintProc print) const;
 
 private:
@@ -31,11 +32,12 @@ private:
 
     HMODULE library_ = nullptr;
     TOperationProcedure procedure_ = nullptr;
+    std::int32_t number_ = 0;
     std::string title_;
 };
 
-// What was found in a folder: the modules in the order of their file names, and a line for each
-// DLL that could not be used.
+// What was found in a folder: the modules in the order of their file names, numbered from 1, and a
+// line for each DLL that could not be used. A missing folder holds none.
 struct TFoundModules {
     std::vector<TOperationModule> modules;
     std::vector<std::string> refused;

@@ -5,14 +5,17 @@
 
 namespace tolvane::host {
 
-// How a table lies on pages. Lengths are tenths of a millimetre.
+// A sheet and how a table lies on it. Lengths are tenths of a millimetre.
 struct TPaper {
     int width = 2970;  // A4, landscape
     int height = 2100;
     int margin = 120;
-    int headHeight = 160;  // title, date and page number, above the column titles
+    int headHeight = 130;  // title, date and page number, above the column titles
     int rowHeight = 45;    // the column titles take one row as well
 };
+
+TPaper LandscapePaper();
+TPaper PortraitPaper();
 
 struct TPlacedColumn {
     std::size_t column = 0;  // index in the given widths
@@ -20,12 +23,18 @@ struct TPlacedColumn {
     int width = 0;
 };
 
-// Pages are numbered from 0: all rows of the first columns, then all rows of the next ones that did
-// not fit beside them. Nothing here depends on the number of rows, so a long table costs nothing.
+// Pages are numbered from 0: all rows of the first columns (the first strip), then all rows of the
+// next ones that did not fit beside them. Nothing here depends on the number of rows, so a long
+// table costs nothing. A table that is a little too wide is drawn smaller instead of in strips; a
+// strip's columns are widened (by kMostWidening at most) to fill the page.
 class TPageLayout {
 public:
-    // `columnWidths` as they are to be on paper; a column wider than the page is cut to it, one of
-    // width 0 is left out.
+    static constexpr int kSmallestScale = 70;  // percent
+    static constexpr int kStripScale = 85;     // percent
+    static constexpr int kMostWidening = 130;  // percent
+
+    // `columnWidths` in true size; a column wider than the page is cut to it, one of width 0 is
+    // left out.
     TPageLayout(TPaper paper, const std::vector<int>& columnWidths, std::size_t rowCount);
 
     // At least one page, also for an empty table.
@@ -36,13 +45,43 @@ public:
     std::size_t FirstRow(std::size_t page) const;
     std::size_t EndRow(std::size_t page) const;
     const TPaper& Paper() const { return paper_; }
+    // Percent of the true size, for the table's texts; its rows are that much lower.
+    int Scale() const { return scale_; }
+    int RowHeight() const;
 
 private:
+    int Space() const { return paper_.width - 2 * paper_.margin; }
+    void ChooseScale(const std::vector<int>& columnWidths);
+    void FillStrips(const std::vector<int>& columnWidths);
+    void Widen(std::vector<TPlacedColumn>& strip) const;
     std::size_t PagesPerStrip() const;
 
     TPaper paper_;
     std::size_t rowCount_;
+    int scale_ = 100;
     std::vector<std::vector<TPlacedColumn>> strips_;
 };
+
+// A printer's sheet in its own dots: the whole of it, the first dot that can be printed on, and the
+// dots per inch.
+struct TSheet {
+    int width = 0;
+    int height = 0;
+    int offsetX = 0;
+    int offsetY = 0;
+    int dotsPerInchX = 0;
+    int dotsPerInchY = 0;
+};
+
+struct TSheetPlace {
+    int x = 0;  // from the first dot that can be printed on
+    int y = 0;
+    int width = 0;
+    int height = 0;
+};
+
+// Where a page goes on a sheet: in the middle, in true size if the sheet is large enough, else as
+// large as it can be.
+TSheetPlace PlaceOnSheet(const TPaper& paper, const TSheet& sheet);
 
 }  // namespace tolvane::host

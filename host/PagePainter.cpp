@@ -4,26 +4,27 @@
 #include <vector>
 
 #include "text/Cp1251.h"
+#include "window/Dpi.h"
 #include "window/Handles.h"
 #include "window/WideText.h"
 
 namespace tolvane::host {
 namespace {
 
-// Tenths of a millimetre.
-constexpr int kTitleHeight = 50;
-constexpr int kTextHeight = 30;
+// Tenths of a millimetre. The table's texts are as high as the grid's on a screen of 96 dots per
+// inch.
+constexpr int kTitleHeight = 45;
+constexpr int kTextHeight = 29;
 constexpr int kPadding = 8;
+constexpr int kTenthsPerInch = 254;
+constexpr COLORREF kLineColour = RGB(150, 150, 150);
+constexpr COLORREF kTitleColour = RGB(232, 232, 232);
 
-// The grid's pixels, at 96 to the inch, become somewhat narrower on paper, as its font does.
-int OnPaper(int pixels) {
-    return MulDiv(pixels, 254 * 8, 96 * 10);
-}
-
-std::vector<int> Widths(const TGridReader& grid) {
+std::vector<int> TrueWidths(const TGridReader& grid) {
+    const int dotsPerInch = TDpi::System().DotsPerInch();
     std::vector<int> widths;
     for (const TGridColumn& column : grid.Columns())
-        widths.push_back(OnPaper(column.width));
+        widths.push_back(MulDiv(column.width, kTenthsPerInch, dotsPerInch));
     return widths;
 }
 
@@ -68,7 +69,18 @@ private:
 }  // namespace
 
 TPagePainter::TPagePainter(const TGridReader& grid, TPageTexts texts)
-    : grid_(grid), texts_(std::move(texts)), layout_({}, Widths(grid), grid.RowCount()) {}
+    : grid_(grid),
+      texts_(std::move(texts)),
+      layout_(LandscapePaper(), TrueWidths(grid), grid.RowCount()) {}
+
+void TPagePainter::SetPaper(const TPaper& paper) {
+    layout_ = TPageLayout(paper, TrueWidths(grid_), grid_.RowCount());
+}
+
+std::wstring TPagePainter::PageNumber(std::size_t page) const {
+    return Wide("Стр. "_cp1251) + std::to_wstring(page + 1) + Wide(" от "_cp1251) +
+           std::to_wstring(layout_.PageCount());
+}
 
 void TPagePainter::Draw(HDC dc, const RECT& target, std::size_t page) const {
     const TPageMapping mapping(dc, target, layout_.Paper());
@@ -76,53 +88,58 @@ void TPagePainter::Draw(HDC dc, const RECT& target, std::size_t page) const {
     DrawTable(dc, page);
 }
 
+// The title on a line of its own, the date and the page's number under it.
 void TPagePainter::DrawHead(HDC dc, std::size_t page) const {
     const TPaper& paper = layout_.Paper();
-    const RECT head{paper.margin, paper.margin, paper.width - paper.margin, paper.margin + 90};
+    const int right = paper.width - paper.margin;
+    const RECT titleLine{paper.margin, paper.margin, right, paper.margin + 60};
+    const RECT secondLine{paper.margin, titleLine.bottom, right, titleLine.bottom + 45};
     const TOwnedFont titleFont = PaperFont(kTitleHeight, true);
     const TOwnedFont textFont = PaperFont(kTextHeight, false);
-    std::string number("Стр. "_cp1251);
-    number += std::to_string(page + 1);
-    number += " от "_cp1251;
-    number += std::to_string(layout_.PageCount());
     {
         const TSelected font(dc, titleFont.Get());
-        DrawCell(dc, head, texts_.title, DT_LEFT);
+        DrawCell(dc, titleLine, texts_.title, DT_LEFT);
     }
     const TSelected font(dc, textFont.Get());
-    DrawCell(dc, head, texts_.dateTime, DT_CENTER);
-    DrawCell(dc, head, Wide(number), DT_RIGHT);
+    DrawCell(dc, secondLine, texts_.dateTime, DT_LEFT);
+    DrawCell(dc, secondLine, PageNumber(page), DT_RIGHT);
+}
+
+void TPagePainter::DrawColumn(HDC dc, const TPlacedColumn& placed, std::size_t page) const {
+    const TGridColumn& column = grid_.Columns()[placed.column];
+    const int height = layout_.RowHeight();
+    const int textHeight = kTextHeight * layout_.Scale() / 100;
+    const TOwnedFont titleFont = PaperFont(textHeight, true);
+    const TOwnedFont textFont = PaperFont(textHeight, false);
+    const TOwnedBrush titleBrush(CreateSolidBrush(kTitleColour));
+    RECT cell{placed.x, TableTop(), placed.x + placed.width, TableTop() + height};
+    FillRect(dc, &cell, titleBrush.Get());
+    {
+        const TSelected font(dc, titleFont.Get());
+        DrawCell(dc, cell, column.title, column.align);
+    }
+    const TSelected font(dc, textFont.Get());
+    for (std::size_t row = layout_.FirstRow(page); row < layout_.EndRow(page); ++row) {
+        OffsetRect(&cell, 0, height);
+        DrawCell(dc, cell, grid_.Text(row, placed.column), column.align);
+    }
 }
 
 void TPagePainter::DrawTable(HDC dc, std::size_t page) const {
-    const TPaper& paper = layout_.Paper();
-    const TOwnedFont titleFont = PaperFont(kTextHeight, true);
-    const TOwnedFont textFont = PaperFont(kTextHeight, false);
-    const TOwnedPen pen(CreatePen(PS_SOLID, 1, RGB(160, 160, 160)));
+    const std::vector<TPlacedColumn>& columns = layout_.Columns(page);
+    if (columns.empty()) return;
+    const TOwnedPen pen(CreatePen(PS_SOLID, 1, kLineColour));
+    for (const TPlacedColumn& placed : columns)
+        DrawColumn(dc, placed, page);
     const TSelected selectedPen(dc, pen.Get());
-    const int top = paper.margin + paper.headHeight;
-    const std::size_t rows = layout_.EndRow(page) - layout_.FirstRow(page);
-    const int bottom = top + paper.rowHeight * static_cast<int>(rows + 1);
-    int right = paper.margin;
-    for (const TPlacedColumn& placed : layout_.Columns(page)) {
-        const TGridColumn& column = grid_.Columns()[placed.column];
-        const UINT align = column.alignsRight ? DT_RIGHT : DT_LEFT;
-        RECT cell{placed.x, top, placed.x + placed.width, top + paper.rowHeight};
-        {
-            const TSelected font(dc, titleFont.Get());
-            DrawCell(dc, cell, column.title, align);
-        }
-        const TSelected font(dc, textFont.Get());
-        for (std::size_t row = 0; row < rows; ++row) {
-            OffsetRect(&cell, 0, paper.rowHeight);
-            DrawCell(dc, cell, grid_.Text(layout_.FirstRow(page) + row, placed.column), align);
-        }
-        Line(dc, placed.x, top, placed.x, bottom);
-        right = placed.x + placed.width;
-    }
-    Line(dc, right, top, right, bottom);
-    for (int y = top; y <= bottom; y += paper.rowHeight)
-        Line(dc, paper.margin, y, right, y);
+    const auto rows = static_cast<int>(layout_.EndRow(page) - layout_.FirstRow(page));
+    const int bottom = TableTop() + layout_.RowHeight() * (rows + 1);
+    const int right = columns.back().x + columns.back().width;
+    for (const TPlacedColumn& placed : columns)
+        Line(dc, placed.x, TableTop(), placed.x, bottom);
+    Line(dc, right, TableTop(), right, bottom);
+    for (int y = TableTop(); y <= bottom; y += layout_.RowHeight())
+        Line(dc, columns.front().x, y, right, y);
 }
 
 }  // namespace tolvane::host

@@ -16,18 +16,25 @@ struct TPageTexts {
     std::wstring dateTime;
 };
 
-// Draws pages of a grid, the same on the screen and on a printer.
+// Draws pages of a grid, the same on the screen and on a printer. Reads from the grid only the rows
+// of the page that it draws.
 class TPagePainter {
 public:
     TPagePainter(const TGridReader& grid, TPageTexts texts);
 
+    const TPageTexts& Texts() const { return texts_; }
     const TPageLayout& Layout() const { return layout_; }
+    void SetPaper(const TPaper& paper);
     // Fills the rectangle (device units) with the page.
     void Draw(HDC dc, const RECT& target, std::size_t page) const;
+    // "Стр. 1 от 5"
+    std::wstring PageNumber(std::size_t page) const;
 
 private:
     void DrawHead(HDC dc, std::size_t page) const;
+    void DrawColumn(HDC dc, const TPlacedColumn& placed, std::size_t page) const;
     void DrawTable(HDC dc, std::size_t page) const;
+    int TableTop() const { return layout_.Paper().margin + layout_.Paper().headHeight; }
 
     const TGridReader& grid_;
     TPageTexts texts_;

@@ -1,10 +1,12 @@
 #include "host/PrintPreviewForm.h"
 
-#include <commdlg.h>
-
 #include <algorithm>
-#include <string>
+#include <array>
+#include <functional>
+#include <string_view>
+#include <utility>
 
+#include "host/PrintJob.h"
 #include "text/Cp1251.h"
 #include "window/MessageBoxes.h"
 #include "window/WideText.h"
@@ -12,60 +14,32 @@
 namespace tolvane::host {
 namespace {
 
+// At 96 dots per inch.
 constexpr int kBarHeight = 40;
 constexpr int kGap = 12;
 
-class TPrinterDc {
-public:
-    explicit TPrinterDc(HDC dc) : dc_(dc) {}
-    TPrinterDc(const TPrinterDc&) = delete;
-    TPrinterDc& operator=(const TPrinterDc&) = delete;
-    ~TPrinterDc() {
-        if (dc_ != nullptr) DeleteDC(dc_);
-    }
-    HDC Get() const { return dc_; }
+enum TOrientation : int { kLandscape, kPortrait };
 
-private:
-    HDC dc_;
-};
-
-// Lets the user choose a printer; nothing is returned when he does not. Pages lie across.
-HDC ChoosePrinter(HWND owner) {
-    PRINTDLGW dialog{};
-    dialog.lStructSize = sizeof dialog;
-    dialog.hwndOwner = owner;
-    dialog.Flags = PD_RETURNDC | PD_NOSELECTION | PD_NOPAGENUMS | PD_USEDEVMODECOPIESANDCOLLATE;
-    if (PrintDlgW(&dialog) == 0) {
-        if (CommDlgExtendedError() != 0) ShowError(owner, "Няма инсталиран принтер."_cp1251);
-        return nullptr;
-    }
-    if (auto* mode = static_cast<DEVMODEW*>(GlobalLock(dialog.hDevMode)); mode != nullptr) {
-        mode->dmFields |= DM_ORIENTATION;
-        mode->dmOrientation = DMORIENT_LANDSCAPE;
-        ResetDCW(dialog.hDC, mode);
-        GlobalUnlock(dialog.hDevMode);
-    }
-    GlobalFree(dialog.hDevMode);
-    GlobalFree(dialog.hDevNames);
-    return dialog.hDC;
-}
+constexpr std::string_view kPrintText = "Печат..."_cp1251;
+constexpr std::string_view kStopText = "Спиране"_cp1251;
 
 }  // namespace
 
 TPrintPreviewForm::TPrintPreviewForm(HWND owner, HWND grid, TPageTexts texts)
-    : grid_(grid), painter_(grid_, texts), texts_(std::move(texts)) {
+    : grid_(grid), painter_(grid_, std::move(texts)) {
     TFormOptions options;
     options.className = L"TPrintPreviewForm";
     options.name = "PrintPreviewForm";
     options.caption = "Преглед преди печат"_cp1251;
-    options.style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_MAXIMIZEBOX;
-    options.clientWidth = 900;
-    options.clientHeight = 680;
-    options.minWidth = 520;
+    options.style =
+        WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_MAXIMIZEBOX | WS_CLIPCHILDREN;
+    options.clientWidth = 1020;
+    options.clientHeight = 770;
+    options.minWidth = 680;
     options.minHeight = 400;
     MakePopup(options, owner);
     AddControls();
-    Turn(0);
+    ShowPage(0);
 }
 
 void TPrintPreviewForm::AddControls() {
@@ -79,90 +53,178 @@ void TPrintPreviewForm::AddControls() {
         options.action = std::move(action);
         AddControl(options);
     };
-    button("btnPrevious", "< Назад"_cp1251, 8, 0, [this] { Turn(-1); });
-    button("btnNext", "Напред >"_cp1251, 104, 0, [this] { Turn(1); });
+    button("btnPrevious", "< Назад"_cp1251, 8, 0, [this] { ShowPrevious(); });
+    button("btnNext", "Напред >"_cp1251, 104, 0, [this] { ShowNext(); });
     TControlOptions label;
     label.kind = TControlKind::Label;
     label.name = "lblPage";
-    label.place = {204, 13, 150, 16};
+    label.place = {204, 13, 130, 16};
     AddControl(label);
-    button("btnPrint", "Печат..."_cp1251, 364, 0, [this] { Print(); });
-    button("btnClose", "Затвори"_cp1251, 460, IDCANCEL, [this] { Close(); });
+    TControlOptions orientation;
+    orientation.kind = TControlKind::ComboList;
+    orientation.name = "cbOrientation";
+    orientation.place = {340, 9, 130, 120};
+    orientation.action = [this] { ChooseOrientation(); };
+    const HWND combo = AddControl(orientation);
+    AddComboItem(combo, "Хоризонтален лист"_cp1251);
+    AddComboItem(combo, "Вертикален лист"_cp1251);
+    SetComboIndex(combo, kLandscape);
+    button("btnPrint", kPrintText, 482, 0, [this] { Print(); });
+    button("btnClose", "Затвори"_cp1251, 578, IDCANCEL, [this] { Close(); });
 }
 
-void TPrintPreviewForm::Turn(int pages) {
-    const auto last = static_cast<int>(painter_.Layout().PageCount()) - 1;
-    page_ = static_cast<std::size_t>(std::clamp(static_cast<int>(page_) + pages, 0, last));
-    std::string text("Стр. "_cp1251);
-    text += std::to_string(page_ + 1);
-    text += " от "_cp1251;
-    text += std::to_string(last + 1);
-    tolvane::SetWindowText(Control("lblPage"), text);
-    EnableWindow(Control("btnPrevious"), page_ > 0 ? TRUE : FALSE);
-    EnableWindow(Control("btnNext"), static_cast<int>(page_) < last ? TRUE : FALSE);
-    const RECT area = PageArea();
-    InvalidateRect(Handle(), &area, TRUE);
+void TPrintPreviewForm::ShowPage(std::size_t page) {
+    page_ = std::min(page, LastPage());
+    ShowPageNumber(page_);
+    EnableWindow(Control("btnPrevious"), !printing_ && page_ > 0 ? TRUE : FALSE);
+    EnableWindow(Control("btnNext"), !printing_ && page_ < LastPage() ? TRUE : FALSE);
+    InvalidateRect(Handle(), nullptr, FALSE);
+}
+
+void TPrintPreviewForm::ShowNext() {
+    if (!printing_) ShowPage(page_ + 1);
+}
+
+void TPrintPreviewForm::ShowPrevious() {
+    if (!printing_ && page_ > 0) ShowPage(page_ - 1);
+}
+
+void TPrintPreviewForm::ShowPageNumber(std::size_t page) {
+    SetWindowTextW(Control("lblPage"), painter_.PageNumber(page).c_str());
+}
+
+void TPrintPreviewForm::ChooseOrientation() {
+    const bool portrait = ComboIndex(Control("cbOrientation")) == kPortrait;
+    painter_.SetPaper(portrait ? PortraitPaper() : LandscapePaper());
+    ShowPage(0);
 }
 
 void TPrintPreviewForm::OnSize() {
-    InvalidateRect(Handle(), nullptr, TRUE);
+    InvalidateRect(Handle(), nullptr, FALSE);
 }
 
-bool TPrintPreviewForm::OnKey(UINT virtualKey, HWND) {
-    if (virtualKey != VK_NEXT && virtualKey != VK_PRIOR) return false;
-    Turn(virtualKey == VK_NEXT ? 1 : -1);
-    return true;
+bool TPrintPreviewForm::OnKey(UINT virtualKey, HWND focus) {
+    if (focus == Control("cbOrientation") || printing_) return false;
+    switch (virtualKey) {
+        case VK_NEXT:
+            ShowNext();
+            return true;
+        case VK_PRIOR:
+            ShowPrevious();
+            return true;
+        case VK_HOME:
+            ShowPage(0);
+            return true;
+        case VK_END:
+            ShowPage(LastPage());
+            return true;
+        default:
+            return false;
+    }
 }
 
-// The largest rectangle of the paper's shape under the bar.
+// While it prints, closing only stops the printing.
+bool TPrintPreviewForm::CanClose(int) {
+    stop_ = true;
+    return !printing_;
+}
+
+// The largest rectangle of the paper's shape under the bar, in its middle.
 RECT TPrintPreviewForm::PageArea() const {
-    RECT area{};
-    GetClientRect(Handle(), &area);
+    RECT client{};
+    GetClientRect(Handle(), &client);
     const TPaper& paper = painter_.Layout().Paper();
     const int gap = Dpi().Scale(kGap);
     const int top = Dpi().Scale(kBarHeight) + gap;
-    const int width = std::max<int>(area.right - 2 * gap, 10);
-    const int height = std::max<int>(area.bottom - top - gap, 10);
+    const int width = std::max<int>(client.right - 2 * gap, 10);
+    const int height = std::max<int>(client.bottom - top - gap, 10);
     const int fittingWidth = std::min(width, MulDiv(height, paper.width, paper.height));
     const int fittingHeight = MulDiv(fittingWidth, paper.height, paper.width);
-    const int left = (area.right - fittingWidth) / 2;
-    return {left, top, left + fittingWidth, top + fittingHeight};
+    const int left = (client.right - fittingWidth) / 2;
+    const int above = top + (height - fittingHeight) / 2;
+    return {left, above, left + fittingWidth, above + fittingHeight};
 }
 
 LRESULT TPrintPreviewForm::HandleMessage(const TMessage& message) {
-    if (message.id == WM_PAINT) {
-        Paint();
-        return 0;
+    switch (message.id) {
+        case WM_PAINT:
+            Paint();
+            return 0;
+        case WM_ERASEBKGND:
+            return TRUE;
+        case WM_MOUSEWHEEL:
+            if (GET_WHEEL_DELTA_WPARAM(message.wParam) > 0)
+                ShowPrevious();
+            else
+                ShowNext();
+            return 0;
+        default:
+            return TForm::HandleMessage(message);
     }
-    return TForm::HandleMessage(message);
 }
 
+// Everything is drawn in memory first, so that turning pages does not flicker.
 void TPrintPreviewForm::Paint() {
     PAINTSTRUCT paint{};
-    const HDC dc = BeginPaint(Handle(), &paint);
-    RECT page = PageArea();
-    FillRect(dc, &page, static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH)));
-    FrameRect(dc, &page, static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH)));
-    painter_.Draw(dc, page, page_);
+    const HDC screen = BeginPaint(Handle(), &paint);
+    RECT client{};
+    GetClientRect(Handle(), &client);
+    const TOwnedBitmap picture(CreateCompatibleBitmap(screen, client.right, client.bottom));
+    const HDC dc = CreateCompatibleDC(screen);
+    {
+        const TSelected selected(dc, picture.Get());
+        const RECT bar{0, 0, client.right, Dpi().Scale(kBarHeight)};
+        const RECT page = PageArea();
+        FillRect(dc, &client, GetSysColorBrush(COLOR_APPWORKSPACE));
+        FillRect(dc, &bar, GetSysColorBrush(COLOR_BTNFACE));
+        FillRect(dc, &page, static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH)));
+        painter_.Draw(dc, page, page_);
+        FrameRect(dc, &page, static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH)));
+        BitBlt(screen, 0, 0, client.right, client.bottom, dc, 0, 0, SRCCOPY);
+    }
+    DeleteDC(dc);
     EndPaint(Handle(), &paint);
 }
 
 void TPrintPreviewForm::Print() {
-    const TPrinterDc printer(ChoosePrinter(Handle()));
-    if (printer.Get() == nullptr) return;
-    DOCINFOW document{};
-    document.cbSize = sizeof document;
-    document.lpszDocName = texts_.title.c_str();
-    bool printed = StartDocW(printer.Get(), &document) > 0;
-    const RECT paper{0, 0, GetDeviceCaps(printer.Get(), HORZRES),
-                     GetDeviceCaps(printer.Get(), VERTRES)};
-    for (std::size_t page = 0; printed && page < painter_.Layout().PageCount(); ++page) {
-        printed = StartPage(printer.Get()) > 0;
-        if (printed) painter_.Draw(printer.Get(), paper, page);
-        printed = printed && EndPage(printer.Get()) > 0;
+    if (printing_) {
+        stop_ = true;
+        return;
     }
-    if (printed) printed = EndDoc(printer.Get()) > 0;
-    if (!printed) ShowError(Handle(), "Печатът не завърши. Проверете принтера."_cp1251);
+    TPrinter printer(nullptr, 0, 0);
+    switch (ChoosePrinter(Handle(), painter_.Layout(), printer)) {
+        case TPrintChoice::Cancelled:
+            return;
+        case TPrintChoice::NoPrinter:
+            ShowError(
+                Handle(),
+                "Няма принтер, на който може да се печата.\r\nИнсталирайте принтер в настройките на Windows и опитайте отново."_cp1251);
+            return;
+        case TPrintChoice::Chosen:
+            PrintTo(printer);
+            return;
+    }
+}
+
+void TPrintPreviewForm::PrintTo(const TPrinter& printer) {
+    printing_ = true;
+    stop_ = false;
+    ShowPage(page_);
+    EnableWindow(Control("cbOrientation"), FALSE);
+    tolvane::SetWindowText(Control("btnPrint"), kStopText);
+    const TPrintResult result = PrintPages(printer, painter_, [this](std::size_t page) {
+        ShowPageNumber(page);
+        PumpMessages();
+        return Handle() != nullptr && !stop_;
+    });
+    printing_ = false;
+    if (Handle() == nullptr) return;
+    tolvane::SetWindowText(Control("btnPrint"), kPrintText);
+    EnableWindow(Control("cbOrientation"), TRUE);
+    ShowPage(page_);
+    if (result == TPrintResult::Failed)
+        ShowError(Handle(),
+                  "Печатът не завърши. Проверете дали принтерът е включен и има хартия."_cp1251);
 }
 
 }  // namespace tolvane::host

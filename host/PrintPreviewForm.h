@@ -10,7 +10,10 @@
 
 namespace tolvane::host {
 
-// The preview of a grid's pages, with buttons to turn them and to print them all.
+class TPrinter;
+
+// The preview of a grid's pages: turns them, lays them across or upright, prints them. Only the
+// page that is seen is read from the grid.
 class TPrintPreviewForm final : public TForm {
 public:
     TPrintPreviewForm(HWND owner, HWND grid, TPageTexts texts);
@@ -19,19 +22,27 @@ public:
 protected:
     void OnSize() override;
     bool OnKey(UINT virtualKey, HWND focus) override;
+    bool CanClose(int result) override;
     LRESULT HandleMessage(const TMessage& message) override;
 
 private:
     void AddControls();
-    void Turn(int pages);
+    void ShowPage(std::size_t page);
+    void ShowNext();
+    void ShowPrevious();
+    void ShowPageNumber(std::size_t page);
+    void ChooseOrientation();
     void Paint();
     void Print();
+    void PrintTo(const TPrinter& printer);
     RECT PageArea() const;
+    std::size_t LastPage() const { return painter_.Layout().PageCount() - 1; }
 
     TGridReader grid_;
     TPagePainter painter_;
-    TPageTexts texts_;
     std::size_t page_ = 0;
+    bool printing_ = false;
+    bool stop_ = false;
 };
 
 }  // namespace tolvane::host

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "host/PrintPreviewForm.h"
+#include "text/Cp1251.h"
 #include "window/MessageBoxes.h"
 #include "window/WideText.h"
 
@@ -16,10 +17,15 @@ std::wstring CountedText(const std::uint8_t* text) {
     return Wide(std::string_view(reinterpret_cast<const char*>(text + 1), text[0]));
 }
 
+// Called by a module: nothing may be thrown at it.
 void TOLVANE_STDCALL Print(void* object, const std::uint8_t* title, const std::uint8_t* dateTime,
-                           void* grid) {
+                           void* grid) noexcept {
     const auto frame = static_cast<HWND>(object);
     try {
+        if (IsWindow(static_cast<HWND>(grid)) == 0) {
+            ShowError(frame, "Операцията не посочи таблица за печат."_cp1251);
+            return;
+        }
         TPrintPreviewForm preview(frame, static_cast<HWND>(grid),
                                   {CountedText(title), CountedText(dateTime)});
         preview.ShowModal();

@@ -2,9 +2,10 @@
 
 #include <commctrl.h>
 
-#include <array>
+#include <algorithm>
 #include <utility>
 
+#include "host/HostSettings.h"
 #include "host/PrintService.h"
 #include "text/Cp1251.h"
 #include "window/MessageBoxes.h"
@@ -15,63 +16,24 @@
 namespace tolvane::host {
 namespace {
 
-enum TCommand : int {
-    kConnect = 100,
-    kDisconnect,
-    kExit,
-    kCascade,
-    kTileHorizontally,
-    kTileVertically,
-    kCloseAll,
-    kModules,
-    kAbout,
-    kFirstOperation = 1000,
-    kFirstChild = 50000,
+constexpr std::string_view kTitle = "Търговска система (демо)"_cp1251;
+
+class TWaitCursor {
+public:
+    TWaitCursor() : before_(SetCursor(LoadCursorW(nullptr, IDC_WAIT))) {}
+    TWaitCursor(const TWaitCursor&) = delete;
+    TWaitCursor& operator=(const TWaitCursor&) = delete;
+    ~TWaitCursor() { SetCursor(before_); }
+
+private:
+    HCURSOR before_;
 };
-
-struct TMenuLine {
-    int command;  // 0: a separator
-    std::string_view caption;
-};
-
-constexpr std::array<TMenuLine, 4> kFileMenu = {{{kConnect, "&Връзка с базата данни"_cp1251},
-                                                 {kDisconnect, "&Прекъсване на връзката"_cp1251},
-                                                 {0, {}},
-                                                 {kExit, "&Изход"_cp1251}}};
-constexpr std::array<TMenuLine, 5> kWindowsMenu = {{{kCascade, "&Каскадно"_cp1251},
-                                                    {kTileHorizontally, "&Хоризонтално"_cp1251},
-                                                    {kTileVertically, "&Вертикално"_cp1251},
-                                                    {0, {}},
-                                                    {kCloseAll, "&Затваряне на всички"_cp1251}}};
-constexpr std::array<TMenuLine, 2> kHelpMenu = {
-    {{kModules, "&Модули..."_cp1251}, {kAbout, "&За програмата..."_cp1251}}};
-
-template <std::size_t N>
-HMENU AddMenu(HMENU bar, std::string_view caption, const std::array<TMenuLine, N>& lines) {
-    const HMENU menu = CreatePopupMenu();
-    for (const TMenuLine& line : lines) {
-        if (line.command == 0) {
-            AppendMenuW(menu, MF_SEPARATOR, 0, nullptr);
-        } else {
-            AppendMenuW(menu, MF_STRING, static_cast<UINT_PTR>(line.command),
-                        Wide(line.caption).c_str());
-        }
-    }
-    AppendMenuW(bar, MF_POPUP, reinterpret_cast<UINT_PTR>(menu), Wide(caption).c_str());
-    return menu;
-}
-
-constexpr std::string_view kTitle = "Търговска система"_cp1251;
 
 }  // namespace
 
 TTradeHostForm::TTradeHostForm(std::filesystem::path program) : program_(std::move(program)) {
     InitCommonControlClasses();
-    TFoundModules found = FindModules(program_.parent_path() / "Operations");
-    for (TOperationModule& module : found.modules)
-        operations_.push_back({std::move(module)});
-    refused_.assign(found.refused.begin(), found.refused.end());
-
+    FindOperations();
     TWindowOptions options;
     options.className = L"TTradeHostForm";
     options.name = "TradeHostForm";
@@ -80,8 +42,8 @@ TTradeHostForm::TTradeHostForm(std::filesystem::path program) : program_(std::mo
     options.width = 1100;
     options.height = 760;
     MakeWindow(options);
-    MakeMenu();
-    MakeClient();
+    AddMenu();
+    AddClient();
     ShowConnectionState();
 }
 
@@ -89,23 +51,23 @@ TTradeHostForm::~TTradeHostForm() {
     Destroy();
 }
 
-void TTradeHostForm::MakeMenu() {
-    menu_.Reset(CreateMenu());
-    AddMenu(menu_.Get(), "&Файл"_cp1251, kFileMenu);
-    operationsMenu_ = AddMenu(menu_.Get(), "&Операции"_cp1251, std::array<TMenuLine, 0>{});
-    windowsMenu_ = AddMenu(menu_.Get(), "&Прозорци"_cp1251, kWindowsMenu);
-    AddMenu(menu_.Get(), "По&мощ"_cp1251, kHelpMenu);
-    UINT_PTR command = kFirstOperation;
-    for (const TOperation& operation : operations_)
-        AppendMenuW(operationsMenu_, MF_STRING, command++, Wide(operation.module.Title()).c_str());
-    if (operations_.empty())
-        AppendMenuW(operationsMenu_, MF_STRING | MF_GRAYED, 0,
-                    Wide("Няма модули в папка Operations"_cp1251).c_str());
-    SetMenu(Handle(), menu_.Get());
+void TTradeHostForm::FindOperations() {
+    TFoundModules found = FindModules(program_.parent_path() / "Operations");
+    for (TOperationModule& module : found.modules)
+        operations_.push_back({std::move(module)});
+    refused_ = std::move(found.refused);
 }
 
-void TTradeHostForm::MakeClient() {
-    CLIENTCREATESTRUCT create{windowsMenu_, kFirstChild};
+void TTradeHostForm::AddMenu() {
+    std::vector<std::string> titles;
+    for (const TOperation& operation : operations_)
+        titles.push_back(operation.module.Title());
+    menu_ = MakeHostMenu(titles);
+    SetMenu(Handle(), menu_.bar);
+}
+
+void TTradeHostForm::AddClient() {
+    CLIENTCREATESTRUCT create{menu_.windows, kFirstChild};
     client_ = CreateWindowExW(WS_EX_CLIENTEDGE, L"MDICLIENT", nullptr,
                               WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN | WS_VSCROLL | WS_HSCROLL, 0,
                               0, 0, 0, Handle(), nullptr, ModuleInstance(), &create);
@@ -114,6 +76,7 @@ void TTradeHostForm::MakeClient() {
                         0, 0, Handle(), nullptr, ModuleInstance(), nullptr);
     if (client_ == nullptr || statusBar_ == nullptr)
         throw TWindowError(SystemErrorText(GetLastError()));
+    SetComponentName(statusBar_, "StatusBar");
     Layout();
 }
 
@@ -136,10 +99,13 @@ LRESULT TTradeHostForm::HandleMessage(const TMessage& message) {
         case WM_COMMAND:
             if (HandleCommand(LOWORD(message.wParam))) return 0;
             break;
+        case WM_QUERYENDSESSION:
+            return CloseChildren() ? TRUE : FALSE;
         case WM_CLOSE:
             if (CloseChildren()) Destroy();
             return 0;
         case WM_DESTROY:
+            RemoveComponentNames(Handle());
             PostQuitMessage(0);
             return 0;
         default:
@@ -153,9 +119,9 @@ LRESULT TTradeHostForm::DefaultProc(const TMessage& message) {
 }
 
 bool TTradeHostForm::HandleCommand(int id) {
-    const int place = id - kFirstOperation + 1;
-    if (place >= 1 && place <= static_cast<int>(operations_.size())) {
-        StartOperation(place);
+    const int number = id - kFirstOperation + 1;
+    if (number >= 1 && number <= static_cast<int>(operations_.size())) {
+        StartOperation(number);
         return true;
     }
     switch (id) {
@@ -168,6 +134,19 @@ bool TTradeHostForm::HandleCommand(int id) {
         case kExit:
             PostMessageW(Handle(), WM_CLOSE, 0, 0);
             return true;
+        case kModules:
+            ShowModules();
+            return true;
+        case kAbout:
+            ShowAbout();
+            return true;
+        default:
+            return HandleWindowCommand(id);
+    }
+}
+
+bool TTradeHostForm::HandleWindowCommand(int id) {
+    switch (id) {
         case kCascade:
             SendMessageW(client_, WM_MDICASCADE, 0, 0);
             return true;
@@ -177,70 +156,81 @@ bool TTradeHostForm::HandleCommand(int id) {
         case kTileVertically:
             SendMessageW(client_, WM_MDITILE, MDITILE_VERTICAL, 0);
             return true;
+        case kArrangeIcons:
+            SendMessageW(client_, WM_MDIICONARRANGE, 0, 0);
+            return true;
         case kCloseAll:
             CloseChildren();
-            return true;
-        case kModules:
-            ShowModules();
-            return true;
-        case kAbout:
-            ShowAbout();
             return true;
         default:
             return false;
     }
 }
 
-void TTradeHostForm::Connect() {
-    if (AnyRunning()) {
+// A module works on the connection until its operation has ended.
+bool TTradeHostForm::MayChangeConnection() const {
+    const bool running = std::any_of(operations_.begin(), operations_.end(),
+                                     [](const TOperation& operation) { return operation.running; });
+    if (running)
         ShowWarning(Handle(),
                     "Затворете прозорците на операциите, преди да смените връзката."_cp1251);
-        return;
-    }
+    return !running;
+}
+
+void TTradeHostForm::Connect() {
+    if (!MayChangeConnection()) return;
+    std::string failure;
     try {
+        const TWaitCursor wait;
+        ShowStatus("Свързване с базата данни..."_cp1251);
         connection_.Open(
-            ReadHostSettings(std::filesystem::path(program_).replace_extension(".ini")));
+            ReadHostSettings(std::filesystem::path(program_).replace_extension(".ini")),
+            program_.parent_path());
     } catch (const std::exception& error) {
-        ShowConnectionState();
-        ShowError(Handle(), error.what());
+        failure = error.what();
     }
     ShowConnectionState();
+    if (!failure.empty()) ShowError(Handle(), failure);
 }
 
 void TTradeHostForm::Disconnect() {
-    if (AnyRunning()) {
-        ShowWarning(Handle(),
-                    "Затворете прозорците на операциите, преди да прекъснете връзката."_cp1251);
-        return;
-    }
+    if (!MayChangeConnection()) return;
     connection_.Close();
     ShowConnectionState();
 }
 
-void TTradeHostForm::ShowConnectionState() const {
-    const std::string_view text =
-        connection_.IsOpen() ? "Има връзка с базата данни"_cp1251
-                             : "Няма връзка с базата данни (Файл, Връзка с базата данни)"_cp1251;
+void TTradeHostForm::ShowStatus(std::string_view text) const {
     SendMessageW(statusBar_, SB_SETTEXTW, 0, reinterpret_cast<LPARAM>(Wide(text).c_str()));
-    EnableMenuItem(menu_.Get(), kDisconnect, connection_.IsOpen() ? MF_ENABLED : MF_GRAYED);
+    UpdateWindow(statusBar_);
 }
 
-void TTradeHostForm::StartOperation(int place) {
-    if (place < 1 || place > static_cast<int>(operations_.size())) {
-        ShowError(Handle(), "Няма операция с такъв номер."_cp1251);
+void TTradeHostForm::ShowConnectionState() const {
+    if (connection_.IsOpen()) {
+        std::string text("Свързана база: "_cp1251);
+        ShowStatus(text += connection_.Database());
+    } else {
+        ShowStatus("Няма връзка с базата данни"_cp1251);
+    }
+    EnableMenuItem(menu_.connection, kDisconnect, connection_.IsOpen() ? MF_ENABLED : MF_GRAYED);
+}
+
+void TTradeHostForm::StartOperation(int number) {
+    if (number < 1 || number > static_cast<int>(operations_.size())) {
+        std::string text("Няма операция с номер "_cp1251);
+        ShowError(Handle(), text += std::to_string(number) + ".");
         return;
     }
     if (!connection_.IsOpen()) {
         ShowWarning(
             Handle(),
-            "Няма връзка с базата данни. Изберете \"Файл\", \"Връзка с базата данни\"."_cp1251);
+            "Няма връзка с базата данни. Изберете \"Връзка с базата\", \"Свързване\"."_cp1251);
         return;
     }
-    TOperation& operation = operations_[static_cast<std::size_t>(place - 1)];
+    TOperation& operation = operations_[static_cast<std::size_t>(number - 1)];
     operation.database = {sizeof(THostDatabase), connection_.HandleCell(),
                           connection_.ClientLibrary()};
     SetRunning(operation, true);
-    operation.module.Start(Handle(), place, operation.messageId, operation.database,
+    operation.module.Start(Handle(), operation.messageId, operation.database,
                            MakePrintProc(Handle()));
 }
 
@@ -258,15 +248,9 @@ void TTradeHostForm::SetRunning(TOperation& operation, bool running) {
     operation.running = running;
     for (std::size_t i = 0; i < operations_.size(); ++i) {
         if (&operations_[i] == &operation)
-            EnableMenuItem(operationsMenu_, static_cast<UINT>(i),
+            EnableMenuItem(menu_.operations, static_cast<UINT>(i),
                            MF_BYPOSITION | (running ? MF_GRAYED : MF_ENABLED));
     }
-}
-
-bool TTradeHostForm::AnyRunning() const {
-    for (const TOperation& operation : operations_)
-        if (operation.running) return true;
-    return false;
 }
 
 // Asks every child to close; false when one stays.
@@ -283,9 +267,12 @@ bool TTradeHostForm::CloseChildren() {
 void TTradeHostForm::ShowModules() const {
     std::string text("Папка: "_cp1251);
     text += Narrow((program_.parent_path() / "Operations").wstring());
+    text += "\r\n\r\nОперации:"_cp1251;
+    int number = 0;
     for (const TOperation& operation : operations_)
-        text += "\r\n- " + operation.module.Title();
-    if (!refused_.empty()) text += "\r\n\r\nНеизползваеми файлове:"_cp1251;
+        text += "\r\n" + std::to_string(++number) + ". " + operation.module.Title();
+    if (operations_.empty()) text += "\r\nняма"_cp1251;
+    if (!refused_.empty()) text += "\r\n\r\nФайлове, които не са операции:"_cp1251;
     for (const std::string& line : refused_)
         text += "\r\n- " + line;
     ShowInformation(Handle(), text);
@@ -294,7 +281,7 @@ void TTradeHostForm::ShowModules() const {
 void TTradeHostForm::ShowAbout() const {
     ShowInformation(
         Handle(),
-        "Малка търговска система за операционни модули.\r\nНастройките са във файла TradeHost.ini до програмата, модулите - в папка Operations."_cp1251);
+        "Търговска система (демо) - малък домакин за операционни модули.\r\n\r\nНастройките са във файла TradeHost.ini до програмата, модулите са в папка Operations до нея."_cp1251);
 }
 
 }  // namespace tolvane::host

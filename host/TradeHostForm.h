@@ -6,17 +6,17 @@
 #include <deque>
 #include <filesystem>
 #include <string>
-#include <string_view>
+#include <vector>
 
 #include "host/Connection.h"
+#include "host/HostMenu.h"
 #include "host/OperationModule.h"
-#include "window/Handles.h"
 #include "window/Window.h"
 
 namespace tolvane::host {
 
 // The program's main window: an MDI frame with the menu of operations, the database connection and
-// the print service. Its message loop is an ordinary one and knows nothing of the modules.
+// the print service.
 class TTradeHostForm final : public TWindow {
 public:
     // `program` is the executable file: the settings lie beside it with the ending .ini, the
@@ -25,10 +25,11 @@ public:
     ~TTradeHostForm() override;
 
     HWND MdiClient() const noexcept { return client_; }
-    // Connects to the database; tells the user when that fails, unless told to be quiet.
+    bool IsConnected() const noexcept { return connection_.IsOpen(); }
+    // Connects to the database as the settings say now; tells the user when that fails.
     void Connect();
-    // Starts the operation with that place in the menu, from 1 up.
-    void StartOperation(int place);
+    // Starts the operation with that number, its place in the menu from 1 up.
+    void StartOperation(int number);
 
 protected:
     LRESULT HandleMessage(const TMessage& message) override;
@@ -42,15 +43,18 @@ private:
         bool running = false;
     };
 
-    void MakeMenu();
-    void MakeClient();
+    void FindOperations();
+    void AddMenu();
+    void AddClient();
     void Layout() const;
     bool HandleCommand(int id);
+    bool HandleWindowCommand(int id);
     bool HandleCompletion(UINT message);
     void SetRunning(TOperation& operation, bool running);
-    bool AnyRunning() const;
+    bool MayChangeConnection() const;
     bool CloseChildren();
     void Disconnect();
+    void ShowStatus(std::string_view text) const;
     void ShowConnectionState() const;
     void ShowModules() const;
     void ShowAbout() const;
@@ -58,10 +62,8 @@ private:
     std::filesystem::path program_;
     TConnection connection_;
     std::deque<TOperation> operations_;  // addresses stay
-    std::deque<std::string> refused_;
-    TOwnedMenu menu_;
-    HMENU operationsMenu_ = nullptr;
-    HMENU windowsMenu_ = nullptr;
+    std::vector<std::string> refused_;
+    THostMenu menu_;
     HWND client_ = nullptr;
     HWND statusBar_ = nullptr;
 };

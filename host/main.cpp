@@ -1,5 +1,5 @@
 // TradeHost.exe [--start N]: a small trade system that runs operation modules. --start N starts the
-// operation with place N in the menu (from 1 up) at once.
+// operation with number N (its place in the menu, from 1 up) at once.
 
 #include <windows.h>
 
@@ -8,48 +8,69 @@
 #include <array>
 #include <exception>
 #include <filesystem>
+#include <optional>
+#include <string>
 #include <string_view>
+#include <vector>
 
+#include "host/HostMenu.h"
 #include "host/TradeHostForm.h"
 #include "text/Cp1251.h"
 #include "window/MessageBoxes.h"
-#include "window/VisualStyle.h"
 
 namespace tolvane::host {
 namespace {
 
-// The operation that the command line asks for; 0 for none.
-int OperationToStart() {
+std::vector<std::wstring> Arguments() {
     int count = 0;
     wchar_t** words = CommandLineToArgvW(GetCommandLineW(), &count);
-    int place = 0;
-    for (int i = 1; i + 1 < count; ++i) {
-        if (std::wstring_view(words[i]) == L"--start") place = _wtoi(words[i + 1]);
-    }
+    if (words == nullptr) return {};
+    std::vector<std::wstring> arguments(words + std::min(count, 1), words + count);
     LocalFree(static_cast<void*>(words));
-    return place;
+    return arguments;
+}
+
+// The number of the operation to start, 0 for none; nothing when the command line is not
+// understood.
+std::optional<int> OperationToStart(const std::vector<std::wstring>& arguments) {
+    if (arguments.empty()) return 0;
+    if (arguments.size() != 2 || arguments[0] != L"--start") return std::nullopt;
+    const int number = _wtoi(arguments[1].c_str());
+    return number > 0 ? std::optional(number) : std::nullopt;
 }
 
 std::filesystem::path Program() {
-    std::array<wchar_t, 32768> name{};
-    GetModuleFileNameW(nullptr, name.data(), static_cast<DWORD>(name.size()));
-    return name.data();
+    constexpr std::size_t kLongestPath = 32768;
+    std::wstring name(kLongestPath, L'\0');
+    name.resize(GetModuleFileNameW(nullptr, name.data(), static_cast<DWORD>(name.size())));
+    return name;
 }
 
-int Run(int show) {
-    const TVisualStyleScope style;
-    TTradeHostForm form(Program());
-    ShowWindow(form.Handle(), show);
-    UpdateWindow(form.Handle());
-    form.Connect();
-    if (const int place = OperationToStart(); place != 0) form.StartOperation(place);
+int RunMessages(const TTradeHostForm& form) {
+    const HACCEL keys = MakeHostAccelerators();
     MSG message{};
     while (GetMessageW(&message, nullptr, 0, 0) > 0) {
         if (TranslateMDISysAccel(form.MdiClient(), &message) != 0) continue;
+        if (TranslateAcceleratorW(form.Handle(), keys, &message) != 0) continue;
         TranslateMessage(&message);
         DispatchMessageW(&message);
     }
+    DestroyAcceleratorTable(keys);
     return static_cast<int>(message.wParam);
+}
+
+int Run(int show) {
+    // A library that cannot be loaded is told by this program, not by a box of the system.
+    SetErrorMode(SEM_FAILCRITICALERRORS);
+    TTradeHostForm form(Program());
+    ShowWindow(form.Handle(), show);
+    UpdateWindow(form.Handle());
+    const std::optional<int> operation = OperationToStart(Arguments());
+    if (!operation)
+        ShowError(form.Handle(), "Непознати аргументи. Употреба: TradeHost.exe [--start N]"_cp1251);
+    form.Connect();
+    if (operation.value_or(0) != 0 && form.IsConnected()) form.StartOperation(*operation);
+    return RunMessages(form);
 }
 
 }  // namespace

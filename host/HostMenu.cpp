@@ -1,0 +1,79 @@
+#include "host/HostMenu.h"
+
+#include <array>
+#include <string_view>
+
+#include "text/Cp1251.h"
+#include "window/WideText.h"
+
+namespace tolvane::host {
+namespace {
+
+struct TMenuLine {
+    int command;  // 0: a separator
+    std::string_view caption;
+};
+
+constexpr std::array<TMenuLine, 4> kConnectionLines = {{{kConnect, "&Свързване"_cp1251},
+                                                        {kDisconnect, "&Прекъсване"_cp1251},
+                                                        {0, {}},
+                                                        {kExit, "&Изход\tAlt+F4"_cp1251}}};
+constexpr std::array<TMenuLine, 6> kWindowsLines = {
+    {{kCascade, "&Каскадно"_cp1251},
+     {kTileHorizontally, "&Хоризонтално"_cp1251},
+     {kTileVertically, "&Вертикално"_cp1251},
+     {kArrangeIcons, "&Подреждане на иконите"_cp1251},
+     {0, {}},
+     {kCloseAll, "&Затваряне на всички"_cp1251}}};
+constexpr std::array<TMenuLine, 2> kHelpLines = {
+    {{kModules, "&Модули..."_cp1251}, {kAbout, "&За програмата...\tF1"_cp1251}}};
+
+template <std::size_t N>
+HMENU AddMenu(HMENU bar, std::string_view caption, const std::array<TMenuLine, N>& lines) {
+    const HMENU menu = CreatePopupMenu();
+    for (const TMenuLine& line : lines) {
+        if (line.command == 0) {
+            AppendMenuW(menu, MF_SEPARATOR, 0, nullptr);
+        } else {
+            AppendMenuW(menu, MF_STRING, static_cast<UINT_PTR>(line.command),
+                        Wide(line.caption).c_str());
+        }
+    }
+    AppendMenuW(bar, MF_POPUP, reinterpret_cast<UINT_PTR>(menu), Wide(caption).c_str());
+    return menu;
+}
+
+// A title is shown as it is: an ampersand in it marks no key.
+std::wstring MenuText(std::string_view title) {
+    std::wstring text;
+    for (const wchar_t c : Wide(title)) {
+        text += c;
+        if (c == L'&') text += c;
+    }
+    return text;
+}
+
+}  // namespace
+
+THostMenu MakeHostMenu(const std::vector<std::string>& operations) {
+    THostMenu menu;
+    menu.bar = CreateMenu();
+    menu.connection = AddMenu(menu.bar, "&Връзка с базата"_cp1251, kConnectionLines);
+    menu.operations = AddMenu(menu.bar, "&Операции"_cp1251, std::array<TMenuLine, 0>{});
+    menu.windows = AddMenu(menu.bar, "&Прозорци"_cp1251, kWindowsLines);
+    AddMenu(menu.bar, "По&мощ"_cp1251, kHelpLines);
+    UINT_PTR command = kFirstOperation;
+    for (const std::string& title : operations)
+        AppendMenuW(menu.operations, MF_STRING, command++, MenuText(title).c_str());
+    if (operations.empty())
+        AppendMenuW(menu.operations, MF_STRING | MF_GRAYED, 0,
+                    Wide("Няма модули в папка Operations"_cp1251).c_str());
+    return menu;
+}
+
+HACCEL MakeHostAccelerators() {
+    std::array<ACCEL, 1> keys = {{{FVIRTKEY, VK_F1, kAbout}}};
+    return CreateAcceleratorTableW(keys.data(), static_cast<int>(keys.size()));
+}
+
+}  // namespace tolvane::host
