@@ -9,7 +9,7 @@ TStatement::TStatement(TTransactionState& transaction) : functions_(&transaction
 }
 
 void TStatement::Free() noexcept {
-    if (handle_ == 0) return;
+    if (handle_ == isc_stmt_handle{}) return;
     // Its failure, after a lost connection, leaves nothing that could be freed.
     TStatus status(*functions_);
     functions_->freeStatement(status, &handle_, DSQL_drop);

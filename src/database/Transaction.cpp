@@ -29,7 +29,7 @@ void Require(bool active, bool wanted) {
 }  // namespace
 
 TTransactionState::~TTransactionState() {
-    if (handle == 0) return;
+    if (handle == isc_tr_handle{}) return;
     TStatus status(functions);
     functions.rollbackTransaction(status, &handle);
 }
@@ -42,7 +42,7 @@ TTransaction& TTransaction::operator=(TTransaction&& other) noexcept = default;
 TTransaction::~TTransaction() = default;
 
 bool TTransaction::IsActive() const noexcept {
-    return state_ != nullptr && state_->handle != 0;
+    return state_ != nullptr && state_->handle != isc_tr_handle{};
 }
 
 void TTransaction::Start() {
