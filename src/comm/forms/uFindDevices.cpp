@@ -1,0 +1,129 @@
+#include "comm/forms/uFindDevices.h"
+
+#include <utility>
+
+#include "comm/Clock.h"
+#include "text/Cp1251.h"
+#include "window/MessageBoxes.h"
+#include "window/WideText.h"
+
+namespace tolvane {
+namespace {
+
+constexpr int kWidth = 300;
+constexpr int kHeight = 290;
+constexpr std::string_view kNothingFound = "Не са намерени везни."_cp1251;
+
+// A search that fails has found nothing.
+std::vector<TFoundDevice> Search(const TDeviceSearch& search, const std::atomic<bool>& stop) {
+    try {
+        return search(stop);
+    } catch (const std::exception&) {
+        return {};
+    }
+}
+
+}  // namespace
+
+TDeviceSearch NetworkSearch() {
+    return [](const std::atomic<bool>& stop) { return FindDevices(SystemClock(), stop); };
+}
+
+TFindDevicesForm::TFindDevicesForm(HWND owner, TDeviceSearch search) : search_(std::move(search)) {
+    TFormOptions options;
+    options.className = kFindDevicesFormClass;
+    options.name = "FindDevicesForm";
+    options.caption = "Налични везни"_cp1251;
+    options.exStyle = WS_EX_DLGMODALFRAME | WS_EX_CONTROLPARENT;
+    options.clientWidth = kWidth;
+    options.clientHeight = kHeight;
+    MakePopup(options, owner);
+    MakeControls();
+}
+
+TFindDevicesForm::~TFindDevicesForm() {
+    *stop_ = true;
+    worker_.Wait();
+    Queue().Detach();
+}
+
+void TFindDevicesForm::MakeControls() {
+    const auto button = [this](const char* name, std::string_view text, const TPlace& place, int id,
+                               std::function<void()> click) {
+        return AddControl({TControlKind::Button, name, text, place, 0, std::move(click), id});
+    };
+    btnFind_ = button("btnFind", "Търси налични везни"_cp1251, {8, 8, kWidth - 16, 27}, 0,
+                      [this] { btnFindClick(); });
+    lstDevices_ = AddControl(
+        {TControlKind::ListBox, "lstDevices", {}, {8, 43, kWidth - 16, kHeight - 88}, 0, {}, 0});
+    button("btnOK", "Потвърди"_cp1251, {kWidth - 196, kHeight - 35, 90, 27}, IDOK,
+           [this] { btnOKClick(); });
+    button("btnCancel", "Отказ"_cp1251, {kWidth - 98, kHeight - 35, 90, 27}, IDCANCEL,
+           [this] { EndModal(IDCANCEL); });
+}
+
+void TFindDevicesForm::btnFindClick() {
+    if (searching_) return;
+    SendMessageW(lstDevices_, LB_RESETCONTENT, 0, 0);
+    found_.clear();
+    *stop_ = false;
+    worker_.Start([search = search_, stop = stop_, queue = Queue(), this]() mutable {
+        queue.Post([this, found = Search(search, *stop)] { SearchEnded(found); });
+    });
+    searching_ = true;
+    // Before its button is disabled: a disabled control would swallow the keys.
+    SetFocus(lstDevices_);
+    EnableWindow(btnFind_, FALSE);
+    SetCursor(LoadCursorW(nullptr, IDC_WAIT));
+}
+
+void TFindDevicesForm::SearchEnded(std::vector<TFoundDevice> found) {
+    worker_.Wait();
+    searching_ = false;
+    EnableWindow(btnFind_, TRUE);
+    SetCursor(LoadCursorW(nullptr, IDC_ARROW));
+    if (closing_) {
+        EndModal(IDCANCEL);
+        return;
+    }
+    found_ = std::move(found);
+    for (const TFoundDevice& device : found_) {
+        const LRESULT index = SendMessageW(lstDevices_, LB_ADDSTRING, 0,
+                                           reinterpret_cast<LPARAM>(Wide(device.address).c_str()));
+        SendMessageW(lstDevices_, LB_SETITEMDATA, static_cast<WPARAM>(index),
+                     static_cast<LPARAM>(device.kind));
+    }
+    if (found_.empty()) ShowInformation(Handle(), kNothingFound);
+}
+
+void TFindDevicesForm::btnOKClick() {
+    const LRESULT index = SendMessageW(lstDevices_, LB_GETCURSEL, 0, 0);
+    if (index < 0 || static_cast<std::size_t>(index) >= found_.size()) return;
+    chosen_ = found_[static_cast<std::size_t>(index)];
+    EndModal(IDOK);
+}
+
+void TFindDevicesForm::OnCommand(int, int code, HWND control) {
+    if (control == lstDevices_ && code == LBN_DBLCLK) btnOKClick();
+}
+
+bool TFindDevicesForm::CanClose(int) {
+    if (!searching_) return true;
+    closing_ = true;
+    *stop_ = true;
+    return false;
+}
+
+void TFindDevicesForm::OnDestroy() {
+    *stop_ = true;
+}
+
+LRESULT TFindDevicesForm::HandleMessage(const TMessage& message) {
+    if (message.id == WM_SETCURSOR && searching_ && LOWORD(message.lParam) == HTCLIENT) {
+        SetCursor(LoadCursorW(nullptr, IDC_WAIT));
+        return TRUE;
+    }
+    return TForm::HandleMessage(message);
+}
+
+}  // namespace tolvane

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <windows.h>
+
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "comm/DeviceDiscovery.h"
+#include "window/Form.h"
+#include "window/RunWorker.h"
+
+namespace tolvane {
+
+inline constexpr const wchar_t* kFindDevicesFormClass = L"TFindDevicesForm";
+
+// Runs on a thread of its own; returns soon after `stop`.
+using TDeviceSearch = std::function<std::vector<TFoundDevice>(const std::atomic<bool>& stop)>;
+
+// Searches the local network as the scales' modules expect it.
+TDeviceSearch NetworkSearch();
+
+// The window that searches the network for scales. While a search works the window stays alive;
+// closing it stops the search first.
+class TFindDevicesForm : public TForm {
+public:
+    TFindDevicesForm(HWND owner, TDeviceSearch search);
+    ~TFindDevicesForm() override;
+
+    // What was chosen when ShowModal answered IDOK.
+    const std::optional<TFoundDevice>& Chosen() const { return chosen_; }
+
+protected:
+    LRESULT HandleMessage(const TMessage& message) override;
+    void OnCommand(int id, int code, HWND control) override;
+    bool CanClose(int result) override;
+    void OnDestroy() override;
+
+private:
+    void MakeControls();
+    void btnFindClick();
+    void btnOKClick();
+    void SearchEnded(std::vector<TFoundDevice> found);
+
+    TDeviceSearch search_;
+    std::shared_ptr<std::atomic<bool>> stop_ = std::make_shared<std::atomic<bool>>(false);
+    std::vector<TFoundDevice> found_;  // as listed
+    std::optional<TFoundDevice> chosen_;
+    HWND lstDevices_ = nullptr;
+    HWND btnFind_ = nullptr;
+    bool searching_ = false;
+    bool closing_ = false;  // when the search has ended
+    TRunWorker worker_;
+};
+
+}  // namespace tolvane
