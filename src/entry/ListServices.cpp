@@ -5,6 +5,7 @@
 #include <string>
 
 #include "config/ModulePaths.h"
+#include "config/forms/ScaleComunicationUnit.h"
 #include "entry/ModuleState.h"
 #include "upload/forms/SetPluUnit.h"
 
@@ -42,6 +43,10 @@ void OpenRun(TElicomPluScaleListForm& list, TRunNumber number) {
                    list.ConfigurationFile()});
 }
 
+void EditScales(TElicomPluScaleListForm& list) {
+    if (ShowScaleList(list.Handle(), list.Scales())) list.SaveScales();
+}
+
 }  // namespace
 
 TListServices ListServices() {
@@ -49,6 +54,7 @@ TListServices ListServices() {
     services.configurationFile = ModuleConfigurationForLoading(HostExecutable());
     services.ended = &PostCompletion;
     services.openRun = &OpenRun;
+    services.editScales = &EditScales;
     services.print = &Print;
     return services;
 }

@@ -5,6 +5,10 @@
 #include <string>
 
 #include "articles/forms/PLUScaleListUnit.h"
+#include "comm/forms/uFindDevices.h"
+#include "comm/forms/uHint.h"
+#include "comm/forms/uScaleSettings.h"
+#include "config/forms/ScaleComunicationUnit.h"
 #include "database/ClientLibrary.h"
 #include "entry/ListServices.h"
 #include "entry/ModuleState.h"
@@ -159,8 +163,14 @@ void PostCompletion() noexcept {
 }
 
 void ReleaseWindowClasses() noexcept {
-    constexpr std::array kClasses = {kListFormClass, kWaitFormClass, kInputBoxClass,
-                                     kSetPluFormClass};
+    constexpr std::array kClasses = {kListFormClass,
+                                     kWaitFormClass,
+                                     kInputBoxClass,
+                                     kSetPluFormClass,
+                                     kScaleComunicationFormClass,
+                                     kScaleSettingsFormClass,
+                                     kFindDevicesFormClass,
+                                     kHintFormClass};
     for (const wchar_t* name : kClasses)
         UnregisterWindowClass(name);
 }
