@@ -64,8 +64,8 @@ const char* ModuleString() {
         THostTextHeader header{1251, 1, -1, 9};
         char characters[10] = "TradeHost";
     };
-    static const TText text;
-    return text.characters;
+    static const TText kText;
+    return kText.characters;
 }
 
 }  // namespace

@@ -48,6 +48,7 @@ TVirtualScale::TVirtualScale() : TVirtualScale(TScaleOptions()) {}
 TVirtualScale::TVirtualScale(TScaleOptions options)
     : options_(std::move(options)), core_(options_) {}
 
+// NOLINTNEXTLINE(bugprone-exception-escape): a failed join ends the program, as it must
 TVirtualScale::~TVirtualScale() {
     Stop();
 }
@@ -60,6 +61,7 @@ void TVirtualScale::Start() {
     runtime_ = std::move(runtime);
 }
 
+// NOLINTNEXTLINE(bugprone-exception-escape): a failed join ends the program, as it must
 void TVirtualScale::Stop() noexcept {
     if (!runtime_) return;
     runtime_->io.stop();

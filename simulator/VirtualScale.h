@@ -31,7 +31,7 @@ class TVirtualScale {
 public:
     TVirtualScale();  // an EVL on any free TCP port
     explicit TVirtualScale(TScaleOptions options);
-    ~TVirtualScale();
+    ~TVirtualScale();  // NOLINT(bugprone-exception-escape)
     TVirtualScale(const TVirtualScale&) = delete;
     TVirtualScale& operator=(const TVirtualScale&) = delete;
 
@@ -40,7 +40,7 @@ public:
     void Start();
     // Closes every link at once, whatever it is doing. What the scale holds stays, and Start
     // may follow.
-    void Stop() noexcept;
+    void Stop() noexcept;  // NOLINT(bugprone-exception-escape)
 
     // Of a started scale; 0 or empty when it has no such link.
     std::uint16_t Port() const;
