@@ -16,6 +16,7 @@ namespace {
 constexpr int kTitleHeight = 45;
 constexpr int kTextHeight = 29;
 constexpr int kPadding = 8;
+constexpr int kLineWidth = 2;
 constexpr int kTenthsPerInch = 254;
 constexpr COLORREF kLineColour = RGB(150, 150, 150);
 constexpr COLORREF kTitleColour = RGB(232, 232, 232);
@@ -128,7 +129,7 @@ void TPagePainter::DrawColumn(HDC dc, const TPlacedColumn& placed, std::size_t p
 void TPagePainter::DrawTable(HDC dc, std::size_t page) const {
     const std::vector<TPlacedColumn>& columns = layout_.Columns(page);
     if (columns.empty()) return;
-    const TOwnedPen pen(CreatePen(PS_SOLID, 1, kLineColour));
+    const TOwnedPen pen(CreatePen(PS_SOLID, kLineWidth, kLineColour));
     for (const TPlacedColumn& placed : columns)
         DrawColumn(dc, placed, page);
     const TSelected selectedPen(dc, pen.Get());

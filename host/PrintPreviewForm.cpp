@@ -1,13 +1,16 @@
 #include "host/PrintPreviewForm.h"
 
 #include <algorithm>
-#include <array>
+#include <cstdint>
 #include <functional>
 #include <string_view>
 #include <utility>
+#include <vector>
 
+#include "host/PictureShrink.h"
 #include "host/PrintJob.h"
 #include "text/Cp1251.h"
+#include "window/Handles.h"
 #include "window/MessageBoxes.h"
 #include "window/WideText.h"
 
@@ -20,8 +23,68 @@ constexpr int kGap = 12;
 
 enum TOrientation : int { kLandscape, kPortrait };
 
+// The drawing of a page for the screen, in dots across, and how much larger than seen it may be.
+constexpr int kLargestPicture = 4000;
+constexpr int kMostTimes = 3;
+
 constexpr std::string_view kPrintText = "Печат..."_cp1251;
 constexpr std::string_view kStopText = "Спиране"_cp1251;
+
+BITMAPINFO PictureFormat(int width, int height) {
+    BITMAPINFO info{};
+    info.bmiHeader.biSize = sizeof info.bmiHeader;
+    info.bmiHeader.biWidth = width;
+    info.bmiHeader.biHeight = -height;  // the first row on top
+    info.bmiHeader.biPlanes = 1;
+    info.bmiHeader.biBitCount = 32;
+    return info;
+}
+
+// A bitmap to draw on.
+class TPicture {
+public:
+    TPicture(int width, int height) : dc_(CreateCompatibleDC(nullptr)) {
+        const BITMAPINFO info = PictureFormat(width, height);
+        bitmap_.Reset(CreateDIBSection(dc_, &info, DIB_RGB_COLORS, &dots_, nullptr, 0));
+        if (!bitmap_) {
+            DeleteDC(dc_);
+            throw TWindowError(SystemErrorText(ERROR_NOT_ENOUGH_MEMORY));
+        }
+        before_ = SelectObject(dc_, bitmap_.Get());
+    }
+    TPicture(const TPicture&) = delete;
+    TPicture& operator=(const TPicture&) = delete;
+    ~TPicture() {
+        SelectObject(dc_, before_);
+        DeleteDC(dc_);
+    }
+    HDC Dc() const { return dc_; }
+    const std::uint32_t* Dots() const {
+        GdiFlush();
+        return static_cast<const std::uint32_t*>(dots_);
+    }
+
+private:
+    HDC dc_;
+    void* dots_ = nullptr;
+    TOwnedBitmap bitmap_;
+    HGDIOBJ before_ = nullptr;
+};
+
+// Begins and ends the painting of a window, also when it fails.
+class TPainting {
+public:
+    explicit TPainting(HWND window) : window_(window), dc_(BeginPaint(window, &paint_)) {}
+    TPainting(const TPainting&) = delete;
+    TPainting& operator=(const TPainting&) = delete;
+    ~TPainting() { EndPaint(window_, &paint_); }
+    HDC Dc() const { return dc_; }
+
+private:
+    HWND window_;
+    PAINTSTRUCT paint_{};
+    HDC dc_;
+};
 
 }  // namespace
 
@@ -165,25 +228,35 @@ LRESULT TPrintPreviewForm::HandleMessage(const TMessage& message) {
 
 // Everything is drawn in memory first, so that turning pages does not flicker.
 void TPrintPreviewForm::Paint() {
-    PAINTSTRUCT paint{};
-    const HDC screen = BeginPaint(Handle(), &paint);
+    const TPainting painting(Handle());
     RECT client{};
     GetClientRect(Handle(), &client);
-    const TOwnedBitmap picture(CreateCompatibleBitmap(screen, client.right, client.bottom));
-    const HDC dc = CreateCompatibleDC(screen);
-    {
-        const TSelected selected(dc, picture.Get());
-        const RECT bar{0, 0, client.right, Dpi().Scale(kBarHeight)};
-        const RECT page = PageArea();
-        FillRect(dc, &client, GetSysColorBrush(COLOR_APPWORKSPACE));
-        FillRect(dc, &bar, GetSysColorBrush(COLOR_BTNFACE));
-        FillRect(dc, &page, static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH)));
-        painter_.Draw(dc, page, page_);
-        FrameRect(dc, &page, static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH)));
-        BitBlt(screen, 0, 0, client.right, client.bottom, dc, 0, 0, SRCCOPY);
-    }
-    DeleteDC(dc);
-    EndPaint(Handle(), &paint);
+    if (client.right <= 0 || client.bottom <= 0) return;
+    const TPicture picture(client.right, client.bottom);
+    const RECT bar{0, 0, client.right, Dpi().Scale(kBarHeight)};
+    const RECT page = PageArea();
+    FillRect(picture.Dc(), &client, GetSysColorBrush(COLOR_APPWORKSPACE));
+    FillRect(picture.Dc(), &bar, GetSysColorBrush(COLOR_BTNFACE));
+    DrawPage(picture.Dc(), page);
+    FrameRect(picture.Dc(), &page, static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH)));
+    BitBlt(painting.Dc(), 0, 0, client.right, client.bottom, picture.Dc(), 0, 0, SRCCOPY);
+}
+
+// The page is drawn larger and made smaller: its letters are but a few dots high, and would be
+// neither readable nor as wide as on paper.
+void TPrintPreviewForm::DrawPage(HDC dc, const RECT& page) const {
+    const int width = page.right - page.left;
+    const int height = page.bottom - page.top;
+    const int times = std::clamp(kLargestPicture / std::max(width, 1), 1, kMostTimes);
+    const RECT large{0, 0, width * times, height * times};
+    const TPicture picture(large.right, large.bottom);
+    FillRect(picture.Dc(), &large, static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH)));
+    painter_.Draw(picture.Dc(), large, page_);
+    const std::vector<std::uint32_t> dots = ShrinkPicture(picture.Dots(), width, height, times);
+    const BITMAPINFO info = PictureFormat(width, height);
+    SetDIBitsToDevice(dc, page.left, page.top, static_cast<DWORD>(width),
+                      static_cast<DWORD>(height), 0, 0, 0, static_cast<UINT>(height), dots.data(),
+                      &info, DIB_RGB_COLORS);
 }
 
 void TPrintPreviewForm::Print() {

@@ -33,6 +33,7 @@ private:
     void ShowPageNumber(std::size_t page);
     void ChooseOrientation();
     void Paint();
+    void DrawPage(HDC dc, const RECT& page) const;
     void Print();
     void PrintTo(const TPrinter& printer);
     RECT PageArea() const;

@@ -83,6 +83,8 @@ void TTradeHostForm::AddClient() {
 void TTradeHostForm::Layout() const {
     if (client_ == nullptr || statusBar_ == nullptr) return;
     SendMessageW(statusBar_, WM_SIZE, 0, 0);
+    // The size grip would be seen where it was as well.
+    InvalidateRect(statusBar_, nullptr, TRUE);
     RECT area{};
     RECT bar{};
     GetClientRect(Handle(), &area);
