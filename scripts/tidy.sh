@@ -67,8 +67,8 @@ fingerprints() { # writes "hash<TAB>source" per file
 }
 
 cd "$ROOT"
-arguments=(--extra-arg=-DTOLVANE_CLANG_TIDY)
-[[ $preset == windows ]] && mapfile -t -O 1 arguments < <(cross_arguments)
+arguments=(--extra-arg=-DTOLVANE_CLANG_TIDY --extra-arg=-Wno-unknown-warning-option)
+[[ $preset == windows ]] && mapfile -t -O 2 arguments < <(cross_arguments)
 
 todo=$tree/tidy-todo
 : >"$todo"
