@@ -1,0 +1,112 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "host/HostMenu.h"
+#include "tests/module/BoxAnswerer.h"
+#include "tests/module_host/HostSession.h"
+
+namespace tolvane::test {
+namespace {
+
+constexpr const char* kNoConnection = "Няма връзка с базата данни";
+
+bool Contains(const std::string& text, const std::string& part) {
+    return text.find(part) != std::string::npos;
+}
+
+// Connects with settings that must fail; what the error box said.
+std::string FailureOf(const THostIni* ini) {
+    THostSession session;
+    if (ini != nullptr) session.WriteIni(*ini);
+    session.Open();
+    const TBoxAnswerer boxes;
+    session.Form().Connect();
+    EXPECT_FALSE(session.Form().IsConnected());
+    EXPECT_EQ(session.StatusText(), kNoConnection);
+    EXPECT_NE(IsWindowEnabled(session.Frame()), 0);
+    EXPECT_EQ(boxes.Seen().size(), 1U);
+    if (boxes.Seen().empty()) return {};
+    EXPECT_EQ(boxes.Seen()[0].caption, "Грешка");
+    EXPECT_TRUE(Contains(boxes.Seen()[0].text, "\"Свързване\""));
+    return boxes.Seen()[0].text;
+}
+
+TEST(HostConnectionTest, TheStatusBarNamesTheConnectedDatabase) {
+    THostSession session;
+    const THostIni ini = THostIni::Working();
+    session.WriteIni(ini);
+    session.Open();
+    EXPECT_EQ(session.StatusText(), kNoConnection);
+    EXPECT_TRUE(IsGreyed(session.Menu(kConnectionMenu), 1));
+    const TBoxAnswerer boxes;
+    session.Command(host::kConnect);
+    EXPECT_TRUE(session.Form().IsConnected());
+    EXPECT_EQ(session.StatusText(), "Свързана база: " + ini.database);
+    EXPECT_FALSE(IsGreyed(session.Menu(kConnectionMenu), 1));
+    session.Command(host::kDisconnect);
+    EXPECT_EQ(session.StatusText(), kNoConnection);
+    EXPECT_TRUE(boxes.Seen().empty());
+}
+
+TEST(HostConnectionTest, AMissingSettingsFileIsToldWithTheKeyToFillIn) {
+    const std::string text = FailureOf(nullptr);
+    EXPECT_TRUE(Contains(text, "Не е зададена база данни."));
+    EXPECT_TRUE(Contains(text, "Database=127.0.0.1/3050:C:\\Shop\\SHOP.FDB"));
+}
+
+TEST(HostConnectionTest, AMissingClientLibraryIsTold) {
+    THostIni ini = THostIni::Working();
+    ini.clientLibrary = "C:\\none\\client.dll";
+    EXPECT_TRUE(Contains(FailureOf(&ini), "C:\\none\\client.dll: не е намерена"));
+}
+
+TEST(HostConnectionTest, ALibraryThatIsNoClientIsTold) {
+    THostIni ini = THostIni::Working();
+    ini.clientLibrary = "comdlg32.dll";
+    EXPECT_TRUE(Contains(FailureOf(&ini), "comdlg32.dll: не е клиент на Firebird"));
+}
+
+TEST(HostConnectionTest, ARefusedConnectionIsToldInTheServersWords) {
+    THostIni ini = THostIni::Working();
+    ini.database = "127.0.0.1/1:/none.fdb";
+    const std::string text = FailureOf(&ini);
+    EXPECT_TRUE(Contains(text, "Няма връзка с базата данни 127.0.0.1/1:/none.fdb"));
+    EXPECT_TRUE(Contains(text, "Unable to complete network request to host"));
+}
+
+TEST(HostConnectionTest, AWrongPasswordIsToldInTheServersWords) {
+    THostIni ini = THostIni::Working();
+    ini.password = "wrong";
+    EXPECT_TRUE(Contains(FailureOf(&ini), "Your user name and password are not defined"));
+}
+
+TEST(HostConnectionTest, AfterAFailureTheSettingsAreReadAnew) {
+    THostSession session;
+    THostIni ini = THostIni::Working();
+    ini.clientLibrary = "C:\\none\\client.dll";
+    session.WriteIni(ini);
+    session.Open();
+    const TBoxAnswerer boxes;
+    session.Command(host::kConnect);
+    ASSERT_EQ(boxes.Seen().size(), 1U);
+    session.WriteIni(THostIni::Working());
+    session.Command(host::kConnect);
+    EXPECT_EQ(boxes.Seen().size(), 1U);
+    EXPECT_TRUE(session.Form().IsConnected());
+}
+
+TEST(HostConnectionTest, TheConnectionStaysWhileAnOperationRuns) {
+    THostSession session;
+    session.OpenWorking();
+    session.Form().StartOperation(1);
+    const TBoxAnswerer boxes;
+    session.Command(host::kDisconnect);
+    session.Command(host::kConnect);
+    ASSERT_EQ(boxes.Seen().size(), 2U);
+    EXPECT_TRUE(Contains(boxes.Seen()[0].text, "Затворете прозорците на операциите"));
+    EXPECT_TRUE(session.Form().IsConnected());
+}
+
+}  // namespace
+}  // namespace tolvane::test
