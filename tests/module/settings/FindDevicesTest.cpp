@@ -1,0 +1,258 @@
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <atomic>
+#include <chrono>
+#include <thread>
+
+#include "comm/forms/uFindDevices.h"
+#include "tests/module/BoxAnswerer.h"
+#include "tests/module/HostFrame.h"
+#include "tests/module/settings/DialogScript.h"
+
+namespace tolvane::test {
+namespace {
+
+// A search that works until it is let go or stopped.
+struct THeldSearch {
+    std::atomic<bool> started{false};
+    std::atomic<bool> released{false};
+    std::atomic<bool> sawStop{false};
+    std::vector<TFoundDevice> found;
+
+    TDeviceSearch Search() {
+        return [this](const std::atomic<bool>& stop) {
+            started = true;
+            while (!released && !stop)
+                std::this_thread::yield();
+            sawStop = stop.load();
+            return found;
+        };
+    }
+};
+
+TDeviceSearch Finds(std::vector<TFoundDevice> found) {
+    return [found = std::move(found)](const std::atomic<bool>&) { return found; };
+}
+
+const std::vector<TFoundDevice> kThree = {{"192.168.1.10", TDeviceKind::UdpModule},
+                                          {"192.168.1.11", TDeviceKind::TcpModule},
+                                          {"192.168.1.10", TDeviceKind::TcpModule}};
+
+HWND List(HWND window) {
+    return ControlOf(window, "lstDevices");
+}
+
+int Count(HWND window) {
+    return static_cast<int>(SendMessageW(List(window), LB_GETCOUNT, 0, 0));
+}
+
+void DoubleClick(HWND window) {
+    SendMessageW(window, WM_COMMAND,
+                 MAKEWPARAM(static_cast<WORD>(GetDlgCtrlID(List(window))), LBN_DBLCLK),
+                 reinterpret_cast<LPARAM>(List(window)));
+}
+
+// Waits for the end of a search.
+void Searched(HWND window) {
+    EXPECT_TRUE(RunLoopUntil([&] { return IsEnabledIn(window, "btnFind"); }));
+}
+
+class FindDevicesTest : public testing::Test {
+protected:
+    // The form's answer after the steps.
+    int Show(TDeviceSearch search, std::vector<TDialogScript::TStep> steps) {
+        TFindDevicesForm form(host_.Frame(), std::move(search));
+        const TDialogScript script(kFindDevicesFormClass, std::move(steps));
+        const int result = form.ShowModal();
+        chosen_ = form.Chosen();
+        return result;
+    }
+
+    THostFrame host_;
+    std::optional<TFoundDevice> chosen_;
+};
+
+}  // namespace
+
+TEST_F(FindDevicesTest, LooksAsTold) {
+    Show(Finds({}), {[](HWND window) {
+             EXPECT_EQ(Utf8TextOf(window), "Налични везни");
+             EXPECT_EQ(TextOf(window, "btnFind"), "Търси налични везни");
+             EXPECT_EQ(TextOf(window, "btnCancel"), "Отказ");
+             EXPECT_EQ(TextOf(window, "btnOK"), "Потвърди");
+             EXPECT_EQ(Count(window), 0);
+             EXPECT_EQ(GetDlgCtrlID(ControlOf(window, "btnOK")), IDOK);
+             Picture(window, "find-empty");
+             Press(window, "btnCancel");
+         }});
+}
+
+TEST_F(FindDevicesTest, NoAnswersAreToldAndOkDoesNothing) {
+    const TBoxAnswerer boxes;
+    EXPECT_EQ(Show(Finds({}), {[](HWND window) { Press(window, "btnFind"); }, Searched,
+                               [](HWND window) {
+                                   EXPECT_EQ(Count(window), 0);
+                                   Press(window, "btnOK");
+                               },
+                               [](HWND window) { Press(window, "btnCancel"); }}),
+              IDCANCEL);
+    ASSERT_EQ(boxes.Seen().size(), 1U);
+    EXPECT_EQ(boxes.Seen()[0].text, "Не са намерени везни.");
+    EXPECT_EQ(boxes.Seen()[0].buttons.size(), 1U);
+}
+
+TEST_F(FindDevicesTest, ListsWhoAnsweredWithTheirKinds) {
+    Show(Finds(kThree), {[](HWND window) { Press(window, "btnFind"); }, Searched,
+                         [](HWND window) {
+                             ASSERT_EQ(Count(window), 3);
+                             EXPECT_EQ(SendMessageW(List(window), LB_GETITEMDATA, 0, 0), 1);
+                             EXPECT_EQ(SendMessageW(List(window), LB_GETITEMDATA, 1, 0), 2);
+                             EXPECT_EQ(SendMessageW(List(window), LB_GETITEMDATA, 2, 0), 2);
+                             wchar_t text[32] = {};
+                             SendMessageW(List(window), LB_GETTEXT, 1,
+                                          reinterpret_cast<LPARAM>(text));
+                             EXPECT_STREQ(text, L"192.168.1.11");
+                             SendMessageW(List(window), LB_SETCURSEL, 1, 0);
+                             Picture(window, "find-found");
+                             Press(window, "btnCancel");
+                         }});
+    EXPECT_FALSE(chosen_);
+}
+
+TEST_F(FindDevicesTest, OkNeedsASelectedEntry) {
+    EXPECT_EQ(Show(Finds(kThree), {[](HWND window) { Press(window, "btnFind"); }, Searched,
+                                   [](HWND window) { Press(window, "btnOK"); },
+                                   [](HWND window) {
+                                       SendMessageW(List(window), LB_SETCURSEL, 1, 0);
+                                       Press(window, "btnOK");
+                                   }}),
+              IDOK);
+    ASSERT_TRUE(chosen_);
+    EXPECT_EQ(*chosen_, (TFoundDevice{"192.168.1.11", TDeviceKind::TcpModule}));
+}
+
+TEST_F(FindDevicesTest, ADoubleClickIsOk) {
+    EXPECT_EQ(Show(Finds(kThree), {[](HWND window) { Press(window, "btnFind"); }, Searched,
+                                   [](HWND window) {
+                                       SendMessageW(List(window), LB_SETCURSEL, 0, 0);
+                                       DoubleClick(window);
+                                   }}),
+              IDOK);
+    ASSERT_TRUE(chosen_);
+    EXPECT_EQ(*chosen_, (TFoundDevice{"192.168.1.10", TDeviceKind::UdpModule}));
+}
+
+TEST_F(FindDevicesTest, ADoubleClickOnAnEmptyListDoesNothing) {
+    EXPECT_EQ(Show(Finds({}), {[](HWND window) { DoubleClick(window); },
+                               [](HWND window) { Press(window, "btnCancel"); }}),
+              IDCANCEL);
+}
+
+TEST_F(FindDevicesTest, ASecondSearchEmptiesTheListFirst) {
+    Show(Finds(kThree), {[](HWND window) { Press(window, "btnFind"); }, Searched,
+                         [](HWND window) { Press(window, "btnFind"); }, Searched,
+                         [](HWND window) {
+                             EXPECT_EQ(Count(window), 3);
+                             Press(window, "btnCancel");
+                         }});
+}
+
+TEST_F(FindDevicesTest, TheWindowLivesWhileASearchWorks) {
+    THeldSearch held;
+    held.found = kThree;
+    const HWND frame = host_.Frame();
+    Show(held.Search(), {[](HWND window) { Press(window, "btnFind"); },
+                         [&](HWND window) {
+                             EXPECT_FALSE(IsEnabledIn(window, "btnFind"));
+                             EXPECT_TRUE(IsEnabledIn(window, "btnCancel"));
+                             EXPECT_EQ(GetFocus(), List(window));
+                             SendMessageW(window, WM_SETCURSOR, reinterpret_cast<WPARAM>(window),
+                                          MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
+                             EXPECT_EQ(GetCursor(), LoadCursorW(nullptr, IDC_WAIT));
+                             // The host paints meanwhile.
+                             InvalidateRect(frame, nullptr, TRUE);
+                             Picture(window, "find-searching");
+                             held.released = true;
+                             Searched(window);
+                         },
+                         [](HWND window) {
+                             EXPECT_TRUE(IsEnabledIn(window, "btnFind"));
+                             EXPECT_EQ(Count(window), 3);
+                             Press(window, "btnCancel");
+                         }});
+    EXPECT_TRUE(held.started);
+    EXPECT_FALSE(held.sawStop);
+    EXPECT_GT(host_.Received(WM_PAINT), 0);
+}
+
+TEST_F(FindDevicesTest, ClosingDuringASearchStopsIt) {
+    for (const char* way : {"btnCancel", "box"}) {
+        THeldSearch held;
+        EXPECT_EQ(Show(held.Search(), {[](HWND window) { Press(window, "btnFind"); },
+                                       [&](HWND window) {
+                                           if (std::string(way) == "box")
+                                               SendMessageW(window, WM_CLOSE, 0, 0);
+                                           else
+                                               Press(window, way);
+                                       }}),
+                  IDCANCEL);
+        EXPECT_TRUE(held.sawStop) << way;
+    }
+}
+
+TEST_F(FindDevicesTest, EscapeDuringASearchStopsIt) {
+    THeldSearch held;
+    EXPECT_EQ(Show(held.Search(), {[](HWND window) { Press(window, "btnFind"); },
+                                   [](HWND) { PostKey(VK_ESCAPE); }}),
+              IDCANCEL);
+    EXPECT_TRUE(held.sawStop);
+}
+
+TEST_F(FindDevicesTest, TheWindowMayBeDestroyedDuringASearch) {
+    THeldSearch held;
+    EXPECT_EQ(Show(held.Search(), {[](HWND window) { Press(window, "btnFind"); },
+                                   [](HWND window) { DestroyWindow(window); }}),
+              IDCANCEL);
+    EXPECT_TRUE(held.sawStop);
+}
+
+TEST_F(FindDevicesTest, AFailedSearchHasFoundNothing) {
+    const TBoxAnswerer boxes;
+    Show([](const std::atomic<bool>&) -> std::vector<TFoundDevice> { throw std::bad_alloc(); },
+         {[](HWND window) { Press(window, "btnFind"); }, Searched,
+          [](HWND window) { Press(window, "btnCancel"); }});
+    ASSERT_EQ(boxes.Seen().size(), 1U);
+    EXPECT_EQ(boxes.Seen()[0].text, "Не са намерени везни.");
+}
+
+TEST_F(FindDevicesTest, TheNetworkIsSearchedForAboutThreeSecondsAndNotOnThisThread) {
+    const TBoxAnswerer boxes;
+    const auto start = std::chrono::steady_clock::now();
+    int ticksMeanwhile = 0;
+    Show(NetworkSearch(), {[](HWND window) { Press(window, "btnFind"); },
+                           [&](HWND window) {
+                               RunLoopUntil([&] {
+                                   ++ticksMeanwhile;
+                                   return IsEnabledIn(window, "btnFind");
+                               });
+                           },
+                           [](HWND window) { Press(window, "btnCancel"); }});
+    const auto passed = std::chrono::steady_clock::now() - start;
+    EXPECT_LT(passed, std::chrono::seconds(10));
+    EXPECT_GT(ticksMeanwhile, 0);
+}
+
+TEST_F(FindDevicesTest, TabGoesThroughTheControls) {
+    std::vector<std::string> names;
+    const auto tab = [&](HWND) {
+        names.push_back(ComponentNameOf(GetFocus()));
+        PostKey(VK_TAB);
+    };
+    Show(Finds({}), {tab, tab, tab, tab, tab, [](HWND) { PostKey(VK_ESCAPE); }});
+    EXPECT_EQ(names,
+              (std::vector<std::string>{"btnFind", "lstDevices", "btnOK", "btnCancel", "btnFind"}));
+}
+
+}  // namespace tolvane::test

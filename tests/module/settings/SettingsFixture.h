@@ -1,0 +1,59 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "comm/forms/uScaleSettings.h"
+#include "tests/module/HostFrame.h"
+#include "tests/module/settings/DialogScript.h"
+
+namespace tolvane::test {
+
+// The connection dialog on a computer of the test's own.
+class ScaleSettingsFixture : public testing::Test {
+protected:
+    using TSteps = std::vector<TDialogScript::TStep>;
+
+    TScaleSettingsServices Services() {
+        return {[this](bool sort, std::vector<std::string>& items) {
+                    sorts_.push_back(sort);
+                    items = ports_;
+                },
+                [this](const std::atomic<bool>&) { return found_; }};
+    }
+
+    int Show(const TScaleSettings& settings, TSteps steps) {
+        TfrmScaleSettings form(host_.Frame(), "Scale Settings", settings, listed_, Services());
+        const TDialogScript script(kScaleSettingsFormClass, std::move(steps));
+        const int result = form.ShowModal();
+        confirmed_ = form.Settings();
+        return result;
+    }
+    int Show(TSteps steps) { return Show(SettingsOfNewScale(ports_), std::move(steps)); }
+
+    static TScaleSettings Tcp(const std::string& address) {
+        TScaleSettings settings = SettingsOfNewScale({});
+        settings.transport = TTransport::Tcp;
+        settings.ipAddress = address;
+        settings.port = "100";
+        return settings;
+    }
+
+    THostFrame host_;
+    std::vector<std::string> ports_ = {"COM3", "COM1"};
+    std::vector<std::int32_t> listed_;
+    std::vector<TFoundDevice> found_;
+    std::vector<bool> sorts_;  // how the ports were asked for
+    TScaleSettings confirmed_;
+};
+
+inline TDialogScript::TStep Pressing(std::string name) {
+    return [name = std::move(name)](HWND window) { Press(window, name); };
+}
+
+}  // namespace tolvane::test
