@@ -29,7 +29,7 @@ TScaleSettingsServices SystemSettingsServices();
 
 // The dialog that edits one scale's identity and connection. It answers IDOK only with settings
 // that pass CheckSettings.
-class TfrmScaleSettings : public TForm {
+class TfrmScaleSettings : public TForm {  // NOLINT(readability-identifier-naming)
 public:
     // `listed`: the numbers of all scales in the list, the edited one's included.
     TfrmScaleSettings(HWND owner, std::string_view caption, const TScaleSettings& settings,
