@@ -47,7 +47,8 @@ void TIpMask::SetText(std::string_view text) {
             ++group;
             place = 0;
         } else if (IsDigit(c) && group < kGroups && place < kPlaces) {
-            text_[static_cast<std::size_t>(group * kGroupStride + place++)] = c;
+            const int at = group * kGroupStride + place++;
+            text_[static_cast<std::size_t>(at)] = c;
         }
     }
 }

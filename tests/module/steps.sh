@@ -22,7 +22,7 @@ module_prepare() {
 }
 
 module_test() {
-    local program=$1/tests/module codepage=$2 separator=$3 bitmap
+    local program=$1/tests/module codepage=$2 separator=$3
     shift 3
     wine_regional "$codepage" "$separator"
     mkdir -p "$MODULE_SHOTS"
@@ -31,9 +31,15 @@ module_test() {
     TOLVANE_FB_SERVER=127.0.0.1/$(firebird_port) TOLVANE_FB_PASSWORD=$FIREBIRD_PASSWORD \
         TOLVANE_FB_FOLDER=$MODULE_DATABASES TOLVANE_SCREENSHOTS=$MODULE_SHOTS \
         wine_command timeout 600 wine "$program/test_module.exe" "$@"
+    module_pictures
+}
+
+# The bitmaps that the tests have left become pictures.
+module_pictures() {
+    local bitmap
     for bitmap in "$MODULE_SHOTS"/*.bmp; do
         [ -e "$bitmap" ] || continue
-        convert "$bitmap" "${bitmap%.bmp}.png"
+        convert "$bitmap" -alpha off "${bitmap%.bmp}.png"
         rm -f "$bitmap"
     done
 }

@@ -100,6 +100,13 @@ void THintForm::ShowPage(std::size_t page) {
         ShowWindow(pages_[i], i == page ? SW_SHOWNA : SW_HIDE);
 }
 
+// Themed pages have the colour of a window; on plain ones the texts look like a sheet of paper.
+LRESULT THintForm::PageColour(const TMessage& message) {
+    SetBkColor(reinterpret_cast<HDC>(message.wParam), GetSysColor(COLOR_WINDOW));
+    SetTextColor(reinterpret_cast<HDC>(message.wParam), GetSysColor(COLOR_WINDOWTEXT));
+    return reinterpret_cast<LRESULT>(GetSysColorBrush(COLOR_WINDOW));
+}
+
 LRESULT THintForm::OnNotify(NMHDR& header) {
     if (header.code == TCN_SELCHANGE) ShowPage(Page());
     return 0;
@@ -113,6 +120,7 @@ bool THintForm::OnKey(UINT virtualKey, HWND) {
 }
 
 LRESULT THintForm::HandleMessage(const TMessage& message) {
+    if (message.id == WM_CTLCOLORSTATIC) return PageColour(message);
     if (message.id == WM_LBUTTONDOWN) pressed_ = true;
     if (message.id == WM_LBUTTONUP && pressed_) EndModal(IDCANCEL);
     return TForm::HandleMessage(message);

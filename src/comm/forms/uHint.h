@@ -23,6 +23,7 @@ protected:
 
 private:
     void MakePages();
+    static LRESULT PageColour(const TMessage& message);
     void ShowPage(std::size_t page);
     std::size_t Page() const;
 

@@ -184,6 +184,10 @@ void TfrmScaleSettings::FocusField(TSettingsField field) {
     }
 }
 
+void TfrmScaleSettings::OnShow() {
+    SendMessageW(edtScaleNumb_.edit, EM_SETSEL, 0, -1);
+}
+
 void TfrmScaleSettings::OnCommand(int, int code, HWND control) {
     if (code != EN_KILLFOCUS) return;
     for (const TSpinEdit* spin : {&edtScaleNumb_, &seScaleAddr_}) {

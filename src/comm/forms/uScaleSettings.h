@@ -39,6 +39,7 @@ public:
     const TScaleSettings& Settings() const { return settings_; }
 
 protected:
+    void OnShow() override;
     void OnCommand(int id, int code, HWND control) override;
 
 private:
