@@ -15,6 +15,7 @@ test_build() {
 # test_native unit|integration: the programs of that level, two at a time. Each leaves its list of
 # results beside the others'.
 test_native() {
+    mkdir -p "$BUILD/integration-databases"
     TOLVANE_FB_SERVER=127.0.0.1/$(cat "$FIREBIRD_FOLDER/port" 2>/dev/null || true) \
         TOLVANE_FB_PASSWORD=$FIREBIRD_PASSWORD TOLVANE_FB_DIR=$BUILD/integration-databases \
         GTEST_OUTPUT=json:$RESULTS/ \
@@ -26,15 +27,18 @@ test_module_run() {
         "--gtest_output=json:$(wine_path "$RESULTS/module-$1-$2.json")"
 }
 
-# The unit tests' programs as they are built for Windows.
+# The unit tests' programs as they are built for Windows; the virtual scale's own run natively.
 test_windows_units() {
     local program name
     wine_regional 1251 comma
-    find "$BUILD/windows/tests/unit" -name 'test_*.exe' | sort | while read -r program; do
-        name=$(basename "$program" .exe)
-        say "== $name"
-        wine_run "$program" "--gtest_output=json:$(wine_path "$RESULTS/windows-$name.json")" </dev/null
-    done
+    wine_session
+    find "$BUILD/windows/tests/unit" -name 'test_*.exe' ! -name 'test_simulator.exe' | sort |
+        while read -r program; do
+            name=$(basename "$program" .exe)
+            say "== $name"
+            wine_command timeout 300 wine "$program" \
+                "--gtest_output=json:$(wine_path "$RESULTS/windows-$name.json")" </dev/null
+        done
 }
 
 test_demo_articles() {
