@@ -39,6 +39,7 @@ public:
     void OpenWorking();
     void Close();
 
+    const std::filesystem::path& Folder() const { return folder_; }
     host::TTradeHostForm& Form() const { return *form_; }
     HWND Frame() const { return form_->Handle(); }
     // Sends a command of the menu and runs the loop until no message waits.
