@@ -44,6 +44,7 @@ step "Make the Wine prefix" wine_prefix_make
 step "Start a display" display_start
 step "Unit tests for Windows" test_windows_units
 step "Databases of the module tests" module_prepare "$BUILD/windows"
+step "Host tests" test_host_run
 for codepage in 1251 1252; do
     for separator in comma point; do
         step "Module tests, code page $codepage, decimal $separator" \

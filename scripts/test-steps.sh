@@ -2,6 +2,7 @@
 
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 source "$ROOT/tests/module/steps.sh"
+source "$ROOT/tests/module_host/steps.sh"
 
 RESULTS=$BUILD/test-results
 rm -rf "$RESULTS"
@@ -39,6 +40,11 @@ test_windows_units() {
             wine_command timeout 300 wine "$program" \
                 "--gtest_output=json:$(wine_path "$RESULTS/windows-$name.json")" </dev/null
         done
+}
+
+test_host_run() {
+    wine_regional 1251 comma
+    host_test "$BUILD/windows" "--gtest_output=json:$(wine_path "$RESULTS/host.json")"
 }
 
 test_demo_articles() {
