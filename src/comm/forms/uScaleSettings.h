@@ -48,8 +48,8 @@ private:
     HWND AddButton(const char* name, std::string_view text, const TPlace& place,
                    void (TfrmScaleSettings::*click)(), int id = 0);
     HWND AddCombo(const char* name, const TPlace& place, std::span<const std::string_view> items);
-    TSpinEdit AddSpinEdit(const char* name, const TPlace& place, std::int32_t lowest,
-                          std::int32_t highest);
+    TSpinEdit AddSpinEdit(const char* name, const char* arrowsName, const TPlace& place,
+                          std::int32_t lowest, std::int32_t highest);
     void CentreOnScreen() const;
     void MakeIdentity();
     void MakeTransports();

@@ -62,11 +62,12 @@ HWND TfrmScaleSettings::AddCombo(const char* name, const TPlace& place,
     return combo;
 }
 
-TSpinEdit TfrmScaleSettings::AddSpinEdit(const char* name, const TPlace& place, std::int32_t lowest,
+TSpinEdit TfrmScaleSettings::AddSpinEdit(const char* name, const char* arrowsName,
+                                         const TPlace& place, std::int32_t lowest,
                                          std::int32_t highest) {
     TSpinEdit spin;
     spin.edit = Add(TControlKind::Edit, name, {}, place, ES_NUMBER);
-    spin.arrows = Add(TControlKind::UpDown, nullptr, {}, {});
+    spin.arrows = Add(TControlKind::UpDown, arrowsName, {}, {});
     spin.lowest = lowest;
     spin.highest = highest;
     spin.Prepare();
@@ -87,8 +88,9 @@ void TfrmScaleSettings::MakeIdentity() {
             {kLabelLeft, kIdentityTop + row * kRow + kLabelDrop, 96, kLabelHeight});
     };
     label(0);
-    edtScaleNumb_ = AddSpinEdit("edtScaleNumb", {kIdentityField, kIdentityTop, 64, kFieldHeight},
-                                kLowestScaleNumber, kHighestScaleNumber);
+    edtScaleNumb_ =
+        AddSpinEdit("edtScaleNumb", "udScaleNumb", {kIdentityField, kIdentityTop, 64, kFieldHeight},
+                    kLowestScaleNumber, kHighestScaleNumber);
     label(1);
     edtScaleName_ = Add(TControlKind::Edit, "edtScaleName", {}, field(1, kFieldHeight));
     SendMessageW(edtScaleName_, EM_LIMITTEXT, kNameLength, 0);
@@ -127,8 +129,8 @@ void TfrmScaleSettings::MakeSerialControls() {
     const int top = kSettingsTop + 20;
     Add(TControlKind::Label, "lblScaleAddr", "Адрес везна:"_cp1251,
         {kLabelLeft, top + kLabelDrop, 80, kLabelHeight});
-    seScaleAddr_ =
-        AddSpinEdit("seScaleAddr", {kSerialField, top, 60, kFieldHeight}, 0, kHighestScaleAddress);
+    seScaleAddr_ = AddSpinEdit("seScaleAddr", "udScaleAddr", {kSerialField, top, 60, kFieldHeight},
+                               0, kHighestScaleAddress);
     SendMessageW(seScaleAddr_.edit, EM_LIMITTEXT, kScaleAddressDigits, 0);
     Add(TControlKind::Label, "lblComPort",
         "COM:", {kLabelLeft, top + kRow + kLabelDrop, 80, kLabelHeight});

@@ -1,0 +1,139 @@
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "tests/module/BoxAnswerer.h"
+#include "tests/module/Screenshot.h"
+#include "tests/module/Session.h"
+#include "tests/module/settings/DialogScript.h"
+
+namespace tolvane::test {
+namespace {
+
+constexpr WPARAM kSettingsCommand = 1005;
+
+// Beside this program, as beside a host.
+std::filesystem::path IniFile() {
+    std::wstring program(MAX_PATH, L'\0');
+    program.resize(GetModuleFileNameW(nullptr, program.data(), MAX_PATH));
+    return std::filesystem::path(program).parent_path() / "Operations" / "Tolvane.ini";
+}
+
+std::string Content() {
+    std::ifstream file(IniFile(), std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+// The list window's settings command over a configuration file of the test's own.
+class SettingsTest : public testing::Test {
+protected:
+    SettingsTest() { Write(kBefore); }
+    ~SettingsTest() override {
+        std::error_code ignored;
+        std::filesystem::remove(IniFile(), ignored);
+    }
+
+    static void Write(const std::string& content) {
+        std::ofstream(IniFile(), std::ios::binary) << content;
+    }
+
+    void OpenSettings(std::vector<TDialogScript::TStep> steps) const {
+        const TDialogScript script(L"TScaleComunicationForm", std::move(steps));
+        SendMessageW(session_.List(), WM_COMMAND, kSettingsCommand, 0);
+    }
+
+    static constexpr const char* kBefore =
+        "; by hand\r\n[SCALE3]\r\nTCPAddress=10.0.0.5\r\n[OTHER]\r\nkey = value\r\n";
+    TSession session_;
+};
+
+TDialogScript::TStep Pressing(std::string name) {
+    return [name = std::move(name)](HWND window) { Press(window, name); };
+}
+
+}  // namespace
+
+TEST_F(SettingsTest, AnAddedScaleIsSaved) {
+    session_.Start();
+    const TDialogScript dialog(L"TfrmScaleSettings", {[](HWND window) {
+                                   SetTextOf(window, "edtScaleNumb", L"2");
+                                   Choose(ControlOf(window, "cbScaleType"), 1);
+                                   Press(window, "rbTCP");
+                                   SetTextOf(window, "edtIpAddress", L"10.0.0.7");
+                                   Press(window, "btnOk");
+                               }});
+    OpenSettings({[](HWND window) { EXPECT_EQ(TextOf(window, "edtScaleName"), "SCALE 3"); },
+                  Pressing("btnAddScale"),
+                  [this](HWND) { SaveScreenshot(session_.host.Frame(), "settings-over-list"); },
+                  Pressing("btnOk")});
+    // The file's own scale moved to the first slot; what is not a scale's stayed.
+    EXPECT_EQ(Content(),
+              "; by hand\r\n[OTHER]\r\nkey = value\r\n"
+              "[SCALE1]\r\nScaleNumb=3\r\nScaleName=SCALE 3\r\nTCPAddress=10.0.0.5\r\n"
+              "TCPPort=1001\r\nChecked=1\r\nBaudRate=0\r\nScaleType=0\r\nEncoding=2\r\n"
+              "ScaleAddr=0\r\nCommType=0\r\n"
+              "[SCALE2]\r\nScaleNumb=2\r\nScaleName=(ETS) - 10.0.0.7 (2)\r\n"
+              "TCPAddress=10.0.0.7\r\nTCPPort=100\r\nChecked=1\r\nBaudRate=0\r\n"
+              "ScaleType=5000\r\nEncoding=2\r\nScaleAddr=0\r\nCommType=1\r\n");
+}
+
+TEST_F(SettingsTest, CancelLeavesTheFile) {
+    session_.Start();
+    OpenSettings({Pressing("btnDeleteScale"), Pressing("btnCancel")});
+    EXPECT_EQ(Content(), kBefore);
+}
+
+TEST_F(SettingsTest, DeletingAllScalesErasesTheirSections) {
+    session_.Start();
+    OpenSettings({Pressing("btnDeleteScale"), Pressing("btnOk")});
+    EXPECT_EQ(Content(), "; by hand\r\n[OTHER]\r\nkey = value\r\n");
+}
+
+TEST_F(SettingsTest, AFileHeldByAnotherProgramIsToldInOneBoxAndKept) {
+    session_.Start();
+    const HANDLE held = CreateFileW(IniFile().c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
+                                    OPEN_EXISTING, 0, nullptr);
+    ASSERT_NE(held, INVALID_HANDLE_VALUE);
+    const TBoxAnswerer boxes;
+    OpenSettings({Pressing("btnDeleteScale"), Pressing("btnOk")});
+    EXPECT_EQ(boxes.Seen().size(), 1U);
+    EXPECT_NE(session_.List(), nullptr);
+    CloseHandle(held);
+    EXPECT_EQ(Content(), kBefore);
+    // The change is not lost: the next save is the window's own, when it closes.
+    session_.CloseList();
+    EXPECT_EQ(Content(), "; by hand\r\n[OTHER]\r\nkey = value\r\n");
+}
+
+TEST_F(SettingsTest, EveryWindowCarriesItsName) {
+    session_.Start();
+    const auto expectNames = [](HWND window) {
+        EXPECT_FALSE(ComponentNameOf(window).empty());
+        for (HWND at = GetWindow(window, GW_CHILD); at != nullptr; at = GetWindow(at, GW_HWNDNEXT))
+            EXPECT_FALSE(ComponentNameOf(at).empty()) << Utf8(ClassOf(at));
+    };
+    const TDialogScript hint(L"THintForm", {expectNames, Pressing("btnOk")});
+    const TDialogScript find(L"TFindDevicesForm", {expectNames, Pressing("btnCancel")});
+    const TDialogScript dialog(L"TfrmScaleSettings",
+                               {expectNames, Pressing("btnHint"), Pressing("rbTCP"),
+                                Pressing("btnFindDevices"), Pressing("btnCancel")});
+    OpenSettings({expectNames, Pressing("btnAddScale"), Pressing("btnCancel")});
+}
+
+TEST_F(SettingsTest, DestroyingTheListWindowClosesTheEditor) {
+    session_.Start();
+    const TDialogScript script(L"TScaleComunicationForm", {[this](HWND) {
+                                   SendMessageW(session_.host.Client(), WM_MDIDESTROY,
+                                                reinterpret_cast<WPARAM>(session_.List()), 0);
+                               }});
+    SendMessageW(session_.List(), WM_COMMAND, kSettingsCommand, 0);
+    RunLoopDry();
+    EXPECT_EQ(session_.List(), nullptr);
+    EXPECT_EQ(session_.Completions(), 1);
+}
+
+}  // namespace tolvane::test

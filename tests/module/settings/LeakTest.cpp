@@ -1,0 +1,78 @@
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <cstdint>
+#include <utility>
+
+#include "comm/forms/uHint.h"
+#include "config/forms/ScaleComunicationForm.h"
+#include "tests/module/HostFrame.h"
+#include "tests/module/ObjectCounts.h"
+#include "tests/module/settings/DialogScript.h"
+
+namespace tolvane::test {
+namespace {
+
+TDialogScript::TStep Pressing(std::string name) {
+    return [name = std::move(name)](HWND window) { Press(window, name); };
+}
+
+TScaleListServices Services() {
+    TScaleListServices services;
+    services.settings.listSerialPorts = [](bool, std::vector<std::string>& items) {
+        items = {"COM1"};
+    };
+    services.settings.search = [](const std::atomic<bool>&) {
+        return std::vector<TFoundDevice>{{"10.0.0.7", TDeviceKind::UdpModule}};
+    };
+    return services;
+}
+
+// Every window of the settings once, with a search.
+void OpenAndCloseAll(const THostFrame& host) {
+    const TDialogScript hint(kHintFormClass, {Pressing("btnOk")});
+    const TDialogScript find(kFindDevicesFormClass,
+                             {Pressing("btnFind"), [](HWND window) {
+                                  RunLoopUntil([&] { return IsEnabledIn(window, "btnFind"); });
+                                  Press(window, "btnCancel");
+                              }});
+    const TDialogScript dialog(kScaleSettingsFormClass,
+                               {Pressing("btnHint"), Pressing("rbTCP"), Pressing("btnFindDevices"),
+                                Pressing("btnCancel")});
+    const TDialogScript list(kScaleComunicationFormClass,
+                             {Pressing("btnAddScale"), Pressing("btnOk")});
+    TScaleComunicationForm(host.Frame(), {}, Services()).ShowModal();
+}
+
+}  // namespace
+
+TEST(SettingsLeakTest, OpeningAndClosingLeavesNothingBehind) {
+    constexpr int kWarmUp = 3;
+    constexpr int kCycles = 10;
+    const THostFrame host;
+    for (int i = 0; i < kWarmUp; ++i)
+        OpenAndCloseAll(host);
+    const std::uintptr_t handle = NextHandle();
+    const int windows = ThreadWindows();
+    const int objects = GdiObjects();
+    for (int i = 0; i < kCycles; ++i)
+        OpenAndCloseAll(host);
+    EXPECT_TRUE(RunLoopUntil([&] { return NextHandle() <= handle; }))
+        << handle << " before, " << NextHandle() << " after";
+    EXPECT_LE(ThreadWindows(), windows);
+    EXPECT_LE(GdiObjects(), objects);
+}
+
+TEST(SettingsLeakTest, TheCountOfWindowsSeesAPlantedLeak) {
+    // The first window brings some of the system's own.
+    const THostFrame host;
+    const int windows = ThreadWindows();
+    const HWND planted =
+        CreateWindowW(L"Static", L"", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
+    EXPECT_EQ(ThreadWindows(), windows + 1);
+    DestroyWindow(planted);
+    EXPECT_EQ(ThreadWindows(), windows);
+}
+
+}  // namespace tolvane::test
