@@ -51,6 +51,8 @@ for codepage in 1251 1252; do
             test_module_run "$codepage" "$separator"
     done
 done
+step "Settings windows, 96 dots per inch" test_settings_run 96 1251
+step "Settings windows, 144 dots per inch" test_settings_run 144 1252
 test_end_runtime
 step "Demo" ./demo.sh
 step "Articles of the demo, byte for byte" test_demo_articles

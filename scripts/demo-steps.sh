@@ -26,7 +26,7 @@ demo_make_database() {
 
 # The ready file's line is "tcp 127.0.0.1:PORT" behind the word "ready".
 demo_scale_port() {
-    sed -n 's/^.*tcp [0-9.]*:\([0-9]*\).*$/\1/p' "$DEMO/$1.ready" | head -n 1
+    sed -n '/^.*tcp [0-9.]*:\([0-9]*\).*$/{s//\1/p;q}' "$DEMO/$1.ready"
 }
 
 demo_start_scales() {
@@ -163,7 +163,7 @@ demo_report() {
         name=${line%% *}
         say ""
         say "What $name holds, first lines ($DEMO/$name.txt, $DEMO/$name.json):"
-        sed 's/^/    /' "$DEMO/$name.txt" | head -n 12
+        sed -n '1,12s/^/    /p' "$DEMO/$name.txt"
     done
     say ""
     ls "$DEMO"/*.png 2>/dev/null | sed 's/^/Screenshot: /' || true

@@ -2,6 +2,7 @@
 
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 source "$ROOT/tests/module/steps.sh"
+source "$ROOT/tests/module/settings/steps.sh"
 source "$ROOT/tests/module_host/steps.sh"
 
 RESULTS=$BUILD/test-results
@@ -28,12 +29,20 @@ test_module_run() {
         "--gtest_output=json:$(wine_path "$RESULTS/module-$1-$2.json")"
 }
 
-# The unit tests' programs as they are built for Windows; the virtual scale's own run natively.
+test_settings_run() {
+    wine_regional "$2" comma
+    settings_test "$BUILD/windows" "$1" \
+        "--gtest_output=json:$(wine_path "$RESULTS/settings-$1.json")"
+}
+
+# The unit tests' and the links' programs as they are built for Windows; the virtual scale's own
+# run natively.
 test_windows_units() {
     local program name
     wine_regional 1251 comma
     wine_session
-    find "$BUILD/windows/tests/unit" -name 'test_*.exe' ! -name 'test_simulator.exe' | sort |
+    find "$BUILD/windows/tests/unit" "$BUILD/windows/tests/integration/comm" -name 'test_*.exe' \
+        ! -name 'test_simulator.exe' | sort |
         while read -r program; do
             name=$(basename "$program" .exe)
             say "== $name"
