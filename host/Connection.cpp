@@ -119,8 +119,9 @@ void TConnection::Open(const THostSettings& settings, const std::filesystem::pat
 void TConnection::Attach(const THostSettings& settings) {
     const auto attach = Find<TAttachDatabase>(client_, "isc_attach_database");
     const std::string block = ParameterBlock(settings);
-    attach(status_, static_cast<short>(settings.database.size()), settings.database.c_str(),
-           &handle_, static_cast<short>(block.size()), block.data());
+    // Length 0: the name ends with a zero byte.
+    attach(status_, 0, settings.database.c_str(), &handle_, static_cast<short>(block.size()),
+           block.data());
     if (status_[0] != 1 || status_[1] == 0) return;
     handle_ = 0;
     throw TConnectionError(Joined(

@@ -7,6 +7,7 @@
 #include "articles/PromotionPass.h"
 #include "articles/RowCopy.h"
 #include "text/Cp1251.h"
+#include "text/UnknownError.h"
 
 namespace tolvane {
 namespace {
@@ -37,9 +38,9 @@ std::string TArticleLoader::ErrorOf(Body body) {
         return {};
     } catch (const std::exception& error) {
         const std::string message = error.what();
-        return message.empty() ? std::string("неизвестна грешка"_cp1251) : message;
+        return message.empty() ? std::string(kUnknownError) : message;
     } catch (...) {
-        return std::string("неизвестна грешка"_cp1251);
+        return std::string(kUnknownError);
     }
 }
 

@@ -59,8 +59,12 @@ inline constexpr std::array<TGridColumn, 32> kGridColumns = {{
     {TField::SHIPMENTNUMB, 99, {}},
 }};
 
-inline std::string_view TitleOf(const TGridColumn& column) {
-    return column.title.empty() ? FieldInfo(column.field).label : column.title;
+// The column's title; the label of a field that has no column.
+inline std::string_view TitleOf(TField field) {
+    for (const TGridColumn& column : kGridColumns) {
+        if (column.field == field && !column.title.empty()) return column.title;
+    }
+    return FieldInfo(field).label;
 }
 
 }  // namespace tolvane

@@ -67,4 +67,10 @@ void WriteIniFile(const path& file, const TIniDocument& document) {
     }
 }
 
+void UpdateIniFile(const path& file, const std::function<void(TIniDocument&)>& change) {
+    TIniDocument document = ReadIniFile(file);
+    change(document);
+    WriteIniFile(file, document);
+}
+
 }  // namespace tolvane

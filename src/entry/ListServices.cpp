@@ -52,6 +52,7 @@ void EditScales(TElicomPluScaleListForm& list) {
 TListServices ListServices() {
     TListServices services;
     services.configurationFile = ModuleConfigurationForLoading(HostExecutable());
+    services.hostSettingsFile = HostSettingsFile(HostExecutable());
     services.ended = &PostCompletion;
     services.openRun = &OpenRun;
     services.editScales = &EditScales;

@@ -4,6 +4,7 @@
 #include <stdexcept>
 #include <string>
 
+#include "articles/forms/ColListUnit.h"
 #include "articles/forms/PLUScaleListUnit.h"
 #include "comm/forms/uFindDevices.h"
 #include "comm/forms/uHint.h"
@@ -13,6 +14,7 @@
 #include "entry/ListServices.h"
 #include "entry/ModuleState.h"
 #include "text/Cp1251.h"
+#include "text/UnknownError.h"
 #include "upload/forms/SetPluUnit.h"
 #include "window/InputBox.h"
 #include "window/MessageBoxes.h"
@@ -22,7 +24,6 @@ namespace tolvane {
 namespace {
 
 constexpr std::string_view kErrorTag = "Грешка :"_cp1251;
-constexpr std::string_view kUnknownError = "Неизвестна грешка"_cp1251;
 
 class TStartError : public std::runtime_error {
 public:
@@ -94,7 +95,11 @@ void TellFailure(const TStartArguments& arguments, std::string_view message) noe
         std::string text(kErrorTag);
         text += '\r';
         text += message;
-        ShowError(IsWindow(arguments.mainForm) != 0 ? arguments.mainForm : nullptr, text);
+        HWND owner = nullptr;
+        for (const HWND window : {arguments.appHandle, arguments.mainForm}) {
+            if (IsWindow(window) != 0) owner = window;
+        }
+        ShowError(owner, text);
     } catch (...) {  // NOLINT(bugprone-empty-catch): out of memory; the completion still comes
     }
 }
@@ -116,36 +121,39 @@ bool Try(const TStartArguments& arguments, Work work) noexcept {
 void RegisterCompletion(const TStartArguments& arguments) {
     TModuleState& state = ModuleState();
     state.operationNo = arguments.operationNo;
-    state.appHandle = arguments.appHandle;
+    // An open window of an earlier start still has its end to tell.
+    if (IsWindow(arguments.appHandle) != 0) state.appHandle = arguments.appHandle;
     state.messageId =
         RegisterWindowMessageA(("DLL_" + std::to_string(arguments.operationNo)).c_str());
     if (arguments.messageId != nullptr) *arguments.messageId = state.messageId;
     state.printProc = arguments.printProc;
 }
 
+// No window stays after a failed start, one of an earlier start included.
+void CloseListForm(HWND mainForm) {
+    const HWND client = FindWindowExW(mainForm, nullptr, L"MDIClient", nullptr);
+    if (client == nullptr || !IsOfThisThread(client)) return;
+    if (TElicomPluScaleListForm* form = FindListForm(client)) form->CloseAtOnce();
+}
+
+// Throws what the start throws. Called again while a load or a run of the first call works, it
+// brings the window to the front and no more.
+void OpenAndLoad(const TStartArguments& arguments) {
+    const HWND client = CheckArguments(arguments);
+    TElicomPluScaleListForm* form = FindListForm(client);
+    const bool isNew = form == nullptr;
+    if (isNew) form = new TElicomPluScaleListForm(client, ListServices());
+    const TWindow::TKeep keep(*form);
+    if (!isNew) BringToFront(*form, client);
+    if (form->Handle() == nullptr || form->IsBusy()) return;
+    form->Connect(arguments.database->ClientLibrary, arguments.database->Handle);
+    LoadForm(*form);
+}
+
 void RunStart(const TStartArguments& arguments) {
-    TElicomPluScaleListForm* form = nullptr;
-    const bool opened = Try(arguments, [&] {
-        const HWND client = CheckArguments(arguments);
-        form = FindListForm(client);
-        if (form != nullptr) {
-            BringToFront(*form, client);
-            return;
-        }
-        form = new TElicomPluScaleListForm(client, ListServices());
-    });
-    bool started = false;
-    if (opened) {
-        const TWindow::TKeep keep(*form);
-        // Called again while a load or a run of the first call works: to the front is all.
-        if (form->IsBusy()) return;
-        started = Try(arguments, [&] {
-            form->Connect(arguments.database->ClientLibrary, arguments.database->Handle);
-            LoadForm(*form);
-        });
-        if (!started) form->CloseAtOnce();
-    }
-    if (!started) PostCompletion();
+    if (Try(arguments, [&] { OpenAndLoad(arguments); })) return;
+    if (IsWindow(arguments.mainForm) != 0) CloseListForm(arguments.mainForm);
+    PostCompletion();
 }
 
 }  // namespace
@@ -163,14 +171,10 @@ void PostCompletion() noexcept {
 }
 
 void ReleaseWindowClasses() noexcept {
-    constexpr std::array kClasses = {kListFormClass,
-                                     kWaitFormClass,
-                                     kInputBoxClass,
-                                     kSetPluFormClass,
-                                     kScaleComunicationFormClass,
-                                     kScaleSettingsFormClass,
-                                     kFindDevicesFormClass,
-                                     kHintFormClass};
+    constexpr std::array kClasses = {
+        kListFormClass,          kColListFormClass,     kWaitFormClass,
+        kInputBoxClass,          kSetPluFormClass,      kScaleComunicationFormClass,
+        kScaleSettingsFormClass, kFindDevicesFormClass, kHintFormClass};
     for (const wchar_t* name : kClasses)
         UnregisterWindowClass(name);
 }

@@ -8,7 +8,7 @@ namespace tolvane {
 namespace {
 
 constexpr std::string_view kSection = "SCALESETTINGS";
-constexpr std::string_view kMaximized = "SetPluForm_Maximized";
+constexpr std::string_view kWindow = "SetPluForm";
 
 struct TChoiceKey {
     std::string_view key;
@@ -21,17 +21,6 @@ constexpr std::array<TChoiceKey, 3> kChoices = {{
     {"cbPluName2_ItemIndex", &TLineChoices::name2, kNameChoices.size()},
 }};
 
-struct TPlaceKey {
-    std::string_view key;
-    std::int32_t TRunWindowPlace::*value;
-};
-constexpr std::array<TPlaceKey, 4> kPlace = {{
-    {"SetPluForm_Left", &TRunWindowPlace::left},
-    {"SetPluForm_Top", &TRunWindowPlace::top},
-    {"SetPluForm_Width", &TRunWindowPlace::width},
-    {"SetPluForm_Height", &TRunWindowPlace::height},
-}};
-
 }  // namespace
 
 TRunSettings LoadRunSettings(const TIniDocument& document) {
@@ -41,20 +30,12 @@ TRunSettings LoadRunSettings(const TIniDocument& document) {
         if (index >= 0 && static_cast<std::size_t>(index) < choice.count)
             settings.choices.*choice.index = index;
     }
-    TRunWindowPlace place;
-    for (const TPlaceKey& key : kPlace)
-        place.*key.value = document.ReadInteger(kSection, key.key, 0);
-    place.maximized = document.ReadBoolean(kSection, kMaximized, false);
-    if (place.width > 0 && place.height > 0) settings.place = place;
+    settings.place = LoadWindowPlace(document, kSection, kWindow);
     return settings;
 }
 
 void SaveRunSettings(const TRunSettings& settings, TIniDocument& document) {
-    if (settings.place) {
-        for (const TPlaceKey& key : kPlace)
-            document.WriteInteger(kSection, key.key, (*settings.place).*key.value);
-        document.WriteBoolean(kSection, kMaximized, settings.place->maximized);
-    }
+    if (settings.place) SaveWindowPlace(*settings.place, kSection, kWindow, document);
     for (const TChoiceKey& choice : kChoices)
         document.WriteInteger(kSection, choice.key, settings.choices.*choice.index);
 }

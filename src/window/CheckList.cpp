@@ -17,11 +17,14 @@ void TCheckList::Clear() {
 }
 
 int TCheckList::Add(std::string_view text, bool checked) {
-    std::wstring wide = Wide(text);
+    return Insert(Count(), Wide(text), checked);
+}
+
+int TCheckList::Insert(int at, std::wstring text, bool checked) {
     LVITEMW item{};
     item.mask = LVIF_TEXT;
-    item.iItem = Count();
-    item.pszText = wide.data();
+    item.iItem = at;
+    item.pszText = text.data();
     const auto index =
         static_cast<int>(SendMessageW(list_, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item)));
     SetChecked(index, checked);
@@ -29,14 +32,25 @@ int TCheckList::Add(std::string_view text, bool checked) {
     return index;
 }
 
+void TCheckList::Move(int from, int to) {
+    const std::wstring text = WideTextOf(from);
+    const bool checked = IsChecked(from);
+    Remove(from);
+    Insert(to, text, checked);
+}
+
 std::string TCheckList::Text(int index) const {
+    return Narrow(WideTextOf(index));
+}
+
+std::wstring TCheckList::WideTextOf(int index) const {
     std::array<wchar_t, 512> buffer{};
     LVITEMW item{};
     item.pszText = buffer.data();
     item.cchTextMax = static_cast<int>(buffer.size());
     SendMessageW(list_, LVM_GETITEMTEXTW, static_cast<WPARAM>(index),
                  reinterpret_cast<LPARAM>(&item));
-    return Narrow(buffer.data());
+    return buffer.data();
 }
 
 bool TCheckList::IsChecked(int index) const {

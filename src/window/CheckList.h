@@ -23,8 +23,13 @@ public:
     int Current() const;
     void SetCurrent(int index);
     void Remove(int index);
+    // Takes a line out and puts it at the other's place, with its check.
+    void Move(int from, int to);
 
 private:
+    int Insert(int at, std::wstring text, bool checked);
+    std::wstring WideTextOf(int index) const;
+
     HWND list_;
 };
 

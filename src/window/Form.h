@@ -126,7 +126,6 @@ protected:
 
 private:
     LRESULT HandleCommand(const TMessage& message);
-    void HandleClose();
     LRESULT HandleMinMax(const TMessage& message);
     LRESULT HandleFocus(const TMessage& message);
     bool Translate(MSG& message);
@@ -158,6 +157,8 @@ inline constexpr UINT kHookKeyMessage = WM_APP + 2;
 // Forms may use messages from here on.
 inline constexpr UINT kFirstFormMessage = WM_APP + 16;
 
+// As of the message that is being handled.
+bool IsKeyDown(int virtualKey);
 // Appends a line to a memo and scrolls to it.
 void AppendLine(HWND memo, std::string_view text);
 // The items of a combo list.

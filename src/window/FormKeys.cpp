@@ -6,10 +6,6 @@
 namespace tolvane {
 namespace {
 
-bool IsDown(int virtualKey) {
-    return GetKeyState(virtualKey) < 0;
-}
-
 LRESULT DialogCode(HWND control) {
     return SendMessageW(control, WM_GETDLGCODE, 0, 0);
 }
@@ -23,6 +19,10 @@ bool IsArrow(UINT key) {
 }
 
 }  // namespace
+
+bool IsKeyDown(int virtualKey) {
+    return GetKeyState(virtualKey) < 0;
+}
 
 bool TForm::MoveFocus(HWND focus, bool back) {
     const HWND next = GetNextDlgTabItem(Handle(), focus, back ? TRUE : FALSE);
@@ -46,10 +46,10 @@ bool TForm::TranslateKey(MSG& message) {
     const auto key = static_cast<UINT>(message.wParam);
     const HWND focus = message.hwnd;
     if (OnKey(key, focus)) return true;
-    if (IsDown(VK_CONTROL) || IsDown(VK_MENU)) return false;
+    if (IsKeyDown(VK_CONTROL) || IsKeyDown(VK_MENU)) return false;
     switch (key) {
         case VK_TAB:
-            return MoveFocus(focus, IsDown(VK_SHIFT));
+            return MoveFocus(focus, IsKeyDown(VK_SHIFT));
         case VK_RETURN:
             return !HasOpenList(focus) && PressEnter(focus);
         case VK_ESCAPE:

@@ -1,5 +1,8 @@
 #include "window/Module.h"
 
+#include <memory>
+#include <new>
+
 // The linker puts this at the start of the image.
 extern "C" IMAGE_DOS_HEADER __ImageBase;  // NOLINT
 
@@ -9,13 +12,35 @@ namespace {
 constexpr UINT kUiPatienceMs = 60'000;
 constexpr SIZE_T kHelperStack = 64 * 1024;
 
+struct TRelease {
+    HWND uiWindow;
+    DWORD uiThread;
+};
+
+BOOL CALLBACK TakeFirst(HWND window, LPARAM found) {
+    *reinterpret_cast<HWND*>(found) = window;
+    return FALSE;
+}
+
+// Any window of the thread will do when the frame has gone.
+HWND WindowOf(const TRelease& release) {
+    HWND window = release.uiWindow;
+    if (IsWindow(window) != 0) return window;
+    window = nullptr;
+    EnumThreadWindows(release.uiThread, &TakeFirst, reinterpret_cast<LPARAM>(&window));
+    return window;
+}
+
 // The message is answered when the thread of the window fetches messages, that is, when this
 // module's code is no longer on its stack.
-DWORD WINAPI ReleaseModule(void* uiWindow) {
+DWORD WINAPI ReleaseModule(void* parameter) {
     const HMODULE module = ModuleInstance();
-    DWORD_PTR ignored = 0;
-    SendMessageTimeoutW(static_cast<HWND>(uiWindow), WM_NULL, 0, 0, SMTO_NORMAL, kUiPatienceMs,
-                        &ignored);
+    {
+        const std::unique_ptr<TRelease> release(static_cast<TRelease*>(parameter));
+        DWORD_PTR ignored = 0;
+        if (const HWND window = WindowOf(*release); window != nullptr)
+            SendMessageTimeoutW(window, WM_NULL, 0, 0, SMTO_NORMAL, kUiPatienceMs, &ignored);
+    }
     FreeLibraryAndExitThread(module, 0);
 }
 
@@ -25,7 +50,8 @@ HINSTANCE ModuleInstance() noexcept {
     return reinterpret_cast<HINSTANCE>(&__ImageBase);
 }
 
-TModuleHold::TModuleHold(HWND uiWindow) noexcept : uiWindow_(uiWindow) {
+TModuleHold::TModuleHold(HWND uiWindow) noexcept
+    : uiWindow_(uiWindow), uiThread_(GetCurrentThreadId()) {
     GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
                        reinterpret_cast<LPCWSTR>(&__ImageBase), &module_);
 }
@@ -33,9 +59,13 @@ TModuleHold::TModuleHold(HWND uiWindow) noexcept : uiWindow_(uiWindow) {
 TModuleHold::~TModuleHold() {
     if (module_ == nullptr) return;
     // Without the helper the hold stays: a module that is never unloaded does no harm.
-    const HANDLE thread = CreateThread(nullptr, kHelperStack, ReleaseModule, uiWindow_,
+    std::unique_ptr<TRelease> release(new (std::nothrow) TRelease{uiWindow_, uiThread_});
+    if (!release) return;
+    const HANDLE thread = CreateThread(nullptr, kHelperStack, ReleaseModule, release.get(),
                                        STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr);
-    if (thread != nullptr) CloseHandle(thread);
+    if (thread == nullptr) return;
+    release.release();
+    CloseHandle(thread);
 }
 
 }  // namespace tolvane

@@ -12,7 +12,7 @@ inline constexpr int kModuleIcon = 1;
 
 // Keeps this module in memory while it lives, so that a host that unloads it too early does not
 // take the code from under an open window. Giving the last hold back happens on a helper thread,
-// after `uiWindow`'s thread has returned to its message loop.
+// after this thread has returned to its message loop; `uiWindow` is a window of it.
 class TModuleHold {
 public:
     explicit TModuleHold(HWND uiWindow) noexcept;
@@ -22,6 +22,7 @@ public:
 
 private:
     HWND uiWindow_;
+    DWORD uiThread_;
     HMODULE module_ = nullptr;
 };
 

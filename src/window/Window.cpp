@@ -4,6 +4,7 @@
 #include <string>
 
 #include "text/Cp1251.h"
+#include "text/UnknownError.h"
 #include "window/FlatButton.h"
 #include "window/MessageBoxes.h"
 #include "window/Module.h"
@@ -14,7 +15,6 @@ namespace tolvane {
 namespace {
 
 constexpr const wchar_t* kNameProperty = L"ComponentName";
-constexpr std::string_view kUnknownError = "Неизвестна грешка"_cp1251;
 
 void* CreationParameter(HWND window, LPARAM lParam) {
     const void* parameter = reinterpret_cast<const CREATESTRUCTW*>(lParam)->lpCreateParams;

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/module/Configuration.h"
 #include "tests/module/Connection.h"
 #include "tests/module/GridReader.h"
 #include "tests/module/HostFrame.h"
@@ -21,7 +22,7 @@ struct TPrinted {
     void* object = nullptr;
 };
 
-// A host with a frame, a connection and the module, as most tests need it.
+// A host with a frame, a connection and the module, as most tests need it; no settings yet.
 class TSession {
 public:
     explicit TSession(const std::string& database = "shop.fdb");
@@ -35,6 +36,7 @@ public:
     void CloseList() const;
     int Completions() const { return host.Received(messageId); }
 
+    TConfiguration configuration;
     THostFrame host;
     TConnection connection;
     TLoadedModule module;

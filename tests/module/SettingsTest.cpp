@@ -2,9 +2,9 @@
 
 #include <windows.h>
 
-#include <filesystem>
-#include <fstream>
-#include <iterator>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "tests/module/BoxAnswerer.h"
 #include "tests/module/Screenshot.h"
@@ -16,31 +16,12 @@ namespace {
 
 constexpr WPARAM kSettingsCommand = 1005;
 
-// Beside this program, as beside a host.
-std::filesystem::path IniFile() {
-    std::wstring program(MAX_PATH, L'\0');
-    program.resize(GetModuleFileNameW(nullptr, program.data(), MAX_PATH));
-    return std::filesystem::path(program).parent_path() / "Operations" / "Tolvane.ini";
-}
-
-std::string Content() {
-    std::ifstream file(IniFile(), std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
 // The list window's settings command over a configuration file of the test's own.
 class SettingsTest : public testing::Test {
 protected:
-    SettingsTest() { Write(kBefore); }
-    ~SettingsTest() override {
-        std::error_code ignored;
-        std::filesystem::remove(IniFile(), ignored);
-    }
+    SettingsTest() { TConfiguration::Write(kBefore); }
 
-    static void Write(const std::string& content) {
-        std::ofstream(IniFile(), std::ios::binary) << content;
-    }
-
+    static std::string Content() { return TConfiguration::Bytes(); }
     void OpenSettings(std::vector<TDialogScript::TStep> steps) const {
         const TDialogScript script(L"TScaleComunicationForm", std::move(steps));
         SendMessageW(session_.List(), WM_COMMAND, kSettingsCommand, 0);
@@ -95,8 +76,8 @@ TEST_F(SettingsTest, DeletingAllScalesErasesTheirSections) {
 
 TEST_F(SettingsTest, AFileHeldByAnotherProgramIsToldInOneBoxAndKept) {
     session_.Start();
-    const HANDLE held = CreateFileW(IniFile().c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
-                                    OPEN_EXISTING, 0, nullptr);
+    const HANDLE held = CreateFileW(TConfiguration::File().c_str(), GENERIC_READ, FILE_SHARE_READ,
+                                    nullptr, OPEN_EXISTING, 0, nullptr);
     ASSERT_NE(held, INVALID_HANDLE_VALUE);
     const TBoxAnswerer boxes;
     OpenSettings({Pressing("btnDeleteScale"), Pressing("btnOk")});
@@ -106,7 +87,8 @@ TEST_F(SettingsTest, AFileHeldByAnotherProgramIsToldInOneBoxAndKept) {
     EXPECT_EQ(Content(), kBefore);
     // The change is not lost: the next save is the window's own, when it closes.
     session_.CloseList();
-    EXPECT_EQ(Content(), "; by hand\r\n[OTHER]\r\nkey = value\r\n");
+    EXPECT_EQ(Content().rfind("; by hand\r\n[OTHER]\r\nkey = value\r\n[PLUGRID]\r\n", 0), 0U);
+    EXPECT_EQ(Content().find("[SCALE"), std::string::npos);
 }
 
 TEST_F(SettingsTest, EveryWindowCarriesItsName) {

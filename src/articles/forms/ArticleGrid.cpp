@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cwchar>
 #include <utility>
 
@@ -113,20 +114,25 @@ void TArticleGrid::SetColumns(std::vector<TGridColumnState> columns) {
         LVCOLUMNW column{};
         column.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_FMT;
         column.fmt = columns_[i].right ? LVCFMT_RIGHT : LVCFMT_LEFT;
-        column.cx = columns_[i].width;
+        column.cx = columns_[i].width + (shown_.empty() ? IndicatorWidth() : 0);
         column.pszText = columns_[i].title.data();
         SendMessageW(list_, LVM_INSERTCOLUMNW, shown_.size(), reinterpret_cast<LPARAM>(&column));
         shown_.push_back(i);
     }
+    if (!shown_.empty() && ViewOfColumn(currentColumn_) < 0) currentColumn_ = shown_.front();
     SendMessageW(list_, WM_SETREDRAW, TRUE, 0);
     InvalidateRect(list_, nullptr, TRUE);
     SetSortMark(sortColumn_, sortAscending_);
 }
 
+int TArticleGrid::ViewWidth(std::size_t view) const {
+    const auto width = static_cast<int>(SendMessageW(list_, LVM_GETCOLUMNWIDTH, view, 0));
+    return view == 0 ? std::max(0, width - IndicatorWidth()) : width;
+}
+
 void TArticleGrid::ReadWidths() const {
     for (std::size_t view = 0; view < shown_.size(); ++view)
-        columns_[shown_[view]].width =
-            static_cast<int>(SendMessageW(list_, LVM_GETCOLUMNWIDTH, view, 0));
+        columns_[shown_[view]].width = ViewWidth(view);
 }
 
 std::vector<TGridColumnState> TArticleGrid::Columns() const {
@@ -134,9 +140,38 @@ std::vector<TGridColumnState> TArticleGrid::Columns() const {
     return columns_;
 }
 
+void TArticleGrid::MoveColumn(std::size_t from, std::size_t to) {
+    std::vector<TGridColumnState> columns = Columns();
+    const auto at = [&](std::size_t index) {
+        return columns.begin() + static_cast<std::ptrdiff_t>(index);
+    };
+    // Where a column that stood at an index stands afterwards.
+    const auto moved = [&](std::size_t index) {
+        if (index == from) return to;
+        if (from < index && index <= to) return index - 1;
+        if (to <= index && index < from) return index + 1;
+        return index;
+    };
+    if (from < to)
+        std::rotate(at(from), at(from + 1), at(to + 1));
+    else
+        std::rotate(at(to), at(from), at(from + 1));
+    currentColumn_ = moved(currentColumn_);
+    if (sortColumn_) sortColumn_ = moved(*sortColumn_);
+    SetColumns(std::move(columns));
+}
+
+void TArticleGrid::ShowColumns(const std::vector<bool>& visible) {
+    std::vector<TGridColumnState> columns = Columns();
+    for (std::size_t i = 0; i < columns.size(); ++i)
+        columns[i].visible = visible.at(i);
+    SetColumns(std::move(columns));
+}
+
 void TArticleGrid::SetStyle(TGridStyle style) {
+    std::vector<TGridColumnState> columns = Columns();
     style_ = style;
-    InvalidateRect(list_, nullptr, TRUE);
+    SetColumns(std::move(columns));
 }
 
 void TArticleGrid::RowsReplaced() {
@@ -245,7 +280,7 @@ void TArticleGrid::AutoFit(std::size_t column) {
     for (std::size_t place = first; place < end; ++place)
         width = std::max(width, widthOf(TextAt(source_.rowAt(place), column)));
     if (width <= 0) return;
-    width += kAutoFitMargin + (view == 0 ? IndicatorWidth() : 0);
+    width += dpi_.Scale(kAutoFitMargin) + (view == 0 ? IndicatorWidth() : 0);
     SendMessageW(list_, LVM_SETCOLUMNWIDTH, static_cast<WPARAM>(view), width);
 }
 
@@ -309,7 +344,7 @@ void TArticleGrid::ScrollToColumn(int viewIndex) {
     if (by != 0) SendMessageW(list_, LVM_SCROLL, static_cast<WPARAM>(by), 0);
 }
 
-void TArticleGrid::MoveColumn(int step) {
+void TArticleGrid::StepColumn(int step) {
     const int view = ViewOfColumn(currentColumn_) + step;
     if (!ColumnOfView(view)) return;
     ScrollToColumn(view);
@@ -318,7 +353,7 @@ void TArticleGrid::MoveColumn(int step) {
 
 bool TArticleGrid::HandleKey(UINT virtualKey) {
     if (virtualKey != VK_LEFT && virtualKey != VK_RIGHT) return false;
-    MoveColumn(virtualKey == VK_LEFT ? -1 : 1);
+    StepColumn(virtualKey == VK_LEFT ? -1 : 1);
     return true;
 }
 
@@ -346,7 +381,9 @@ std::optional<LRESULT> TArticleGrid::HandleNotify(NMHDR& header) {
                 source_.titleClicked(*column);
             return 0;
         case NM_CLICK:
-            EnterColumn(reinterpret_cast<NMITEMACTIVATE&>(header).iSubItem);
+            // A click beside the rows tells of column 0.
+            if (reinterpret_cast<NMITEMACTIVATE&>(header).iItem >= 0)
+                EnterColumn(reinterpret_cast<NMITEMACTIVATE&>(header).iSubItem);
             return 0;
         default:
             return std::nullopt;

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "articles/GridLayout.h"
 #include "articles/forms/RowMarks.h"
 #include "window/Dpi.h"
 #include "window/Handles.h"
@@ -20,7 +21,8 @@ namespace tolvane {
 struct TGridColumnState {
     std::size_t key = 0;  // the owner's own number of the column
     std::wstring title;
-    int width = 0;  // pixels
+    int width = 0;  // pixels; the indicator stands before the first shown column and is no part
+                    // of its width
     bool right = false;
     bool visible = true;
 };
@@ -36,12 +38,6 @@ struct TGridSource {
     std::function<COLORREF()> promotionColour;  // background of a promoted row that is not marked
     std::function<void(std::size_t column)> titleClicked;
     std::function<void(std::size_t column)> columnEntered;
-};
-
-struct TGridStyle {
-    bool horizontalLines = true;
-    bool verticalLines = true;
-    bool indicator = true;
 };
 
 // The behaviour of the article grid on top of a standard list view with owner data: rows drawn by
@@ -63,6 +59,10 @@ public:
     std::vector<TGridColumnState> Columns() const;
     std::size_t ColumnCount() const { return columns_.size(); }
     std::size_t KeyOf(std::size_t column) const { return columns_.at(column).key; }
+    // Takes the column out and puts it at the other's place; indexes among all columns.
+    void MoveColumn(std::size_t from, std::size_t to);
+    // One entry per column.
+    void ShowColumns(const std::vector<bool>& visible);
     void SetStyle(TGridStyle style);
 
     // The rows are others now: no marks, the first row is the current one.
@@ -104,7 +104,8 @@ private:
     void ChangeMarks(int from, int to, bool marked);
     void StoreMarks(int from, int to, bool marked);
     void EnterColumn(int viewIndex);
-    void MoveColumn(int step);
+    void StepColumn(int step);
+    int ViewWidth(std::size_t view) const;
     void ScrollToColumn(int viewIndex);
     std::wstring TextAt(TRowId row, std::size_t column) const;
     int IndicatorWidth() const;

@@ -57,7 +57,6 @@ void TElicomPluScaleListForm::MakeControls() {
     grid_.Attach(AddControl(list));
     MakeBottomBar();
     MakeMenus();
-    MakeColumns();
     OnSize();
 }
 
@@ -97,11 +96,8 @@ void TElicomPluScaleListForm::MakeBottomBar() {
     const TPlace place{0, 0, kButtonWidth, kButtonHeight};
     AddControl({TControlKind::Button, "RefreshBtn", "Обнови"_cp1251, place, 0,
                 [this] { RefreshBtnClick(); }, 0});
-    AddControl({TControlKind::Button, "ColBtn", "Колони"_cp1251, place, 0,
-                [this] {
-                    if (services_.chooseColumns) services_.chooseColumns(*this);
-                },
-                0});
+    AddControl(
+        {TControlKind::Button, "ColBtn", "Колони"_cp1251, place, 0, [this] { ColBtnClick(); }, 0});
     AddControl({TControlKind::Button, "PrintBtn", "Печат"_cp1251, place, 0,
                 [this] { PrintBtnClick(); }, 0});
     AddControl({TControlKind::VerticalLine, "PrintBevel", {}, {0, 0, 2, 23}, 0, {}, 0});
@@ -148,21 +144,26 @@ void TElicomPluScaleListForm::MakeMenus() {
     }
 }
 
-void TElicomPluScaleListForm::RebuildSearchMenu() {
-    const std::vector<TGridColumnState> columns = grid_.Columns();
+void TElicomPluScaleListForm::FillSearchMenu() {
     searchMenu_.Reset(CreatePopupMenu());
-    for (std::size_t i = 0; i < columns.size(); ++i)
-        AppendMenuW(searchMenu_.Get(), MF_STRING, kFirstSearchCommand + i,
-                    Wide(FieldInfo(FieldOfColumn(i)).label).c_str());
-    if (!columns.empty()) SearchMenuClick(0);
+    for (std::size_t column = 0; column < grid_.ColumnCount(); ++column)
+        AppendMenuW(searchMenu_.Get(), MF_STRING, kFirstSearchCommand + column,
+                    Wide(FieldInfo(FieldOfColumn(column)).label).c_str());
 }
 
-void TElicomPluScaleListForm::MakeColumns() {
+void TElicomPluScaleListForm::RebuildSearchMenu() {
+    FillSearchMenu();
+    if (grid_.ColumnCount() > 0) SearchMenuClick(0);
+}
+
+void TElicomPluScaleListForm::MakeColumns(const TGridLayout& layout) {
     std::vector<TGridColumnState> columns;
-    columns.reserve(kGridColumns.size());
-    for (const TGridColumn& column : kGridColumns)
-        columns.push_back({static_cast<std::size_t>(column.field), Wide(TitleOf(column)),
-                           Dpi().Scale(column.width), IsNumber(column.field), true});
+    columns.reserve(layout.columns.size());
+    for (const TColumnLayout& column : layout.columns) {
+        const bool hidden = IsHidden(layout.hiddenRows, columns.size()).value_or(false);
+        columns.push_back({static_cast<std::size_t>(column.field), Wide(TitleOf(column.field)),
+                           column.width, IsNumber(column.field), !hidden});
+    }
     grid_.SetColumns(std::move(columns));
 }
 

@@ -1,12 +1,11 @@
 #include "articles/forms/PLUScaleListUnit.h"
 
-#include <array>
-#include <cstdio>
 #include <exception>
 #include <utility>
 
 #include "articles/ArticleSearch.h"
-#include "config/IniFile.h"
+#include "articles/PrintTime.h"
+#include "articles/forms/ColListUnit.h"
 #include "text/LocalTime.h"
 #include "window/InputBox.h"
 #include "window/MessageBoxes.h"
@@ -21,17 +20,6 @@ constexpr int kMinWidth = 520;
 constexpr int kMinHeight = 305;
 constexpr std::string_view kCaption = "Списък ТЕГЛОВИ артикули"_cp1251;
 constexpr std::string_view kPrintTitle = "Теглови артикули"_cp1251;
-
-bool IsDown(int virtualKey) {
-    return GetKeyState(virtualKey) < 0;
-}
-
-std::string PrintTime(const TLocalDateTime& now) {
-    std::array<char, 32> text{};
-    std::snprintf(text.data(), text.size(), "%02d.%02d.%04d - %02d.%02d.%02d", now.date.day,
-                  now.date.month, now.date.year, now.time.hour, now.time.minute, now.time.second);
-    return text.data();
-}
 
 }  // namespace
 
@@ -49,30 +37,13 @@ TElicomPluScaleListForm::TElicomPluScaleListForm(HWND mdiClient, TListServices s
     options.clientHeight = kClientHeight;
     options.minWidth = kMinWidth;
     options.minHeight = kMinHeight;
-    LoadScales();
     MakeMdiChild(options, mdiClient);
     MakeControls();
+    LoadSettings();
     FreeAfterDestroy();
 }
 
 TElicomPluScaleListForm::~TElicomPluScaleListForm() = default;
-
-// An unreadable file is twenty empty slots; saving will tell.
-void TElicomPluScaleListForm::LoadScales() {
-    TIniDocument document;
-    try {
-        document = ReadIniFile(services_.configurationFile);
-    } catch (const TFileError&) {  // NOLINT(bugprone-empty-catch)
-    }
-    scales_.Load(document);
-}
-
-void TElicomPluScaleListForm::SaveScales() const {
-    TIniDocument document = ReadIniFile(services_.configurationFile);
-    const std::string before = document.Bytes();
-    scales_.Save(document);
-    if (document.Bytes() != before) WriteIniFile(services_.configurationFile, document);
-}
 
 void TElicomPluScaleListForm::FocusGrid() {
     SetFocus(grid_.Handle());
@@ -114,10 +85,11 @@ void TElicomPluScaleListForm::OnCommand(int id, int /*code*/, HWND /*control*/) 
         SearchMenuClick(static_cast<std::size_t>(id - kFirstSearchCommand));
 }
 
+// The bars' buttons take the focus here, so the grid's keys work on them as well.
 bool TElicomPluScaleListForm::OnKey(UINT virtualKey, HWND focus) {
-    const bool control = IsDown(VK_CONTROL);
-    const bool shift = IsDown(VK_SHIFT);
-    if (IsDown(VK_MENU)) return false;
+    const bool control = IsKeyDown(VK_CONTROL);
+    const bool shift = IsKeyDown(VK_SHIFT);
+    if (IsKeyDown(VK_MENU)) return false;
     if (virtualKey == 'F' && control && !shift) {
         SearchButtonClick();
         return true;
@@ -164,16 +136,8 @@ void TElicomPluScaleListForm::OnDestroy() {
     if (services_.ended) services_.ended();
 }
 
-void TElicomPluScaleListForm::EndWork() {
-    if (std::exchange(ended_, true)) return;
-    try {
-        SaveScales();
-    } catch (const std::exception& error) {
-        ShowError(error.what());
-    }
-}
-
 void TElicomPluScaleListForm::Connect(const char* clientLibrary, void* handle) {
+    if (database_ && database_->IsOf(handle)) return;
     if (!wait_) wait_ = std::make_unique<TWaitForm>(Handle());
     loader_.reset();
     database_.reset();
@@ -297,6 +261,15 @@ void TElicomPluScaleListForm::RefreshBtnClick() {
     sort_.Clear();
     LoadArticles();
     ShowSortMark();
+}
+
+void TElicomPluScaleListForm::ColBtnClick() {
+    if (IsBusy()) return;
+    ChooseColumns(Handle(), grid_, hiddenRows_);
+    // A window that went meanwhile has saved itself.
+    if (Handle() == nullptr) return;
+    FillSearchMenu();
+    SaveLayout();
 }
 
 void TElicomPluScaleListForm::PrintBtnClick() const {

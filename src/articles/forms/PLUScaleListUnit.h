@@ -27,12 +27,12 @@ enum class TRunNumber { SaveMarked = 1, SaveAll = 2, DeleteMarked = 3, DeleteAll
 // What the list window needs from outside its folder. Functions that are not set do nothing.
 struct TListServices {
     std::filesystem::path configurationFile;
+    std::filesystem::path hostSettingsFile;
     // The window is being destroyed.
     std::function<void()> ended;
     // Opens the run window; returns when it is closed.
     std::function<void(TElicomPluScaleListForm&, TRunNumber)> openRun;
     std::function<void(TElicomPluScaleListForm&)> editScales;
-    std::function<void(TElicomPluScaleListForm&)> chooseColumns;
     // Title and date-time text, code page 1251; the list view.
     std::function<void(std::string_view, std::string_view, HWND)> print;
 };
@@ -53,7 +53,8 @@ public:
     ~TElicomPluScaleListForm() override;
 
     // Where the window's SQL runs: the client library's name (null: the usual ones) and the host's
-    // handle cell. Before the first of the functions below; throws TDatabaseError.
+    // handle cell. Before the first of the functions below; called again it does nothing unless the
+    // host has another connection by now. Throws TDatabaseError.
     void Connect(const char* clientLibrary, void* handle);
     // Throws TDatabaseError.
     void ReadBaseCurrency();
@@ -96,7 +97,16 @@ private:
     // The host's connection, as this window uses it.
     struct TDatabase {
         TDatabase(const char* clientLibrary, void* handle)
-            : library(clientLibrary), transaction(library, handle), query(transaction) {}
+            : cell(handle),
+              attachment(*static_cast<void**>(handle)),
+              library(clientLibrary),
+              transaction(library, handle),
+              query(transaction) {}
+        bool IsOf(void* handle) const {
+            return handle == cell && *static_cast<void**>(handle) == attachment;
+        }
+        void* cell;
+        void* attachment;  // what the cell held
         TClientLibrary library;
         TTransaction transaction;
         TQuery query;
@@ -111,15 +121,21 @@ private:
     void MakeTopBar();
     void MakeBottomBar();
     void MakeMenus();
-    void MakeColumns();
+    void MakeColumns(const TGridLayout& layout);
     TGridSource GridSource();
     void PaintBars() const;
-    void LoadScales();
+    // What the window keeps from one opening to the next.
+    void LoadSettings();
+    void RestorePlace(const TWindowPlace& place);
+    TGridLayout CurrentLayout() const;
+    void SaveLayout() const;
     void SelectSearchColumn(TField field);
+    void FillSearchMenu();
     void SearchMenuClick(std::size_t column);
     void SearchButtonClick();
     void FindNext();
     void RefreshBtnClick();
+    void ColBtnClick();
     void PrintBtnClick() const;
     void NDeleteAllClick(TRunNumber number);
     void NSettingsClick();
@@ -128,7 +144,7 @@ private:
     void ShowSortMark();
     void DropMenu(HMENU menu, std::string_view button);
     TField FieldOfColumn(std::size_t column) const;
-    // Saves the scale table, once, however the window ends.
+    // Saves the scale table and the layout, once, however the window ends.
     void EndWork();
 
     TListServices services_;
@@ -140,6 +156,7 @@ private:
     std::unique_ptr<TArticleLoader> loader_;
     TScaleTable scales_;
     TArticleGrid grid_;
+    std::string hiddenRows_;  // see TGridLayout
     TOwnedMenu savePopup_;
     TOwnedMenu searchMenu_;
     TOwnedIcon scaleIcon_;

@@ -1,11 +1,10 @@
 #include "upload/forms/SetPluForm.h"
 
-#include <algorithm>
-
 #include "config/IniFile.h"
 #include "text/Cp1251.h"
 #include "upload/RunScales.h"
 #include "window/CheckList.h"
+#include "window/Placement.h"
 
 namespace tolvane {
 namespace {
@@ -130,14 +129,10 @@ void TSetPluForm::RestoreSettings() {
     if (settings.place) RestorePlace(*settings.place);
 }
 
-void TSetPluForm::RestorePlace(const TRunWindowPlace& place) {
+void TSetPluForm::RestorePlace(const TWindowPlace& place) {
     maximized_ = place.maximized;
-    const RECT rect{place.left, place.top, place.left + place.width, place.top + place.height};
-    // The monitor that it stood on may be gone.
-    if (MonitorFromRect(&rect, MONITOR_DEFAULTTONULL) == nullptr) return;
-    SetWindowPos(Handle(), nullptr, place.left, place.top,
-                 std::max(place.width, Dpi().Scale(kMinWidth)),
-                 std::max(place.height, Dpi().Scale(kMinHeight)), SWP_NOZORDER | SWP_NOACTIVATE);
+    MoveToPlacement(Handle(),
+                    {place.left, place.top, place.left + place.width, place.top + place.height});
 }
 
 void TSetPluForm::OnShow() {
@@ -208,15 +203,10 @@ TRunSettings TSetPluForm::CurrentSettings() const {
     }
     settings.choices.name1 = ComboIndex(cbPluName1_);
     settings.choices.name2 = ComboIndex(cbPluName2_);
-    WINDOWPLACEMENT placement{};
-    placement.length = sizeof placement;
-    RECT rect{};
-    if (GetWindowPlacement(Handle(), &placement) == 0 || GetWindowRect(Handle(), &rect) == 0)
-        return settings;
-    const bool maximized = IsZoomed(Handle()) != 0;
-    if (maximized) rect = placement.rcNormalPosition;
-    settings.place = TRunWindowPlace{rect.left, rect.top, rect.right - rect.left,
-                                     rect.bottom - rect.top, maximized};
+    const TPlacement placement = PlacementOf(Handle());
+    const RECT& outer = placement.outer;
+    settings.place = TWindowPlace{outer.left, outer.top, outer.right - outer.left,
+                                  outer.bottom - outer.top, placement.maximized};
     return settings;
 }
 

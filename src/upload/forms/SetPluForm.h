@@ -50,7 +50,7 @@ private:
     void AddLog();
     void AddButtons();
     void RestoreSettings();
-    void RestorePlace(const TRunWindowPlace& place);
+    void RestorePlace(const TWindowPlace& place);
 
     void PlaceChoices(int left);
     void PlaceButtons(int width, int top);

@@ -112,9 +112,8 @@ void TSetPluForm::Finish() {
 void TSetPluForm::StoreResults() {
     if (std::exchange(stored_, true)) return;
     StoreRunItems(CurrentItems(), *context_.scales);
-    TIniDocument document = ReadIniFile(context_.iniFile);
-    SaveRunSettings(CurrentSettings(), document);
-    WriteIniFile(context_.iniFile, document);
+    UpdateIniFile(context_.iniFile,
+                  [&](TIniDocument& document) { SaveRunSettings(CurrentSettings(), document); });
 }
 
 LRESULT TSetPluForm::HandleMessage(const TMessage& message) {

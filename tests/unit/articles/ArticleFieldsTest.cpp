@@ -121,7 +121,7 @@ TEST(GridColumns, AreThe32InOrderWithTheirTitlesAndWidths) {
     for (std::size_t i = 0; i < kExpectedColumns.size(); ++i) {
         const TGridColumn& column = kGridColumns[i];
         EXPECT_EQ(FieldInfo(column.field).name, kExpectedColumns[i].field);
-        EXPECT_EQ(ToUtf8(TitleOf(column)), kExpectedColumns[i].title);
+        EXPECT_EQ(ToUtf8(TitleOf(column.field)), kExpectedColumns[i].title);
         if (kExpectedColumns[i].width != 0)
             EXPECT_EQ(column.width, kExpectedColumns[i].width);
         else

@@ -31,7 +31,7 @@ protected:
     TRegionalSettings regional_;
 };
 
-TEST_F(ArticleSearchTest, SearchingForYabalkaInLowerCaseFindsAnArticleNamedWithACapital) {
+TEST_F(ArticleSearchTest, ATextInLowerCaseFindsAnArticleNamedWithACapital) {
     // "ябълка" is not part of "Ябълки", "ябълк" is.
     EXPECT_EQ(Find(TField::PLU_NAME, 0, "ябълк"_cp1251), 1U);
     EXPECT_EQ(Find(TField::PLU_NAME, 0, "ЯБЪЛКИ ЧЕР"_cp1251), 1U);

@@ -16,7 +16,7 @@ TEST(RunSettings, AnEmptyFileGivesTheDefaults) {
 TEST(RunSettings, WhatIsSavedIsLoaded) {
     TRunSettings settings;
     settings.choices = {1, 3, 0};
-    settings.place = TRunWindowPlace{-5, 20, 700, 500, true};
+    settings.place = TWindowPlace{-5, 20, 700, 500, true};
     TIniDocument document;
     SaveRunSettings(settings, document);
     const TRunSettings loaded = LoadRunSettings(document);

@@ -1,0 +1,140 @@
+#include "articles/forms/ColListUnit.h"
+
+#include <vector>
+
+#include "text/Cp1251.h"
+#include "window/CheckList.h"
+#include "window/MessageBoxes.h"
+#include "window/WideText.h"
+
+namespace tolvane {
+namespace {
+
+// Sizes at 96 dots per inch.
+constexpr int kWidth = 201;
+constexpr int kHeight = 383;
+constexpr int kMargin = 4;
+constexpr int kSmallWidth = 75;
+constexpr int kSmallHeight = 20;
+constexpr int kListTop = 2 * kMargin + kSmallHeight;
+constexpr int kBarHeight = 33;
+constexpr int kButtonWidth = 88;
+constexpr int kButtonHeight = 25;
+constexpr int kButtonTop = kHeight - kBarHeight + kMargin;
+
+}  // namespace
+
+void ChooseColumns(HWND owner, TArticleGrid& grid, std::string& hiddenRows) {
+    TColListForm form(owner, grid);
+    form.ShowModal();
+    hiddenRows = form.HiddenRows();
+}
+
+TColListForm::TColListForm(HWND owner, TArticleGrid& grid) : grid_(grid) {
+    TFormOptions options;
+    options.className = kColListFormClass;
+    options.name = "ColListForm";
+    options.caption = "Видими колони"_cp1251;
+    options.style = WS_POPUP | WS_CAPTION;
+    options.exStyle = WS_EX_TOOLWINDOW | WS_EX_CONTROLPARENT;
+    options.clientWidth = kWidth;
+    options.clientHeight = kHeight;
+    MakePopup(options, owner);
+    MakeControls();
+    drag_.emplace(list_, [this](int from, int to) { MoveLine(from, to); });
+}
+
+void TColListForm::MakeControls() {
+    AddControl({TControlKind::Button,
+                "SelAllBtn",
+                "Всички"_cp1251,
+                {kMargin, kMargin, kSmallWidth, kSmallHeight},
+                0,
+                [this] { CheckAll(true); },
+                0});
+    AddControl({TControlKind::Button,
+                "SelNoneBtn",
+                "Нищо"_cp1251,
+                {2 * kMargin + kSmallWidth, kMargin, kSmallWidth, kSmallHeight},
+                0,
+                [this] { CheckAll(false); },
+                0});
+    list_ = AddControl({TControlKind::CheckList,
+                        "aCheckListBox",
+                        {},
+                        {0, kListTop, kWidth, kHeight - kBarHeight - kListTop},
+                        0,
+                        {},
+                        0});
+    AddControl({TControlKind::Button,
+                "btnCancel",
+                "Отказ"_cp1251,
+                {kMargin, kButtonTop, kButtonWidth, kButtonHeight},
+                0,
+                [this] { EndModal(IDCANCEL); },
+                IDCANCEL});
+    AddControl({TControlKind::Button,
+                "btnOK",
+                "Потвърди"_cp1251,
+                {kWidth - kMargin - kButtonWidth, kButtonTop, kButtonWidth, kButtonHeight},
+                0,
+                [this] { EndModal(IDOK); },
+                IDOK});
+}
+
+void TColListForm::OnShow() {
+    Fill();
+    SetFocus(list_);
+}
+
+void TColListForm::Fill() {
+    TCheckList lines(list_);
+    lines.Clear();
+    hiddenRows_.clear();
+    for (const TGridColumnState& column : grid_.Columns()) {
+        lines.Add(Narrow(column.title), column.visible);
+        hiddenRows_ += column.visible ? '0' : '1';
+    }
+    if (lines.Count() > 0) lines.SetCurrent(0);
+}
+
+void TColListForm::CheckAll(bool checked) {
+    TCheckList lines(list_);
+    for (int line = 0; line < lines.Count(); ++line)
+        lines.SetChecked(line, checked);
+}
+
+void TColListForm::MoveLine(int from, int to) {
+    TCheckList lines(list_);
+    lines.Move(from, to);
+    lines.SetCurrent(to);
+    grid_.MoveColumn(static_cast<std::size_t>(from), static_cast<std::size_t>(to));
+}
+
+bool TColListForm::CanClose(int result) {
+    if (result != IDOK) return true;
+    const TCheckList lines(list_);
+    std::vector<bool> visible;
+    std::string hiddenRows;
+    for (int line = 0; line < lines.Count(); ++line) {
+        visible.push_back(lines.IsChecked(line));
+        hiddenRows += visible.back() ? '0' : '1';
+    }
+    if (hiddenRows.find('0') == std::string::npos) {
+        ShowError(Handle(), "Поне едно поле трябва да бъде избрано !"_cp1251);
+        return false;
+    }
+    grid_.ShowColumns(visible);
+    hiddenRows_ = hiddenRows;
+    return true;
+}
+
+// Esc gives a drag up first.
+void TColListForm::OnCancel() {
+    if (drag_->IsDragging())
+        drag_->Cancel();
+    else
+        TForm::OnCancel();
+}
+
+}  // namespace tolvane

@@ -1,0 +1,79 @@
+#include <algorithm>
+#include <exception>
+#include <utility>
+
+#include "articles/forms/PLUScaleListUnit.h"
+#include "config/IniFile.h"
+#include "window/MessageBoxes.h"
+#include "window/Placement.h"
+
+namespace tolvane {
+namespace {
+
+// A file that cannot be read counts as empty; saving will tell.
+TIniDocument ReadOrEmpty(const std::filesystem::path& file) {
+    try {
+        return ReadIniFile(file);
+    } catch (const TFileError&) {
+        return TIniDocument();
+    }
+}
+
+}  // namespace
+
+void TElicomPluScaleListForm::LoadSettings() {
+    const TIniDocument document = ReadOrEmpty(services_.configurationFile);
+    scales_.Load(document);
+    const TGridLayout layout = LoadGridLayout(document, Dpi().DotsPerInch());
+    hiddenRows_ = layout.hiddenRows;
+    MakeColumns(layout);
+    grid_.SetStyle(LoadGridStyle(ReadOrEmpty(services_.hostSettingsFile)));
+    if (layout.place) RestorePlace(*layout.place);
+}
+
+void TElicomPluScaleListForm::RestorePlace(const TWindowPlace& place) {
+    MoveToPlacement(Handle(),
+                    {place.left, place.top, place.left + place.width, place.top + place.height});
+    if (place.maximized)
+        SendMessageW(GetParent(Handle()), WM_MDIMAXIMIZE, reinterpret_cast<WPARAM>(Handle()), 0);
+}
+
+TGridLayout TElicomPluScaleListForm::CurrentLayout() const {
+    TGridLayout layout;
+    const std::vector<TGridColumnState> columns = grid_.Columns();
+    std::transform(columns.begin(), columns.end(), layout.columns.begin(),
+                   [](const TGridColumnState& column) {
+                       return TColumnLayout{static_cast<TField>(column.key), column.width};
+                   });
+    layout.hiddenRows = hiddenRows_;
+    const TPlacement placement = PlacementOf(Handle());
+    const RECT& outer = placement.outer;
+    layout.place = TWindowPlace{outer.left, outer.top, outer.right - outer.left,
+                                outer.bottom - outer.top, placement.maximized};
+    return layout;
+}
+
+void TElicomPluScaleListForm::SaveScales() const {
+    UpdateIniFile(services_.configurationFile,
+                  [&](TIniDocument& document) { scales_.Save(document); });
+}
+
+void TElicomPluScaleListForm::SaveLayout() const {
+    UpdateIniFile(services_.configurationFile, [&](TIniDocument& document) {
+        SaveGridLayout(CurrentLayout(), Dpi().DotsPerInch(), document);
+    });
+}
+
+void TElicomPluScaleListForm::EndWork() {
+    if (std::exchange(ended_, true)) return;
+    try {
+        UpdateIniFile(services_.configurationFile, [&](TIniDocument& document) {
+            scales_.Save(document);
+            SaveGridLayout(CurrentLayout(), Dpi().DotsPerInch(), document);
+        });
+    } catch (const std::exception& error) {
+        ShowError(error.what());
+    }
+}
+
+}  // namespace tolvane

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+#include "config/IniDocument.h"
+
+namespace tolvane {
+
+// Where a window stood when it was last closed; pixels, outer size.
+struct TWindowPlace {
+    std::int32_t left = 0;
+    std::int32_t top = 0;
+    std::int32_t width = 0;
+    std::int32_t height = 0;
+    bool maximized = false;
+};
+
+// Kept in a section as keys that begin with the window's name: "<window>_Left", "_Top", "_Width",
+// "_Height" and "_Maximized". Nothing when there is no size.
+std::optional<TWindowPlace> LoadWindowPlace(const TIniDocument& document, std::string_view section,
+                                            std::string_view window);
+void SaveWindowPlace(const TWindowPlace& place, std::string_view section, std::string_view window,
+                     TIniDocument& document);
+
+}  // namespace tolvane

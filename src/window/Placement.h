@@ -1,0 +1,19 @@
+#pragma once
+
+#include <windows.h>
+
+namespace tolvane {
+
+// Where a window stands when it is neither maximized nor minimized: its outer rectangle in pixels,
+// on the screen or, for an MDI child, in the MDI client.
+struct TPlacement {
+    RECT outer{};
+    bool maximized = false;
+};
+
+TPlacement PlacementOf(HWND window);
+// Moves the window there, no smaller than it may be. Nothing happens when it would be out of sight:
+// the screen may be another one now.
+void MoveToPlacement(HWND window, const RECT& outer);
+
+}  // namespace tolvane

@@ -1,0 +1,276 @@
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include <cstddef>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "tests/module/BoxAnswerer.h"
+#include "tests/module/Screenshot.h"
+#include "tests/module/Session.h"
+#include "tests/module/settings/DialogScript.h"
+
+namespace tolvane::test {
+namespace {
+
+const wchar_t* const kChooserClass = L"TColListForm";
+constexpr int kColumns = 32;
+
+TDialogScript::TStep Pressing(std::string name) {
+    return [name = std::move(name)](HWND window) { Press(window, name); };
+}
+
+HWND Lines(HWND chooser) {
+    return ControlOf(chooser, "aCheckListBox");
+}
+
+bool IsLineChecked(HWND chooser, int line) {
+    return ListView_GetCheckState(Lines(chooser), line) == 1;
+}
+
+TDialogScript::TStep Checking(int line, bool checked) {
+    return
+        [=](HWND window) { ListView_SetCheckState(Lines(window), line, checked ? TRUE : FALSE); };
+}
+
+// The middle of a line's text.
+POINT PointOn(HWND chooser, int line) {
+    SendMessageW(Lines(chooser), LVM_ENSUREVISIBLE, static_cast<WPARAM>(line), FALSE);
+    RECT label{LVIR_LABEL, 0, 0, 0};
+    SendMessageW(Lines(chooser), LVM_GETITEMRECT, static_cast<WPARAM>(line),
+                 reinterpret_cast<LPARAM>(&label));
+    return {label.left + 30, (label.top + label.bottom) / 2};
+}
+
+LPARAM PointParam(POINT at) {
+    return MAKELPARAM(static_cast<WORD>(at.x), static_cast<WORD>(at.y));
+}
+
+void Drag(HWND chooser, POINT from, POINT to, WPARAM buttons = MK_LBUTTON) {
+    const HWND lines = Lines(chooser);
+    if (buttons != MK_LBUTTON) PostMessageW(lines, WM_LBUTTONUP, 0, PointParam(from));
+    SendMessageW(lines, WM_LBUTTONDOWN, buttons, PointParam(from));
+    SendMessageW(lines, WM_MOUSEMOVE, buttons, PointParam(to));
+    SendMessageW(lines, WM_LBUTTONUP, 0, PointParam(to));
+}
+
+TDialogScript::TStep Dragging(int from, int to) {
+    return [=](HWND window) { Drag(window, PointOn(window, from), PointOn(window, to)); };
+}
+
+class ColumnChooserTest : public testing::Test {
+protected:
+    ColumnChooserTest() { session_.Start(); }
+
+    void Choose(std::vector<TDialogScript::TStep> steps) const {
+        const TDialogScript script(kChooserClass, std::move(steps));
+        session_.Click("ColBtn");
+    }
+    TGridReader Grid() const { return session_.Grid(); }
+    static std::string Stored() { return TConfiguration::Value("PLUGRID", "HiddenRows"); }
+
+    TSession session_;
+};
+
+}  // namespace
+
+TEST_F(ColumnChooserTest, LooksAsAskedFor) {
+    Choose({[this](HWND window) {
+                EXPECT_EQ(Utf8TextOf(window), "Видими колони");
+                RECT client{};
+                GetClientRect(window, &client);
+                EXPECT_EQ(client.right, 201);
+                EXPECT_EQ(client.bottom, 383);
+                const LONG style = GetWindowLongW(window, GWL_STYLE);
+                EXPECT_EQ(style & (WS_SYSMENU | WS_MINIMIZEBOX | WS_MAXIMIZEBOX), 0);
+                EXPECT_NE(GetWindowLongW(window, GWL_EXSTYLE) & WS_EX_TOOLWINDOW, 0);
+                EXPECT_EQ(TextOf(window, "SelAllBtn"), "Всички");
+                EXPECT_EQ(TextOf(window, "SelNoneBtn"), "Нищо");
+                EXPECT_EQ(TextOf(window, "btnCancel"), "Отказ");
+                EXPECT_EQ(TextOf(window, "btnOK"), "Потвърди");
+                RECT button{};
+                GetClientRect(ControlOf(window, "SelAllBtn"), &button);
+                EXPECT_EQ(button.right, 75);
+                EXPECT_EQ(button.bottom, 20);
+                SaveScreenshot(session_.host.Frame(), "column-chooser");
+            },
+            Pressing("btnCancel")});
+}
+
+TEST_F(ColumnChooserTest, ListsEveryColumnByItsTitleWithACheckForTheVisibleOnes) {
+    const std::vector<std::string> titles = Grid().Titles();
+    Choose({Checking(1, false), Pressing("btnOK")});
+    Choose({[&](HWND window) {
+                const TGridReader lines(Lines(window));
+                ASSERT_EQ(lines.RowCount(), kColumns);
+                for (int line = 0; line < kColumns; ++line) {
+                    EXPECT_EQ(lines.Cell(line, 0), titles[static_cast<std::size_t>(line)]);
+                    EXPECT_EQ(IsLineChecked(window, line), line != 1) << line;
+                }
+            },
+            Pressing("btnCancel")});
+}
+
+TEST_F(ColumnChooserTest, ConfirmingHidesWhatIsNotCheckedAndStoresIt) {
+    Choose({Checking(1, false), Checking(31, false), Pressing("btnOK")});
+    EXPECT_EQ(Grid().Titles().size(), 30U);
+    EXPECT_EQ(Grid().ColumnByTitle("Номенкл.No"), -1);
+    EXPECT_EQ(Grid().ColumnByTitle("Партида (самок.)"), -1);
+    EXPECT_EQ(Grid().Cell(0, 1), "101");
+    // 32 columns: the second and the last are hidden.
+    EXPECT_EQ(Stored(), "01000000000000000000000000000001");
+    SaveScreenshot(session_.host.Frame(), "list-hidden-columns");
+}
+
+TEST_F(ColumnChooserTest, AllAndNothingSetEveryCheck) {
+    Choose({Pressing("SelNoneBtn"),
+            [](HWND window) {
+                for (int line = 0; line < kColumns; ++line)
+                    EXPECT_FALSE(IsLineChecked(window, line)) << line;
+            },
+            Pressing("SelAllBtn"),
+            [](HWND window) {
+                for (int line = 0; line < kColumns; ++line)
+                    EXPECT_TRUE(IsLineChecked(window, line)) << line;
+            },
+            Pressing("btnCancel")});
+}
+
+TEST_F(ColumnChooserTest, AnEmptyChoiceIsRefusedAndCancellingLeavesTheGrid) {
+    const TBoxAnswerer boxes;
+    const std::vector<std::string> titles = Grid().Titles();
+    Choose({Pressing("SelNoneBtn"), Pressing("btnOK"),
+            [&](HWND window) {
+                ASSERT_EQ(boxes.Seen().size(), 1U);
+                EXPECT_EQ(boxes.Seen()[0].text, "Поне едно поле трябва да бъде избрано !");
+                EXPECT_EQ(boxes.Seen()[0].buttons, std::vector<int>{IDOK});
+                EXPECT_NE(IsWindowVisible(window), 0);
+            },
+            Pressing("btnCancel")});
+    EXPECT_EQ(Grid().Titles(), titles);
+    EXPECT_EQ(Stored(), "00000000000000000000000000000000");
+}
+
+TEST_F(ColumnChooserTest, ADraggedLineMovesItsColumnAtOnceAndStaysMovedAfterCancelling) {
+    Choose({Dragging(3, 0),
+            [this](HWND window) {
+                EXPECT_EQ(TGridReader(Lines(window)).Cell(0, 0), "Име");
+                EXPECT_EQ(TGridReader(Lines(window)).Cell(1, 0), "Арт.No:");
+                EXPECT_EQ(Grid().ColumnByTitle("Име"), 0);
+            },
+            Pressing("btnCancel")});
+    EXPECT_EQ(Grid().ColumnByTitle("Име"), 0);
+    EXPECT_EQ(Grid().ColumnByTitle("Арт.No:"), 1);
+    EXPECT_EQ(Grid().Cell(0, 0), "Ябълки червени");
+}
+
+TEST_F(ColumnChooserTest, ALineMovesDownToTheTargetsPlaceWithItsCheck) {
+    Choose({Checking(0, false), Dragging(0, 2),
+            [](HWND window) {
+                const TGridReader lines(Lines(window));
+                EXPECT_EQ(lines.Cell(0, 0), "Номенкл.No");
+                EXPECT_EQ(lines.Cell(1, 0), "No: за везна");
+                EXPECT_EQ(lines.Cell(2, 0), "Арт.No:");
+                EXPECT_FALSE(IsLineChecked(window, 2));
+            },
+            Pressing("btnOK")});
+    EXPECT_EQ(Grid().ColumnByTitle("Арт.No:"), -1);
+    EXPECT_EQ(Stored(), "00100000000000000000000000000000");
+}
+
+TEST_F(ColumnChooserTest, TheSortMarkMovesWithItsColumn) {
+    Choose({Dragging(0, 2), Pressing("btnOK")});
+    EXPECT_EQ(Grid().ColumnFormat(2) & (HDF_SORTUP | HDF_SORTDOWN), HDF_SORTUP);
+    EXPECT_EQ(Grid().ColumnFormat(0) & (HDF_SORTUP | HDF_SORTDOWN), 0);
+}
+
+TEST_F(ColumnChooserTest, DroppingALineOnItselfOrOutsideTheLinesChangesNothing) {
+    const std::vector<std::string> titles = Grid().Titles();
+    Choose({[](HWND window) {
+                const POINT line = PointOn(window, 3);
+                Drag(window, line, {line.x + 40, line.y});
+                Drag(window, line, {line.x, -30});
+                Drag(window, line, {line.x, 5000});
+            },
+            Pressing("btnCancel")});
+    EXPECT_EQ(Grid().Titles(), titles);
+}
+
+TEST_F(ColumnChooserTest, ADragBeginsAfterTenPixels) {
+    const std::vector<std::string> titles = Grid().Titles();
+    Choose({[](HWND window) {
+                // From the last pixel row of a line, so that the next line is near.
+                POINT from = PointOn(window, 3);
+                RECT bounds{LVIR_BOUNDS, 0, 0, 0};
+                SendMessageW(Lines(window), LVM_GETITEMRECT, 3, reinterpret_cast<LPARAM>(&bounds));
+                from.y = bounds.bottom - 1;
+                Drag(window, from, {from.x, from.y + 9});
+            },
+            [&](HWND window) {
+                EXPECT_EQ(TGridReader(Lines(window)).Cell(3, 0), "Име");
+                POINT from = PointOn(window, 3);
+                RECT bounds{LVIR_BOUNDS, 0, 0, 0};
+                SendMessageW(Lines(window), LVM_GETITEMRECT, 3, reinterpret_cast<LPARAM>(&bounds));
+                from.y = bounds.bottom - 1;
+                Drag(window, from, {from.x, from.y + 10});
+                EXPECT_EQ(TGridReader(Lines(window)).Cell(4, 0), "Име");
+            },
+            Pressing("btnCancel")});
+    EXPECT_EQ(Grid().ColumnByTitle("Име"), 4);
+}
+
+TEST_F(ColumnChooserTest, AnotherButtonOrKeyDragsNothing) {
+    Choose({[](HWND window) {
+                Drag(window, PointOn(window, 3), PointOn(window, 0), MK_LBUTTON | MK_CONTROL);
+                Drag(window, PointOn(window, 3), PointOn(window, 0), MK_LBUTTON | MK_RBUTTON);
+            },
+            [](HWND window) { EXPECT_EQ(TGridReader(Lines(window)).Cell(3, 0), "Име"); },
+            Pressing("btnCancel")});
+}
+
+TEST_F(ColumnChooserTest, EscapeGivesADragUpFirst) {
+    Choose({[](HWND window) {
+                const HWND lines = Lines(window);
+                SendMessageW(lines, WM_LBUTTONDOWN, MK_LBUTTON, PointParam(PointOn(window, 3)));
+                SendMessageW(lines, WM_MOUSEMOVE, MK_LBUTTON, PointParam(PointOn(window, 0)));
+                PostKey(VK_ESCAPE);
+            },
+            [](HWND window) {
+                EXPECT_NE(IsWindowVisible(window), 0);
+                SendMessageW(Lines(window), WM_LBUTTONUP, 0, PointParam(PointOn(window, 0)));
+                EXPECT_EQ(TGridReader(Lines(window)).Cell(3, 0), "Име");
+                PostKey(VK_ESCAPE);
+            }});
+}
+
+TEST_F(ColumnChooserTest, WorksByKeyboardAlone) {
+    Choose({[](HWND) { PostKey(VK_DOWN); }, [](HWND) { PostKey(VK_SPACE); },
+            [](HWND window) {
+                EXPECT_FALSE(IsLineChecked(window, 1));
+                const THeldKey control(VK_CONTROL);
+                SendMessageW(Lines(window), WM_KEYDOWN, VK_DOWN, 1);
+                EXPECT_EQ(TGridReader(Lines(window)).Cell(2, 0), "Номенкл.No");
+            },
+            [](HWND) { PostKey(VK_RETURN); }});
+    EXPECT_EQ(Grid().ColumnByTitle("Номенкл.No"), -1);
+    EXPECT_EQ(Stored(), "00100000000000000000000000000000");
+}
+
+TEST_F(ColumnChooserTest, SearchingByAColumnFollowsTheFieldWhereverItStands) {
+    Choose({Dragging(3, 0), Pressing("btnOK")});
+    SendMessageW(session_.List(), WM_COMMAND, 2000, 0);
+    EXPECT_EQ(Utf8TextOf(session_.Control("SearchButton")), "Търси по: Име (F3)");
+}
+
+TEST_F(ColumnChooserTest, WhatIsStoredIsWrittenAtOnce) {
+    Choose({Checking(1, false), Dragging(3, 0), Pressing("btnOK")});
+    // The window is still open.
+    EXPECT_EQ(Stored(), "00100000000000000000000000000000");
+    EXPECT_EQ(TConfiguration::Value("PLUGRID", "aDBGrid_Column1").substr(0, 9), "PLU_NAME,");
+}
+
+}  // namespace tolvane::test

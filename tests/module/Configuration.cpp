@@ -1,0 +1,64 @@
+#include "tests/module/Configuration.h"
+
+#include <windows.h>
+
+#include <array>
+#include <fstream>
+#include <iterator>
+
+namespace tolvane::test {
+namespace {
+
+using std::filesystem::path;
+
+path Program() {
+    std::wstring program(MAX_PATH, L'\0');
+    program.resize(GetModuleFileNameW(nullptr, program.data(), MAX_PATH));
+    return program;
+}
+
+path HostSettings() {
+    return Program().replace_extension(".ini");
+}
+
+void RemoveBoth() {
+    std::error_code ignored;
+    std::filesystem::remove(TConfiguration::File(), ignored);
+    std::filesystem::remove(HostSettings(), ignored);
+}
+
+}  // namespace
+
+TConfiguration::TConfiguration() {
+    RemoveBoth();
+}
+
+TConfiguration::~TConfiguration() {
+    RemoveBoth();
+}
+
+path TConfiguration::File() {
+    return Program().parent_path() / "Operations" / "Tolvane.ini";
+}
+
+std::string TConfiguration::Bytes() {
+    std::ifstream file(File(), std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+void TConfiguration::Write(const std::string& bytes) {
+    std::ofstream(File(), std::ios::binary) << bytes;
+}
+
+std::string TConfiguration::Value(const std::string& section, const std::string& key) {
+    std::array<char, 512> value{};
+    GetPrivateProfileStringA(section.c_str(), key.c_str(), "", value.data(),
+                             static_cast<DWORD>(value.size()), File().string().c_str());
+    return value.data();
+}
+
+void TConfiguration::WriteHostSettings(const std::string& bytes) {
+    std::ofstream(HostSettings(), std::ios::binary) << bytes;
+}
+
+}  // namespace tolvane::test

@@ -1,0 +1,114 @@
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include "articles/forms/uWaitForm.h"
+#include "tests/module/HostFrame.h"
+#include "tests/module/Screenshot.h"
+#include "tests/module/Session.h"
+
+namespace tolvane::test {
+namespace {
+
+class WaitFormTest : public testing::Test {
+protected:
+    HWND Bar() const { return form_.Control("ProgressBar"); }
+    LRESULT Ask(UINT message, WPARAM wParam = 0) const {
+        return SendMessageW(Bar(), message, wParam, 0);
+    }
+    LRESULT Maximum() const { return Ask(PBM_GETRANGE, FALSE); }
+    bool IsBarShown() const { return (GetWindowLongW(Bar(), GWL_STYLE) & WS_VISIBLE) != 0; }
+
+    THostFrame host_;
+    TWaitForm form_{host_.Frame()};
+};
+
+}  // namespace
+
+TEST_F(WaitFormTest, IsMadeOnFirstUse) {
+    EXPECT_EQ(form_.Handle(), nullptr);
+    form_.Step();
+    form_.Hide();
+    EXPECT_EQ(form_.Handle(), nullptr);
+    form_.Show(3);
+    EXPECT_NE(IsWindowVisible(form_.Handle()), 0);
+}
+
+TEST_F(WaitFormTest, IsBorderlessWithABarOfTenPixelsAlongItsBottom) {
+    form_.Show(3);
+    RECT window{};
+    RECT client{};
+    GetWindowRect(form_.Handle(), &window);
+    GetClientRect(form_.Handle(), &client);
+    EXPECT_EQ(client.right, 393);
+    EXPECT_EQ(client.bottom, 73);
+    EXPECT_EQ(window.right - window.left, 393);
+    RECT bar{};
+    GetWindowRect(Bar(), &bar);
+    MapWindowPoints(nullptr, form_.Handle(), reinterpret_cast<POINT*>(&bar), 2);
+    EXPECT_EQ(bar.left, 0);
+    EXPECT_EQ(bar.right, 393);
+    EXPECT_EQ(bar.top, 63);
+    EXPECT_EQ(bar.bottom, 73);
+    SaveScreenshot(form_.Handle(), "wait-window");
+}
+
+TEST_F(WaitFormTest, TellsInBoldNavyOnItsColour) {
+    form_.Show(0);
+    EXPECT_EQ(Utf8TextOf(form_.Handle()), "Моля, изчакайте...");
+    EXPECT_EQ(PixelAt(form_.Handle(), {2, 2}), RGB(240, 202, 166));
+    bool navy = false;
+    for (int x = 100; x < 290 && !navy; ++x)
+        navy = PixelAt(form_.Handle(), {x, 36}) == RGB(0, 0, 128);
+    EXPECT_TRUE(navy);
+}
+
+TEST_F(WaitFormTest, BarIsVisibleFromOneOn) {
+    form_.Show(1);
+    EXPECT_TRUE(IsBarShown());
+    EXPECT_EQ(Maximum(), 1);
+    form_.Show(0);
+    EXPECT_FALSE(IsBarShown());
+    EXPECT_EQ(Maximum(), 1);
+    form_.Show(-1);
+    EXPECT_FALSE(IsBarShown());
+    EXPECT_EQ(Maximum(), 1);
+    form_.Show(250);
+    EXPECT_TRUE(IsBarShown());
+    EXPECT_EQ(Maximum(), 250);
+    EXPECT_EQ(Ask(PBM_GETRANGE, TRUE), 0);
+}
+
+TEST_F(WaitFormTest, StepsByOneAndStartsAgainAtZero) {
+    form_.Show(5);
+    EXPECT_EQ(Ask(PBM_GETPOS), 0);
+    form_.Step();
+    form_.Step();
+    EXPECT_EQ(Ask(PBM_GETPOS), 2);
+    form_.Show(9);
+    EXPECT_EQ(Ask(PBM_GETPOS), 0);
+}
+
+TEST_F(WaitFormTest, HideKeepsItForTheNextUse) {
+    form_.Show(5);
+    const HWND window = form_.Handle();
+    form_.Hide();
+    EXPECT_EQ(IsWindowVisible(window), 0);
+    form_.Show(2);
+    EXPECT_EQ(form_.Handle(), window);
+    EXPECT_NE(IsWindowVisible(window), 0);
+}
+
+TEST(WaitFormOfTheList, GoesWithTheList) {
+    TSession session;
+    session.Start();
+    const HWND wait = FindWindowW(L"TWaitForm", nullptr);
+    ASSERT_NE(wait, nullptr);
+    EXPECT_EQ(IsWindowVisible(wait), 0);
+    session.CloseList();
+    EXPECT_EQ(IsWindow(wait), 0);
+}
+
+}  // namespace tolvane::test
