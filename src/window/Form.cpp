@@ -28,7 +28,8 @@ void TForm::MakePopup(const TFormOptions& options, HWND owner) {
     const HWND root = owner != nullptr ? GetAncestor(owner, GA_ROOT) : nullptr;
     const RECT size = OuterRect(options);
     RECT around{};
-    if (root == nullptr || IsIconic(root) != 0 || GetWindowRect(root, &around) == 0)
+    const HWND centre = options.overOwner ? owner : root;
+    if (centre == nullptr || IsIconic(root) != 0 || GetWindowRect(centre, &around) == 0)
         SystemParametersInfoW(SPI_GETWORKAREA, 0, &around, 0);
     minWidth_ = options.minWidth;
     minHeight_ = options.minHeight;

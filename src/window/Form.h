@@ -26,6 +26,8 @@ struct TFormOptions {
     int clientHeight = 0;
     int minWidth = 0;
     int minHeight = 0;
+    // Centred on the owner itself and not on its top-level window.
+    bool overOwner = false;
 };
 
 enum class TControlKind {
@@ -95,7 +97,7 @@ public:
 protected:
     TForm();
 
-    // Makes the window, hidden, centred on its owner's top-level window.
+    // Makes the window, hidden, centred on its owner's top-level window unless told otherwise.
     void MakePopup(const TFormOptions& options, HWND owner);
     // Makes and shows an MDI child; `mdiClient` is the frame's window of class "MDIClient".
     void MakeMdiChild(const TFormOptions& options, HWND mdiClient);

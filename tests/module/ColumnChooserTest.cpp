@@ -96,6 +96,11 @@ TEST_F(ColumnChooserTest, LooksAsAskedFor) {
                 GetClientRect(ControlOf(window, "SelAllBtn"), &button);
                 EXPECT_EQ(button.right, 75);
                 EXPECT_EQ(button.bottom, 20);
+                RECT chooser{};
+                RECT list{};
+                GetWindowRect(window, &chooser);
+                GetWindowRect(session_.List(), &list);
+                EXPECT_NEAR(chooser.left + chooser.right, list.left + list.right, 1);
                 SaveScreenshot(session_.host.Frame(), "column-chooser");
             },
             Pressing("btnCancel")});

@@ -310,6 +310,35 @@ TEST(Print, NullCodeLeavesTheButtonWithoutEffect) {
     EXPECT_NE(session.List(), nullptr);
 }
 
+TEST_F(ListWindowTest, ButtonsAreWholeAfterEveryResize) {
+    const std::vector<std::string> names = {"SearchButton", "SaveButton", "RefreshBtn",
+                                            "ColBtn",       "PrintBtn",   "btnCloseBtn"};
+    const auto picture = [&] {
+        std::vector<COLORREF> pixels;
+        for (const std::string& name : names) {
+            for (const POINT at : {POINT{1, 12}, POINT{6, 3}, POINT{6, 22}, POINT{86, 12}})
+                pixels.push_back(PixelAt(session_.Control(name), at));
+        }
+        return pixels;
+    };
+    SetWindowPos(session_.List(), nullptr, 0, 0, 640, 340, SWP_NOZORDER);
+    RunLoopDry();
+    const std::vector<COLORREF> whole = picture();
+    for (const SIZE size : {SIZE{900, 600}, SIZE{660, 350}, SIZE{640, 600}, SIZE{640, 340}}) {
+        SetWindowPos(session_.List(), nullptr, 0, 0, size.cx, size.cy, SWP_NOZORDER);
+        RunLoopDry();
+        EXPECT_EQ(picture(), whole) << size.cx << "x" << size.cy;
+    }
+}
+
+TEST_F(ListWindowTest, PrintTitleStaysWhateverTheCaption) {
+    SetWindowTextW(session_.List(), L"Друго заглавие");
+    session_.Click("PrintBtn");
+    ASSERT_EQ(session_.printed.size(), 1U);
+    EXPECT_EQ(session_.printed[0].title,
+              "\xD2\xE5\xE3\xEB\xEE\xE2\xE8 \xE0\xF0\xF2\xE8\xEA\xF3\xEB\xE8");
+}
+
 TEST_F(ListWindowTest, CloseButtonClosesTheWindow) {
     session_.Click("btnCloseBtn");
     EXPECT_EQ(session_.List(), nullptr);

@@ -87,6 +87,17 @@ TEST_F(SearchTest, EnteringAColumnSelectsItForSearching) {
     EXPECT_EQ(Caption(), "Търси по: Име (F3)");
 }
 
+TEST_F(SearchTest, AClickBelowTheRowsEntersNoColumn) {
+    session_.Grid().ClickRow(0, kNameColumn);
+    RECT client{};
+    GetClientRect(session_.Grid().Handle(), &client);
+    const LPARAM at = MAKELPARAM(150, client.bottom - 5);
+    PostMessageW(session_.Grid().Handle(), WM_LBUTTONUP, 0, at);
+    SendMessageW(session_.Grid().Handle(), WM_LBUTTONDOWN, MK_LBUTTON, at);
+    RunLoopDry();
+    EXPECT_EQ(Caption(), "Търси по: Име (F3)");
+}
+
 TEST_F(SearchTest, ArrowKeysEnterTheNextColumn) {
     PressKey(session_.Control("aDBGrid"), VK_RIGHT);
     EXPECT_EQ(Caption(), "Търси по: Ном.код (F3)");

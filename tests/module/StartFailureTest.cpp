@@ -130,6 +130,26 @@ TEST_F(StartFailureTest, FailureOfASecondStartClosesTheOpenWindow) {
     EXPECT_EQ(Completions(), 2);
 }
 
+TEST_F(StartFailureTest, BadArgumentsOfASecondStartCloseTheOpenWindow) {
+    session_.Start();
+    database_.Size = 8;
+    StartWith(&database_);
+    EXPECT_EQ(Completions(), 2);
+}
+
+TEST_F(StartFailureTest, ABadApplicationOfASecondStartStillCompletesToTheFirst) {
+    session_.Start();
+    Start(nullptr, &session_.messageId, session_.host.Frame(), &database_);
+    EXPECT_EQ(Completions(), 2);
+}
+
+TEST_F(StartFailureTest, ALostConnectionOfASecondStartClosesTheOpenWindow) {
+    session_.Start();
+    session_.connection.ShutDown();
+    StartWith(&database_);
+    EXPECT_EQ(Completions(), 2);
+}
+
 TEST(StartWithADefaultLibrary, TakesTheLoadedFbclient) {
     TSession session;
     THostDatabase database = *session.connection.Database();

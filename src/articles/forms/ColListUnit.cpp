@@ -39,6 +39,7 @@ TColListForm::TColListForm(HWND owner, TArticleGrid& grid) : grid_(grid) {
     options.exStyle = WS_EX_TOOLWINDOW | WS_EX_CONTROLPARENT;
     options.clientWidth = kWidth;
     options.clientHeight = kHeight;
+    options.overOwner = true;
     MakePopup(options, owner);
     MakeControls();
     drag_.emplace(list_, [this](int from, int to) { MoveLine(from, to); });
