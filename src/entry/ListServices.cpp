@@ -51,8 +51,10 @@ void EditScales(TElicomPluScaleListForm& list) {
 
 TListServices ListServices() {
     TListServices services;
-    services.configurationFile = ModuleConfigurationForLoading(HostExecutable());
-    services.hostSettingsFile = HostSettingsFile(HostExecutable());
+    const std::u16string host = HostExecutable();
+    services.configurationFile = ModuleConfigurationForLoading(host);
+    services.savedConfigurationFile = ModuleConfigurationForSaving(host);
+    services.hostSettingsFile = HostSettingsFile(host);
     services.ended = &PostCompletion;
     services.openRun = &OpenRun;
     services.editScales = &EditScales;

@@ -1,5 +1,6 @@
 #include "window/RunWorker.h"
 
+#include <exception>
 #include <stdexcept>
 #include <utility>
 
@@ -8,12 +9,34 @@
 
 namespace tolvane {
 
-void TRunWorker::Start(std::function<void()> body) {
+namespace {
+
+// The window waits for the end of its run: it must hear of it even when memory is short now.
+void PostSurely(TPostQueue& queue, const std::function<void()>& done) noexcept {
+    constexpr DWORD kRetryMs = 100;
+    for (;;) {
+        try {
+            queue.Post(done);
+            return;
+        } catch (const std::exception&) {
+            Sleep(kRetryMs);
+        }
+    }
+}
+
+}  // namespace
+
+void TRunWorker::Start(std::function<void()> body, TPostQueue queue, std::function<void()> done) {
     Wait();
     ended_.Reset(CreateEventW(nullptr, TRUE, FALSE, nullptr));
     if (!ended_) throw std::runtime_error("CreateEvent: " + SystemErrorText(GetLastError()));
-    thread_ = std::thread([body = std::move(body), ended = ended_.Get()] {
-        body();
+    thread_ = std::thread([body = std::move(body), queue = std::move(queue), done = std::move(done),
+                           ended = ended_.Get()]() mutable {
+        try {
+            body();
+        } catch (...) {  // NOLINT(bugprone-empty-catch): nothing may unwind into the host
+        }
+        PostSurely(queue, done);
         SetEvent(ended);
     });
 }

@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "window/Handles.h"
+#include "window/PostQueue.h"
 
 namespace tolvane {
 
@@ -17,9 +18,10 @@ public:
     TRunWorker& operator=(const TRunWorker&) = delete;
     ~TRunWorker() { Wait(); }
 
-    // Waits for an earlier body. Throws std::runtime_error when there is no thread to be had;
-    // `body` must not throw.
-    void Start(std::function<void()> body);
+    // Waits for an earlier body, then runs `body` on the thread and, whatever becomes of it, `done`
+    // on the interface thread through the queue. What `body` throws ends there: it has to tell of
+    // its failures itself. Throws std::runtime_error when there is no thread to be had.
+    void Start(std::function<void()> body, TPostQueue queue, std::function<void()> done);
     // Returns when the body has ended; meanwhile windows paint and answer what other threads send.
     void Wait() noexcept;
 

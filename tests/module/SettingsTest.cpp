@@ -91,6 +91,35 @@ TEST_F(SettingsTest, AFileHeldByAnotherProgramIsToldInOneBoxAndKept) {
     EXPECT_EQ(Content().find("[SCALE"), std::string::npos);
 }
 
+// Held without sharing while the list opens: its twenty slots are empty then, and must not be
+// written over the file's scales.
+TEST_F(SettingsTest, AFileThatCouldNotBeReadLosesNothing) {
+    const auto hold = [] {
+        return CreateFileW(TConfiguration::File().c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING,
+                           0, nullptr);
+    };
+    HANDLE held = hold();
+    session_.Start();
+    CloseHandle(held);
+    session_.CloseList();
+    EXPECT_EQ(Content(), kBefore);
+
+    held = hold();
+    session_.Start();
+    {
+        const TBoxAnswerer boxes;
+        SendMessageW(session_.List(), WM_COMMAND, kSettingsCommand, 0);
+        EXPECT_EQ(boxes.Seen().size(), 1U);
+    }
+    CloseHandle(held);
+    // Readable again, it is read before the editor opens.
+    OpenSettings({[](HWND window) { EXPECT_EQ(TextOf(window, "edtScaleName"), "SCALE 3"); },
+                  Pressing("btnCancel")});
+    session_.CloseList();
+    EXPECT_EQ(TConfiguration::Value("SCALE3", "TCPAddress"), "10.0.0.5");
+    EXPECT_EQ(TConfiguration::Value("SCALE3", "ScaleName"), "SCALE 3");
+}
+
 TEST_F(SettingsTest, EveryWindowCarriesItsName) {
     session_.Start();
     const auto expectNames = [](HWND window) {

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <exception>
+#include <optional>
 #include <utility>
 
 #include "articles/forms/PLUScaleListUnit.h"
@@ -10,24 +11,26 @@
 namespace tolvane {
 namespace {
 
-// A file that cannot be read counts as empty; saving will tell.
-TIniDocument ReadOrEmpty(const std::filesystem::path& file) {
+std::optional<TIniDocument> TryRead(const std::filesystem::path& file) {
     try {
         return ReadIniFile(file);
     } catch (const TFileError&) {
-        return TIniDocument();
+        return std::nullopt;
     }
 }
 
 }  // namespace
 
 void TElicomPluScaleListForm::LoadSettings() {
-    const TIniDocument document = ReadOrEmpty(services_.configurationFile);
-    scales_.Load(document);
-    const TGridLayout layout = LoadGridLayout(document, Dpi().DotsPerInch());
+    // A file that cannot be read counts as empty until somebody needs its scales.
+    const std::optional<TIniDocument> document = TryRead(services_.configurationFile);
+    layoutLoaded_ = scalesLoaded_ = document.has_value();
+    scales_.Load(document.value_or(TIniDocument()));
+    const TGridLayout layout =
+        LoadGridLayout(document.value_or(TIniDocument()), Dpi().DotsPerInch());
     hiddenRows_ = layout.hiddenRows;
     MakeColumns(layout);
-    grid_.SetStyle(LoadGridStyle(ReadOrEmpty(services_.hostSettingsFile)));
+    grid_.SetStyle(LoadGridStyle(TryRead(services_.hostSettingsFile).value_or(TIniDocument())));
     if (layout.place) RestorePlace(*layout.place);
 }
 
@@ -53,8 +56,14 @@ TGridLayout TElicomPluScaleListForm::CurrentLayout() const {
     return layout;
 }
 
+void TElicomPluScaleListForm::NeedScales() {
+    if (scalesLoaded_) return;
+    scales_.Load(ReadIniFile(services_.configurationFile));
+    scalesLoaded_ = true;
+}
+
 void TElicomPluScaleListForm::SaveScales() const {
-    UpdateIniFile(services_.configurationFile,
+    UpdateIniFile(services_.savedConfigurationFile,
                   [&](TIniDocument& document) { scales_.Save(document); });
 }
 
@@ -67,9 +76,9 @@ void TElicomPluScaleListForm::SaveLayout() const {
 void TElicomPluScaleListForm::EndWork() {
     if (std::exchange(ended_, true)) return;
     try {
-        UpdateIniFile(services_.configurationFile, [&](TIniDocument& document) {
-            scales_.Save(document);
-            SaveGridLayout(CurrentLayout(), Dpi().DotsPerInch(), document);
+        UpdateIniFile(services_.savedConfigurationFile, [&](TIniDocument& document) {
+            if (scalesLoaded_) scales_.Save(document);
+            if (layoutLoaded_) SaveGridLayout(CurrentLayout(), Dpi().DotsPerInch(), document);
         });
     } catch (const std::exception& error) {
         ShowError(error.what());

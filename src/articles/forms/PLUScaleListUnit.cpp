@@ -279,13 +279,16 @@ void TElicomPluScaleListForm::PrintBtnClick() const {
 
 void TElicomPluScaleListForm::NDeleteAllClick(TRunNumber number) {
     if (!services_.openRun || IsBusy() || articles_->RowCount() == 0) return;
+    NeedScales();
     services_.openRun(*this, number);
     // The window went while the run was open; the check marks have come back since.
     if (Handle() == nullptr) SaveScales();
 }
 
 void TElicomPluScaleListForm::NSettingsClick() {
-    if (services_.editScales && !IsBusy()) services_.editScales(*this);
+    if (!services_.editScales || IsBusy()) return;
+    NeedScales();
+    services_.editScales(*this);
 }
 
 }  // namespace tolvane

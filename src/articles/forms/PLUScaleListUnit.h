@@ -26,7 +26,9 @@ enum class TRunNumber { SaveMarked = 1, SaveAll = 2, DeleteMarked = 3, DeleteAll
 
 // What the list window needs from outside its folder. Functions that are not set do nothing.
 struct TListServices {
+    // The module's configuration file, as it is named for loading and for saving the scales.
     std::filesystem::path configurationFile;
+    std::filesystem::path savedConfigurationFile;
     std::filesystem::path hostSettingsFile;
     // The window is being destroyed.
     std::function<void()> ended;
@@ -126,6 +128,9 @@ private:
     void PaintBars() const;
     // What the window keeps from one opening to the next.
     void LoadSettings();
+    // Throws TFileError when the configuration file could not be read at the opening and still
+    // cannot: what it holds must not be taken for no scales.
+    void NeedScales();
     void RestorePlace(const TWindowPlace& place);
     TGridLayout CurrentLayout() const;
     void SaveLayout() const;
@@ -155,6 +160,9 @@ private:
     std::unique_ptr<TDatabase> database_;
     std::unique_ptr<TArticleLoader> loader_;
     TScaleTable scales_;
+    // What could be read: only that is written when the window goes.
+    bool layoutLoaded_ = false;
+    bool scalesLoaded_ = false;
     TArticleGrid grid_;
     std::string hiddenRows_;  // see TGridLayout
     TOwnedMenu savePopup_;

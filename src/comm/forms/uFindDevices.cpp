@@ -1,5 +1,6 @@
 #include "comm/forms/uFindDevices.h"
 
+#include <memory>
 #include <utility>
 
 #include "comm/Clock.h"
@@ -67,9 +68,9 @@ void TFindDevicesForm::btnFindClick() {
     SendMessageW(lstDevices_, LB_RESETCONTENT, 0, 0);
     found_.clear();
     *stop_ = false;
-    worker_.Start([search = search_, stop = stop_, queue = Queue(), this]() mutable {
-        queue.Post([this, found = Search(search, *stop)] { SearchEnded(found); });
-    });
+    const auto found = std::make_shared<std::vector<TFoundDevice>>();
+    worker_.Start([search = search_, stop = stop_, found] { *found = Search(search, *stop); },
+                  Queue(), [this, found] { SearchEnded(std::move(*found)); });
     searching_ = true;
     // Before its button is disabled: a disabled control would swallow the keys.
     SetFocus(lstDevices_);

@@ -42,14 +42,15 @@ void TSetPluForm::StartRun(Body body) {
     if (running_) return;
     startedBy_ = GetFocus();
     // The thread has its own copy of everything, so that it never looks back at the form.
-    worker_.Start([body = std::move(body), stop = stop_, queue = Queue(),
-                   regional = SystemRegionalSettings(), this]() mutable {
-        TPostedRunView view(queue, *this);
-        TRealScaleFactory factory(SystemClock());
-        TScaleRun run(factory, SystemClock(), view, *stop, regional);
-        body(run);
-        queue.Post([this] { RunEnded(); });
-    });
+    worker_.Start(
+        [body = std::move(body), stop = stop_, queue = Queue(), regional = SystemRegionalSettings(),
+         this]() mutable {
+            TPostedRunView view(queue, *this);
+            TRealScaleFactory factory(SystemClock());
+            TScaleRun run(factory, SystemClock(), view, *stop, regional);
+            body(run);
+        },
+        Queue(), [this] { RunEnded(); });
     running_ = true;
 }
 
