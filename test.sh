@@ -51,6 +51,7 @@ for codepage in 1251 1252; do
             test_module_run "$codepage" "$separator"
     done
 done
+step "List window, 144 dots per inch" test_module_resolution 144
 step "Settings windows, 96 dots per inch" test_settings_run 96 1251
 step "Settings windows, 144 dots per inch" test_settings_run 144 1252
 test_end_runtime

@@ -29,6 +29,16 @@ test_module_run() {
         "--gtest_output=json:$(wine_path "$RESULTS/module-$1-$2.json")"
 }
 
+# The list window at another resolution.
+test_module_resolution() {
+    local status=0
+    settings_resolution "$1"
+    module_test "$BUILD/windows" 1251 comma "--gtest_filter=ResolutionTest.*" \
+        "--gtest_output=json:$(wine_path "$RESULTS/module-at-$1.json")" || status=$?
+    settings_resolution 96
+    return "$status"
+}
+
 test_settings_run() {
     wine_regional "$2" comma
     settings_test "$BUILD/windows" "$1" \

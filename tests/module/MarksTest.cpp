@@ -155,6 +155,46 @@ TEST(Marks, ArrowKeyMovesTheOnlyMark) {
     EXPECT_EQ(marks.Grid().CurrentRow(), 3U);
 }
 
+TEST(Marks, CtrlAndArrowMovesOnAndSpaceMarksAsWell) {
+    TMarksGrid marks(10);
+    PressKey(marks.List(), VK_SPACE);
+    PressKey(marks.List(), VK_DOWN, true);
+    PressKey(marks.List(), VK_DOWN, true);
+    PressKey(marks.List(), VK_SPACE, true);
+    EXPECT_EQ(marks.Grid().MarkedRows(), (TRows{0, 2}));
+    PressKey(marks.List(), VK_SPACE, true);
+    EXPECT_EQ(marks.Grid().MarkedRows(), TRows{0});
+}
+
+TEST(Marks, ShiftAndArrowMarksTheRange) {
+    TMarksGrid marks(10);
+    marks.Reader().ClickRow(4, 0);
+    PressKey(marks.List(), VK_DOWN, false, true);
+    PressKey(marks.List(), VK_DOWN, false, true);
+    EXPECT_EQ(marks.Grid().MarkedRows(), (TRows{4, 5, 6}));
+}
+
+TEST(Marks, HomeEndAndPageKeysMoveTheCurrentRow) {
+    TMarksGrid marks(1000);
+    PressKey(marks.List(), VK_END);
+    EXPECT_EQ(marks.Grid().CurrentRow(), 999U);
+    PressKey(marks.List(), VK_HOME);
+    EXPECT_EQ(marks.Grid().CurrentRow(), 0U);
+    PressKey(marks.List(), VK_NEXT);
+    const TRowId page = marks.Grid().CurrentRow().value_or(0);
+    EXPECT_GT(page, 5U);
+    EXPECT_LT(page, 100U);
+    PressKey(marks.List(), VK_PRIOR);
+    EXPECT_EQ(marks.Grid().CurrentRow(), 0U);
+}
+
+TEST(Marks, TheWheelScrollsTheRows) {
+    TMarksGrid marks(1000);
+    SendMessageW(marks.List(), WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(-WHEEL_DELTA)), 0);
+    EXPECT_GT(SendMessageW(marks.List(), LVM_GETTOPINDEX, 0, 0), 0);
+    EXPECT_EQ(marks.Grid().CurrentRow(), 0U);
+}
+
 TEST(Marks, MarkedByMessageCountsToo) {
     TMarksGrid marks(10);
     for (const int row : {4, 1}) {

@@ -112,6 +112,21 @@ TEST_F(CheckDatabaseTest, AUserWithoutTheRightIsTold) {
     Run("drop user TOLVANE_CLERK using plugin Srp");
 }
 
+// Who may not create one gets no error, as nothing but the count is run.
+TEST_F(CheckDatabaseTest, WithTheIndexPresentOnlyTheCountQueryRuns) {
+    Run("create index SUPPLIES_PLUCONTROL_PLUIDX on SUPPLIES_PLUCONTROL (SPCTRL_PLUNUMB)");
+    Run("create or alter user TOLVANE_CLERK password 'clerk' using plugin Srp");
+    TLogin clerk;
+    clerk.user = "TOLVANE_CLERK";
+    clerk.password = "clerk";
+    database_->Reconnect(clerk);
+    Connect();
+    EXPECT_EQ(ErrorOfCheck(), "");
+    database_->Reconnect({});
+    Connect();
+    Run("drop user TOLVANE_CLERK using plugin Srp");
+}
+
 TEST_F(CheckDatabaseTest, AnActiveTransactionIsCommittedAndAnOpenQueryClosedFirst) {
     transaction_->Start();
     query_->SetText("insert into SUPPLIES_PLUCONTROL values (1, 1, 'L')");
