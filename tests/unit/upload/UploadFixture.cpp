@@ -77,7 +77,8 @@ public:
         TRequest request{body[0], body[1], {body.begin() + 2, body.end() - 1}};
         if (request.data.size() >= 3) request.plu = request.data[1] + request.data[2] * 256;
         scale_->requests.push_back(request);
-        events_.push_back(Hex({body.begin() + 1, body.end() - 1}));
+        events_.push_back(scale_->wholeFrames ? Hex(Data)
+                                              : Hex({body.begin() + 1, body.end() - 1}));
         Answer(request);
         return true;
     }

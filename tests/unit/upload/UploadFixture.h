@@ -42,6 +42,7 @@ struct TFakeScale {
     // The error code of the answer, asked once per request.
     std::function<std::uint8_t(const TRequest&)> errorCode;
     bool wrongAnswers = false;  // to every request
+    bool wholeFrames = false;   // requests are recorded as they are on the wire
     std::vector<TRequest> requests;
 };
 

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "simulator/Faults.h"
+
+namespace tolvane::test {
+
+// At the n-th request of a command; 0: at each.
+inline simulator::TFault Fault(simulator::TFaultKind kind, std::uint8_t command, int request,
+                               int code = 0) {
+    simulator::TFault fault;
+    fault.kind = kind;
+    fault.command = command;
+    fault.request = request;
+    fault.code = code;
+    return fault;
+}
+
+inline constexpr int kEveryTime = 0;
+
+inline constexpr std::uint8_t kWeight = 0x3C;
+inline constexpr std::uint8_t kPrg = 0x36;
+inline constexpr std::uint8_t kVersion = 0x48;
+inline constexpr std::uint8_t kListedPrice = 0x49;
+inline constexpr std::uint8_t kPrice = 0x4A;
+inline constexpr std::uint8_t kParam = 0x4C;
+
+// What the driver says of a bad reply.
+inline const std::string kSilence =
+    "[ReadResponce][SCRIPT] Fail read data (peer) - Read timeout occured";
+inline const std::string kMisheard =
+    "[ReadResponce][SCRIPT] Fail read data (peer) - Wrong answer. No STX byte.";
+inline const std::string kNoCode = "Unexpected answer from scale. No error code";
+inline const std::string kNotTheCommand = "Unexpected answer from scale. Command does not match.";
+
+}  // namespace tolvane::test
