@@ -91,6 +91,20 @@ TEST_F(SetParamTest, TheTextGoesThroughTheCodeTable) {
               Bytes({0, 1, 0, 1, 31, 0x91, 0xA8, 0xE0, 0xA5, 0xAD}, spaces));
 }
 
+// Whatever the text, the frame's own bytes stand in no body.
+TEST_F(SetParamTest, NoByteOfATextLooksLikeTheFramesStartOrEnd) {
+    for (std::uint8_t codeTable = 0; codeTable < 3; ++codeTable) {
+        for (int byte = 0; byte < 256; ++byte) {
+            Sent(1, 0, std::string(31, static_cast<char>(byte)), codeTable);
+            const TCmdBuffer& frame = channel->sent.at(0);
+            EXPECT_EQ(frame.front(), 0x04);
+            EXPECT_EQ(frame.back(), 0x03);
+            for (std::size_t i = 1; i + 1 < frame.size(); ++i)
+                ASSERT_TRUE(frame[i] > 0x04) << "byte " << byte << " in table " << int{codeTable};
+        }
+    }
+}
+
 TEST_F(SetParamTest, ThePluAndParameterNumbersAreNotChecked) {
     EXPECT_EQ(Sent(70000, 257, ""), Bytes({0, 0x70, 0x11, 0x01, 31}, std::string(31, ' ')));
     // −1 modulo 256 and −1 divided by 256, each cut to a byte

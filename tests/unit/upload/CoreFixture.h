@@ -63,12 +63,13 @@ protected:
         options.scale.labelMode = 1;
     }
 
-    bool Upload(const std::vector<std::string>& lines) {
-        Connect();
-        return session->ProcessUpload(lines, Rec());
+    bool Upload(const std::vector<std::string>& lines) { return Upload(lines, Rec()); }
+    bool Upload(const std::vector<std::string>& lines, const TScaleRec& rec) {
+        Connect(rec);
+        return session->ProcessUpload(lines, rec);
     }
     bool Delete(const std::vector<std::string>& lines) {
-        Connect();
+        Connect(Rec());
         return session->ProcessDelete(lines);
     }
     static TScaleRec Rec() {
@@ -119,11 +120,11 @@ protected:
     std::unique_ptr<TScaleSession> session;
 
 private:
-    void Connect() {
+    void Connect(const TScaleRec& rec) {
         if (core == nullptr) core = std::make_unique<simulator::TScaleCore>(options);
         factory = std::make_unique<TCoreFactory>(clock, *core);
         session = std::make_unique<TScaleSession>(*factory, clock, view, stop, '.');
-        EXPECT_TRUE(session->InitComm(Rec()));
+        EXPECT_TRUE(session->InitComm(rec));
     }
 };
 
