@@ -59,7 +59,7 @@ void TPostQueue::Post(TTask task) {
 }
 
 void TPostQueue::Run() {
-    constexpr DWORD kSliceMs = 20;
+    constexpr DWORD kSliceMs = 10;
     // A task may end the window that owns the queue.
     const std::shared_ptr<TState> state = state_;
     const std::unique_ptr<TState, void (*)(TState*)> endTurn(state.get(),

@@ -20,7 +20,7 @@ public:
     void Detach() noexcept;
     // Any thread.
     void Post(TTask task);
-    // Interface thread: runs what is waiting, at most about 20 ms in one go (the rest follows with
+    // Interface thread: runs what is waiting, at most about 10 ms in one go (the rest follows with
     // the next message, so that the window stays alive).
     void Run();
     // Interface thread: runs all that is waiting now, however long it takes.

@@ -18,7 +18,7 @@ namespace {
 
 // What an append costs grows with the log, so lines go in together: few enough at once for the
 // window to stay alive, and not later than this after they came.
-constexpr std::size_t kLogBatch = 500;
+constexpr std::size_t kLogBatch = 150;
 constexpr UINT kLogDelayMs = 50;
 constexpr UINT_PTR kLogTimer = 1;
 
