@@ -1,6 +1,7 @@
 #include "comm/MyCPort.h"
 
 #include <asio/buffer.hpp>
+#include <asio/error.hpp>
 #include <asio/io_context.hpp>
 #include <asio/serial_port.hpp>
 #include <stdexcept>
@@ -118,7 +119,12 @@ std::size_t TComPort::BytesWaiting() {
 }
 
 bool TComPort::ReadByte(std::uint8_t& byte) {
-    return BytesWaiting() > 0 && port_->port.read_some(asio::buffer(&byte, 1)) == 1;
+    if (BytesWaiting() == 0) return false;
+    std::error_code error;
+    const std::size_t count = port_->port.read_some(asio::buffer(&byte, 1), error);
+    // A port that vanished since then gives an end instead; the next look at it tells why.
+    if (error && error != asio::error::eof) throw std::system_error(error);
+    return count == 1;
 }
 
 std::size_t TComPort::Write(const std::uint8_t* bytes, std::size_t count) {

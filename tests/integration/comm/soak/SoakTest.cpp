@@ -1,0 +1,122 @@
+// Thousands of exchanges over each wire with a scale of which one reply in twenty is faulty. Every
+// outcome is foretold from the seed. TOLVANE_SOAK_EXCHANGES and TOLVANE_SOAK_SEED choose others.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+#include "tests/integration/comm/soak/SoakRun.h"
+
+namespace tolvane::test {
+namespace {
+
+constexpr int kExchanges = 10'000;
+constexpr int kSeed = 20240501;
+
+int FromEnvironment(const char* name, int usual) {
+    const char* value = std::getenv(name);
+    return value == nullptr ? usual : std::atoi(value);
+}
+
+struct TSoakWire {
+    const char* name;
+    TWire wire;
+};
+
+class SoakTest : public testing::TestWithParam<TSoakWire> {};
+
+// What the scale must have done: by article, the last price that it was told and how often.
+struct TTold {
+    int price = 0;
+    int priceWrites = 0;
+    int textWrites = 0;
+};
+
+std::map<int, TTold> ToldArticles(const std::vector<TSoakExchange>& plan) {
+    std::map<int, TTold> told;
+    for (const TSoakExchange& exchange : plan) {
+        const bool obeyed = exchange.fault == nullptr || exchange.fault->obeys;
+        if (!obeyed || exchange.expected.requests == 0) continue;
+        if (exchange.command == TSoakCommand::Version || exchange.command == TSoakCommand::PrgMode)
+            continue;
+        TTold& article = told[exchange.plu];
+        if (exchange.command == TSoakCommand::Param) {
+            article.textWrites += exchange.expected.requests;
+        } else {
+            article.price = exchange.hundredths;
+            article.priceWrites += exchange.expected.requests;
+        }
+    }
+    return told;
+}
+
+void ExpectArticles(const std::map<int, TTold>& told, const simulator::TScaleState& state) {
+    EXPECT_EQ(state.articles.size(), told.size());
+    for (const auto& [number, expected] : told) {
+        ASSERT_EQ(state.articles.count(number), 1U) << number;
+        const simulator::TArticle& article = state.articles.at(number);
+        EXPECT_EQ(article.price, expected.price) << number;
+        EXPECT_EQ(article.priceWrites, expected.priceWrites) << number;
+        ASSERT_EQ(article.texts.count(kSoakParameter), 1U) << number;
+        EXPECT_EQ(article.texts.at(kSoakParameter).writes, expected.textWrites) << number;
+    }
+}
+
+TEST_P(SoakTest, EveryFaultHasItsTextAndNoWrongReplyIsAccepted) {
+    const int count = FromEnvironment("TOLVANE_SOAK_EXCHANGES", kExchanges);
+    const int seed = FromEnvironment("TOLVANE_SOAK_SEED", kSeed);
+    ASSERT_GT(count, 0);
+    std::vector<TSoakExchange> plan =
+        MakePlan(GetParam().wire, static_cast<std::uint32_t>(seed), count);
+    TSoakExchange first;
+    first.command = TSoakCommand::PrgMode;
+    plan.insert(plan.begin(), first);
+
+    TSoakRun run(GetParam().wire);
+    std::map<std::string, int> expected;
+    int faults = 0;
+    for (std::size_t i = 0; i < plan.size() && !HasFailure(); ++i) {
+        faults += plan[i].fault != nullptr ? 1 : 0;
+        SCOPED_TRACE("exchange " + std::to_string(i) + ": " +
+                     (plan[i].fault != nullptr ? plan[i].fault->name : "no fault"));
+        ++expected[ExpectedText(plan[i], GetParam().wire, run.Address())];
+        run.Do(plan[i]);
+    }
+    ASSERT_FALSE(HasFailure()) << "seed " << seed;
+    EXPECT_EQ(run.texts, expected);
+    ExpectArticles(ToldArticles(plan), run.State());
+    EXPECT_EQ(run.State().requests.total, run.RequestCount());
+    EXPECT_EQ(run.State().requests.malformed, 0);
+    EXPECT_EQ(run.State().requests.badChecksum, 0);
+    std::printf("%d exchanges, %d faults, %zu different texts, %d answered\n", count, faults,
+                run.texts.size() - 1, run.texts[""]);
+}
+
+// The draw itself: about one in twenty, the same again with the same seed, and every kind of fault
+// that the wire can show.
+TEST_P(SoakTest, ThePlanHoldsEveryFaultOfTheWireAndIsRepeatable) {
+    const auto onWire = static_cast<std::size_t>(GetParam().wire);
+    const auto plan = MakePlan(GetParam().wire, kSeed, kExchanges);
+    const auto again = MakePlan(GetParam().wire, kSeed, kExchanges);
+    std::map<std::string, int> drawn;
+    int faults = 0;
+    for (std::size_t i = 0; i < plan.size(); ++i) {
+        ASSERT_EQ(plan[i].fault, again[i].fault) << i;
+        ASSERT_EQ(plan[i].hundredths, again[i].hundredths) << i;
+        if (plan[i].fault == nullptr) continue;
+        ++faults;
+        ++drawn[plan[i].fault->name];
+    }
+    EXPECT_NEAR(faults, kExchanges / 20, kExchanges / 100);
+    for (const TSoakFault& fault : SoakFaults()) {
+        if (fault.onWire[onWire].result == TResult::NotDrawn) continue;
+        EXPECT_GT(drawn[fault.name], 0) << fault.name;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Wires, SoakTest,
+                         testing::Values(TSoakWire{"Tcp", TWire::Tcp}, TSoakWire{"Udp", TWire::Udp},
+                                         TSoakWire{"Serial", TWire::Serial}),
+                         [](const auto& wire) { return wire.param.name; });
+
+}  // namespace
+}  // namespace tolvane::test
