@@ -238,5 +238,16 @@ TEST_F(SetPriceCTest, ARefusalGivesTheScalesErrorCode) {
     EXPECT_EQ(scale->LastError, "Fail set PLU price: Scale return Error code: 9");
 }
 
+TEST_F(SetPriceCTest, SilenceAndAMissingErrorCodeFollowTheCommonRule) {
+    EXPECT_FALSE(scale->SetPriceC(errCode, 1, 1, true, 0, 1));
+    EXPECT_EQ(errCode, 0);
+    EXPECT_EQ(scale->LastError,
+              "Fail set PLU price: [ReadResponce][SCRIPT] Fail read data (peer) - Read timeout "
+              "occured");
+    channel->script = {Answer(ReplyTo(kPriceC, {}))};
+    EXPECT_FALSE(scale->SetPriceC(errCode, 1, 1, true, 0, 1));
+    EXPECT_EQ(scale->LastError, "Fail set PLU price: Unexpected answer from scale. No error code");
+}
+
 }  // namespace
 }  // namespace tolvane::test

@@ -103,10 +103,21 @@ TEST_F(ArticleLineBuilderTest, AZeroWholesalePriceSkipsTheArticle) {
                             "  ->> и няма да може да бъде маркиран от везната"}));
 }
 
-TEST_F(ArticleLineBuilderTest, AnyOtherPriceChoiceIsAZeroPrice) {
-    choices_.price = -1;
-    EXPECT_EQ(Line(Tomatoes()), "");
-    EXPECT_EQ(log_.front(), "  Артикул \"Домати\" има нулева ");
+TEST_F(ArticleLineBuilderTest, AnUnknownChoiceHasNoCaption) {
+    for (const int choice : {-1, 2}) {
+        log_.clear();
+        choices_.price = choice;
+        EXPECT_EQ(Line(Tomatoes()), "");
+        EXPECT_EQ(log_.front(), "  Артикул \"Домати\" има нулева ");
+    }
+    choices_.price = 0;
+    for (const int choice : {-1, 4}) {
+        log_.clear();
+        choices_.name2 = choice;
+        EXPECT_EQ(Line(Tomatoes()), "");
+        EXPECT_EQ(log_,
+                  (TLines{"  Артикул \"Домати\" няма коректно ", "  ->> и ще бъде игнориран"}));
+    }
 }
 
 TEST_F(ArticleLineBuilderTest, TheWholesaleChoiceTakesTheWholesalePriceWhateverThePromotion) {

@@ -69,6 +69,16 @@ TEST(RunScales, WithoutAnyItemTheTableStaysAsItIs) {
     EXPECT_EQ(table[4].TCPAddress.View(), "10.0.0.4");
 }
 
+TEST(RunScales, MoreItemsThanSlotsFillTheTableOnly) {
+    TScaleTable table;
+    std::vector<TRunItem> items(kScaleSlots + 1);
+    for (std::size_t i = 0; i < items.size(); ++i)
+        items[i].rec.ScaleNumb = static_cast<std::int32_t>(i + 1);
+    StoreRunItems(items, table);
+    for (int slot = 1; slot <= kScaleSlots; ++slot)
+        EXPECT_EQ(table[slot].ScaleNumb, slot);
+}
+
 TEST(RunKinds, EachNumberHasItsCaptionFlagsAndButton) {
     ASSERT_NE(RunKind(1), nullptr);
     EXPECT_EQ(ToUtf8(RunKind(1)->caption), "Запис на избраните артикули във везните");

@@ -377,6 +377,37 @@ TEST_F(ScaleRunTest, AbandoningADeleteEverythingRunReachesNoFurtherScale) {
     EXPECT_EQ(test::Filtered(events_, {"open"}), (TEvents{"open TCP 10.0.0.1:1001"}));
 }
 
+TEST_F(ScaleRunTest, ARunAbandonedBeforeItsFirstScaleSaysNothingOfChecking) {
+    const std::vector<TRunItem> items = {Item(1)};
+    stop_.Abandon();
+    Run(items, {Article(1, "A")});
+    EXPECT_EQ(events_, (TEvents{"clear", "choices off", "running",
+                                "connection:", "progress:", kLine, "choices on", "at rest"}));
+    events_.clear();
+    RunDelete(items);
+    EXPECT_EQ(events_, (TEvents{"clear", "connection:", "progress:", kLine, "at rest"}));
+}
+
+TEST_F(ScaleRunTest, ASerialScaleAndAUdpScaleAreReachedTheirOwnWay) {
+    std::vector<TRunItem> items = {Item(1), Item(2)};
+    items[0].rec.CommType = kCommSerial;
+    items[0].rec.TCPAddress = "COM7";
+    items[0].rec.BaudRate = 4;
+    items[1].rec.CommType = kCommUdp;
+    Run(items, {Article(1, "A")});
+    EXPECT_EQ(test::Filtered(events_, {"open", "connection:Хост"}),
+              (TEvents{"connection:Хост: COM7 Скорост: 115200 bps", "open COM7 115200",
+                       "connection:Хост: 10.0.0.2 Порт: 1001", "open UDP 10.0.0.2"}));
+    EXPECT_EQ(PriceWrites().size(), 2U);
+}
+
+TEST_F(ScaleRunTest, AViewThatFailsToShowTheErrorEndsTheRunQuietly) {
+    view_.onLog = [](const std::string&) { throw std::runtime_error("no log"); };
+    view_.onRunError = [] { throw std::runtime_error("no box"); };
+    Run({Item(1)}, {Article(1, "A")});
+    EXPECT_EQ(events_.back(), "error:no log");
+}
+
 TEST_F(ScaleRunTest, EachScaleGetsItsOwnArticles) {
     TArticle first = Article(1, "A");
     first.forScales = "1";

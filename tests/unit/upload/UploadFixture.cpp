@@ -162,6 +162,7 @@ void TRecordingView::SetProgress(std::string text) {
 
 void TRecordingView::ShowRunError(std::string text) {
     events_.push_back("error:" + ToUtf8(text));
+    if (onRunError) onRunError();
 }
 
 std::unique_ptr<TElicomScale> TFakeFactory::CreateRS232(std::int32_t portNumber,
