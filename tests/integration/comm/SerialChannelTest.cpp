@@ -70,6 +70,26 @@ TEST_F(SerialChannelTest, Open_SetsOtherLineSettingsToo) {
     EXPECT_NE(settings.c_iflag & (IXON | IXOFF), 0U);
 }
 
+TEST_F(SerialChannelTest, Open_SetsHardwareFlowControl) {
+    channel.SetFlowControl(fcHardware);
+    ASSERT_TRUE(channel.Open()) << channel.LastError;
+    EXPECT_NE(LineSettings().c_cflag & CRTSCTS, 0U);
+}
+
+TEST_F(SerialChannelTest, Open_AsksForParityWithoutFailing) {
+    for (const TParityBits parity : {prOdd, prEven}) {
+        channel.SetParity(parity);
+        EXPECT_TRUE(channel.Open()) << channel.LastError;
+    }
+}
+
+TEST_F(SerialChannelTest, Open_OneAndAHalfStopBitsAreRefusedByTheSystem) {
+    channel.SetStopBits(sbOne5StopBits);
+    EXPECT_FALSE(channel.Open());
+    EXPECT_EQ(channel.LastError,
+              "[RS232] Fail open \"" + peer.PortName() + "\" - Operation not supported (95)");
+}
+
 TEST_F(SerialChannelTest, Open_ASettingThatCannotBeHadFailsClearly) {
     const std::string prefix = "[RS232] Fail open \"" + peer.PortName() + "\" - ";
     channel.SetBaudRate(brCustom);
