@@ -21,6 +21,16 @@ void* OwnerOf(UINT_PTR timer) {
     return found == Owners().end() ? nullptr : found->second;
 }
 
+// The system's own icons are shared, so their handles tell them apart.
+TBoxIcon IconOf(HWND label) {
+    const auto icon = reinterpret_cast<HICON>(SendMessageW(label, STM_GETICON, 0, 0));
+    if (icon == nullptr) return TBoxIcon::None;
+    if (icon == LoadIconW(nullptr, IDI_ERROR)) return TBoxIcon::Error;
+    if (icon == LoadIconW(nullptr, IDI_WARNING)) return TBoxIcon::Warning;
+    if (icon == LoadIconW(nullptr, IDI_INFORMATION)) return TBoxIcon::Information;
+    return TBoxIcon::None;
+}
+
 }  // namespace
 
 TBoxAnswerer::TBoxAnswerer(int button)
@@ -53,6 +63,8 @@ void TBoxAnswerer::Answer(HWND box) {
             seen.buttons.push_back(GetDlgCtrlID(child));
         if (ClassOf(child) == L"Static" && GetWindowTextLengthW(child) > 0)
             seen.text = Utf8TextOf(child);
+        if (ClassOf(child) == L"Static" && IconOf(child) != TBoxIcon::None)
+            seen.icon = IconOf(child);
     }
     SetPropW(box, kAnsweredProperty, box);
     seen_.push_back(seen);

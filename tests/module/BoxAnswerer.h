@@ -8,10 +8,13 @@
 
 namespace tolvane::test {
 
+enum class TBoxIcon { None, Error, Warning, Information };
+
 struct TSeenBox {
     std::string caption;       // UTF-8
     std::string text;          // UTF-8
     std::vector<int> buttons;  // command numbers
+    TBoxIcon icon = TBoxIcon::None;
 };
 
 // While it lives, answers the message boxes of this thread with a button, and keeps what they said.

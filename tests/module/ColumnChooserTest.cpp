@@ -153,6 +153,7 @@ TEST_F(ColumnChooserTest, AnEmptyChoiceIsRefusedAndCancellingLeavesTheGrid) {
                 ASSERT_EQ(boxes.Seen().size(), 1U);
                 EXPECT_EQ(boxes.Seen()[0].text, "Поне едно поле трябва да бъде избрано !");
                 EXPECT_EQ(boxes.Seen()[0].buttons, std::vector<int>{IDOK});
+                EXPECT_EQ(boxes.Seen()[0].icon, TBoxIcon::Error);
                 EXPECT_NE(IsWindowVisible(window), 0);
             },
             Pressing("btnCancel")});

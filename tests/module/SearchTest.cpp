@@ -152,6 +152,7 @@ TEST_F(SearchTest, UnknownValueIsTold) {
     Search(L"няма такъв");
     ASSERT_EQ(answerer.Seen().size(), 1U);
     EXPECT_EQ(answerer.Seen()[0].text, "Не е намерен артикул.");
+    EXPECT_EQ(answerer.Seen()[0].icon, TBoxIcon::Information);
     EXPECT_EQ(CurrentArticle(), "12");
 }
 

@@ -22,6 +22,7 @@ protected:
         RunLoopDry();
         ASSERT_EQ(answerer.Seen().size(), 1U);
         box_ = answerer.Seen()[0];
+        EXPECT_EQ(box_.icon, TBoxIcon::Error);
         EXPECT_EQ(session_.List(), nullptr);
         EXPECT_EQ(box_.buttons, std::vector<int>{IDOK});
         EXPECT_EQ(box_.text.rfind("Грешка :\r", 0), 0U) << box_.text;

@@ -136,6 +136,12 @@ bool IsRadioOn(HWND window, const std::string& name) {
     return SendMessageW(ControlOf(window, name), BM_GETCHECK, 0, 0) == BST_CHECKED;
 }
 
+void ClickAt(HWND control, POINT at) {
+    const LPARAM point = MAKELPARAM(static_cast<WORD>(at.x), static_cast<WORD>(at.y));
+    PostMessageW(control, WM_LBUTTONUP, 0, point);
+    SendMessageW(control, WM_LBUTTONDOWN, MK_LBUTTON, point);
+}
+
 void PostKey(int virtualKey) {
     PostMessageW(GetFocus(), WM_KEYDOWN, static_cast<WPARAM>(virtualKey), 1);
     PostMessageW(GetFocus(), WM_KEYUP, static_cast<WPARAM>(virtualKey),

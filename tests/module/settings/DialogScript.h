@@ -50,6 +50,9 @@ std::vector<std::string> ComboItems(HWND window, const std::string& name);
 int ComboChoice(HWND window, const std::string& name);
 bool IsRadioOn(HWND window, const std::string& name);
 
+// A click of the left button at a point of the control; the button goes up when the step is over.
+void ClickAt(HWND control, POINT at);
+
 // Keys to whatever has the focus, through the window's own message loop; handled when the step is
 // over.
 void PostKey(int virtualKey);

@@ -4,6 +4,7 @@
 
 #include "config/forms/ScaleComunicationForm.h"
 #include "tests/module/BoxAnswerer.h"
+#include "tests/module/GridReader.h"
 #include "tests/module/HostFrame.h"
 #include "tests/module/settings/DialogScript.h"
 #include "text/Cp1251.h"
@@ -286,6 +287,59 @@ TEST_F(ScaleListTest, EditingChangesTheScaleInItsPlace) {
     EXPECT_FALSE(scales_[0].Rec.Checked);
 }
 
+TEST_F(ScaleListTest, EditingASerialScaleShowsItsSettingsAndChangesThem) {
+    const TDialogScript dialog(kScaleSettingsFormClass, {[](HWND window) {
+                                   EXPECT_TRUE(IsRadioOn(window, "rbRS232"));
+                                   EXPECT_EQ(ComboChoice(window, "cbPickComPort"), 1);
+                                   EXPECT_EQ(ComboChoice(window, "cbBaudRate"), 2);
+                                   Choose(ControlOf(window, "cbPickComPort"), 0);
+                                   Choose(ControlOf(window, "cbBaudRate"), 0);
+                                   SetTextOf(window, "seScaleAddr", L"5");
+                                   Press(window, "btnOk");
+                               }});
+    Show(kTwo, {[](HWND window) { Select(window, 1); }, Pressing("btnEditScale"),
+                [](HWND window) {
+                    ExpectDetails(window, "8", "Риба", "COM1", "9600 bps");
+                    Press(window, "btnOk");
+                }});
+    ASSERT_EQ(scales_.size(), 2U);
+    EXPECT_EQ(scales_[1].Rec.TCPAddress.View(), "COM1");
+    EXPECT_EQ(scales_[1].Rec.BaudRate, 0);
+    EXPECT_EQ(scales_[1].Rec.ScaleAddr, 5);
+    EXPECT_EQ(scales_[1].Rec.CommType, kCommSerial);
+}
+
+TEST_F(ScaleListTest, AListedScaleMayChangeItsTransport) {
+    const TDialogScript dialog(kScaleSettingsFormClass, {[](HWND window) {
+                                   Press(window, "rbUDP");
+                                   EXPECT_EQ(TextOf(window, "edtPort"), "1001");
+                                   SetTextOf(window, "edtIpAddress", L"10.0.0.7");
+                                   Press(window, "btnOk");
+                               }});
+    Show(kTwo, {[](HWND window) { Select(window, 1); }, Pressing("btnEditScale"),
+                [](HWND window) {
+                    ExpectDetails(window, "8", "Риба", "10.0.0.7", "1001");
+                    Press(window, "btnOk");
+                }});
+    EXPECT_EQ(scales_[1].Rec.CommType, kCommUdp);
+    EXPECT_EQ(scales_[1].Rec.TCPAddress.View(), "10.0.0.7");
+    EXPECT_EQ(scales_[1].Rec.TCPPort, 1001);
+}
+
+// A switch to RS232 empties the port field.
+TEST_F(ScaleListTest, EditingWithANonNumericPortStoresPort1001) {
+    const TDialogScript dialog(kScaleSettingsFormClass, {[](HWND window) {
+                                   Press(window, "rbRS232");
+                                   EXPECT_EQ(TextOf(window, "edtPort"), "");
+                                   Choose(ControlOf(window, "cbPickComPort"), 0);
+                                   Press(window, "btnOk");
+                               }});
+    Show(kTwo, {Pressing("btnEditScale"), Pressing("btnOk")});
+    EXPECT_EQ(scales_[0].Rec.CommType, kCommSerial);
+    EXPECT_EQ(scales_[0].Rec.TCPAddress.View(), "COM1");
+    EXPECT_EQ(scales_[0].Rec.TCPPort, 1001);
+}
+
 TEST_F(ScaleListTest, ACancelledEditChangesNothing) {
     const TDialogScript dialog(kScaleSettingsFormClass, {[](HWND window) {
                                    SetTextOf(window, "edtScaleName", L"x");
@@ -343,6 +397,7 @@ TEST_F(ScaleListTest, WithoutAnAddressThereIsNoWebPage) {
     ASSERT_EQ(boxes.Seen().size(), 1U);
     EXPECT_EQ(boxes.Seen()[0].text, "Няма зададен IP адрес на устройството за комуникация.");
     EXPECT_EQ(boxes.Seen()[0].caption, "Внимание");
+    EXPECT_EQ(boxes.Seen()[0].icon, TBoxIcon::Warning);
     EXPECT_EQ(boxes.Seen()[0].buttons.size(), 1U);
 }
 
@@ -390,6 +445,57 @@ TEST_F(ScaleListTest, ScalesAreAddedAndDeletedByKeyboardAlone) {
                     PostKey(VK_RETURN);
                 }});
     EXPECT_EQ(scales_.size(), 2U);
+}
+
+// Nothing but keys, from where the focus is when the windows open.
+TEST_F(ScaleListTest, AScaleIsEditedByKeyboardAlone) {
+    const auto key = [](int virtualKey) { return [=](HWND) { PostKey(virtualKey); }; };
+    const auto add = [](TSteps& steps, TSteps more) {
+        steps.insert(steps.end(), more.begin(), more.end());
+    };
+    TSteps edit(1, key(VK_TAB));  // to the name
+    add(edit, {[](HWND) { PostText(L"Сирена"); }});
+    add(edit, TSteps(7, key(VK_TAB)));  // to the speed
+    add(edit, {key(VK_DOWN), key(VK_RETURN)});
+    const TDialogScript dialog(kScaleSettingsFormClass, edit);
+    TSteps choose = {key(VK_DOWN)};
+    add(choose, TSteps(6, key(VK_TAB)));  // to the button of the edit
+    add(choose, {key(VK_SPACE),
+                 [](HWND window) { ExpectDetails(window, "8", "Сирена", "COM3", "57600 bps"); }});
+    add(choose, TSteps(2, key(VK_TAB)));  // to the button that confirms
+    add(choose, {key(VK_RETURN)});
+    Show(kTwo, choose);
+    ASSERT_EQ(scales_.size(), 2U);
+    EXPECT_EQ(scales_[1].Rec.ScaleName.View(), "Сирена"_cp1251);
+    EXPECT_EQ(scales_[1].Rec.BaudRate, 3);
+}
+
+// Nothing but the mouse's messages.
+TEST_F(ScaleListTest, AScaleIsEditedByMouse) {
+    const TDialogScript dialog(kScaleSettingsFormClass,
+                               {[](HWND window) {
+                                    ClickAt(ControlOf(window, "rbUDP"), {8, 8});
+                                },
+                                [](HWND window) {
+                                    EXPECT_TRUE(IsRadioOn(window, "rbUDP"));
+                                    SetTextOf(window, "edtIpAddress", L"10.0.0.7");
+                                    ClickAt(ControlOf(window, "btnOk"), {20, 10});
+                                }});
+    Show(kTwo, {[](HWND window) {
+                    const HWND list = ControlOf(window, "ScaleListBox");
+                    RECT second{};
+                    SendMessageW(list, LB_GETITEMRECT, 1, reinterpret_cast<LPARAM>(&second));
+                    ClickAt(list, {second.left + 5, second.top + 2});
+                },
+                [](HWND window) {
+                    ExpectDetails(window, "8", "Риба", "COM3", "38400 bps");
+                    ClickAt(ControlOf(window, "btnEditScale"), {20, 10});
+                },
+                [](HWND window) {
+                    ExpectDetails(window, "8", "Риба", "10.0.0.7", "1001");
+                    ClickAt(ControlOf(window, "btnOk"), {20, 10});
+                }});
+    EXPECT_EQ(scales_[1].Rec.CommType, kCommUdp);
 }
 
 TEST_F(ScaleListTest, OkFillsTheFirstSlotsOfTheTable) {
