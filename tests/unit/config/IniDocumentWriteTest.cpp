@@ -127,6 +127,13 @@ TEST(IniDocument, WritesAKeyAgainThatItErased) {
     EXPECT_EQ(document.Bytes(), "[A]\nx=1\nk=2\n");
 }
 
+TEST(IniDocument, ANewSectionFollowsTheLastLineThatIsLeft) {
+    TIniDocument document("[B]\nx=1");
+    document.EraseKey("B", "x");
+    document.WriteText("A", "k", "2");
+    EXPECT_EQ(document.Bytes(), "[B]\n[A]\nk=2\n");
+}
+
 TEST(IniDocument, ErasesASectionUpToTheNextHeader) {
     TIniDocument document("; top\r\n[A]\r\nk=1\r\n; note\r\n\r\n[B]\r\nx=1\r\n");
     document.EraseSection("a");

@@ -126,6 +126,14 @@ TEST(IniDocumentZoo, ReadsAndWritesUtf16BehindItsByteOrderMark) {
               "1\0\r\0\n\0"s);
 }
 
+TEST(IniDocumentZoo, EndsALastLineOfUtf16BeforeANewOne) {
+    TIniDocument document("\xFF\xFE[\0B\0]\0"s);
+    document.WriteText("A", "k", "1");
+    EXPECT_EQ(document.Bytes(),
+              "\xFF\xFE[\0B\0]\0\r\0\n\0[\0A\0]\0\r\0\n\0k\0=\0"
+              "1\0\r\0\n\0"s);
+}
+
 TEST(IniDocumentZoo, KeepsALeftOverByteOfUtf16ReadableWhenLinesFollow) {
     TIniDocument document("\xFF\xFE[\0B\0]\0x"s);
     document.WriteText("A", "k", "1");

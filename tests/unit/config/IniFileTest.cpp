@@ -47,6 +47,14 @@ TEST(ReadIniFile, NamesTheFileThatItCannotRead) {
     EXPECT_NE(text.find("Везни.ini не може да бъде прочетен: "), std::string::npos) << text;
 }
 
+TEST(UpdateIniFile, WritesWhatTheChangeMakesOfTheFile) {
+    const TScratchFolder folder;
+    PutFile(folder / "a.ini", "[A]\r\nx=1\r\n");
+    UpdateIniFile(folder / "a.ini",
+                  [](TIniDocument& document) { document.WriteText("A", "k", "2"); });
+    EXPECT_EQ(ReadIniFile(folder / "a.ini").Bytes(), "[A]\r\nx=1\r\nk=2\r\n");
+}
+
 TEST(WriteIniFile, WritesANewFile) {
     const TScratchFolder folder;
     WriteIniFile(folder / "a.ini", OneValue("1"));

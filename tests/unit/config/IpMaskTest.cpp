@@ -62,6 +62,11 @@ TEST(IpMaskTest, Type_DotAfterAFullGroupDoesNotSkipTheNextOne) {
     EXPECT_EQ(mask.Text(), "192.168.1  .10 ");
 }
 
+TEST(IpMaskTest, Type_DotOverASelectedGroupGoesToTheNextOne) {
+    TIpMask mask = MaskOf("1.2.3.4");
+    EXPECT_EQ(mask.Type('.', {4, 7}), 8);
+}
+
 TEST(IpMaskTest, Type_CommaOfTheNumberPadIsADot) {
     TIpMask mask;
     TypeAll(mask, "10,0,0,7");

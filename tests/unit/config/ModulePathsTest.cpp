@@ -24,6 +24,10 @@ TEST(ModuleConfiguration, GivesADriveWithoutAFolderItsDelimiter) {
     EXPECT_EQ(ModuleConfigurationForLoading(u"C:Trade.exe"), u"C:\\Operations\\Tolvane.ini");
 }
 
+TEST(ModuleConfiguration, OfAHostWithoutAFolderStandsInTheCurrentOne) {
+    EXPECT_EQ(ModuleConfigurationForLoading(u"Trade.exe"), u"Operations\\Tolvane.ini");
+}
+
 TEST(HostSettingsFile, ReplacesTheExtension) {
     EXPECT_EQ(HostSettingsFile(u"C:\\shop\\Trade.exe"), u"C:\\shop\\Trade.ini");
     EXPECT_EQ(HostSettingsFile(u"C:\\shop\\Trade.v2.EXE"), u"C:\\shop\\Trade.v2.ini");
@@ -31,6 +35,7 @@ TEST(HostSettingsFile, ReplacesTheExtension) {
 
 TEST(HostSettingsFile, AddsAnExtensionWhereThereIsNone) {
     EXPECT_EQ(HostSettingsFile(u"C:\\shop.old\\Trade"), u"C:\\shop.old\\Trade.ini");
+    EXPECT_EQ(HostSettingsFile(u"Trade"), u"Trade.ini");
 }
 
 }  // namespace

@@ -394,6 +394,16 @@ TEST(ScaleSettingsTest, ApplySettings_AnUnknownSpeedStaysWhenNoneIsChosen) {
     EXPECT_EQ(rec.BaudRate, 9);
 }
 
+TEST(ScaleSettingsTest, ApplySettings_ASerialPortAndATypeStayWhenNoneIsChosen) {
+    TScaleRec rec = SerialScale();
+    TScaleSettings settings = SettingsOf(rec, {"COM1", "COM2"});
+    EXPECT_EQ(settings.serialPort, -1);
+    settings.type = -1;
+    ApplySettings(settings, rec);
+    EXPECT_EQ(rec.TCPAddress.View(), "COM3");
+    EXPECT_EQ(rec.ScaleType, kScaleTypeEts);
+}
+
 TEST(ScaleSettingsTest, DefaultScaleName_IsMadeOfTypeAddressAndNumber) {
     TScaleRec rec = NetworkScale();
     EXPECT_EQ(DefaultScaleName(rec), "(ETS) - 192.168.1.10 (3)");

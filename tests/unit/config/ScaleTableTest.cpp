@@ -62,6 +62,13 @@ TEST(ScaleTable, LoadsEveryField) {
     EXPECT_EQ(rec.CommType, 1);
 }
 
+TEST(ScaleTable, AUdpScaleComesBackAsItWasSaved) {
+    TScaleTable table;
+    table[2] = SomeScale();
+    table[2].CommType = kCommUdp;
+    EXPECT_EQ(Loaded(Saved(table))[2].CommType, 2);
+}
+
 TEST(ScaleTable, SavesEveryKeyInOrder) {
     TScaleTable table;
     table[1] = SomeScale();
