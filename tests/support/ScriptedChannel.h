@@ -67,6 +67,7 @@ public:
     bool IsConnected() const override { return open_ && !dropped; }
     bool Open() override {
         open_ = openError.empty();
+        incoming_.clear();
         if (!open_) LastError = openError;
         return open_;
     }

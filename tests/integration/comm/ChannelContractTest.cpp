@@ -126,6 +126,64 @@ TEST_P(ChannelContractTest, ReadAnswer_DropsNoiseBeforeTheStartByte) {
     EXPECT_EQ(reply, (TCmdBuffer{0x02, 0x41, 0x03}));
 }
 
+TEST_P(ChannelContractTest, ReadAnswer_NoiseAfterAFrameNeverReachesTheNextReply) {
+    link->PeerSends({0x02, 0x41, 0x03, 0x55, 0x03, 0x02});
+    EXPECT_EQ(Read(), kReadOk) << channel->LastError;
+    EXPECT_EQ(reply, (TCmdBuffer{0x02, 0x41, 0x03}));
+    EXPECT_TRUE(channel->SendData({0x04}));
+    link->PeerSends({0x02, 0x42, 0x03});
+    EXPECT_EQ(Read(), kReadOk) << channel->LastError;
+    EXPECT_EQ(reply, (TCmdBuffer{0x02, 0x42, 0x03}));
+}
+
+// A late reply to the same command cannot be told from the right one: what each wire does with it.
+TEST_P(ChannelContractTest, ALateReply_BeforeTheNextRequestOnlyASerialLineThrowsAway) {
+    HurryClock();
+    EXPECT_EQ(Read(), kReadTimeout);
+    link->clock.perLook = TMilliseconds(0);
+    link->PeerSends({0x02, 0x4C, 0x03});
+    EXPECT_TRUE(channel->SendData({0x04}));
+    SendsDuringTheRead({{0x02, 0x52, 0x03}});
+    EXPECT_EQ(Read(), kReadOk) << channel->LastError;
+    const std::uint8_t taken = link->purgesBeforeARequest ? 0x52 : 0x4C;
+    EXPECT_EQ(reply, (TCmdBuffer{0x02, taken, 0x03}));
+}
+
+TEST_P(ChannelContractTest, ALateReply_AfterTheNextRequestIsTakenForItsAnswer) {
+    HurryClock();
+    EXPECT_EQ(Read(), kReadTimeout);
+    link->clock.perLook = TMilliseconds(0);
+    EXPECT_TRUE(channel->SendData({0x04}));
+    link->PeerSends({0x02, 0x4C, 0x03});
+    EXPECT_EQ(Read(), kReadOk) << channel->LastError;
+    EXPECT_EQ(reply, (TCmdBuffer{0x02, 0x4C, 0x03}));
+}
+
+// The second piece comes when the read is over, and the next request does not ask for it.
+TEST_P(ChannelContractTest, ALateReply_ThatComesTwiceShiftsTheNextReplyExceptOnASerialLine) {
+    EXPECT_TRUE(channel->SendData({0x04}));
+    link->PeerSends({0x02, 0x4C, 0x03});
+    EXPECT_EQ(Read(), kReadOk) << channel->LastError;
+    link->PeerSends({0x02, 0x4C, 0x03});
+    EXPECT_TRUE(channel->SendData({0x04}));
+    SendsDuringTheRead({{0x02, 0x52, 0x03}});
+    EXPECT_EQ(Read(), kReadOk) << channel->LastError;
+    const std::uint8_t taken = link->purgesBeforeARequest ? 0x52 : 0x4C;
+    EXPECT_EQ(reply, (TCmdBuffer{0x02, taken, 0x03}));
+}
+
+TEST_P(ChannelContractTest, ALateReply_IsForgottenWhenTheChannelIsOpenedAgain) {
+    HurryClock();
+    EXPECT_EQ(Read(), kReadTimeout);
+    link->clock.perLook = TMilliseconds(0);
+    link->PeerSends({0x02, 0x4C, 0x03});
+    link->Connect();
+    ASSERT_TRUE(channel->IsConnected()) << channel->LastError;
+    SendsDuringTheRead({{0x02, 0x52, 0x03}});
+    EXPECT_EQ(Read(), kReadOk) << channel->LastError;
+    EXPECT_EQ(reply, (TCmdBuffer{0x02, 0x52, 0x03}));
+}
+
 TEST_P(ChannelContractTest, ReadAnswer_AnEndByteBeforeAnyStartByteFailsAtOnceWithCode1) {
     link->PeerSends({0x55, 0x03});
     EXPECT_EQ(Read(), kReadWrongAnswer);

@@ -32,6 +32,8 @@ public:
     std::string timeoutText;
     // Whether bytes that came after an answer stay until the next request is sent.
     bool keepsBytesAfterTheEnd = false;
+    // Whether what came before a request is thrown away when it is sent.
+    bool purgesBeforeARequest = false;
 
     TRecordingClock clock;
 };

@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 #include <termios.h>
+#include <unistd.h>
+
+#include <filesystem>
 
 #include "comm/TDevCommRS232.h"
 #include "tests/integration/comm/SerialPeer.h"
@@ -166,6 +169,30 @@ TEST_F(SerialChannelTest, APortWhoseOtherEndGoesInMidFrameFailsAtOnce) {
     EXPECT_EQ(Read(), kReadOtherFailure);
     EXPECT_EQ(reply, (TCmdBuffer{0x02, 0x41}));
     EXPECT_LE(clock.Passed(), TMilliseconds(100));
+}
+
+// An adapter that was pulled out and put back has its name again, behind which is another device.
+TEST_F(SerialChannelTest, APortThatVanishedCanBeOpenedAgainWhenItIsBack) {
+    const std::filesystem::path name =
+        std::filesystem::temp_directory_path() / ("tolvane-port-" + std::to_string(::getpid()));
+    auto plugged = std::make_unique<TSerialPeer>();
+    std::filesystem::create_symlink(plugged->PortName(), name);
+    channel.SetPort(name.string());
+    ASSERT_TRUE(channel.Open()) << channel.LastError;
+    plugged.reset();
+    std::filesystem::remove(name);
+    EXPECT_EQ(Read(), kReadOtherFailure);
+    EXPECT_FALSE(channel.Open());
+    EXPECT_FALSE(channel.IsConnected());
+    EXPECT_EQ(channel.LastError,
+              "[RS232] Fail open \"" + name.string() + "\" - No such file or directory (2)");
+    plugged = std::make_unique<TSerialPeer>();
+    std::filesystem::create_symlink(plugged->PortName(), name);
+    EXPECT_TRUE(channel.Open()) << channel.LastError;
+    plugged->Send(kFrame);
+    EXPECT_EQ(Read(), kReadOk) << channel.LastError;
+    EXPECT_EQ(reply, kFrame);
+    std::filesystem::remove(name);
 }
 
 TEST_F(SerialChannelTest, ADestroyedChannelClosesItsPort) {

@@ -71,6 +71,7 @@ public:
         notConnectedText = "Com port is not connected.";
         timeoutText = "Read timeour occured";
         keepsBytesAfterTheEnd = true;
+        purgesBeforeARequest = true;
     }
     TDevComm& Channel() override { return channel_; }
     void Connect() override { channel_.Open(); }

@@ -65,6 +65,60 @@ TEST_F(TcpChannelTest, Open_ARefusedConnectionFailsWithTheSystemsWordsAndNumber)
 #endif
 }
 
+#ifdef __linux__
+// The address of everybody is nobody's to connect to, whatever the routes are.
+TEST_F(TcpChannelTest, Open_AnUnreachableAddressFailsAtOnceAndTheChannelOpensAgain) {
+    Aim("255.255.255.255", 1001);
+    ExpectOpenFails("Network is unreachable (101)");
+    EXPECT_EQ(clock.Passed(), TMilliseconds(0));
+    Aim("127.0.0.1", peer.Port());
+    Connect();
+    peer.Send(kFrame);
+    EXPECT_EQ(Read(), kReadOk) << channel.LastError;
+}
+
+// A computer that lost its power says nothing more.
+TEST_F(TcpChannelTest, AHalfOpenConnectionToADeadPeerTimesOutAndOpensAgain) {
+    Connect();
+    EXPECT_TRUE(channel.SendData({0x04, 0x41, 0x03}));
+    clock.perLook = TMilliseconds(1000);
+    EXPECT_EQ(Read(), kReadTimeout);
+    EXPECT_EQ(channel.LastError, "[TCP] Fail read data " + address + " - Read timeout occured");
+    EXPECT_TRUE(channel.IsConnected());
+    clock.perLook = TMilliseconds(0);
+    Connect();
+    peer.Send(kFrame);
+    EXPECT_EQ(Read(), kReadOk) << channel.LastError;
+}
+
+// One that was started again answers the next request by a reset. To let a socket go without a word
+// takes a right that not every user has; without it the peer stays dead.
+TEST_F(TcpChannelTest, AHalfOpenConnectionToARestartedPeerIsFoundLostByTheNextExchange) {
+    Connect();
+    const bool restarted = peer.Vanish();
+    EXPECT_TRUE(channel.IsConnected());
+    EXPECT_TRUE(channel.SendData({0x04, 0x41, 0x03}));
+    clock.perLook = TMilliseconds(1000);
+    EXPECT_EQ(Read(), restarted ? kReadNotConnected : kReadTimeout);
+    clock.perLook = TMilliseconds(0);
+    if (!restarted) peer.Reset();
+    ExpectNotConnected();
+    Connect();
+    peer.Send(kFrame);
+    EXPECT_EQ(Read(), kReadOk) << channel.LastError;
+}
+#endif
+
+TEST_F(TcpChannelTest, Open_ARefusedConnectionOpensAgainWhenSomebodyListens) {
+    const std::uint16_t port = peer.Port();
+    peer.StopListening();
+    EXPECT_FALSE(channel.Open());
+    peer.ListenAgain(port);
+    Connect();
+    peer.Send(kFrame);
+    EXPECT_EQ(Read(), kReadOk) << channel.LastError;
+}
+
 TEST_F(TcpChannelTest, Open_AHostThatIsNoAddressFailsAtOnce) {
     for (const char* host : {"", "localhost", "scale.shop", "10.0.0", "10.0.0.256", "::1"}) {
         Aim(host, 1001);

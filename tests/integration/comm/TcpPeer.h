@@ -1,5 +1,11 @@
 #pragma once
 
+#ifdef __linux__
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <sys/socket.h>
+#endif
+
 #include <asio/io_context.hpp>
 #include <asio/ip/tcp.hpp>
 #include <asio/write.hpp>
@@ -15,9 +21,7 @@ public:
     using TProtocol = asio::ip::tcp;
 
     explicit TTcpPeer(int backlog = TProtocol::acceptor::max_listen_connections) : acceptor_(io_) {
-        acceptor_.open(TProtocol::v4());
-        acceptor_.bind({asio::ip::address_v4::loopback(), 0});
-        acceptor_.listen(backlog);
+        Listen(0, backlog);
     }
     std::uint16_t Port() const { return acceptor_.local_endpoint().port(); }
     void Accept() {
@@ -41,10 +45,36 @@ public:
         connection_.set_option(asio::socket_base::linger(true, 0));
         connection_.close();
     }
-    void StopListening() { acceptor_.close(); }
+#ifdef __linux__
+    // The connection ends without a word to the other side; false: this user may not do that.
+    bool Vanish() {
+        const int repair = 1;
+        const int handle = connection_.native_handle();
+        if (setsockopt(handle, IPPROTO_TCP, TCP_REPAIR, &repair, sizeof(repair)) != 0) return false;
+        connection_.close();
+        return true;
+    }
+#endif
+    void StopListening() {
+        acceptor_.close();
+    }
+    void ListenAgain(std::uint16_t port) {
+        Listen(port, TProtocol::acceptor::max_listen_connections);
+    }
 
 private:
-    std::uintptr_t Handle() { return static_cast<std::uintptr_t>(connection_.native_handle()); }
+    void Listen(std::uint16_t port, int backlog) {
+        acceptor_.open(TProtocol::v4());
+#ifndef _WIN32
+        // Connections that ended a moment ago still hold the port otherwise.
+        acceptor_.set_option(asio::socket_base::reuse_address(true));
+#endif
+        acceptor_.bind({asio::ip::address_v4::loopback(), port});
+        acceptor_.listen(backlog);
+    }
+    std::uintptr_t Handle() {
+        return static_cast<std::uintptr_t>(connection_.native_handle());
+    }
 
     asio::io_context io_;
     TProtocol::acceptor acceptor_;

@@ -155,6 +155,46 @@ TEST_F(UdpChannelTest, ReadAnswer_DatagramsFromAnySenderAreTaken) {
     EXPECT_EQ(reply, kFrame);
 }
 
+// Nobody may send to everybody without asking for it first.
+#ifdef __linux__
+TEST_F(UdpChannelTest, SendData_ThatTheSystemRefusesFailsWithItsWordsAndTheChannelGoesOn) {
+    channel.SetHost("127.255.255.255");
+    EXPECT_FALSE(channel.SendData({0x41}));
+    EXPECT_EQ(channel.LastError, "[UDP] Fail send data (127.255.255.255:" +
+                                     std::to_string(peer.Port()) + ") - Permission denied (13)");
+    channel.SetHost("127.0.0.1");
+    EXPECT_TRUE(channel.SendData({0x41}));
+    PeerSends(kFrame);
+    EXPECT_EQ(Read(), kReadOk) << channel.LastError;
+}
+#endif
+
+// A scale that is switched off: the sender hears nothing of it, and the read lasts its whole time.
+TEST_F(UdpChannelTest, ReadAnswer_FromAScaleThatIsNotThereTimesOutAndTheChannelOpensAgain) {
+    peer.Close();
+    EXPECT_TRUE(channel.SendData({0x41}));
+    clock.perLook = TMilliseconds(1000);
+    EXPECT_EQ(Read(), kReadTimeout);
+    EXPECT_EQ(channel.LastError, "[UDP] Fail read data " + address + " - Read timeout occured");
+    clock.perLook = TMilliseconds(0);
+    ASSERT_TRUE(channel.Open()) << channel.LastError;
+    TUdpPeer other;
+    other.Send(kFrame, localPort);
+    EXPECT_EQ(Read(), kReadOk) << channel.LastError;
+}
+
+TEST_F(UdpChannelTest, ReadAnswer_TakesALateReplyOfAnotherScaleForTheAnswer) {
+    TUdpPeer earlier;
+    EXPECT_TRUE(channel.SendData({0x41}));
+    earlier.Send({0x02, 0x4C, 0x03}, localPort);
+    PeerSends(kFrame);
+    EXPECT_EQ(Read(), kReadOk);
+    EXPECT_EQ(reply, (TCmdBuffer{0x02, 0x4C, 0x03}));
+    EXPECT_TRUE(channel.SendData({0x41}));
+    EXPECT_EQ(Read(), kReadOk);
+    EXPECT_EQ(reply, kFrame);
+}
+
 TEST_F(UdpChannelTest, ReadAnswer_AnUnreachablePortDoesNotEndTheRead) {
     peer.Close();
     EXPECT_TRUE(channel.SendData({0x41}));
