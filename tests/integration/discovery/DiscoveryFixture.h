@@ -1,0 +1,58 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <asio/io_context.hpp>
+#include <asio/ip/udp.hpp>
+#include <atomic>
+#include <cstdint>
+#include <utility>
+#include <vector>
+
+#include "comm/DeviceDiscovery.h"
+#include "simulator/VirtualScale.h"
+
+namespace tolvane::test {
+
+using simulator::TProbe;
+using simulator::TProbeOptions;
+using simulator::TScaleOptions;
+using simulator::TVirtualScale;
+using TFound = std::vector<TFoundDevice>;
+
+// A port that nobody held a moment ago.
+inline std::uint16_t FreePort() {
+    asio::io_context io;
+    const asio::ip::udp::socket socket(io, {asio::ip::address_v4::loopback(), 0});
+    return socket.local_endpoint().port();
+}
+
+// A network of this computer alone.
+class DiscoveryFixture : public testing::Test {
+protected:
+    DiscoveryFixture() {
+        target_.address = "127.0.0.1";
+        for (std::uint16_t& port : target_.ports)
+            port = FreePort();
+        target_.findLocalPort = FreePort();
+    }
+
+    TFound Find() const { return FindDevices(SystemClock(), stop_, target_); }
+    // Where the scale listens for its probes.
+    void PointAt(const TVirtualScale& scale) {
+        target_.ports = {scale.ProbePort(TProbe::Character), scale.ProbePort(TProbe::Find),
+                         scale.ProbePort(TProbe::Converter)};
+    }
+    static TScaleOptions Scale(int replies, const simulator::TBytes& reply) {
+        TScaleOptions options;
+        for (const TProbe probe : {TProbe::Character, TProbe::Find, TProbe::Converter})
+            options.probes.push_back(
+                {.probe = probe, .port = std::uint16_t{0}, .replies = replies, .reply = reply});
+        return options;
+    }
+
+    TDiscoveryTarget target_;
+    std::atomic<bool> stop_{false};
+};
+
+}  // namespace tolvane::test
