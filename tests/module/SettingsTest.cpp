@@ -91,6 +91,20 @@ TEST_F(SettingsTest, AFileHeldByAnotherProgramIsToldInOneBoxAndKept) {
     EXPECT_EQ(Content().find("[SCALE"), std::string::npos);
 }
 
+TEST_F(SettingsTest, AReadOnlyFileIsToldInOneBoxAndKept) {
+    session_.Start();
+    SetFileAttributesW(TConfiguration::File().c_str(), FILE_ATTRIBUTE_READONLY);
+    {
+        const TBoxAnswerer boxes;
+        OpenSettings({Pressing("btnDeleteScale"), Pressing("btnOk")});
+        ASSERT_EQ(boxes.Seen().size(), 1U);
+        EXPECT_EQ(boxes.Seen()[0].icon, TBoxIcon::Error);
+        EXPECT_NE(boxes.Seen()[0].text.find("Tolvane"), std::string::npos);
+    }
+    EXPECT_EQ(Content(), kBefore);
+    SetFileAttributesW(TConfiguration::File().c_str(), FILE_ATTRIBUTE_NORMAL);
+}
+
 // Held without sharing while the list opens: its twenty slots are empty then, and must not be
 // written over the file's scales.
 TEST_F(SettingsTest, AFileThatCouldNotBeReadLosesNothing) {
