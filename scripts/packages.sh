@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
-# Makes sure that the Debian packages of the named groups are installed; all groups without a name.
-# Does nothing, and asks apt nothing, when they are. Needs root only when something is missing.
+# Makes sure that the Debian packages of the named groups are installed; without a name all groups that
+# test.sh and demo.sh need. Does nothing, and asks apt nothing, when they are. Needs root only when
+# something is missing.
 #
-#   scripts/packages.sh [build] [check] [wine] [firebird] [winelib] [shop]
+#   scripts/packages.sh [build] [check] [wine] [firebird] [winelib] [shop] [coverage]
 
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
@@ -18,6 +19,7 @@ declare -A GROUPS_OF_PACKAGES=(
     [firebird]="firebird3.0-server firebird3.0-utils firebird-dev libfbclient2:i386"
     [winelib]="libwine-dev:i386 wine32-tools:i386 gcc-multilib"
     [shop]="iproute2 socat procps"
+    [coverage]="gcovr"
 )
 ALL_GROUPS=(build check wine firebird winelib shop)
 PREFERENCES=/etc/apt/preferences.d/zz-tolvane-setup

@@ -50,6 +50,32 @@ std::string SaveErrorWithRoomFor(rlim_t bytes, const path& file) {
     return text;
 }
 
+TEST(ReadIniFile, AnswersAnEmptyDocumentWhereAFileStandsForAFolder) {
+    const TScratchFolder folder;
+    PutFile(folder / "a", "[A]\r\nk=1\r\n");
+    EXPECT_EQ(ReadIniFile(folder / "a" / "b.ini").Bytes(), "");
+}
+
+TEST(ReadIniFile, ALinkToItselfCanNeitherBeReadNorWritten) {
+    const TScratchFolder folder;
+    const path file = folder / "a.ini";
+    std::filesystem::create_symlink(file, file);
+    const auto errorOf = [](const auto& action) -> std::string {
+        try {
+            action();
+        } catch (const TFileError& error) {
+            return ToUtf8(error.what());
+        }
+        return "no error";
+    };
+    EXPECT_EQ(errorOf([&] { ReadIniFile(file); }),
+              "Файлът " + file.string() +
+                  " не може да бъде прочетен: Too many levels of symbolic links (40)");
+    EXPECT_EQ(errorOf([&] { WriteIniFile(file, LargeDocument()); }),
+              "Файлът " + file.string() +
+                  " не може да бъде записан: Too many levels of symbolic links (40)");
+}
+
 TEST(WriteIniFile, KeepsTheOldFileWhenTheSystemHasNoRoomForTheNewOne) {
     const TScratchFolder folder;
     PutFile(folder / "a.ini", "[A]\r\nk=old\r\n");

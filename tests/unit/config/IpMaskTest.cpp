@@ -56,6 +56,11 @@ TEST(IpMaskTest, Type_DotGoesToTheNextGroup) {
     EXPECT_EQ(mask.Text(), "10 .0  .0  .7  ");
 }
 
+TEST(IpMaskTest, Type_DotAtTheVeryStartGoesToTheSecondGroup) {
+    TIpMask mask;
+    EXPECT_EQ(mask.Type('.', {0, 0}), 4);
+}
+
 TEST(IpMaskTest, Type_DotAfterAFullGroupDoesNotSkipTheNextOne) {
     TIpMask mask;
     EXPECT_EQ(TypeAll(mask, "192.168.1.10"), 14);
