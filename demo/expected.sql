@@ -1,11 +1,12 @@
 -- What the demo's scales must hold after all articles were written with retail prices, worked out
--- by the database itself: "scale article hundredths" per line. An article with several active
--- promotions is written once per promotion and has a line for each.
+-- by the database itself: "scale article hundredths" per line. Of an article with several promotions
+-- the scale keeps what is written last; the only one that has them is for none of these scales.
 set heading off;
 set list off;
 
 with SCALES as (
-    select 1 as NUMB from RDB$DATABASE union all select 2 from RDB$DATABASE
+    select 1 as NUMB from RDB$DATABASE union all select 2 from RDB$DATABASE union all
+    select 3 from RDB$DATABASE
 ),
 PRICED as (
     select P.PLU_NUMB, P.PLU_SCALE_NUMB, P.PLU_FORSCALES, P.PLU_NAME, P.PLU_FOREGHN_NAME,

@@ -1,3 +1,4 @@
+# shellcheck shell=bash disable=SC1091
 # Sourced by demo.sh: its steps. What they make lies under build/demo.
 
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
@@ -5,8 +6,40 @@ source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 DEMO=$BUILD/demo
 DEMO_HOST=$DEMO/TradeHost
 DEMO_SCALE=$BUILD/release/simulator/virtual-scale
-# name, model, label mode, capacity, scale number, type code in the configuration file
-DEMO_SCALES=("evl EVL 2 9999 1 16" "ets ETS 0 9999 2 5000")
+DEMO_COM=COM5
+# name, model, label mode, capacity, scale number, type code and address in the configuration file,
+# link
+DEMO_SCALES=(
+    "evl EVL 2 9999 1 16 5 serial"
+    "ets ETS 0 9999 2 5000 0 udp"
+    "s300 S300 1 9999 3 300 0 tcp"
+)
+
+# The scales that take part, as above. Over UDP both sides have port 1001, so a scale needs an
+# address of its own.
+demo_scales() {
+    if network_is_up; then
+        printf '%s\n' "${DEMO_SCALES[@]}"
+    else
+        printf '%s\n' "${DEMO_SCALES[@]}" | grep -v ' udp$'
+    fi
+}
+
+# Why the shop has no network of its own; nothing when it has one.
+demo_network_refusal() {
+    if [ "${TOLVANE_INTERACTIVE:-}" = 1 ] && [[ $DISPLAY != :* ]]; then
+        say "the display $DISPLAY cannot be reached from a network namespace"
+        return 0
+    fi
+    network_refusal
+}
+
+# The Wine processes of an earlier run would keep their sockets outside of it.
+demo_make_network() {
+    demo_end_scales
+    wine_stop
+    network_up ets s300
+}
 
 demo_build_scale() {
     cmake --preset release -B "$BUILD/release" -DBUILD_TESTING=OFF
@@ -18,29 +51,53 @@ demo_build_windows() {
     cmake --build "$BUILD/windows" --target Tolvane TradeHost window-driver -- -j "$JOBS"
 }
 
+# What an earlier run has left of scales that take no part in this one goes too.
 demo_make_database() {
     demo_end_scales
     mkdir -p "$DEMO"
+    rm -f "$DEMO"/*.json "$DEMO"/*.txt
     firebird_database "$DEMO/shop.fdb" demo/schema.sql demo/shop.sql
 }
 
-# The ready file's line is "tcp 127.0.0.1:PORT" behind the word "ready".
-demo_scale_port() {
-    sed -n '/^.*tcp [0-9.]*:\([0-9]*\).*$/{s//\1/p;q}' "$DEMO/$1.ready"
+# demo_link <name> <link>: the scale's options for its link.
+demo_link() {
+    case $2 in
+        serial) printf -- '--pty %s' "$DEMO/$1.port" ;;
+        udp) printf -- '--host %s --udp 1001' "$(network_address "$1")" ;;
+        tcp)
+            if network_is_up; then
+                printf -- '--host %s --tcp 1001' "$(network_address "$1")"
+            else
+                printf -- '--host 127.0.0.1 --tcp 0'
+            fi
+            ;;
+    esac
+}
+
+# demo_beside <name> <link> <command>...: on a computer of the scale's own, where it has one.
+demo_beside() {
+    local name=$1 link=$2
+    shift 2
+    if [ "$link" != serial ] && network_is_up; then
+        exec ip netns exec "$NETWORK_PREFIX-$name" "$@"
+    else
+        exec "$@"
+    fi
 }
 
 demo_start_scales() {
-    local line name model mode capacity
-    for line in "${DEMO_SCALES[@]}"; do
-        read -r name model mode capacity _ <<<"$line"
-        rm -f "$DEMO/$name".{ready,json,txt}
-        setsid "$DEMO_SCALE" --model "$model" --label-mode "$mode" --capacity "$capacity" \
-            --host 127.0.0.1 --port 0 --save "$DEMO/$name.json" --save-on-weighing \
-            --ready-file "$DEMO/$name.ready" >"$DEMO/$name.out" 2>&1 </dev/null &
+    local name model mode capacity address link options
+    while read -r name model mode capacity _ _ address link; do
+        rm -f "$DEMO/$name".{ready,json,txt,port}
+        read -ra options <<<"$(demo_link "$name" "$link")"
+        demo_beside "$name" "$link" setsid "$DEMO_SCALE" --model "$model" --label-mode "$mode" \
+            --capacity "$capacity" --address "$address" "${options[@]}" \
+            --save "$DEMO/$name.json" --save-on-weighing --ready-file "$DEMO/$name.ready" \
+            >"$DEMO/$name.out" 2>&1 </dev/null &
         printf '%s\n' "$!" >"$DEMO/$name.pid"
         wait_until 30 test -s "$DEMO/$name.ready" || fail "the scale $name does not get ready"
-        say "$name: port $(demo_scale_port "$name")"
-    done
+        say "$name: $(cat "$DEMO/$name.ready")"
+    done < <(demo_scales)
 }
 
 # Ending a scale makes it save what it holds.
@@ -53,8 +110,40 @@ demo_end_scales() {
     done
 }
 
+demo_plug_in() {
+    wine_com_port "$DEMO_COM" "$DEMO/evl.port"
+    touch "$DEMO/plugged"
+}
+
+demo_unplug() {
+    [ -e "$DEMO/plugged" ] || return 0
+    wine_run reg delete 'HKLM\Software\Wine\Ports' /v "$DEMO_COM" /f
+    rm -f "$DEMO/plugged"
+}
+
+# demo_connection <name> <link>: address, port and kind of link as the configuration file has them.
+# The ready file's line of a TCP scale is "ready tcp ADDRESS:PORT".
+demo_connection() {
+    case $2 in
+        # Without a port the module takes the section for an empty one.
+        serial) say "$DEMO_COM" 1001 0 ;;
+        udp) say "$(network_address "$1")" 1001 2 ;;
+        tcp) say "$(sed -n 's/^.*tcp \([0-9.]*\):\([0-9]*\).*$/\1 \2/p' "$DEMO/$1.ready")" 1 ;;
+    esac
+}
+
+demo_configuration() {
+    local name model number type address link host port kind
+    while read -r name model _ _ number type address link; do
+        read -r host port kind <<<"$(demo_connection "$name" "$link")"
+        printf '[SCALE%s]\r\nScaleNumb=%s\r\nScaleName=%s\r\nTCPAddress=%s\r\nTCPPort=%s\r\n' \
+            "$number" "$number" "$model - щанд $number" "$host" "$port"
+        printf 'Checked=1\r\nBaudRate=4\r\nScaleType=%s\r\nEncoding=2\r\nScaleAddr=%s\r\nCommType=%s\r\n' \
+            "$type" "$address" "$kind"
+    done < <(demo_scales)
+}
+
 demo_install_host() {
-    local line name model number type
     rm -rf "$DEMO_HOST"
     mkdir -p "$DEMO_HOST/Operations"
     cp "$BUILD/windows/host/TradeHost.exe" "$DEMO_HOST/"
@@ -63,13 +152,7 @@ demo_install_host() {
     printf '[Database]\r\nDatabase=%s\r\nUser=%s\r\nPassword=%s\r\n' \
         "$(firebird_connection "$DEMO/shop.fdb")" "$FIREBIRD_USER" "$FIREBIRD_PASSWORD" \
         >"$DEMO_HOST/TradeHost.ini"
-    for line in "${DEMO_SCALES[@]}"; do
-        read -r name model _ _ number type <<<"$line"
-        printf '[SCALE%s]\r\nScaleNumb=%s\r\nScaleName=%s\r\nTCPAddress=127.0.0.1\r\nTCPPort=%s\r\n' \
-            "$number" "$number" "$model - щанд $number" "$(demo_scale_port "$name")"
-        printf 'Checked=1\r\nBaudRate=0\r\nScaleType=%s\r\nEncoding=2\r\nScaleAddr=0\r\nCommType=1\r\n' \
-            "$type"
-    done | iconv -f UTF-8 -t CP1251 >"$DEMO_HOST/Operations/Tolvane.ini"
+    demo_configuration | iconv -f UTF-8 -t CP1251 >"$DEMO_HOST/Operations/Tolvane.ini"
 }
 
 demo_drive() {
@@ -129,42 +212,46 @@ demo_wait_for_host() {
 
 # "scale article hundredths" per line: what the database says that the scales must hold.
 demo_expected() {
+    local numbers
+    numbers=$(demo_scales | cut -d' ' -f5 | paste -sd' ')
     firebird_isql -user "$FIREBIRD_USER" -password "$FIREBIRD_PASSWORD" -ch UTF8 \
         -i demo/expected.sql "$(firebird_connection "$DEMO/shop.fdb")" |
-        sed 's/^ *//; s/ *$//; /^$/d' | sort
+        awk -v numbers=" $numbers " 'NF == 3 && index(numbers, " " $1 " ") { print $1, $2, $3 }' | sort
 }
 
 # The same from the scales' saved state.
 demo_held() {
-    local line name number
-    for line in "${DEMO_SCALES[@]}"; do
-        read -r name _ _ _ number _ <<<"$line"
+    local name number
+    while read -r name _ _ _ number _; do
         "$DEMO_SCALE" --show "$DEMO/$name.json" >"$DEMO/$name.txt"
         awk -v scale="$number" '$2 ~ /^[0-9]+\.[0-9][0-9]$/ {
             sub(/\./, "", $2); print scale, $1, $2 + 0 }' "$DEMO/$name.txt"
-    done | sort
+    done < <(demo_scales) | sort
 }
 
+# Each scale must have got its own: none of them may be expected to hold nothing.
 demo_check_scales() {
     demo_expected >"$DEMO/expected.txt"
     demo_held >"$DEMO/held.txt"
-    [ -s "$DEMO/expected.txt" ] || fail "the database expects no articles"
+    local name number
+    while read -r name _ _ _ number _; do
+        grep -q "^$number " "$DEMO/expected.txt" || fail "the database expects no articles in $name"
+    done < <(demo_scales)
     diff -u "$DEMO/expected.txt" "$DEMO/held.txt" ||
         fail "the scales do not hold what the database says (- expected, + held)"
     say "$(wc -l <"$DEMO/held.txt") articles, as expected"
 }
 
 demo_report() {
-    local line name
+    local name model link
     say ""
     say "The run's log ($DEMO/run.log):"
     sed 's/^/    /' "$DEMO/run.log" | tail -n 20
-    for line in "${DEMO_SCALES[@]}"; do
-        name=${line%% *}
+    while read -r name model _ _ _ _ _ link; do
         say ""
-        say "What $name holds, first lines ($DEMO/$name.txt, $DEMO/$name.json):"
+        say "What $name ($model, $link) holds, first lines ($DEMO/$name.txt, $DEMO/$name.json):"
         sed -n '1,12s/^/    /p' "$DEMO/$name.txt"
-    done
+    done < <(demo_scales)
     say ""
     ls "$DEMO"/*.png 2>/dev/null | sed 's/^/Screenshot: /' || true
 }
@@ -173,8 +260,10 @@ demo_report() {
 demo_end() {
     local code=$?
     demo_end_scales || true
+    demo_unplug >/dev/null 2>&1 || true
     wine_stop || true
     display_stop || true
     firebird_stop || true
+    network_down || true
     exit "$code"
 }
