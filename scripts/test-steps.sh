@@ -67,8 +67,12 @@ test_host_run() {
     host_test "$BUILD/windows" "--gtest_output=json:$(wine_path "$RESULTS/host.json")"
 }
 
+# A demo without root has no scale on UDP.
 test_demo_articles() {
-    TOLVANE_DEMO_FOLDER=$BUILD/demo GTEST_OUTPUT=json:$RESULTS/ "$BUILD/native/tests/demo/test_demo"
+    local filter='*'
+    [ -e "$BUILD/demo/ets.json" ] || filter='-*ets*'
+    TOLVANE_DEMO_FOLDER=$BUILD/demo GTEST_OUTPUT=json:$RESULTS/ \
+        "$BUILD/native/tests/demo/test_demo" --gtest_filter="$filter"
 }
 
 # The sum of all programs' own counts; the plain last line is for whoever reads only that.
