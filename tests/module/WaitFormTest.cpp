@@ -91,6 +91,20 @@ TEST_F(WaitFormTest, StepsByOneAndStartsAgainAtZero) {
     EXPECT_EQ(Ask(PBM_GETPOS), 0);
 }
 
+TEST_F(WaitFormTest, MovesByHundredthsWhenThereAreManySteps) {
+    form_.Show(1000);
+    for (int i = 0; i < 9; ++i)
+        form_.Step();
+    EXPECT_EQ(Ask(PBM_GETPOS), 0);
+    form_.Step();
+    EXPECT_EQ(Ask(PBM_GETPOS), 10);
+    for (int i = 10; i < 1000; ++i)
+        form_.Step();
+    EXPECT_EQ(Ask(PBM_GETPOS), 1000);
+    form_.Step();
+    EXPECT_EQ(Ask(PBM_GETPOS), 1000);
+}
+
 TEST_F(WaitFormTest, HideKeepsItForTheNextUse) {
     form_.Show(5);
     const HWND window = form_.Handle();

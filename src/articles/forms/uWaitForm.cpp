@@ -2,6 +2,8 @@
 
 #include <commctrl.h>
 
+#include <cstdint>
+
 #include "text/Cp1251.h"
 #include "window/WideText.h"
 
@@ -34,13 +36,14 @@ void TWaitForm::Make() {
     bar.name = "ProgressBar";
     bar.place = {0, kHeight - kBarHeight, kWidth, kBarHeight};
     bar_ = AddControl(bar);
-    SendMessageW(bar_, PBM_SETSTEP, 1, 0);
 }
 
 void TWaitForm::Show(int count) {
     if (Handle() == nullptr) Make();
     ShowWindow(bar_, count >= 1 ? SW_SHOW : SW_HIDE);
-    SendMessageW(bar_, PBM_SETRANGE32, 0, count > 0 ? count : 1);
+    maximum_ = count > 0 ? count : 1;
+    position_ = 0;
+    SendMessageW(bar_, PBM_SETRANGE32, 0, maximum_);
     SendMessageW(bar_, PBM_SETPOS, 0, 0);
     SetWindowPos(Handle(), HWND_TOP, 0, 0, 0, 0,
                  SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE | SWP_SHOWWINDOW);
@@ -48,8 +51,13 @@ void TWaitForm::Show(int count) {
 }
 
 void TWaitForm::Step() {
-    if (Handle() == nullptr) return;
-    SendMessageW(bar_, PBM_STEPIT, 0, 0);
+    if (Handle() == nullptr || position_ >= maximum_) return;
+    // Painting takes far longer than a row: the bar moves by hundredths of its way.
+    const auto hundredths = [this] { return std::int64_t{position_} * 100 / maximum_; };
+    const std::int64_t before = hundredths();
+    ++position_;
+    if (hundredths() == before) return;
+    SendMessageW(bar_, PBM_SETPOS, static_cast<WPARAM>(position_), 0);
     UpdateWindow(bar_);
     UpdateWindow(Handle());
 }

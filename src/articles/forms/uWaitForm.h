@@ -27,6 +27,8 @@ private:
 
     HWND owner_;
     HWND bar_ = nullptr;
+    int maximum_ = 1;
+    int position_ = 0;
     TOwnedFont labelFont_;
 };
 

@@ -62,7 +62,7 @@ private:
     void SaveBtnClick();
     void DeleteBtnClick();
     void StopReadBtnClick();
-    // Starts a run; nothing happens while one works.
+    // Starts a run; nothing happens while one works or when the window is closing.
     template <class Body>
     void StartRun(Body body);
     void RunEnded();
@@ -88,7 +88,7 @@ private:
 
     std::shared_ptr<TRunStop> stop_ = std::make_shared<TRunStop>();
     bool running_ = false;
-    bool closing_ = false;
+    bool closing_ = false;      // closes now or, with a run, at its end
     HWND startedBy_ = nullptr;  // the button that had the focus before the run
 
     std::string pendingLog_;

@@ -39,7 +39,8 @@ void AppendEntry(std::string_view entry, std::string& text) {
 
 template <class Body>
 void TSetPluForm::StartRun(Body body) {
-    if (running_) return;
+    // A window that was closed under a question stays until the question is answered.
+    if (running_ || closing_) return;
     startedBy_ = GetFocus();
     // The thread has its own copy of everything, so that it never looks back at the form.
     worker_.Start(
@@ -81,10 +82,9 @@ void TSetPluForm::OnCancel() {
 }
 
 bool TSetPluForm::CanClose(int) {
-    if (!running_) return true;
     closing_ = true;
+    if (!running_) return true;
     stop_->Abandon();
-    SetProgress(std::string("Изчакване на везната..."_cp1251));
     return false;
 }
 
@@ -121,6 +121,10 @@ LRESULT TSetPluForm::HandleMessage(const TMessage& message) {
     if (message.id == WM_TIMER && message.wParam == kLogTimer) {
         FlushLog();
         return 0;
+    }
+    if (message.id == WM_SETCURSOR && closing_ && LOWORD(message.lParam) == HTCLIENT) {
+        SetCursor(LoadCursorW(nullptr, IDC_WAIT));
+        return TRUE;
     }
     if (message.id == WM_CTLCOLORSTATIC && reinterpret_cast<HWND>(message.lParam) == statusMemo_) {
         // A read-only memo is grey by default; a log is there to be read.

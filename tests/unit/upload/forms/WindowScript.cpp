@@ -1,5 +1,8 @@
 #include "WindowScript.h"
 
+#include <tlhelp32.h>
+
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <utility>
@@ -43,14 +46,21 @@ void TWindowScript::When(std::function<bool()> condition, std::function<void()> 
     steps_.push_back({std::move(condition), std::move(action)});
 }
 
+void TWindowScript::Measure() {
+    turns_ = 0;
+    longestGap_ = 0;
+    lastTick_ = GetTickCount();
+}
+
 void CALLBACK TWindowScript::Tick(HWND, UINT, UINT_PTR, DWORD) {
     if (currentScript != nullptr) currentScript->Play();
 }
 
 void TWindowScript::Play() {
     const DWORD now = GetTickCount();
-    longestBusy_ = std::max(longestBusy_, now - lastTick_);
+    longestGap_ = std::max(longestGap_, now - lastTick_);
     lastTick_ = now;
+    ++turns_;
     // A step's action may open a window that runs messages itself.
     if (IsDone()) return;
     if (steps_[next_].condition()) {
@@ -79,8 +89,27 @@ void PressKey(WPARAM virtualKey) {
     PostMessageW(GetFocus(), WM_KEYDOWN, virtualKey, 1);
 }
 
+void TCtrlKey::Set(BYTE state) {
+    BYTE keys[256] = {};
+    GetKeyboardState(keys);
+    keys[VK_CONTROL] = state;
+    SetKeyboardState(keys);
+}
+
 void Click(HWND button) {
     PostMessageW(button, BM_CLICK, 0, 0);
+}
+
+int ThreadCount() {
+    const HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);
+    THREADENTRY32 entry{};
+    entry.dwSize = sizeof entry;
+    int count = 0;
+    for (BOOL more = Thread32First(snapshot, &entry); more != 0;
+         more = Thread32Next(snapshot, &entry))
+        count += entry.th32OwnerProcessID == GetCurrentProcessId() ? 1 : 0;
+    CloseHandle(snapshot);
+    return count;
 }
 
 }  // namespace tolvane::test

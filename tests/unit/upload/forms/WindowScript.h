@@ -10,7 +10,7 @@ namespace tolvane::test {
 
 // Plays a user while a call shows modal windows on this thread: each step waits for its condition
 // and then acts. A step that waits for more than 20 seconds ends the test program, since its call
-// would never come back.
+// would never come back. It looks every 10 ms, so its looks are turns of the message loop.
 class TWindowScript {
 public:
     TWindowScript();
@@ -20,8 +20,12 @@ public:
 
     void When(std::function<bool()> condition, std::function<void()> action);
     bool IsDone() const { return next_ == steps_.size(); }
-    // The longest time between two turns of the message loop.
-    DWORD LongestBusy() const { return longestBusy_; }
+
+    // Forgets the turns so far: both figures are about the time from here on.
+    void Measure();
+    int Turns() const { return turns_; }
+    // The longest time between two turns, without the steps' own actions.
+    DWORD LongestGap() const { return longestGap_; }
 
 private:
     struct TStep {
@@ -37,15 +41,32 @@ private:
     UINT_PTR timer_;
     DWORD stepStart_ = 0;
     DWORD lastTick_ = 0;
-    DWORD longestBusy_ = 0;
+    DWORD longestGap_ = 0;
+    int turns_ = 0;
 };
 
 // A visible window of this thread by its class; null when there is none.
 HWND ThreadWindow(const wchar_t* className);
+inline constexpr const wchar_t* kMessageBoxClass = L"#32770";
+// The text line of a message box.
+inline constexpr int kMessageBoxText = 0xFFFF;
 // A window's text, UTF-8.
 std::string Utf8Text(HWND window);
 // Presses a key in the window that has the focus, as the message loop fetches it.
 void PressKey(WPARAM virtualKey);
+// Keeps the Ctrl key down while it lives.
+class TCtrlKey {
+public:
+    TCtrlKey() { Set(0x80); }
+    TCtrlKey(const TCtrlKey&) = delete;
+    TCtrlKey& operator=(const TCtrlKey&) = delete;
+    ~TCtrlKey() { Set(0); }
+
+private:
+    static void Set(BYTE state);
+};
 void Click(HWND button);
+// Threads of this program.
+int ThreadCount();
 
 }  // namespace tolvane::test
