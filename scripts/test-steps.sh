@@ -62,6 +62,13 @@ test_windows_units() {
         done
 }
 
+# Beside the virtual scale that was built natively; the Wine prefix has its own sockets there.
+test_links_run() {
+    wine_regional 1251 comma
+    "$ROOT/tests/module/links/run.sh" "$BUILD/windows" "$BUILD/native/simulator/virtual-scale" \
+        "--gtest_output=json:$(wine_path "$RESULTS/links.json")"
+}
+
 test_host_run() {
     wine_regional 1251 comma
     host_test "$BUILD/windows" "--gtest_output=json:$(wine_path "$RESULTS/host.json")"

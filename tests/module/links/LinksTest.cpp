@@ -1,0 +1,196 @@
+// Virtual scales behind a COM port and at addresses of their own. The steps that start this program
+// start them too, and say in the environment where they are: TOLVANE_LINKS_SERIAL names the port of
+// an EVL with address 5; UDP1 and UDP2 name an ETS and an EVL, TCP an SI/S300 on port 1001. Each
+// saves what it holds in TOLVANE_LINKS_FOLDER.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <set>
+
+#include "comm/DeviceDiscovery.h"
+#include "comm/SystemError.h"
+#include "upload/ScaleSession.h"
+
+namespace tolvane::test {
+namespace {
+
+constexpr int kRounds = 50;
+
+std::string Setting(const char* name) {
+    const char* value = std::getenv((std::string("TOLVANE_LINKS_") + name).c_str());
+    if (value == nullptr) ADD_FAILURE() << "TOLVANE_LINKS_" << name << " is not set";
+    return value == nullptr ? std::string() : value;
+}
+
+// A clock without the protocol's pauses.
+class TQuickClock : public TClock {
+public:
+    TTimePoint Now() const override { return SystemClock().Now(); }
+    void Sleep(TMilliseconds pause) override {
+        // A serial read waits by these.
+        SystemClock().Sleep(std::min(pause, TMilliseconds(10)));
+    }
+};
+
+class TSilentView : public TRunView {
+public:
+    void ClearLog() override {}
+    void Log(std::string) override {}
+    void SetConnection(std::string) override {}
+    void SetProgress(std::string) override {}
+    void SetRunning(bool) override {}
+    void SetChoicesEnabled(bool) override {}
+    void ShowRunError(std::string text) override { ADD_FAILURE() << text; }
+};
+
+struct TConfigured {
+    const char* name;
+    const char* setting;
+    std::uint8_t commType;
+    std::int32_t scaleType;
+    std::uint8_t address;
+};
+
+constexpr TConfigured kSerial{"serial", "SERIAL", kCommSerial, kScaleTypeEvl, 5};
+// A network scale is addressed as 0 whatever its record says.
+constexpr TConfigured kUdp1{"udp1", "UDP1", kCommUdp, kScaleTypeEts, 7};
+constexpr TConfigured kUdp2{"udp2", "UDP2", kCommUdp, kScaleTypeEvl, 7};
+constexpr TConfigured kTcp{"tcp", "TCP", kCommTcp, kScaleTypeS300, 7};
+
+TScaleRec RecordOf(const TConfigured& configured) {
+    TScaleRec rec;
+    rec.ScaleNumb = 1;
+    rec.ScaleName = "Scale";
+    rec.TCPAddress = Setting(configured.setting);
+    rec.TCPPort = 1001;
+    rec.BaudRate = 4;
+    rec.ScaleType = configured.scaleType;
+    rec.CommType = configured.commType;
+    rec.Encoding = 0;
+    rec.ScaleAddr = configured.address;
+    return rec;
+}
+
+// The price of an article in the scale's saved state; -1 when it is not there.
+int PriceIn(const std::string& scale, int number) {
+    std::ifstream file(Setting("FOLDER") + "\\" + scale + ".json");
+    if (!file) return -1;
+    const nlohmann::json state = nlohmann::json::parse(file);
+    for (const auto& article : state.at("articles"))
+        if (article.at("number") == number) return article.at("price").get<int>();
+    return -1;
+}
+
+class LinksTest : public testing::Test {
+public:
+    void ExpectUpload(const TConfigured& configured, int number, const std::string& price,
+                      int hundredths) {
+        TSilentView view;
+        const TRunStop stop;
+        TScaleSession session(factory, clock, view, stop, '.');
+        const TScaleRec rec = RecordOf(configured);
+        ASSERT_TRUE(session.InitComm(rec)) << session.LastError;
+        const std::string line =
+            std::to_string(number) + "|22012|1|0|0|" + price + "|0|30|Ham|||||L1|0|0|101|";
+        ASSERT_TRUE(session.ProcessUpload({line}, rec)) << session.LastError;
+        EXPECT_EQ(PriceIn(configured.name, number), hundredths);
+    }
+
+    TQuickClock clock;
+    TRealScaleFactory factory{clock};
+};
+
+using LinksSerialTest = LinksTest;
+using LinksNetworkTest = LinksTest;
+
+void ExpectVersions(TElicomScale& scale, const std::string& expected) {
+    std::int32_t errCode = 0;
+    std::int32_t maxPlu = 0;
+    std::int32_t mode = 0;
+    std::string version;
+    ASSERT_TRUE(scale.GetVersion(errCode, maxPlu, mode, version)) << scale.LastError;
+    ASSERT_EQ(version, expected);
+}
+
+TEST_F(LinksSerialTest, AScaleOnAComPortTakesAnArticleUnderItsAddress) {
+    ExpectUpload(kSerial, 12, "7.45", 745);
+    ExpectUpload(kSerial, 12, "8.01", 801);
+}
+
+TEST_F(LinksSerialTest, AComPortThatIsNotThereFailsWithTheSystemsWords) {
+    const auto scale = factory.CreateRS232(77, 9600);
+    EXPECT_FALSE(scale->OpenChannel());
+    EXPECT_EQ(scale->LastError,
+              "Fail init communication interface: [RS232] Fail open \"COM77\" - " +
+                  SystemErrorText(std::error_code(2, std::system_category())));
+}
+
+TEST_F(LinksSerialTest, ManyExchangesFollowEachOtherOnAComPort) {
+    const auto scale = factory.CreateRS232(5, 115200);
+    scale->Address = 5;
+    ASSERT_TRUE(scale->OpenChannel()) << scale->LastError;
+    for (int i = 0; i < kRounds; ++i)
+        ExpectVersions(*scale, "1.04");
+}
+
+TEST_F(LinksNetworkTest, ThreeScalesOnThreeAddressesTakeTheirArticlesInOneRun) {
+    ExpectUpload(kUdp1, 13, "1.11", 111);
+    ExpectUpload(kUdp2, 13, "2.22", 222);
+    ExpectUpload(kTcp, 13, "3.33", 333);
+    EXPECT_EQ(PriceIn("udp1", 13), 111);
+    EXPECT_EQ(PriceIn("udp2", 13), 222);
+}
+
+TEST_F(LinksNetworkTest, UdpTcpAndSerialAreOpenAtOnceAndEachReplyFindsItsRequest) {
+    const auto udp = factory.CreateUDP(Setting("UDP1"));
+    const auto tcp = factory.CreateTCP(Setting("TCP"), 1001);
+    const auto serial = factory.CreateRS232(5, 115200);
+    serial->Address = 5;
+    for (TElicomScale* scale : {udp.get(), tcp.get(), serial.get()})
+        ASSERT_TRUE(scale->OpenChannel()) << scale->LastError;
+    for (int i = 0; i < kRounds; ++i) {
+        ExpectVersions(*udp, "2.10");
+        ExpectVersions(*tcp, "3.02");
+        ExpectVersions(*serial, "1.04");
+    }
+}
+
+TEST_F(LinksNetworkTest, ASecondUdpScaleFindsTheLocalPortTakenUntilTheFirstIsClosed) {
+    const auto first = factory.CreateUDP(Setting("UDP1"));
+    const auto second = factory.CreateUDP(Setting("UDP2"));
+    ASSERT_TRUE(first->OpenChannel()) << first->LastError;
+    EXPECT_FALSE(second->OpenChannel());
+    EXPECT_EQ(second->LastError,
+              "Fail init communication interface: [UDP] Fail open (" + Setting("UDP2") +
+                  ":1001) - " + SystemErrorText(std::error_code(10048, std::system_category())));
+    ExpectVersions(*first, "2.10");
+    first->Channel->Close();
+    ASSERT_TRUE(second->OpenChannel()) << second->LastError;
+    ExpectVersions(*second, "1.04");
+}
+
+TEST_F(LinksNetworkTest, ASearchByBroadcastFindsTheScalesByTheirKinds) {
+    const auto found = FindDevices(SystemClock(), false);
+    std::multiset<std::string> udp;
+    std::multiset<std::string> tcp;
+    for (const TFoundDevice& device : found)
+        (device.kind == TDeviceKind::UdpModule ? udp : tcp).insert(device.address);
+    // Each UDP module answers both of its probes.
+    const std::string udp1 = Setting("UDP1");
+    const std::string udp2 = Setting("UDP2");
+    EXPECT_EQ(udp, (std::multiset<std::string>{udp1, udp1, udp2, udp2}));
+    EXPECT_EQ(tcp, (std::multiset<std::string>{Setting("TCP")}));
+}
+
+TEST_F(LinksNetworkTest, AScaleThatDoesNotListenOnTcpRefusesTheConnection) {
+    const auto scale = factory.CreateTCP(Setting("UDP1"), 1001);
+    EXPECT_FALSE(scale->OpenChannel());
+    EXPECT_EQ(scale->LastError,
+              "Fail init communication interface: [TCP] Fail open (" + Setting("UDP1") +
+                  ":1001) - " + SystemErrorText(std::error_code(10061, std::system_category())));
+}
+
+}  // namespace
+}  // namespace tolvane::test

@@ -1,0 +1,79 @@
+#!/usr/bin/env bash
+# The tests of the links: a virtual scale on COM5 and, as root, three at addresses of their own in a
+# shop's network, which the test program reaches under Wine. Without root the tests of the network
+# are left out, and a line says so. What the scales hold is left in build/links.
+#
+#   tests/module/links/run.sh <Windows build folder> <virtual-scale> [argument of the test program]...
+#
+# The Wine prefix and the display must be there.
+
+source "$(dirname "${BASH_SOURCE[0]}")/../../../scripts/lib.sh"
+source "$SCRIPTS/wine.sh"
+source "$SCRIPTS/network.sh"
+
+LINKS=$BUILD/links
+windows=$1 virtual_scale=$2
+
+# links_scale <name> <option>...: by itself, or where the network has a place of that name.
+links_scale() {
+    local name=$1 place=()
+    shift
+    if [ "$name" != serial ]; then place=(ip netns exec "$NETWORK_PREFIX-$name"); fi
+    rm -f "$LINKS/$name".{json,ready}
+    "${place[@]}" "$virtual_scale" "$@" --save "$LINKS/$name.json" --save-on-weighing \
+        --ready-file "$LINKS/$name.ready" >"$LINKS/$name.out" 2>&1 </dev/null &
+    printf '%s\n' "$!" >"$LINKS/$name.pid"
+    wait_until 30 test -s "$LINKS/$name.ready" || fail "the scale $name does not get ready"
+}
+
+links_at() {
+    links_scale "$1" --model "$2" --host "$(network_address "$1")" "--$3" 1001 --discovery "$3"
+}
+
+links_end() {
+    local code=$? name
+    for name in serial udp1 udp2 tcp; do
+        end_process "$(cat "$LINKS/$name.pid" 2>/dev/null)" virtual-scale || true
+        rm -f "$LINKS/$name.pid"
+    done
+    wine_run reg delete 'HKLM\Software\Wine\Ports' /v COM5 /f >/dev/null 2>&1 || true
+    wine_stop || true
+    network_down || true
+    exit "$code"
+}
+
+trap links_end EXIT
+trap 'exit 130' INT TERM
+mkdir -p "$LINKS"
+
+# The script starts itself once more inside the network. Wine processes that run already would keep
+# their sockets outside.
+if [ "${TOLVANE_LINKS_INSIDE:-}" != 1 ]; then
+    wine_stop
+    network_down
+    refusal=$(network_refusal)
+    if [ -z "$refusal" ]; then
+        network_up udp1 udp2 tcp
+        network_enter env TOLVANE_LINKS_INSIDE=1 TOLVANE_BUILD="$BUILD" "${BASH_SOURCE[0]}" "$@"
+    fi
+    say "The tests of the network are left out: $refusal."
+fi
+
+filter='LinksSerialTest*'
+links_scale serial --model EVL --address 5 --pty "$LINKS/serial.port"
+wine_com_port COM5 "$LINKS/serial.port"
+export TOLVANE_LINKS_SERIAL=COM5 TOLVANE_LINKS_FOLDER
+TOLVANE_LINKS_FOLDER=$(wine_path "$LINKS")
+if network_is_up; then
+    filter='*'
+    links_at udp1 ETS udp
+    links_at udp2 EVL udp
+    links_at tcp S300 tcp
+    export TOLVANE_LINKS_UDP1 TOLVANE_LINKS_UDP2 TOLVANE_LINKS_TCP
+    TOLVANE_LINKS_UDP1=$(network_address udp1)
+    TOLVANE_LINKS_UDP2=$(network_address udp2)
+    TOLVANE_LINKS_TCP=$(network_address tcp)
+fi
+wine_session
+wine_command timeout 300 wine "$windows/tests/module/links/test_links.exe" \
+    "--gtest_filter=$filter" "${@:3}"
