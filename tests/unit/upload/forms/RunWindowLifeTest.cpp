@@ -1,0 +1,156 @@
+#include <cstdio>
+#include <string>
+#include <thread>
+
+#include "ControlRecorder.h"
+#include "RunWindowFixture.h"
+#include "window/CheckList.h"
+
+namespace tolvane::test {
+namespace {
+
+using RunWindowLife = TRunWindowTest;
+
+TEST_F(RunWindowLife, TheWindowRepaintsMovesAndAnswersWhileAScaleIsSilent) {
+    SetSilent(1);
+    TControlRecorder form;
+    TControlRecorder host;
+    std::thread asker;
+    int answers = 0;
+    ThenStart("SaveBtn");
+    script_.When([&] { return IsRunning() && Scale(1).State().requests.total == 1; },
+                 [&] {
+                     form.Watch(Form(), "form");
+                     host.Watch(frame_, "host");
+                     SetWindowPos(Form(), nullptr, 33, 44, 777, 555, SWP_NOZORDER);
+                     for (const HWND window : {Form(), frame_})
+                         InvalidateRect(window, nullptr, TRUE);
+                     asker = std::thread([this, &answers] {
+                         for (int i = 0; i < 20; ++i) {
+                             DWORD_PTR result = 0;
+                             answers += SendMessageTimeoutW(frame_, WM_NULL, 0, 0, SMTO_NORMAL,
+                                                            2000, &result) != 0
+                                            ? 1
+                                            : 0;
+                         }
+                     });
+                 });
+    script_.When([&] { return form.paintings > 0 && host.paintings > 0; },
+                 [&] {
+                     RECT rect{};
+                     GetWindowRect(Form(), &rect);
+                     EXPECT_EQ(rect.left, 33);
+                     EXPECT_EQ(rect.top, 44);
+                     EXPECT_EQ(rect.right - rect.left, 777);
+                     EXPECT_EQ(rect.bottom - rect.top, 555);
+                     // All of it within the first time-out.
+                     EXPECT_EQ(Scale(1).State().requests.total, 1);
+                     EXPECT_TRUE(IsRunning());
+                     script_.Measure();
+                 });
+    int turns = 0;
+    DWORD gap = 0;
+    script_.When([&] { return Scale(1).State().requests.total == 2; },
+                 [&] {
+                     turns = script_.Turns();
+                     gap = script_.LongestGap();
+                 });
+    ThenClose();
+    Show(2);
+    asker.join();
+    EXPECT_EQ(answers, 20);
+    std::printf("silent scale: %d turns of the message loop, longest gap %u ms\n", turns,
+                static_cast<unsigned>(gap));
+    EXPECT_GE(turns, 50);
+    EXPECT_NE(log_.find("Fail! Plu: 0 \"\" [SetPrgMode] ErrCode: 1000, Fail set Weight mode: "
+                        "[ReadResponce][TCP] Fail read data (127.0.0.1:" +
+                        std::to_string(scales_[1].TCPPort) +
+                        ") - Read timeout occured\r\n"
+                        "Грешка при запис артикули във везна: Везна 1\r\n"),
+              std::string::npos)
+        << log_;
+}
+
+TEST_F(RunWindowLife, EscDuringARunEndsItAndThenClosesTheWindow) {
+    const int threads = ThreadCount();
+    SetArticles(ManyGoods(200));
+    ThenStart("SaveBtn");
+    script_.When([&] { return PriceWrites(1) > 0; }, [] { PressKey(VK_ESCAPE); });
+    Show(2);
+    EXPECT_EQ(Form(), nullptr);
+    EXPECT_EQ(ThreadCount(), threads);
+    EXPECT_TRUE(IsWindowEnabled(frame_) != 0);
+    EXPECT_TRUE(scales_[1].Checked);
+    EXPECT_LT(PriceWrites(1), 200);
+}
+
+TEST_F(RunWindowLife, TheCloseBoxDuringARunEndsItAndThenClosesTheWindow) {
+    const int threads = ThreadCount();
+    SetArticles(ManyGoods(200));
+    scales_[2].Checked = true;
+    ThenStart("SaveBtn");
+    // An impatient user clicks twice.
+    script_.When([&] { return PriceWrites(1) > 0; },
+                 [] {
+                     for (int i = 0; i < 2; ++i)
+                         PostMessageW(Form(), WM_SYSCOMMAND, SC_CLOSE, 0);
+                 });
+    Show(2);
+    EXPECT_EQ(Form(), nullptr);
+    EXPECT_EQ(ThreadCount(), threads);
+    EXPECT_LT(PriceWrites(1), 200);
+    EXPECT_TRUE(Scale(2).Requests().empty());
+    EXPECT_TRUE(scales_[2].Checked);
+}
+
+TEST_F(RunWindowLife, TheListWindowMayGoDuringARun) {
+    const int threads = ThreadCount();
+    ThenStart("SaveBtn");
+    script_.When([] { return IsRunning(); }, [this] { DestroyWindow(owner_); });
+    Show(2);
+    EXPECT_EQ(Form(), nullptr);
+    EXPECT_EQ(ThreadCount(), threads);
+    EXPECT_TRUE(IsWindowEnabled(frame_) != 0);
+}
+
+TEST_F(RunWindowLife, TheMainWindowMayGoDuringARun) {
+    const int threads = ThreadCount();
+    ThenStart("SaveBtn");
+    script_.When([] { return IsRunning(); }, [this] { DestroyWindow(frame_); });
+    Show(2);
+    EXPECT_EQ(ThreadCount(), threads);
+}
+
+TEST_F(RunWindowLife, TheProgramMayEndDuringARun) {
+    const int threads = ThreadCount();
+    ThenStart("SaveBtn");
+    script_.When([] { return IsRunning(); }, [] { PostQuitMessage(5); });
+    Show(2);
+    EXPECT_EQ(ThreadCount(), threads);
+    MSG message{};
+    EXPECT_NE(PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE), 0);
+    EXPECT_EQ(message.wParam, 5U);
+}
+
+TEST_F(RunWindowLife, AWindowClosedUnderTheQuestionDeletesNothing) {
+    ThenStart("DeleteBtn");
+    script_.When([] { return Box() != nullptr; },
+                 [] {
+                     SendMessageW(Form(), WM_CLOSE, 0, 0);
+                     Click(GetDlgItem(Box(), IDYES));
+                 });
+    Show(2);
+    EXPECT_EQ(Form(), nullptr);
+    EXPECT_TRUE(Scale(1).Requests().empty());
+}
+
+TEST_F(RunWindowLife, TheListWindowMayGoUnderTheQuestionAndNothingIsDeleted) {
+    ThenStart("DeleteBtn");
+    script_.When([] { return Box() != nullptr; }, [this] { DestroyWindow(owner_); });
+    Show(2);
+    EXPECT_EQ(Form(), nullptr);
+    EXPECT_TRUE(Scale(1).Requests().empty());
+}
+
+}  // namespace
+}  // namespace tolvane::test

@@ -1,0 +1,142 @@
+#include <cstdio>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "RunWindowFixture.h"
+#include "text/Cp1251.h"
+#include "window/WideText.h"
+
+namespace tolvane::test {
+namespace {
+
+using RunWindowLog = TRunWindowTest;
+
+LRESULT AskLog(UINT message) {
+    return SendMessageW(FindComponent(ThreadWindow(kSetPluFormClass), "StatusMemo"), message, 0, 0);
+}
+
+TEST_F(RunWindowLog, TwentyThousandLinesComeWhileTheWindowStaysAlive) {
+    TArticle bad = Goods(1, "A");
+    bad.barcode = "";
+    SetArticles(std::vector<TArticle>(10000, bad));
+    ThenStart("SaveBtn");
+    std::set<LRESULT> seen;
+    int turns = 0;
+    DWORD gap = 0;
+    script_.When(
+        [&] {
+            const LRESULT lines = AskLog(EM_GETLINECOUNT);
+            seen.insert(lines);
+            return lines > 20000;
+        },
+        [&] {
+            turns = script_.Turns();
+            gap = script_.LongestGap();
+        });
+    LRESULT lines = 0;
+    LRESULT firstVisible = 0;
+    script_.When([] { return LogEnds(); },
+                 [&] {
+                     lines = AskLog(EM_GETLINECOUNT);
+                     firstVisible = AskLog(EM_GETFIRSTVISIBLELINE);
+                     PressKey(VK_ESCAPE);
+                 });
+    Show(2);
+    // Two per article, ten for the scale and its summary, one closing line, one empty after it.
+    EXPECT_EQ(lines, 20000 + 10 + 1 + 1);
+    // Scrolled to its end.
+    EXPECT_GT(firstVisible, 19900);
+    std::printf("20,000 lines: %d turns of the message loop, %u stages, longest gap %u ms\n", turns,
+                static_cast<unsigned>(seen.size()), static_cast<unsigned>(gap));
+    EXPECT_GE(turns, 50);
+    EXPECT_GE(seen.size(), 20U);
+}
+
+class RunWindowClipboard : public TRunWindowTest {
+protected:
+    // A run without a checked scale leaves two lines.
+    RunWindowClipboard() { scales_[1].Checked = false; }
+    static std::string Clipboard() {
+        std::string text;
+        if (OpenClipboard(nullptr) == 0) return "the clipboard does not open";
+        if (const HANDLE data = GetClipboardData(CF_UNICODETEXT)) {
+            text = ToUtf8(Narrow(static_cast<const wchar_t*>(GlobalLock(data))));
+            GlobalUnlock(data);
+        }
+        CloseClipboard();
+        return text;
+    }
+    static void EmptyTheClipboard() {
+        OpenClipboard(ThreadWindow(kSetPluFormClass));
+        EmptyClipboard();
+        CloseClipboard();
+    }
+    static bool IsAllSelected() {
+        DWORD from = 1;
+        DWORD to = 0;
+        SendMessageW(Part("StatusMemo"), EM_GETSEL, reinterpret_cast<WPARAM>(&from),
+                     reinterpret_cast<LPARAM>(&to));
+        const int length = GetWindowTextLengthW(Part("StatusMemo"));
+        return length > 0 && from == 0 && to == static_cast<DWORD>(length);
+    }
+};
+
+TEST_F(RunWindowClipboard, CtrlASelectsAndCtrlCCopiesTheWholeLog) {
+    ThenStart("SaveBtn");
+    std::unique_ptr<TCtrlKey> ctrl;
+    script_.When([] { return LogEnds(); },
+                 [&] {
+                     EmptyTheClipboard();
+                     SetFocus(Part("StatusMemo"));
+                     ctrl = std::make_unique<TCtrlKey>();
+                     PressKey('A');
+                 });
+    script_.When([] { return IsAllSelected(); }, [] { PressKey('C'); });
+    std::string copied;
+    script_.When([&] { return !(copied = Clipboard()).empty(); },
+                 [&] {
+                     ctrl.reset();
+                     PressKey(VK_ESCAPE);
+                 });
+    Show(2);
+    EXPECT_EQ(copied, Lines({"Не е избрана нито една везна.", kLogSeparator}));
+}
+
+TEST_F(RunWindowClipboard, APartOfTheLogCanBeSelectedAndCopied) {
+    ThenStart("SaveBtn");
+    std::unique_ptr<TCtrlKey> ctrl;
+    script_.When([] { return LogEnds(); },
+                 [&] {
+                     EmptyTheClipboard();
+                     SetFocus(Part("StatusMemo"));
+                     SendMessageW(Part("StatusMemo"), EM_SETSEL, 5, 12);
+                     ctrl = std::make_unique<TCtrlKey>();
+                     PressKey('C');
+                 });
+    std::string copied;
+    script_.When([&] { return !(copied = Clipboard()).empty(); },
+                 [&] {
+                     ctrl.reset();
+                     PressKey(VK_ESCAPE);
+                 });
+    Show(2);
+    EXPECT_EQ(copied, "избрана");
+}
+
+TEST_F(RunWindowClipboard, TheLogCannotBeTypedInto) {
+    ThenStart("SaveBtn");
+    script_.When([] { return LogEnds(); },
+                 [] {
+                     SetFocus(Part("StatusMemo"));
+                     PostMessageW(Part("StatusMemo"), WM_CHAR, 'x', 1);
+                     PostMessageW(Part("StatusMemo"), WM_KEYDOWN, VK_DELETE, 1);
+                 });
+    ThenClose();
+    Show(2);
+    EXPECT_EQ(log_, Lines({"Не е избрана нито една везна.", kLogSeparator}));
+}
+
+}  // namespace
+}  // namespace tolvane::test

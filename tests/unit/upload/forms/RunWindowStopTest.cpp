@@ -1,0 +1,176 @@
+#include <cstdio>
+#include <functional>
+#include <memory>
+#include <ostream>
+#include <string>
+
+#include "DeafListener.h"
+#include "RunWindowFixture.h"
+
+namespace tolvane::test {
+namespace {
+
+enum class TPhase {
+    Connecting,
+    WaitingForAReply,
+    PausingBeforeProgramming,
+    PausingBeforeTheVersion,
+    BetweenArticles,
+    BetweenScales,
+};
+
+struct TCase {
+    const char* name;
+    TPhase phase;
+    const char* button;
+};
+
+void PrintTo(const TCase& value, std::ostream* out) {
+    *out << value.name;
+}
+
+constexpr TCase kWriteCases[] = {
+    {"Connecting", TPhase::Connecting, "SaveBtn"},
+    {"WaitingForAReply", TPhase::WaitingForAReply, "SaveBtn"},
+    {"PausingBeforeProgramming", TPhase::PausingBeforeProgramming, "SaveBtn"},
+    {"PausingBeforeTheVersion", TPhase::PausingBeforeTheVersion, "SaveBtn"},
+    {"BetweenArticles", TPhase::BetweenArticles, "SaveBtn"},
+    {"BetweenScales", TPhase::BetweenScales, "SaveBtn"},
+};
+constexpr TCase kDeleteCases[] = {
+    {"DeletingConnecting", TPhase::Connecting, "DeleteBtn"},
+    {"DeletingWaitingForAReply", TPhase::WaitingForAReply, "DeleteBtn"},
+    {"DeletingPausing", TPhase::PausingBeforeProgramming, "DeleteBtn"},
+    {"DeletingBetweenArticles", TPhase::BetweenArticles, "DeleteBtn"},
+    {"DeletingBetweenScales", TPhase::BetweenScales, "DeleteBtn"},
+};
+
+// A run over two scales that the user ends in the middle of a phase of the first one.
+class TRunWindowPhase : public TRunWindowTest, public ::testing::WithParamInterface<TCase> {
+protected:
+    TRunWindowPhase() {
+        scales_[2].Checked = true;
+        ReplaceScale(2, WithCapacity(3));
+        const TPhase phase = GetParam().phase;
+        if (phase == TPhase::Connecting) {
+            deaf_ = std::make_unique<TDeafListener>();
+            scales_[1].TCPPort = deaf_->Port();
+        } else if (phase == TPhase::WaitingForAReply) {
+            SetSilent(1);
+        } else if (phase == TPhase::BetweenArticles) {
+            SetArticles(ManyGoods(200));
+        } else if (phase == TPhase::BetweenScales && IsDelete()) {
+            ReplaceScale(1, WithCapacity(2));
+        }
+    }
+    static simulator::TScaleOptions WithCapacity(int capacity) {
+        simulator::TScaleOptions options;
+        options.scale.capacity = capacity;
+        return options;
+    }
+    static bool IsDelete() { return std::string(GetParam().button) == "DeleteBtn"; }
+    int Requests() { return Scale(1).State().requests.total; }
+    bool IsInPhase() {
+        switch (GetParam().phase) {
+            case TPhase::Connecting:
+                return !TextOf("ReadPropLabel").empty();
+            case TPhase::WaitingForAReply:
+            case TPhase::PausingBeforeProgramming:
+                return IsRunning() && Requests() == 1;
+            case TPhase::PausingBeforeTheVersion:
+                return Requests() == 2;
+            case TPhase::BetweenArticles:
+                return PriceWrites(1) >= 3;
+            default:
+                return LogHas("Старт на запис във везна: Везна 2");
+        }
+    }
+    void ThenStartAndWaitForThePhase(const std::function<void()>& action) {
+        ThenStart(GetParam().button);
+        if (IsDelete()) ThenAnswer(IDYES);
+        script_.When([this] { return IsInPhase(); },
+                     [this, action] {
+                         action();
+                         // What is under way may still come to its scale.
+                         mostWrites_ = PriceWrites(1) + 1;
+                         script_.Measure();
+                     });
+    }
+
+    std::unique_ptr<TDeafListener> deaf_;
+    int mostWrites_ = 0;
+};
+
+class RunWindowStop : public TRunWindowPhase {};
+
+TEST_P(RunWindowStop, TakesEffectBeforeTheNextArticle) {
+    ThenStartAndWaitForThePhase([] { SendMessageW(Part("StopReadBtn"), BM_CLICK, 0, 0); });
+    ThenClose();
+    Show(2);
+    EXPECT_LE(PriceWrites(1), mostWrites_);
+    if (IsDelete()) {
+        // The stop is taken back for the next scale.
+        EXPECT_NE(log_.find("Успешно изтрити артикули от везна: Везна 2\r\n"), std::string::npos)
+            << log_;
+        EXPECT_EQ(PriceWrites(2), 3);
+        EXPECT_EQ(log_.find("Успешно изтрити артикули от везна: Везна 1\r\n"), std::string::npos)
+            << log_;
+    } else {
+        EXPECT_NE(log_.find("Fail! Plu: 0 \"\" Операцията прекратена от петребителя.\r\n"
+                            "Грешка при запис артикули във везна: Везна 2\r\n"),
+                  std::string::npos)
+            << log_;
+        EXPECT_EQ(PriceWrites(2), 0);
+        const bool written =
+            log_.find("Успешно записани артикули във везна: Везна 1\r\n") != std::string::npos;
+        EXPECT_EQ(written, GetParam().phase == TPhase::BetweenScales) << log_;
+    }
+}
+
+std::string CaseName(const ::testing::TestParamInfo<TCase>& info) {
+    return info.param.name;
+}
+
+INSTANTIATE_TEST_SUITE_P(Write, RunWindowStop, ::testing::ValuesIn(kWriteCases), CaseName);
+// While the first scale of such a run is being connected the button is not enabled yet, and the
+// second scale of this one begins with the stop taken back.
+INSTANTIATE_TEST_SUITE_P(Delete, RunWindowStop,
+                         ::testing::Values(kDeleteCases[1], kDeleteCases[2], kDeleteCases[3]),
+                         CaseName);
+
+class RunWindowClose : public TRunWindowPhase {};
+
+TEST_P(RunWindowClose, EndsTheRunAndThenTheWindow) {
+    const int threads = ThreadCount();
+    bool waited = false;
+    ThenStartAndWaitForThePhase([&waited] {
+        SendMessageW(Form(), WM_CLOSE, 0, 0);
+        waited = Form() != nullptr;
+    });
+    Show(2);
+    EXPECT_TRUE(waited);
+    EXPECT_EQ(Form(), nullptr);
+    EXPECT_EQ(ThreadCount(), threads);
+    EXPECT_TRUE(IsWindowEnabled(frame_) != 0);
+    EXPECT_TRUE(scales_[1].Checked);
+    EXPECT_TRUE(scales_[2].Checked);
+    EXPECT_LE(PriceWrites(1), mostWrites_);
+    EXPECT_EQ(PriceWrites(2), 0);
+    if (GetParam().phase != TPhase::BetweenScales) {
+        EXPECT_TRUE(Scale(2).Requests().empty());
+    }
+    std::printf("closing: %d turns of the message loop, longest gap %u ms\n", script_.Turns(),
+                static_cast<unsigned>(script_.LongestGap()));
+    // The host lives while the scale is waited for, here for seconds.
+    const bool waitsLong =
+        GetParam().phase == TPhase::Connecting || GetParam().phase == TPhase::WaitingForAReply;
+    if (waitsLong) {
+        EXPECT_GE(script_.Turns(), 50);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Write, RunWindowClose, ::testing::ValuesIn(kWriteCases), CaseName);
+INSTANTIATE_TEST_SUITE_P(Delete, RunWindowClose, ::testing::ValuesIn(kDeleteCases), CaseName);
+
+}  // namespace
+}  // namespace tolvane::test
