@@ -1,7 +1,8 @@
 // Virtual scales behind a COM port and at addresses of their own. The steps that start this program
 // start them too, and say in the environment where they are: TOLVANE_LINKS_SERIAL names the port of
-// an EVL with address 5; UDP1 and UDP2 name an ETS and an EVL, TCP an SI/S300 on port 1001. Each
-// saves what it holds in TOLVANE_LINKS_FOLDER.
+// an EVL with address 5 (behind COM6 is one that goes away at its second request); UDP1 and UDP2
+// name an ETS and an EVL, TCP an SI/S300 on port 1001. Each saves what it holds in
+// TOLVANE_LINKS_FOLDER.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -125,6 +126,23 @@ TEST_F(LinksSerialTest, AComPortThatIsNotThereFailsWithTheSystemsWords) {
     EXPECT_EQ(scale->LastError,
               "Fail init communication interface: [RS232] Fail open \"COM77\" - " +
                   SystemErrorText(std::error_code(2, std::system_category())));
+}
+
+// A port whose other end has gone is "not ready" to every question.
+TEST_F(LinksSerialTest, AScaleThatGoesAwayFailsWithTheSystemsWordsAndLeavesOtherPortsAlone) {
+    const std::string notReady = SystemErrorText(std::error_code(21, std::system_category()));
+    const auto scale = factory.CreateRS232(6, 9600);
+    ASSERT_TRUE(scale->OpenChannel()) << scale->LastError;
+    ExpectVersions(*scale, "1.04");
+    TCmdBuffer data;
+    EXPECT_FALSE(scale->SendCommand(0x48, data));
+    EXPECT_EQ(scale->LastError, "[ReadResponce][RS232] Fail receive data (COM6): " + notReady);
+    EXPECT_FALSE(scale->SendCommand(0x48, data));
+    EXPECT_EQ(scale->LastError, "[SendData][RS232] Fail send data (COM6): " + notReady);
+    const auto other = factory.CreateRS232(5, 115200);
+    other->Address = 5;
+    ASSERT_TRUE(other->OpenChannel()) << other->LastError;
+    ExpectVersions(*other, "1.04");
 }
 
 TEST_F(LinksSerialTest, ManyExchangesFollowEachOtherOnAComPort) {

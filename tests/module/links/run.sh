@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# The tests of the links: a virtual scale on COM5 and, as root, three at addresses of their own in a
+# The tests of the links: virtual scales on COM5 and COM6 and, as root, three at addresses of their own in a
 # shop's network, which the test program reaches under Wine. Without root the tests of the network
 # are left out, and a line says so. What the scales hold is left in build/links.
 #
@@ -18,7 +18,7 @@ windows=$1 virtual_scale=$2
 links_scale() {
     local name=$1 place=()
     shift
-    if [ "$name" != serial ]; then place=(ip netns exec "$NETWORK_PREFIX-$name"); fi
+    if [[ $name == udp* || $name == tcp ]]; then place=(ip netns exec "$NETWORK_PREFIX-$name"); fi
     rm -f "$LINKS/$name".{json,ready}
     "${place[@]}" "$virtual_scale" "$@" --save "$LINKS/$name.json" --save-on-weighing \
         --ready-file "$LINKS/$name.ready" >"$LINKS/$name.out" 2>&1 </dev/null &
@@ -32,11 +32,13 @@ links_at() {
 
 links_end() {
     local code=$? name
-    for name in serial udp1 udp2 tcp; do
+    for name in serial pulled udp1 udp2 tcp; do
         end_process "$(cat "$LINKS/$name.pid" 2>/dev/null)" virtual-scale || true
         rm -f "$LINKS/$name.pid"
     done
-    wine_run reg delete 'HKLM\Software\Wine\Ports' /v COM5 /f >/dev/null 2>&1 || true
+    for name in COM5 COM6; do
+        wine_run reg delete 'HKLM\Software\Wine\Ports' /v "$name" /f >/dev/null 2>&1 || true
+    done
     wine_stop || true
     network_down || true
     exit "$code"
@@ -61,7 +63,9 @@ fi
 
 filter='LinksSerialTest*'
 links_scale serial --model EVL --address 5 --pty "$LINKS/serial.port"
+links_scale pulled --model EVL --pty "$LINKS/pulled.port" --fault drop,request=2
 wine_com_port COM5 "$LINKS/serial.port"
+wine_com_port COM6 "$LINKS/pulled.port"
 export TOLVANE_LINKS_SERIAL=COM5 TOLVANE_LINKS_FOLDER
 TOLVANE_LINKS_FOLDER=$(wine_path "$LINKS")
 if network_is_up; then
