@@ -19,8 +19,14 @@ std::string TArticle::Text(int parameter, TCodeTable table) const {
 
 std::optional<int> TArticle::BestBefore() const {
     const auto found = texts.find(kBestBeforeParameter);
-    if (found == texts.end() || found->second.bytes.size() < 2) return std::nullopt;
-    return found->second.bytes[1];
+    constexpr std::size_t kMostBytes = 4;  // the first one and 24 bits
+    if (found == texts.end()) return std::nullopt;
+    const TBytes& bytes = found->second.bytes;
+    if (bytes.size() < 2 || bytes.size() > kMostBytes) return std::nullopt;
+    int days = 0;
+    for (std::size_t i = 1; i < bytes.size(); ++i)
+        days = days * 256 + bytes[i];
+    return days;
 }
 
 bool TArticle::IsCleared() const {

@@ -10,7 +10,8 @@ namespace tolvane {
 // (111)". On Windows in the user's language; what the code page lacks becomes '?'.
 std::string SystemErrorText(const std::error_code& error);
 
-// SystemErrorText of a system error, otherwise the exception's own message.
+// SystemErrorText of a system error, the whole text of a TFailure, otherwise the exception's own
+// message.
 std::string FailureText(const std::exception& failure);
 
 }  // namespace tolvane

@@ -6,11 +6,13 @@
 #include <stdexcept>
 #include <utility>
 
+#include "comm/SystemError.h"
 #include "comm/TDevCommRS232.h"
 #include "comm/TDevCommTCP.h"
 #include "comm/TDevCommUDP.h"
 #include "scale/ScaleCommands.h"
 #include "scale/ScaleFrame.h"
+#include "text/Failure.h"
 
 namespace tolvane {
 namespace {
@@ -52,7 +54,7 @@ bool Run(TElicomScale& scale, const TScaleCommand& command, std::int32_t& errCod
     try {
         TCmdBuffer data;
         build(data);
-        if (!scale.SendCommand(command.code, data)) throw std::runtime_error(scale.LastError);
+        if (!scale.SendCommand(command.code, data)) throw TFailure(scale.LastError);
         if (data.empty()) throw std::runtime_error("Unexpected answer from scale. No error code");
         take(data);
         errCode = data[0];
@@ -60,7 +62,7 @@ bool Run(TElicomScale& scale, const TScaleCommand& command, std::int32_t& errCod
             throw std::runtime_error("Scale return Error code: " + std::to_string(errCode));
         return true;
     } catch (const std::exception& failure) {
-        scale.LastError = std::string(command.failurePrefix) + failure.what();
+        scale.LastError = std::string(command.failurePrefix) + FailureText(failure);
         return false;
     }
 }
@@ -115,12 +117,12 @@ void TElicomScale::Exchange(const TCmdBuffer& frame, TCmdBuffer& reply) {
     const std::int32_t timeout = serialTimeouts_ ? kSerialTimeoutMs : kNetworkTimeoutMs;
     for (std::size_t attempt = 1;; ++attempt) {
         reply.clear();
-        if (!Channel->SendData(frame)) throw std::runtime_error("[SendData]" + Channel->LastError);
+        if (!Channel->SendData(frame)) throw TFailure("[SendData]" + Channel->LastError);
         const std::int32_t result = Channel->ReadAnswer(reply, kReplyStart, kFrameEnd, timeout);
         if (result == kReadOk) return;
         // A scale that says nothing is not asked again; one that was misheard is.
         if (result != kReadWrongAnswer || attempt > Retries)
-            throw std::runtime_error("[ReadResponce]" + Channel->LastError);
+            throw TFailure("[ReadResponce]" + Channel->LastError);
         const TMilliseconds pause = RepeatPause(attempt);
         if (pause > TMilliseconds(0)) clock_.Sleep(pause);
     }
@@ -132,7 +134,7 @@ bool TElicomScale::SendCommand(std::uint8_t Command, TCmdBuffer& Data) {
         Data = DecodeReply(Data, Address, Command);
         return true;
     } catch (const std::exception& failure) {
-        LastError = failure.what();
+        LastError = FailureText(failure);
         return false;
     }
 }
@@ -196,7 +198,7 @@ bool TElicomScale::SetParam(std::int32_t& ErrCode, std::int32_t PLU, std::int32_
         text.resize(static_cast<std::size_t>(*length), ' ');
     const std::string prefix = "Fail set parameter: Plu:" + std::to_string(PLU) +
                                " ParN:" + std::to_string(ParN) + " ParT:\"" + text + "\"\r\n";
-    const TScaleCommand command{kSetParamCode, 0, prefix.c_str()};
+    const TScaleCommand command{kSetParamCode, 0, prefix};
     const bool written = Run(*this, command, ErrCode, [&](TCmdBuffer& data) {
         AppendPlu(PLU, data);
         TDevCommBase::AppendByte(static_cast<std::uint8_t>(ParN & 0xFF), data);

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <optional>
+#include <string_view>
 
 #include "comm/DevCommBaseUnit.h"
 
@@ -13,10 +14,10 @@ namespace tolvane {
 struct TScaleCommand {
     std::uint8_t code;
     std::int32_t initialErrCode;
-    const char* failurePrefix;
+    std::string_view failurePrefix;
 };
 
-inline constexpr const char* kPriceFailure = "Fail set PLU price: ";
+inline constexpr std::string_view kPriceFailure = "Fail set PLU price: ";
 // Programming mode reports with the words of weighing mode; users know it so.
 inline constexpr TScaleCommand kSetPrgModeCommand{0x36, 1000, "Fail set Weight mode: "};
 inline constexpr TScaleCommand kSetWeightModeCommand{0x3C, 1000, "Fail set Weight mode: "};

@@ -1,10 +1,11 @@
 #include "upload/ScaleSession.h"
 
 #include <exception>
-#include <stdexcept>
 #include <string_view>
 
+#include "comm/SystemError.h"
 #include "text/Cp1251.h"
+#include "text/Failure.h"
 #include "upload/ArticleLine.h"
 #include "upload/LabelTexts.h"
 
@@ -27,7 +28,7 @@ bool TScaleSession::ProcessDelete(const std::vector<std::string>& Lines) {
         }
         succeeded = true;
     } catch (const std::exception& error) {
-        LastError = std::string("ProcessDelete >> ") + error.what();
+        LastError = "ProcessDelete >> " + FailureText(error);
     }
     LeaveProgramming();
     return succeeded;
@@ -47,7 +48,7 @@ bool TScaleSession::DeleteEverything(std::int32_t maxPlu) {
         view_.SetProgress(std::string("Изтриване артикул #"_cp1251) + std::to_string(plu));
         std::int32_t errCode = 0;
         if (!driver_->SetPrice(errCode, plu, 0.0, 0.0))
-            throw std::runtime_error(CommandError("[SetPrice]", errCode));
+            throw TFailure(CommandError("[SetPrice]", errCode));
         ClearName(plu);
     }
     return true;
@@ -64,7 +65,7 @@ bool TScaleSession::DeleteListed(const std::vector<std::string>& lines, std::int
                           std::to_string(plu.ScaleNumber) + " " + plu.LabelName1);
         std::int32_t errCode = 0;
         if (!driver_->SetPrice(errCode, plu.ScaleNumber, 0.0))
-            throw std::runtime_error(CommandError("[SetPrice]", errCode));
+            throw TFailure(CommandError("[SetPrice]", errCode));
         ClearName(plu.ScaleNumber);
     }
     return true;

@@ -4,7 +4,9 @@
 #include <stdexcept>
 #include <string_view>
 
+#include "comm/SystemError.h"
 #include "text/Cp1251.h"
+#include "text/Failure.h"
 #include "upload/ArticleLine.h"
 #include "upload/LabelTexts.h"
 
@@ -44,7 +46,7 @@ bool TScaleSession::ProcessUpload(const std::vector<std::string>& Lines, const T
         return true;
     } catch (const std::exception& error) {
         LastError = "Fail! Plu: " + std::to_string(plu.ScaleNumber) + " \"" + plu.LabelName1 +
-                    "\" " + error.what();
+                    "\" " + FailureText(error);
         return false;
     }
 }
@@ -83,9 +85,9 @@ void TScaleSession::WritePrice(const TScaleRec& rec, const TPLUD& plu) {
     std::int32_t errCode = 0;
     if (plu.WholeUnits && rec.ScaleType == kScaleTypeS300) {
         if (!driver_->SetPriceC(errCode, plu.ScaleNumber, price, true, plu.Reserved7, kPieceLabel))
-            throw std::runtime_error(CommandError("[SetPriceC]", errCode));
+            throw TFailure(CommandError("[SetPriceC]", errCode));
     } else if (!driver_->SetPrice(errCode, plu.ScaleNumber, price, plu.Reserved7)) {
-        throw std::runtime_error(CommandError("[SetPrice]", errCode));
+        throw TFailure(CommandError("[SetPrice]", errCode));
     }
 }
 
@@ -101,7 +103,7 @@ void TScaleSession::WriteTexts(const TScaleRec& rec, const TVersion& version, co
             continue;
         std::string operation = "[SetParam:" + std::to_string(text.parameter) + "][";
         operation += text.label;
-        throw std::runtime_error(CommandError(operation + "]", errCode));
+        throw TFailure(CommandError(operation + "]", errCode));
     }
 }
 

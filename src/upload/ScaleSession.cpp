@@ -6,6 +6,8 @@
 #include <stdexcept>
 #include <string_view>
 
+#include "comm/SystemError.h"
+#include "text/Failure.h"
 #include "text/Numbers.h"
 
 namespace tolvane {
@@ -42,10 +44,10 @@ bool TScaleSession::InitComm(const TScaleRec& Rec) {
     Close();
     try {
         driver_ = CreateDriver(Rec);
-        if (!driver_->OpenChannel()) throw std::runtime_error(driver_->LastError);
+        if (!driver_->OpenChannel()) throw TFailure(driver_->LastError);
         return true;
     } catch (const std::exception& error) {
-        LastError = std::string("InitComm >> ") + error.what();
+        LastError = "InitComm >> " + FailureText(error);
         return false;
     }
 }
@@ -77,12 +79,11 @@ TScaleSession::TVersion TScaleSession::EnterProgramming() {
     std::int32_t errCode = 0;
     driver_->SetWeightMode(errCode);
     clock_.Sleep(kBeforeProgramming);
-    if (!driver_->SetPrgMode(errCode))
-        throw std::runtime_error(CommandError("[SetPrgMode]", errCode));
+    if (!driver_->SetPrgMode(errCode)) throw TFailure(CommandError("[SetPrgMode]", errCode));
     clock_.Sleep(kBeforeVersion);
     TVersion version;
     if (!driver_->GetVersion(errCode, version.maxPlu, version.mode, version.text))
-        throw std::runtime_error(CommandError("[GetVersion]", errCode));
+        throw TFailure(CommandError("[GetVersion]", errCode));
     return version;
 }
 

@@ -1,4 +1,5 @@
 #include "comm/SystemError.h"
+#include "text/Failure.h"
 
 #include <gtest/gtest.h>
 
@@ -36,6 +37,11 @@ TEST(SystemErrorTextTest, TheSameErrorOfTheSocketLibraryHasTheSameText) {
 TEST(FailureTextTest, ASystemErrorIsShownWithoutTheCallsName) {
     const std::error_code code(kNoSuchFile, std::system_category());
     EXPECT_EQ(FailureText(std::system_error(code, "open")), SystemErrorText(code));
+}
+
+TEST(FailureTextTest, AFailureKeepsItsZeroBytes) {
+    const std::string text("a\0b", 3);
+    EXPECT_EQ(FailureText(TFailure(text)), text);
 }
 
 TEST(FailureTextTest, AnyOtherExceptionSpeaksForItself) {

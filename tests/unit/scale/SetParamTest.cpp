@@ -39,6 +39,15 @@ TEST_F(SetParamTest, AFreeTextIsSentWithItsOwnLength) {
                                         0x46, 0x44, 0x45, 0x46, 0x6D, 0x03}}));
 }
 
+TEST_F(SetParamTest, ARefusedTextIsNamedWithItsZeroBytes) {
+    channel->script = {Answer(ReplyTo(kParam, {7}))};
+    EXPECT_FALSE(scale->SetParam(errCode, 3, 5, std::string_view("a\0b", 3), 0));
+    EXPECT_EQ(errCode, 7);
+    EXPECT_EQ(scale->LastError, std::string("Fail set parameter: Plu:3 ParN:5 ParT:\"a\0b\"\r\n"
+                                            "Scale return Error code: 7",
+                                            71));
+}
+
 TEST_F(SetParamTest, HighBytesSwitchToThePlainStateOnTheWire) {
     Sent(1, 5, "Ябълка"_cp1251);
     EXPECT_EQ(channel->sent,

@@ -13,6 +13,21 @@
 namespace tolvane::simulator {
 namespace {
 
+TEST(BestBeforeDays, AreTheBytesBehindTheFirstMostSignificantFirst) {
+    const auto days = [](TBytes bytes) {
+        TArticle article;
+        article.texts[4].bytes = std::move(bytes);
+        return article.BestBefore();
+    };
+    EXPECT_EQ(days({0x01, 0x00}), 0);
+    EXPECT_EQ(days({0x01, 0xFF}), 255);
+    EXPECT_EQ(days({0x01, 0x01, 0x00}), 256);
+    EXPECT_EQ(days({0x01, 0x01, 0x6D}), 365);
+    EXPECT_EQ(days({0x01}), std::nullopt);
+    EXPECT_EQ(days({0x01, 0x01, 0x02, 0x03, 0x04}), std::nullopt);
+    EXPECT_EQ(TArticle().BestBefore(), std::nullopt);
+}
+
 // Article 7: "Хляб" in PC-866, 12.34, weight field 0.250, 30 days, barcode 12345; article 9 was
 // deleted.
 TScaleState Sample() {

@@ -365,6 +365,26 @@ TEST_F(ProcessUploadTest, ARefusedTextIsNamedByItsNumberAndLabel) {
     }
 }
 
+// The bytes of 0 and 256 days hold a zero byte, and the failure names them whole.
+TEST_F(ProcessUploadTest, ARefusedBestBeforeIsNamedWithItsZeroByte) {
+    scale_->errorCode = [](const test::TRequest& request) -> std::uint8_t {
+        return request.command == 0x4C && request.data.at(3) == 4 ? 5 : 0;
+    };
+    const std::pair<std::string_view, std::string> days[] = {
+        {"0", std::string("\x01\x00", 2)}, {"256", std::string("\x01\x01\x00", 3)}};
+    for (const auto& [text, bytes] : days) {
+        std::string line = "12|22012|1|0|0|12.34|0|";
+        line += text;
+        line += "|Tomatoes|Pink|c1|c2|c3|L-7|0|0|101|";
+        EXPECT_FALSE(Upload(Rec(kScaleTypeEvl), {line}));
+        std::string expected = "Fail! Plu: 12 \"Tomatoes\" [SetParam:4][";
+        expected += "Годност"_cp1251;
+        expected += "] ErrCode: 5, Fail set parameter: Plu:12 ParN:4 ParT:\"";
+        expected += bytes + "\"\r\nScale return Error code: 5";
+        EXPECT_EQ(session_.LastError, expected) << text;
+    }
+}
+
 TEST_F(ProcessUploadTest, AStopDuringTheThirdArticleFailsThePassAtTheFourth) {
     const auto line = [](const std::string& number, std::string_view name) {
         return number + "|22012|1|0|0|1.00|0|0|" + std::string(name) + "|B|||||0|0|" + number + "|";
