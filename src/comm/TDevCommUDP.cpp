@@ -48,6 +48,7 @@ public:
     }
 
     void Send(const TCmdBuffer& data, const udp::endpoint& endpoint) {
+        socket_.non_blocking(false);
         if (socket_.send_to(asio::buffer(data), endpoint) != data.size())
             throw std::runtime_error("The datagram was not sent whole.");
     }
@@ -58,10 +59,12 @@ public:
 
     std::span<const std::uint8_t> Receive(TMilliseconds limit) override {
         if (!WaitReadable(Handle(), std::min(limit, kSlice))) return {};
+        // A datagram that is dropped after it was announced must not make this wait.
+        socket_.non_blocking(true);
         std::error_code error;
         udp::endpoint sender;
         const std::size_t count = socket_.receive_from(asio::buffer(received_), sender, 0, error);
-        if (IsOfAnEarlierDatagram(error)) return {};
+        if (IsOfAnEarlierDatagram(error) || error == asio::error::would_block) return {};
         if (error) throw std::system_error(error);
         return ReceivedDatagram(std::span(received_).first<kDatagramSize>(),
                                 std::min(count, kDatagramSize));
