@@ -31,6 +31,7 @@ step "clang-tidy, Linux" "$SCRIPTS/tidy.sh" native
 step "Unit tests" test_native unit
 step "Start a Firebird server" firebird_start
 step "Integration tests" test_native integration
+step "Run engine under ThreadSanitizer" test_threads
 if [ "$quick" = yes ]; then
     test_report
     exit 0

@@ -24,6 +24,15 @@ test_native() {
         ctest --test-dir "$BUILD/native" -L "^$1\$" --output-on-failure --no-tests=error -j "$JOBS"
 }
 
+# The run engine under ThreadSanitizer; only its program is built so. The sanitizer does not stand
+# addresses as random as some systems make them.
+test_threads() {
+    cmake --preset threads -B "$BUILD/threads"
+    cmake --build "$BUILD/threads" --target test_threads -- -j "$JOBS"
+    TSAN_OPTIONS=halt_on_error=1 GTEST_OUTPUT=json:$RESULTS/threads.json \
+        setarch -R "$BUILD/threads/tests/integration/threads/test_threads"
+}
+
 test_module_run() {
     module_test "$BUILD/windows" "$1" "$2" \
         "--gtest_output=json:$(wine_path "$RESULTS/module-$1-$2.json")"

@@ -1,0 +1,235 @@
+#include <gtest/gtest.h>
+
+#include <array>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <memory>
+#include <mutex>
+#include <random>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "simulator/VirtualScale.h"
+#include "tests/unit/upload/UploadFixture.h"
+#include "text/Cp1251.h"
+#include "upload/ScaleRun.h"
+
+namespace tolvane::test {
+namespace {
+
+constexpr int kRuns = 60;
+constexpr int kArticles = 8;
+constexpr std::size_t kScales = 3;
+
+// Real time, thirty times as fast: the pauses and time-outs of a run are real waits, but short.
+class TFastClock : public TClock {
+public:
+    TTimePoint Now() const override {
+        return start_ + (std::chrono::steady_clock::now() - start_) * kFaster;
+    }
+    void Sleep(TMilliseconds pause) override {
+        std::this_thread::sleep_for(std::chrono::microseconds(pause) / kFaster);
+    }
+
+private:
+    static constexpr int kFaster = 30;
+    const TTimePoint start_ = std::chrono::steady_clock::now();
+};
+
+// What a run has shown so far. The run's thread writes, the interface thread reads.
+class TSharedView : public TRunView {
+public:
+    struct TShown {
+        std::string log;  // a line feed after each entry
+        std::string connection;
+        std::string progress;
+        int changes = 0;
+        bool running = false;
+        bool choices = true;
+        bool error = false;
+    };
+
+    void ClearLog() override {
+        Change([](TShown& shown) { shown.log.clear(); });
+    }
+    void Log(std::string line) override {
+        Change([&](TShown& shown) { shown.log += ToUtf8(line) + "\n"; });
+    }
+    void SetConnection(std::string text) override {
+        Change([&](TShown& shown) { shown.connection = std::move(text); });
+    }
+    void SetProgress(std::string text) override {
+        Change([&](TShown& shown) { shown.progress = std::move(text); });
+    }
+    void SetRunning(bool running) override {
+        Change([&](TShown& shown) { shown.running = running; });
+    }
+    void SetChoicesEnabled(bool enabled) override {
+        Change([&](TShown& shown) { shown.choices = enabled; });
+    }
+    void ShowRunError(std::string) override {
+        Change([](TShown& shown) { shown.error = true; });
+    }
+    TShown Shown() const {
+        const std::lock_guard lock(mutex_);
+        return shown_;
+    }
+
+private:
+    template <class Body>
+    void Change(Body body) {
+        const std::lock_guard lock(mutex_);
+        body(shown_);
+        ++shown_.changes;
+    }
+
+    mutable std::mutex mutex_;
+    TShown shown_;
+};
+
+enum class TWork { Write, DeleteListed, DeleteEverything, Count };
+
+class RunThreads : public ::testing::Test {
+protected:
+    RunThreads() {
+        simulator::TScaleOptions options;
+        options.scale.capacity = kArticles;
+        options.keepsRequests = false;
+        for (auto& scale : scales_) {
+            scale = std::make_unique<simulator::TVirtualScale>(options);
+            scale->Start();
+            TRunItem item;
+            item.checked = true;
+            item.rec.ScaleNumb = static_cast<std::int32_t>(items_.size()) + 1;
+            item.rec.ScaleName = std::to_string(item.rec.ScaleNumb);
+            item.rec.TCPAddress = "127.0.0.1";
+            item.rec.TCPPort = scale->Port();
+            item.rec.CommType = kCommTcp;
+            item.rec.ScaleType = kScaleTypeEvl;
+            item.rec.Encoding = 2;
+            items_.push_back(item);
+        }
+        std::vector<TArticle> articles;
+        for (int number = 1; number <= kArticles; ++number) {
+            TArticle article;
+            article.number = article.scaleNumber = number;
+            article.name = "A";
+            article.labelName = "B";
+            articles.push_back(article);
+        }
+        const auto table = TableOf(articles);
+        articles_ = {table, table->Order()};
+    }
+
+    // From 0 to `limit` - 1; a distribution of the standard library would depend on the library.
+    unsigned Draw(unsigned limit) { return static_cast<unsigned>(random_() % limit); }
+    void DrawFaults();
+    void Work(TWork work, TSharedView& view, TRunStop& stop);
+    // What the user does meanwhile; true when he gave the whole run up.
+    bool Interfere(const TSharedView& view, TRunStop& stop);
+    void OneRun();
+
+    std::mt19937 random_{471};
+    TFastClock clock_;
+    std::array<std::unique_ptr<simulator::TVirtualScale>, kScales> scales_;
+    std::vector<TRunItem> items_;
+    TRunArticles articles_;
+    int stops_ = 0;
+    int abandoned_ = 0;
+    int looks_ = 0;
+};
+
+// One scale in three does something wrong.
+void RunThreads::DrawFaults() {
+    using simulator::TFaultKind;
+    constexpr std::array kKinds = {TFaultKind::Silent, TFaultKind::NoReply, TFaultKind::Split,
+                                   TFaultKind::Drop, TFaultKind::NoStx};
+    for (const auto& scale : scales_) {
+        simulator::TFaultScript script;
+        if (Draw(3) == 0) {
+            simulator::TFault fault;
+            fault.kind = kKinds.at(Draw(kKinds.size()));
+            fault.request = static_cast<int>(Draw(20)) + 1;
+            script.faults.push_back(fault);
+        }
+        scale->SetFaults(script);
+    }
+}
+
+void RunThreads::Work(TWork work, TSharedView& view, TRunStop& stop) {
+    TRegionalSettings regional;
+    regional.decimalSeparator = ',';
+    TRealScaleFactory factory(clock_);
+    TScaleRun run(factory, clock_, view, stop, regional);
+    if (work == TWork::DeleteEverything) {
+        run.RunDeleteEverything(items_);
+    } else {
+        run.RunListed(items_, articles_, {}, work == TWork::Write);
+    }
+}
+
+bool RunThreads::Interfere(const TSharedView& view, TRunStop& stop) {
+    const unsigned actions = Draw(6);
+    for (unsigned i = 0; i < actions; ++i) {
+        std::this_thread::sleep_for(std::chrono::microseconds(Draw(60000)));
+        switch (Draw(5)) {
+            case 0:
+                stop.Stop();
+                ++stops_;
+                break;
+            case 1:
+                stop.Abandon();
+                ++abandoned_;
+                return true;
+            default:
+                looks_ += view.Shown().changes > 0 ? 1 : 0;
+                looks_ += scales_.at(Draw(kScales))->State().requests.total > 0 ? 1 : 0;
+                break;
+        }
+    }
+    return false;
+}
+
+void RunThreads::OneRun() {
+    const auto work = static_cast<TWork>(Draw(static_cast<unsigned>(TWork::Count)));
+    DrawFaults();
+    TSharedView view;
+    TRunStop stop;
+    std::thread worker([&] { Work(work, view, stop); });
+    const bool abandoned = Interfere(view, stop);
+    worker.join();
+
+    const TSharedView::TShown shown = view.Shown();
+    EXPECT_FALSE(shown.error);
+    EXPECT_FALSE(shown.running);
+    EXPECT_TRUE(shown.choices);
+    EXPECT_EQ(shown.connection, "");
+    EXPECT_EQ(shown.progress, "");
+    const std::string end = "-----------------------------------------\n";
+    ASSERT_GE(shown.log.size(), end.size());
+    EXPECT_EQ(shown.log.substr(shown.log.size() - end.size()), end);
+    // Only a run that was given up leaves scales out.
+    const std::string last = "Старт на запис във везна: " + std::to_string(kScales) + "\n";
+    if (!abandoned) {
+        EXPECT_NE(shown.log.find(last), std::string::npos) << shown.log;
+    }
+}
+
+TEST_F(RunThreads, ARunIsStoppedGivenUpAndWatchedFromAnotherThreadAtRandomTimes) {
+    for (int i = 0; i < kRuns; ++i) {
+        SCOPED_TRACE("run " + std::to_string(i));
+        OneRun();
+    }
+    std::printf("%d runs: %d stops, %d given up, %d looks at what they had done\n", kRuns, stops_,
+                abandoned_, looks_);
+    EXPECT_GT(stops_, 0);
+    EXPECT_GT(abandoned_, 0);
+    EXPECT_GT(looks_, 0);
+}
+
+}  // namespace
+}  // namespace tolvane::test
