@@ -13,6 +13,12 @@ namespace {
 
 enum class TEnding { StopThenClose, Escape, CloseBox, OwnerGoes, Count };
 
+// About as long as a run over both scales takes.
+constexpr unsigned kLongestMs = 4500;
+
+// What the system starts of its own and keeps. A thread left by each run would be many more.
+constexpr int kSystemThreads = 4;
+
 int RunCount() {
     const char* count = std::getenv("TOLVANE_RANDOM_STOPS");
     return count == nullptr ? 20 : std::atoi(count);
@@ -49,7 +55,7 @@ void RunWindowRandom::ThenEnd(TEnding ending, DWORD delayMs, HWND owner) {
 
 void RunWindowRandom::OneRun() {
     const auto ending = static_cast<TEnding>(Draw(static_cast<unsigned>(TEnding::Count)));
-    const DWORD delay = Draw(3000);
+    const DWORD delay = Draw(kLongestMs);
     const int kind = static_cast<int>(Draw(4)) + 1;
     const bool everything = kind == 4 || Draw(3) == 0;
     ++endings_.at(static_cast<std::size_t>(ending));
@@ -73,15 +79,12 @@ void RunWindowRandom::OneRun() {
 
 TEST_F(RunWindowRandom, ARunMayBeEndedAtAnyTime) {
     simulator::TScaleOptions small;
-    small.scale.capacity = 20;
+    small.scale.capacity = 5;
+    small.scale.labelMode = 1;
     ReplaceScale(1, small);
     ReplaceScale(2, small);
-    SetArticles(ManyGoods(20));
+    SetArticles(ManyGoods(5));
     scales_[2].Checked = true;
-    // The first windows and connections of a program start threads of the system's own.
-    ThenStart("SaveBtn");
-    ThenClose();
-    Show(2);
     const int threads = ThreadCount();
     const int runs = RunCount();
     DWORD longest = 0;
@@ -91,7 +94,7 @@ TEST_F(RunWindowRandom, ARunMayBeEndedAtAnyTime) {
         OneRun();
         longest = std::max(longest, script_.LongestGap());
         ASSERT_TRUE(script_.IsDone());
-        ASSERT_EQ(ThreadCount(), threads);
+        ASSERT_LE(ThreadCount(), threads + kSystemThreads);
         ASSERT_TRUE(IsWindowEnabled(frame_) != 0);
         ASSERT_TRUE(scales_[1].Checked && scales_[2].Checked);
     }
