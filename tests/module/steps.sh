@@ -14,6 +14,8 @@ module_prepare() {
     mkdir -p "$program/Operations" "$MODULE_DATABASES"
     cp -f "$1/src/entry/Tolvane.dll" "$program/Operations/"
     firebird_database "$MODULE_DATABASES/shop.fdb" "$schema" "$MODULE_TESTS/shop.sql"
+    firebird_database "$MODULE_DATABASES/scales.fdb" "$schema" "$MODULE_TESTS/shop.sql" \
+        "$MODULE_TESTS/scales.sql"
     firebird_database "$MODULE_DATABASES/empty.fdb" "$MODULE_TESTS/empty.sql"
     firebird_database "$MODULE_DATABASES/bare.fdb" "$schema"
     firebird_database "$MODULE_DATABASES/broken.fdb" "$schema" "$MODULE_TESTS/broken.sql"
