@@ -59,4 +59,5 @@ step "Links over a COM port and a shop's network" test_links_run
 test_end_runtime
 step "Demo" ./demo.sh
 step "Articles of the demo, byte for byte" test_demo_articles
+step "Delete in the demo's scales, over each link" test_demo_deletes
 test_report

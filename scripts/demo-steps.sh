@@ -90,6 +90,7 @@ demo_start_scales() {
     while read -r name model mode capacity _ _ address link; do
         rm -f "$DEMO/$name".{ready,json,txt,port}
         read -ra options <<<"$(demo_link "$name" "$link")"
+        if [ -e "$DEMO/$name.before" ]; then options+=(--load "$DEMO/$name.before"); fi
         demo_beside "$name" "$link" setsid "$DEMO_SCALE" --model "$model" --label-mode "$mode" \
             --capacity "$capacity" --address "$address" "${options[@]}" \
             --save "$DEMO/$name.json" --save-on-weighing --ready-file "$DEMO/$name.ready" \

@@ -91,6 +91,14 @@ test_demo_articles() {
         "$BUILD/native/tests/demo/test_demo" --gtest_filter="$filter"
 }
 
+test_demo_deletes() {
+    local filter='*'
+    "$ROOT/tests/demo/deletes.sh"
+    [ -e "$BUILD/deletes/ets.all" ] || filter='-*ets*'
+    TOLVANE_DELETES_FOLDER=$BUILD/deletes GTEST_OUTPUT=json:$RESULTS/ \
+        "$BUILD/native/tests/demo/test_deletes" --gtest_filter="$filter"
+}
+
 # The sum of all programs' own counts; the plain last line is for whoever reads only that.
 test_report() {
     local counts tests failures

@@ -1,5 +1,7 @@
 #include "demo/driver/RemoteWindows.h"
 
+#include <commctrl.h>
+
 #include <array>
 #include <chrono>
 #include <thread>
@@ -103,6 +105,24 @@ bool IsPainted(HWND window) {
     if (VisitWindow(window, reinterpret_cast<LPARAM>(&unpainted)) != FALSE)
         EnumChildWindows(window, VisitWindow, reinterpret_cast<LPARAM>(&unpainted));
     return unpainted.found == nullptr;
+}
+
+bool MarkRow(HWND list, int row) {
+    LVITEMW item{};
+    item.state = LVIS_SELECTED;
+    item.stateMask = LVIS_SELECTED;
+    DWORD id = 0;
+    GetWindowThreadProcessId(list, &id);
+    const HANDLE process = OpenProcess(PROCESS_VM_OPERATION | PROCESS_VM_WRITE, FALSE, id);
+    if (process == nullptr) return false;
+    void* there = VirtualAllocEx(process, nullptr, sizeof item, MEM_COMMIT, PAGE_READWRITE);
+    const bool marked = there != nullptr &&
+                        WriteProcessMemory(process, there, &item, sizeof item, nullptr) != 0 &&
+                        SendMessageW(list, LVM_SETITEMSTATE, static_cast<WPARAM>(row),
+                                     reinterpret_cast<LPARAM>(there)) != 0;
+    if (there != nullptr) VirtualFreeEx(process, there, 0, MEM_RELEASE);
+    CloseHandle(process);
+    return marked;
 }
 
 bool WaitFor(int seconds, const std::function<bool()>& condition) {

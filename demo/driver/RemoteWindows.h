@@ -23,6 +23,8 @@ std::string Utf8(std::wstring_view text);
 std::string TextOf(HWND window);
 // Whether neither the window nor any of its visible descendants waits for painting.
 bool IsPainted(HWND window);
+// Marks a row of a list view, beside what is marked already; false when it cannot.
+bool MarkRow(HWND list, int row);
 // Asks until the condition holds; false when `seconds` have passed first.
 bool WaitFor(int seconds, const std::function<bool()>& condition);
 

@@ -1,6 +1,7 @@
 // Drives the windows of another program for scripts, one action per call:
 //
 //   window-driver rows NAME COUNT        waits until the list view NAME has COUNT rows or more
+//   window-driver mark NAME FROM TO      marks rows of the list view NAME, from 0
 //   window-driver window CLASS           waits until a window of the class is visible
 //   window-driver gone CLASS             waits until there is none
 //   window-driver enabled NAME           waits until the control is enabled
@@ -55,6 +56,15 @@ bool Rows(const TCall& call) {
         const HWND list = FindByComponentName(call.arguments.at(0));
         return list != nullptr && SendMessageW(list, LVM_GETITEMCOUNT, 0, 0) >= call.Number(1);
     });
+}
+
+bool Mark(const TCall& call) {
+    HWND list = nullptr;
+    if (!WaitForControl(call, list)) return false;
+    for (int row = call.Number(1); row <= call.Number(2); ++row) {
+        if (!MarkRow(list, row)) return false;
+    }
+    return true;
 }
 
 bool Window(const TCall& call) {
@@ -125,7 +135,7 @@ const std::map<std::string, TAction> kActions = {
     {"rows", {2, Rows}},         {"window", {1, Window}},   {"gone", {1, Gone}},
     {"enabled", {1, Enabled}},   {"command", {2, Command}}, {"click", {1, Click}},
     {"close", {1, Close}},       {"text", {1, Text}},       {"place", {5, Place}},
-    {"contains", {2, Contains}}, {"painted", {1, Painted}},
+    {"contains", {2, Contains}}, {"painted", {1, Painted}}, {"mark", {3, Mark}},
 };
 
 int Run(std::vector<std::string> words) {
