@@ -66,6 +66,12 @@ protected:
     void ThenAnswer(int button);
     void ThenClose();
 
+    // While a run works: its thread is counted among the program's. Once it has ended, there must
+    // be fewer. (A count from before the window would not do: the system starts threads of its
+    // own.)
+    void NoteThreads() { threadsInRun_ = ThreadCount(); }
+    void ExpectThreadGone() const { EXPECT_LT(ThreadCount(), threadsInRun_); }
+
     // Returns when the window has closed and all steps were taken.
     void Show(int runNumber);
     std::string Ini() const;
@@ -78,6 +84,7 @@ protected:
     TWindowScript script_;
     std::string log_;  // as ThenClose met it
     std::string box_;  // the text of the last box that ThenAnswer answered
+    int threadsInRun_ = 0;
 };
 
 }  // namespace tolvane::test

@@ -72,61 +72,73 @@ TEST_F(RunWindowLife, TheWindowRepaintsMovesAndAnswersWhileAScaleIsSilent) {
 }
 
 TEST_F(RunWindowLife, EscDuringARunEndsItAndThenClosesTheWindow) {
-    const int threads = ThreadCount();
     SetArticles(ManyGoods(200));
     ThenStart("SaveBtn");
-    script_.When([&] { return PriceWrites(1) > 0; }, [] { PressKey(VK_ESCAPE); });
+    script_.When([&] { return PriceWrites(1) > 0; },
+                 [this] {
+                     NoteThreads();
+                     PressKey(VK_ESCAPE);
+                 });
     Show(2);
     EXPECT_EQ(Form(), nullptr);
-    EXPECT_EQ(ThreadCount(), threads);
+    ExpectThreadGone();
     EXPECT_TRUE(IsWindowEnabled(frame_) != 0);
     EXPECT_TRUE(scales_[1].Checked);
     EXPECT_LT(PriceWrites(1), 200);
 }
 
 TEST_F(RunWindowLife, TheCloseBoxDuringARunEndsItAndThenClosesTheWindow) {
-    const int threads = ThreadCount();
     SetArticles(ManyGoods(200));
     scales_[2].Checked = true;
     ThenStart("SaveBtn");
     // An impatient user clicks twice.
     script_.When([&] { return PriceWrites(1) > 0; },
-                 [] {
+                 [this] {
+                     NoteThreads();
                      for (int i = 0; i < 2; ++i)
                          PostMessageW(Form(), WM_SYSCOMMAND, SC_CLOSE, 0);
                  });
     Show(2);
     EXPECT_EQ(Form(), nullptr);
-    EXPECT_EQ(ThreadCount(), threads);
+    ExpectThreadGone();
     EXPECT_LT(PriceWrites(1), 200);
     EXPECT_TRUE(Scale(2).Requests().empty());
     EXPECT_TRUE(scales_[2].Checked);
 }
 
 TEST_F(RunWindowLife, TheListWindowMayGoDuringARun) {
-    const int threads = ThreadCount();
     ThenStart("SaveBtn");
-    script_.When([] { return IsRunning(); }, [this] { DestroyWindow(owner_); });
+    script_.When([] { return IsRunning(); },
+                 [this] {
+                     NoteThreads();
+                     DestroyWindow(owner_);
+                 });
     Show(2);
     EXPECT_EQ(Form(), nullptr);
-    EXPECT_EQ(ThreadCount(), threads);
+    ExpectThreadGone();
     EXPECT_TRUE(IsWindowEnabled(frame_) != 0);
 }
 
 TEST_F(RunWindowLife, TheMainWindowMayGoDuringARun) {
-    const int threads = ThreadCount();
     ThenStart("SaveBtn");
-    script_.When([] { return IsRunning(); }, [this] { DestroyWindow(frame_); });
+    script_.When([] { return IsRunning(); },
+                 [this] {
+                     NoteThreads();
+                     DestroyWindow(frame_);
+                 });
     Show(2);
-    EXPECT_EQ(ThreadCount(), threads);
+    ExpectThreadGone();
 }
 
 TEST_F(RunWindowLife, TheProgramMayEndDuringARun) {
-    const int threads = ThreadCount();
     ThenStart("SaveBtn");
-    script_.When([] { return IsRunning(); }, [] { PostQuitMessage(5); });
+    script_.When([] { return IsRunning(); },
+                 [this] {
+                     NoteThreads();
+                     PostQuitMessage(5);
+                 });
     Show(2);
-    EXPECT_EQ(ThreadCount(), threads);
+    ExpectThreadGone();
     MSG message{};
     EXPECT_NE(PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE), 0);
     EXPECT_EQ(message.wParam, 5U);

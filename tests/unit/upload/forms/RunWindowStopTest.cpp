@@ -90,6 +90,7 @@ protected:
         if (IsDelete()) ThenAnswer(IDYES);
         script_.When([this] { return IsInPhase(); },
                      [this, action] {
+                         NoteThreads();
                          action();
                          // What is under way may still come to its scale.
                          mostWrites_ = PriceWrites(1) + 1;
@@ -141,7 +142,6 @@ INSTANTIATE_TEST_SUITE_P(Delete, RunWindowStop,
 class RunWindowClose : public TRunWindowPhase {};
 
 TEST_P(RunWindowClose, EndsTheRunAndThenTheWindow) {
-    const int threads = ThreadCount();
     bool waited = false;
     ThenStartAndWaitForThePhase([&waited] {
         SendMessageW(Form(), WM_CLOSE, 0, 0);
@@ -150,7 +150,7 @@ TEST_P(RunWindowClose, EndsTheRunAndThenTheWindow) {
     Show(2);
     EXPECT_TRUE(waited);
     EXPECT_EQ(Form(), nullptr);
-    EXPECT_EQ(ThreadCount(), threads);
+    ExpectThreadGone();
     EXPECT_TRUE(IsWindowEnabled(frame_) != 0);
     EXPECT_TRUE(scales_[1].Checked);
     EXPECT_TRUE(scales_[2].Checked);
