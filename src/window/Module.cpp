@@ -64,7 +64,7 @@ TModuleHold::~TModuleHold() {
     const HANDLE thread = CreateThread(nullptr, kHelperStack, ReleaseModule, release.get(),
                                        STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr);
     if (thread == nullptr) return;
-    release.release();
+    static_cast<void>(release.release());
     CloseHandle(thread);
 }
 
