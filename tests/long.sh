@@ -1,0 +1,48 @@
+#!/usr/bin/env bash
+# The full counts of what test.sh runs shortened; for a release, behind a test.sh that has passed in
+# the same build folder. Takes about half an hour.
+#
+#   1,000 kills of a save      1,000 cycles of opening and closing the list window
+#   200 runs stopped or closed at random times      100,000 exchanges over each wire with faults
+
+source "$(dirname "${BASH_SOURCE[0]}")/../scripts/lib.sh"
+source "$SCRIPTS/wine.sh"
+source "$SCRIPTS/fbclient.sh"
+source "$SCRIPTS/firebird.sh"
+source "$SCRIPTS/test-steps.sh"
+cd "$ROOT"
+
+# A filter that matches nothing would pass as well.
+long_some() {
+    "$@" | tee "$BUILD/long.out"
+    ! grep -q ' 0 tests ran' "$BUILD/long.out" && ! grep -q 'Running 0 tests' "$BUILD/long.out"
+}
+
+long_kills() {
+    TOLVANE_KILLS=1000 long_some "$BUILD/native/tests/unit/config/test_config" --gtest_filter='WriteIniFile.*Killed'
+}
+
+long_soak() {
+    TOLVANE_SOAK_EXCHANGES=100000 long_some "$BUILD/native/tests/integration/comm/test_comm_soak"
+}
+
+long_cycles() {
+    module_prepare "$BUILD/windows"
+    TOLVANE_CYCLES=1000 long_some module_test "$BUILD/windows" 1251 comma --gtest_filter='Cycles.*'
+}
+
+long_stops() {
+    wine_session
+    TOLVANE_RANDOM_STOPS=200 long_some wine_command wine \
+        "$BUILD/windows/tests/unit/upload/test_upload_stops.exe" --gtest_filter='*Random*'
+}
+
+trap test_end EXIT
+trap 'exit 130' INT TERM
+
+step "Kills of a save" long_kills
+step "Soak of every wire" long_soak
+step "Start a Firebird server" firebird_start
+step "Start a display" display_start
+step "Runs stopped at random times" long_stops
+step "Cycles of the list window" long_cycles
