@@ -243,6 +243,7 @@ TEST_F(ListWindowTest, MarksFollowTheirRowsThroughSorting) {
     Grid().ClickRow(5, 3);
     Grid().ClickRow(0, 3, true);
     EXPECT_EQ(Grid().SelectedRows(), (std::vector<int>{0, 5}));
+    SaveScreenshot(session_.host.Frame(), "list-marked");
     Grid().ClickTitle(Column("Име"));
     EXPECT_EQ(Grid().SelectedRows(), (std::vector<int>{4, 5}));
     EXPECT_EQ(Grid().Cell(4, 0), "15");
@@ -264,6 +265,7 @@ TEST_F(ListWindowTest, PromotionRowHasTheCreamColourUntilItIsMarked) {
                                blend(GetBValue(window), 240));
     EXPECT_EQ(colour(4), cream);
     EXPECT_EQ(colour(1), window);
+    SaveScreenshot(session_.host.Frame(), "list-promotion");
     Grid().ClickRow(4, 3);
     EXPECT_EQ(colour(4), GetSysColor(COLOR_HIGHLIGHT));
 }

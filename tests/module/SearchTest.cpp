@@ -121,6 +121,7 @@ TEST_F(SearchTest, ButtonOpensTheDialogToo) {
     EXPECT_EQ(dialog.shown, 1);
     EXPECT_EQ(CurrentArticle(), "14");
     EXPECT_EQ(GetFocus(), session_.Control("aDBGrid"));
+    SaveScreenshot(session_.host.Frame(), "list-searched");
 }
 
 TEST_F(SearchTest, FindsWithoutRegardToCase) {

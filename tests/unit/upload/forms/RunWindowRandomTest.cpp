@@ -18,7 +18,7 @@ constexpr unsigned kLongestMs = 4500;
 
 int RunCount() {
     const char* count = std::getenv("TOLVANE_RANDOM_STOPS");
-    return count == nullptr ? 20 : std::atoi(count);
+    return count == nullptr ? 8 : std::atoi(count);
 }
 
 class RunWindowRandom : public TRunWindowTest {
