@@ -110,8 +110,12 @@ LRESULT TForm::HandleMessage(const TMessage& message) {
     switch (message.id) {
         case WM_COMMAND:
             return HandleCommand(message);
-        case WM_NOTIFY:
-            return OnNotify(*reinterpret_cast<NMHDR*>(message.lParam));
+        case WM_NOTIFY: {
+            auto& header = *reinterpret_cast<NMHDR*>(message.lParam);
+            // An MDI child is not told that its frame goes to the back.
+            if (header.code == NM_KILLFOCUS) lastFocus_ = header.hwndFrom;
+            return OnNotify(header);
+        }
         case WM_DRAWITEM:
             DrawFlatButton(*reinterpret_cast<const DRAWITEMSTRUCT*>(message.lParam), dpi_);
             return TRUE;

@@ -42,6 +42,7 @@ private:
 int TForm::ShowModal() {
     const TKeep keep(*this);
     const HWND owner = GetWindow(Handle(), GW_OWNER);
+    const HWND focusBefore = GetFocus();
     modal_ = true;
     modalResult_ = 0;
     TDisabledWindows disabled(Handle());
@@ -54,6 +55,9 @@ int TForm::ShowModal() {
     disabled.Enable();
     if (Handle() != nullptr) ShowWindow(Handle(), SW_HIDE);
     if (owner != nullptr && IsWindow(owner) != 0) SetActiveWindow(owner);
+    // The owner would give it to the first control of its active child.
+    if (IsWindowVisible(focusBefore) != 0 && IsWindowEnabled(focusBefore) != 0)
+        SetFocus(focusBefore);
     return modalResult_ != 0 ? modalResult_ : IDCANCEL;
 }
 

@@ -7,6 +7,7 @@
 
 #include "tests/module/BoxAnswerer.h"
 #include "tests/module/Session.h"
+#include "tests/module/settings/DialogScript.h"
 
 namespace tolvane::test {
 namespace {
@@ -81,6 +82,44 @@ TEST_F(KeysTest, KeysStayWithAnOpenMenu) {
     session_.Click("SaveButton");
     EXPECT_TRUE(actor.HasActed());
     EXPECT_NE(session_.List(), nullptr);
+}
+
+TEST_F(KeysTest, TheGridHasTheKeysAgainAfterTheSearchBoxAndItsMessage) {
+    const HWND grid = session_.Control("aDBGrid");
+    ASSERT_EQ(GetFocus(), grid);
+    {
+        const TWindowActor cancels(L"TInputBoxForm", [](HWND) {
+            ReleaseKeys();
+            PostKey(VK_ESCAPE);
+        });
+        PressKey(grid, 'F', true);
+    }
+    EXPECT_EQ(GetFocus(), grid);
+    {
+        const TBoxAnswerer boxes;
+        const TWindowActor searches(L"TInputBoxForm", [](HWND dialog) {
+            ReleaseKeys();
+            SetWindowTextW(ControlOf(dialog, "ValueEdit"), L"няма такъв");
+            PostKey(VK_RETURN);
+        });
+        PressKey(grid, 'F', true);
+        EXPECT_EQ(boxes.Seen().size(), 1U);
+    }
+    EXPECT_EQ(GetFocus(), grid);
+}
+
+TEST_F(KeysTest, TheGridHasTheKeysAgainWhenTheHostComesBackToTheFront) {
+    const HWND grid = session_.Control("aDBGrid");
+    ASSERT_EQ(GetFocus(), grid);
+    const HWND other = CreateWindowW(L"Static", L"other", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0,
+                                     100, 100, nullptr, nullptr, nullptr, nullptr);
+    SetActiveWindow(other);
+    RunLoopDry();
+    EXPECT_NE(GetFocus(), grid);
+    SetActiveWindow(session_.host.Frame());
+    RunLoopDry();
+    EXPECT_EQ(GetFocus(), grid);
+    DestroyWindow(other);
 }
 
 TEST_F(KeysTest, DownKeyMovesInTheGrid) {

@@ -196,6 +196,7 @@ TEST_F(ListWindowTest, PromotionWithoutTodaysDayIsNotActive) {
 }
 
 TEST_F(ListWindowTest, NumbersStandAtTheRight) {
+    EXPECT_EQ(Grid().ColumnFormat(0) & HDF_JUSTIFYMASK, HDF_RIGHT);
     EXPECT_EQ(Grid().ColumnFormat(Column("Прод.цена")) & HDF_JUSTIFYMASK, HDF_RIGHT);
     EXPECT_EQ(Grid().ColumnFormat(Column("Име")) & HDF_JUSTIFYMASK, HDF_LEFT);
 }

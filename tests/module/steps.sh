@@ -24,7 +24,7 @@ module_prepare() {
 }
 
 module_test() {
-    local program=$1/tests/module codepage=$2 separator=$3
+    local program=$1/tests/module codepage=$2 separator=$3 status=0
     shift 3
     wine_regional "$codepage" "$separator"
     mkdir -p "$MODULE_SHOTS"
@@ -32,8 +32,9 @@ module_test() {
     wine_session
     TOLVANE_FB_SERVER=127.0.0.1/$(firebird_port) TOLVANE_FB_PASSWORD=$FIREBIRD_PASSWORD \
         TOLVANE_FB_FOLDER=$MODULE_DATABASES TOLVANE_SCREENSHOTS=$MODULE_SHOTS \
-        wine_command timeout 600 wine "$program/test_module.exe" "$@"
+        wine_command timeout 600 wine "$program/test_module.exe" "$@" || status=$?
     module_pictures
+    return "$status"
 }
 
 # The bitmaps that the tests have left become pictures.

@@ -248,7 +248,10 @@ void TArticleGrid::SetSortMark(std::optional<std::size_t> column, bool ascending
         HDITEMW item{};
         item.mask = HDI_FORMAT;
         SendMessageW(Header(), HDM_GETITEMW, view, reinterpret_cast<LPARAM>(&item));
-        item.fmt &= ~(HDF_SORTUP | HDF_SORTDOWN | HDF_IMAGE | HDF_BITMAP_ON_RIGHT);
+        item.fmt &=
+            ~(HDF_SORTUP | HDF_SORTDOWN | HDF_IMAGE | HDF_BITMAP_ON_RIGHT | HDF_JUSTIFYMASK);
+        // A list view keeps its first title at the left, whatever was asked for.
+        item.fmt |= columns_[shown_[view]].right ? HDF_RIGHT : HDF_LEFT;
         if (column == shown_[view]) {
             item.fmt |= ascending ? HDF_SORTUP : HDF_SORTDOWN;
             if (sortImages_) {
