@@ -22,6 +22,21 @@ TOwnedFont MakeFont(TDpi dpi, bool bold, int pixelHeight) {
     return TOwnedFont(CreateFontIndirectW(&font));
 }
 
+TOwnedFont MakeListFont(TDpi dpi) {
+    LOGFONTW font{};
+    if (SystemParametersInfoW(SPI_GETICONTITLELOGFONT, sizeof font, &font, 0) == 0)
+        return MakeFont(dpi);
+    return TOwnedFont(CreateFontIndirectW(&font));
+}
+
+int TextHeight(HFONT font) {
+    const TWindowDc screen(nullptr);
+    const TSelected selected(screen.Get(), font);
+    TEXTMETRICW metrics{};
+    GetTextMetricsW(screen.Get(), &metrics);
+    return metrics.tmHeight;
+}
+
 int TextWidth(HDC dc, HFONT font, const wchar_t* text, int length) {
     const TSelected selected(dc, font);
     SIZE size{};

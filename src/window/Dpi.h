@@ -31,6 +31,10 @@ struct TPlace {
 
 // The module's font: Tahoma of 8 points, or of another pixel height at 96 dots per inch.
 TOwnedFont MakeFont(TDpi dpi, bool bold = false, int pixelHeight = 0);
+// The font that the user has chosen for lists in the system; the module's own where there is none.
+TOwnedFont MakeListFont(TDpi dpi);
+// Height in pixels of a line of text in the font.
+int TextHeight(HFONT font);
 // Width in pixels of a text drawn in the font.
 int TextWidth(HDC dc, HFONT font, const wchar_t* text, int length);
 

@@ -5,6 +5,7 @@
 
 #include "text/Cp1251.h"
 #include "window/FlatButton.h"
+#include "window/Placement.h"
 #include "window/VisualStyle.h"
 #include "window/WideText.h"
 
@@ -35,10 +36,15 @@ void TForm::MakePopup(const TFormOptions& options, HWND owner) {
     minHeight_ = options.minHeight;
     const int width = size.right - size.left;
     const int height = size.bottom - size.top;
-    const int x = (around.left + around.right - width) / 2;
-    const int y = (around.top + around.bottom - height) / 2;
+    const RECT area = WorkArea(around);
+    const auto centred = [](LONG low, LONG high, int length, LONG areaLow, LONG areaHigh) {
+        const LONG start = (low + high - length) / 2;
+        return static_cast<int>(std::max(areaLow, std::min(start, areaHigh - length)));
+    };
+    const int x = centred(around.left, around.right, width, area.left, area.right);
+    const int y = centred(around.top, around.bottom, height, area.top, area.bottom);
     MakeWindow({options.className, options.name, options.caption, options.style, options.exStyle,
-                root, std::max(x, 0), std::max(y, 0), width, height});
+                root, x, y, width, height});
     queue_.Attach(Handle(), kRunQueueMessage);
 }
 

@@ -42,4 +42,12 @@ void MoveToPlacement(HWND window, const RECT& outer) {
                  outer.bottom - outer.top, SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
+RECT WorkArea(const RECT& around) {
+    MONITORINFO info{};
+    info.cbSize = sizeof info;
+    if (GetMonitorInfoW(MonitorFromRect(&around, MONITOR_DEFAULTTONEAREST), &info) == 0)
+        SystemParametersInfoW(SPI_GETWORKAREA, 0, &info.rcWork, 0);
+    return info.rcWork;
+}
+
 }  // namespace tolvane

@@ -16,4 +16,7 @@ TPlacement PlacementOf(HWND window);
 // the screen may be another one now.
 void MoveToPlacement(HWND window, const RECT& outer);
 
+// What programs may use of the screen that shows most of a rectangle, or is next to it.
+RECT WorkArea(const RECT& around);
+
 }  // namespace tolvane

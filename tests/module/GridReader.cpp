@@ -115,10 +115,32 @@ std::vector<int> TGridReader::SelectedRows() const {
     return rows;
 }
 
-POINT TGridReader::TitlePoint(int column) const {
+int TGridReader::TextWidth(const std::wstring& text) const {
+    const HDC dc = GetDC(grid_);
+    const HGDIOBJ before =
+        SelectObject(dc, reinterpret_cast<HFONT>(SendMessageW(grid_, WM_GETFONT, 0, 0)));
+    SIZE size{};
+    GetTextExtentPoint32W(dc, text.c_str(), static_cast<int>(text.size()), &size);
+    SelectObject(dc, before);
+    ReleaseDC(grid_, dc);
+    return size.cx;
+}
+
+RECT TGridReader::TitleRect(int column) const {
     RECT rect{};
     SendMessageW(Header(), HDM_GETITEMRECT, static_cast<WPARAM>(column),
                  reinterpret_cast<LPARAM>(&rect));
+    return rect;
+}
+
+RECT TGridReader::RowRect(int row) const {
+    RECT rect{LVIR_BOUNDS, 0, 0, 0};
+    SendMessageW(grid_, LVM_GETITEMRECT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&rect));
+    return rect;
+}
+
+POINT TGridReader::TitlePoint(int column) const {
+    const RECT rect = TitleRect(column);
     POINT at{(rect.left + rect.right) / 2, (rect.top + rect.bottom) / 2};
     // A title out of view is brought into it first.
     POINT inList = at;
@@ -143,6 +165,16 @@ void TGridReader::DoubleClickTitle(int column) const {
     SendMessageW(Header(), WM_LBUTTONUP, 0, at);
     SendMessageW(Header(), WM_LBUTTONDBLCLK, MK_LBUTTON, at);
     SendMessageW(Header(), WM_LBUTTONUP, 0, at);
+    RunLoopDry();
+}
+
+void TGridReader::DragTitleEdge(int column, int by) const {
+    const RECT rect = TitleRect(column);
+    const POINT from{rect.right - 1, (rect.top + rect.bottom) / 2};
+    const LPARAM to = PointParam({from.x + by, from.y});
+    SendMessageW(Header(), WM_LBUTTONDOWN, MK_LBUTTON, PointParam(from));
+    SendMessageW(Header(), WM_MOUSEMOVE, MK_LBUTTON, to);
+    SendMessageW(Header(), WM_LBUTTONUP, 0, to);
     RunLoopDry();
 }
 

@@ -19,13 +19,17 @@ public:
     std::vector<std::string> Column(int column) const;
     int ColumnByTitle(const std::string& title) const;  // -1 when there is none
     int ColumnWidth(int column) const;
-    int ColumnFormat(int column) const;  // HDF_... of the title
+    int ColumnFormat(int column) const;             // HDF_... of the title
+    int TextWidth(const std::wstring& text) const;  // pixels, in the grid's font
+    RECT TitleRect(int column) const;               // in the header
+    RECT RowRect(int row) const;
     int FocusedRow() const;
     std::vector<int> SelectedRows() const;
 
     // As the user does it.
     void ClickTitle(int column) const;
     void DoubleClickTitle(int column) const;
+    void DragTitleEdge(int column, int by) const;  // the right one, by so many pixels
     void ClickRow(int row, int column, bool control = false, bool shift = false) const;
 
 private:

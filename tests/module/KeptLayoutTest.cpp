@@ -168,4 +168,16 @@ TEST(GridStyle, LinesAreDrawnAsTheHostsSettingsSay) {
     EXPECT_EQ(lines("[PLU_LIST_STYLE]\r\nGRID_V_Line=0\r\n"), std::pair(window, line));
 }
 
+TEST(GridStyle, SwitchingTheIndicatorOffLeavesTheLines) {
+    TSession session;
+    TConfiguration::WriteHostSettings("[PLU_LIST_STYLE]\r\nGRID_Nav=0\r\n");
+    session.Start();
+    UpdateWindow(session.Grid().Handle());
+    RECT cell{LVIR_BOUNDS, 1, 0, 0};
+    SendMessageW(session.Grid().Handle(), LVM_GETSUBITEMRECT, 1, reinterpret_cast<LPARAM>(&cell));
+    const COLORREF line = GetSysColor(COLOR_BTNFACE);
+    EXPECT_EQ(PixelAt(session.Grid().Handle(), {cell.right - 1, cell.top + 3}), line);
+    EXPECT_EQ(PixelAt(session.Grid().Handle(), {cell.right - 4, cell.bottom - 1}), line);
+}
+
 }  // namespace tolvane::test

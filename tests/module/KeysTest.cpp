@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <commctrl.h>
+
 #include <string>
 #include <vector>
 
@@ -125,6 +127,36 @@ TEST_F(KeysTest, TheGridHasTheKeysAgainWhenTheHostComesBackToTheFront) {
 TEST_F(KeysTest, DownKeyMovesInTheGrid) {
     PressKey(session_.Control("aDBGrid"), VK_DOWN);
     EXPECT_EQ(session_.Grid().FocusedRow(), 1);
+}
+
+TEST_F(KeysTest, F5ClearsTheSort) {
+    session_.Grid().ClickTitle(3);
+    session_.Grid().ClickTitle(3);
+    EXPECT_EQ(session_.Grid().Cell(0, 0), "11");
+    EXPECT_EQ(session_.Grid().Cell(1, 0), "15");
+    PressKey(session_.Control("aDBGrid"), VK_F5);
+    EXPECT_EQ(session_.Grid().Cell(1, 0), "12");
+    EXPECT_EQ(session_.Grid().ColumnFormat(0) & (HDF_SORTUP | HDF_SORTDOWN), HDF_SORTUP);
+}
+
+TEST_F(KeysTest, CtrlEnterSortsByTheCurrentColumn) {
+    const HWND grid = session_.Control("aDBGrid");
+    for (int i = 0; i < 3; ++i)
+        PressKey(grid, VK_RIGHT);
+    PressKey(grid, VK_RETURN, true);
+    EXPECT_EQ(session_.Grid().Cell(0, 3), "Кашкавал");
+    PressKey(grid, VK_RETURN, true);
+    EXPECT_EQ(session_.Grid().Cell(5, 3), "Кашкавал");
+    EXPECT_EQ(GetFocus(), grid);
+}
+
+TEST_F(KeysTest, EscapeOnAButtonClosesTheWindowAsTheCloseButtonDoes) {
+    for (const char* name : {"RefreshBtn", "PrintBtn"}) {
+        session_.Start();
+        SetFocus(session_.Control(name));
+        PressKey(GetFocus(), VK_ESCAPE);
+        EXPECT_EQ(session_.List(), nullptr) << name;
+    }
 }
 
 }  // namespace tolvane::test

@@ -273,17 +273,8 @@ TEST_F(ListWindowTest, PromotionRowHasTheCreamColourUntilItIsMarked) {
 
 TEST_F(ListWindowTest, TitleDoubleClickFitsTheColumnToItsWidestText) {
     const int group = Column("Група");
-    const HDC dc = GetDC(Grid().Handle());
-    const auto font = reinterpret_cast<HFONT>(SendMessageW(Grid().Handle(), WM_GETFONT, 0, 0));
-    const HGDIOBJ before = SelectObject(dc, font);
-    int widest = 0;
-    for (const wchar_t* text : {L"Група", L"Плодове", L"Сирена"}) {
-        SIZE size{};
-        GetTextExtentPoint32W(dc, text, static_cast<int>(wcslen(text)), &size);
-        widest = std::max(widest, static_cast<int>(size.cx));
-    }
-    SelectObject(dc, before);
-    ReleaseDC(Grid().Handle(), dc);
+    const int widest = std::max(
+        {Grid().TextWidth(L"Група"), Grid().TextWidth(L"Плодове"), Grid().TextWidth(L"Сирена")});
     Grid().DoubleClickTitle(group);
     EXPECT_EQ(Grid().ColumnWidth(group), widest + 8);
 }
@@ -346,6 +337,20 @@ TEST_F(ListWindowTest, CloseButtonClosesTheWindow) {
     session_.Click("btnCloseBtn");
     EXPECT_EQ(session_.List(), nullptr);
     EXPECT_EQ(session_.Completions(), 1);
+}
+
+TEST(ListWindowWithoutArticles, ClosingEndsTheTransactionThatTheLoadLeftOpen) {
+    TSession session("bare.fdb");
+    // The one that asks is among them.
+    const auto transactions = [&] {
+        return session.connection.Number(
+            "select count(*) from MON$TRANSACTIONS where MON$ATTACHMENT_ID = CURRENT_CONNECTION");
+    };
+    session.Start();
+    EXPECT_EQ(session.Grid().RowCount(), 0);
+    EXPECT_EQ(transactions(), 2);
+    session.CloseList();
+    EXPECT_EQ(transactions(), 1);
 }
 
 TEST_F(ListWindowTest, LostConnectionIsToldOnRefresh) {

@@ -6,94 +6,24 @@
 #include <numeric>
 #include <vector>
 
-#include "articles/forms/ArticleGrid.h"
+#include "tests/module/BareGrid.h"
 #include "tests/module/GridReader.h"
-#include "tests/module/HostFrame.h"
-#include "window/VisualStyle.h"
 
 namespace tolvane::test {
 namespace {
-
-constexpr const wchar_t* kParentClass = L"TestGridParent";
-
-// The grid on a real list view over rows that are just numbers.
-class TMarksGrid {
-public:
-    explicit TMarksGrid(std::size_t rows) : order_(rows), grid_(TDpi(96), Source()) {
-        std::iota(order_.begin(), order_.end(), 0U);
-        WNDCLASSW definition{};
-        definition.lpfnWndProc = &Procedure;
-        definition.hInstance = GetModuleHandleW(nullptr);
-        definition.lpszClassName = kParentClass;
-        RegisterClassW(&definition);
-        parent_ = CreateWindowW(kParentClass, L"Marks", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 400,
-                                400, nullptr, nullptr, GetModuleHandleW(nullptr), this);
-        InitCommonControlClasses();
-        list_ = CreateWindowW(WC_LISTVIEWW, L"", WS_CHILD | WS_VISIBLE | kGridListStyle, 0, 0, 380,
-                              360, parent_, nullptr, GetModuleHandleW(nullptr), nullptr);
-        grid_.Attach(list_);
-        grid_.SetColumns({{0, L"Number", 100, true, true}, {1, L"Other", 100, false, true}});
-        grid_.RowsReplaced();
-        SetFocus(list_);
-        RunLoopDry();
-    }
-    TMarksGrid(const TMarksGrid&) = delete;
-    TMarksGrid& operator=(const TMarksGrid&) = delete;
-    ~TMarksGrid() { DestroyWindow(parent_); }
-
-    void Reverse() {
-        std::reverse(order_.begin(), order_.end());
-        grid_.RowsReordered();
-    }
-    TGridReader Reader() const { return TGridReader(list_); }
-    TArticleGrid& Grid() { return grid_; }
-    HWND List() const { return list_; }
-
-private:
-    TGridSource Source() {
-        TGridSource source;
-        source.rowCount = [this] { return order_.size(); };
-        source.rowAt = [this](std::size_t place) { return order_[place]; };
-        source.placeOf = [this](TRowId row) {
-            return static_cast<std::size_t>(std::find(order_.begin(), order_.end(), row) -
-                                            order_.begin());
-        };
-        source.text = [](TRowId row, std::size_t) { return std::to_string(row); };
-        source.promoted = [](TRowId) { return false; };
-        source.promotionColour = [] { return GetSysColor(COLOR_WINDOW); };
-        source.titleClicked = [](std::size_t) {};
-        source.columnEntered = [](std::size_t) {};
-        return source;
-    }
-    static LRESULT CALLBACK Procedure(HWND window, UINT id, WPARAM wParam, LPARAM lParam) {
-        if (id == WM_NCCREATE)
-            SetWindowLongPtrW(window, GWLP_USERDATA,
-                              reinterpret_cast<LONG_PTR>(
-                                  reinterpret_cast<CREATESTRUCTW*>(lParam)->lpCreateParams));
-        auto* self = reinterpret_cast<TMarksGrid*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-        if (self != nullptr && id == WM_NOTIFY)
-            return self->grid_.HandleNotify(*reinterpret_cast<NMHDR*>(lParam)).value_or(0);
-        return DefWindowProcW(window, id, wParam, lParam);
-    }
-
-    std::vector<TRowId> order_;
-    TArticleGrid grid_;
-    HWND parent_ = nullptr;
-    HWND list_ = nullptr;
-};
 
 using TRows = std::vector<TRowId>;
 
 }  // namespace
 
 TEST(Marks, ThereAreNoneAfterALoad) {
-    TMarksGrid marks(10);
+    TBareGrid marks(10);
     EXPECT_EQ(marks.Grid().MarkedRows(), TRows());
     EXPECT_EQ(marks.Grid().CurrentRow(), 0U);
 }
 
 TEST(Marks, StandInTheOrderOfMarking) {
-    TMarksGrid marks(10);
+    TBareGrid marks(10);
     marks.Reader().ClickRow(7, 0);
     marks.Reader().ClickRow(2, 0, true);
     marks.Reader().ClickRow(5, 0, true);
@@ -101,7 +31,7 @@ TEST(Marks, StandInTheOrderOfMarking) {
 }
 
 TEST(Marks, KeepTheirOrderThroughSorting) {
-    TMarksGrid marks(10);
+    TBareGrid marks(10);
     marks.Reader().ClickRow(7, 0);
     marks.Reader().ClickRow(2, 0, true);
     marks.Reverse();
@@ -112,7 +42,7 @@ TEST(Marks, KeepTheirOrderThroughSorting) {
 }
 
 TEST(Marks, PlainClickForgetsTheOthers) {
-    TMarksGrid marks(10);
+    TBareGrid marks(10);
     marks.Reader().ClickRow(7, 0);
     marks.Reader().ClickRow(2, 0, true);
     marks.Reader().ClickRow(4, 0);
@@ -120,7 +50,7 @@ TEST(Marks, PlainClickForgetsTheOthers) {
 }
 
 TEST(Marks, SecondCtrlClickTakesTheMarkBack) {
-    TMarksGrid marks(10);
+    TBareGrid marks(10);
     marks.Reader().ClickRow(7, 0);
     marks.Reader().ClickRow(2, 0, true);
     marks.Reader().ClickRow(7, 0, true);
@@ -130,7 +60,7 @@ TEST(Marks, SecondCtrlClickTakesTheMarkBack) {
 }
 
 TEST(Marks, ShiftClickMarksTheRangeFromTheTop) {
-    TMarksGrid marks(10);
+    TBareGrid marks(10);
     marks.Reader().ClickRow(6, 0);
     marks.Reader().ClickRow(3, 0, false, true);
     EXPECT_EQ(marks.Reader().SelectedRows(), (std::vector<int>{3, 4, 5, 6}));
@@ -140,7 +70,7 @@ TEST(Marks, ShiftClickMarksTheRangeFromTheTop) {
 }
 
 TEST(Marks, ShorterRangeUnmarksTheRest) {
-    TMarksGrid marks(10);
+    TBareGrid marks(10);
     marks.Reader().ClickRow(2, 0);
     marks.Reader().ClickRow(8, 0, false, true);
     marks.Reader().ClickRow(4, 0, false, true);
@@ -148,7 +78,7 @@ TEST(Marks, ShorterRangeUnmarksTheRest) {
 }
 
 TEST(Marks, ArrowKeyMovesTheOnlyMark) {
-    TMarksGrid marks(10);
+    TBareGrid marks(10);
     marks.Reader().ClickRow(2, 0);
     PressKey(marks.List(), VK_DOWN);
     EXPECT_EQ(marks.Grid().MarkedRows(), TRows{3});
@@ -156,7 +86,7 @@ TEST(Marks, ArrowKeyMovesTheOnlyMark) {
 }
 
 TEST(Marks, CtrlAndArrowMovesOnAndSpaceMarksAsWell) {
-    TMarksGrid marks(10);
+    TBareGrid marks(10);
     PressKey(marks.List(), VK_SPACE);
     PressKey(marks.List(), VK_DOWN, true);
     PressKey(marks.List(), VK_DOWN, true);
@@ -167,7 +97,7 @@ TEST(Marks, CtrlAndArrowMovesOnAndSpaceMarksAsWell) {
 }
 
 TEST(Marks, ShiftAndArrowMarksTheRange) {
-    TMarksGrid marks(10);
+    TBareGrid marks(10);
     marks.Reader().ClickRow(4, 0);
     PressKey(marks.List(), VK_DOWN, false, true);
     PressKey(marks.List(), VK_DOWN, false, true);
@@ -175,7 +105,7 @@ TEST(Marks, ShiftAndArrowMarksTheRange) {
 }
 
 TEST(Marks, HomeEndAndPageKeysMoveTheCurrentRow) {
-    TMarksGrid marks(1000);
+    TBareGrid marks(1000);
     PressKey(marks.List(), VK_END);
     EXPECT_EQ(marks.Grid().CurrentRow(), 999U);
     PressKey(marks.List(), VK_HOME);
@@ -189,14 +119,14 @@ TEST(Marks, HomeEndAndPageKeysMoveTheCurrentRow) {
 }
 
 TEST(Marks, TheWheelScrollsTheRows) {
-    TMarksGrid marks(1000);
+    TBareGrid marks(1000);
     SendMessageW(marks.List(), WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(-WHEEL_DELTA)), 0);
     EXPECT_GT(SendMessageW(marks.List(), LVM_GETTOPINDEX, 0, 0), 0);
     EXPECT_EQ(marks.Grid().CurrentRow(), 0U);
 }
 
 TEST(Marks, MarkedByMessageCountsToo) {
-    TMarksGrid marks(10);
+    TBareGrid marks(10);
     for (const int row : {4, 1}) {
         LVITEMW item{};
         item.state = item.stateMask = LVIS_SELECTED;
@@ -207,7 +137,7 @@ TEST(Marks, MarkedByMessageCountsToo) {
 }
 
 TEST(Marks, AllRowsAtOnceStandInTheirOrder) {
-    TMarksGrid marks(1000);
+    TBareGrid marks(1000);
     LVITEMW item{};
     item.state = item.stateMask = LVIS_SELECTED;
     SendMessageW(marks.List(), LVM_SETITEMSTATE, static_cast<WPARAM>(-1),
@@ -221,8 +151,26 @@ TEST(Marks, AllRowsAtOnceStandInTheirOrder) {
     EXPECT_EQ(marks.Grid().MarkedRows(), TRows());
 }
 
+TEST(Marks, AllButAFewFollowTheirRowsThroughSorting) {
+    TBareGrid marks(1000);
+    LVITEMW item{};
+    item.state = item.stateMask = LVIS_SELECTED;
+    SendMessageW(marks.List(), LVM_SETITEMSTATE, static_cast<WPARAM>(-1),
+                 reinterpret_cast<LPARAM>(&item));
+    marks.Reader().ClickRow(10, 0, true);
+    marks.Reader().ClickRow(12, 0, true);
+    marks.Reverse();
+    std::vector<int> expected(1000);
+    std::iota(expected.begin(), expected.end(), 0);
+    // 10 of 1,000 from the other end is 989.
+    std::erase(expected, 989);
+    std::erase(expected, 987);
+    EXPECT_EQ(marks.Reader().SelectedRows(), expected);
+    EXPECT_EQ(marks.Grid().MarkedRows().size(), 998U);
+}
+
 TEST(Marks, LoadForgetsThem) {
-    TMarksGrid marks(10);
+    TBareGrid marks(10);
     marks.Reader().ClickRow(7, 0);
     marks.Grid().RowsReplaced();
     EXPECT_EQ(marks.Grid().MarkedRows(), TRows());
@@ -231,7 +179,7 @@ TEST(Marks, LoadForgetsThem) {
 }
 
 TEST(Marks, CurrentRowMovesWithoutThem) {
-    TMarksGrid marks(10);
+    TBareGrid marks(10);
     marks.Reader().ClickRow(7, 0);
     marks.Grid().SetCurrentRow(3);
     EXPECT_EQ(marks.Grid().CurrentRow(), 3U);

@@ -88,6 +88,21 @@ TEST(SearchMenu, HasAnItemPerColumnCaptionedByTheFieldsLabel) {
     EXPECT_EQ(items[31], (TItem{2031, "Партида (самок.)"}));
 }
 
+TEST(SearchMenu, FollowsTheStoredOrderAndHasHiddenColumnsToo) {
+    TSession session;
+    TConfiguration::Write(
+        "[PLUGRID]\r\nHiddenRows=01\r\naDBGrid_Column1=PLU_NAME,90\r\n"
+        "aDBGrid_Column2=PLU_NUMB,90\r\n");
+    session.Start();
+    ASSERT_EQ(session.Grid().Titles().size(), 31U);
+    const std::vector<TItem> items = PopupOf(session, "SearchMenuButton");
+    ASSERT_EQ(items.size(), 32U);
+    EXPECT_EQ(items[0], (TItem{2000, "Име"}));
+    EXPECT_EQ(items[1], (TItem{2001, "Арт.No:"}));
+    EXPECT_EQ(items[2], (TItem{2002, "Ном.код"}));
+    EXPECT_EQ(Utf8TextOf(session.Control("SearchButton")), "Търси по: Име (F3)");
+}
+
 class RunCommandTest : public testing::TestWithParam<std::pair<int, const char*>> {};
 
 TEST_P(RunCommandTest, OpensTheRunWindowOfItsKindModally) {

@@ -82,4 +82,19 @@ std::size_t PrivateBytes() {
     return bytes;
 }
 
+std::size_t HeapBytes() {
+    std::vector<HANDLE> heaps(GetProcessHeaps(0, nullptr));
+    heaps.resize(std::min<std::size_t>(
+        heaps.size(), GetProcessHeaps(static_cast<DWORD>(heaps.size()), heaps.data())));
+    std::size_t bytes = 0;
+    for (const HANDLE heap : heaps) {
+        HeapLock(heap);
+        PROCESS_HEAP_ENTRY entry{};
+        while (HeapWalk(heap, &entry) != 0)
+            bytes += (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0 ? entry.cbData : 0;
+        HeapUnlock(heap);
+    }
+    return bytes;
+}
+
 }  // namespace tolvane::test

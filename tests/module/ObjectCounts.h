@@ -20,7 +20,9 @@ int UserObjects();
 int NextAtom();
 // The thread's top-level windows, hidden ones included.
 int ThreadWindows();
-// Bytes of memory that only this process uses.
+// Bytes of memory that only this process uses, whole pages.
 std::size_t PrivateBytes();
+// Bytes of the blocks that are taken in the process's heaps.
+std::size_t HeapBytes();
 
 }  // namespace tolvane::test

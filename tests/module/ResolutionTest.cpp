@@ -4,6 +4,7 @@
 
 #include <commctrl.h>
 
+#include <cstdlib>
 #include <string>
 
 #include "tests/module/Screenshot.h"
@@ -23,6 +24,19 @@ protected:
         RECT rect{};
         GetClientRect(session_.Control(name), &rect);
         return {rect.right, rect.bottom};
+    }
+    LOGFONTW FontOf(const std::string& name) const {
+        LOGFONTW description{};
+        GetObjectW(reinterpret_cast<HFONT>(SendMessageW(session_.Control(name), WM_GETFONT, 0, 0)),
+                   sizeof description, &description);
+        return description;
+    }
+    // Of a control, in the list window's client area.
+    RECT PlaceOf(const std::string& name) const {
+        RECT rect{};
+        GetWindowRect(session_.Control(name), &rect);
+        MapWindowPoints(nullptr, session_.List(), reinterpret_cast<POINT*>(&rect), 2);
+        return rect;
     }
     std::string Suffix() const { return "-" + std::to_string(dpi_.DotsPerInch()); }
 
@@ -49,16 +63,46 @@ TEST_F(ResolutionTest, TheButtonsHaveTheirSizes) {
 }
 
 TEST_F(ResolutionTest, TypeAndRowsFollowTheResolution) {
-    const auto font =
-        reinterpret_cast<HFONT>(SendMessageW(session_.Grid().Handle(), WM_GETFONT, 0, 0));
-    LOGFONTW description{};
-    GetObjectW(font, sizeof description, &description);
-    EXPECT_EQ(description.lfHeight, -MulDiv(8, dpi_.DotsPerInch(), 72));  // 8 points
-    EXPECT_STREQ(description.lfFaceName, L"Tahoma");
-    RECT row{LVIR_BOUNDS, 0, 0, 0};
-    SendMessageW(session_.Grid().Handle(), LVM_GETITEMRECT, 1, reinterpret_cast<LPARAM>(&row));
-    EXPECT_EQ(row.bottom - row.top, Scaled(18));
+    const LOGFONTW button = FontOf("RefreshBtn");
+    EXPECT_EQ(button.lfHeight, -MulDiv(8, dpi_.DotsPerInch(), 72));  // 8 points
+    EXPECT_STREQ(button.lfFaceName, L"Tahoma");
+    LOGFONTW list{};
+    SystemParametersInfoW(SPI_GETICONTITLELOGFONT, sizeof list, &list, 0);
+    EXPECT_EQ(FontOf("aDBGrid").lfHeight, list.lfHeight);
+    EXPECT_STREQ(FontOf("aDBGrid").lfFaceName, list.lfFaceName);
+    const RECT row = session_.Grid().RowRect(1);
+    EXPECT_GE(row.bottom - row.top, std::abs(list.lfHeight) + Scaled(5));
+    EXPECT_LE(row.bottom - row.top, 2 * std::abs(list.lfHeight));
     EXPECT_EQ(session_.Grid().ColumnWidth(28), Scaled(126));
+}
+
+TEST_F(ResolutionTest, TheScalesButtonAloneIsBold) {
+    EXPECT_EQ(FontOf("SaveButton").lfWeight, FW_BOLD);
+    EXPECT_EQ(FontOf("SearchButton").lfWeight, FW_NORMAL);
+}
+
+TEST_F(ResolutionTest, TheWindowIsNeverSmallerThanItsLeast) {
+    SetWindowPos(session_.List(), nullptr, 0, 0, 10, 10, SWP_NOZORDER | SWP_NOMOVE);
+    RECT outer{};
+    GetWindowRect(session_.List(), &outer);
+    EXPECT_EQ(outer.right - outer.left, Scaled(520));
+    EXPECT_EQ(outer.bottom - outer.top, Scaled(305));
+}
+
+TEST_F(ResolutionTest, TheGridFillsTheMiddleAndTheCloseButtonStaysAtTheRight) {
+    for (const SIZE size : {SIZE{640, 360}, SIZE{900, 600}}) {
+        SetWindowPos(session_.List(), nullptr, 0, 0, Scaled(size.cx), Scaled(size.cy),
+                     SWP_NOZORDER | SWP_NOMOVE);
+        RECT client{};
+        GetClientRect(session_.List(), &client);
+        const RECT grid = PlaceOf("aDBGrid");
+        EXPECT_EQ(grid.left, 0);
+        EXPECT_EQ(grid.top, Scaled(33));
+        EXPECT_NEAR(grid.right, client.right, 1);
+        EXPECT_NEAR(grid.bottom, client.bottom - Scaled(33), 1);
+        EXPECT_NEAR(PlaceOf("btnCloseBtn").right, client.right - Scaled(4), 1);
+        EXPECT_NEAR(PlaceOf("RefreshBtn").left, Scaled(4), 1);
+    }
 }
 
 TEST_F(ResolutionTest, EveryCaptionFitsItsButton) {

@@ -7,6 +7,7 @@
 #include "tests/module/BoxAnswerer.h"
 #include "tests/module/Screenshot.h"
 #include "tests/module/Session.h"
+#include "tests/module/settings/DialogScript.h"
 
 namespace tolvane::test {
 namespace {
@@ -203,6 +204,55 @@ TEST_F(SearchTest, FoundRowLeavesTheMarksAlone) {
     Search(L"кашкавал");
     EXPECT_EQ(CurrentArticle(), "14");
     EXPECT_EQ(session_.Grid().SelectedRows(), std::vector<int>{1});
+}
+
+TEST_F(SearchTest, AnEmptyAnswerAndEscapeClearTheSearchText) {
+    SearchByName();
+    for (const wchar_t* answer : {L"", static_cast<const wchar_t*>(nullptr)}) {
+        Search(L"ябълк");
+        Search(answer);
+        const TDialog dialog = Answer(nullptr, [&] { PressF3(); });
+        EXPECT_EQ(dialog.shown, 1);
+    }
+}
+
+TEST_F(SearchTest, OuterBlanksOfTheSearchTextCount) {
+    SearchByName();
+    Search(L" черв");
+    EXPECT_EQ(CurrentArticle(), "11");
+    const TBoxAnswerer answerer;
+    Search(L"червени ");
+    ASSERT_EQ(answerer.Seen().size(), 1U);
+    EXPECT_EQ(answerer.Seen()[0].text, "Не е намерен артикул.");
+}
+
+TEST_F(SearchTest, AnotherModifierWithCtrlAndFOpensNothing) {
+    const HWND grid = session_.Control("aDBGrid");
+    const TWindowActor actor(L"TInputBoxForm",
+                             [](HWND dialog) { PostMessageW(dialog, WM_CLOSE, 0, 0); });
+    PressKey(grid, 'F', true, true);
+    {
+        const THeldKey alt(VK_MENU);
+        PressKey(grid, 'F', true);
+    }
+    EXPECT_FALSE(actor.HasActed());
+    PressKey(grid, 'F', true);
+    EXPECT_TRUE(actor.HasActed());
+}
+
+TEST(SearchInAnEmptyList, AsksAndFindsNothing) {
+    TSession session("bare.fdb");
+    session.Start();
+    const TBoxAnswerer boxes;
+    const TWindowActor actor(L"TInputBoxForm", [](HWND dialog) {
+        ReleaseKeys();
+        SetWindowTextW(Component(dialog, "ValueEdit"), L"ябълк");
+        PostMessageW(Component(dialog, "ValueEdit"), WM_KEYDOWN, VK_RETURN, 1);
+    });
+    PressKey(session.Control("aDBGrid"), 'F', true);
+    EXPECT_TRUE(actor.HasActed());
+    ASSERT_EQ(boxes.Seen().size(), 1U);
+    EXPECT_EQ(boxes.Seen()[0].text, "Не е намерен артикул.");
 }
 
 }  // namespace tolvane::test

@@ -13,8 +13,8 @@ std::string Counted(const std::uint8_t* text) {
 
 TSession::TSession(const std::string& database) : connection(database) {}
 
-void TSession::Start(std::int32_t operationNo) {
-    module.Start(host.Frame(), operationNo, &messageId, host.Frame(), connection.Database(),
+void TSession::StartIn(const THostFrame& frame, std::int32_t operationNo) {
+    module.Start(host.Frame(), operationNo, &messageId, frame.Frame(), connection.Database(),
                  nullptr, {&Print, this});
     RunLoopDry();
 }

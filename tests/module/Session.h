@@ -27,7 +27,9 @@ class TSession {
 public:
     explicit TSession(const std::string& database = "shop.fdb");
 
-    void Start(std::int32_t operationNo = 17);
+    void Start(std::int32_t operationNo = 17) { StartIn(host, operationNo); }
+    // In another main window of the same host.
+    void StartIn(const THostFrame& frame, std::int32_t operationNo = 17);
     HWND List() const { return host.ChildOfClass(L"TElicomPluScaleListForm"); }
     HWND Control(const std::string& name) const { return Component(List(), name); }
     TGridReader Grid() const { return TGridReader(Control("aDBGrid")); }

@@ -16,9 +16,7 @@ class TwoFramesTest : public testing::Test {
 protected:
     TwoFramesTest() {
         first_.Start();
-        first_.module.Start(first_.host.Frame(), 17, &first_.messageId, second_.Frame(),
-                            first_.connection.Database(), nullptr, {nullptr, nullptr});
-        RunLoopDry();
+        first_.StartIn(second_);
     }
     HWND SecondList() const { return second_.ChildOfClass(L"TElicomPluScaleListForm"); }
     TGridReader SecondGrid() const { return TGridReader(Component(SecondList(), "aDBGrid")); }
@@ -62,12 +60,27 @@ TEST_F(TwoFramesTest, ClosingOneLeavesTheOtherAtWork) {
 
 TEST_F(TwoFramesTest, StartingAgainReachesTheListOfItsOwnMainWindow) {
     first_.Grid().ClickTitle(3);
-    first_.module.Start(first_.host.Frame(), 17, &first_.messageId, second_.Frame(),
-                        first_.connection.Database(), nullptr, {nullptr, nullptr});
-    RunLoopDry();
+    first_.StartIn(second_);
     EXPECT_EQ(second_.ChildrenOfClass(L"TElicomPluScaleListForm"), 1);
     // The other one is not loaded anew.
     EXPECT_EQ(first_.Grid().Cell(0, 3), "Кашкавал");
+}
+
+TEST_F(TwoFramesTest, BothUseTheHostsOnePrintServiceWithTheirOwnGrid) {
+    SendMessageW(Component(SecondList(), "PrintBtn"), BM_CLICK, 0, 0);
+    first_.Click("PrintBtn");
+    ASSERT_EQ(first_.printed.size(), 2U);
+    EXPECT_EQ(first_.printed[0].grid, SecondGrid().Handle());
+    EXPECT_EQ(first_.printed[1].grid, first_.Grid().Handle());
+}
+
+TEST_F(TwoFramesTest, TheEndOfEitherIsToldToTheApplication) {
+    SendMessageW(SecondList(), WM_CLOSE, 0, 0);
+    RunLoopDry();
+    EXPECT_EQ(SecondList(), nullptr);
+    EXPECT_EQ(first_.Completions(), 1);
+    first_.CloseList();
+    EXPECT_EQ(first_.Completions(), 2);
 }
 
 }  // namespace tolvane::test

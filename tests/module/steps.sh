@@ -18,6 +18,7 @@ module_prepare() {
         "$MODULE_TESTS/scales.sql"
     firebird_database "$MODULE_DATABASES/empty.fdb" "$MODULE_TESTS/empty.sql"
     firebird_database "$MODULE_DATABASES/bare.fdb" "$schema"
+    firebird_database "$MODULE_DATABASES/big.fdb" "$schema" "$MODULE_TESTS/big.sql"
     firebird_database "$MODULE_DATABASES/broken.fdb" "$schema" "$MODULE_TESTS/broken.sql"
     firebird_database "$MODULE_DATABASES/noindex.fdb" "$schema" "$MODULE_TESTS/shop.sql" \
         "$MODULE_TESTS/noindex.sql"

@@ -14,7 +14,7 @@ namespace {
 
 constexpr int kThemedVersion = 6;
 constexpr int kAutoFitMargin = 8;
-constexpr int kRowHeight = 18;
+constexpr int kRowMargin = 5;
 constexpr int kSortImageSize = 9;
 constexpr int kUp = 0;
 constexpr int kDown = 1;
@@ -47,7 +47,8 @@ private:
 
 }  // namespace
 
-TArticleGrid::TArticleGrid(TDpi dpi, TGridSource source) : dpi_(dpi), source_(std::move(source)) {}
+TArticleGrid::TArticleGrid(TDpi dpi, TGridSource source)
+    : dpi_(dpi), source_(std::move(source)), font_(MakeListFont(dpi)) {}
 
 TArticleGrid::~TArticleGrid() {
     if (IsWindow(list_) != 0) RemoveWindowSubclass(list_, &ListProcedure, 0);
@@ -55,6 +56,7 @@ TArticleGrid::~TArticleGrid() {
 
 void TArticleGrid::Attach(HWND list) {
     list_ = list;
+    SendMessageW(list_, WM_SETFONT, reinterpret_cast<WPARAM>(font_.Get()), FALSE);
     SetWindowSubclass(list, &ListProcedure, 0, reinterpret_cast<DWORD_PTR>(this));
     constexpr DWORD kStyle = LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER;
     SendMessageW(list_, LVM_SETEXTENDEDLISTVIEWSTYLE, kStyle, static_cast<LPARAM>(kStyle));
@@ -90,7 +92,7 @@ HWND TArticleGrid::Header() const {
 }
 
 int TArticleGrid::RowHeight() const {
-    return dpi_.Scale(kRowHeight);
+    return TextHeight(font_.Get()) + dpi_.Scale(kRowMargin);
 }
 
 std::optional<std::size_t> TArticleGrid::ColumnOfView(int viewIndex) const {
@@ -189,18 +191,23 @@ void TArticleGrid::RowsReplaced() {
 
 void TArticleGrid::RowsReordered() {
     const TQuiet quiet(quiet_);
+    SendMessageW(list_, WM_SETREDRAW, FALSE, 0);
     ShowMarks();
+    SendMessageW(list_, WM_SETREDRAW, TRUE, 0);
     InvalidateRect(list_, nullptr, TRUE);
 }
 
+// The list view keeps the selected places as ranges and is told of the fewer ones, from the top:
+// thousands of them take no time that way.
 void TArticleGrid::ShowMarks() {
-    SetItemState(list_, -1, 0, LVIS_SELECTED);
-    if (marks_.Count() == source_.rowCount()) {
-        SetItemState(list_, -1, LVIS_SELECTED, LVIS_SELECTED);
-        return;
+    const std::size_t count = source_.rowCount();
+    const bool most = marks_.Count() > count / 2;
+    SetItemState(list_, -1, most ? LVIS_SELECTED : 0, LVIS_SELECTED);
+    if (marks_.Count() == 0 || marks_.Count() == count) return;
+    for (std::size_t place = 0; place < count; ++place) {
+        if (marks_.IsMarked(source_.rowAt(place)) == most) continue;
+        SetItemState(list_, static_cast<int>(place), most ? 0 : LVIS_SELECTED, LVIS_SELECTED);
     }
-    for (const TRowId row : marks_.InOrder())
-        SetItemState(list_, static_cast<int>(source_.placeOf(row)), LVIS_SELECTED, LVIS_SELECTED);
 }
 
 std::optional<TRowId> TArticleGrid::CurrentRow() const {
@@ -272,9 +279,8 @@ void TArticleGrid::AutoFit(std::size_t column) {
     const int view = ViewOfColumn(column);
     if (view < 0) return;
     const TWindowDc dc(list_);
-    const auto font = reinterpret_cast<HFONT>(SendMessageW(list_, WM_GETFONT, 0, 0));
     const auto widthOf = [&](const std::wstring& text) {
-        return TextWidth(dc.Get(), font, text.c_str(), static_cast<int>(text.size()));
+        return TextWidth(dc.Get(), font_.Get(), text.c_str(), static_cast<int>(text.size()));
     };
     int width = widthOf(columns_[column].title);
     const auto first = static_cast<std::size_t>(SendMessageW(list_, LVM_GETTOPINDEX, 0, 0));
@@ -352,6 +358,10 @@ void TArticleGrid::StepColumn(int step) {
     if (!ColumnOfView(view)) return;
     ScrollToColumn(view);
     EnterColumn(view);
+}
+
+void TArticleGrid::ClickCurrentTitle() {
+    if (ViewOfColumn(currentColumn_) >= 0) source_.titleClicked(currentColumn_);
 }
 
 bool TArticleGrid::HandleKey(UINT virtualKey) {

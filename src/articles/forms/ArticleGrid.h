@@ -75,6 +75,8 @@ public:
     void SetCurrentRow(TRowId row);
     std::vector<TRowId> MarkedRows() const { return marks_.InOrder(); }
 
+    // As a click on the title of the current column.
+    void ClickCurrentTitle();
     // No column: no mark.
     void SetSortMark(std::optional<std::size_t> column, bool ascending);
     // Sets a column's width to its widest text among the title and the rows in view, plus 8 pixels.
@@ -116,6 +118,7 @@ private:
 
     TDpi dpi_;
     TGridSource source_;
+    TOwnedFont font_;
     HWND list_ = nullptr;
     mutable std::vector<TGridColumnState> columns_;
     std::vector<std::size_t> shown_;  // list view column -> index among all columns

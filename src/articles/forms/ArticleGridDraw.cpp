@@ -44,8 +44,7 @@ bool TArticleGrid::HandleDraw(const DRAWITEMSTRUCT& item) {
     const TRowColours colours = ColoursOf(row, marked, current);
     const TOwnedBrush background(CreateSolidBrush(colours.background));
     FillRect(item.hDC, &item.rcItem, background.Get());
-    const auto font = reinterpret_cast<HFONT>(SendMessageW(list_, WM_GETFONT, 0, 0));
-    const TSelected selectedFont(item.hDC, font);
+    const TSelected selectedFont(item.hDC, font_.Get());
     SetBkMode(item.hDC, TRANSPARENT);
     SetTextColor(item.hDC, colours.text);
     for (std::size_t view = 0; view < shown_.size(); ++view)

@@ -94,6 +94,10 @@ bool TElicomPluScaleListForm::OnKey(UINT virtualKey, HWND focus) {
         SearchButtonClick();
         return true;
     }
+    if (virtualKey == VK_RETURN && control && !shift && focus == grid_.Handle()) {
+        grid_.ClickCurrentTitle();
+        return true;
+    }
     if (control || shift) return false;
     if (virtualKey == VK_F3) {
         FindNext();

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <windows.h>
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "articles/forms/ArticleGrid.h"
+#include "tests/module/GridReader.h"
+
+namespace tolvane::test {
+
+// The grid on a real list view, 380 by 360 pixels, over rows that are just numbers: two columns of
+// 100 pixels, "Number" at the right and "Other" at the left. The list view has the focus.
+class TBareGrid {
+public:
+    explicit TBareGrid(std::size_t rows);
+    TBareGrid(const TBareGrid&) = delete;
+    TBareGrid& operator=(const TBareGrid&) = delete;
+    ~TBareGrid();
+
+    void Reverse();
+    TGridReader Reader() const { return TGridReader(list_); }
+    TArticleGrid& Grid() { return grid_; }
+    HWND List() const { return list_; }
+    HWND Header() const;
+    // The colour of a point of a row, counted from the row's upper left corner, as drawn now.
+    COLORREF Pixel(int row, POINT at) const;
+
+    // What a cell shows; its row's number at first. And whether a row is in a promotion.
+    std::function<std::string(TRowId row, std::size_t column)> text;
+    std::function<bool(TRowId row)> promoted;
+    std::vector<std::size_t> clickedTitles;
+
+private:
+    TGridSource Source();
+    static LRESULT CALLBACK Procedure(HWND window, UINT id, WPARAM wParam, LPARAM lParam);
+    LRESULT Handle(HWND window, UINT id, WPARAM wParam, LPARAM lParam);
+
+    std::vector<TRowId> order_;
+    std::vector<std::size_t> places_;
+    TArticleGrid grid_;
+    HWND parent_ = nullptr;
+    HWND list_ = nullptr;
+};
+
+}  // namespace tolvane::test
