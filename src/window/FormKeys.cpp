@@ -35,9 +35,14 @@ bool TForm::MoveFocus(HWND focus, bool back) {
 bool TForm::PressEnter(HWND focus) {
     const LRESULT code = DialogCode(focus);
     const bool pushes = (code & DLGC_BUTTON) != 0 && (code & DLGC_RADIOBUTTON) == 0;
-    HWND button = pushes ? focus : GetDlgItem(Handle(), IDOK);
+    const HWND button = pushes ? focus : GetDlgItem(Handle(), IDOK);
     if (button == nullptr || IsWindowEnabled(button) == 0) return false;
-    SendMessageW(button, BM_CLICK, 0, 0);
+    // A click would take the focus, and the field that has it would settle what was typed.
+    if (pushes)
+        SendMessageW(button, BM_CLICK, 0, 0);
+    else
+        SendMessageW(Handle(), WM_COMMAND, MAKEWPARAM(IDOK, BN_CLICKED),
+                     reinterpret_cast<LPARAM>(button));
     return true;
 }
 

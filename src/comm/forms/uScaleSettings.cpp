@@ -157,12 +157,14 @@ void TfrmScaleSettings::btnHintClick() {
 void TfrmScaleSettings::btnOkClick() {
     TScaleSettings settings = Current();
     const TSettingsFault fault = CheckSettings(settings, listed_);
+    if (fault.field != TSettingsField::Number) edtScaleNumb_.Settle();
     if (!fault.text.empty()) {
         (fault.isError ? ShowError : ShowWarning)(Handle(), fault.text);
         FocusField(fault.field);
         return;
     }
     if (settings.transport != TTransport::Serial) SetWindowText(edtIpAddress_, settings.ipAddress);
+    settings.number = edtScaleNumb_.Value();
     settings_ = std::move(settings);
     EndModal(IDOK);
 }
@@ -180,7 +182,9 @@ void TfrmScaleSettings::FocusField(TSettingsField field) {
         {TSettingsField::SerialPort, cbPickComPort_},
     };
     for (const auto& [of, control] : fields) {
-        if (of == field && IsWindowEnabled(control) != 0) SetFocus(control);
+        if (of != field || IsWindowEnabled(control) == 0) continue;
+        SetFocus(control);
+        SendMessageW(control, EM_SETSEL, 0, -1);
     }
 }
 
@@ -189,7 +193,12 @@ void TfrmScaleSettings::OnShow() {
 }
 
 void TfrmScaleSettings::OnCommand(int, int code, HWND control) {
-    if (code != EN_KILLFOCUS) return;
+    // Not for a box in front of the dialog, which may be about what was typed.
+    const HWND focus = GetFocus();
+    if (code != EN_KILLFOCUS || IsChild(Handle(), focus) == 0) return;
+    // Number zero is refused when the dialog is confirmed, not corrected unseen.
+    const bool confirms = focus == GetDlgItem(Handle(), IDOK);
+    if (confirms && control == edtScaleNumb_.edit && edtScaleNumb_.Value() == 0) return;
     for (const TSpinEdit* spin : {&edtScaleNumb_, &seScaleAddr_}) {
         if (control == spin->edit) spin->Settle();
     }

@@ -174,16 +174,41 @@ TEST_F(ScaleSettingsTest, EditingWithoutChangingTheNumberPasses) {
 TEST_F(ScaleSettingsTest, NumberZeroIsRefusedBesideListedScales) {
     listed_ = {4};
     const TBoxAnswerer boxes;
-    Show(Tcp("10.0.0.7"), {[](HWND window) {
-                               SetTextOf(window, "edtScaleNumb", L"0");
-                               // As a key press does, without leaving the field.
-                               SendMessageW(window, WM_COMMAND, IDOK,
-                                            reinterpret_cast<LPARAM>(ControlOf(window, "btnOk")));
-                           },
-                           Pressing("btnCancel")});
+    const TStep enter = [](HWND) { PostKey(VK_RETURN); };
+    const TStep click = [](HWND window) { ClickAt(ControlOf(window, "btnOk"), {20, 10}); };
+    for (const TStep& confirm : {enter, click}) {
+        EXPECT_EQ(Show(Tcp("10.0.0.7"), {[](HWND) { PostText(L"0"); }, confirm,
+                                         [](HWND window) {
+                                             EXPECT_EQ(GetFocus(),
+                                                       ControlOf(window, "edtScaleNumb"));
+                                             EXPECT_EQ(TextOf(window, "edtScaleNumb"), "0");
+                                             PostKey(VK_ESCAPE);
+                                         }}),
+                  IDCANCEL);
+    }
+    ASSERT_EQ(boxes.Seen().size(), 2U);
+    for (const TSeenBox& box : boxes.Seen()) {
+        EXPECT_EQ(box.text, "Такъв номер на везна вече съществува.\r\nМоля променете го.");
+        EXPECT_EQ(box.icon, TBoxIcon::Warning);
+    }
+}
+
+TEST_F(ScaleSettingsTest, NumberZeroOfTheFirstScaleBecomesTheLowest) {
+    const TBoxAnswerer boxes;
+    EXPECT_EQ(
+        Show(Tcp("10.0.0.7"), {[](HWND) { PostText(L"0"); }, [](HWND) { PostKey(VK_RETURN); }}),
+        IDOK);
+    EXPECT_TRUE(boxes.Seen().empty());
+    EXPECT_EQ(confirmed_.number, 1);
+}
+
+TEST_F(ScaleSettingsTest, ANumberBeyondTheLimitsIsComparedAsTheNearestOne) {
+    listed_ = {60};
+    const TBoxAnswerer boxes;
+    Show(Tcp("10.0.0.7"),
+         {[](HWND) { PostText(L"61"); }, [](HWND) { PostKey(VK_RETURN); }, Pressing("btnCancel")});
     ASSERT_EQ(boxes.Seen().size(), 1U);
     EXPECT_EQ(boxes.Seen()[0].text, "Такъв номер на везна вече съществува.\r\nМоля променете го.");
-    EXPECT_EQ(boxes.Seen()[0].icon, TBoxIcon::Warning);
 }
 
 TEST_F(ScaleSettingsTest, SpinEditsBringTheirValuesIntoTheLimitsWhenLeft) {
@@ -310,7 +335,7 @@ TEST_F(ScaleSettingsTest, AFoundTcpModuleSelectsTcp) {
                                   Press(window, "btnOK");
                               }});
     TScaleSettings settings = Tcp("1.2.3.4");
-    settings.transport = TTransport::Udp;
+    settings.port = "4001";
     Show(settings, {Pressing("btnFindDevices"), [](HWND window) {
                         EXPECT_TRUE(IsRadioOn(window, "rbTCP"));
                         EXPECT_EQ(TextOf(window, "edtPort"), "100");

@@ -17,7 +17,8 @@ namespace tolvane::test {
 // The connection dialog on a computer of the test's own.
 class ScaleSettingsFixture : public testing::Test {
 protected:
-    using TSteps = std::vector<TDialogScript::TStep>;
+    using TStep = TDialogScript::TStep;
+    using TSteps = std::vector<TStep>;
 
     TScaleSettingsServices Services() {
         return {[this](bool sort, std::vector<std::string>& items) {
