@@ -180,7 +180,7 @@ std::size_t TIniDocument::SectionForWriting(std::string_view section) {
 void TIniDocument::EndLine(std::string& line) const {
     if (!IniLineEnd(line, encoding_).empty()) return;
     // A left-over odd byte would shift all units behind it.
-    if (encoding_ == TIniEncoding::Utf16 && line.size() % 2 != 0) line += '\0';
+    if (line.size() % IniUnitSize(encoding_) != 0) line += '\0';
     line += lineEnd_;
 }
 
@@ -208,8 +208,22 @@ void TIniDocument::EraseSection(std::string_view section) {
     for (const std::string& line : sections_[found->second.front()].lines)
         keyIndex_.erase(KeyName(upperName, ReadIniLine(line, encoding_).name));
     for (const std::size_t number : found->second)
-        sections_[number].lines.clear();
+        EraseLines(number);
     sectionIndex_.erase(found);
+}
+
+void TIniDocument::EraseLines(std::size_t section) {
+    const auto erased = sections_.begin() + static_cast<std::ptrdiff_t>(section);
+    const bool isLast = std::all_of(erased + 1, sections_.end(),
+                                    [](const TSection& later) { return later.lines.empty(); });
+    std::vector<std::string>& lines = erased->lines;
+    auto kept = lines.end();
+    while (!isLast && kept != lines.begin()) {
+        const std::string& above = *std::prev(kept);
+        if (!above.empty() && !IsIniComment(above, encoding_)) break;
+        --kept;
+    }
+    lines.erase(lines.begin(), kept);
 }
 
 }  // namespace tolvane

@@ -46,8 +46,9 @@ public:
     void WriteBoolean(std::string_view section, std::string_view key, bool value);
     // Removes the key's lines from the section, repeats of it too, so that it reads as missing.
     void EraseKey(std::string_view section, std::string_view key);
-    // Removes the section's header and its lines up to the next header, and further sections of
-    // that name likewise, which would otherwise be read in its place.
+    // Removes the section's header and its lines, and further sections of that name likewise, which
+    // would otherwise be read in its place. Comments (lines of ';' or '#') that stand directly
+    // above the next header belong to what follows and stay.
     void EraseSection(std::string_view section);
 
 private:
@@ -69,6 +70,7 @@ private:
     std::size_t SectionForWriting(std::string_view section);
     void ReplaceValue(const TKeyPlace& place, std::string_view value);
     void AppendKey(std::string_view section, std::string_view key, std::string_view value);
+    void EraseLines(std::size_t section);
     void EndLine(std::string& line) const;
     void EndLastLine();
 

@@ -9,7 +9,8 @@ namespace tolvane {
 namespace {
 
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
-constexpr std::string_view kUtf16Mark = "\xFF\xFE";
+constexpr std::string_view kUtf16LeMark = "\xFF\xFE";
+constexpr std::string_view kUtf16BeMark = "\xFE\xFF";
 
 // The blanks of the system's INI calls: blank, tabs, line ends and the old end-of-file mark.
 constexpr bool IsBlank(unsigned unit) {
@@ -21,13 +22,15 @@ constexpr bool IsBlank(unsigned unit) {
 class TUnits {
 public:
     TUnits(std::string_view bytes, TIniEncoding encoding)
-        : bytes_(bytes), width_(encoding == TIniEncoding::Utf16 ? 2 : 1) {}
+        : bytes_(bytes),
+          width_(IniUnitSize(encoding)),
+          low_(encoding == TIniEncoding::Utf16Be ? 1 : 0) {}
 
     std::size_t Size() const { return bytes_.size() / width_; }
     std::size_t Width() const { return width_; }
     unsigned operator[](std::size_t i) const {
         if (width_ == 1) return Byte(i);
-        return Byte(2 * i) | (Byte(2 * i + 1) << 8U);
+        return Byte(2 * i + low_) | (Byte(2 * i + 1 - low_) << 8U);
     }
     std::size_t Find(char c, std::size_t from, std::size_t to) const {
         while (from < to && (*this)[from] != static_cast<unsigned char>(c))
@@ -43,6 +46,7 @@ private:
 
     std::string_view bytes_;
     std::size_t width_;
+    std::size_t low_;  // where a 16-bit unit has its low byte
 };
 
 // Unit positions of a text without the blanks around it.
@@ -72,13 +76,14 @@ bool IsDroppedAtEnds(char c) {
 
 TIniMark ReadIniMark(std::string_view file) {
     if (file.starts_with(kUtf8Mark)) return {TIniEncoding::Utf8, kUtf8Mark.size()};
-    if (file.starts_with(kUtf16Mark)) return {TIniEncoding::Utf16, kUtf16Mark.size()};
+    if (file.starts_with(kUtf16LeMark)) return {TIniEncoding::Utf16Le, kUtf16LeMark.size()};
+    if (file.starts_with(kUtf16BeMark)) return {TIniEncoding::Utf16Be, kUtf16BeMark.size()};
     return {};
 }
 
 std::string DecodeIni(std::string_view bytes, TIniEncoding encoding) {
     if (encoding == TIniEncoding::Utf8 && IsUtf8(bytes)) return FromUtf8(bytes);
-    if (encoding != TIniEncoding::Utf16) return std::string(bytes);
+    if (IniUnitSize(encoding) == 1) return std::string(bytes);
     const TUnits units(bytes, encoding);
     std::u16string wide;
     for (std::size_t i = 0; i < units.Size(); ++i)
@@ -91,8 +96,10 @@ std::string EncodeIni(std::string_view text, TIniEncoding encoding) {
     if (encoding == TIniEncoding::Utf8) return ToUtf8(text);
     std::string bytes;
     for (const char16_t unit : ToUtf16(text)) {
-        bytes += static_cast<char>(static_cast<unsigned char>(unit & 0xFFU));
-        bytes += static_cast<char>(static_cast<unsigned char>(unit >> 8U));
+        const auto low = static_cast<char>(static_cast<unsigned char>(unit & 0xFFU));
+        const auto high = static_cast<char>(static_cast<unsigned char>(unit >> 8U));
+        bytes += encoding == TIniEncoding::Utf16Be ? high : low;
+        bytes += encoding == TIniEncoding::Utf16Be ? low : high;
     }
     return bytes;
 }
@@ -135,6 +142,12 @@ TIniLine ReadIniLine(std::string_view line, TIniEncoding encoding) {
     const std::size_t equals = units.Find('=', text.from, text.to);
     return {equals < text.to ? TIniLineKind::Key : TIniLineKind::BareKey,
             name({text.from, equals})};
+}
+
+bool IsIniComment(std::string_view line, TIniEncoding encoding) {
+    const TUnits units(line, encoding);
+    const TSpan text = TrimUnits(units, {0, units.Size()});
+    return text.from < text.to && (units[text.from] == ';' || units[text.from] == '#');
 }
 
 TIniValueRange FindIniValue(std::string_view line, TIniEncoding encoding) {

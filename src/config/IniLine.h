@@ -9,8 +9,13 @@
 namespace tolvane {
 
 // How an INI file's characters are kept: bytes of code page 1251 without a byte order mark, or,
-// told by the mark, UTF-8 or little-endian UTF-16.
-enum class TIniEncoding : std::uint8_t { Cp1251, Utf8, Utf16 };
+// told by the mark, UTF-8 or UTF-16 of either byte order.
+enum class TIniEncoding : std::uint8_t { Cp1251, Utf8, Utf16Le, Utf16Be };
+
+// Bytes of the encoding's units, of which every line is a whole number.
+constexpr std::size_t IniUnitSize(TIniEncoding encoding) {
+    return encoding == TIniEncoding::Utf16Le || encoding == TIniEncoding::Utf16Be ? 2 : 1;
+}
 
 struct TIniMark {
     TIniEncoding encoding = TIniEncoding::Cp1251;
@@ -41,6 +46,9 @@ struct TIniLine {
     std::string name;
 };
 TIniLine ReadIniLine(std::string_view line, TIniEncoding encoding);
+// Whether a person means the line as a comment: it starts with ';', or with '#', which the system's
+// INI calls take for a name like any other.
+bool IsIniComment(std::string_view line, TIniEncoding encoding);
 
 // Byte positions of a key line's value with its quotes, without the blanks around it.
 struct TIniValueRange {

@@ -142,6 +142,39 @@ TEST(IniDocument, ErasesASectionUpToTheNextHeader) {
     EXPECT_EQ(document.Value("A", "k"), std::nullopt);
 }
 
+std::string WithoutA(std::string_view bytes) {
+    TIniDocument document(bytes);
+    document.EraseSection("A");
+    return document.Bytes();
+}
+
+TEST(IniDocument, ErasesASectionButNotTheCommentsDirectlyAboveTheNextHeader) {
+    EXPECT_EQ(WithoutA("[A]\r\n; of A\r\nk=1\r\n\r\n; of B\r\n  # too\r\n[B]\r\nx=1\r\n"),
+              "; of B\r\n  # too\r\n[B]\r\nx=1\r\n");
+    EXPECT_EQ(WithoutA("[A]\n;only\n[B]\n"), ";only\n[B]\n");
+    EXPECT_EQ(WithoutA("[A]\n; of A\nk=1\n[B]\n"), "[B]\n");
+    // A blank line parts a comment from the header.
+    EXPECT_EQ(WithoutA("[A]\nk=1\n; of A\n \n; of B\n[B]\n"), "; of B\n[B]\n");
+}
+
+TEST(IniDocument, ErasesTheCommentsOfALastSectionWithIt) {
+    EXPECT_EQ(WithoutA("[B]\n[A]\nk=1\n; end"), "[B]\n");
+    TIniDocument document("[A]\nk=1\n; note\n[B]\nx=1\n");
+    document.EraseSection("B");
+    document.EraseSection("A");
+    EXPECT_EQ(document.Bytes(), "");
+}
+
+TEST(IniDocument, ReadsNothingOfAnErasedSectionWhoseCommentStays) {
+    TIniDocument document("[A]\nk=1\n#k=2\n[B]\n");
+    document.EraseSection("A");
+    EXPECT_EQ(document.Bytes(), "#k=2\n[B]\n");
+    EXPECT_FALSE(document.HasSection("A"));
+    EXPECT_EQ(document.Value("A", "#k"), std::nullopt);
+    document.WriteText("A", "k", "3");
+    EXPECT_EQ(document.Bytes(), "#k=2\n[B]\n[A]\nk=3\n");
+}
+
 TEST(IniDocument, ErasesEverySectionOfTheName) {
     TIniDocument document("[A]\nk=1\n[B]\nx=1\n[a]\nk=2\n");
     document.EraseSection("A");

@@ -48,7 +48,11 @@ TEST(IniDocumentZoo, KeepsAForeignFileByteForByteButForItsOwnValues) {
         "[SCALE0]\r\n"
         "ScaleName=нула\r\n"
         "[SCALE3]\r\n"
+        "; кантар три\r\n"
         "TCPAddress=10.0.0.3\r\n"
+        "\r\n"
+        "; остава за следващата секция\r\n"
+        "# също\r\n"
         "[SCALE21]\r\n"
         "ScaleName=двадесет и едно\r\n"
         "[PLUGRID]\r\n"
@@ -87,6 +91,8 @@ TEST(IniDocumentZoo, KeepsAForeignFileByteForByteButForItsOwnValues) {
               "; край на кантара\r\n"
               "[SCALE0]\r\n"
               "ScaleName=нула\r\n"
+              "; остава за следващата секция\r\n"
+              "# също\r\n"
               "[SCALE21]\r\n"
               "ScaleName=двадесет и едно\r\n"
               "[PLUGRID]\r\n"
@@ -126,6 +132,22 @@ TEST(IniDocumentZoo, ReadsAndWritesUtf16BehindItsByteOrderMark) {
               "1\0\r\0\n\0"s);
 }
 
+TEST(IniDocumentZoo, ReadsAndWritesUtf16OfTheOtherByteOrderBehindItsMark) {
+    TIniDocument document("\xFE\xFF\0[\0A\0]\0\n\0 \0k\0=\x04\x12\0\r\0\n"s);
+    EXPECT_EQ(document.Value("a", "K"), "В"_cp1251);
+    document.WriteText("A", "k", "я"_cp1251);
+    document.WriteText("A", "n", "1");
+    EXPECT_EQ(document.Bytes(),
+              "\xFE\xFF\0[\0A\0]\0\n\0 \0k\0=\x04\x4F\0\r\0\n\0n\0=\0"
+              "1\0\r\0\n"s);
+}
+
+TEST(IniDocumentZoo, ErasesASectionOfUtf16ButNotTheCommentAboveTheNext) {
+    TIniDocument document("\xFE\xFF\0[\0A\0]\0\n\0k\0\n\0;\0x\0\n\0[\0B\0]"s);
+    document.EraseSection("A");
+    EXPECT_EQ(document.Bytes(), "\xFE\xFF\0;\0x\0\n\0[\0B\0]"s);
+}
+
 TEST(IniDocumentZoo, EndsALastLineOfUtf16BeforeANewOne) {
     TIniDocument document("\xFF\xFE[\0B\0]\0"s);
     document.WriteText("A", "k", "1");
@@ -162,7 +184,7 @@ TEST(IniDocumentZoo, KeepsGarbageBytesAndReadsTheSectionsBetween) {
             garbage += static_cast<char>(random() & 0xFFU);
         garbage += "\n[SCALE7]\nTCPAddress=10.0.0.7\n";
         // A byte order mark of UTF-16 would make the text behind the garbage another one.
-        if (garbage.starts_with("\xFF\xFE")) garbage[0] = '\xFE';
+        if (garbage.starts_with("\xFF\xFE") || garbage.starts_with("\xFE\xFF")) garbage[0] = 'x';
         TIniDocument document(garbage);
         EXPECT_EQ(document.Bytes(), garbage);
         EXPECT_EQ(document.ReadText("SCALE7", "TCPAddress", ""), "10.0.0.7");
@@ -176,7 +198,7 @@ TEST(IniDocumentZoo, KeepsGarbageBytesAndReadsTheSectionsBetween) {
 TEST(IniDocumentZoo, KeepsGarbageOfUtf16) {
     std::mt19937 random(7);
     for (int round = 0; round < 200; ++round) {
-        std::string garbage = "\xFF\xFE";
+        std::string garbage = round % 2 == 0 ? "\xFF\xFE" : "\xFE\xFF";
         for (int i = 0; i < 301; ++i)
             garbage += static_cast<char>(random() & 0xFFU);
         TIniDocument document(garbage);

@@ -190,6 +190,41 @@ TEST(ScaleTable, KeepsTheLowBitsOfValuesOutOfRange) {
     EXPECT_EQ(Loaded("[SCALE1]\nTCPPort=-1\n")[1].TCPPort, 65535);
 }
 
+// 65536 has nothing in its low 16 bits, and port 0 marks an empty slot.
+TEST(ScaleTable, APortOf65536LeavesTheSlotEmptyAndItsSectionIsErasedOnSave) {
+    constexpr std::string_view kFile =
+        "[SCALE1]\r\nTCPAddress=10.0.0.1\r\nTCPPort=65536\r\n[Other]\r\n";
+    const TScaleTable table = Loaded(kFile);
+    EXPECT_EQ(table[1].TCPPort, 0);
+    EXPECT_EQ(table[1].TCPAddress.View(), "10.0.0.1");
+    EXPECT_FALSE(IsInUse(table[1]));
+    EXPECT_FALSE(IsUsableForRuns(table[1]));
+    EXPECT_EQ(Saved(table, kFile), "[Other]\r\n");
+}
+
+constexpr std::string_view kTwoOfOneName =
+    "[SCALE1]\r\nTCPAddress=10.0.0.1\r\n[Other]\r\nx=1\r\n"
+    "[scale1]\r\nTCPAddress=10.0.0.9\r\nTCPPort=9\r\n";
+
+TEST(ScaleTable, OfTwoSectionsOfASlotTheFirstIsReadAndWritten) {
+    TScaleTable table = Loaded(kTwoOfOneName);
+    EXPECT_EQ(table[1].TCPAddress.View(), "10.0.0.1");
+    EXPECT_EQ(table[1].TCPPort, 1001);
+    table[1].TCPAddress = "10.0.0.2";
+    EXPECT_EQ(Saved(table, kTwoOfOneName),
+              "[SCALE1]\r\nTCPAddress=10.0.0.2\r\nScaleNumb=1\r\nScaleName=SCALE 1\r\n"
+              "TCPPort=1001\r\nChecked=1\r\nBaudRate=0\r\nScaleType=0\r\nEncoding=2\r\n"
+              "ScaleAddr=0\r\nCommType=0\r\n[Other]\r\nx=1\r\n"
+              "[scale1]\r\nTCPAddress=10.0.0.9\r\nTCPPort=9\r\n");
+}
+
+TEST(ScaleTable, BothSectionsOfAnEmptySlotAreErasedSoThatItLoadsEmpty) {
+    TScaleTable table = Loaded(kTwoOfOneName);
+    table[1].TCPPort = 0;
+    EXPECT_EQ(Saved(table, kTwoOfOneName), "[Other]\r\nx=1\r\n");
+    EXPECT_FALSE(IsInUse(Loaded(Saved(table, kTwoOfOneName))[1]));
+}
+
 TEST(ScaleTable, TakesTheDefaultsForValuesThatAreNoIntegers) {
     const TScaleRec rec =
         Loaded("[SCALE9]\nScaleNumb=nine\nTCPPort=\nChecked=yes\nEncoding=99999999999\n")[9];
