@@ -105,6 +105,10 @@ void Press(HWND window, const std::string& name) {
     SendMessageW(ControlOf(window, name), BM_CLICK, 0, 0);
 }
 
+TDialogScript::TStep Pressing(std::string name) {
+    return [name = std::move(name)](HWND window) { Press(window, name); };
+}
+
 void Choose(HWND combo, int index) {
     SendMessageW(combo, CB_SETCURSEL, static_cast<WPARAM>(index), 0);
     SendMessageW(GetParent(combo), WM_COMMAND,

@@ -45,7 +45,8 @@ std::string TextOf(HWND window, const std::string& name);  // UTF-8
 void SetTextOf(HWND window, const std::string& name, const std::wstring& text);
 bool IsEnabledIn(HWND window, const std::string& name);
 void Press(HWND window, const std::string& name);  // a button
-void Choose(HWND combo, int index);                // as the user does
+TDialogScript::TStep Pressing(std::string name);
+void Choose(HWND combo, int index);  // as the user does
 std::vector<std::string> ComboItems(HWND window, const std::string& name);
 int ComboChoice(HWND window, const std::string& name);
 bool IsRadioOn(HWND window, const std::string& name);

@@ -3,7 +3,6 @@
 #include <windows.h>
 
 #include <cstdint>
-#include <utility>
 
 #include "comm/forms/uHint.h"
 #include "config/forms/ScaleComunicationForm.h"
@@ -13,10 +12,6 @@
 
 namespace tolvane::test {
 namespace {
-
-TDialogScript::TStep Pressing(std::string name) {
-    return [name = std::move(name)](HWND window) { Press(window, name); };
-}
 
 TScaleListServices Services() {
     TScaleListServices services;

@@ -1,55 +1,11 @@
-#include <gtest/gtest.h>
+#include "tests/module/settings/ScaleListFixture.h"
 
-#include <windows.h>
-
-#include "config/forms/ScaleComunicationForm.h"
 #include "tests/module/BoxAnswerer.h"
-#include "tests/module/GridReader.h"
-#include "tests/module/HostFrame.h"
-#include "tests/module/settings/DialogScript.h"
-#include "text/Cp1251.h"
 
 namespace tolvane::test {
 namespace {
 
-using TNames = std::vector<std::string>;
-using TSteps = std::vector<TDialogScript::TStep>;
-
-TScaleObj NetworkScale(std::int32_t number, std::string_view name, std::string_view address) {
-    TScaleObj scale;
-    scale.Rec.ScaleNumb = number;
-    scale.Rec.ScaleName = name;
-    scale.Rec.TCPAddress = address;
-    scale.Rec.TCPPort = 100;
-    scale.Rec.ScaleType = kScaleTypeEts;
-    scale.Rec.CommType = kCommTcp;
-    scale.Rec.Encoding = 2;
-    return scale;
-}
-
-TScaleObj SerialScale(std::int32_t number, std::string_view name) {
-    TScaleObj scale = NetworkScale(number, name, "COM3");
-    scale.Rec.CommType = kCommSerial;
-    scale.Rec.BaudRate = 2;
-    scale.Rec.TCPPort = 1001;
-    return scale;
-}
-
-const std::vector<TScaleObj> kTwo = {NetworkScale(3, "Месна витрина"_cp1251, "192.168.1.10"),
-                                     SerialScale(8, "Риба"_cp1251)};
-
-TNames Items(HWND window) {
-    const HWND list = ControlOf(window, "ScaleListBox");
-    TNames names;
-    const LRESULT count = SendMessageW(list, LB_GETCOUNT, 0, 0);
-    for (LRESULT i = 0; i < count; ++i) {
-        std::wstring text(128, L'\0');
-        text.resize(static_cast<std::size_t>(SendMessageW(list, LB_GETTEXT, static_cast<WPARAM>(i),
-                                                          reinterpret_cast<LPARAM>(text.data()))));
-        names.push_back(Utf8(text));
-    }
-    return names;
-}
+class ScaleListTest : public ScaleListFixture {};
 
 void Select(HWND window, int index) {
     const HWND list = ControlOf(window, "ScaleListBox");
@@ -58,49 +14,6 @@ void Select(HWND window, int index) {
                  MAKEWPARAM(static_cast<WORD>(GetDlgCtrlID(list)), LBN_SELCHANGE),
                  reinterpret_cast<LPARAM>(list));
 }
-
-void ExpectDetails(HWND window, const char* number, const char* name, const char* address,
-                   const char* portOrSpeed) {
-    EXPECT_EQ(TextOf(window, "edtScaleNumb"), number);
-    EXPECT_EQ(TextOf(window, "edtScaleName"), name);
-    EXPECT_EQ(TextOf(window, "edtScaleAddress"), address);
-    EXPECT_EQ(TextOf(window, "edtScalePortBoud"), portOrSpeed);
-}
-
-TDialogScript::TStep Pressing(std::string name) {
-    return [name = std::move(name)](HWND window) { Press(window, name); };
-}
-
-// The list editor on a computer of the test's own.
-class ScaleListTest : public testing::Test {
-protected:
-    TScaleListServices Services() {
-        TScaleListServices services;
-        services.settings.listSerialPorts = [this](bool, std::vector<std::string>& items) {
-            items = ports_;
-        };
-        services.settings.search = [](const std::atomic<bool>&) {
-            return std::vector<TFoundDevice>{};
-        };
-        services.openPage = [this](HWND, const std::string& page) { pages_.push_back(page); };
-        return services;
-    }
-
-    int Show(std::vector<TScaleObj> scales, TSteps steps) {
-        TScaleComunicationForm form(host_.Frame(), std::move(scales), Services());
-        form_ = &form;
-        const TDialogScript script(kScaleComunicationFormClass, std::move(steps));
-        const int result = form.ShowModal();
-        scales_ = form.Scales();
-        return result;
-    }
-
-    THostFrame host_;
-    TNames ports_ = {"COM1", "COM3"};
-    TNames pages_;
-    TScaleComunicationForm* form_ = nullptr;
-    std::vector<TScaleObj> scales_;  // after the window has closed
-};
 
 // What the user does in the connection dialog that a button of the list opens.
 TSteps EnterTcpScale(const wchar_t* number, const wchar_t* name, const wchar_t* address) {
@@ -420,82 +333,6 @@ TEST_F(ScaleListTest, ArrowsMoveInTheListAndShowTheDetails) {
                     ExpectDetails(window, "8", "Риба", "COM3", "38400 bps");
                     PostKey(VK_ESCAPE);
                 }});
-}
-
-TEST_F(ScaleListTest, ScalesAreAddedAndDeletedByKeyboardAlone) {
-    const TDialogScript dialog(kScaleSettingsFormClass,
-                               {[](HWND window) {
-                                    SetFocus(ControlOf(window, "rbRS232"));
-                                    PostKey(VK_RIGHT);
-                                },
-                                [](HWND) { PostKey(VK_TAB); }, [](HWND) { PostText(L"10.0.0.7"); },
-                                [](HWND) { PostKey(VK_RETURN); }});
-    Show(kTwo, {[](HWND window) {
-                    SetFocus(ControlOf(window, "btnDeleteScale"));
-                    PostKey(VK_RETURN);
-                },
-                [](HWND window) {
-                    EXPECT_EQ(Items(window), (TNames{"Риба"}));
-                    SetFocus(ControlOf(window, "btnAddScale"));
-                    PostKey(VK_RETURN);
-                },
-                [](HWND window) {
-                    EXPECT_EQ(Items(window), (TNames{"Риба", "(EVL) - 10.0.0.7 (1)"}));
-                    SetFocus(ControlOf(window, "btnOk"));
-                    PostKey(VK_RETURN);
-                }});
-    EXPECT_EQ(scales_.size(), 2U);
-}
-
-// Nothing but keys, from where the focus is when the windows open.
-TEST_F(ScaleListTest, AScaleIsEditedByKeyboardAlone) {
-    const auto key = [](int virtualKey) { return [=](HWND) { PostKey(virtualKey); }; };
-    const auto add = [](TSteps& steps, TSteps more) {
-        steps.insert(steps.end(), more.begin(), more.end());
-    };
-    TSteps edit(1, key(VK_TAB));  // to the name
-    add(edit, {[](HWND) { PostText(L"Сирена"); }});
-    add(edit, TSteps(7, key(VK_TAB)));  // to the speed
-    add(edit, {key(VK_DOWN), key(VK_RETURN)});
-    const TDialogScript dialog(kScaleSettingsFormClass, edit);
-    TSteps choose = {key(VK_DOWN)};
-    add(choose, TSteps(6, key(VK_TAB)));  // to the button of the edit
-    add(choose, {key(VK_SPACE),
-                 [](HWND window) { ExpectDetails(window, "8", "Сирена", "COM3", "57600 bps"); }});
-    add(choose, TSteps(2, key(VK_TAB)));  // to the button that confirms
-    add(choose, {key(VK_RETURN)});
-    Show(kTwo, choose);
-    ASSERT_EQ(scales_.size(), 2U);
-    EXPECT_EQ(scales_[1].Rec.ScaleName.View(), "Сирена"_cp1251);
-    EXPECT_EQ(scales_[1].Rec.BaudRate, 3);
-}
-
-// Nothing but the mouse's messages.
-TEST_F(ScaleListTest, AScaleIsEditedByMouse) {
-    const TDialogScript dialog(kScaleSettingsFormClass,
-                               {[](HWND window) {
-                                    ClickAt(ControlOf(window, "rbUDP"), {8, 8});
-                                },
-                                [](HWND window) {
-                                    EXPECT_TRUE(IsRadioOn(window, "rbUDP"));
-                                    SetTextOf(window, "edtIpAddress", L"10.0.0.7");
-                                    ClickAt(ControlOf(window, "btnOk"), {20, 10});
-                                }});
-    Show(kTwo, {[](HWND window) {
-                    const HWND list = ControlOf(window, "ScaleListBox");
-                    RECT second{};
-                    SendMessageW(list, LB_GETITEMRECT, 1, reinterpret_cast<LPARAM>(&second));
-                    ClickAt(list, {second.left + 5, second.top + 2});
-                },
-                [](HWND window) {
-                    ExpectDetails(window, "8", "Риба", "COM3", "38400 bps");
-                    ClickAt(ControlOf(window, "btnEditScale"), {20, 10});
-                },
-                [](HWND window) {
-                    ExpectDetails(window, "8", "Риба", "10.0.0.7", "1001");
-                    ClickAt(ControlOf(window, "btnOk"), {20, 10});
-                }});
-    EXPECT_EQ(scales_[1].Rec.CommType, kCommUdp);
 }
 
 TEST_F(ScaleListTest, OkFillsTheFirstSlotsOfTheTable) {

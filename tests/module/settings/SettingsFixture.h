@@ -53,8 +53,4 @@ protected:
     TScaleSettings confirmed_;
 };
 
-inline TDialogScript::TStep Pressing(std::string name) {
-    return [name = std::move(name)](HWND window) { Press(window, name); };
-}
-
 }  // namespace tolvane::test

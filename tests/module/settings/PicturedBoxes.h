@@ -1,0 +1,34 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "tests/module/BoxAnswerer.h"
+#include "tests/module/settings/DialogScript.h"
+
+namespace tolvane::test {
+
+// While it lives, takes a picture of the first message box, and answers it and all that follow with
+// OK.
+class TPicturedBoxes {
+public:
+    explicit TPicturedBoxes(std::string name)
+        : first_(L"#32770", [this, name = std::move(name)](HWND box) {
+              Picture(box, name);
+              answerer_.emplace();
+          }) {}
+    TPicturedBoxes(const TPicturedBoxes&) = delete;
+    TPicturedBoxes& operator=(const TPicturedBoxes&) = delete;
+
+    std::vector<TSeenBox> Seen() const {
+        return answerer_ ? answerer_->Seen() : std::vector<TSeenBox>();
+    }
+
+private:
+    std::optional<TBoxAnswerer> answerer_;
+    TWindowActor first_;
+};
+
+}  // namespace tolvane::test
