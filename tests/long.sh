@@ -2,7 +2,8 @@
 # The full counts of what test.sh runs shortened; for a release, behind a test.sh that has passed in
 # the same build folder. Takes about half an hour.
 #
-#   1,000 kills of a save      1,000 cycles of opening and closing the list window
+#   1,000 kills of a save, on either system
+#   1,000 cycles of opening and closing the list window
 #   200 runs stopped or closed at random times      100,000 exchanges over each wire with faults
 
 source "$(dirname "${BASH_SOURCE[0]}")/../scripts/lib.sh"
@@ -20,6 +21,12 @@ long_some() {
 
 long_kills() {
     TOLVANE_KILLS=1000 long_some "$BUILD/native/tests/unit/config/test_config" --gtest_filter='WriteIniFile.*Killed'
+}
+
+long_kills_windows() {
+    wine_session
+    TOLVANE_KILLS=1000 long_some wine_command wine \
+        "$BUILD/windows/tests/unit/config/test_config.exe" --gtest_filter='WriteIniFile.*Killed'
 }
 
 long_soak() {
@@ -44,5 +51,6 @@ step "Kills of a save" long_kills
 step "Soak of every wire" long_soak
 step "Start a Firebird server" firebird_start
 step "Start a display" display_start
+step "Kills of a save, Windows" long_kills_windows
 step "Runs stopped at random times" long_stops
 step "Cycles of the list window" long_cycles

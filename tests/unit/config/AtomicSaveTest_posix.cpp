@@ -3,29 +3,15 @@
 #include <unistd.h>
 
 #include <csignal>
-#include <cstdlib>
 #include <ctime>
 #include <random>
 
 #include "config/IniFile.h"
+#include "tests/unit/config/SavedVersions.h"
 #include "tests/unit/config/ScratchFolder.h"
 
 namespace tolvane {
 namespace {
-
-// The number of kills; a release asks for more.
-int Kills() {
-    const char* asked = std::getenv("TOLVANE_KILLS");
-    return asked == nullptr ? 200 : std::atoi(asked);
-}
-
-// Large enough for many blocks, so that a save takes a while and a torn file shows.
-TIniDocument Version(char letter) {
-    TIniDocument document;
-    for (int i = 0; i < 2000; ++i)
-        document.WriteText("A", "k" + std::to_string(i), std::string(80, letter));
-    return document;
-}
 
 pid_t StartSaving(const std::filesystem::path& file, const TIniDocument& first,
                   const TIniDocument& second, int toParent) {
@@ -46,13 +32,13 @@ void SleepMicroseconds(long microseconds) {
 TEST(WriteIniFile, LeavesTheOldOrTheNewFileWholeWhenItIsKilled) {
     const TScratchFolder folder;
     const std::filesystem::path file = folder / "a.ini";
-    const TIniDocument first = Version('1');
-    const TIniDocument second = Version('2');
+    const TIniDocument first = SavedVersion('1');
+    const TIniDocument second = SavedVersion('2');
     const std::string firstBytes = first.Bytes();
     const std::string secondBytes = second.Bytes();
     std::mt19937 random(1);
     int leftovers = 0;
-    for (int kill = 0; kill < Kills(); ++kill) {
+    for (int kill = 0; kill < Kills(200); ++kill) {
         int channel[2];
         ASSERT_EQ(pipe(channel), 0);
         const pid_t child = StartSaving(file, first, second, channel[1]);
@@ -79,7 +65,7 @@ TEST(WriteIniFile, LeavesTheOldOrTheNewFileWholeWhenItIsKilled) {
 TEST(WriteIniFile, LetsTwoProgramsSaveTheSameFileAtOnce) {
     const TScratchFolder folder;
     const std::filesystem::path file = folder / "a.ini";
-    const TIniDocument versions[] = {Version('1'), Version('2')};
+    const TIniDocument versions[] = {SavedVersion('1'), SavedVersion('2')};
     pid_t children[2] = {};
     for (int i = 0; i < 2; ++i) {
         children[i] = fork();
