@@ -12,6 +12,8 @@ struct TSerialPortScan {
     std::vector<std::string> names;  // what was read, in the system's order
 };
 
+// Asks the system anew each time. What cannot be read is told by the result; throws nothing but
+// std::bad_alloc. Any thread.
 TSerialPortScan ScanSerialPorts();
 
 // Replaces `items` by the ports of a scan, sorted as text when asked to. Without a list the items

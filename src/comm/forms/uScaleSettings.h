@@ -21,10 +21,13 @@ inline constexpr const wchar_t* kScaleSettingsFormClass = L"TfrmScaleSettings";
 
 // What the dialog needs from the computer.
 struct TScaleSettingsServices {
-    // Replaces the items by the computer's serial ports, sorted when asked to.
+    // Replaces the items by the computer's serial ports, sorted when asked to; leaves them when the
+    // computer has no list of its ports. Called on the interface thread.
     std::function<void(bool sort, std::vector<std::string>& items)> listSerialPorts;
     TDeviceSearch search;
 };
+// The ports of the system's registry and the search of the local network (on a thread of its own).
+// They keep nothing open between calls, and throw nothing but std::bad_alloc. Any thread.
 TScaleSettingsServices SystemSettingsServices();
 
 // The dialog that edits one scale's identity and connection. It answers IDOK only with settings

@@ -4,33 +4,16 @@
 
 #include <atomic>
 #include <chrono>
-#include <thread>
 
+#include "comm/Clock.h"
 #include "comm/forms/uFindDevices.h"
-#include "tests/module/BoxAnswerer.h"
 #include "tests/module/HostFrame.h"
 #include "tests/module/settings/DialogScript.h"
+#include "tests/module/settings/HeldSearch.h"
+#include "tests/module/settings/PicturedBoxes.h"
 
 namespace tolvane::test {
 namespace {
-
-// A search that works until it is let go or stopped.
-struct THeldSearch {
-    std::atomic<bool> started{false};
-    std::atomic<bool> released{false};
-    std::atomic<bool> sawStop{false};
-    std::vector<TFoundDevice> found;
-
-    TDeviceSearch Search() {
-        return [this](const std::atomic<bool>& stop) {
-            started = true;
-            while (!released && !stop)
-                std::this_thread::yield();
-            sawStop = stop.load();
-            return found;
-        };
-    }
-};
 
 TDeviceSearch Finds(std::vector<TFoundDevice> found) {
     return [found = std::move(found)](const std::atomic<bool>&) { return found; };
@@ -95,7 +78,7 @@ TEST_F(FindDevicesTest, LooksAsTold) {
 }
 
 TEST_F(FindDevicesTest, NoAnswersAreToldAndOkDoesNothing) {
-    const TBoxAnswerer boxes;
+    const TPicturedBoxes boxes("box-nothing-found");
     EXPECT_EQ(Show(Finds({}), {[](HWND window) { Press(window, "btnFind"); }, Searched,
                                [](HWND window) {
                                    EXPECT_EQ(Count(window), 0);
@@ -169,28 +152,31 @@ TEST_F(FindDevicesTest, TheWindowLivesWhileASearchWorks) {
     THeldSearch held;
     held.found = kThree;
     const HWND frame = host_.Frame();
-    Show(held.Search(), {[](HWND window) { Press(window, "btnFind"); },
-                         [&](HWND window) {
-                             EXPECT_FALSE(IsEnabledIn(window, "btnFind"));
-                             EXPECT_TRUE(IsEnabledIn(window, "btnCancel"));
-                             EXPECT_EQ(GetFocus(), List(window));
-                             SendMessageW(window, WM_SETCURSOR, reinterpret_cast<WPARAM>(window),
-                                          MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
-                             EXPECT_EQ(GetCursor(), LoadCursorW(nullptr, IDC_WAIT));
-                             // The host paints meanwhile.
-                             InvalidateRect(frame, nullptr, TRUE);
-                             Picture(window, "find-searching");
-                             held.released = true;
-                             Searched(window);
-                         },
-                         [](HWND window) {
-                             EXPECT_TRUE(IsEnabledIn(window, "btnFind"));
-                             EXPECT_EQ(Count(window), 3);
-                             Press(window, "btnCancel");
-                         }});
+    Show(held.Search(),
+         {[](HWND window) { Press(window, "btnFind"); },
+          [&](HWND window) {
+              EXPECT_FALSE(IsEnabledIn(window, "btnFind"));
+              EXPECT_TRUE(IsEnabledIn(window, "btnCancel"));
+              EXPECT_EQ(GetFocus(), List(window));
+              SendMessageW(window, WM_SETCURSOR, reinterpret_cast<WPARAM>(window),
+                           MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
+              EXPECT_EQ(GetCursor(), LoadCursorW(nullptr, IDC_WAIT));
+              Picture(window, "find-searching");
+              // The host paints meanwhile.
+              RunLoopDry();
+              host_.Forget();
+              InvalidateRect(frame, nullptr, TRUE);
+              EXPECT_TRUE(RunLoopUntil([&] { return host_.Received(WM_PAINT) > 0; }));
+              held.released = true;
+              Searched(window);
+          },
+          [](HWND window) {
+              EXPECT_TRUE(IsEnabledIn(window, "btnFind"));
+              EXPECT_EQ(Count(window), 3);
+              Press(window, "btnCancel");
+          }});
     EXPECT_TRUE(held.started);
     EXPECT_FALSE(held.sawStop);
-    EXPECT_GT(host_.Received(WM_PAINT), 0);
 }
 
 TEST_F(FindDevicesTest, ClosingDuringASearchStopsIt) {
@@ -234,25 +220,47 @@ TEST_F(FindDevicesTest, AFailedSearchHasFoundNothing) {
     EXPECT_EQ(boxes.Seen()[0].icon, TBoxIcon::Information);
 }
 
-// Three probes of a second each; a timer of this thread goes on meanwhile.
-TEST_F(FindDevicesTest, TheNetworkIsSearchedForAboutThreeSecondsAndNotOnThisThread) {
+// Three probes of a second each, into this computer's own loopback, where nobody answers; a timer
+// of this thread goes on meanwhile.
+TEST_F(FindDevicesTest, ASearchTakesAboutThreeSecondsAndNotOnThisThread) {
+    const TDeviceSearch search = [](const std::atomic<bool>& stop) {
+        TDiscoveryTarget target;
+        target.address = "127.255.255.255";
+        return FindDevices(SystemClock(), stop, target);
+    };
     const TBoxAnswerer boxes;
     ticks = 0;
     std::chrono::steady_clock::time_point start;
     std::chrono::steady_clock::duration passed{};
-    Show(NetworkSearch(), {[&](HWND window) {
-                               start = std::chrono::steady_clock::now();
-                               Press(window, "btnFind");
-                           },
-                           [&](HWND window) {
-                               const UINT_PTR timer = SetTimer(nullptr, 0, 10, &CountTick);
-                               RunLoopUntil([&] { return IsEnabledIn(window, "btnFind"); });
-                               passed = std::chrono::steady_clock::now() - start;
-                               KillTimer(nullptr, timer);
-                           },
-                           [](HWND window) { Press(window, "btnCancel"); }});
+    Show(search, {[&](HWND window) {
+                      start = std::chrono::steady_clock::now();
+                      Press(window, "btnFind");
+                  },
+                  [&](HWND window) {
+                      const UINT_PTR timer = SetTimer(nullptr, 0, 10, &CountTick);
+                      Searched(window);
+                      passed = std::chrono::steady_clock::now() - start;
+                      KillTimer(nullptr, timer);
+                  },
+                  [](HWND window) { Press(window, "btnCancel"); }});
     EXPECT_GE(passed, std::chrono::milliseconds(2900));
     EXPECT_GE(ticks, 50);
+    ASSERT_EQ(boxes.Seen().size(), 1U);
+    EXPECT_EQ(boxes.Seen()[0].text, "Не са намерени везни.");
+}
+
+// Whatever network this computer has.
+TEST_F(FindDevicesTest, TheNetworkIsSearchedAndNothingFoundIsTold) {
+    const TBoxAnswerer boxes;
+    int count = -1;
+    Show(NetworkSearch(), {[](HWND window) { Press(window, "btnFind"); },
+                           [&](HWND window) {
+                               Searched(window);
+                               count = Count(window);
+                           },
+                           [](HWND window) { Press(window, "btnCancel"); }});
+    EXPECT_GE(count, 0);
+    EXPECT_EQ(boxes.Seen().size(), count == 0 ? 1U : 0U);
 }
 
 TEST_F(FindDevicesTest, TabGoesThroughTheControls) {

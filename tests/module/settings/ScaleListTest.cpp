@@ -1,6 +1,8 @@
 #include "tests/module/settings/ScaleListFixture.h"
 
-#include "tests/module/BoxAnswerer.h"
+#include "tests/module/settings/HeldSearch.h"
+#include "tests/module/settings/PicturedBoxes.h"
+#include "window/OwnerWatch.h"
 
 namespace tolvane::test {
 namespace {
@@ -156,7 +158,7 @@ TEST_F(ScaleListTest, AnAddedUdpScaleHasPort1001) {
 }
 
 TEST_F(ScaleListTest, APortThatIsNoNumberEndsTheAddWithAMessage) {
-    const TBoxAnswerer boxes;
+    const TPicturedBoxes boxes("box-conversion");
     // The port field is empty after a switch to RS232.
     const TDialogScript dialog(kScaleSettingsFormClass, {[](HWND window) {
                                    Press(window, "rbTCP");
@@ -170,6 +172,9 @@ TEST_F(ScaleListTest, APortThatIsNoNumberEndsTheAddWithAMessage) {
                 }});
     ASSERT_EQ(boxes.Seen().size(), 1U);
     EXPECT_EQ(boxes.Seen()[0].text, "\"\" не е цяло число.");
+    EXPECT_EQ(boxes.Seen()[0].icon, TBoxIcon::Error);
+    EXPECT_EQ(boxes.Seen()[0].caption, "Грешка");
+    EXPECT_EQ(boxes.Seen()[0].buttons.size(), 1U);
     EXPECT_EQ(scales_.size(), 2U);
 }
 
@@ -205,6 +210,7 @@ TEST_F(ScaleListTest, EditingASerialScaleShowsItsSettingsAndChangesThem) {
                                    EXPECT_TRUE(IsRadioOn(window, "rbRS232"));
                                    EXPECT_EQ(ComboChoice(window, "cbPickComPort"), 1);
                                    EXPECT_EQ(ComboChoice(window, "cbBaudRate"), 2);
+                                   Picture(window, "scale-serial-edited");
                                    Choose(ControlOf(window, "cbPickComPort"), 0);
                                    Choose(ControlOf(window, "cbBaudRate"), 0);
                                    SetTextOf(window, "seScaleAddr", L"5");
@@ -267,6 +273,7 @@ TEST_F(ScaleListTest, DeletingAsksNothingAndSelectsTheNeighbour) {
     Show(kTwo, {Pressing("btnDeleteScale"), [](HWND window) {
                     EXPECT_EQ(Items(window), (TNames{"Риба"}));
                     ExpectDetails(window, "8", "Риба", "COM3", "38400 bps");
+                    Picture(window, "list-deleted");
                     Press(window, "btnDeleteScale");
                     EXPECT_TRUE(Items(window).empty());
                     ExpectDetails(window, "", "", "", "");
@@ -277,11 +284,12 @@ TEST_F(ScaleListTest, DeletingAsksNothingAndSelectsTheNeighbour) {
 }
 
 TEST_F(ScaleListTest, ATwentyFirstScaleIsRefused) {
-    const TBoxAnswerer boxes;
+    const TPicturedBoxes boxes("box-list-full");
     const std::vector<TScaleObj> twenty(20, kTwo[0]);
     Show(twenty, {Pressing("btnAddScale"), Pressing("btnOk")});
     ASSERT_EQ(boxes.Seen().size(), 1U);
     EXPECT_EQ(boxes.Seen()[0].text, "Списъкът може да съдържа най-много 20 везни.");
+    EXPECT_EQ(boxes.Seen()[0].icon, TBoxIcon::Warning);
     EXPECT_EQ(scales_.size(), 20U);
 }
 
@@ -301,7 +309,7 @@ TEST_F(ScaleListTest, TheWebPageIsAlwaysBehindHttp) {
 }
 
 TEST_F(ScaleListTest, WithoutAnAddressThereIsNoWebPage) {
-    const TBoxAnswerer boxes;
+    const TPicturedBoxes boxes("box-no-address");
     Show({}, {[this](HWND window) {
              form_->EditIPBtnClick();
              Press(window, "btnCancel");
@@ -377,6 +385,44 @@ TEST_F(ScaleListTest, GoesWithItsOwnerAndLeavesTheTable) {
                                }});
     EXPECT_FALSE(ShowScaleList(owner, table));
     EXPECT_EQ(table[2].TCPPort, 100);
+}
+
+// The list, the connection dialog and the search, each in front of the one before, and the search
+// works.
+TEST_F(ScaleListTest, AnyOfItsWindowsMayBeDestroyedWhileASearchWorks) {
+    for (const wchar_t* destroyed :
+         {kScaleComunicationFormClass, kScaleSettingsFormClass, kFindDevicesFormClass, L""}) {
+        SCOPED_TRACE(Utf8(destroyed));
+        const std::wstring name = destroyed;
+        THeldSearch held;
+        TScaleListServices services = Services();
+        services.settings.search = held.Search();
+        const HWND owner = host_.AddChild(nullptr);
+        const TDialogScript find(
+            kFindDevicesFormClass,
+            {Pressing("btnFind"), [&](HWND) {
+                 EXPECT_TRUE(RunLoopUntil([&] { return held.started.load(); }));
+                 if (name.empty())
+                     SendMessageW(host_.Client(), WM_MDIDESTROY, reinterpret_cast<WPARAM>(owner),
+                                  0);
+                 else
+                     DestroyWindow(FindWindowW(destroyed, nullptr));
+             }});
+        TSteps inDialog = {Pressing("rbTCP"), Pressing("btnFindDevices")};
+        if (name == kFindDevicesFormClass) inDialog.push_back(Pressing("btnCancel"));
+        const TDialogScript dialog(kScaleSettingsFormClass, inDialog);
+        TSteps inList = {Pressing("btnAddScale")};
+        const bool listStays = name == kFindDevicesFormClass || name == kScaleSettingsFormClass;
+        if (listStays) inList.push_back(Pressing("btnOk"));
+        const TDialogScript list(kScaleComunicationFormClass, inList);
+        TScaleComunicationForm form(owner, kTwo, services);
+        const TOwnerWatch watch(owner, form);
+        EXPECT_EQ(form.ShowModal(), listStays ? IDOK : IDCANCEL);
+        EXPECT_TRUE(held.sawStop);
+        EXPECT_EQ(form.Scales().size(), 2U);
+        EXPECT_NE(IsWindowEnabled(host_.Frame()), 0);
+        SendMessageW(host_.Client(), WM_MDIDESTROY, reinterpret_cast<WPARAM>(owner), 0);
+    }
 }
 
 }  // namespace tolvane::test

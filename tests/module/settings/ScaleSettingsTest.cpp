@@ -1,4 +1,4 @@
-#include "tests/module/BoxAnswerer.h"
+#include "tests/module/settings/PicturedBoxes.h"
 #include "tests/module/settings/SettingsFixture.h"
 #include "text/Cp1251.h"
 
@@ -82,6 +82,25 @@ TEST_F(ScaleSettingsTest, StartsWithTheDefaults) {
     }});
 }
 
+TEST_F(ScaleSettingsTest, FieldsTakeNoMoreThanTheirLimits) {
+    Show({[](HWND window) {
+              const std::pair<const char*, int> limits[] = {
+                  {"edtScaleName", 50}, {"seScaleAddr", 3}, {"edtIpAddress", 15}};
+              for (const auto& [name, limit] : limits)
+                  EXPECT_EQ(SendMessageW(ControlOf(window, name), EM_GETLIMITTEXT, 0, 0), limit)
+                      << name;
+              PostKey(VK_TAB);
+          },
+          [](HWND) {
+              EXPECT_EQ(ComponentNameOf(GetFocus()), "edtScaleName");
+              PostText(std::wstring(50, L'ж') + L"xy");
+          },
+          [](HWND window) {
+              EXPECT_EQ(TextOf(window, "edtScaleName").size(), 2 * 50U);
+              Press(window, "btnCancel");
+          }});
+}
+
 TEST_F(ScaleSettingsTest, IsCentredOnTheScreen) {
     Show({[](HWND window) {
         RECT rect{};
@@ -134,6 +153,9 @@ TEST_F(ScaleSettingsTest, TheRefreshButtonRefillsThePortListUnsorted) {
         EXPECT_EQ(sorts_, std::vector<bool>{false});
         EXPECT_EQ(ComboItems(window, "cbPickComPort"), (TNames{"COM9", "COM10", "COM1"}));
         EXPECT_EQ(ComboChoice(window, "cbPickComPort"), 2);
+        ClickAt(ControlOf(window, "cbPickComPort"), {10, 10});
+        Picture(window, "scale-com-list");
+        SendMessageW(ControlOf(window, "cbPickComPort"), CB_SHOWDROPDOWN, FALSE, 0);
         ports_ = {"COM9"};
         Press(window, "btnRefreshComList");
         EXPECT_EQ(ComboChoice(window, "cbPickComPort"), -1);
@@ -143,7 +165,7 @@ TEST_F(ScaleSettingsTest, TheRefreshButtonRefillsThePortListUnsorted) {
 
 TEST_F(ScaleSettingsTest, ATakenNumberIsRefusedFirst) {
     listed_ = {1};
-    const TBoxAnswerer boxes;
+    const TPicturedBoxes boxes("box-number-taken");
     EXPECT_EQ(Show({Pressing("btnOk"),
                     [](HWND window) {
                         EXPECT_EQ(GetFocus(), ControlOf(window, "edtScaleNumb"));
@@ -229,13 +251,12 @@ TEST_F(ScaleSettingsTest, SpinEditsBringTheirValuesIntoTheLimitsWhenLeft) {
             SetFocus(ControlOf(window, "edtScaleName"));
             EXPECT_EQ(TextOf(window, "seScaleAddr"), shown);
         }
-        EXPECT_EQ(SendMessageW(ControlOf(window, "seScaleAddr"), EM_GETLIMITTEXT, 0, 0), 3);
         Press(window, "btnCancel");
     }});
 }
 
 TEST_F(ScaleSettingsTest, AWrongPortIsAWarning) {
-    const TBoxAnswerer boxes;
+    const TPicturedBoxes boxes("box-port");
     Show(Tcp(""), {[](HWND window) {
                        SetTextOf(window, "edtPort", L"65536");
                        Press(window, "btnOk");
@@ -256,7 +277,7 @@ TEST_F(ScaleSettingsTest, AWrongPortIsAWarning) {
 }
 
 TEST_F(ScaleSettingsTest, BlankGroupsOfTheAddressAreAnError) {
-    const TBoxAnswerer boxes;
+    const TPicturedBoxes boxes("box-ip-address");
     Show(Tcp("10.0"), {Pressing("btnOk"),
                        [](HWND window) {
                            EXPECT_EQ(GetFocus(), ControlOf(window, "edtIpAddress"));
@@ -290,8 +311,7 @@ TEST_F(ScaleSettingsTest, SerialWithoutPortsCannotBeConfirmed) {
 }
 
 TEST_F(ScaleSettingsTest, SerialNeedsAChosenPort) {
-    const TWindowActor picture(L"#32770", [](HWND box) { Picture(box, "box-com-port"); });
-    const TBoxAnswerer boxes;
+    const TPicturedBoxes boxes("box-com-port");
     EXPECT_EQ(Show({Pressing("btnOk"),
                     [](HWND window) {
                         EXPECT_EQ(GetFocus(), ControlOf(window, "cbPickComPort"));
