@@ -20,10 +20,6 @@ namespace {
 const wchar_t* const kChooserClass = L"TColListForm";
 constexpr int kColumns = 32;
 
-TDialogScript::TStep Pressing(std::string name) {
-    return [name = std::move(name)](HWND window) { Press(window, name); };
-}
-
 HWND Lines(HWND chooser) {
     return ControlOf(chooser, "aCheckListBox");
 }

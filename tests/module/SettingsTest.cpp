@@ -2,41 +2,12 @@
 
 #include <windows.h>
 
-#include <string>
-#include <utility>
-#include <vector>
-
-#include "tests/module/BoxAnswerer.h"
 #include "tests/module/Screenshot.h"
-#include "tests/module/Session.h"
-#include "tests/module/settings/DialogScript.h"
+#include "tests/module/SettingsSession.h"
 
 namespace tolvane::test {
-namespace {
 
-constexpr WPARAM kSettingsCommand = 1005;
-
-// The list window's settings command over a configuration file of the test's own.
-class SettingsTest : public testing::Test {
-protected:
-    SettingsTest() { TConfiguration::Write(kBefore); }
-
-    static std::string Content() { return TConfiguration::Bytes(); }
-    void OpenSettings(std::vector<TDialogScript::TStep> steps) const {
-        const TDialogScript script(L"TScaleComunicationForm", std::move(steps));
-        SendMessageW(session_.List(), WM_COMMAND, kSettingsCommand, 0);
-    }
-
-    static constexpr const char* kBefore =
-        "; by hand\r\n[SCALE3]\r\nTCPAddress=10.0.0.5\r\n[OTHER]\r\nkey = value\r\n";
-    TSession session_;
-};
-
-TDialogScript::TStep Pressing(std::string name) {
-    return [name = std::move(name)](HWND window) { Press(window, name); };
-}
-
-}  // namespace
+using SettingsTest = TSettingsSession;
 
 TEST_F(SettingsTest, AnAddedScaleIsSaved) {
     session_.Start();
@@ -70,68 +41,8 @@ TEST_F(SettingsTest, CancelLeavesTheFile) {
 
 TEST_F(SettingsTest, DeletingAllScalesErasesTheirSections) {
     session_.Start();
-    OpenSettings({Pressing("btnDeleteScale"), Pressing("btnOk")});
-    EXPECT_EQ(Content(), "; by hand\r\n[OTHER]\r\nkey = value\r\n");
-}
-
-TEST_F(SettingsTest, AFileHeldByAnotherProgramIsToldInOneBoxAndKept) {
-    session_.Start();
-    const HANDLE held = CreateFileW(TConfiguration::File().c_str(), GENERIC_READ, FILE_SHARE_READ,
-                                    nullptr, OPEN_EXISTING, 0, nullptr);
-    ASSERT_NE(held, INVALID_HANDLE_VALUE);
-    const TBoxAnswerer boxes;
-    OpenSettings({Pressing("btnDeleteScale"), Pressing("btnOk")});
-    EXPECT_EQ(boxes.Seen().size(), 1U);
-    EXPECT_NE(session_.List(), nullptr);
-    CloseHandle(held);
-    EXPECT_EQ(Content(), kBefore);
-    // The change is not lost: the next save is the window's own, when it closes.
-    session_.CloseList();
-    EXPECT_EQ(Content().rfind("; by hand\r\n[OTHER]\r\nkey = value\r\n[PLUGRID]\r\n", 0), 0U);
-    EXPECT_EQ(Content().find("[SCALE"), std::string::npos);
-}
-
-TEST_F(SettingsTest, AReadOnlyFileIsToldInOneBoxAndKept) {
-    session_.Start();
-    SetFileAttributesW(TConfiguration::File().c_str(), FILE_ATTRIBUTE_READONLY);
-    {
-        const TBoxAnswerer boxes;
-        OpenSettings({Pressing("btnDeleteScale"), Pressing("btnOk")});
-        ASSERT_EQ(boxes.Seen().size(), 1U);
-        EXPECT_EQ(boxes.Seen()[0].icon, TBoxIcon::Error);
-        EXPECT_NE(boxes.Seen()[0].text.find("Tolvane"), std::string::npos);
-    }
-    EXPECT_EQ(Content(), kBefore);
-    SetFileAttributesW(TConfiguration::File().c_str(), FILE_ATTRIBUTE_NORMAL);
-}
-
-// Held without sharing while the list opens: its twenty slots are empty then, and must not be
-// written over the file's scales.
-TEST_F(SettingsTest, AFileThatCouldNotBeReadLosesNothing) {
-    const auto hold = [] {
-        return CreateFileW(TConfiguration::File().c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING,
-                           0, nullptr);
-    };
-    HANDLE held = hold();
-    session_.Start();
-    CloseHandle(held);
-    session_.CloseList();
-    EXPECT_EQ(Content(), kBefore);
-
-    held = hold();
-    session_.Start();
-    {
-        const TBoxAnswerer boxes;
-        SendMessageW(session_.List(), WM_COMMAND, kSettingsCommand, 0);
-        EXPECT_EQ(boxes.Seen().size(), 1U);
-    }
-    CloseHandle(held);
-    // Readable again, it is read before the editor opens.
-    OpenSettings({[](HWND window) { EXPECT_EQ(TextOf(window, "edtScaleName"), "SCALE 3"); },
-                  Pressing("btnCancel")});
-    session_.CloseList();
-    EXPECT_EQ(TConfiguration::Value("SCALE3", "TCPAddress"), "10.0.0.5");
-    EXPECT_EQ(TConfiguration::Value("SCALE3", "ScaleName"), "SCALE 3");
+    DeleteTheScale();
+    EXPECT_EQ(Content(), kWithoutScale);
 }
 
 TEST_F(SettingsTest, EveryWindowCarriesItsName) {

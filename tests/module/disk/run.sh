@@ -1,0 +1,54 @@
+#!/usr/bin/env bash
+# The tests on a full disk: the Operations folder of a program lies on a disk of eight MiB that only
+# this script and what it starts can see. Needs root; without it a line says that they are left out.
+#
+#   tests/module/disk/run.sh <Windows build folder> [argument of the test program]...
+#
+# The Wine prefix, the display, the Firebird server and the databases of the module tests must be there.
+
+source "$(dirname "${BASH_SOURCE[0]}")/../../../scripts/lib.sh"
+source "$SCRIPTS/wine.sh"
+source "$SCRIPTS/firebird.sh"
+source "$ROOT/tests/module/steps.sh"
+
+windows=$1
+shift
+operations=$windows/tests/module/disk/Operations
+
+disk_refusal() {
+    if ! have_root; then
+        say "a disk of its own needs root"
+    elif ! unshare -m mount -t tmpfs -o size=8m tolvane "$operations" 2>/dev/null; then
+        say "a disk of its own cannot be made here"
+    fi
+}
+
+# Nothing of Wine may keep the disk, or run on without it.
+disk_end() {
+    local code=$?
+    wine_stop || true
+    exit "$code"
+}
+
+mkdir -p "$operations"
+
+# The script starts itself once more where it alone sees what it mounts. Files are opened by Wine's
+# server, so that one has to start inside too.
+if [ "${TOLVANE_DISK_INSIDE:-}" != 1 ]; then
+    refusal=$(disk_refusal)
+    if [ -n "$refusal" ]; then
+        say "The tests on a full disk are left out: $refusal."
+        exit 0
+    fi
+    wine_stop
+    exec unshare -m env TOLVANE_DISK_INSIDE=1 TOLVANE_BUILD="$BUILD" "${BASH_SOURCE[0]}" "$windows" "$@"
+fi
+
+trap disk_end EXIT
+trap 'exit 130' INT TERM
+mount -t tmpfs -o size=8m tolvane "$operations"
+cp "$windows/src/entry/Tolvane.dll" "$operations/"
+wine_session
+TOLVANE_FB_SERVER=127.0.0.1/$(firebird_port) TOLVANE_FB_PASSWORD=$FIREBIRD_PASSWORD \
+    TOLVANE_FB_FOLDER=$MODULE_DATABASES \
+    wine_command timeout 300 wine "$windows/tests/module/disk/test_disk.exe" "$@"
