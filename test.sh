@@ -52,6 +52,7 @@ step "List window, 144 dots per inch" test_module_resolution 144
 step "Settings windows, 96 dots per inch" test_settings_run 96 1251
 step "Settings windows, 144 dots per inch" test_settings_run 144 1252
 step "Links over a COM port and a shop's network" test_links_run
+step "A full disk" test_disk_run
 test_end_runtime
 step "Demo" ./demo.sh
 step "Articles of the demo, byte for byte" test_demo_articles

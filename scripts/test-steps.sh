@@ -78,6 +78,12 @@ test_links_run() {
         "--gtest_output=json:$(wine_path "$RESULTS/links.json")"
 }
 
+test_disk_run() {
+    wine_regional 1251 comma
+    "$ROOT/tests/module/disk/run.sh" "$BUILD/windows" \
+        "--gtest_output=json:$(wine_path "$RESULTS/disk.json")"
+}
+
 test_host_run() {
     wine_regional 1251 comma
     host_test "$BUILD/windows" "--gtest_output=json:$(wine_path "$RESULTS/host.json")"
