@@ -71,7 +71,7 @@ void AddLinkOptions(CLI::App& app, TArguments& arguments, TProgramOptions& progr
                    "answers searches for UDP modules (udp), TCP converters (tcp) or both (all)")
         ->check(Names({"udp", "tcp", "all"}));
     app.add_option("--discovery-replies", arguments.discoveryReplies, "datagrams per search, 1")
-        ->check(CLI::Range(0, 100));
+        ->check(CLI::Range(0, 10000));
     app.add_option("--discovery-reply", arguments.discoveryReply,
                    "their bytes, hexadecimal; \"-\" for none");
 }

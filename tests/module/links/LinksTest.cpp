@@ -1,50 +1,18 @@
 // Virtual scales behind a COM port and at addresses of their own. The steps that start this program
 // start them too, and say in the environment where they are: TOLVANE_LINKS_SERIAL names the port of
 // an EVL with address 5 (behind COM6 is one that goes away at its second request); UDP1 and UDP2
-// name an ETS and an EVL, TCP an SI/S300 on port 1001. Each saves what it holds in
-// TOLVANE_LINKS_FOLDER.
-#include <gtest/gtest.h>
+// name an ETS and an EVL, TCP an SI/S300 on port 1001.
+#include "tests/module/links/LinksFixture.h"
 
-#include <cstdlib>
-#include <fstream>
-#include <nlohmann/json.hpp>
-#include <set>
+#include <asio/io_context.hpp>
+#include <asio/ip/udp.hpp>
 
-#include "comm/DeviceDiscovery.h"
 #include "comm/SystemError.h"
-#include "upload/ScaleSession.h"
 
 namespace tolvane::test {
 namespace {
 
 constexpr int kRounds = 50;
-
-std::string Setting(const char* name) {
-    const char* value = std::getenv((std::string("TOLVANE_LINKS_") + name).c_str());
-    if (value == nullptr) ADD_FAILURE() << "TOLVANE_LINKS_" << name << " is not set";
-    return value == nullptr ? std::string() : value;
-}
-
-// A clock without the protocol's pauses.
-class TQuickClock : public TClock {
-public:
-    TTimePoint Now() const override { return SystemClock().Now(); }
-    void Sleep(TMilliseconds pause) override {
-        // A serial read waits by these.
-        SystemClock().Sleep(std::min(pause, TMilliseconds(10)));
-    }
-};
-
-class TSilentView : public TRunView {
-public:
-    void ClearLog() override {}
-    void Log(std::string) override {}
-    void SetConnection(std::string) override {}
-    void SetProgress(std::string) override {}
-    void SetRunning(bool) override {}
-    void SetChoicesEnabled(bool) override {}
-    void ShowRunError(std::string text) override { ADD_FAILURE() << text; }
-};
 
 struct TConfigured {
     const char* name;
@@ -74,33 +42,13 @@ TScaleRec RecordOf(const TConfigured& configured) {
     return rec;
 }
 
-// The price of an article in the scale's saved state; -1 when it is not there.
-int PriceIn(const std::string& scale, int number) {
-    std::ifstream file(Setting("FOLDER") + "\\" + scale + ".json");
-    if (!file) return -1;
-    const nlohmann::json state = nlohmann::json::parse(file);
-    for (const auto& article : state.at("articles"))
-        if (article.at("number") == number) return article.at("price").get<int>();
-    return -1;
-}
-
-class LinksTest : public testing::Test {
+class LinksTest : public LinksFixture {
 public:
     void ExpectUpload(const TConfigured& configured, int number, const std::string& price,
                       int hundredths) {
-        TSilentView view;
-        const TRunStop stop;
-        TScaleSession session(factory, clock, view, stop, '.');
-        const TScaleRec rec = RecordOf(configured);
-        ASSERT_TRUE(session.InitComm(rec)) << session.LastError;
-        const std::string line =
-            std::to_string(number) + "|22012|1|0|0|" + price + "|0|30|Ham|||||L1|0|0|101|";
-        ASSERT_TRUE(session.ProcessUpload({line}, rec)) << session.LastError;
-        EXPECT_EQ(PriceIn(configured.name, number), hundredths);
+        LinksFixture::ExpectUpload(RecordOf(configured), configured.name, number, price,
+                                   hundredths);
     }
-
-    TQuickClock clock;
-    TRealScaleFactory factory{clock};
 };
 
 using LinksSerialTest = LinksTest;
@@ -190,16 +138,18 @@ TEST_F(LinksNetworkTest, ASecondUdpScaleFindsTheLocalPortTakenUntilTheFirstIsClo
 }
 
 TEST_F(LinksNetworkTest, ASearchByBroadcastFindsTheScalesByTheirKinds) {
-    const auto found = FindDevices(SystemClock(), false);
-    std::multiset<std::string> udp;
-    std::multiset<std::string> tcp;
-    for (const TFoundDevice& device : found)
-        (device.kind == TDeviceKind::UdpModule ? udp : tcp).insert(device.address);
-    // Each UDP module answers both of its probes.
     const std::string udp1 = Setting("UDP1");
     const std::string udp2 = Setting("UDP2");
-    EXPECT_EQ(udp, (std::multiset<std::string>{udp1, udp1, udp2, udp2}));
-    EXPECT_EQ(tcp, (std::multiset<std::string>{Setting("TCP")}));
+    // Each UDP module answers both of its probes.
+    EXPECT_EQ(Sorted(FindDevices(SystemClock(), false)),
+              Sorted({Udp(udp1), Udp(udp1), Udp(udp2), Udp(udp2), Tcp(Setting("TCP"))}));
+}
+
+TEST_F(LinksNetworkTest, ASearchWhoseLocalPort5001IsTakenFindsWhatTheOtherProbesFind) {
+    asio::io_context io;
+    const asio::ip::udp::socket holder(io, {asio::ip::udp::v4(), 5001});
+    EXPECT_EQ(Sorted(FindDevices(SystemClock(), false)),
+              Sorted({Udp(Setting("UDP1")), Udp(Setting("UDP2")), Tcp(Setting("TCP"))}));
 }
 
 TEST_F(LinksNetworkTest, AScaleThatDoesNotListenOnTcpRefusesTheConnection) {

@@ -1,10 +1,12 @@
 #!/usr/bin/env bash
-# The tests of the links: virtual scales on COM5 and COM6 and, as root, three at addresses of their own in a
-# shop's network, which the test program reaches under Wine. Without root the tests of the network
-# are left out, and a line says so. What the scales hold is left in build/links.
+# The tests of the links, scene after scene: each starts its virtual scales, has the test program reach
+# them under Wine, and ends them. First come scales on COM5 and COM6 and, as root, three at addresses of
+# their own in a shop's network; then, as root, networks to be searched. Without root the tests of the
+# network are left out, and a line says so. What the scales hold is left in build/links.
 #
 #   tests/module/links/run.sh <Windows build folder> <virtual-scale> [argument of the test program]...
 #
+# Every scene starts the program anew: its name is put into the file name of --gtest_output.
 # The Wine prefix and the display must be there.
 
 source "$(dirname "${BASH_SOURCE[0]}")/../../../scripts/lib.sh"
@@ -12,7 +14,7 @@ source "$SCRIPTS/wine.sh"
 source "$SCRIPTS/network.sh"
 
 LINKS=$BUILD/links
-windows=$1 virtual_scale=$2
+windows=$1 virtual_scale=$2 arguments=("${@:3}")
 
 # links_scale <name> <option>...: by itself, or where the network has a place of that name.
 links_scale() {
@@ -26,16 +28,34 @@ links_scale() {
     wait_until 30 test -s "$LINKS/$name.ready" || fail "the scale $name does not get ready"
 }
 
+# links_at <place> <model> udp|tcp <port> <option>...: answers the searches for its kind.
 links_at() {
-    links_scale "$1" --model "$2" --host "$(network_address "$1")" "--$3" 1001 --discovery "$3"
+    links_scale "$1" --model "$2" --host "$(network_address "$1")" "--$3" "$4" --discovery "$3" "${@:5}"
 }
 
-links_end() {
-    local code=$? name
+links_scales_end() {
+    local name
     for name in serial pulled udp1 udp2 tcp; do
         end_process "$(cat "$LINKS/$name.pid" 2>/dev/null)" virtual-scale || true
         rm -f "$LINKS/$name.pid"
     done
+}
+
+# links_scene <name> <filter>: the tests that the scales which run now are for. A filter that fits no
+# test is a mistake.
+links_scene() {
+    local status=0
+    wine_command timeout 300 wine "$windows/tests/module/links/test_links.exe" \
+        "${arguments[@]/%.json/-$1.json}" "--gtest_filter=$2" >"$LINKS/scene.out" 2>&1 || status=$?
+    cat "$LINKS/scene.out"
+    [ "$status" -eq 0 ] || fail "the tests of the scene $1 end with code $status"
+    grep -q '^\[  PASSED  \] [1-9]' "$LINKS/scene.out" || fail "there are no tests of the scene $1"
+    links_scales_end
+}
+
+links_end() {
+    local code=$? name
+    links_scales_end
     for name in COM5 COM6; do
         wine_run reg delete 'HKLM\Software\Wine\Ports' /v "$name" /f >/dev/null 2>&1 || true
     done
@@ -69,15 +89,36 @@ wine_com_port COM6 "$LINKS/pulled.port"
 export TOLVANE_LINKS_SERIAL=COM5 TOLVANE_LINKS_FOLDER
 TOLVANE_LINKS_FOLDER=$(wine_path "$LINKS")
 if network_is_up; then
-    filter='*'
-    links_at udp1 ETS udp
-    links_at udp2 EVL udp
-    links_at tcp S300 tcp
+    filter='Links*'
+    links_at udp1 ETS udp 1001
+    links_at udp2 EVL udp 1001
+    links_at tcp S300 tcp 1001
     export TOLVANE_LINKS_UDP1 TOLVANE_LINKS_UDP2 TOLVANE_LINKS_TCP
     TOLVANE_LINKS_UDP1=$(network_address udp1)
     TOLVANE_LINKS_UDP2=$(network_address udp2)
     TOLVANE_LINKS_TCP=$(network_address tcp)
 fi
 wine_session
-wine_command timeout 300 wine "$windows/tests/module/links/test_links.exe" \
-    "--gtest_filter=$filter" "${@:3}"
+links_scene links "$filter"
+network_is_up || exit 0
+
+links_scene none 'SearchNoneTest*'
+
+links_at udp1 EVL udp 1001
+links_scene one 'SearchOneTest*'
+
+links_at udp1 EVL udp 1001 --discovery-replies 7
+links_at tcp S300 tcp 100 --discovery-replies 7
+links_scene several 'SearchSeveralTest*'
+
+links_at udp1 EVL udp 1001 --discovery-reply -
+links_at tcp S300 tcp 100 --discovery-reply -
+links_scene empty 'SearchEmptyTest*'
+
+links_at udp1 EVL udp 1001 --discovery-replies 10000 --discovery-reply "$(printf '%02800d' 0)"
+links_at tcp S300 tcp 100
+links_scene flood 'SearchFloodTest*'
+
+links_at udp1 EVL udp 1001
+links_at tcp S300 tcp 100
+links_scene found 'FoundScaleTest*'

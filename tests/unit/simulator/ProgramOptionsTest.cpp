@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <string>
 #include <vector>
 
 #include "Bytes.h"
@@ -59,6 +60,18 @@ TEST(ProgramOptionsTest, Discovery_AnswersTheProbesOfItsKind) {
     ASSERT_EQ(tcp.scale.probes.size(), 1U);
     EXPECT_EQ(tcp.scale.probes[0].probe, TProbe::Converter);
     EXPECT_TRUE(tcp.scale.probes[0].reply.empty());
+}
+
+TEST(ProgramOptionsTest, DiscoveryReplies_MayBeNoneOrAFlood) {
+    for (const char* count : {"0", "10000"}) {
+        const TProgramOptions program = Parse({"--discovery", "tcp", "--discovery-replies", count});
+        ASSERT_FALSE(program.exitCode) << count;
+        EXPECT_EQ(program.scale.probes.at(0).replies, std::stoi(count));
+    }
+    for (const char* count : {"-1", "10001", "many"})
+        EXPECT_NE(Parse({"--discovery", "tcp", "--discovery-replies", count}).exitCode.value_or(0),
+                  0)
+            << count;
 }
 
 TEST(ProgramOptionsTest, Faults_AreReadInOrder) {
