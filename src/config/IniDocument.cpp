@@ -217,13 +217,10 @@ void TIniDocument::EraseLines(std::size_t section) {
     const bool isLast = std::all_of(erased + 1, sections_.end(),
                                     [](const TSection& later) { return later.lines.empty(); });
     std::vector<std::string>& lines = erased->lines;
-    auto kept = lines.end();
-    while (!isLast && kept != lines.begin()) {
-        const std::string& above = *std::prev(kept);
-        if (!above.empty() && !IsIniComment(above, encoding_)) break;
-        --kept;
-    }
-    lines.erase(lines.begin(), kept);
+    const auto own = std::ranges::find_if(
+        lines.rbegin(), lines.rend(),
+        [&](const std::string& line) { return !line.empty() && !IsIniComment(line, encoding_); });
+    lines.erase(lines.begin(), isLast ? lines.end() : own.base());
 }
 
 }  // namespace tolvane

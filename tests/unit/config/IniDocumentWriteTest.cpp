@@ -165,6 +165,13 @@ TEST(IniDocument, ErasesTheCommentsOfALastSectionWithIt) {
     EXPECT_EQ(document.Bytes(), "");
 }
 
+TEST(IniDocument, ErasesASectionWhoseLastKeyWasErasedAsItWouldStandInTheFile) {
+    TIniDocument document("[A]\n; one\nk=1\n; two\n[B]\n");
+    document.EraseKey("A", "k");
+    document.EraseSection("A");
+    EXPECT_EQ(document.Bytes(), "; one\n; two\n[B]\n");
+}
+
 TEST(IniDocument, ReadsNothingOfAnErasedSectionWhoseCommentStays) {
     TIniDocument document("[A]\nk=1\n#k=2\n[B]\n");
     document.EraseSection("A");
