@@ -8,7 +8,7 @@
 #   ./demo.sh --interactive   on the user's display; the windows stay open until TradeHost is closed
 #
 # As root it gives the scales addresses of their own in network namespaces, and runs the shop there;
-# otherwise the scale on UDP is left out.
+# otherwise UDP is left out and that scale is on TCP as well.
 
 source "$(dirname "${BASH_SOURCE[0]}")/scripts/lib.sh"
 source "$SCRIPTS/wine.sh"
@@ -46,7 +46,7 @@ if [ "${TOLVANE_DEMO_INSIDE:-}" != 1 ]; then
         step "Make the shop's network" demo_make_network
         network_enter env TOLVANE_DEMO_INSIDE=1 TOLVANE_BUILD="$BUILD" "$ROOT/demo.sh" "$@"
     fi
-    say "The scale on UDP is left out: $refusal."
+    say "UDP is left out, the ETS is on TCP: $refusal."
 fi
 
 step "Make the Wine prefix" wine_prefix_make

@@ -15,13 +15,13 @@ DEMO_SCALES=(
     "s300 S300 1 9999 3 300 0 tcp"
 )
 
-# The scales that take part, as above. Over UDP both sides have port 1001, so a scale needs an
-# address of its own.
+# The scales, as above. Over UDP both sides have port 1001, so a scale needs an address of its own;
+# where it has none it is on TCP.
 demo_scales() {
     if network_is_up; then
         printf '%s\n' "${DEMO_SCALES[@]}"
     else
-        printf '%s\n' "${DEMO_SCALES[@]}" | grep -v ' udp$'
+        printf '%s\n' "${DEMO_SCALES[@]/% udp/ tcp}"
     fi
 }
 

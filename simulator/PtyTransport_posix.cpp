@@ -70,13 +70,15 @@ public:
         : TStreamLink(asio::posix::stream_descriptor(io, pty.scale.Release()), std::move(answer)),
           client_(std::move(pty.client)) {}
 
-protected:
-    // The port vanishes, for the client as well.
-    void End(TEnding) override {
+    void Close() noexcept {
         std::error_code ignored;
         client_.Close();
         Stream().close(ignored);
     }
+
+protected:
+    // The port vanishes, for the client as well.
+    void End(TEnding) override { Close(); }
 
 private:
     TDescriptor client_;
@@ -96,6 +98,7 @@ public:
         std::error_code ignored;
         if (!linkPath_.empty()) std::filesystem::remove(linkPath_, ignored);
     }
+    void Close() noexcept override { link_->Close(); }
     std::string Endpoint() const override { return "serial " + Device(); }
     std::string Device() const override { return linkPath_.empty() ? device_ : linkPath_; }
 

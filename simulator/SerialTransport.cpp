@@ -28,15 +28,18 @@ public:
         Read();
     }
 
+    void Close() noexcept {
+        closed_ = true;
+        std::error_code ignored;
+        Stream().close(ignored);
+        retry_.cancel();
+    }
+
     const std::string& Device() const { return device_; }
 
 protected:
     // A fault that ends a connection takes the port away until the scale is started again.
-    void End(TEnding) override {
-        closed_ = true;
-        std::error_code ignored;
-        Stream().close(ignored);
-    }
+    void End(TEnding) override { Close(); }
 
     void Broken() override {
         if (closed_) return;
@@ -68,6 +71,7 @@ private:
 class TSerialTransport : public TTransport {
 public:
     explicit TSerialTransport(std::shared_ptr<TSerialLink> link) : link_(std::move(link)) {}
+    void Close() noexcept override { link_->Close(); }
     std::string Endpoint() const override { return "serial " + link_->Device(); }
     std::string Device() const override { return link_->Device(); }
 

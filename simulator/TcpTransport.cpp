@@ -1,6 +1,8 @@
 #include <asio/ip/tcp.hpp>
 #include <asio/steady_timer.hpp>
+#include <memory>
 #include <utility>
+#include <vector>
 
 #include "simulator/StreamLink.h"
 #include "simulator/Transport.h"
@@ -19,6 +21,11 @@ public:
         std::error_code ignored;
         Stream().set_option(tcp::no_delay(true), ignored);
         Read();
+    }
+
+    void Close() noexcept {
+        std::error_code ignored;
+        Stream().close(ignored);
     }
 
 protected:
@@ -52,14 +59,23 @@ public:
     void Accept() {
         acceptor_.async_accept(
             [self = shared_from_this()](const std::error_code& error, tcp::socket socket) {
-                if (error == asio::error::operation_aborted) return;
+                if (!self->acceptor_.is_open()) return;
                 if (error) {
                     self->AcceptLater();
                     return;
                 }
-                std::make_shared<TTcpSession>(std::move(socket), self->answer_)->Start();
+                self->Serve(std::move(socket));
                 self->Accept();
             });
+    }
+
+    void Close() noexcept override {
+        std::error_code ignored;
+        acceptor_.close(ignored);
+        retry_.cancel();
+        for (const auto& entry : sessions_) {
+            if (const auto session = entry.lock()) session->Close();
+        }
     }
 
     std::string Endpoint() const override {
@@ -71,6 +87,13 @@ public:
     }
 
 private:
+    void Serve(tcp::socket socket) {
+        const auto session = std::make_shared<TTcpSession>(std::move(socket), answer_);
+        std::erase_if(sessions_, [](const auto& entry) { return entry.expired(); });
+        sessions_.push_back(session);
+        session->Start();
+    }
+
     // Out of descriptors, perhaps: trying again at once would only keep the processor busy.
     void AcceptLater() {
         retry_.expires_after(std::chrono::milliseconds(100));
@@ -82,6 +105,7 @@ private:
     tcp::acceptor acceptor_;
     asio::steady_timer retry_;
     TAnswer answer_;
+    std::vector<std::weak_ptr<TTcpSession>> sessions_;
 };
 
 }  // namespace

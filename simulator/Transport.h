@@ -10,8 +10,7 @@
 
 namespace tolvane::simulator {
 
-// Something that a scale listens on; it stops when it is destroyed, after its io_context has been
-// stopped.
+// Something that a scale listens on.
 class TTransport {
 public:
     TTransport() = default;
@@ -19,6 +18,9 @@ public:
     TTransport(const TTransport&) = delete;
     TTransport& operator=(const TTransport&) = delete;
 
+    // On the io_context's thread: gives up all that is under way. The context's run then tells each
+    // operation that it was aborted, and nothing follows.
+    virtual void Close() noexcept = 0;
     // "tcp 127.0.0.1:1001", "udp ...", "serial /dev/pts/3"
     virtual std::string Endpoint() const = 0;
     virtual std::uint16_t Port() const { return 0; }

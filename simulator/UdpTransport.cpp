@@ -26,7 +26,7 @@ public:
         socket_->async_receive_from(
             asio::buffer(buffer_), sender_,
             [self = shared_from_this()](const std::error_code& error, std::size_t count) {
-                if (error == asio::error::operation_aborted) return;
+                if (!self->socket_->is_open()) return;
                 if (error) {
                     self->ReceiveLater();
                     return;
@@ -36,6 +36,11 @@ public:
             });
     }
 
+    void Close() noexcept override {
+        std::error_code ignored;
+        socket_->close(ignored);
+        retry_.cancel();
+    }
     std::uint16_t Port() const override { return socket_->local_endpoint().port(); }
 
 protected:

@@ -1,6 +1,8 @@
 #include "simulator/VirtualScale.h"
 
 #include <asio/io_context.hpp>
+#include <asio/post.hpp>
+#include <chrono>
 #include <exception>
 #include <map>
 #include <thread>
@@ -19,6 +21,7 @@ struct TVirtualScale::TRuntime {
     std::shared_ptr<TTransport> pty;
     std::map<TProbe, std::shared_ptr<TTransport>> probes;
     std::thread thread;
+    bool closing = false;
 
     void Open(const TScaleOptions& options, const TAnswer& answer) {
         if (options.tcpPort) tcp = ListenTcp(io, options.host, *options.tcpPort, answer);
@@ -30,11 +33,33 @@ struct TVirtualScale::TRuntime {
             probes[probe.probe] = AnswerProbe(io, probe);
     }
 
-    // Nothing that one request does may end the scale.
+    // The thread that has started an operation is also told of its end: a system may write into
+    // what an operation has left behind by a thread that has gone.
     void Serve() {
+        Run([this] { io.run(); });
+        if (!closing) return;
+        io.restart();
+        // What waits for a time of its own is dropped.
+        Run([this] { io.run_for(std::chrono::milliseconds(100)); });
+    }
+
+    void Close() noexcept {
+        closing = true;
+        for (const auto& link : {tcp, udp, serial, pty}) {
+            if (link) link->Close();
+        }
+        for (const auto& entry : probes)
+            entry.second->Close();
+        io.stop();
+    }
+
+private:
+    // Nothing that one request does may end the scale.
+    template <class Body>
+    static void Run(Body body) {
         for (;;) {
             try {
-                io.run();
+                body();
                 return;
             } catch (const std::exception&) {
                 continue;
@@ -64,7 +89,7 @@ void TVirtualScale::Start() {
 // NOLINTNEXTLINE(bugprone-exception-escape): a failed join ends the program, as it must
 void TVirtualScale::Stop() noexcept {
     if (!runtime_) return;
-    runtime_->io.stop();
+    asio::post(runtime_->io, [runtime = runtime_.get()] { runtime->Close(); });
     runtime_->thread.join();
     runtime_.reset();
 }

@@ -161,7 +161,8 @@ inline constexpr UINT kFirstFormMessage = WM_APP + 16;
 
 // As of the message that is being handled.
 bool IsKeyDown(int virtualKey);
-// Appends a line to a memo and scrolls to it.
+// Appends a line to a memo and scrolls to it, unless a part of the text is selected: whoever reads
+// there keeps the selection and the place.
 void AppendLine(HWND memo, std::string_view text);
 // The items of a combo list.
 void AddComboItem(HWND combo, std::string_view text);

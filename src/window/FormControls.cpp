@@ -77,10 +77,23 @@ HWND TForm::AddControl(const TControlOptions& options) {
 
 void AppendLine(HWND memo, std::string_view text) {
     const int end = GetWindowTextLengthW(memo);
+    DWORD from = 0;
+    DWORD to = 0;
+    SendMessageW(memo, EM_GETSEL, reinterpret_cast<WPARAM>(&from), reinterpret_cast<LPARAM>(&to));
+    const bool reading = from != to;
+    const LRESULT top = SendMessageW(memo, EM_GETFIRSTVISIBLELINE, 0, 0);
+    if (reading) SendMessageW(memo, WM_SETREDRAW, FALSE, 0);
     SendMessageW(memo, EM_SETSEL, static_cast<WPARAM>(end), end);
     SendMessageW(memo, EM_REPLACESEL, FALSE,
                  reinterpret_cast<LPARAM>((Wide(text) + L"\r\n").c_str()));
-    SendMessageW(memo, EM_SCROLLCARET, 0, 0);
+    if (!reading) {
+        SendMessageW(memo, EM_SCROLLCARET, 0, 0);
+        return;
+    }
+    SendMessageW(memo, EM_SETSEL, from, static_cast<LPARAM>(to));
+    SendMessageW(memo, EM_LINESCROLL, 0, top - SendMessageW(memo, EM_GETFIRSTVISIBLELINE, 0, 0));
+    SendMessageW(memo, WM_SETREDRAW, TRUE, 0);
+    InvalidateRect(memo, nullptr, TRUE);
 }
 
 void AddComboItem(HWND combo, std::string_view text) {

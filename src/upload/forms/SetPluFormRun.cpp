@@ -45,10 +45,10 @@ void TSetPluForm::StartRun(Body body) {
     // The thread has its own copy of everything, so that it never looks back at the form.
     worker_.Start(
         [body = std::move(body), stop = stop_, queue = Queue(), regional = SystemRegionalSettings(),
-         this]() mutable {
+         clock = context_.clock, this]() mutable {
             TPostedRunView view(queue, *this);
-            TRealScaleFactory factory(SystemClock());
-            TScaleRun run(factory, SystemClock(), view, *stop, regional);
+            TRealScaleFactory factory(*clock);
+            TScaleRun run(factory, *clock, view, *stop, regional);
             body(run);
         },
         Queue(), [this] { RunEnded(); });

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "articles/ArticleTable.h"
+#include "comm/Clock.h"
 #include "config/ScaleTable.h"
 
 namespace tolvane {
@@ -16,10 +17,11 @@ namespace tolvane {
 struct TRunContext {
     // Must not change while the window is open.
     std::shared_ptr<const TArticleTable> articles;
-    std::vector<TRowId> marked;     // in the order of marking
-    std::optional<TRowId> current;  // taken by a run of marked articles when none is marked
-    TScaleTable* scales = nullptr;  // gets the check marks back when the window closes
-    std::filesystem::path iniFile;  // the module's configuration file
+    std::vector<TRowId> marked;      // in the order of marking
+    std::optional<TRowId> current;   // taken by a run of marked articles when none is marked
+    TScaleTable* scales = nullptr;   // gets the check marks back when the window closes
+    std::filesystem::path iniFile;   // the module's configuration file
+    TClock* clock = &SystemClock();  // of deadlines and pauses; outlives the window
 };
 
 // Shows the run window for a menu command (1 to 4) and returns when it has closed and no run works

@@ -4,9 +4,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -66,11 +68,14 @@ protected:
     void ThenAnswer(int button);
     void ThenClose();
 
-    // While a run works: its thread is counted among the program's. Once it has ended, there must
-    // be fewer. (A count from before the window would not do: the system starts threads of its
-    // own.)
-    void NoteThreads() { threadsInRun_ = ThreadCount(); }
-    void ExpectThreadGone() const { EXPECT_LT(ThreadCount(), threadsInRun_); }
+    // While a run works: its thread is one of the program's. Once it has ended, one of them must be
+    // gone. (A count would not do: the system starts threads of its own.)
+    void NoteThreads() { threadsInRun_ = Threads(); }
+    void ExpectThreadGone() const {
+        const std::set<TThreadKey> now = Threads();
+        EXPECT_FALSE(
+            std::includes(now.begin(), now.end(), threadsInRun_.begin(), threadsInRun_.end()));
+    }
 
     // Returns when the window has closed and all steps were taken.
     void Show(int runNumber);
@@ -84,7 +89,7 @@ protected:
     TWindowScript script_;
     std::string log_;  // as ThenClose met it
     std::string box_;  // the text of the last box that ThenAnswer answered
-    int threadsInRun_ = 0;
+    std::set<TThreadKey> threadsInRun_;
 };
 
 }  // namespace tolvane::test

@@ -54,6 +54,34 @@ TEST_F(RunWindowLog, TwentyThousandLinesComeWhileTheWindowStaysAlive) {
     EXPECT_GE(seen.size(), 20U);
 }
 
+TEST_F(RunWindowLog, WhatTheUserHasSelectedStaysSelectedWhileLinesCome) {
+    SetArticles(ManyGoods(20));
+    scales_[2].Checked = true;
+    ThenStart("SaveBtn");
+    LRESULT firstVisible = -1;
+    script_.When([] { return IsRunning() && AskLog(EM_GETLINECOUNT) > 2; },
+                 [&] {
+                     SendMessageW(Part("StatusMemo"), EM_SETSEL, 0, 7);
+                     SendMessageW(Part("StatusMemo"), EM_SCROLLCARET, 0, 0);
+                 });
+    DWORD from = 1;
+    DWORD to = 1;
+    script_.When([] { return LogEnds(); },
+                 [&] {
+                     log_ = Log();
+                     firstVisible = AskLog(EM_GETFIRSTVISIBLELINE);
+                     SendMessageW(Part("StatusMemo"), EM_GETSEL, reinterpret_cast<WPARAM>(&from),
+                                  reinterpret_cast<LPARAM>(&to));
+                     PressKey(VK_ESCAPE);
+                 });
+    Show(2);
+    EXPECT_EQ(from, 0U);
+    EXPECT_EQ(to, 7U);
+    EXPECT_EQ(firstVisible, 0);
+    EXPECT_NE(log_.find("Успешно записани артикули във везна: Везна 2\r\n"), std::string::npos)
+        << log_;
+}
+
 class RunWindowClipboard : public TRunWindowTest {
 protected:
     // A run without a checked scale leaves two lines.

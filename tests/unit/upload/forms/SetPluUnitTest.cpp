@@ -1,8 +1,10 @@
 #include "upload/forms/SetPluUnit.h"
 
+#include <array>
 #include <filesystem>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "RunWindowFixture.h"
 #include "text/Cp1251.h"
@@ -13,6 +15,20 @@ namespace tolvane::test {
 namespace {
 
 using SetPluUnit = TRunWindowTest;
+
+const std::vector<std::string> kNameChoices = {"КАСОВО ИМЕ", "ИМЕ", "ЕТИКЕТНО ИМЕ",
+                                               "АРТИКУЛЕН НОМЕР"};
+
+std::vector<std::string> ComboItems(HWND combo) {
+    std::vector<std::string> items(
+        static_cast<std::size_t>(SendMessageW(combo, CB_GETCOUNT, 0, 0)));
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        std::array<wchar_t, 64> text{};
+        SendMessageW(combo, CB_GETLBTEXT, i, reinterpret_cast<LPARAM>(text.data()));
+        items[i] = ToUtf8(Narrow(text.data()));
+    }
+    return items;
+}
 
 TEST_F(SetPluUnit, TheWindowShowsItsKindAndTheUsableScales) {
     scales_[5] = scales_[2];
@@ -36,6 +52,10 @@ TEST_F(SetPluUnit, TheWindowShowsItsKindAndTheUsableScales) {
             EXPECT_TRUE(list.IsChecked(0));
             EXPECT_EQ(ToUtf8(list.Text(1)), "Везна 2");
             EXPECT_FALSE(list.IsChecked(1));
+            for (const char* name : {"cbPluName1", "cbPluName2"})
+                EXPECT_EQ(ComboItems(Part(name)), kNameChoices) << name;
+            EXPECT_EQ(TextOf("PriceRadio0"), "ПРОДАЖНА ЦЕНА ДРЕБНО (ЛВ)");
+            EXPECT_EQ(TextOf("PriceRadio1"), "ПРОДАЖНА ЦЕНА ЕДРО (ЛВ)");
             EXPECT_EQ(SendMessageW(Part("cbPluName1"), CB_GETCURSEL, 0, 0), 1);
             EXPECT_EQ(SendMessageW(Part("cbPluName2"), CB_GETCURSEL, 0, 0), 2);
             EXPECT_EQ(SendMessageW(Part("PriceRadio0"), BM_GETCHECK, 0, 0), BST_CHECKED);

@@ -30,6 +30,15 @@ BOOL CALLBACK Visit(HWND window, LPARAM parameter) {
     return FALSE;
 }
 
+std::uint64_t MadeAt(DWORD thread) {
+    const HANDLE handle = OpenThread(THREAD_QUERY_INFORMATION, FALSE, thread);
+    FILETIME made{};
+    FILETIME other{};
+    GetThreadTimes(handle, &made, &other, &other, &other);
+    CloseHandle(handle);
+    return std::uint64_t{made.dwHighDateTime} << 32 | made.dwLowDateTime;
+}
+
 }  // namespace
 
 TWindowScript::TWindowScript() : timer_(SetTimer(nullptr, 0, 10, &Tick)) {
@@ -100,16 +109,18 @@ void Click(HWND button) {
     PostMessageW(button, BM_CLICK, 0, 0);
 }
 
-int ThreadCount() {
+std::set<TThreadKey> Threads() {
     const HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);
     THREADENTRY32 entry{};
     entry.dwSize = sizeof entry;
-    int count = 0;
+    std::set<TThreadKey> threads;
     for (BOOL more = Thread32First(snapshot, &entry); more != 0;
-         more = Thread32Next(snapshot, &entry))
-        count += entry.th32OwnerProcessID == GetCurrentProcessId() ? 1 : 0;
+         more = Thread32Next(snapshot, &entry)) {
+        if (entry.th32OwnerProcessID == GetCurrentProcessId())
+            threads.emplace(entry.th32ThreadID, MadeAt(entry.th32ThreadID));
+    }
     CloseHandle(snapshot);
-    return count;
+    return threads;
 }
 
 }  // namespace tolvane::test

@@ -2,8 +2,11 @@
 
 #include <windows.h>
 
+#include <cstdint>
 #include <functional>
+#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace tolvane::test {
@@ -66,7 +69,8 @@ private:
     static void Set(BYTE state);
 };
 void Click(HWND button);
-// Threads of this program.
-int ThreadCount();
+// Threads of this program, each by its number, which may be given again, and when it was made.
+using TThreadKey = std::pair<DWORD, std::uint64_t>;
+std::set<TThreadKey> Threads();
 
 }  // namespace tolvane::test
