@@ -1,4 +1,5 @@
 #include <optional>
+#include <ostream>
 
 #include "tests/module/settings/ExpectedScale.h"
 #include "tests/module/settings/ScaleListFixture.h"
@@ -15,6 +16,9 @@ struct TTransportKeys {
     const wchar_t* edit;  // in the dialog of the scale that was added
     TExpectedScale edited;
 };
+void PrintTo(const TTransportKeys& transport, std::ostream* out) {
+    *out << transport.transport;
+}
 
 // The dialog's fields: number, name, type, code table, transport, then those of the transport.
 const TTransportKeys kTransports[] = {

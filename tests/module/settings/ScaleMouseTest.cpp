@@ -1,3 +1,4 @@
+#include <ostream>
 #include <variant>
 
 #include "tests/module/settings/ExpectedScale.h"
@@ -38,6 +39,9 @@ struct TTransportClicks {
     TDeeds edit;  // in the dialog of the scale that was added
     TExpectedScale edited;
 };
+void PrintTo(const TTransportClicks& transport, std::ostream* out) {
+    *out << transport.transport;
+}
 
 // The third digit of a group that is typed over would stay.
 const TTransportClicks kTransports[] = {
