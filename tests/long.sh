@@ -4,7 +4,7 @@
 #
 #   1,000 kills of a save, on either system
 #   1,000 cycles of opening and closing the list window
-#   200 runs stopped or closed at random times      100,000 exchanges over each wire with faults
+#   1,000 runs stopped or closed at random times      100,000 exchanges over each wire with faults
 
 source "$(dirname "${BASH_SOURCE[0]}")/../scripts/lib.sh"
 source "$SCRIPTS/wine.sh"
@@ -40,7 +40,7 @@ long_cycles() {
 
 long_stops() {
     wine_session
-    TOLVANE_RANDOM_STOPS=200 long_some wine_command wine \
+    TOLVANE_RANDOM_STOPS=1000 long_some wine_command wine \
         "$BUILD/windows/tests/unit/upload/test_upload_stops.exe" --gtest_filter='*Random*'
 }
 

@@ -1,0 +1,105 @@
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <functional>
+#include <string>
+
+#include "simulator/VirtualScale.h"
+#include "tests/module/Session.h"
+#include "tests/module/settings/DialogScript.h"
+
+namespace tolvane::test {
+namespace {
+
+constexpr int kWriteAll = 1002;
+
+bool Gone() {
+    return !TLoadedModule::IsInMemory();
+}
+
+// The list window in one main window and the application in another; the only scale is silent, so
+// that a run goes on for as long as a test needs.
+class RunEndsTest : public testing::Test {
+protected:
+    RunEndsTest() {
+        scale_.Start();
+        simulator::TFault silent;
+        silent.kind = simulator::TFaultKind::Silent;
+        scale_.SetFaults({{silent}});
+        TConfiguration::Write(
+            "[SCALE1]\r\nScaleNumb=1\r\nScaleName=A\r\nTCPAddress=127.0.0.1\r\n"
+            "TCPPort=" +
+            std::to_string(scale_.Port()) +
+            "\r\nChecked=1\r\nBaudRate=0\r\nScaleType=16\r\nEncoding=2\r\n"
+            "ScaleAddr=0\r\nCommType=1\r\n");
+        session_.module.Start(application_.Frame(), 17, &session_.messageId, session_.host.Frame(),
+                              session_.connection.Database(), nullptr, {nullptr, nullptr});
+        RunLoopDry();
+    }
+
+    // Opens the run window, starts a run, and acts while the scale is waited for. Returns when the
+    // run window has gone.
+    void During(const std::function<void(HWND window)>& act) {
+        const TDialogScript script(
+            L"TSetPluForm",
+            {[](HWND window) { PostMessageW(ControlOf(window, "SaveBtn"), BM_CLICK, 0, 0); },
+             [&](HWND window) {
+                 acted_ = RunLoopUntil([&] { return scale_.State().requests.total > 0; });
+                 act(window);
+             }});
+        SendMessageW(session_.List(), WM_COMMAND, kWriteAll, 0);
+        RunLoopDry();
+    }
+    // Nothing of the module works any more: it leaves the memory.
+    void ExpectNothingLeft() {
+        EXPECT_TRUE(acted_);
+        EXPECT_EQ(application_.Received(session_.messageId), 1);
+        session_.module.Unload();
+        EXPECT_TRUE(RunLoopUntil(&Gone));
+    }
+
+    simulator::TVirtualScale scale_;
+    TSession session_{"scales.fdb"};
+    THostFrame application_;
+    bool acted_ = false;
+};
+
+using RunEndsDeathTest = RunEndsTest;
+
+}  // namespace
+
+TEST_F(RunEndsTest, TheHostsMainWindowMayGo) {
+    During([this](HWND) { DestroyWindow(session_.host.Frame()); });
+    ExpectNothingLeft();
+}
+
+TEST_F(RunEndsTest, TheListWindowMayGo) {
+    During([this](HWND) {
+        SendMessageW(session_.host.Client(), WM_MDIDESTROY,
+                     reinterpret_cast<WPARAM>(session_.List()), 0);
+    });
+    ExpectNothingLeft();
+}
+
+TEST_F(RunEndsTest, TheHostMayUnloadTheModule) {
+    During([this](HWND window) {
+        session_.module.Unload();
+        EXPECT_FALSE(Gone());
+        // The run goes on to its end.
+        EXPECT_TRUE(RunLoopUntil([&] { return IsEnabledIn(window, "OkBtn"); }));
+        Press(window, "OkBtn");
+    });
+    EXPECT_TRUE(acted_);
+    ASSERT_NE(session_.List(), nullptr);
+    session_.CloseList();
+    EXPECT_EQ(application_.Received(session_.messageId), 1);
+    EXPECT_TRUE(RunLoopUntil(&Gone));
+}
+
+TEST_F(RunEndsDeathTest, TheHostsProgramMayEnd) {
+    constexpr int kCode = 7;
+    EXPECT_EXIT(During([](HWND) { ExitProcess(kCode); }), testing::ExitedWithCode(kCode), "");
+}
+
+}  // namespace tolvane::test
