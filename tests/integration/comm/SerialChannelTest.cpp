@@ -19,6 +19,9 @@ public:
     std::int32_t Read(std::int32_t timeoutMs = 1000) {
         return channel.ReadAnswer(reply, 0x02, 0x03, timeoutMs);
     }
+    std::string ReadFailure(const std::string& message) const {
+        return "[RS232] Fail receive data (" + peer.PortName() + "): " + message;
+    }
     termios LineSettings() const {
         termios settings{};
         EXPECT_EQ(tcgetattr(peer.PortDescriptor(), &settings), 0);
@@ -136,8 +139,7 @@ TEST_F(SerialChannelTest, ReadAnswer_WithNothingReceivedLastsTheWholeTimeInSteps
     EXPECT_EQ(Read(1000), kReadTimeout);
     EXPECT_EQ(clock.Passed(), TMilliseconds(1000));
     EXPECT_EQ(clock.pauses, std::vector<TMilliseconds>(100, TMilliseconds(10)));
-    EXPECT_EQ(channel.LastError,
-              "[RS232] Fail receive data (" + peer.PortName() + "): Read timeour occured");
+    EXPECT_EQ(channel.LastError, ReadFailure("Read timeour occured"));
 }
 
 TEST_F(SerialChannelTest, ReadAnswer_WaitsNoLongerThanWhatIsLeft) {
@@ -154,8 +156,7 @@ TEST_F(SerialChannelTest, ReadAnswer_DoesNotWaitForBytesThatAreThere) {
 TEST_F(SerialChannelTest, APortWhoseOtherEndIsGoneFailsWithTheSystemsWords) {
     peer.Close();
     EXPECT_EQ(Read(), kReadOtherFailure);
-    EXPECT_EQ(channel.LastError,
-              "[RS232] Fail receive data (" + peer.PortName() + "): Input/output error (5)");
+    EXPECT_EQ(channel.LastError, ReadFailure("Input/output error (5)"));
     EXPECT_FALSE(channel.SendData({0x41}));
     EXPECT_EQ(channel.LastError,
               "[RS232] Fail send data (" + peer.PortName() + "): Input/output error (5)");
@@ -167,6 +168,7 @@ TEST_F(SerialChannelTest, APortWhoseOtherEndGoesInMidFrameFailsAtOnce) {
         if (++looks == 6) peer.Close();
     };
     EXPECT_EQ(Read(), kReadOtherFailure);
+    EXPECT_EQ(channel.LastError, ReadFailure("Input/output error (5)"));
     EXPECT_EQ(reply, (TCmdBuffer{0x02, 0x41}));
     EXPECT_LE(clock.Passed(), TMilliseconds(100));
 }
@@ -179,9 +181,17 @@ TEST_F(SerialChannelTest, APortThatVanishedCanBeOpenedAgainWhenItIsBack) {
     std::filesystem::create_symlink(plugged->PortName(), name);
     channel.SetPort(name.string());
     ASSERT_TRUE(channel.Open()) << channel.LastError;
-    plugged.reset();
-    std::filesystem::remove(name);
+    plugged->Send({0x02, 0x41});
+    clock.onLook = [&, looks = 0]() mutable {
+        if (++looks != 6) return;
+        plugged.reset();
+        std::filesystem::remove(name);
+    };
     EXPECT_EQ(Read(), kReadOtherFailure);
+    EXPECT_EQ(channel.LastError,
+              "[RS232] Fail receive data (" + name.string() + "): Input/output error (5)");
+    EXPECT_EQ(reply, (TCmdBuffer{0x02, 0x41}));
+    clock.onLook = nullptr;
     EXPECT_FALSE(channel.Open());
     EXPECT_FALSE(channel.IsConnected());
     EXPECT_EQ(channel.LastError,
@@ -189,6 +199,8 @@ TEST_F(SerialChannelTest, APortThatVanishedCanBeOpenedAgainWhenItIsBack) {
     plugged = std::make_unique<TSerialPeer>();
     std::filesystem::create_symlink(plugged->PortName(), name);
     EXPECT_TRUE(channel.Open()) << channel.LastError;
+    EXPECT_TRUE(channel.SendData({0x04, 0x42, 0x03})) << channel.LastError;
+    EXPECT_EQ(plugged->Receive(3), (TCmdBuffer{0x04, 0x42, 0x03}));
     plugged->Send(kFrame);
     EXPECT_EQ(Read(), kReadOk) << channel.LastError;
     EXPECT_EQ(reply, kFrame);

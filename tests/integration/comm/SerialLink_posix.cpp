@@ -36,14 +36,18 @@ int TSerialPeer::BytesWaitingInPort() const {
 
 void TSerialPeer::Send(const TCmdBuffer& bytes) const {
     const int expected = BytesWaitingInPort() + static_cast<int>(bytes.size());
-    if (write(far_, bytes.data(), bytes.size()) != static_cast<ssize_t>(bytes.size()))
-        throw std::runtime_error("the terminal did not take everything");
+    Stream(bytes);
     const auto deadline = std::chrono::steady_clock::now() + kPeerPatience;
     while (BytesWaitingInPort() < expected) {
         if (std::chrono::steady_clock::now() > deadline)
             throw std::runtime_error("the bytes did not reach the port");
         std::this_thread::yield();
     }
+}
+
+void TSerialPeer::Stream(const TCmdBuffer& bytes) const {
+    if (write(far_, bytes.data(), bytes.size()) != static_cast<ssize_t>(bytes.size()))
+        throw std::runtime_error("the terminal did not take everything");
 }
 
 TCmdBuffer TSerialPeer::Receive(std::size_t count) {

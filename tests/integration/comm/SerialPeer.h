@@ -17,6 +17,8 @@ public:
     const std::string& PortName() const { return name_; }
     // Returns when all of it waits in the port.
     void Send(const TCmdBuffer& bytes) const;
+    // Returns at once; beside a read on another thread.
+    void Stream(const TCmdBuffer& bytes) const;
     TCmdBuffer Receive(std::size_t count);
     int BytesWaitingInPort() const;
     // The cable is pulled.

@@ -34,14 +34,26 @@ public:
         looks = 0;
         return channel.ReadAnswer(reply, 0x02, 0x03, timeoutMs);
     }
+    std::string ReadFailure(const std::string& message) const {
+        return "[TCP] Fail read data " + address + " - " + message;
+    }
     void ExpectNotConnected() {
         EXPECT_EQ(Read(), kReadNotConnected);
-        EXPECT_EQ(channel.LastError,
-                  "[TCP] Fail read data " + address + " - Socket is not connected.");
+        EXPECT_EQ(channel.LastError, ReadFailure("Socket is not connected."));
         EXPECT_FALSE(channel.IsConnected());
         EXPECT_FALSE(channel.SendData({0x41}));
         EXPECT_EQ(channel.LastError,
                   "[TCP] Fail send data " + address + " - Socket is not connected.");
+    }
+    // A whole exchange over a connection that is made anew, nothing of the earlier one in it.
+    void ExpectOpensAgain() {
+        clock.onLook = nullptr;
+        Connect();
+        EXPECT_TRUE(channel.SendData({0x04, 0x42, 0x03})) << channel.LastError;
+        EXPECT_EQ(peer.Receive(3), (TCmdBuffer{0x04, 0x42, 0x03}));
+        peer.Send(kFrame);
+        EXPECT_EQ(Read(), kReadOk) << channel.LastError;
+        EXPECT_EQ(reply, kFrame);
     }
     void ExpectOpenFails(const std::string& message) {
         EXPECT_FALSE(channel.Open());
@@ -83,7 +95,7 @@ TEST_F(TcpChannelTest, AHalfOpenConnectionToADeadPeerTimesOutAndOpensAgain) {
     EXPECT_TRUE(channel.SendData({0x04, 0x41, 0x03}));
     clock.perLook = TMilliseconds(1000);
     EXPECT_EQ(Read(), kReadTimeout);
-    EXPECT_EQ(channel.LastError, "[TCP] Fail read data " + address + " - Read timeout occured");
+    EXPECT_EQ(channel.LastError, ReadFailure("Read timeout occured"));
     EXPECT_TRUE(channel.IsConnected());
     clock.perLook = TMilliseconds(0);
     Connect();
@@ -100,23 +112,21 @@ TEST_F(TcpChannelTest, AHalfOpenConnectionToARestartedPeerIsFoundLostByTheNextEx
     EXPECT_TRUE(channel.SendData({0x04, 0x41, 0x03}));
     clock.perLook = TMilliseconds(1000);
     EXPECT_EQ(Read(), restarted ? kReadNotConnected : kReadTimeout);
+    EXPECT_EQ(channel.LastError,
+              ReadFailure(restarted ? "Socket is not connected." : "Read timeout occured"));
     clock.perLook = TMilliseconds(0);
     if (!restarted) peer.Reset();
     ExpectNotConnected();
-    Connect();
-    peer.Send(kFrame);
-    EXPECT_EQ(Read(), kReadOk) << channel.LastError;
+    ExpectOpensAgain();
 }
 #endif
 
 TEST_F(TcpChannelTest, Open_ARefusedConnectionOpensAgainWhenSomebodyListens) {
     const std::uint16_t port = peer.Port();
     peer.StopListening();
-    EXPECT_FALSE(channel.Open());
+    ExpectOpenFails(SystemErrorText(asio::error::connection_refused));
     peer.ListenAgain(port);
-    Connect();
-    peer.Send(kFrame);
-    EXPECT_EQ(Read(), kReadOk) << channel.LastError;
+    ExpectOpensAgain();
 }
 
 TEST_F(TcpChannelTest, Open_AHostThatIsNoAddressFailsAtOnce) {
@@ -215,8 +225,11 @@ TEST_F(TcpChannelTest, APeerThatClosesDuringTheReadYieldsCode3InTheNextWait) {
     AtLook(3, [this] { peer.Close(); });
     EXPECT_EQ(Read(), kReadNotConnected);
     EXPECT_LE(looks, 5);
+    EXPECT_EQ(channel.LastError, ReadFailure("Socket is not connected."));
+    EXPECT_EQ(reply, TCmdBuffer{});
     clock.onLook = nullptr;
     ExpectNotConnected();
+    ExpectOpensAgain();
 }
 
 TEST_F(TcpChannelTest, APeerThatClosesInMidFrameYieldsCode3AndThePartialReply) {
@@ -226,11 +239,14 @@ TEST_F(TcpChannelTest, APeerThatClosesInMidFrameYieldsCode3AndThePartialReply) {
         peer.Close();
     });
     EXPECT_EQ(Read(), kReadNotConnected);
+    EXPECT_EQ(channel.LastError, ReadFailure("Socket is not connected."));
     EXPECT_EQ(reply, (TCmdBuffer{0x02, 0x41}));
     clock.onLook = nullptr;
     ExpectNotConnected();
+    ExpectOpensAgain();
 }
 
+// The reset may overtake the bytes that were sent before it: what was received is not promised.
 TEST_F(TcpChannelTest, APeerThatResetsInMidFrameYieldsCode3) {
     Connect();
     AtLook(2, [this] {
@@ -238,9 +254,10 @@ TEST_F(TcpChannelTest, APeerThatResetsInMidFrameYieldsCode3) {
         peer.Reset();
     });
     EXPECT_EQ(Read(), kReadNotConnected);
-    EXPECT_EQ(channel.LastError, "[TCP] Fail read data " + address + " - Socket is not connected.");
+    EXPECT_EQ(channel.LastError, ReadFailure("Socket is not connected."));
     clock.onLook = nullptr;
     ExpectNotConnected();
+    ExpectOpensAgain();
 }
 
 TEST_F(TcpChannelTest, AnAnswerOfAPeerThatClosesAtOnceIsStillRead) {
@@ -257,9 +274,7 @@ TEST_F(TcpChannelTest, ADroppedChannelCanBeOpenedAgain) {
     Connect();
     peer.Reset();
     ExpectNotConnected();
-    Connect();
-    peer.Send(kFrame);
-    EXPECT_EQ(Read(), kReadOk) << channel.LastError;
+    ExpectOpensAgain();
 }
 
 TEST_F(TcpChannelTest, NoiseOfAnyLengthBeforeTheFrameIsDropped) {

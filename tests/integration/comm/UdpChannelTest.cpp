@@ -52,7 +52,13 @@ TEST_F(UdpChannelTest, Open_FailsWhileAnotherChannelHoldsTheLocalPort) {
     EXPECT_EQ(second.LastError,
               "[UDP] Fail open (127.0.0.1:7) - " + SystemErrorText(asio::error::address_in_use));
     channel.Close();
-    EXPECT_TRUE(second.Open()) << second.LastError;
+    second.SetPort(peer.Port());
+    ASSERT_TRUE(second.Open()) << second.LastError;
+    EXPECT_TRUE(second.SendData({0x04, 0x42, 0x03})) << second.LastError;
+    EXPECT_EQ(peer.Receive(), (TCmdBuffer{0x04, 0x42, 0x03}));
+    PeerSends(kFrame);
+    EXPECT_EQ(second.ReadAnswer(reply, 0x02, 0x03, 3000), kReadOk) << second.LastError;
+    EXPECT_EQ(reply, kFrame);
 }
 
 TEST_F(UdpChannelTest, ADestroyedChannelReleasesItsPort) {
