@@ -25,6 +25,7 @@ inline constexpr std::uint8_t kPrg = 0x36;
 inline constexpr std::uint8_t kVersion = 0x48;
 inline constexpr std::uint8_t kListedPrice = 0x49;
 inline constexpr std::uint8_t kPrice = 0x4A;
+inline constexpr std::uint8_t kPiecePrice = 0x4B;
 inline constexpr std::uint8_t kParam = 0x4C;
 
 // What the driver says of a bad reply.

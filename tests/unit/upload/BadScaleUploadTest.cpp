@@ -57,6 +57,8 @@ const std::vector<TBadUpload> kBeforeArticles = {
      "3C 36", false, "-", "-"},
     {"GoesSilentAtProgrammingMode", Fault(TFaultKind::Silent, kPrg, 1),
      kNoArticle + kPrgFails + kSilence, "3C 36", false, "-", "-"},
+    {"SaysNothingToProgrammingMode", Fault(TFaultKind::NoReply, kPrg, 1),
+     kNoArticle + kPrgFails + kSilence, "3C 36", false, "-", "-"},
     // It obeyed; only its answer was wrong.
     {"AnswersProgrammingModeWithAWrongCommand", Fault(TFaultKind::WrongCommand, kPrg, 1),
      kNoArticle + kPrgFails + kNotTheCommand + "Exp:36 Rec:37)", "3C 36", true, "-", "-"},
@@ -66,6 +68,8 @@ const std::vector<TBadUpload> kBeforeArticles = {
      kNoArticle + "[GetVersion] ErrCode: 3, Fail get version: Scale return Error code: 3",
      "3C 36 48", true, "-", "-"},
     {"GoesSilentAtTheVersion", Fault(TFaultKind::Silent, kVersion, 1),
+     kNoArticle + kVersionFails + kSilence, "3C 36 48", true, "-", "-"},
+    {"SaysNothingToTheVersion", Fault(TFaultKind::NoReply, kVersion, 1),
      kNoArticle + kVersionFails + kSilence, "3C 36 48", true, "-", "-"},
     {"AnswersTheVersionWithAWrongCommand", Fault(TFaultKind::WrongCommand, kVersion, 1),
      kNoArticle + kVersionFails + kNotTheCommand + "Exp:48 Rec:49)", "3C 36 48", true, "-", "-"},
@@ -92,6 +96,8 @@ const std::vector<TBadUpload> kAtPrices = {
      kStart + kArticle12 + "4A:13", true, kHeld12, "250 '' "},
     {"AnswersTheSecondPriceWithAWrongChecksum", Fault(TFaultKind::BadChecksum, kPrice, 2),
      kPriceFails + "Unexpected answer from scale. Invalid Checksum. Exp:4A Rec:4B)",
+     kStart + kArticle12 + "4A:13", true, kHeld12, "250 '' "},
+    {"AnswersTheSecondPriceWithoutData", Fault(TFaultKind::Empty, kPrice, 2), kPriceFails + kNoCode,
      kStart + kArticle12 + "4A:13", true, kHeld12, "250 '' "},
     {"IsMisheardOnceAtTheSecondPrice", Fault(TFaultKind::EtxFirst, kPrice, 2), "",
      kStart + kArticle12 + "4A:13 " + kArticle13 + "3C", false, kHeld12, kHeld13},
@@ -123,27 +129,87 @@ const std::vector<TBadUpload> kAtTextsAndAfter = {
      kHeld12, kHeld13},
     {"GoesSilentAtTheLastWeighingMode", Fault(TFaultKind::Silent, kWeight, 2), "", kWhole, true,
      kHeld12, kHeld13},
+    {"SaysNothingToTheLastWeighingMode", Fault(TFaultKind::NoReply, kWeight, 2), "", kWhole, true,
+     kHeld12, kHeld13},
     {"AnswersTheLastWeighingModeWithAWrongCommand", Fault(TFaultKind::WrongCommand, kWeight, 2), "",
      kWhole, false, kHeld12, kHeld13},
 };
 
+const std::string kPieceFails = "Fail! Plu: 13 \"B\" [SetPriceC] ErrCode: 0, Fail set PLU price: ";
+const std::string kPiece12 = "4B:12 4C:12.0 4C:12.4 4C:12.5 ";
+const std::string kToSecondPiece = kStart + kPiece12 + "4B:13";
+const std::string kPiece13Obeyed = "250 '' ";
+
+// At the price of an article sold by the piece, on an S300 scale.
+const std::vector<TBadUpload> kAtPiecePrices = {
+    {"RefusesTheFirstPrice", Fault(TFaultKind::Error, kPiecePrice, 1, 8),
+     "Fail! Plu: 12 \"A\" [SetPriceC] ErrCode: 8, Fail set PLU price: Scale return Error code: 8",
+     kStart + "4B:12", true, "-", "-"},
+    {"RefusesTheSecondPrice", Fault(TFaultKind::Error, kPiecePrice, 2, 255),
+     "Fail! Plu: 13 \"B\" [SetPriceC] ErrCode: 255, Fail set PLU price: "
+     "Scale return Error code: 255",
+     kToSecondPiece, true, kHeld12, "-"},
+    {"GoesSilentAtTheSecondPrice", Fault(TFaultKind::Silent, kPiecePrice, 2),
+     kPieceFails + kSilence, kToSecondPiece, true, kHeld12, "-"},
+    {"SaysNothingToTheSecondPrice", Fault(TFaultKind::NoReply, kPiecePrice, 2),
+     kPieceFails + kSilence, kToSecondPiece, true, kHeld12, "-"},
+    // It obeyed; only its answer was wrong.
+    {"AnswersTheSecondPriceWithAWrongCommand", Fault(TFaultKind::WrongCommand, kPiecePrice, 2),
+     kPieceFails + kNotTheCommand + "Exp:4B Rec:4C)", kToSecondPiece, true, kHeld12,
+     kPiece13Obeyed},
+    {"AnswersTheSecondPriceFromAWrongAddress", Fault(TFaultKind::WrongAddress, kPiecePrice, 2),
+     kPieceFails + "Unexpected answer from scale. Scale address does not match.Exp:00 Rec:01)",
+     kToSecondPiece, true, kHeld12, kPiece13Obeyed},
+    {"AnswersTheSecondPriceWithAWrongChecksum", Fault(TFaultKind::BadChecksum, kPiecePrice, 2),
+     kPieceFails + "Unexpected answer from scale. Invalid Checksum. Exp:4B Rec:4C)", kToSecondPiece,
+     true, kHeld12, kPiece13Obeyed},
+    {"AnswersTheSecondPriceWithoutData", Fault(TFaultKind::Empty, kPiecePrice, 2),
+     kPieceFails + kNoCode, kToSecondPiece, true, kHeld12, kPiece13Obeyed},
+    {"IsMisheardOnceAtTheSecondPrice", Fault(TFaultKind::EtxFirst, kPiecePrice, 2), "",
+     kToSecondPiece + " 4B:13 4C:13.0 4C:13.4 4C:13.5 3C", false, kHeld12, kHeld13},
+    {"IsMisheardAtEveryPrice", Fault(TFaultKind::EtxFirst, kPiecePrice, kEveryTime),
+     "Fail! Plu: 12 \"A\" [SetPriceC] ErrCode: 0, Fail set PLU price: " + kMisheard,
+     kStart + "4B:12 4B:12 4B:12 4B:12", true, "100 '' ", "-"},
+};
+
 class BadScaleUploadTest : public test::TCorePassTest,
-                           public ::testing::WithParamInterface<TBadUpload> {};
+                           public ::testing::WithParamInterface<TBadUpload> {
+protected:
+    void Expect(const std::vector<std::string>& lines, const TScaleRec& rec) {
+        const TBadUpload& expected = GetParam();
+        options.faults.faults = {expected.fault};
+        EXPECT_EQ(Upload(lines, rec), expected.error.empty());
+        EXPECT_EQ(ToUtf8(session->LastError), expected.error);
+        EXPECT_EQ(Commands(), expected.commands);
+        EXPECT_EQ(IsProgramming(), expected.programming);
+        EXPECT_EQ(Held(12), expected.first);
+        EXPECT_EQ(Held(13), expected.second);
+        const test::TEvents counted = test::Filtered(events, {"log:   Брой"});
+        EXPECT_EQ(counted, expected.error.empty()
+                               ? test::TEvents{"log:   Брой записани артикули: 2"}
+                               : test::TEvents{});
+    }
+};
 
 TEST_P(BadScaleUploadTest, ErrorCommandsAndTheScalesStateAreExact) {
-    const TBadUpload& expected = GetParam();
-    options.faults.faults = {expected.fault};
-    EXPECT_EQ(Upload({"12|22012|1|0|0|1.00|0|5|A|x|||||0|0|101|",
-                      "13|22013|1|0|0|2.50|0|5|B|x|||||0|0|102|"}),
-              expected.error.empty());
-    EXPECT_EQ(ToUtf8(session->LastError), expected.error);
-    EXPECT_EQ(Commands(), expected.commands);
-    EXPECT_EQ(IsProgramming(), expected.programming);
-    EXPECT_EQ(Held(12), expected.first);
-    EXPECT_EQ(Held(13), expected.second);
-    const test::TEvents counted = test::Filtered(events, {"log:   Брой"});
-    EXPECT_EQ(counted, expected.error.empty() ? test::TEvents{"log:   Брой записани артикули: 2"}
-                                              : test::TEvents{});
+    Expect({"12|22012|1|0|0|1.00|0|5|A|x|||||0|0|101|", "13|22013|1|0|0|2.50|0|5|B|x|||||0|0|102|"},
+           Rec());
+}
+
+// An S300 scale in label mode 0 gets the texts 0, 4 and 5.
+class BadScalePieceTest : public BadScaleUploadTest {
+protected:
+    BadScalePieceTest() {
+        options.scale.model = simulator::TModel::S300;
+        options.scale.labelMode = 0;
+    }
+};
+
+TEST_P(BadScalePieceTest, ErrorCommandsAndTheScalesStateAreExact) {
+    TScaleRec rec = Rec();
+    rec.ScaleType = kScaleTypeS300;
+    Expect({"12|22012|2|0|0|1.00|0|5|A|x|||||1|0|101|", "13|22013|2|0|0|2.50|0|5|B|x|||||1|0|102|"},
+           rec);
 }
 
 const auto kName = [](const auto& row) { return row.param.name; };
@@ -152,6 +218,8 @@ INSTANTIATE_TEST_SUITE_P(BeforeArticles, BadScaleUploadTest, ::testing::ValuesIn
 INSTANTIATE_TEST_SUITE_P(AtPrices, BadScaleUploadTest, ::testing::ValuesIn(kAtPrices), kName);
 INSTANTIATE_TEST_SUITE_P(AtTextsAndAfter, BadScaleUploadTest, ::testing::ValuesIn(kAtTextsAndAfter),
                          kName);
+
+INSTANTIATE_TEST_SUITE_P(AtPrices, BadScalePieceTest, ::testing::ValuesIn(kAtPiecePrices), kName);
 
 using FailedUploadTest = test::TCorePassTest;
 

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -168,6 +169,42 @@ TEST_F(ProcessDeleteTest, AStopBetweenListedArticlesSendsNoClosingWeighingMode) 
     EXPECT_FALSE(Delete({kFirst, kSecond}));
     EXPECT_EQ(session_.LastError, "Операцията прекратена от потребителя."_cp1251);
     EXPECT_EQ(Sent().back(), Cleared(12));
+}
+
+// Between the answer to the version and the first article.
+TEST_F(ProcessDeleteTest, AnErrorRaisedInThePassIsItsFailureAndTheScaleReturnsToWeighingMode) {
+    view_.onLog = [](const std::string&) { throw std::runtime_error("no view"); };
+    const TEvents expected = {"3C",       "wait 500", "36",
+                              "wait 800", "48",       "log:   - Ver: 1.23; Max.PLU: 3; Mode:0",
+                              "wait 500", "3C"};
+    EXPECT_FALSE(Delete({}));
+    EXPECT_EQ(session_.LastError, "ProcessDelete >> no view");
+    EXPECT_EQ(events_, expected);
+    EXPECT_FALSE(Delete({"1|22001|1|0|0|1.00|0|0|A|B|||||0|0|1|"}));
+    EXPECT_EQ(session_.LastError, "ProcessDelete >> no view");
+    EXPECT_EQ(events_, expected);
+}
+
+TEST_F(ProcessDeleteTest, AnErrorRaisedAtAnArticleOfEverythingIsThePassesFailure) {
+    view_.onProgress = [](const std::string& progress) {
+        if (progress == "progress:Изтриване артикул #2") throw std::runtime_error("no label");
+    };
+    EXPECT_FALSE(Delete({}));
+    EXPECT_EQ(session_.LastError, "ProcessDelete >> no label");
+    EXPECT_EQ(Sent(),
+              (TEvents{"3C", "36", "48", "4A 00 01 00 00 00 00 00 00 00", Cleared(1), "3C"}));
+    EXPECT_EQ(events_.at(events_.size() - 2), "wait 500");
+}
+
+TEST_F(ProcessDeleteTest, AnErrorRaisedAtAListedArticleIsThePassesFailure) {
+    scale_->maxPlu = 3000;
+    view_.onProgress = [](const std::string& progress) {
+        if (progress == "progress:Изтриване артикул: 7 Eggs") throw std::runtime_error("no label");
+    };
+    EXPECT_FALSE(Delete({kFirst, kSecond}));
+    EXPECT_EQ(session_.LastError, "ProcessDelete >> no label");
+    EXPECT_EQ(Sent(), (TEvents{"3C", "36", "48", "49 00 0C 00 00 00 00", Cleared(12), "3C"}));
+    EXPECT_EQ(events_.at(events_.size() - 2), "wait 500");
 }
 
 TEST_F(ProcessDeleteTest, AListedArticleAboveMaxPluAfterCuttingIsSkippedWithoutAnyCommand) {

@@ -329,7 +329,9 @@ TEST_F(ProcessUploadTest, AFailureNamesTheNumberAsItWasCut) {
         return request.command == 0x4A ? 7 : 0;
     };
     EXPECT_FALSE(Upload(Rec(77), {"52345|22005|1|0|0|1.00|0|0|A|B|||||0|0|9|"}));
-    EXPECT_EQ(session_.LastError.substr(0, 20), "Fail! Plu: 2345 \"A\" ");
+    EXPECT_EQ(session_.LastError,
+              "Fail! Plu: 2345 \"A\" [SetPrice] ErrCode: 7, Fail set PLU price: "
+              "Scale return Error code: 7");
 }
 
 TEST_F(ProcessUploadTest, APriceOf10000FailsBeforeItIsSent) {
@@ -339,30 +341,6 @@ TEST_F(ProcessUploadTest, APriceOf10000FailsBeforeItIsSent) {
     EXPECT_EQ(session_.LastError.substr(0, kStart.size()), kStart);
     EXPECT_GT(session_.LastError.size(), kStart.size());
     EXPECT_EQ(Sent(), (TEvents{"3C", "36", "48"}));
-}
-
-TEST_F(ProcessUploadTest, ARefusedTextIsNamedByItsNumberAndLabel) {
-    const std::pair<int, std::string_view> labels[] = {
-        {0, "Име1"_cp1251},     {4, "Годност"_cp1251},  {5, "Баркод"_cp1251},
-        {1, "Име2"_cp1251},     {2, "Етикет1"_cp1251},  {3, "Етикет2"_cp1251},
-        {6, "Етикет3"_cp1251},  {7, "Партида"_cp1251},  {14, "КодВезна"_cp1251},
-        {15, "КодАрт"_cp1251},  {19, "Етикет1"_cp1251}, {20, "Етикет2"_cp1251},
-        {21, "Етикет3"_cp1251},
-    };
-    scale_->mode = 2;
-    for (const auto& [parameter, label] : labels) {
-        scale_->errorCode = [number = parameter](const test::TRequest& request) -> std::uint8_t {
-            return request.command == 0x4C && request.data.at(3) == number ? 5 : 0;
-        };
-        EXPECT_FALSE(Upload(Rec(kScaleTypeS300), {kTomatoes}));
-        std::string start = "Fail! Plu: 12 \" Tomatoes \" [SetParam:" + std::to_string(parameter);
-        start += "][";
-        start += label;
-        start += "] ErrCode: 5, Fail set parameter: Plu:12 ParN:" + std::to_string(parameter) +
-                 " ParT:\"";
-        EXPECT_EQ(session_.LastError.substr(0, start.size()), start);
-        EXPECT_EQ(Sent().back().substr(0, 14), Param(12, parameter, "", 1).substr(0, 14));
-    }
 }
 
 // The bytes of 0 and 256 days hold a zero byte, and the failure names them whole.
@@ -415,6 +393,18 @@ TEST_F(ProcessUploadTest, AnErrorRaisedInThePassIsItsFailure) {
     view_.onLog = [](const std::string&) { throw std::runtime_error("no view"); };
     EXPECT_FALSE(Upload(Rec(kScaleTypeEvl), {kTomatoes}));
     EXPECT_EQ(session_.LastError, "Fail! Plu: 0 \"\" no view");
+    EXPECT_EQ(Sent(), (TEvents{"3C", "36", "48"}));
+}
+
+TEST_F(ProcessUploadTest, AnErrorRaisedAtAnArticleNamesItAndSendsNothingMore) {
+    view_.onProgress = [](const std::string& progress) {
+        if (progress == "progress:Запис артикул: 7 Eggs (брой)")
+            throw std::runtime_error("no label");
+    };
+    EXPECT_FALSE(Upload(Rec(77), {kTomatoes, kPieces}));
+    EXPECT_EQ(session_.LastError, "Fail! Plu: 7 \"Eggs\" no label");
+    EXPECT_EQ(Sent(), With({"3C", "36", "48"}, TomatoesStart()));
+    EXPECT_EQ(events_.back(), "progress:Запис артикул: 7 Eggs (брой)");
 }
 
 TEST_F(ProcessUploadTest, TheDecimalSeparatorIsTheSystems) {

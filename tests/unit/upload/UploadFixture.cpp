@@ -158,6 +158,7 @@ void TRecordingView::SetConnection(std::string text) {
 
 void TRecordingView::SetProgress(std::string text) {
     events_.push_back("progress:" + ToUtf8(text));
+    if (onProgress) onProgress(events_.back());
 }
 
 void TRecordingView::ShowRunError(std::string text) {

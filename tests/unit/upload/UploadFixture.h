@@ -75,6 +75,7 @@ public:
 
     std::function<void(const std::string&)> onLog;
     std::function<void()> onConnection;
+    std::function<void(const std::string&)> onProgress;
     std::function<void()> onRunError;
 
 private:
