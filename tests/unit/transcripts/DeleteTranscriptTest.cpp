@@ -77,6 +77,70 @@ TEST_F(DeleteTranscript, AnArticleThatIsNotValidIsNotDeletedEither) {
     EXPECT_TRUE(State(1).articles.at(7).IsCleared());
 }
 
+// A delete pass without lines would clear the whole scale: here none is made.
+TEST_F(DeleteTranscript, WhereNoListedArticleIsForTheScaleNothingIsSentAndTheDeleteIsLoggedAsDone) {
+    AddScales(3);
+    Write({Goods(9, "Лук"_cp1251)});
+    TArticle onlySecond = Goods(12, "Домати"_cp1251);
+    onlySecond.forScales = "2";
+    TArticle noScale = Goods(7, "Яйца"_cp1251);
+    noScale.forScales = "";
+    const int sent = State(1).requests.total;
+    EXPECT_EQ(DeleteListed({onlySecond, noScale}),
+              "Обработени 2 артикула.\n"
+              "Валидни са 0 артикула.\n"
+              "Ще бъдат записани само валидните артикули\n"
+              "-----------------------------------------\n"
+              "Старт на запис във везна: Везна 1\n"
+              "Осъществена връзка с устройството за комуникация\n"
+              "Успешно записани артикули във везна: Везна 1\n"
+              "\n"
+              "Обработени 2 артикула.\n"
+              "Валидни са 1 артикула.\n"
+              "Ще бъдат записани само валидните артикули\n"
+              "-----------------------------------------\n"
+              "Старт на запис във везна: Везна 2\n"
+              "Осъществена връзка с устройството за комуникация\n"
+              "   - Ver: 1.04; Max.PLU: 4000; Mode:2\n"
+              "Успешно записани артикули във везна: Везна 2\n"
+              "\n"
+              "Обработени 2 артикула.\n"
+              "Валидни са 0 артикула.\n"
+              "Ще бъдат записани само валидните артикули\n"
+              "-----------------------------------------\n"
+              "Старт на запис във везна: Везна 3\n"
+              "Осъществена връзка с устройството за комуникация\n"
+              "Успешно записани артикули във везна: Везна 3\n"
+              "\n"
+              "-----------------------------------------\n");
+    for (const int scale : {1, 3}) {
+        EXPECT_EQ(State(scale).requests.total, sent) << scale;
+        EXPECT_EQ(State(scale).articles.size(), 1U) << scale;
+        EXPECT_FALSE(State(scale).articles.at(9).IsCleared()) << scale;
+        EXPECT_FALSE(State(scale).programming) << scale;
+    }
+    EXPECT_TRUE(State(2).articles.at(12).IsCleared());
+    EXPECT_FALSE(State(2).articles.at(9).IsCleared());
+}
+
+TEST_F(DeleteTranscript, WhereNoListedArticleIsForAScaleThatIsUnreachableThatIsLogged) {
+    AddScale();
+    SetDead(1, "[TCP] Fail open (10.0.0.1:1001) - Connection refused (111)");
+    TArticle other = Goods(12, "Домати"_cp1251);
+    other.forScales = "2";
+    EXPECT_EQ(DeleteListed({other}),
+              "Обработени 1 артикула.\n"
+              "Валидни са 0 артикула.\n"
+              "Ще бъдат записани само валидните артикули\n"
+              "-----------------------------------------\n"
+              "Старт на запис във везна: Везна 1\n"
+              "InitComm >> Fail init communication interface: "
+              "[TCP] Fail open (10.0.0.1:1001) - Connection refused (111)\n"
+              "Грешка при запис артикули във везна: Везна 1\n"
+              "\n"
+              "-----------------------------------------\n");
+}
+
 TEST_F(DeleteTranscript, EverythingIsDeletedInEveryCheckedScale) {
     AddScales(3);
     SetCapacity(1, 3);
