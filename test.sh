@@ -24,6 +24,8 @@ trap 'exit 130' INT TERM
 step "Packages" "$SCRIPTS/packages.sh"
 step "Layers" "$SCRIPTS/check-layers.sh"
 step "The layers check finds planted faults" tests/scripts/check-layers-test.sh
+step "Reasons of the coverage report" tests/coverage/check-reasons.sh
+step "The reasons check finds planted faults" tests/coverage/check-reasons-test.sh
 step "Format" "$SCRIPTS/check-format.sh"
 
 step "Build for Linux" test_build native

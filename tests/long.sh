@@ -5,6 +5,7 @@
 #   1,000 kills of a save, on either system
 #   1,000 cycles of opening and closing the list window
 #   1,000 runs stopped or closed at random times      100,000 exchanges over each wire with faults
+#   the coverage of scale, comm, upload and config, in a build of its own
 
 source "$(dirname "${BASH_SOURCE[0]}")/../scripts/lib.sh"
 source "$SCRIPTS/wine.sh"
@@ -47,6 +48,7 @@ long_stops() {
 trap test_end EXIT
 trap 'exit 130' INT TERM
 
+step "Coverage" tests/coverage/coverage.sh
 step "Kills of a save" long_kills
 step "Soak of every wire" long_soak
 step "Start a Firebird server" firebird_start
