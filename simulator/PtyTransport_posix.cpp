@@ -70,7 +70,7 @@ public:
         : TStreamLink(asio::posix::stream_descriptor(io, pty.scale.Release()), std::move(answer)),
           client_(std::move(pty.client)) {}
 
-    void Close() noexcept {
+    void Close() {
         std::error_code ignored;
         client_.Close();
         Stream().close(ignored);
@@ -98,7 +98,7 @@ public:
         std::error_code ignored;
         if (!linkPath_.empty()) std::filesystem::remove(linkPath_, ignored);
     }
-    void Close() noexcept override { link_->Close(); }
+    void Close() override { link_->Close(); }
     std::string Endpoint() const override { return "serial " + Device(); }
     std::string Device() const override { return linkPath_.empty() ? device_ : linkPath_; }
 

@@ -28,7 +28,7 @@ public:
         Read();
     }
 
-    void Close() noexcept {
+    void Close() {
         closed_ = true;
         std::error_code ignored;
         Stream().close(ignored);
@@ -71,7 +71,7 @@ private:
 class TSerialTransport : public TTransport {
 public:
     explicit TSerialTransport(std::shared_ptr<TSerialLink> link) : link_(std::move(link)) {}
-    void Close() noexcept override { link_->Close(); }
+    void Close() override { link_->Close(); }
     std::string Endpoint() const override { return "serial " + link_->Device(); }
     std::string Device() const override { return link_->Device(); }
 

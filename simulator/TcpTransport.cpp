@@ -23,7 +23,7 @@ public:
         Read();
     }
 
-    void Close() noexcept {
+    void Close() {
         std::error_code ignored;
         Stream().close(ignored);
     }
@@ -69,7 +69,7 @@ public:
             });
     }
 
-    void Close() noexcept override {
+    void Close() override {
         std::error_code ignored;
         acceptor_.close(ignored);
         retry_.cancel();

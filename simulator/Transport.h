@@ -20,7 +20,7 @@ public:
 
     // On the io_context's thread: gives up all that is under way. The context's run then tells each
     // operation that it was aborted, and nothing follows.
-    virtual void Close() noexcept = 0;
+    virtual void Close() = 0;
     // "tcp 127.0.0.1:1001", "udp ...", "serial /dev/pts/3"
     virtual std::string Endpoint() const = 0;
     virtual std::uint16_t Port() const { return 0; }

@@ -36,7 +36,7 @@ public:
             });
     }
 
-    void Close() noexcept override {
+    void Close() override {
         std::error_code ignored;
         socket_->close(ignored);
         retry_.cancel();

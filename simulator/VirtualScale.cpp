@@ -43,14 +43,14 @@ struct TVirtualScale::TRuntime {
         Run([this] { io.run_for(std::chrono::milliseconds(100)); });
     }
 
-    void Close() noexcept {
+    void Close() {
         closing = true;
+        io.stop();
         for (const auto& link : {tcp, udp, serial, pty}) {
             if (link) link->Close();
         }
         for (const auto& entry : probes)
             entry.second->Close();
-        io.stop();
     }
 
 private:
