@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # The tests of the links, scene after scene: each starts its virtual scales, has the test program reach
-# them under Wine, and ends them. First come scales on COM5 and COM6 and, as root, three at addresses of
+# them under Wine, and ends them. First come scales on COM5 to COM8 and, as root, three at addresses of
 # their own in a shop's network; then, as root, networks to be searched. Without root the tests of the
 # network are left out, and a line says so. What the scales hold is left in build/links.
 #
@@ -33,9 +33,21 @@ links_at() {
     links_scale "$1" --model "$2" --host "$(network_address "$1")" "--$3" "$4" --discovery "$3" "${@:5}"
 }
 
+# links_plug_again: takes the scale that has gone away from COM8 and puts another there, as soon as the
+# tests ask for it.
+links_plug_again() {
+    wait_until 300 test -e "$LINKS/plugged.again" || return 0
+    end_process "$(cat "$LINKS/plugged.pid")" virtual-scale || true
+    links_scale plugged --model EVL --pty "$LINKS/plugged.port"
+    touch "$LINKS/plugged.back"
+}
+
 links_scales_end() {
     local name
-    for name in serial pulled udp1 udp2 tcp; do
+    # First, so that no scale is started behind this.
+    if [ -n "${plugger:-}" ]; then kill "$plugger" 2>/dev/null || true; fi
+    plugger=
+    for name in serial pulled late plugged udp1 udp2 tcp; do
         end_process "$(cat "$LINKS/$name.pid" 2>/dev/null)" virtual-scale || true
         rm -f "$LINKS/$name.pid"
     done
@@ -56,7 +68,7 @@ links_scene() {
 links_end() {
     local code=$? name
     links_scales_end
-    for name in COM5 COM6; do
+    for name in COM5 COM6 COM7 COM8; do
         wine_run reg delete 'HKLM\Software\Wine\Ports' /v "$name" /f >/dev/null 2>&1 || true
     done
     wine_stop || true
@@ -81,15 +93,23 @@ if [ "${TOLVANE_LINKS_INSIDE:-}" != 1 ]; then
     say "The tests of the network are left out: $refusal."
 fi
 
-filter='LinksSerialTest*'
+filter='*LinksSerial*'
 links_scale serial --model EVL --address 5 --pty "$LINKS/serial.port"
 links_scale pulled --model EVL --pty "$LINKS/pulled.port" --fault drop,request=2
+links_scale late --model EVL --pty "$LINKS/late.port" --fault no-reply,command=SetWeightMode \
+    --fault late,command=GetVersion,ms=300
+links_scale plugged --model EVL --pty "$LINKS/plugged.port" --fault drop,request=2
+rm -f "$LINKS"/plugged.{again,back}
+links_plug_again &
+plugger=$!
 wine_com_port COM5 "$LINKS/serial.port"
 wine_com_port COM6 "$LINKS/pulled.port"
+wine_com_port COM7 "$LINKS/late.port"
+wine_com_port COM8 "$LINKS/plugged.port"
 export TOLVANE_LINKS_SERIAL=COM5 TOLVANE_LINKS_FOLDER
 TOLVANE_LINKS_FOLDER=$(wine_path "$LINKS")
 if network_is_up; then
-    filter='Links*'
+    filter='*Links*'
     links_at udp1 ETS udp 1001
     links_at udp2 EVL udp 1001
     links_at tcp S300 tcp 1001
