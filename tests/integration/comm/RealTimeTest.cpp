@@ -187,6 +187,17 @@ INSTANTIATE_TEST_SUITE_P(Links, RealTimeSerialLossTest,
                          testing::Values(TLinkKind{"Serial", MakeWaitingSerial}), kLinkName);
 #endif
 
+// Without this nothing here could find a wait that is busy.
+TEST(RealTimeCostTest, AThreadThatWorksIsSeenToWork) {
+    const TTimePoint limit = SystemClock().Now() + TMilliseconds(10000);
+    const TCost cost = Measure([&] {
+        const TMilliseconds before = ThreadTime();
+        while (ThreadTime() < before + kTolerance && SystemClock().Now() < limit) {
+        }
+    });
+    EXPECT_GE(cost.worked, kTolerance);
+}
+
 class RealTimeConnectTest : public testing::Test {
 public:
     void Aim(TDevCommTCP& client, const std::string& host, std::uint16_t port) {

@@ -33,11 +33,14 @@ links_at() {
     links_scale "$1" --model "$2" --host "$(network_address "$1")" "--$3" "$4" --discovery "$3" "${@:5}"
 }
 
-# links_plug_again: takes the scale that has gone away from COM8 and puts another there, as soon as the
-# tests ask for it.
-links_plug_again() {
-    wait_until 300 test -e "$LINKS/plugged.again" || return 0
+# links_plug: takes the port away under COM8, and puts another with a scale there, each when the tests
+# ask for it.
+links_plug() {
+    wait_until 300 test -e "$LINKS/plugged.unplug" || return 0
     end_process "$(cat "$LINKS/plugged.pid")" virtual-scale || true
+    rm -f "$LINKS/plugged.port"
+    touch "$LINKS/plugged.gone"
+    wait_until 300 test -e "$LINKS/plugged.plug" || return 0
     links_scale plugged --model EVL --pty "$LINKS/plugged.port"
     touch "$LINKS/plugged.back"
 }
@@ -99,8 +102,8 @@ links_scale pulled --model EVL --pty "$LINKS/pulled.port" --fault drop,request=2
 links_scale late --model EVL --pty "$LINKS/late.port" --fault no-reply,command=SetWeightMode \
     --fault late,command=GetVersion,ms=300
 links_scale plugged --model EVL --pty "$LINKS/plugged.port" --fault drop,request=2
-rm -f "$LINKS"/plugged.{again,back}
-links_plug_again &
+rm -f "$LINKS"/plugged.{unplug,gone,plug,back}
+links_plug &
 plugger=$!
 wine_com_port COM5 "$LINKS/serial.port"
 wine_com_port COM6 "$LINKS/pulled.port"
