@@ -26,6 +26,8 @@ TCost Measure(const std::function<void()>& action) {
 
 void ExpectLasts(TMilliseconds expected, const std::function<void()>& action) {
     const TCost cost = BestOf(expected + kTolerance, action);
+    testing::Test::RecordProperty("passedMs", static_cast<int>(cost.passed.count()));
+    testing::Test::RecordProperty("workedMs", static_cast<int>(cost.worked.count()));
     EXPECT_GE(cost.passed, expected);
     EXPECT_LE(cost.passed, expected + kTolerance);
     EXPECT_LT(cost.worked, expected / 20) << "busy while it waits";
