@@ -45,7 +45,9 @@ protected:
             L"TSetPluForm",
             {[](HWND window) { PostMessageW(ControlOf(window, "SaveBtn"), BM_CLICK, 0, 0); },
              [&](HWND window) {
-                 acted_ = RunLoopUntil([&] { return scale_.State().requests.total > 0; });
+                 acted_ = RunLoopUntil([&] {
+                     return scale_.State().requests.total > 0 && IsEnabledIn(window, "StopReadBtn");
+                 });
                  act(window);
              }});
         SendMessageW(session_.List(), WM_COMMAND, kWriteAll, 0);
