@@ -90,6 +90,8 @@ TEST_F(ResolutionTest, TheWindowIsNeverSmallerThanItsLeast) {
 }
 
 TEST_F(ResolutionTest, TheGridFillsTheMiddleAndTheCloseButtonStaysAtTheRight) {
+    // Controls are placed in whole pixels of 96 dots per inch.
+    const int unit = Scaled(1);
     for (const SIZE size : {SIZE{640, 360}, SIZE{900, 600}}) {
         SetWindowPos(session_.List(), nullptr, 0, 0, Scaled(size.cx), Scaled(size.cy),
                      SWP_NOZORDER | SWP_NOMOVE);
@@ -98,10 +100,10 @@ TEST_F(ResolutionTest, TheGridFillsTheMiddleAndTheCloseButtonStaysAtTheRight) {
         const RECT grid = PlaceOf("aDBGrid");
         EXPECT_EQ(grid.left, 0);
         EXPECT_EQ(grid.top, Scaled(33));
-        EXPECT_NEAR(grid.right, client.right, 1);
-        EXPECT_NEAR(grid.bottom, client.bottom - Scaled(33), 1);
-        EXPECT_NEAR(PlaceOf("btnCloseBtn").right, client.right - Scaled(4), 1);
-        EXPECT_NEAR(PlaceOf("RefreshBtn").left, Scaled(4), 1);
+        EXPECT_NEAR(grid.right, client.right, unit);
+        EXPECT_NEAR(grid.bottom, client.bottom - Scaled(33), unit);
+        EXPECT_NEAR(PlaceOf("btnCloseBtn").right, client.right - Scaled(4), unit);
+        EXPECT_NEAR(PlaceOf("RefreshBtn").left, Scaled(4), unit);
     }
 }
 
