@@ -71,14 +71,14 @@ const char* ModuleString() {
 }  // namespace
 
 TOperationModule::TOperationModule(const std::filesystem::path& file, std::int32_t number)
-    : library_(LoadLibraryExW(file.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH)),
+    : handle_(LoadLibraryExW(file.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH)),
       number_(number) {
-    if (library_ == nullptr) throw std::runtime_error(LoadFailure(GetLastError()));
+    if (handle_ == nullptr) throw std::runtime_error(LoadFailure(GetLastError()));
     try {
-        const auto askTitle = Export<TGetOperationTitle>(library_, "GetOperationTitle");
-        const auto askType = Export<TGetOperationType>(library_, "GetOperationType");
-        const auto setString = Export<TSetTQ4ModuleString>(library_, "SetTQ4ModuleString");
-        procedure_ = Export<TOperationProcedure>(library_, "OperationProcedure");
+        const auto askTitle = Export<TGetOperationTitle>(handle_, "GetOperationTitle");
+        const auto askType = Export<TGetOperationType>(handle_, "GetOperationType");
+        const auto setString = Export<TSetTQ4ModuleString>(handle_, "SetTQ4ModuleString");
+        procedure_ = Export<TOperationProcedure>(handle_, "OperationProcedure");
         const std::string type = AskText(askType);
         if (type != "Operation")
             throw std::runtime_error(std::string("видът на модула е \""_cp1251) + type + "\"");
@@ -91,7 +91,7 @@ TOperationModule::TOperationModule(const std::filesystem::path& file, std::int32
 }
 
 TOperationModule::TOperationModule(TOperationModule&& other) noexcept
-    : library_(std::exchange(other.library_, nullptr)),
+    : handle_(std::exchange(other.handle_, nullptr)),
       procedure_(other.procedure_),
       number_(other.number_),
       title_(std::move(other.title_)) {}
@@ -99,7 +99,7 @@ TOperationModule::TOperationModule(TOperationModule&& other) noexcept
 TOperationModule& TOperationModule::operator=(TOperationModule&& other) noexcept {
     if (this == &other) return *this;
     Free();
-    library_ = std::exchange(other.library_, nullptr);
+    handle_ = std::exchange(other.handle_, nullptr);
     procedure_ = other.procedure_;
     number_ = other.number_;
     title_ = std::move(other.title_);
@@ -111,7 +111,7 @@ TOperationModule::~TOperationModule() {
 }
 
 void TOperationModule::Free() noexcept {
-    if (library_ != nullptr) FreeLibrary(std::exchange(library_, nullptr));
+    if (handle_ != nullptr) FreeLibrary(std::exchange(handle_, nullptr));
 }
 
 void TOperationModule::Start(HWND frame, std::uint32_t& messageId, const THostDatabase& database,

@@ -30,7 +30,7 @@ public:
 private:
     void Free() noexcept;
 
-    HMODULE library_ = nullptr;
+    HMODULE handle_ = nullptr;
     TOperationProcedure procedure_ = nullptr;
     std::int32_t number_ = 0;
     std::string title_;

@@ -50,6 +50,15 @@ void TConfiguration::Write(const std::string& bytes) {
     std::ofstream(File(), std::ios::binary) << bytes;
 }
 
+void TConfiguration::WriteScale(int port) {
+    Write(
+        "[SCALE1]\r\nScaleNumb=1\r\nScaleName=A\r\nTCPAddress=127.0.0.1\r\n"
+        "TCPPort=" +
+        std::to_string(port) +
+        "\r\nChecked=1\r\nBaudRate=0\r\nScaleType=16\r\nEncoding=2\r\n"
+        "ScaleAddr=0\r\nCommType=1\r\n");
+}
+
 std::string TConfiguration::Value(const std::string& section, const std::string& key) {
     std::array<char, 512> value{};
     GetPrivateProfileStringA(section.c_str(), key.c_str(), "", value.data(),

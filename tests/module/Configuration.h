@@ -17,6 +17,8 @@ public:
     static std::filesystem::path File();
     static std::string Bytes();
     static void Write(const std::string& bytes);
+    // One checked EVL named "A", number 1, on a TCP port of this machine.
+    static void WriteScale(int port);
     // The value of the key, or empty.
     static std::string Value(const std::string& section, const std::string& key);
     static void WriteHostSettings(const std::string& bytes);

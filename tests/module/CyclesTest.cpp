@@ -66,7 +66,8 @@ LRESULT CALLBACK PassOn(int code, WPARAM wParam, LPARAM lParam) {
     return CallNextHookEx(nullptr, code, wParam, lParam);
 }
 
-// Threads of the system come and go, with a stack and some handles of their own; a leak stays.
+// The helper thread of the last closing ends a little later, with a stack and some handles of its
+// own; a leak stays.
 bool ComesDownTo(const TCounts& limit) {
     return RunLoopUntil([&] { return TCounts().IsWithin(limit); }, 40);
 }

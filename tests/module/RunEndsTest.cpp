@@ -27,12 +27,7 @@ protected:
         simulator::TFault silent;
         silent.kind = simulator::TFaultKind::Silent;
         scale_.SetFaults({{silent}});
-        TConfiguration::Write(
-            "[SCALE1]\r\nScaleNumb=1\r\nScaleName=A\r\nTCPAddress=127.0.0.1\r\n"
-            "TCPPort=" +
-            std::to_string(scale_.Port()) +
-            "\r\nChecked=1\r\nBaudRate=0\r\nScaleType=16\r\nEncoding=2\r\n"
-            "ScaleAddr=0\r\nCommType=1\r\n");
+        TConfiguration::WriteScale(scale_.Port());
         session_.module.Start(application_.Frame(), 17, &session_.messageId, session_.host.Frame(),
                               session_.connection.Database(), nullptr, {nullptr, nullptr});
         RunLoopDry();

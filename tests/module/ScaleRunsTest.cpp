@@ -50,12 +50,7 @@ class ScaleRunsTest : public testing::Test {
 protected:
     ScaleRunsTest() {
         scale_.Start();
-        TConfiguration::Write(
-            "[SCALE1]\r\nScaleNumb=1\r\nScaleName=A\r\nTCPAddress=127.0.0.1\r\n"
-            "TCPPort=" +
-            std::to_string(scale_.Port()) +
-            "\r\nChecked=1\r\nBaudRate=0\r\nScaleType=16\r\nEncoding=2\r\n"
-            "ScaleAddr=0\r\nCommType=1\r\n");
+        TConfiguration::WriteScale(scale_.Port());
         session_.Start();
         Run(kWriteAll, "SaveBtn");
     }

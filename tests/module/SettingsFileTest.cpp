@@ -75,7 +75,24 @@ bool StartsWith(const std::string& text, std::string_view start) {
 
 }  // namespace
 
-using SettingsFileTest = TSettingsSession;
+class SettingsFileTest : public TSettingsSession {
+protected:
+    // Closes the list window while THold keeps the file from being written.
+    template <class THold, class... TArguments>
+    void ExpectToldOnClosing(TArguments... arguments) {
+        session_.Start();
+        {
+            const THold hold(arguments...);
+            const TBoxAnswerer boxes;
+            session_.CloseList();
+            ExpectNotWritten(boxes, kAccessDenied);
+        }
+        EXPECT_EQ(session_.List(), nullptr);
+        EXPECT_EQ(session_.Completions(), 1);
+        EXPECT_EQ(Content(), kBefore);
+        ExpectNoLeftover();
+    }
+};
 
 TEST_F(SettingsFileTest, AFileHeldByAnotherProgramIsToldInOneBoxAndKept) {
     session_.Start();
@@ -120,31 +137,11 @@ TEST_F(SettingsFileTest, AReadOnlyFileIsToldInOneBoxAndKept) {
 }
 
 TEST_F(SettingsFileTest, AReadOnlyFileIsToldInOneBoxWhenTheWindowClosesWhichGoes) {
-    session_.Start();
-    {
-        const TReadOnly readOnly;
-        const TBoxAnswerer boxes;
-        session_.CloseList();
-        ExpectNotWritten(boxes, kAccessDenied);
-    }
-    EXPECT_EQ(session_.List(), nullptr);
-    EXPECT_EQ(session_.Completions(), 1);
-    EXPECT_EQ(Content(), kBefore);
-    ExpectNoLeftover();
+    ExpectToldOnClosing<TReadOnly>();
 }
 
 TEST_F(SettingsFileTest, AHeldFileIsToldInOneBoxWhenTheWindowClosesWhichGoes) {
-    session_.Start();
-    {
-        const THeldFile held(FILE_SHARE_READ);
-        const TBoxAnswerer boxes;
-        session_.CloseList();
-        ExpectNotWritten(boxes, kAccessDenied);
-    }
-    EXPECT_EQ(session_.List(), nullptr);
-    EXPECT_EQ(session_.Completions(), 1);
-    EXPECT_EQ(Content(), kBefore);
-    ExpectNoLeftover();
+    ExpectToldOnClosing<THeldFile>(DWORD{FILE_SHARE_READ});
 }
 
 // Held without sharing while the list opens: its twenty slots are empty then, and must not be

@@ -7,6 +7,7 @@
 #include "config/ScaleListEdit.h"
 #include "config/ScaleSettings.h"
 #include "simulator/VirtualScale.h"
+#include "tests/support/SilentView.h"
 #include "upload/ScaleSession.h"
 
 namespace tolvane::test {
@@ -21,17 +22,6 @@ class TQuickClock : public TClock {
 public:
     TTimePoint Now() const override { return SystemClock().Now(); }
     void Sleep(TMilliseconds) override {}
-};
-
-class TSilentView : public TRunView {
-public:
-    void ClearLog() override {}
-    void Log(std::string) override {}
-    void SetConnection(std::string) override {}
-    void SetProgress(std::string) override {}
-    void SetRunning(bool) override {}
-    void SetChoicesEnabled(bool) override {}
-    void ShowRunError(std::string text) override { ADD_FAILURE() << text; }
 };
 
 class FoundScaleTest : public testing::Test {

@@ -6,21 +6,9 @@
 #include <nlohmann/json.hpp>
 #include <tuple>
 
+#include "tests/support/SilentView.h"
+
 namespace tolvane::test {
-namespace {
-
-class TSilentView : public TRunView {
-public:
-    void ClearLog() override {}
-    void Log(std::string) override {}
-    void SetConnection(std::string) override {}
-    void SetProgress(std::string) override {}
-    void SetRunning(bool) override {}
-    void SetChoicesEnabled(bool) override {}
-    void ShowRunError(std::string text) override { ADD_FAILURE() << text; }
-};
-
-}  // namespace
 
 std::string Setting(const char* name) {
     const char* value = std::getenv((std::string("TOLVANE_LINKS_") + name).c_str());
