@@ -19,7 +19,7 @@ public:
     // lblStatus: what is being done.
     virtual void SetProgress(std::string text) = 0;
     // During a run StopReadBtn is enabled and SaveBtn, OkBtn, DeleteBtn and ScaleList are disabled;
-    // at rest the other way round.
+    // at rest the other way round; that is the last that a run without an error tells.
     virtual void SetRunning(bool running) = 0;
     // cbPluName1, cbPluName2 and PriceRadio.
     virtual void SetChoicesEnabled(bool enabled) = 0;

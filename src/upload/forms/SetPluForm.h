@@ -65,7 +65,7 @@ private:
     // Starts a run; nothing happens while one works or when the window is closing.
     template <class Body>
     void StartRun(Body body);
-    void RunEnded();
+    void RunEnded(unsigned run);
     // Check marks and settings, once.
     void StoreResults();
 
@@ -87,7 +87,8 @@ private:
     bool stored_ = false;
 
     std::shared_ptr<TRunStop> stop_ = std::make_shared<TRunStop>();
-    bool running_ = false;
+    unsigned run_ = 0;          // the number of the latest run
+    bool running_ = false;      // until its last word, or its end after an error
     bool closing_ = false;      // closes now or, with a run, at its end
     HWND startedBy_ = nullptr;  // the button that had the focus before the run
 

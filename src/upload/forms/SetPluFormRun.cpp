@@ -51,7 +51,7 @@ void TSetPluForm::StartRun(Body body) {
             TScaleRun run(factory, *clock, view, *stop, regional);
             body(run);
         },
-        Queue(), [this] { RunEnded(); });
+        Queue(), [this, run = ++run_] { RunEnded(run); });
     running_ = true;
 }
 
@@ -88,7 +88,9 @@ bool TSetPluForm::CanClose(int) {
     return false;
 }
 
-void TSetPluForm::RunEnded() {
+void TSetPluForm::RunEnded(unsigned run) {
+    // The next one has begun between the run's last word and the end of its thread.
+    if (run != run_) return;
     worker_.Wait();
     running_ = false;
     FlushLog();
@@ -169,6 +171,8 @@ void TSetPluForm::SetProgress(std::string text) {
 
 void TSetPluForm::SetRunning(bool running) {
     FlushLog();
+    // A run's last word: whoever sees the buttons enabled can start the next one.
+    if (!running) running_ = false;
     EnableWindow(stopReadBtn_, running ? TRUE : FALSE);
     const HWND focus = GetFocus();
     for (const HWND control : {saveBtn_, okBtn_, deleteBtn_, scaleList_})

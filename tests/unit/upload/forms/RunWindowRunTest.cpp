@@ -1,3 +1,7 @@
+#include <windows.h>
+
+#include <commctrl.h>
+
 #include <string>
 #include <vector>
 
@@ -18,6 +22,23 @@ simulator::TScaleOptions SmallScale() {
     simulator::TScaleOptions options;
     options.scale.capacity = 3;
     return options;
+}
+
+// Clicks a button of the form, past the message queue.
+void ClickAtOnce(HWND form, HWND button) {
+    SendMessageW(form, WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(button), BN_CLICKED),
+                 reinterpret_cast<LPARAM>(button));
+}
+
+// Clicks the button the first time that the control which it watches becomes enabled.
+LRESULT CALLBACK ClickWhenEnabled(HWND control, UINT id, WPARAM wParam, LPARAM lParam, UINT_PTR key,
+                                  DWORD_PTR button) {
+    const LRESULT result = DefSubclassProc(control, id, wParam, lParam);
+    if (id == WM_NCDESTROY || (id == WM_ENABLE && wParam != 0)) {
+        RemoveWindowSubclass(control, &ClickWhenEnabled, key);
+        if (id == WM_ENABLE) ClickAtOnce(GetParent(control), reinterpret_cast<HWND>(button));
+    }
+    return result;
 }
 
 TEST_F(RunWindowRun, AWriteRunShowsItsLogAndFillsTheScales) {
@@ -202,9 +223,7 @@ TEST_F(RunWindowRun, ASecondClickStartsNoSecondRun) {
                  [] {
                      // As a program would, past the disabled buttons.
                      for (const char* name : {"SaveBtn", "DeleteBtn"})
-                         SendMessageW(Form(), WM_COMMAND,
-                                      MAKEWPARAM(GetDlgCtrlID(Part(name)), BN_CLICKED),
-                                      reinterpret_cast<LPARAM>(Part(name)));
+                         ClickAtOnce(Form(), Part(name));
                      EXPECT_EQ(Box(), nullptr);
                  });
     ThenClose();
@@ -212,6 +231,26 @@ TEST_F(RunWindowRun, ASecondClickStartsNoSecondRun) {
     const simulator::TScaleState state = Scale(1).State();
     EXPECT_EQ(state.articles.at(12).priceWrites, 1);
     EXPECT_EQ(state.requests.byCommand.at(simulator::kSetPrgMode), 1);
+}
+
+// The first run's thread may still be there: the click counts all the same, and the end of that
+// thread is not taken for the end of the second run.
+TEST_F(RunWindowRun, AClickAsSoonAsTheButtonsAreBackStartsTheNextRun) {
+    SetArticles({Goods(12, "A")});
+    script_.When([] { return IsAtRest(); },
+                 [] {
+                     SetWindowSubclass(Part("ScaleList"), &ClickWhenEnabled, 0,
+                                       reinterpret_cast<DWORD_PTR>(Part("SaveBtn")));
+                     Click(Part("SaveBtn"));
+                 });
+    script_.When([this] { return PriceWrites(1) == 2; },
+                 [] {
+                     EXPECT_TRUE(IsRunning());
+                     ClickAtOnce(Form(), Part("SaveBtn"));
+                 });
+    ThenClose();
+    Show(2);
+    EXPECT_EQ(PriceWrites(1), 2);
 }
 
 TEST_F(RunWindowRun, NoRunStartsWhileADeleteRunMakesItsFirstConnection) {
