@@ -56,10 +56,18 @@ step() {
     printf '\n'
     {
         printf 'FAILED: %s\n' "$title"
-        tail -n 30 "$log"
+        failure_excerpt "$log"
         printf 'whole log: %s\n' "$log"
     } >&2
     exit "$status"
+}
+
+# failure_excerpt <log>: its last lines without the tests that passed.
+failure_excerpt() {
+    tr -d '\r' <"$1" |
+        sed -e '/^\[ RUN      \] /{N;/\n\[       OK \] /d}' \
+            -e '/^\[       OK \] /d' -e '/^\[----------\]/d' -e '/^$/d' |
+        tail -n 30
 }
 
 # wait_until <seconds> <command>...: polls the command until it succeeds; fails at the deadline.

@@ -28,6 +28,8 @@ constexpr int kOpenedComboHeight = 150;
 
 TSetPluForm::TSetPluForm(HWND owner, const TRunKind& kind, const TRunContext& context)
     : kind_(kind), context_(context), items_(RunItems(*context.scales)) {
+    // First of all: without the kept choices a run could take another price than the shop's.
+    const TRunSettings settings = LoadRunSettings(ReadIniFile(context_.iniFile));
     TFormOptions options;
     options.className = kSetPluFormClass;
     options.name = "SetPluForm";
@@ -44,7 +46,7 @@ TSetPluForm::TSetPluForm(HWND owner, const TRunKind& kind, const TRunContext& co
     AddChoices();
     AddLog();
     AddButtons();
-    RestoreSettings();
+    Restore(settings);
     OnSize();
 }
 
@@ -115,13 +117,7 @@ void TSetPluForm::AddButtons() {
     okBtn_ = AddButton("OkBtn", "Затвори"_cp1251, &TSetPluForm::OnCancel, IDCANCEL);
 }
 
-void TSetPluForm::RestoreSettings() {
-    TRunSettings settings;
-    try {
-        settings = LoadRunSettings(ReadIniFile(context_.iniFile));
-    } catch (const TFileError&) {
-        // The defaults do; saving will tell.
-    }
+void TSetPluForm::Restore(const TRunSettings& settings) {
     for (std::size_t i = 0; i < priceButtons_.size(); ++i)
         SetChecked(priceButtons_[i], static_cast<int>(i) == settings.choices.price);
     SetComboIndex(cbPluName1_, settings.choices.name1);

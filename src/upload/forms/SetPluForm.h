@@ -23,6 +23,7 @@ namespace tolvane {
 // here, through the form's queue, as calls of TRunView on the interface thread.
 class TSetPluForm : public TForm, private TRunView {
 public:
+    // Throws TFileError when the kept settings cannot be read.
     TSetPluForm(HWND owner, const TRunKind& kind, const TRunContext& context);
     ~TSetPluForm() override;
 
@@ -49,7 +50,7 @@ private:
     void AddChoices();
     void AddLog();
     void AddButtons();
-    void RestoreSettings();
+    void Restore(const TRunSettings& settings);
     void RestorePlace(const TWindowPlace& place);
 
     void PlaceChoices(int left);

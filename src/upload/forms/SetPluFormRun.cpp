@@ -41,7 +41,7 @@ template <class Body>
 void TSetPluForm::StartRun(Body body) {
     // A window that was closed under a question stays until the question is answered.
     if (running_ || closing_) return;
-    startedBy_ = GetFocus();
+    if (const HWND focus = GetFocus(); focus != nullptr) startedBy_ = focus;
     // The thread has its own copy of everything, so that it never looks back at the form.
     worker_.Start(
         [body = std::move(body), stop = stop_, queue = Queue(), regional = SystemRegionalSettings(),

@@ -26,8 +26,8 @@ struct TRunContext {
 
 // Shows the run window for a menu command (1 to 4) and returns when it has closed and no run works
 // any more. Nothing happens without articles. `owner` is the list window; the run window goes with
-// it. Throws TWindowError, or TFileError when the window's settings could not be saved (the check
-// marks are back then). Interface thread.
+// it. Throws TWindowError, or TFileError when the window's settings could not be read (no window
+// has come then) or saved (the check marks are back then). Interface thread.
 void ShowRunWindow(HWND owner, int runNumber, const TRunContext& context);
 
 inline constexpr const wchar_t* kSetPluFormClass = L"TSetPluForm";

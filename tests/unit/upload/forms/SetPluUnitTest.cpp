@@ -2,11 +2,13 @@
 
 #include <array>
 #include <filesystem>
+#include <fstream>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "RunWindowFixture.h"
+#include "config/IniFile.h"
 #include "text/Cp1251.h"
 #include "window/CheckList.h"
 #include "window/WideText.h"
@@ -147,6 +149,21 @@ TEST_F(SetPluUnit, ASettingsFileThatCannotBeWrittenIsToldAfterTheCheckMarksAreBa
                  });
     EXPECT_THROW(ShowRunWindow(owner_, 1, context_), std::runtime_error);
     EXPECT_TRUE(scales_[2].Checked);
+}
+
+// Another program has the file for a moment: the defaults would write another price than the shop
+// has chosen, and would be kept at the end.
+TEST_F(SetPluUnit, WithSettingsThatCannotBeReadNoWindowComesAndTheyAreKept) {
+    const std::string kept = "[SCALESETTINGS]\r\nPriceRadio_ItemIndex=1\r\n";
+    std::ofstream(context_.iniFile, std::ios::binary) << kept;
+    const HANDLE held =
+        CreateFileW(context_.iniFile.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    ASSERT_NE(held, INVALID_HANDLE_VALUE);
+    EXPECT_THROW(ShowRunWindow(owner_, 2, context_), TFileError);
+    CloseHandle(held);
+    EXPECT_EQ(Form(), nullptr);
+    EXPECT_TRUE(IsWindowEnabled(frame_) != 0);
+    EXPECT_EQ(Ini(), kept);
 }
 
 TEST_F(SetPluUnit, AMaximizedWindowComesBackMaximizedOverItsOldPlace) {

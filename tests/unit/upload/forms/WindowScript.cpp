@@ -14,12 +14,19 @@ namespace tolvane::test {
 namespace {
 
 constexpr DWORD kPatienceMs = 20000;
+constexpr DWORD kPatienceAfterLastMs = 60000;
 TWindowScript* currentScript = nullptr;
 
 struct TSearch {
     const wchar_t* className;
     HWND found = nullptr;
 };
+
+// The call that shows the windows would never come back.
+[[noreturn]] void GiveUp(const std::string& reason) {
+    std::fprintf(stderr, "%s\n", reason.c_str());
+    std::_Exit(3);
+}
 
 BOOL CALLBACK Visit(HWND window, LPARAM parameter) {
     auto& search = *reinterpret_cast<TSearch*>(parameter);
@@ -71,16 +78,16 @@ void TWindowScript::Play() {
     lastTick_ = now;
     ++turns_;
     // A step's action may open a window that runs messages itself.
-    if (IsDone()) return;
-    if (steps_[next_].condition()) {
+    if (IsDone()) {
+        if (now - stepStart_ > kPatienceAfterLastMs) GiveUp("the call does not return");
+    } else if (steps_[next_].condition()) {
         const std::function<void()> action = steps_[next_].action;
         ++next_;
         stepStart_ = now;
         action();
         lastTick_ = GetTickCount();
     } else if (now - stepStart_ > kPatienceMs) {
-        std::fprintf(stderr, "step %u waits in vain\n", static_cast<unsigned>(next_ + 1));
-        std::_Exit(3);
+        GiveUp("step " + std::to_string(next_ + 1) + " waits in vain");
     }
 }
 
