@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Checks who includes what, against the table below. Usage: check-layers.sh [ROOT]
+# Checks who includes what, against the table below, and that nothing between the wire and the scale
+# reads a clock but the one that it is given. Usage: check-layers.sh [ROOT]
 # Prints each violation as file:line: text, and ends with 1 when there is any.
 set -euo pipefail
 
@@ -72,7 +73,17 @@ check_include() { # file line header layer
     violation "$file" "$line" "$layer must not include \"$header\""
 }
 
+# Deadlines must not move when somebody sets the computer's clock, and tests bring their own.
+check_clocks() { # file
+    [[ $1 == src/comm/* || $1 == src/scale/* ]] && [[ $1 != src/comm/Clock.cpp ]] || return 0
+    local line
+    while IFS=: read -r line _; do
+        violation "$1" "$line" "reads a clock; src/comm/Clock.h is for that"
+    done < <(grep -nE '(system|steady|high_resolution|utc|file)_clock::now|sleep_(for|until)|LocalTime|SystemTime|TickCount|PerformanceCounter|timeGetTime|gettimeofday|clock_gettime|\b(time|clock|[un]*sleep) ?\(' "$1" || true)
+}
+
 while IFS= read -r file; do
+    check_clocks "$file"
     layer=$(layer_of "$file")
     [[ -n $layer ]] || { violation "$file" 1 "lies in no known folder"; continue; }
     while IFS=: read -r line text; do

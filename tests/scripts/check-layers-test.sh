@@ -8,10 +8,14 @@ trap 'rm -rf "$tree"' EXIT
 failed=0
 
 expect() { # title, file, include, expected words ("" for no complaint)
+    expect_line "$1" "$2" "#include $3" "$4"
+}
+
+expect_line() { # title, file, its only line, expected words ("" for no complaint)
     rm -rf "${tree:?}"/*
     mkdir -p "$tree"/src/{text,config/forms,comm,scale,articles,upload/forms,database,window,entry} \
         "$tree"/{host,simulator}
-    printf '#include %s\n' "$3" >"$tree/$2"
+    printf '%s\n' "$3" >"$tree/$2"
     local out code=0
     out=$("$check" "$tree" 2>&1) || code=$?
     if [[ -z $4 && $code -eq 0 && -z $out ]] || [[ -n $4 && $code -eq 1 && $out == "$2:1: "*"$4"* ]]; then
@@ -35,5 +39,16 @@ expect "a form uses what lies under it" src/upload/forms/a.cpp '"upload/ScaleRun
 expect "simulator uses the driver" simulator/a.cpp '"scale/ScaleFrame.h"' "must not include"
 expect "host uses module internals" host/a.cpp '"entry/ModuleState.h"' "must not include"
 expect "host uses the host interface" host/a.cpp '"entry/HostInterface.h"' ""
+
+for reading in 'std::chrono::system_clock::now();' 'std::chrono::steady_clock::now();' 'time(nullptr);' \
+    'gettimeofday(&now, nullptr);' 'GetLocalTime(&now);' 'GetSystemTimeAsFileTime(&now);' \
+    'GetTickCount();' 'std::this_thread::sleep_for(pause);' 'usleep(10);' '#include "text/LocalTime.h"'; do
+    expect_line "a channel does not say: $reading" src/comm/a.cpp "$reading" "reads a clock"
+done
+expect_line "the driver does not read a clock" src/scale/a.cpp 'std::time(nullptr);' "reads a clock"
+expect_line "the clock does" src/comm/Clock.cpp 'std::chrono::steady_clock::now();' ""
+expect_line "a channel asks its own clock" src/comm/a.cpp 'clock_.Sleep(clock_.Now() - began);' ""
+expect_line "a channel knows what a point in time is" src/comm/a.h \
+    'using TTimePoint = std::chrono::steady_clock::time_point;' ""
 
 exit $failed
