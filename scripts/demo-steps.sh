@@ -195,6 +195,8 @@ demo_write_all() {
     demo_drive click SaveBtn
     demo_drive contains lblStatus "Запис артикул"
     demo_shot_now run-during
+    # The picture was taken in the middle of the run.
+    demo_drive contains lblStatus "Запис артикул"
     demo_drive --seconds 900 enabled SaveBtn
     demo_shot run-after
     demo_drive text StatusMemo >"$DEMO/run.log"

@@ -33,7 +33,7 @@ TfrmScaleSettings::TfrmScaleSettings(HWND owner, std::string_view caption,
     TFormOptions options;
     options.className = kScaleSettingsFormClass;
     options.name = "frmScaleSettings";
-    options.caption = caption;
+    options.caption = caption.empty() ? kScaleSettingsCaption : caption;
     options.exStyle = WS_EX_TOOLWINDOW | WS_EX_CONTROLPARENT;
     options.clientWidth = kWidth;
     options.clientHeight = kHeight;

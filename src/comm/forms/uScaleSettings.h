@@ -18,6 +18,8 @@
 namespace tolvane {
 
 inline constexpr const wchar_t* kScaleSettingsFormClass = L"TfrmScaleSettings";
+// Of a dialog that is given none.
+inline constexpr std::string_view kScaleSettingsCaption = "Scale Settings";
 
 // What the dialog needs from the computer.
 struct TScaleSettingsServices {

@@ -97,7 +97,7 @@ protected:
 }  // namespace
 
 TEST_F(LayoutTest, ConnectionDialog) {
-    TfrmScaleSettings form(host_.Frame(), "Scale Settings", {}, {},
+    TfrmScaleSettings form(host_.Frame(), {}, {}, {},
                            {[](bool, std::vector<std::string>&) {}, search_});
     ExpectTextsFit(form.Handle());
     ExpectPlacesApart(form.Handle());

@@ -29,7 +29,7 @@ protected:
     }
 
     int Show(const TScaleSettings& settings, TSteps steps) {
-        TfrmScaleSettings form(host_.Frame(), "Scale Settings", settings, listed_, Services());
+        TfrmScaleSettings form(host_.Frame(), {}, settings, listed_, Services());
         const TDialogScript script(kScaleSettingsFormClass, std::move(steps));
         const int result = form.ShowModal();
         confirmed_ = form.Settings();

@@ -16,6 +16,20 @@ std::string Lines(const std::vector<std::string>& lines) {
     return text;
 }
 
+namespace {
+
+// Of a message box; null when it has none.
+HICON IconOf(HWND box) {
+    for (HWND child = nullptr;
+         (child = FindWindowExW(box, child, L"Static", nullptr)) != nullptr;) {
+        const LRESULT icon = SendMessageW(child, STM_GETICON, 0, 0);
+        if (icon != 0) return reinterpret_cast<HICON>(icon);
+    }
+    return nullptr;
+}
+
+}  // namespace
+
 TRunWindowTest::TRunWindowTest() {
     frame_ = CreateWindowExW(0, L"STATIC", L"Host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 900,
                              700, nullptr, nullptr, nullptr, nullptr);
@@ -118,6 +132,8 @@ void TRunWindowTest::ThenAnswer(int button) {
     script_.When([] { return Box() != nullptr; },
                  [this, button] {
                      box_ = Utf8Text(GetDlgItem(Box(), kMessageBoxText));
+                     boxTitle_ = Utf8Text(Box());
+                     boxIcon_ = IconOf(Box());
                      Click(GetDlgItem(Box(), button));
                  });
 }

@@ -89,6 +89,8 @@ protected:
     TWindowScript script_;
     std::string log_;  // as ThenClose met it
     std::string box_;  // the text of the last box that ThenAnswer answered
+    std::string boxTitle_;
+    HICON boxIcon_ = nullptr;  // one of the system's
     std::set<TThreadKey> threadsInRun_;
 };
 

@@ -157,6 +157,8 @@ TEST_F(RunWindowRun, DeletingEverythingIsAskedFirst) {
     EXPECT_EQ(box_,
               "Тази процедура води до изтриване на всички\r\nартикули в избраните везни.\r\n"
               "Желаете ли да продължите?");
+    EXPECT_EQ(boxTitle_, "Внимание");
+    EXPECT_EQ(boxIcon_, LoadIconW(nullptr, IDI_WARNING));
     EXPECT_TRUE(Scale(1).Requests().empty());
 }
 
@@ -284,6 +286,7 @@ TEST_F(RunWindowRun, AnErrorWhileLinesAreBuiltIsShownAndEscStillCloses) {
                  });
     Show(2);
     EXPECT_EQ(box_, "Артикул \"A\": стойността \"x\" на поле LABEL_BESTBEFORE не е цяло число.");
+    EXPECT_EQ(boxIcon_, LoadIconW(nullptr, IDI_ERROR));
 }
 
 TEST_F(RunWindowRun, TheCloseBoxClosesAfterAnErrorWhileLinesAreBuilt) {
