@@ -35,6 +35,25 @@ TEST(TElicomScaleTest, AUdpDriverIsAlwaysOnPort1001) {
     EXPECT_FALSE(scale->Channel->IsConnected());
 }
 
+// How long a driver waits for its first answer, over a channel that never answers.
+std::int32_t FirstReadTimeout(TElicomScale& scale, TClock& clock) {
+    auto owned = std::make_unique<TScriptedChannel>(clock);
+    const TScriptedChannel& silent = *owned;
+    scale.Channel = std::move(owned);
+    EXPECT_TRUE(scale.OpenChannel());
+    std::int32_t errCode = 0;
+    EXPECT_FALSE(scale.SetWeightMode(errCode));
+    EXPECT_EQ(silent.reads.size(), 1U);
+    return silent.reads.empty() ? -1 : silent.reads.front().timeoutMs;
+}
+
+TEST(TElicomScaleTest, ASerialDriverWaits1000MsForAnAnswerAndTheOthers3000) {
+    TRecordingClock clock;
+    EXPECT_EQ(FirstReadTimeout(*TElicomScale::CreateRS232(12, 38400, clock), clock), 1000);
+    EXPECT_EQ(FirstReadTimeout(*TElicomScale::CreateTCP("10.0.0.5", 100, clock), clock), 3000);
+    EXPECT_EQ(FirstReadTimeout(*TElicomScale::CreateUDP("10.0.0.7", clock), clock), 3000);
+}
+
 TEST(TElicomScaleTest, TheChannelIsFreedWithTheDriver) {
     TRecordingClock clock;
     bool freed = false;
