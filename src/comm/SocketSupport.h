@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <asio/error.hpp>
 #include <asio/ip/address_v4.hpp>
 #include <cstddef>
@@ -7,6 +9,7 @@
 #include <span>
 #include <stdexcept>
 #include <string>
+#include <system_error>
 
 #include "comm/DevCommBaseUnit.h"
 #include "comm/IpAddress.h"
@@ -25,6 +28,25 @@ typename TProtocol::endpoint EndpointOf(const std::string& host, std::int32_t po
     if (port < 1 || port > kLargestPort)
         throw std::runtime_error(std::to_string(port) + " is not a port number.");
     return {asio::ip::address_v4(*address), static_cast<std::uint16_t>(port)};
+}
+
+// Whether a read that ends with the error has lost its connection, rather than failed otherwise. A
+// system gives up a connection with the last thing that it heard of the network in between.
+inline bool IsLostConnection(const std::error_code& error) {
+    const std::array losses = {
+        std::error_code(asio::error::eof),
+        std::error_code(asio::error::connection_reset),
+        std::error_code(asio::error::connection_aborted),
+        std::error_code(asio::error::broken_pipe),
+        std::error_code(asio::error::not_connected),
+        std::error_code(asio::error::shut_down),
+        std::error_code(asio::error::timed_out),
+        std::error_code(asio::error::network_down),
+        std::error_code(asio::error::network_unreachable),
+        std::error_code(asio::error::network_reset),
+        std::error_code(asio::error::host_unreachable),
+    };
+    return std::find(losses.begin(), losses.end(), error) != losses.end();
 }
 
 // The bytes of a datagram of the reported length; throws CommException when a socket layer reports

@@ -27,20 +27,6 @@ constexpr std::size_t kReceiveSize = 32768;
     throw CommException(kReadNotConnected, kSocketNotConnected);
 }
 
-// Errors that say that the connection is over rather than that something else went wrong.
-bool IsDisconnection(const std::error_code& error) {
-    const std::array endings = {
-        std::error_code(asio::error::eof),
-        std::error_code(asio::error::connection_reset),
-        std::error_code(asio::error::connection_aborted),
-        std::error_code(asio::error::broken_pipe),
-        std::error_code(asio::error::not_connected),
-        std::error_code(asio::error::network_reset),
-        std::error_code(asio::error::timed_out),
-    };
-    return std::find(endings.begin(), endings.end(), error) != endings.end();
-}
-
 }  // namespace
 
 class TDevCommTCP::TConnection : public TByteReceiver {
@@ -86,7 +72,7 @@ public:
         if (!WaitReadable(Handle(), std::min(limit, kSlice))) return {};
         std::error_code error;
         const std::size_t count = socket_.receive(asio::buffer(received_), 0, error);
-        if (IsDisconnection(error)) FailNotConnected();
+        if (IsLostConnection(error)) FailNotConnected();
         if (error) throw std::system_error(error);
         return {received_.data(), count};
     }

@@ -5,7 +5,6 @@
 #include <deque>
 #include <stdexcept>
 
-#include "comm/SocketSupport.h"
 #include "tests/support/RecordingClock.h"
 
 namespace tolvane {
@@ -172,19 +171,6 @@ TEST_F(AnswerReaderTest, ADroppedLinkDuringTheReadIsCode3) {
     receiver.failure = [] { throw CommException(kReadNotConnected, "gone"); };
     EXPECT_EQ(Read(0x02, 0x03, 1000), kReadNotConnected);
     EXPECT_EQ(failure, "gone");
-}
-
-TEST(ReceivedDatagramTest, AReportedLengthAboveTheBufferIsAWrongAnswer) {
-    const TCmdBuffer buffer(100, 0x41);
-    EXPECT_EQ(ReceivedDatagram(buffer, 100).size(), 100U);
-    EXPECT_EQ(ReceivedDatagram(buffer, 0).size(), 0U);
-    try {
-        ReceivedDatagram(buffer, 101);
-        FAIL() << "101 bytes were taken";
-    } catch (const CommException& failure) {
-        EXPECT_EQ(failure.ErrorCode, kReadWrongAnswer);
-        EXPECT_STREQ(failure.what(), "Wrong answer. Too long.");
-    }
 }
 
 }  // namespace
