@@ -1,9 +1,8 @@
 #include <gtest/gtest.h>
 
-#include <filesystem>
-
 #include "comm/SystemError.h"
 #include "comm/TDevCommTCP.h"
+#include "tests/integration/comm/Descriptors.h"
 #include "tests/integration/comm/TcpPeer.h"
 
 namespace tolvane::test {
@@ -129,6 +128,19 @@ TEST_F(TcpChannelTest, Open_ARefusedConnectionOpensAgainWhenSomebodyListens) {
     ExpectOpensAgain();
 }
 
+// An open looks at the clock to set its deadline, before it waits for the connection, and once more
+// when it has it.
+TEST_F(TcpChannelTest, Open_APeerThatHangsUpAtOnceFailsAsNotConnectedAndOpensAgain) {
+    AtLook(3, [this] {
+        peer.Accept();
+        peer.Close();
+    });
+    ExpectOpenFails("Socket is not connected.");
+    EXPECT_EQ(looks, 3);
+    EXPECT_EQ(clock.Passed(), TMilliseconds(0));
+    ExpectOpensAgain();
+}
+
 TEST_F(TcpChannelTest, Open_AHostThatIsNoAddressFailsAtOnce) {
     for (const char* host : {"", "localhost", "scale.shop", "10.0.0", "10.0.0.256", "::1"}) {
         Aim(host, 1001);
@@ -179,12 +191,8 @@ TEST_F(TcpChannelTest, Open_AConnectThatIsNeverAnsweredFailsAfter3000Ms) {
 }
 
 TEST_F(TcpChannelTest, OpenAndClose_LeaveNoDescriptorBehind) {
-    const auto descriptors = [] {
-        const std::filesystem::directory_iterator all("/proc/self/fd");
-        return std::distance(begin(all), end(all));
-    };
     Connect();
-    const auto before = descriptors();
+    const std::ptrdiff_t before = OpenDescriptors();
     for (int i = 0; i < 200; ++i) {
         Connect();
         TDevCommTCP refused(clock);
@@ -192,7 +200,7 @@ TEST_F(TcpChannelTest, OpenAndClose_LeaveNoDescriptorBehind) {
         refused.SetPort(1);
         EXPECT_FALSE(refused.Open());
     }
-    EXPECT_EQ(descriptors(), before);
+    EXPECT_EQ(OpenDescriptors(), before);
 }
 #endif
 
