@@ -1,10 +1,12 @@
 #include <gtest/gtest.h>
+#include <sys/ioctl.h>
 #include <termios.h>
 #include <unistd.h>
 
 #include <filesystem>
 
 #include "comm/TDevCommRS232.h"
+#include "tests/integration/comm/Descriptors.h"
 #include "tests/integration/comm/SerialPeer.h"
 
 namespace tolvane::test {
@@ -118,6 +120,14 @@ TEST_F(SerialChannelTest, Open_PurgesWhatWaitsInThePort) {
     EXPECT_EQ(peer.BytesWaitingInPort(), 0);
 }
 
+TEST_F(SerialChannelTest, OpenAndSendData_PurgeBothBuffers) {
+    peer.NoticePurges();
+    ASSERT_TRUE(channel.Open());
+    EXPECT_EQ(peer.PurgesNoticed(), TIOCPKT_FLUSHREAD | TIOCPKT_FLUSHWRITE);
+    EXPECT_TRUE(channel.SendData({0x04, 0x03}));
+    EXPECT_EQ(peer.PurgesNoticed(), TIOCPKT_FLUSHREAD | TIOCPKT_FLUSHWRITE);
+}
+
 TEST_F(SerialChannelTest, SendData_DiscardsBytesLeftOverFromAnEarlierExchange) {
     peer.Send({0x02, 0x41});
     EXPECT_EQ(Read(), kReadTimeout);
@@ -208,13 +218,29 @@ TEST_F(SerialChannelTest, APortThatVanishedCanBeOpenedAgainWhenItIsBack) {
 }
 
 TEST_F(SerialChannelTest, ADestroyedChannelClosesItsPort) {
+    const std::ptrdiff_t before = OpenDescriptors();
     auto shortLived = std::make_unique<TDevCommRS232>(clock);
     shortLived->SetPort(peer.PortName());
     ASSERT_TRUE(shortLived->Open());
+    EXPECT_GT(OpenDescriptors(), before);
     shortLived.reset();
+    EXPECT_EQ(OpenDescriptors(), before);
     EXPECT_TRUE(channel.IsConnected());
     peer.Send(kFrame);
     EXPECT_EQ(Read(), kReadOk) << channel.LastError;
+}
+
+TEST_F(SerialChannelTest, Open_FailingAfterThePortIsOpenClosesIt) {
+    TDevCommRS232 other(clock);
+    other.SetPort(peer.PortName());
+    ASSERT_TRUE(other.Open());
+    other.Close();
+    const std::ptrdiff_t before = OpenDescriptors();
+    other.SetBaudRate(brCustom);
+    EXPECT_FALSE(other.Open());
+    EXPECT_EQ(other.LastError,
+              "[RS232] Fail open \"" + peer.PortName() + "\" - This speed is not supported.");
+    EXPECT_EQ(OpenDescriptors(), before);
 }
 
 }  // namespace

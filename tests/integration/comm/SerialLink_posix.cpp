@@ -50,6 +50,19 @@ void TSerialPeer::Stream(const TCmdBuffer& bytes) const {
         throw std::runtime_error("the terminal did not take everything");
 }
 
+void TSerialPeer::NoticePurges() const {
+    const int packets = 1;
+    if (ioctl(far_, TIOCPKT, &packets) != 0)
+        throw std::runtime_error("the terminal does not tell of purges");
+}
+
+int TSerialPeer::PurgesNoticed() const {
+    pollfd entry{far_, POLLPRI, 0};
+    std::uint8_t notice = 0;
+    if (poll(&entry, 1, 0) <= 0 || read(far_, &notice, 1) != 1) return 0;
+    return notice & (TIOCPKT_FLUSHREAD | TIOCPKT_FLUSHWRITE);
+}
+
 TCmdBuffer TSerialPeer::Receive(std::size_t count) {
     TCmdBuffer bytes(count);
     std::size_t got = 0;

@@ -21,6 +21,10 @@ public:
     void Stream(const TCmdBuffer& bytes) const;
     TCmdBuffer Receive(std::size_t count);
     int BytesWaitingInPort() const;
+    // From now on the far end is told of purges instead of receiving bytes.
+    void NoticePurges() const;
+    // Which of the port's buffers were purged since the last call: TIOCPKT_FLUSHREAD and -WRITE.
+    int PurgesNoticed() const;
     // The cable is pulled.
     void Close();
     // A descriptor of the near end, to look at the line settings.
