@@ -263,6 +263,21 @@ TEST_P(ChannelContractTest, SendData_OnAClosedChannelFails) {
     EXPECT_EQ(channel->LastError, link->sendFailure + link->notConnectedText);
 }
 
+TEST_P(ChannelContractTest, LastError_OutlivesASuccessfulOpenSendDataAndReadAnswer) {
+    channel->Close();
+    EXPECT_FALSE(channel->SendData({0x41}));
+    const std::string failure = link->sendFailure + link->notConnectedText;
+    EXPECT_EQ(channel->LastError, failure);
+    link->Connect();
+    ASSERT_TRUE(channel->IsConnected());
+    EXPECT_EQ(channel->LastError, failure);
+    EXPECT_TRUE(channel->SendData({0x41}));
+    EXPECT_EQ(channel->LastError, failure);
+    link->PeerSends(kFrame);
+    EXPECT_EQ(Read(), kReadOk);
+    EXPECT_EQ(channel->LastError, failure);
+}
+
 TEST_P(ChannelContractTest, Close_CanBeRepeated) {
     channel->Close();
     EXPECT_FALSE(channel->IsConnected());
