@@ -13,28 +13,34 @@ const std::string kLine12 = "12|22012|1|0|0|1.00|0|5|A|x|||||0|0|101|";
 const std::string kLine300 = "300|22013|1|0|0|2.50|0|5|B|x|||||0|0|102|";
 const std::string kArticle12 = "4A:12 4C:12.0 4C:12.4 4C:12.5 ";
 const std::string kArticle300 = "4A:300 4C:300.0 4C:300.4 4C:300.5 ";
+const std::string kListed12 = "49:12 4C:12.0 ";
+const std::string kListed300 = "49:300 4C:300.0 ";
 
 // A version reply of so many data bytes from a scale "1.04" of 3000 (B8 0B) articles in mode 3.
 struct TReplyLength {
     int length;
-    const char* version;  // what the run's log says of it
+    const char* uploadVersion;  // what an upload's log says of it
+    const char* deleteVersion;  // what a delete's does
     std::string articles;
     std::string listed;
+    int everything;  // requests of a delete of everything: 3 before the articles, 2 for each, 1
+                     // after
 };
 
 // 184 is B8 alone.
 const std::vector<TReplyLength> kLengths = {
-    {1, "Ver: ; Max.PLU: 0; Mode: 0", "", ""},
-    {5, "Ver: 1.04; Max.PLU: 0; Mode: 0", "", ""},
-    {10, "Ver: 1.04; Max.PLU: 184; Mode: 0", kArticle12, "49:12 4C:12.0 "},
-    {11, "Ver: 1.04; Max.PLU: 3000; Mode: 0", kArticle12 + kArticle300,
-     "49:12 4C:12.0 49:300 4C:300.0 "},
-    {16, "Ver: 1.04; Max.PLU: 3000; Mode: 0", kArticle12 + kArticle300,
-     "49:12 4C:12.0 49:300 4C:300.0 "},
-    {17, "Ver: 1.04; Max.PLU: 3000; Mode: 3", kArticle12 + kArticle300,
-     "49:12 4C:12.0 49:300 4C:300.0 "},
-    {200, "Ver: 1.04; Max.PLU: 3000; Mode: 3", kArticle12 + kArticle300,
-     "49:12 4C:12.0 49:300 4C:300.0 "},
+    {1, "Ver: ; Max.PLU: 0; Mode: 0", "Ver: ; Max.PLU: 0; Mode:0", "", "", 4},
+    {5, "Ver: 1.04; Max.PLU: 0; Mode: 0", "Ver: 1.04; Max.PLU: 0; Mode:0", "", "", 4},
+    {10, "Ver: 1.04; Max.PLU: 184; Mode: 0", "Ver: 1.04; Max.PLU: 184; Mode:0", kArticle12,
+     kListed12, 372},
+    {11, "Ver: 1.04; Max.PLU: 3000; Mode: 0", "Ver: 1.04; Max.PLU: 3000; Mode:0",
+     kArticle12 + kArticle300, kListed12 + kListed300, 6004},
+    {16, "Ver: 1.04; Max.PLU: 3000; Mode: 0", "Ver: 1.04; Max.PLU: 3000; Mode:0",
+     kArticle12 + kArticle300, kListed12 + kListed300, 6004},
+    {17, "Ver: 1.04; Max.PLU: 3000; Mode: 3", "Ver: 1.04; Max.PLU: 3000; Mode:3",
+     kArticle12 + kArticle300, kListed12 + kListed300, 6004},
+    {200, "Ver: 1.04; Max.PLU: 3000; Mode: 3", "Ver: 1.04; Max.PLU: 3000; Mode:3",
+     kArticle12 + kArticle300, kListed12 + kListed300, 6004},
 };
 
 class PassVersionTest : public test::TCorePassTest,
@@ -45,12 +51,7 @@ protected:
         options.scale.labelMode = 3;
         options.versionReplyLength = GetParam().length;
     }
-    // What the log has after the version line's words.
-    std::string LoggedVersion() const {
-        const TEvents logged = test::Filtered(events, {"log:"});
-        const std::size_t at = logged.empty() ? std::string::npos : logged.front().find("Ver:");
-        return at == std::string::npos ? "nothing" : logged.front().substr(at);
-    }
+    TEvents Logged() const { return test::Filtered(events, {"log:"}); }
 };
 
 TEST_P(PassVersionTest, AnUploadTakesTheFieldsThatAreThereAndLeavesTheScaleWeighing) {
@@ -63,12 +64,30 @@ TEST_P(PassVersionTest, AnUploadTakesTheFieldsThatAreThereAndLeavesTheScaleWeigh
 
 TEST_P(PassVersionTest, AnUploadLogsTheFieldsThatAreThere) {
     EXPECT_TRUE(Upload({}));
-    EXPECT_EQ(LoggedVersion(), GetParam().version);
+    EXPECT_EQ(Logged(), (TEvents{std::string("log:   Везна EVL - ") + GetParam().uploadVersion,
+                                 "log:   Брой записани артикули: 0"}));
 }
 
 TEST_P(PassVersionTest, ADeleteTakesTheFieldsThatAreThereAndLeavesTheScaleWeighing) {
     EXPECT_TRUE(Delete({kLine12, kLine300})) << session->LastError;
     EXPECT_EQ(Commands(), "3C 36 48 " + GetParam().listed + "3C");
+    EXPECT_EQ(Logged(), TEvents{std::string("log:   - ") + GetParam().deleteVersion});
+    EXPECT_FALSE(IsProgramming());
+}
+
+TEST_P(PassVersionTest, DeletingEverythingGoesUpToTheHighestNumberThatIsThere) {
+    EXPECT_TRUE(Delete({})) << session->LastError;
+    EXPECT_EQ(Logged(), TEvents{std::string("log:   - ") + GetParam().deleteVersion});
+    const simulator::TScaleState state = core->State();
+    EXPECT_EQ(state.requests.total, GetParam().everything);
+    EXPECT_EQ(state.requests.refused, 0);
+    const int articles = (GetParam().everything - 4) / 2;
+    ASSERT_EQ(state.articles.size(), static_cast<std::size_t>(articles));
+    int number = 0;
+    for (const auto& [held, article] : state.articles) {
+        ASSERT_EQ(held, ++number);
+        ASSERT_TRUE(article.IsCleared() && article.priceWrites == 1) << number;
+    }
     EXPECT_FALSE(IsProgramming());
 }
 
