@@ -34,6 +34,9 @@ inline const std::string kSilence =
 inline const std::string kMisheard =
     "[ReadResponce][SCRIPT] Fail read data (peer) - Wrong answer. No STX byte.";
 inline const std::string kNoCode = "Unexpected answer from scale. No error code";
+inline const std::string kNotTheAddress =
+    "Unexpected answer from scale. Scale address does not match.Exp:00 Rec:01)";
+inline const std::string kNotTheSum = "Unexpected answer from scale. Invalid Checksum. ";
 inline const std::string kNotTheCommand = "Unexpected answer from scale. Command does not match.";
 
 }  // namespace tolvane::test

@@ -62,6 +62,10 @@ const std::vector<TBadUpload> kBeforeArticles = {
     // It obeyed; only its answer was wrong.
     {"AnswersProgrammingModeWithAWrongCommand", Fault(TFaultKind::WrongCommand, kPrg, 1),
      kNoArticle + kPrgFails + kNotTheCommand + "Exp:36 Rec:37)", "3C 36", true, "-", "-"},
+    {"AnswersProgrammingModeFromAWrongAddress", Fault(TFaultKind::WrongAddress, kPrg, 1),
+     kNoArticle + kPrgFails + kNotTheAddress, "3C 36", true, "-", "-"},
+    {"AnswersProgrammingModeWithAWrongChecksum", Fault(TFaultKind::BadChecksum, kPrg, 1),
+     kNoArticle + kPrgFails + kNotTheSum + "Exp:36 Rec:37)", "3C 36", true, "-", "-"},
     {"AnswersProgrammingModeWithoutData", Fault(TFaultKind::Empty, kPrg, 1),
      kNoArticle + kPrgFails + kNoCode, "3C 36", true, "-", "-"},
     {"RefusesTheVersion", Fault(TFaultKind::Error, kVersion, 1, 3),
@@ -73,6 +77,15 @@ const std::vector<TBadUpload> kBeforeArticles = {
      kNoArticle + kVersionFails + kSilence, "3C 36 48", true, "-", "-"},
     {"AnswersTheVersionWithAWrongCommand", Fault(TFaultKind::WrongCommand, kVersion, 1),
      kNoArticle + kVersionFails + kNotTheCommand + "Exp:48 Rec:49)", "3C 36 48", true, "-", "-"},
+    {"AnswersTheVersionFromAWrongAddress", Fault(TFaultKind::WrongAddress, kVersion, 1),
+     kNoArticle + kVersionFails + kNotTheAddress, "3C 36 48", true, "-", "-"},
+    // 48, "1.04" (31 2E 30 34), 3000 (B8 0B) and mode 1 are 1CF.
+    {"AnswersTheVersionWithAWrongChecksum", Fault(TFaultKind::BadChecksum, kVersion, 1),
+     kNoArticle + kVersionFails + kNotTheSum + "Exp:CF Rec:D0)", "3C 36 48", true, "-", "-"},
+    {"IsMisheardOnceAtTheVersion", Fault(TFaultKind::EtxFirst, kVersion, 1), "",
+     kStart + "48 " + kArticle12 + kArticle13 + "3C", false, kHeld12, kHeld13},
+    {"IsMisheardAtEveryVersion", Fault(TFaultKind::EtxFirst, kVersion, kEveryTime),
+     kNoArticle + kVersionFails + kMisheard, "3C 36 48 48 48 48", true, "-", "-"},
     {"AnswersTheVersionWithoutData", Fault(TFaultKind::Empty, kVersion, 1),
      kNoArticle + kVersionFails + kNoCode, "3C 36 48", true, "-", "-"},
 };
@@ -92,11 +105,10 @@ const std::vector<TBadUpload> kAtPrices = {
      kPriceFails + kNotTheCommand + "Exp:4A Rec:4B)", kStart + kArticle12 + "4A:13", true, kHeld12,
      "250 '' "},
     {"AnswersTheSecondPriceFromAWrongAddress", Fault(TFaultKind::WrongAddress, kPrice, 2),
-     kPriceFails + "Unexpected answer from scale. Scale address does not match.Exp:00 Rec:01)",
-     kStart + kArticle12 + "4A:13", true, kHeld12, "250 '' "},
+     kPriceFails + kNotTheAddress, kStart + kArticle12 + "4A:13", true, kHeld12, "250 '' "},
     {"AnswersTheSecondPriceWithAWrongChecksum", Fault(TFaultKind::BadChecksum, kPrice, 2),
-     kPriceFails + "Unexpected answer from scale. Invalid Checksum. Exp:4A Rec:4B)",
-     kStart + kArticle12 + "4A:13", true, kHeld12, "250 '' "},
+     kPriceFails + kNotTheSum + "Exp:4A Rec:4B)", kStart + kArticle12 + "4A:13", true, kHeld12,
+     "250 '' "},
     {"AnswersTheSecondPriceWithoutData", Fault(TFaultKind::Empty, kPrice, 2), kPriceFails + kNoCode,
      kStart + kArticle12 + "4A:13", true, kHeld12, "250 '' "},
     {"IsMisheardOnceAtTheSecondPrice", Fault(TFaultKind::EtxFirst, kPrice, 2), "",
@@ -158,11 +170,9 @@ const std::vector<TBadUpload> kAtPiecePrices = {
      kPieceFails + kNotTheCommand + "Exp:4B Rec:4C)", kToSecondPiece, true, kHeld12,
      kPiece13Obeyed},
     {"AnswersTheSecondPriceFromAWrongAddress", Fault(TFaultKind::WrongAddress, kPiecePrice, 2),
-     kPieceFails + "Unexpected answer from scale. Scale address does not match.Exp:00 Rec:01)",
-     kToSecondPiece, true, kHeld12, kPiece13Obeyed},
+     kPieceFails + kNotTheAddress, kToSecondPiece, true, kHeld12, kPiece13Obeyed},
     {"AnswersTheSecondPriceWithAWrongChecksum", Fault(TFaultKind::BadChecksum, kPiecePrice, 2),
-     kPieceFails + "Unexpected answer from scale. Invalid Checksum. Exp:4B Rec:4C)", kToSecondPiece,
-     true, kHeld12, kPiece13Obeyed},
+     kPieceFails + kNotTheSum + "Exp:4B Rec:4C)", kToSecondPiece, true, kHeld12, kPiece13Obeyed},
     {"AnswersTheSecondPriceWithoutData", Fault(TFaultKind::Empty, kPiecePrice, 2),
      kPieceFails + kNoCode, kToSecondPiece, true, kHeld12, kPiece13Obeyed},
     {"IsMisheardOnceAtTheSecondPrice", Fault(TFaultKind::EtxFirst, kPiecePrice, 2), "",
@@ -222,6 +232,27 @@ INSTANTIATE_TEST_SUITE_P(AtTextsAndAfter, BadScaleUploadTest, ::testing::ValuesI
 INSTANTIATE_TEST_SUITE_P(AtPrices, BadScalePieceTest, ::testing::ValuesIn(kAtPiecePrices), kName);
 
 using FailedUploadTest = test::TCorePassTest;
+
+// On a network it is asked four times.
+TEST_F(FailedUploadTest, ASerialScaleThatIsMisheardAtEveryPriceIsAsked11Times) {
+    options.faults.faults = {Fault(TFaultKind::EtxFirst, kPrice, kEveryTime)};
+    TScaleRec serial = Rec();
+    serial.CommType = kCommSerial;
+    serial.TCPAddress = "COM5";
+    EXPECT_FALSE(Upload({"12|22012|1|0|0|1.00|0|5|A|x|||||0|0|101|"}, serial));
+    EXPECT_EQ(session->LastError,
+              "Fail! Plu: 12 \"A\" [SetPrice] ErrCode: 0, Fail set PLU price: " + kMisheard);
+    EXPECT_EQ(Commands(), kStart +
+                              "4A:12 4A:12 4A:12 4A:12 4A:12 4A:12 "
+                              "4A:12 4A:12 4A:12 4A:12 4A:12");
+    // The two of the pass, then none, 10, 100 and seven of 200 before the repeats.
+    std::vector<TMilliseconds> pauses = {TMilliseconds(500), TMilliseconds(800), TMilliseconds(10),
+                                         TMilliseconds(100)};
+    pauses.insert(pauses.end(), 7, TMilliseconds(200));
+    EXPECT_EQ(clock.pauses, pauses);
+    EXPECT_TRUE(IsProgramming());
+    EXPECT_EQ(Held(12), "100 '' ");
+}
 
 TEST_F(FailedUploadTest, TheNextPassFindsTheScaleInProgrammingModeAndWritesEverything) {
     options.faults.faults = {Fault(TFaultKind::Error, kPrice, 1, 7)};
