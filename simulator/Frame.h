@@ -41,12 +41,16 @@ TRequest DecodeRequest(std::span<const std::uint8_t> frame);
 TBytes EncodeReply(std::uint8_t address, std::uint8_t command, const TBytes& data,
                    std::uint8_t checksumError = 0);
 
+// A text's length is one byte: five data bytes in front of at most 255. Each body byte may have a
+// marker of its own.
+inline constexpr std::size_t kLongestBody = 1 + 1 + (5 + 255) + 1;
+
 // Cuts a stream of bytes into request frames. What stands outside a frame, and a frame that grows
 // beyond kLongestFrame, is dropped and counted; a start byte inside a frame starts anew, since
 // no body contains it.
 class TRequestParser {
 public:
-    static constexpr std::size_t kLongestFrame = 1024;
+    static constexpr std::size_t kLongestFrame = 1 + 2 * kLongestBody + 1;
 
     // The frames that end within `bytes`, start and end byte included.
     std::vector<TBytes> Feed(std::span<const std::uint8_t> bytes);

@@ -95,6 +95,21 @@ TEST(RequestParserTest, Feed_SurvivesGarbageBeforeBetweenAndInsideFrames) {
     EXPECT_EQ(parser.GarbageCount(), 8U);
 }
 
+// The longest request: a text of 255 bytes in which each byte has a marker of its own in front.
+TEST(RequestParserTest, Feed_TakesTheLongestFrameAndDropsALongerOne) {
+    TBytes frame{0x04};
+    for (int byte = 0; byte < 263; ++byte)
+        frame.insert(frame.end(), {0x0C, 0x41});
+    frame.push_back(0x03);
+    ASSERT_EQ(frame.size(), 528U);
+    TRequestParser parser;
+    EXPECT_EQ(parser.Feed(frame), std::vector<TBytes>{frame});
+    EXPECT_EQ(parser.GarbageCount(), 0U);
+    frame.insert(frame.end() - 1, 0x41);
+    EXPECT_EQ(parser.Feed(frame), std::vector<TBytes>{});
+    EXPECT_EQ(parser.GarbageCount(), 529U);
+}
+
 TEST(RequestParserTest, Feed_DropsAFrameThatNeverEnds) {
     TRequestParser parser;
     TBytes endless(5000, 0x55);
