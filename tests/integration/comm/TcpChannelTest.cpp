@@ -136,7 +136,7 @@ TEST_F(TcpChannelTest, Open_APeerThatHangsUpAtOnceFailsAsNotConnectedAndOpensAga
         peer.Close();
     });
     ExpectOpenFails("Socket is not connected.");
-    EXPECT_EQ(looks, 3);
+    EXPECT_GE(looks, 3);
     EXPECT_EQ(clock.Passed(), TMilliseconds(0));
     ExpectOpensAgain();
 }
