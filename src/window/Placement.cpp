@@ -1,5 +1,7 @@
 #include "window/Placement.h"
 
+#include <algorithm>
+
 namespace tolvane {
 namespace {
 
@@ -19,6 +21,33 @@ bool IsInSight(HWND window, const RECT& outer) {
            outer.top >= 0;
 }
 
+RECT OuterNow(HWND window) {
+    RECT outer{};
+    GetWindowRect(window, &outer);
+    if (IsMdiChild(window))
+        MapWindowPoints(nullptr, GetParent(window), reinterpret_cast<POINT*>(&outer), 2);
+    return outer;
+}
+
+// Where a maximized window goes when it is restored; it stays maximized until then.
+void SetPlaceToRestore(HWND window, const RECT& outer) {
+    MINMAXINFO limits{};
+    SendMessageW(window, WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&limits));
+    WINDOWPLACEMENT placement{};
+    placement.length = sizeof placement;
+    GetWindowPlacement(window, &placement);
+    const RECT now = OuterNow(window);
+    RECT normal = outer;
+    normal.right = std::max(normal.right, normal.left + limits.ptMinTrackSize.x);
+    normal.bottom = std::max(normal.bottom, normal.top + limits.ptMinTrackSize.y);
+    placement.rcNormalPosition = normal;
+    placement.showCmd = SW_SHOWMAXIMIZED;
+    SetWindowPlacement(window, &placement);
+    // Some systems bring a maximized window's hidden edges into sight with that.
+    SetWindowPos(window, nullptr, now.left, now.top, now.right - now.left, now.bottom - now.top,
+                 SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
 }  // namespace
 
 TPlacement PlacementOf(HWND window) {
@@ -30,14 +59,16 @@ TPlacement PlacementOf(HWND window) {
     result.outer = placement.rcNormalPosition;
     if (result.maximized || IsIconic(window) != 0) return result;
     // The normal position of a window on the screen leaves the task bar out.
-    GetWindowRect(window, &result.outer);
-    if (IsMdiChild(window))
-        MapWindowPoints(nullptr, GetParent(window), reinterpret_cast<POINT*>(&result.outer), 2);
+    result.outer = OuterNow(window);
     return result;
 }
 
 void MoveToPlacement(HWND window, const RECT& outer) {
     if (!IsInSight(window, outer)) return;
+    if (IsZoomed(window) != 0) {
+        SetPlaceToRestore(window, outer);
+        return;
+    }
     SetWindowPos(window, nullptr, outer.left, outer.top, outer.right - outer.left,
                  outer.bottom - outer.top, SWP_NOZORDER | SWP_NOACTIVATE);
 }

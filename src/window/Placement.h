@@ -12,8 +12,8 @@ struct TPlacement {
 };
 
 TPlacement PlacementOf(HWND window);
-// Moves the window there, no smaller than it may be. Nothing happens when it would be out of sight:
-// the screen may be another one now.
+// Moves the window there, no smaller than it may be; a maximized one goes there when it is
+// restored. Nothing happens when it would be out of sight: the screen may be another one now.
 void MoveToPlacement(HWND window, const RECT& outer);
 
 // What programs may use of the screen that shows most of a rectangle, or is next to it.

@@ -10,6 +10,7 @@
 
 #include "tests/module/Screenshot.h"
 #include "tests/module/Session.h"
+#include "window/Placement.h"
 
 namespace tolvane::test {
 namespace {
@@ -61,6 +62,82 @@ TEST(KeptLayout, AMaximizedWindowComesBackMaximizedAndKeepsItsNormalPlace) {
     const RECT place = PlaceOf(session);
     EXPECT_EQ(place.left, 15);
     EXPECT_EQ(place.right - place.left, 640);
+}
+
+// Beside a maximized window of the host's a new one comes up maximized, before it has read its
+// place.
+class KeptPlaceTest : public testing::Test {
+protected:
+    KeptPlaceTest() {
+        session_.Start();
+        SetWindowPos(session_.List(), nullptr, 15, 25, 640, 360, SWP_NOZORDER);
+        session_.CloseList();
+        const HWND other = session_.host.AddChild(nullptr);
+        SendMessageW(session_.host.Client(), WM_MDIMAXIMIZE, reinterpret_cast<WPARAM>(other), 0);
+        GetWindowRect(other, &maximized_);
+        SetWindowSubclass(session_.host.Client(), &Maximize, 1, reinterpret_cast<DWORD_PTR>(this));
+        session_.Start();
+        RemoveWindowSubclass(session_.host.Client(), &Maximize, 1);
+    }
+
+    TSession session_;
+    RECT maximized_{};
+
+private:
+    // Not every system does it by itself.
+    static LRESULT CALLBACK Maximize(HWND client, UINT id, WPARAM wParam, LPARAM lParam, UINT_PTR,
+                                     DWORD_PTR test) {
+        const HWND list = reinterpret_cast<KeptPlaceTest*>(test)->session_.List();
+        if (id == WM_MDIREFRESHMENU && list != nullptr && IsZoomed(list) == 0)
+            SendMessageW(client, WM_MDIMAXIMIZE, reinterpret_cast<WPARAM>(list), 0);
+        return DefSubclassProc(client, id, wParam, lParam);
+    }
+};
+
+TEST_F(KeptPlaceTest, IsTakenWhenAWindowThatCameUpMaximizedIsRestored) {
+    const std::string before = TConfiguration::Bytes();
+    EXPECT_NE(IsZoomed(session_.List()), 0);
+    RECT list{};
+    GetWindowRect(session_.List(), &list);
+    EXPECT_NE(EqualRect(&list, &maximized_), 0)
+        << list.left << " " << list.top << " " << list.right << " " << list.bottom << " not "
+        << maximized_.left << " " << maximized_.top << " " << maximized_.right << " "
+        << maximized_.bottom;
+    SendMessageW(session_.host.Client(), WM_MDIRESTORE, reinterpret_cast<WPARAM>(session_.List()),
+                 0);
+    const RECT place = PlaceOf(session_);
+    const RECT kept{15, 25, 15 + 640, 25 + 360};
+    EXPECT_NE(EqualRect(&place, &kept), 0) << place.left << " " << place.top;
+    session_.CloseList();
+    EXPECT_EQ(TConfiguration::Bytes(), before);
+}
+
+TEST_F(KeptPlaceTest, OutlivesAWindowThatCameUpMaximizedAndClosesSo) {
+    ASSERT_NE(IsZoomed(session_.List()), 0);
+    session_.CloseList();
+    const auto kept = [](const char* key) {
+        return TConfiguration::Value("PLUGRID", std::string("ElicomPluScaleListForm_") + key);
+    };
+    EXPECT_EQ(kept("Left"), "15");
+    EXPECT_EQ(kept("Top"), "25");
+    EXPECT_EQ(kept("Width"), "640");
+    EXPECT_EQ(kept("Height"), "360");
+    EXPECT_EQ(kept("Maximized"), "1");
+}
+
+// A window may be restored to no less than its smallest size.
+TEST(KeptPlace, OfAMaximizedWindowIsNoSmallerThanItMayBe) {
+    TSession session;
+    session.Start();
+    SendMessageW(session.host.Client(), WM_MDIMAXIMIZE, reinterpret_cast<WPARAM>(session.List()),
+                 0);
+    MoveToPlacement(session.List(), {15, 25, 15 + 100, 25 + 100});
+    EXPECT_NE(IsZoomed(session.List()), 0);
+    SendMessageW(session.host.Client(), WM_MDIRESTORE, reinterpret_cast<WPARAM>(session.List()), 0);
+    const RECT place = PlaceOf(session);
+    EXPECT_EQ(place.left, 15);
+    EXPECT_EQ(place.right - place.left, 520);
+    EXPECT_EQ(place.bottom - place.top, 305);
 }
 
 TEST(KeptLayout, APlaceOutOfSightIsNotTaken) {
