@@ -89,7 +89,8 @@ int TLineDrag::TargetAt(POINT point) const {
 
 // The list view would wait for the mouse in a loop of its own.
 bool TLineDrag::Press(WPARAM buttons, POINT point) {
-    if (buttons != MK_LBUTTON) return false;
+    // The buttons' state tells of Ctrl and Shift, not of Alt.
+    if (buttons != MK_LBUTTON || GetKeyState(VK_MENU) < 0) return false;
     const int line = LineAt(point);
     if (line < 0) return false;
     SetFocus(list_);
