@@ -2,12 +2,15 @@
 
 #include <windows.h>
 
+#include <commctrl.h>
+
 #include <algorithm>
 #include <numeric>
 #include <vector>
 
 #include "tests/module/BareGrid.h"
 #include "tests/module/GridReader.h"
+#include "tests/module/HostFrame.h"
 
 namespace tolvane::test {
 namespace {
@@ -125,6 +128,22 @@ TEST(Marks, TheWheelScrollsTheRows) {
     EXPECT_EQ(marks.Grid().CurrentRow(), 0U);
 }
 
+TEST(Marks, ATypedLetterMarksAndMovesNothing) {
+    TBareGrid marks(10);
+    marks.Reader().ClickRow(7, 0);
+    marks.Reader().ClickRow(2, 0, true);
+    SendMessageW(marks.List(), WM_CHAR, 'x', 1);
+    RunLoopDry();
+    EXPECT_EQ(marks.Grid().MarkedRows(), (TRows{7, 2}));
+    EXPECT_EQ(marks.Grid().CurrentRow(), 2U);
+    LVFINDINFOW sought{};
+    sought.flags = LVFI_STRING;
+    sought.psz = L"x";
+    EXPECT_EQ(SendMessageW(marks.List(), LVM_FINDITEMW, static_cast<WPARAM>(-1),
+                           reinterpret_cast<LPARAM>(&sought)),
+              -1);
+}
+
 TEST(Marks, MarkedByMessageCountsToo) {
     TBareGrid marks(10);
     for (const int row : {4, 1}) {
@@ -176,6 +195,21 @@ TEST(Marks, LoadForgetsThem) {
     EXPECT_EQ(marks.Grid().MarkedRows(), TRows());
     EXPECT_EQ(marks.Reader().SelectedRows(), std::vector<int>());
     EXPECT_EQ(marks.Grid().CurrentRow(), 0U);
+}
+
+TEST(Marks, ARangeStartsAtTheFirstRowAfterALoad) {
+    TBareGrid marks(10);
+    PressKey(marks.List(), VK_DOWN, false, true);
+    EXPECT_EQ(marks.Grid().MarkedRows(), (TRows{0, 1}));
+    marks.Reader().ClickRow(7, 0);
+    marks.Grid().RowsReplaced();
+    PressKey(marks.List(), VK_DOWN, false, true);
+    EXPECT_EQ(marks.Grid().MarkedRows(), (TRows{0, 1}));
+}
+
+TEST(Marks, AListWithoutRowsHasNoStartOfARange) {
+    const TBareGrid marks(0);
+    EXPECT_EQ(SendMessageW(marks.List(), LVM_GETSELECTIONMARK, 0, 0), -1);
 }
 
 TEST(Marks, CurrentRowMovesWithoutThem) {

@@ -106,6 +106,8 @@ int TArticleGrid::ViewOfColumn(std::size_t column) const {
 }
 
 void TArticleGrid::SetColumns(std::vector<TGridColumnState> columns) {
+    const bool hadColumns = !columns_.empty();
+    const std::size_t entered = hadColumns ? KeyOf(currentColumn_) : 0;
     SendMessageW(list_, WM_SETREDRAW, FALSE, 0);
     for (std::size_t count = shown_.size(); count > 0; --count)
         SendMessageW(list_, LVM_DELETECOLUMN, count - 1, 0);
@@ -125,6 +127,8 @@ void TArticleGrid::SetColumns(std::vector<TGridColumnState> columns) {
     SendMessageW(list_, WM_SETREDRAW, TRUE, 0);
     InvalidateRect(list_, nullptr, TRUE);
     SetSortMark(sortColumn_, sortAscending_);
+    if (hadColumns && !shown_.empty() && KeyOf(currentColumn_) != entered)
+        source_.columnEntered(currentColumn_);
 }
 
 int TArticleGrid::ViewWidth(std::size_t view) const {
@@ -182,6 +186,8 @@ void TArticleGrid::RowsReplaced() {
     SetItemState(list_, -1, 0, LVIS_SELECTED | LVIS_FOCUSED);
     SendMessageW(list_, LVM_SETITEMCOUNT, count, 0);
     marks_.Reset(count);
+    // The next range starts at the first row, not where one of the former rows stood.
+    SendMessageW(list_, LVM_SETSELECTIONMARK, 0, count > 0 ? 0 : -1);
     if (count > 0) {
         SetItemState(list_, 0, LVIS_FOCUSED, LVIS_FOCUSED);
         SendMessageW(list_, LVM_ENSUREVISIBLE, 0, FALSE);
@@ -398,6 +404,10 @@ std::optional<LRESULT> TArticleGrid::HandleNotify(NMHDR& header) {
             if (reinterpret_cast<NMITEMACTIVATE&>(header).iItem >= 0)
                 EnterColumn(reinterpret_cast<NMITEMACTIVATE&>(header).iSubItem);
             return 0;
+        case LVN_ODFINDITEMW:
+        case LVN_ODFINDITEMA:
+            // A typed letter: 0 would be the first row.
+            return -1;
         default:
             return std::nullopt;
     }
