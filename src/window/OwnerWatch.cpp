@@ -7,23 +7,27 @@
 namespace tolvane {
 namespace {
 
-constexpr UINT_PTR kWatch = 1;
+// An owner may be watched for several windows at a time.
+UINT_PTR NumberOf(const TOwnerWatch& watch) {
+    return reinterpret_cast<UINT_PTR>(&watch);
+}
 
 }  // namespace
 
 TOwnerWatch::TOwnerWatch(HWND owner, TWindow& window) noexcept : owner_(owner) {
     if (owner_ != nullptr)
-        SetWindowSubclass(owner_, &Procedure, kWatch, reinterpret_cast<DWORD_PTR>(&window));
+        SetWindowSubclass(owner_, &Procedure, NumberOf(*this),
+                          reinterpret_cast<DWORD_PTR>(&window));
 }
 
 TOwnerWatch::~TOwnerWatch() {
-    if (owner_ != nullptr) RemoveWindowSubclass(owner_, &Procedure, kWatch);
+    if (owner_ != nullptr) RemoveWindowSubclass(owner_, &Procedure, NumberOf(*this));
 }
 
-LRESULT CALLBACK TOwnerWatch::Procedure(HWND owner, UINT id, WPARAM wParam, LPARAM lParam, UINT_PTR,
-                                        DWORD_PTR window) noexcept {
+LRESULT CALLBACK TOwnerWatch::Procedure(HWND owner, UINT id, WPARAM wParam, LPARAM lParam,
+                                        UINT_PTR watch, DWORD_PTR window) noexcept {
     if (id == WM_DESTROY) {
-        RemoveWindowSubclass(owner, &Procedure, kWatch);
+        RemoveWindowSubclass(owner, &Procedure, watch);
         reinterpret_cast<TWindow*>(window)->Destroy();
     }
     return DefSubclassProc(owner, id, wParam, lParam);
