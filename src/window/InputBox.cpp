@@ -2,6 +2,7 @@
 
 #include "text/Cp1251.h"
 #include "window/Form.h"
+#include "window/OwnerWatch.h"
 #include "window/WideText.h"
 
 namespace tolvane {
@@ -53,6 +54,7 @@ private:
 std::optional<std::string> AskText(HWND owner, std::string_view title, std::string_view prompt,
                                    std::string_view initial) {
     TInputBoxForm form(owner, title, prompt, initial);
+    const TOwnerWatch watch(owner, form);
     return form.Ask();
 }
 

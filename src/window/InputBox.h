@@ -8,7 +8,7 @@
 
 namespace tolvane {
 
-// Asks for one line of text, code page 1251; nothing when the user cancels.
+// Asks for one line of text, code page 1251; nothing when the user cancels or the owner goes.
 std::optional<std::string> AskText(HWND owner, std::string_view title, std::string_view prompt,
                                    std::string_view initial = {});
 

@@ -5,6 +5,7 @@
 #include "text/Cp1251.h"
 #include "window/CheckList.h"
 #include "window/MessageBoxes.h"
+#include "window/OwnerWatch.h"
 #include "window/WideText.h"
 
 namespace tolvane {
@@ -26,6 +27,7 @@ constexpr int kButtonTop = kHeight - kBarHeight + kMargin;
 
 void ChooseColumns(HWND owner, TArticleGrid& grid, std::string& hiddenRows) {
     TColListForm form(owner, grid);
+    const TOwnerWatch watch(owner, form);
     form.ShowModal();
     hiddenRows = form.HiddenRows();
 }

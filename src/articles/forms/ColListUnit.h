@@ -15,7 +15,8 @@ inline constexpr const wchar_t* kColListFormClass = L"TColListForm";
 
 // Shows the column chooser for the grid until it is closed. A column that is dragged moves in the
 // grid at once; which ones are visible changes when the choice is confirmed. `hiddenRows` gets a
-// character per column: '1' when it was hidden, at the opening or, once confirmed, at the end.
+// character per column: '1' when it was hidden, at the opening or, once confirmed, at the end. The
+// chooser goes with the owner.
 void ChooseColumns(HWND owner, TArticleGrid& grid, std::string& hiddenRows);
 
 // The column chooser. See ChooseColumns.

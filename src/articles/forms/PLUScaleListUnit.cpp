@@ -228,8 +228,12 @@ void TElicomPluScaleListForm::aDBGridColEnter(std::size_t column) {
 }
 
 void TElicomPluScaleListForm::SearchButtonClick() {
-    const std::optional<std::string> answer =
-        AskText(Handle(), WindowText(Control("SearchButton")), "Стойност"_cp1251);
+    if (IsBusy()) return;
+    std::optional<std::string> answer;
+    {
+        const TDialogScope open(dialogs_);
+        answer = AskText(Handle(), WindowText(Control("SearchButton")), "Стойност"_cp1251);
+    }
     if (Handle() == nullptr) return;
     searchText_ = answer.value_or(std::string());
     if (Trim(searchText_).empty()) {
@@ -269,7 +273,10 @@ void TElicomPluScaleListForm::RefreshBtnClick() {
 
 void TElicomPluScaleListForm::ColBtnClick() {
     if (IsBusy()) return;
-    ChooseColumns(Handle(), grid_, hiddenRows_);
+    {
+        const TDialogScope open(dialogs_);
+        ChooseColumns(Handle(), grid_, hiddenRows_);
+    }
     // A window that went meanwhile has saved itself.
     if (Handle() == nullptr) return;
     FillSearchMenu();
@@ -284,7 +291,10 @@ void TElicomPluScaleListForm::PrintBtnClick() const {
 void TElicomPluScaleListForm::NDeleteAllClick(TRunNumber number) {
     if (!services_.openRun || IsBusy() || articles_->RowCount() == 0) return;
     NeedScales();
-    services_.openRun(*this, number);
+    {
+        const TDialogScope open(dialogs_);
+        services_.openRun(*this, number);
+    }
     // The window went while the run was open; the check marks have come back since.
     if (Handle() == nullptr) SaveScales();
 }
@@ -292,6 +302,7 @@ void TElicomPluScaleListForm::NDeleteAllClick(TRunNumber number) {
 void TElicomPluScaleListForm::NSettingsClick() {
     if (!services_.editScales || IsBusy()) return;
     NeedScales();
+    const TDialogScope open(dialogs_);
     services_.editScales(*this);
 }
 

@@ -65,9 +65,10 @@ public:
     void LoadArticles();
     void RebuildSearchMenu();
     void FocusGrid();
-    // A load is going on, or somebody keeps the articles: nothing may change now.
-    bool IsBusy() const { return loading_ || articles_.use_count() > 1; }
-    // Ends the window after a failed start, whatever it is doing.
+    // A load is going on, a window of the list's own is open in front of it, or somebody keeps the
+    // articles: nothing may change now.
+    bool IsBusy() const { return loading_ || dialogs_ > 0 || articles_.use_count() > 1; }
+    // Ends the window after a failed start, whatever it is doing; its own windows go along.
     void CloseAtOnce();
 
     // mdPlues. While somebody keeps the pointer the articles stay as they are.
@@ -112,6 +113,17 @@ private:
         TClientLibrary library;
         TTransaction transaction;
         TQuery query;
+    };
+    // One of the list's own modal windows is open for the length of a block.
+    class TDialogScope {
+    public:
+        explicit TDialogScope(int& dialogs) : dialogs_(dialogs) { ++dialogs_; }
+        TDialogScope(const TDialogScope&) = delete;
+        TDialogScope& operator=(const TDialogScope&) = delete;
+        ~TDialogScope() { --dialogs_; }
+
+    private:
+        int& dialogs_;
     };
 
     // TLoadView
@@ -172,6 +184,7 @@ private:
     TField searchField_ = TField::PLU_NUMB;
     std::string searchText_;
     bool loading_ = false;
+    int dialogs_ = 0;         // own modal windows that are open
     bool suspended_ = false;  // the grid shows none of the articles
     bool ended_ = false;
 };
