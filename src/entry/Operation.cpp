@@ -129,15 +129,15 @@ void RegisterCompletion(const TStartArguments& arguments) {
     state.printProc = arguments.printProc;
 }
 
-// No window stays after a failed start, one of an earlier start included.
+// No window of that main window stays after a failed start, one of an earlier start included.
 void CloseListForm(HWND mainForm) {
     const HWND client = FindWindowExW(mainForm, nullptr, L"MDIClient", nullptr);
     if (client == nullptr || !IsOfThisThread(client)) return;
     if (TElicomPluScaleListForm* form = FindListForm(client)) form->CloseAtOnce();
 }
 
-// Throws what the start throws. Called again while a load or a run of the first call works, it
-// brings the window to the front and no more.
+// Throws what the start throws. Called again while the list loads or one of its own windows is open
+// in front of it, it brings the list to the front and no more.
 void OpenAndLoad(const TStartArguments& arguments) {
     const HWND client = CheckArguments(arguments);
     TElicomPluScaleListForm* form = FindListForm(client);

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "simulator/VirtualScale.h"
+#include "tests/module/BoxAnswerer.h"
 #include "tests/module/Session.h"
 #include "tests/module/settings/DialogScript.h"
 
@@ -49,9 +50,10 @@ protected:
         RunLoopDry();
     }
     // Nothing of the module works any more: it leaves the memory.
-    void ExpectNothingLeft() {
+    void ExpectNothingLeft(int completions = 1) {
         EXPECT_TRUE(acted_);
-        EXPECT_EQ(application_.Received(session_.messageId), 1);
+        EXPECT_EQ(session_.List(), nullptr);
+        EXPECT_EQ(application_.Received(session_.messageId), completions);
         session_.module.Unload();
         EXPECT_TRUE(RunLoopUntil(&Gone));
     }
@@ -77,6 +79,16 @@ TEST_F(RunEndsTest, TheListWindowMayGo) {
                      reinterpret_cast<WPARAM>(session_.List()), 0);
     });
     ExpectNothingLeft();
+}
+
+TEST_F(RunEndsTest, ASecondStartMayFail) {
+    During([this](HWND) {
+        const TBoxAnswerer boxes;
+        session_.module.Start(application_.Frame(), 17, &session_.messageId, session_.host.Frame(),
+                              nullptr, nullptr, {nullptr, nullptr});
+        EXPECT_EQ(boxes.Seen().size(), 1U);
+    });
+    ExpectNothingLeft(2);
 }
 
 TEST_F(RunEndsTest, TheHostMayUnloadTheModule) {

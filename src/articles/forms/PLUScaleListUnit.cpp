@@ -111,17 +111,19 @@ bool TElicomPluScaleListForm::OnKey(UINT virtualKey, HWND focus) {
 }
 
 bool TElicomPluScaleListForm::CanClose(int /*result*/) {
-    return !loading_;
+    return !loading_ || closingAtOnce_;
 }
 
+// A load that is still going on ends later, without the window.
 void TElicomPluScaleListForm::CloseAtOnce() {
-    loading_ = false;
+    closingAtOnce_ = true;
     Close();
 }
 
 void TElicomPluScaleListForm::OnClose() {
     try {
-        if (database_) {
+        // A load that still runs ends its transaction itself.
+        if (database_ && !loading_) {
             database_->query.Close();
             if (database_->transaction.IsActive()) database_->transaction.Commit();
         }

@@ -184,6 +184,7 @@ private:
     TField searchField_ = TField::PLU_NUMB;
     std::string searchText_;
     bool loading_ = false;
+    bool closingAtOnce_ = false;
     int dialogs_ = 0;         // own modal windows that are open
     bool suspended_ = false;  // the grid shows none of the articles
     bool ended_ = false;
