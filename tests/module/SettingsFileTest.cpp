@@ -4,6 +4,8 @@
 
 #include <windows.h>
 
+#include <commctrl.h>
+
 #include <filesystem>
 
 #include "tests/module/SettingsSession.h"
@@ -167,6 +169,37 @@ TEST_F(SettingsFileTest, AFileThatCouldNotBeReadLosesNothing) {
     session_.CloseList();
     EXPECT_EQ(TConfiguration::Value("SCALE3", "TCPAddress"), "10.0.0.5");
     EXPECT_EQ(TConfiguration::Value("SCALE3", "ScaleName"), "SCALE 3");
+}
+
+// The layout is read again before the chooser opens, which writes one even when it is cancelled.
+TEST_F(SettingsFileTest, ALayoutThatCouldNotBeReadIsTakenOverBeforeTheChooserOpens) {
+    TConfiguration::Write("[PLUGRID]\r\nHiddenRows=01000000000000000000000000000000\r\n");
+    session_.Start();
+    SendMessageW(session_.Grid().Handle(), LVM_SETCOLUMNWIDTH, 2, 177);
+    SetWindowPos(session_.List(), nullptr, 15, 25, 640, 360, SWP_NOZORDER);
+    session_.CloseList();
+    const std::string kept = Content();
+    {
+        const THeldFile held(0);
+        session_.Start();
+        EXPECT_EQ(session_.Grid().Titles().size(), 32U);
+        const TBoxAnswerer boxes;
+        const TWindowActor chooser(L"TColListForm",
+                                   [](HWND window) { PostMessageW(window, WM_CLOSE, 0, 0); });
+        session_.Click("ColBtn");
+        EXPECT_FALSE(chooser.HasActed());
+        ExpectOneFileBox(boxes, "Tolvane.ini", "не може да бъде прочетен", kSharingViolation);
+    }
+    {
+        const TDialogScript chooser(L"TColListForm", {Pressing("btnCancel")});
+        session_.Click("ColBtn");
+    }
+    EXPECT_EQ(Content(), kept);
+    EXPECT_EQ(session_.Grid().Titles().size(), 31U);
+    EXPECT_EQ(session_.Grid().ColumnWidth(2), 177);
+    EXPECT_EQ(session_.Grid().ColumnFormat(0) & (HDF_SORTUP | HDF_SORTDOWN), HDF_SORTUP);
+    session_.CloseList();
+    EXPECT_EQ(Content(), kept);
 }
 
 // Reading finds no scales and tells nothing; the folder is not made, so that saving fails.

@@ -22,15 +22,18 @@ std::optional<TIniDocument> TryRead(const std::filesystem::path& file) {
 }  // namespace
 
 void TElicomPluScaleListForm::LoadSettings() {
-    // A file that cannot be read counts as empty until somebody needs its scales.
+    // A file that cannot be read counts as empty until somebody needs its scales or its layout.
     const std::optional<TIniDocument> document = TryRead(services_.configurationFile);
     layoutLoaded_ = scalesLoaded_ = document.has_value();
     scales_.Load(document.value_or(TIniDocument()));
-    const TGridLayout layout =
-        LoadGridLayout(document.value_or(TIniDocument()), Dpi().DotsPerInch());
+    grid_.SetStyle(LoadGridStyle(TryRead(services_.hostSettingsFile).value_or(TIniDocument())));
+    ApplyLayout(document.value_or(TIniDocument()));
+}
+
+void TElicomPluScaleListForm::ApplyLayout(const TIniDocument& document) {
+    const TGridLayout layout = LoadGridLayout(document, Dpi().DotsPerInch());
     hiddenRows_ = layout.hiddenRows;
     MakeColumns(layout);
-    grid_.SetStyle(LoadGridStyle(TryRead(services_.hostSettingsFile).value_or(TIniDocument())));
     if (layout.place) RestorePlace(*layout.place);
 }
 
@@ -60,6 +63,13 @@ void TElicomPluScaleListForm::NeedScales() {
     if (scalesLoaded_) return;
     scales_.Load(ReadIniFile(services_.configurationFile));
     scalesLoaded_ = true;
+}
+
+void TElicomPluScaleListForm::NeedLayout() {
+    if (layoutLoaded_) return;
+    ApplyLayout(ReadIniFile(services_.configurationFile));
+    layoutLoaded_ = true;
+    ShowSortMark();
 }
 
 void TElicomPluScaleListForm::SaveScales() const {

@@ -275,6 +275,7 @@ void TElicomPluScaleListForm::RefreshBtnClick() {
 
 void TElicomPluScaleListForm::ColBtnClick() {
     if (IsBusy()) return;
+    NeedLayout();
     {
         const TDialogScope open(dialogs_);
         ChooseColumns(Handle(), grid_, hiddenRows_);

@@ -143,6 +143,9 @@ private:
     // Throws TFileError when the configuration file could not be read at the opening and still
     // cannot: what it holds must not be taken for no scales.
     void NeedScales();
+    // The same for the layout, which is taken over then.
+    void NeedLayout();
+    void ApplyLayout(const TIniDocument& document);
     void RestorePlace(const TWindowPlace& place);
     TGridLayout CurrentLayout() const;
     void SaveLayout() const;
