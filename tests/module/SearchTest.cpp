@@ -216,6 +216,15 @@ TEST_F(SearchTest, AnEmptyAnswerAndEscapeClearTheSearchText) {
     }
 }
 
+TEST_F(SearchTest, ASecondStartSelectsTheFirstColumnAnewAndClearsTheSearchText) {
+    SearchByName();
+    Search(L"ябълк");
+    session_.Start();
+    EXPECT_EQ(Caption(), "Търси по: Арт.No: (F3)");
+    const TDialog dialog = Answer(nullptr, [&] { PressF3(); });
+    EXPECT_EQ(dialog.shown, 1);
+}
+
 TEST_F(SearchTest, OuterBlanksOfTheSearchTextCount) {
     SearchByName();
     Search(L" черв");

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -21,6 +22,11 @@ BOOL CALLBACK CollectUnnamed(HWND window, LPARAM parameter) {
     if (ComponentNameOf(window).empty() && ClassOf(window) != L"SysHeader32")
         reinterpret_cast<std::vector<std::string>*>(parameter)->push_back(Utf8(ClassOf(window)));
     return TRUE;
+}
+
+// A host's print service; its object is a count.
+void TOLVANE_STDCALL CountPrint(void* object, const std::uint8_t*, const std::uint8_t*, void*) {
+    ++*static_cast<int*>(object);
 }
 
 }  // namespace
@@ -117,6 +123,53 @@ TEST(Start, ClosedWindowPostsTheCompletionMessageOnce) {
     session.CloseList();
     EXPECT_EQ(session.List(), nullptr);
     EXPECT_EQ(session.Completions(), 1);
+}
+
+TEST(Start, CompletionIsPostedWithBothParametersZero) {
+    TSession session;
+    session.Start();
+    SendMessageW(session.List(), WM_CLOSE, 0, 0);
+    EXPECT_EQ(session.List(), nullptr);
+    // Waiting, not handled yet.
+    EXPECT_EQ(session.Completions(), 0);
+    MSG message{};
+    ASSERT_NE(PeekMessageW(&message, session.host.Frame(), session.messageId, session.messageId,
+                           PM_NOREMOVE),
+              0);
+    EXPECT_EQ(message.wParam, 0U);
+    EXPECT_EQ(message.lParam, 0);
+    RunLoopDry();
+    EXPECT_EQ(session.Completions(), 1);
+}
+
+TEST(Start, AMinimizedWindowIsBroughtBackByASecondCall) {
+    TSession session;
+    session.Start();
+    RECT before{};
+    GetWindowRect(session.List(), &before);
+    ShowWindow(session.List(), SW_MINIMIZE);
+    ASSERT_NE(IsIconic(session.List()), 0);
+    session.Start();
+    EXPECT_EQ(IsIconic(session.List()), 0);
+    EXPECT_EQ(ActiveChild(session.host), session.List());
+    RECT after{};
+    GetWindowRect(session.List(), &after);
+    EXPECT_NE(EqualRect(&after, &before), 0);
+}
+
+TEST(Start, ASecondCallsOperationNumberAndPrintServiceHoldForTheOpenWindow) {
+    TSession session;
+    session.Start(17);
+    int prints = 0;
+    session.module.Start(session.host.Frame(), 18, &session.messageId, session.host.Frame(),
+                         session.connection.Database(), nullptr, {&CountPrint, &prints});
+    EXPECT_EQ(session.messageId, RegisterWindowMessageA("DLL_18"));
+    session.Click("PrintBtn");
+    EXPECT_EQ(prints, 1);
+    EXPECT_TRUE(session.printed.empty());
+    session.CloseList();
+    EXPECT_EQ(session.host.Received(RegisterWindowMessageA("DLL_18")), 1);
+    EXPECT_EQ(session.host.Received(RegisterWindowMessageA("DLL_17")), 0);
 }
 
 TEST(Start, StartsAgainAfterTheWindowWasClosed) {
