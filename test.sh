@@ -41,6 +41,7 @@ fi
 
 step "Build for Windows" test_build windows
 step "clang-tidy, Windows" "$SCRIPTS/tidy.sh" windows
+step "One kind of Asio's threads" "$SCRIPTS/check-asio-threads.sh" "$BUILD/windows"
 step "The module's file" "$SCRIPTS/check-module.sh" "$BUILD/windows/src/entry/Tolvane.dll"
 step "Build the client library for Wine" fbclient_build
 step "Make the Wine prefix" wine_prefix_make

@@ -15,12 +15,15 @@ target_include_directories(tolvane_headers SYSTEM INTERFACE ${TOLVANE_HEADERS})
 find_package(Threads REQUIRED)
 add_library(tolvane_asio INTERFACE)
 target_link_libraries(tolvane_asio INTERFACE tolvane_headers Threads::Threads)
-# Without the last one, whether Asio frees what it allocated with free or with delete depends on the
+# Without the last of these, whether Asio frees what it allocated with free or with delete depends on the
 # headers that a file includes before it.
 target_compile_definitions(tolvane_asio INTERFACE
     ASIO_STANDALONE ASIO_NO_DEPRECATED ASIO_DISABLE_STD_ALIGNED_ALLOC)
 if(WIN32)
     target_link_libraries(tolvane_asio INTERFACE ws2_32 mswsock)
+    # The same for the kind of its threads: with two kinds in one program a thread of the one is taken
+    # for a joined one of the other, and goes on in memory that has been freed.
+    target_compile_definitions(tolvane_asio INTERFACE ASIO_HAS_THREADS=1 ASIO_HAS_PTHREADS=1)
 endif()
 
 # GoogleTest is built from its source package for both targets, with the flags of the build.

@@ -33,8 +33,7 @@ struct TVirtualScale::TRuntime {
             probes[probe.probe] = AnswerProbe(io, probe);
     }
 
-    // The thread that has started an operation is also told of its end: a system may write into
-    // what an operation has left behind by a thread that has gone.
+    // The thread that has started an operation is also told of its end.
     void Serve() {
         Run([this] { io.run(); });
         if (!closing) return;
