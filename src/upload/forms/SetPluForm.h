@@ -91,7 +91,7 @@ private:
     unsigned run_ = 0;          // the number of the latest run
     bool running_ = false;      // until its last word, or its end after an error
     bool closing_ = false;      // closes now or, with a run, at its end
-    HWND startedBy_ = nullptr;  // the button that had the focus before the run
+    HWND startedBy_ = nullptr;  // gets the focus after the run
 
     std::string pendingLog_;
     std::size_t pendingLines_ = 0;

@@ -42,6 +42,7 @@ void TSetPluForm::StartRun(Body body) {
     // A window that was closed under a question stays until the question is answered.
     if (running_ || closing_) return;
     if (const HWND focus = GetFocus(); focus != nullptr) startedBy_ = focus;
+    if (startedBy_ == nullptr) startedBy_ = okBtn_;
     // The thread has its own copy of everything, so that it never looks back at the form.
     worker_.Start(
         [body = std::move(body), stop = stop_, queue = Queue(), regional = SystemRegionalSettings(),
@@ -180,8 +181,7 @@ void TSetPluForm::SetRunning(bool running) {
     // A disabled control would swallow the keys.
     const bool lost =
         focus == nullptr || (IsChild(Handle(), focus) != 0 && IsWindowEnabled(focus) == 0);
-    const HWND target = running ? stopReadBtn_ : startedBy_;
-    if (lost && target != nullptr && GetActiveWindow() == Handle()) SetFocus(target);
+    if (lost && GetActiveWindow() == Handle()) SetFocus(running ? stopReadBtn_ : startedBy_);
 }
 
 void TSetPluForm::SetChoicesEnabled(bool enabled) {

@@ -255,6 +255,23 @@ TEST_F(RunWindowRun, AClickAsSoonAsTheButtonsAreBackStartsTheNextRun) {
     EXPECT_EQ(PriceWrites(1), 2);
 }
 
+TEST_F(RunWindowRun, AfterARunThatBeganWithoutTheFocusTheKeyboardWorks) {
+    script_.When([] { return IsAtRest(); },
+                 [] {
+                     SetFocus(nullptr);
+                     ClickAtOnce(Form(), Part("SaveBtn"));
+                 });
+    HWND focus = nullptr;
+    script_.When([] { return LogEnds(); },
+                 [&] {
+                     focus = GetFocus();
+                     EXPECT_EQ(focus, Part("OkBtn"));
+                     PressKey(VK_ESCAPE);
+                 });
+    Show(2);
+    EXPECT_NE(focus, nullptr);
+}
+
 TEST_F(RunWindowRun, NoRunStartsWhileADeleteRunMakesItsFirstConnection) {
     const TDeafListener deaf;
     scales_[1].TCPPort = deaf.Port();

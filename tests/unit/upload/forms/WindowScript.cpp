@@ -37,6 +37,13 @@ BOOL CALLBACK Visit(HWND window, LPARAM parameter) {
     return FALSE;
 }
 
+BOOL CALLBACK BringToFront(HWND window, LPARAM) {
+    if (GetActiveWindow() == window || IsWindowVisible(window) == 0 || IsWindowEnabled(window) == 0)
+        return TRUE;
+    SetForegroundWindow(window);
+    return FALSE;
+}
+
 std::uint64_t MadeAt(DWORD thread) {
     const HANDLE handle = OpenThread(THREAD_QUERY_INFORMATION, FALSE, thread);
     FILETIME made{};
@@ -102,6 +109,8 @@ std::string Utf8Text(HWND window) {
 }
 
 void PressKey(WPARAM virtualKey) {
+    // A user brings a window to the front that some other one has taken the keyboard from.
+    if (GetFocus() == nullptr) EnumThreadWindows(GetCurrentThreadId(), &BringToFront, 0);
     PostMessageW(GetFocus(), WM_KEYDOWN, virtualKey, 1);
 }
 
