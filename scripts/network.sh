@@ -10,8 +10,9 @@
 #   network_enter <command>   goes on as this command, on the shop's computer
 #   network_at <scale> <command>...
 #                             runs the command beside the scale
-#   network_down              takes away what network_up has made, and nothing else; what still runs
-#                             there goes on without a network
+#   network_down              takes away what network_up has made for this build folder, a killed run's
+#                             included, and nothing else; what still runs there goes on without a
+#                             network
 #
 # The names carry the build folder's, so that two runs can stand side by side.
 
@@ -37,9 +38,7 @@ network_refusal() {
     ip netns del "$probe" 2>/dev/null || true
 }
 
-# Written down before it is made, so that a killed run leaves nothing unknown behind.
 network_add() {
-    printf '%s\n' "$1" >>"$NETWORK_FOLDER/namespaces"
     ip netns add "$1"
     ip -n "$1" link set lo up
 }
@@ -86,9 +85,10 @@ network_at() {
 }
 
 network_down() {
-    local name
-    while read -r name; do
-        if [ -e "/run/netns/$name" ]; then ip netns del "$name"; fi
-    done < <(cat "$NETWORK_FOLDER/namespaces" 2>/dev/null)
+    local place
+    # By their names and not by a list: the build folder may have gone meanwhile.
+    for place in "/run/netns/$NETWORK_PREFIX"-*; do
+        if [ -e "$place" ]; then ip netns del "${place##*/}"; fi
+    done
     rm -rf "$NETWORK_FOLDER"
 }
