@@ -196,6 +196,14 @@ TEST_F(ColumnChooserTest, DroppingALineOnItselfOrOutsideTheLinesChangesNothing) 
     EXPECT_EQ(Grid().Titles(), titles);
 }
 
+// Moving a column enters none.
+TEST_F(ColumnChooserTest, WhatIsSearchedStaysWhenAColumnMoves) {
+    SendMessageW(session_.List(), WM_COMMAND, 2003, 0);
+    ASSERT_EQ(Utf8TextOf(session_.Control("SearchButton")), "Търси по: Име (F3)");
+    Choose({Dragging(0, 2), Dragging(3, 0), Pressing("btnCancel")});
+    EXPECT_EQ(Utf8TextOf(session_.Control("SearchButton")), "Търси по: Име (F3)");
+}
+
 TEST_F(ColumnChooserTest, ADragBeginsAfterTenPixels) {
     const std::vector<std::string> titles = Grid().Titles();
     Choose({[](HWND window) {

@@ -164,6 +164,8 @@ void TArticleGrid::MoveColumn(std::size_t from, std::size_t to) {
         std::rotate(at(to), at(from), at(from + 1));
     currentColumn_ = moved(currentColumn_);
     if (sortColumn_) sortColumn_ = moved(*sortColumn_);
+    // The current column is the same one at another place: none is entered.
+    columns_ = columns;
     SetColumns(std::move(columns));
 }
 

@@ -41,6 +41,9 @@ template <class Body>
 void TSetPluForm::StartRun(Body body) {
     // A window that was closed under a question stays until the question is answered.
     if (running_ || closing_) return;
+    // The thread of the former run may still have to end; meanwhile another program may click.
+    worker_.Wait();
+    if (running_ || closing_) return;
     if (const HWND focus = GetFocus(); focus != nullptr) startedBy_ = focus;
     if (startedBy_ == nullptr) startedBy_ = okBtn_;
     // The thread has its own copy of everything, so that it never looks back at the form.
