@@ -12,9 +12,9 @@
 namespace tolvane::test {
 
 // Plays a user while a call shows modal windows on this thread: each step waits for its condition
-// and then acts. A step that waits for more than 20 seconds, or a window that stays for a minute
-// after the last one, ends the test program, since the call would never come back. It looks every
-// 10 ms, so its looks are turns of the message loop.
+// and then acts. A step that waits for more than a minute, or a window that stays that long after
+// the last one, ends the test program, since the call would never come back. It looks every 10 ms,
+// so its looks are turns of the message loop.
 class TWindowScript {
 public:
     TWindowScript();
