@@ -35,10 +35,11 @@ bool TScaleSession::ProcessDelete(const std::vector<std::string>& Lines) {
 }
 
 bool TScaleSession::DeleteArticles(const std::vector<std::string>& lines) {
-    const TVersion version = EnterProgramming();
-    view_.Log("   - Ver: " + version.text + "; Max.PLU: " + std::to_string(version.maxPlu) +
-              "; Mode:" + std::to_string(version.mode));
-    return lines.empty() ? DeleteEverything(version.maxPlu) : DeleteListed(lines, version.maxPlu);
+    const std::optional<TVersion> version = EnterProgramming();
+    if (!version) return false;
+    view_.Log("   - Ver: " + version->text + "; Max.PLU: " + std::to_string(version->maxPlu) +
+              "; Mode:" + std::to_string(version->mode));
+    return lines.empty() ? DeleteEverything(version->maxPlu) : DeleteListed(lines, version->maxPlu);
 }
 
 bool TScaleSession::DeleteEverything(std::int32_t maxPlu) {

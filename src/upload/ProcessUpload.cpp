@@ -15,6 +15,7 @@ namespace {
 
 // The only label that a whole-units article of an S300 scale is given.
 constexpr std::int32_t kPieceLabel = 1;
+constexpr std::string_view kStopped = "Операцията прекратена от петребителя."_cp1251;
 
 std::string_view VersionPrefix(std::int32_t scaleType) {
     switch (scaleType) {
@@ -53,16 +54,16 @@ bool TScaleSession::ProcessUpload(const std::vector<std::string>& Lines, const T
 
 void TScaleSession::UploadLines(const std::vector<std::string>& lines, const TScaleRec& rec,
                                 TPLUD& plu) {
-    const TVersion version = EnterProgramming();
+    const std::optional<TVersion> version = EnterProgramming();
+    if (!version) throw std::runtime_error(std::string(kStopped));
     const std::string_view prefix = VersionPrefix(rec.ScaleType);
     if (!prefix.empty())
-        view_.Log(std::string(prefix) + version.text + "; Max.PLU: " +
-                  std::to_string(version.maxPlu) + "; Mode: " + std::to_string(version.mode));
+        view_.Log(std::string(prefix) + version->text + "; Max.PLU: " +
+                  std::to_string(version->maxPlu) + "; Mode: " + std::to_string(version->mode));
     int written = 0;
     for (const std::string& line : lines) {
-        if (stop_.IsStopped())
-            throw std::runtime_error(std::string("Операцията прекратена от петребителя."_cp1251));
-        if (ParseArticleLine(line, decimalSeparator_, plu) && UploadArticle(rec, version, plu))
+        if (stop_.IsStopped()) throw std::runtime_error(std::string(kStopped));
+        if (ParseArticleLine(line, decimalSeparator_, plu) && UploadArticle(rec, *version, plu))
             ++written;
     }
     LeaveProgramming();

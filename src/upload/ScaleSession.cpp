@@ -75,10 +75,12 @@ std::unique_ptr<TElicomScale> TScaleSession::CreateDriver(const TScaleRec& rec) 
     return driver;
 }
 
-TScaleSession::TVersion TScaleSession::EnterProgramming() {
+std::optional<TScaleSession::TVersion> TScaleSession::EnterProgramming() {
+    if (stop_.IsAbandoned()) return std::nullopt;
     std::int32_t errCode = 0;
     driver_->SetWeightMode(errCode);
     clock_.Sleep(kBeforeProgramming);
+    if (stop_.IsAbandoned()) return std::nullopt;
     if (!driver_->SetPrgMode(errCode)) throw TFailure(CommandError("[SetPrgMode]", errCode));
     clock_.Sleep(kBeforeVersion);
     TVersion version;

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -42,8 +43,10 @@ private:
     };
 
     std::unique_ptr<TElicomScale> CreateDriver(const TScaleRec& rec);
-    // The way into programming mode and the closing way out. The first throws the failure's text.
-    TVersion EnterProgramming();
+    // The way into programming mode; throws the failure's text. Nothing when the run was given up
+    // before the scale was asked for that mode: it has then got no request for it.
+    std::optional<TVersion> EnterProgramming();
+    // The closing way out.
     void LeaveProgramming();
     // The failure's text of a command: [operation] ErrCode: n, the driver's text.
     std::string CommandError(std::string_view operation, std::int32_t errCode) const;
@@ -53,7 +56,7 @@ private:
     void WritePrice(const TScaleRec& rec, const TPLUD& plu);
     void WriteTexts(const TScaleRec& rec, const TVersion& version, const TPLUD& plu,
                     std::int32_t uncutScaleNumber);
-    // False when the user stopped the pass.
+    // False when the user stopped the pass or gave the run up.
     bool DeleteArticles(const std::vector<std::string>& lines);
     bool DeleteEverything(std::int32_t maxPlu);
     bool DeleteListed(const std::vector<std::string>& lines, std::int32_t maxPlu);

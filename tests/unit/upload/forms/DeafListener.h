@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 
 namespace tolvane::test {
 
@@ -15,6 +17,13 @@ public:
     ~TDeafListener();
 
     std::uint16_t Port() const;
+
+    // From now on the system makes the connections that it dropped so far, when they are tried
+    // again (about a second after the first time).
+    void Hear();
+    // After Hear: what all the connections have sent, once their other ends are closed; waits for
+    // that. Nothing when there was none.
+    std::optional<std::size_t> BytesReceived();
 
 private:
     struct TSockets;

@@ -6,6 +6,7 @@
 
 #include "DeafListener.h"
 #include "RunWindowFixture.h"
+#include "simulator/Commands.h"
 
 namespace tolvane::test {
 namespace {
@@ -69,6 +70,11 @@ protected:
         return options;
     }
     static bool IsDelete() { return std::string(GetParam().button) == "DeleteBtn"; }
+    static bool IsBeforeProgramming() {
+        const TPhase phase = GetParam().phase;
+        return phase == TPhase::Connecting || phase == TPhase::WaitingForAReply ||
+               phase == TPhase::PausingBeforeProgramming;
+    }
     int Requests() { return Scale(1).State().requests.total; }
     bool IsInPhase() {
         switch (GetParam().phase) {
@@ -158,6 +164,9 @@ TEST_P(RunWindowClose, EndsTheRunAndThenTheWindow) {
     EXPECT_EQ(PriceWrites(2), 0);
     if (GetParam().phase != TPhase::BetweenScales) {
         EXPECT_TRUE(Scale(2).Requests().empty());
+    }
+    if (IsBeforeProgramming()) {
+        EXPECT_EQ(Scale(1).State().requests.byCommand.count(simulator::kSetPrgMode), 0U);
     }
     std::printf("closing: %d turns of the message loop, longest gap %u ms\n", script_.Turns(),
                 static_cast<unsigned>(script_.LongestGap()));
