@@ -9,6 +9,7 @@
 
 #include "text/Cp1251.h"
 #include "upload/ArticleLineBuilder.h"
+#include "upload/RunMarks.h"
 
 namespace tolvane {
 namespace {
@@ -141,14 +142,15 @@ void TScaleRun::ListedInScale(const TScaleRec& rec, const TRunArticles& articles
     view_.Log({});
 }
 
-void TScaleRun::RunDeleteEverything(const std::vector<TRunItem>& items) noexcept {
+void TScaleRun::RunDeleteEverything(const std::vector<TRunItem>& items,
+                                    const TRunMarks& marks) noexcept {
     Guarded([&] {
         if (!BeginLog(items)) return;
         bool anyChecked = false;
-        for (const TRunItem& item : items) {
-            if (!item.checked || stop_.IsAbandoned()) continue;
+        for (std::size_t i = 0; i < items.size(); ++i) {
+            if (!marks.IsSet(i) || stop_.IsAbandoned()) continue;
             anyChecked = true;
-            EverythingInScale(item.rec);
+            EverythingInScale(items[i].rec);
         }
         EndLog(anyChecked || stop_.IsAbandoned());
         view_.SetRunning(false);

@@ -21,6 +21,8 @@ struct TRunItem {
     bool checked = false;
 };
 
+class TRunMarks;
+
 // The articles of a run: a table that does not change while the run lives, and its rows in order.
 struct TRunArticles {
     std::shared_ptr<const TArticleTable> table;
@@ -35,11 +37,12 @@ public:
     TScaleRun(TScaleFactory& factory, TClock& clock, TRunView& view, TRunStop& stop,
               const TRegionalSettings& regional);
 
-    // SaveBtn: writes the articles (write) or deletes them.
+    // SaveBtn: writes the articles (write) or deletes them. The items' marks stand as they are.
     void RunListed(const std::vector<TRunItem>& items, const TRunArticles& articles,
                    TLineChoices choices, bool write) noexcept;
-    // DeleteBtn: deletes every article of the scales.
-    void RunDeleteEverything(const std::vector<TRunItem>& items) noexcept;
+    // DeleteBtn: deletes every article of the scales. Until the first scale is connected the user
+    // may change the marks, so `marks` decides, for each item when its turn comes.
+    void RunDeleteEverything(const std::vector<TRunItem>& items, const TRunMarks& marks) noexcept;
 
 private:
     template <class Body>

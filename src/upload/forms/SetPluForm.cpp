@@ -192,6 +192,13 @@ bool TSetPluForm::OnKey(UINT virtualKey, HWND focus) {
     return selectsAll;
 }
 
+LRESULT TSetPluForm::OnNotify(NMHDR& header) {
+    // Once the list is disabled its marks stand.
+    const bool mayChange = header.hwndFrom == scaleList_ && IsWindowEnabled(scaleList_) != 0;
+    if (mayChange && header.code == LVN_ITEMCHANGED) PublishMarks();
+    return TForm::OnNotify(header);
+}
+
 TRunSettings TSetPluForm::CurrentSettings() const {
     TRunSettings settings;
     for (std::size_t i = 0; i < priceButtons_.size(); ++i) {
@@ -212,6 +219,12 @@ std::vector<TRunItem> TSetPluForm::CurrentItems() const {
     for (std::size_t i = 0; i < items.size(); ++i)
         items[i].checked = list.IsChecked(static_cast<int>(i));
     return items;
+}
+
+void TSetPluForm::PublishMarks() {
+    const TCheckList list(scaleList_);
+    for (std::size_t i = 0; i < items_.size(); ++i)
+        marks_->Set(i, list.IsChecked(static_cast<int>(i)));
 }
 
 }  // namespace tolvane

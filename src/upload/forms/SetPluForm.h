@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "upload/RunKind.h"
+#include "upload/RunMarks.h"
 #include "upload/RunSettings.h"
 #include "upload/RunView.h"
 #include "upload/ScaleRun.h"
@@ -38,6 +39,7 @@ protected:
     void OnDestroy() override;
     bool OnKey(UINT virtualKey, HWND focus) override;
     void OnCancel() override;
+    LRESULT OnNotify(NMHDR& header) override;
     LRESULT HandleMessage(const TMessage& message) override;
 
 private:
@@ -59,6 +61,8 @@ private:
     // What the controls say now.
     TRunSettings CurrentSettings() const;
     std::vector<TRunItem> CurrentItems() const;
+    // Tells a run that deletes everything what the list says now.
+    void PublishMarks();
 
     void SaveBtnClick();
     void DeleteBtnClick();
@@ -84,6 +88,7 @@ private:
     const TRunKind& kind_;
     TRunContext context_;
     std::vector<TRunItem> items_;  // in the order of ScaleList
+    std::shared_ptr<TRunMarks> marks_ = std::make_shared<TRunMarks>(items_);
     bool maximized_ = false;
     bool stored_ = false;
 

@@ -74,7 +74,10 @@ void TSetPluForm::DeleteBtnClick() {
         "Тази процедура води до изтриване на всички\r\nартикули в избраните везни.\r\n"
         "Желаете ли да продължите?"_cp1251;
     if (!AskWarning(Handle(), kQuestion) || Handle() == nullptr) return;
-    StartRun([items = CurrentItems()](TScaleRun& run) { run.RunDeleteEverything(items); });
+    PublishMarks();
+    StartRun([items = items_, marks = marks_](TScaleRun& run) {
+        run.RunDeleteEverything(items, *marks);
+    });
 }
 
 void TSetPluForm::StopReadBtnClick() {

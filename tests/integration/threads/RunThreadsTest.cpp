@@ -16,6 +16,7 @@
 #include "simulator/VirtualScale.h"
 #include "tests/unit/upload/UploadFixture.h"
 #include "text/Cp1251.h"
+#include "upload/RunMarks.h"
 #include "upload/ScaleRun.h"
 
 namespace tolvane::test {
@@ -166,7 +167,7 @@ void RunThreads::Work(TWork work, TSharedView& view, TRunStop& stop) {
     TRealScaleFactory factory(clock_);
     TScaleRun run(factory, clock_, view, stop, regional);
     if (work == TWork::DeleteEverything) {
-        run.RunDeleteEverything(items_);
+        run.RunDeleteEverything(items_, TRunMarks(items_));
     } else {
         run.RunListed(items_, articles_, {}, work == TWork::Write);
     }

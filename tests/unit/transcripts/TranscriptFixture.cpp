@@ -4,6 +4,7 @@
 
 #include "tests/support/ScriptedChannel.h"
 #include "text/Cp1251.h"
+#include "upload/RunMarks.h"
 
 namespace tolvane::test {
 namespace {
@@ -148,7 +149,7 @@ std::string TranscriptTest::DeleteListed(const std::vector<TArticle>& articles) 
 }
 
 std::string TranscriptTest::DeleteEverything() {
-    Run().RunDeleteEverything(items_);
+    Run().RunDeleteEverything(items_, TRunMarks(items_));
     return view_.log;
 }
 

@@ -10,6 +10,7 @@
 
 #include "UploadFixture.h"
 #include "text/Cp1251.h"
+#include "upload/RunMarks.h"
 
 namespace tolvane {
 namespace {
@@ -61,8 +62,16 @@ protected:
             .RunListed(items, {table, table->Order()}, {}, write);
     }
     void RunDelete(const std::vector<TRunItem>& items) {
-        TScaleRun(factory_, clock_, view_, stop_, regional_).RunDeleteEverything(items);
+        TScaleRun(factory_, clock_, view_, stop_, regional_)
+            .RunDeleteEverything(items, TRunMarks(items));
     }
+    // The user's hand on ScaleList while the n-th scale (from 1) is being connected.
+    void WhileConnecting(std::size_t number, const std::function<void()>& action) {
+        factory_.onOpen = [this, number, action] {
+            if (Opened().size() == number) action();
+        };
+    }
+    TEvents Opened() const { return test::Filtered(events_, {"open"}); }
     // Without requests and pauses: what the user sees, with the coming and going of drivers.
     TEvents Seen() const {
         return test::Filtered(events_, {"clear", "log:", "connection:", "progress:", "running",
@@ -386,6 +395,86 @@ TEST_F(ScaleRunTest, ARunAbandonedBeforeItsFirstScaleSaysNothingOfChecking) {
     events_.clear();
     RunDelete(items);
     EXPECT_EQ(events_, (TEvents{"clear", "connection:", "progress:", kLine, "at rest"}));
+}
+
+TEST_F(ScaleRunTest, AScaleUntickedBeforeItsTurnIsNotConnectedByADeleteEverythingRun) {
+    const std::vector<TRunItem> items = {Item(1), Item(2)};
+    Scale(1).openError = "refused";
+    TRunMarks marks(items);
+    WhileConnecting(1, [&] { marks.Set(1, false); });
+    TScaleRun(factory_, clock_, view_, stop_, regional_).RunDeleteEverything(items, marks);
+    EXPECT_EQ(Opened(), (TEvents{"open TCP 10.0.0.1:1001"}));
+    EXPECT_EQ(PriceWrites(), TEvents{});
+    EXPECT_EQ(events_.back(), "at rest");
+}
+
+TEST_F(ScaleRunTest, AScaleTickedBeforeItsTurnIsErasedByADeleteEverythingRun) {
+    std::vector<TRunItem> items = {Item(1), Item(2)};
+    Scale(1).openError = "refused";
+    Scale(2).maxPlu = 1;
+    items[1].checked = false;
+    TRunMarks marks(items);
+    WhileConnecting(1, [&] { marks.Set(1, true); });
+    TScaleRun(factory_, clock_, view_, stop_, regional_).RunDeleteEverything(items, marks);
+    EXPECT_EQ(Opened(), (TEvents{"open TCP 10.0.0.1:1001", "open TCP 10.0.0.2:1001"}));
+    EXPECT_EQ(PriceWrites(), (TEvents{"4A 00 01 00 00 00 00 00 00 00"}));
+}
+
+TEST_F(ScaleRunTest, WithEveryScaleUntickedBeforeItsTurnADeleteRunSaysThatNoneIsChosen) {
+    const std::vector<TRunItem> items = {Item(1)};
+    TRunMarks marks(items);
+    view_.onClear = [&] { marks.Set(0, false); };
+    TScaleRun(factory_, clock_, view_, stop_, regional_).RunDeleteEverything(items, marks);
+    EXPECT_EQ(events_, (TEvents{"clear", "log:Не е избрана нито една везна.",
+                                "connection:", "progress:", kLine, "at rest"}));
+}
+
+TEST_F(ScaleRunTest, AScaleWhoseConnectionOutlivesTheWindowGetsNothing) {
+    const std::vector<TRunItem> items = {Item(1)};
+    WhileConnecting(1, [this] { stop_.Abandon(); });
+    Run(items, {Article(1, "A")});
+    EXPECT_TRUE(Scale(1).requests.empty());
+    EXPECT_EQ(test::Filtered(events_, {"open", "freed"}),
+              (TEvents{"open TCP 10.0.0.1:1001", "freed"}));
+}
+
+TEST_F(ScaleRunTest, AScaleWhoseConnectionOutlivesTheWindowKeepsItsArticles) {
+    const std::vector<TRunItem> items = {Item(1)};
+    for (const bool everything : {false, true}) {
+        SCOPED_TRACE(everything);
+        events_.clear();
+        TRunStop stop;
+        WhileConnecting(1, [&] { stop.Abandon(); });
+        TScaleRun run(factory_, clock_, view_, stop, regional_);
+        const auto table = test::TableOf({Article(1, "A")});
+        if (everything) {
+            run.RunDeleteEverything(items, TRunMarks(items));
+        } else {
+            run.RunListed(items, {table, table->Order()}, {}, false);
+        }
+        EXPECT_TRUE(Scale(1).requests.empty());
+    }
+}
+
+TEST_F(ScaleRunTest, AWindowClosedBeforeProgrammingLeavesTheScaleInWeighingMode) {
+    const std::vector<TRunItem> items = {Item(1)};
+    Scale(1).errorCode = [this](const test::TRequest&) -> std::uint8_t {
+        stop_.Abandon();
+        return 0;
+    };
+    Run(items, {Article(1, "A")});
+    Scale(1).errorCode = nullptr;
+    // the weighing mode only, and no pause before the end of a programming that never began
+    EXPECT_EQ(test::Filtered(events_, {"3C", "36", "48", "wait"}), (TEvents{"3C", "wait 500"}));
+}
+
+TEST_F(ScaleRunTest, AStopWhileAScaleIsBeingConnectedStillGoesThroughProgrammingMode) {
+    const std::vector<TRunItem> items = {Item(1)};
+    WhileConnecting(1, [this] { stop_.Stop(); });
+    Run(items, {Article(1, "A")});
+    EXPECT_EQ(test::Filtered(events_, {"3C", "36", "48", "4A"}), (TEvents{"3C", "36", "48"}));
+    EXPECT_EQ(test::Filtered(events_, {"log:Fail"}),
+              (TEvents{"log:Fail! Plu: 0 \"\" Операцията прекратена от петребителя."}));
 }
 
 TEST_F(ScaleRunTest, ASerialScaleAndAUdpScaleAreReachedTheirOwnWay) {

@@ -61,7 +61,10 @@ private:
 class TRecordingView : public TRunView {
 public:
     explicit TRecordingView(TEvents& events) : events_(events) {}
-    void ClearLog() override { events_.emplace_back("clear"); }
+    void ClearLog() override {
+        events_.emplace_back("clear");
+        if (onClear) onClear();
+    }
     void Log(std::string line) override;
     void SetConnection(std::string text) override;
     void SetProgress(std::string text) override;
@@ -73,6 +76,7 @@ public:
     }
     void ShowRunError(std::string text) override;
 
+    std::function<void()> onClear;
     std::function<void(const std::string&)> onLog;
     std::function<void()> onConnection;
     std::function<void(const std::string&)> onProgress;

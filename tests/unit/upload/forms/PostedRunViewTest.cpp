@@ -9,6 +9,7 @@
 
 #include "../UploadFixture.h"
 #include "text/Cp1251.h"
+#include "upload/RunMarks.h"
 #include "upload/ScaleRun.h"
 #include "window/Form.h"
 
@@ -57,7 +58,7 @@ protected:
         TRunStop stop;
         TScaleRun run(factory, clock, view, stop, {});
         run.RunListed(items, {table, table->Order()}, {}, true);
-        run.RunDeleteEverything({items[0]});
+        run.RunDeleteEverything({items[0]}, TRunMarks({items[0]}));
         article.bestBefore = "x";
         const auto broken = TableOf({article});
         run.RunListed(items, {broken, broken->Order()}, {}, true);
