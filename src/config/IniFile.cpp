@@ -3,6 +3,7 @@
 #include <system_error>
 #include <vector>
 
+#include "config/FileLock.h"
 #include "config/TemporaryFile.h"
 #include "text/Cp1251.h"
 
@@ -68,6 +69,7 @@ void WriteIniFile(const path& file, const TIniDocument& document) {
 }
 
 void UpdateIniFile(const path& file, const std::function<void(TIniDocument&)>& change) {
+    const TFileLock lock(ResolveLink(file));
     TIniDocument document = ReadIniFile(file);
     change(document);
     WriteIniFile(file, document);

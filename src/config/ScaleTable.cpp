@@ -52,7 +52,20 @@ void LoadSlot(TScaleRec& rec, int slot, const TIniDocument& document) {
     if (IsCommType(commType)) rec.CommType = static_cast<std::uint8_t>(commType);
 }
 
-void SaveSlot(const TScaleRec& rec, int slot, TIniDocument& document) {
+}  // namespace
+
+void TScaleTable::Load(const TIniDocument& document) {
+    for (int slot = 1; slot <= kScaleSlots; ++slot)
+        LoadSlot((*this)[slot], slot, document);
+}
+
+void TScaleTable::Save(TIniDocument& document) const {
+    for (int slot = 1; slot <= kScaleSlots; ++slot)
+        SaveSlot(slot, document);
+}
+
+void TScaleTable::SaveSlot(int slot, TIniDocument& document) const {
+    const TScaleRec& rec = (*this)[slot];
     const std::string section = SectionName(slot);
     if (!IsInUse(rec)) {
         document.EraseSection(section);
@@ -68,18 +81,6 @@ void SaveSlot(const TScaleRec& rec, int slot, TIniDocument& document) {
     document.WriteInteger(section, kEncodingKey, rec.Encoding);
     document.WriteInteger(section, kSerialAddressKey, rec.ScaleAddr);
     if (IsCommType(rec.CommType)) document.WriteInteger(section, kCommTypeKey, rec.CommType);
-}
-
-}  // namespace
-
-void TScaleTable::Load(const TIniDocument& document) {
-    for (int slot = 1; slot <= kScaleSlots; ++slot)
-        LoadSlot((*this)[slot], slot, document);
-}
-
-void TScaleTable::Save(TIniDocument& document) const {
-    for (int slot = 1; slot <= kScaleSlots; ++slot)
-        SaveSlot((*this)[slot], slot, document);
 }
 
 bool IsInUse(const TScaleRec& rec) {

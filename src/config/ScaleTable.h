@@ -26,6 +26,8 @@ public:
     // Writes the slots in use and erases the sections of the others; all else in the document
     // stays.
     void Save(TIniDocument& document) const;
+    // The same for one slot.
+    void SaveSlot(int slot, TIniDocument& document) const;
 
 private:
     std::array<TScaleRec, kScaleSlots> slots_{};

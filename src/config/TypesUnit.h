@@ -25,6 +25,9 @@ struct TShortText {
     std::string_view View() const { return {characters, length}; }
     std::string Str() const { return std::string(View()); }
     bool Empty() const { return length == 0; }
+    friend bool operator==(const TShortText& a, const TShortText& b) {
+        return a.View() == b.View();
+    }
 };
 
 // Scale model codes as the configuration file holds them; any other code selects nothing.
@@ -48,6 +51,8 @@ struct TScaleRec {
     std::uint8_t CommType = 0;   // kCommSerial, kCommTcp, kCommUdp
     std::int32_t Encoding = 0;   // code table of article texts, 0 to 2
     std::uint8_t ScaleAddr = 0;  // address on a serial line
+
+    friend bool operator==(const TScaleRec&, const TScaleRec&) = default;
 };
 static_assert(std::is_trivially_copyable_v<TScaleRec>);
 

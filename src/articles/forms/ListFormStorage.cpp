@@ -5,6 +5,8 @@
 
 #include "articles/forms/PLUScaleListUnit.h"
 #include "config/IniFile.h"
+#include "config/ScaleTableMerge.h"
+#include "text/Cp1251.h"
 #include "window/MessageBoxes.h"
 #include "window/Placement.h"
 
@@ -19,6 +21,14 @@ std::optional<TIniDocument> TryRead(const std::filesystem::path& file) {
     }
 }
 
+std::string NoRoomText(const std::vector<std::string>& names) {
+    std::string text(
+        "Във файла с настройките вече има 20 везни, записани от друг прозорец. Не са записани: "_cp1251);
+    for (const std::string& name : names)
+        text += (&name == &names.front() ? "" : ", ") + name;
+    return text;
+}
+
 }  // namespace
 
 void TElicomPluScaleListForm::LoadSettings() {
@@ -26,6 +36,7 @@ void TElicomPluScaleListForm::LoadSettings() {
     const std::optional<TIniDocument> document = TryRead(services_.configurationFile);
     layoutLoaded_ = scalesLoaded_ = document.has_value();
     scales_.Load(document.value_or(TIniDocument()));
+    savedScales_ = scales_;
     grid_.SetStyle(LoadGridStyle(TryRead(services_.hostSettingsFile).value_or(TIniDocument())));
     ApplyLayout(document.value_or(TIniDocument()));
 }
@@ -62,6 +73,7 @@ TGridLayout TElicomPluScaleListForm::CurrentLayout() const {
 void TElicomPluScaleListForm::NeedScales() {
     if (scalesLoaded_) return;
     scales_.Load(ReadIniFile(services_.configurationFile));
+    savedScales_ = scales_;
     scalesLoaded_ = true;
 }
 
@@ -72,9 +84,18 @@ void TElicomPluScaleListForm::NeedLayout() {
     ShowSortMark();
 }
 
-void TElicomPluScaleListForm::SaveScales() const {
-    UpdateIniFile(services_.savedConfigurationFile,
-                  [&](TIniDocument& document) { scales_.Save(document); });
+void TElicomPluScaleListForm::Save(bool scales, bool layout) {
+    std::vector<std::string> leftOut;
+    UpdateIniFile(services_.savedConfigurationFile, [&](TIniDocument& document) {
+        if (scales) leftOut = SaveScaleChanges(savedScales_, scales_, document);
+        if (layout) SaveGridLayout(CurrentLayout(), Dpi().DotsPerInch(), document);
+    });
+    if (scales) savedScales_ = scales_;
+    if (!leftOut.empty()) throw TFileError(NoRoomText(leftOut));
+}
+
+void TElicomPluScaleListForm::SaveScales() {
+    Save(true, false);
 }
 
 void TElicomPluScaleListForm::SaveLayout() const {
@@ -86,10 +107,7 @@ void TElicomPluScaleListForm::SaveLayout() const {
 void TElicomPluScaleListForm::EndWork() {
     if (std::exchange(ended_, true)) return;
     try {
-        UpdateIniFile(services_.savedConfigurationFile, [&](TIniDocument& document) {
-            if (scalesLoaded_) scales_.Save(document);
-            if (layoutLoaded_) SaveGridLayout(CurrentLayout(), Dpi().DotsPerInch(), document);
-        });
+        Save(scalesLoaded_, layoutLoaded_);
     } catch (const std::exception& error) {
         ShowError(error.what());
     }

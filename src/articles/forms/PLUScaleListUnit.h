@@ -77,8 +77,9 @@ public:
     std::vector<TRowId> MarkedRows() const { return grid_.MarkedRows(); }
     std::optional<TRowId> CurrentRow() const { return grid_.CurrentRow(); }
     TScaleTable& Scales() { return scales_; }
-    // Throws TFileError.
-    void SaveScales() const;
+    // Brings what this window has changed in the scales into the file. Throws TFileError, also when
+    // the file has no room for an added scale; the rest is saved then.
+    void SaveScales();
     const std::filesystem::path& ConfigurationFile() const { return services_.configurationFile; }
     TArticleGrid& Grid() { return grid_; }
 
@@ -149,6 +150,8 @@ private:
     void RestorePlace(const TWindowPlace& place);
     TGridLayout CurrentLayout() const;
     void SaveLayout() const;
+    // Works on the file's document and writes it; with the scales as SaveScales says.
+    void Save(bool scales, bool layout);
     void SelectSearchColumn(TField field);
     void FillSearchMenu();
     void SearchMenuClick(std::size_t column);
@@ -175,6 +178,7 @@ private:
     std::unique_ptr<TDatabase> database_;
     std::unique_ptr<TArticleLoader> loader_;
     TScaleTable scales_;
+    TScaleTable savedScales_;  // as this window loaded or last saved them
     // What could be read: only that is written when the window goes.
     bool layoutLoaded_ = false;
     bool scalesLoaded_ = false;

@@ -1,0 +1,70 @@
+// Another host in the test program's folder, as a process of its own: its windows use the same
+// configuration file.
+//
+//   second_host add <event>      opens the list, adds scale 2 in the editor, closes the list
+//   second_host toggle <event>   changes the first scale's mark and closes the list, again and
+//   again
+//
+// The event is set when that was done for the first time.
+#include "tests/module/SecondHost.h"
+
+#include <windows.h>
+
+#include <cstdint>
+#include <exception>
+#include <string>
+
+#include "tests/module/Connection.h"
+#include "tests/module/HostFrame.h"
+#include "tests/module/LoadedModule.h"
+
+namespace tolvane::test {
+namespace {
+
+class TSecondHost {
+public:
+    HWND Open() {
+        module_.Start(frame_.Frame(), 17, &messageId_, frame_.Frame(), connection_.Database(),
+                      nullptr, {nullptr, nullptr});
+        RunLoopDry();
+        return frame_.ChildOfClass(L"TElicomPluScaleListForm");
+    }
+    static void Close(HWND list) {
+        SendMessageW(list, WM_CLOSE, 0, 0);
+        RunLoopDry();
+    }
+
+private:
+    THostFrame frame_;
+    TConnection connection_{"shop.fdb"};
+    TLoadedModule module_;
+    std::uint32_t messageId_ = 0;
+};
+
+void Work(const std::string& work, HANDLE done) {
+    TSecondHost host;
+    do {
+        const HWND list = host.Open();
+        if (work == "add")
+            AddScale(list, 2);
+        else
+            SetMark(list, 0, [](bool before) { return !before; });
+        TSecondHost::Close(list);
+        SetEvent(done);
+    } while (work == "toggle");
+}
+
+}  // namespace
+}  // namespace tolvane::test
+
+int main(int count, char** arguments) {
+    if (count != 3) return 2;
+    const HANDLE done = OpenEventA(EVENT_MODIFY_STATE, FALSE, arguments[2]);
+    if (done == nullptr) return 3;
+    try {
+        tolvane::test::Work(arguments[1], done);
+        return 0;
+    } catch (const std::exception&) {
+        return 1;
+    }
+}

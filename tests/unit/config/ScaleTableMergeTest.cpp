@@ -1,0 +1,182 @@
+#include "config/ScaleTableMerge.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "config/IniDocument.h"
+
+namespace tolvane {
+namespace {
+
+// A scale's section as the module writes it.
+std::string Section(int slot, int number, const std::string& name, bool checked = true) {
+    return "[SCALE" + std::to_string(slot) + "]\r\nScaleNumb=" + std::to_string(number) +
+           "\r\nScaleName=" + name + "\r\nTCPAddress=10.0.0." + std::to_string(number) +
+           "\r\nTCPPort=100\r\nChecked=" + (checked ? "1" : "0") +
+           "\r\nBaudRate=0\r\nScaleType=16\r\nEncoding=2\r\nScaleAddr=0\r\nCommType=1\r\n";
+}
+
+TScaleRec Scale(int number, const std::string& name) {
+    TScaleRec rec;
+    rec.ScaleNumb = number;
+    rec.ScaleName = name;
+    rec.TCPAddress = "10.0.0." + std::to_string(number);
+    rec.TCPPort = 100;
+    rec.Checked = true;
+    rec.ScaleType = kScaleTypeEvl;
+    rec.CommType = kCommTcp;
+    rec.Encoding = 2;
+    return rec;
+}
+
+// A window that was opened on one content of the file and is saved into another.
+class ScaleTableMerge : public ::testing::Test {
+protected:
+    using TChange = std::function<void(TScaleTable&)>;
+
+    // The file afterwards, of a window that was opened on `opened` and then changed.
+    std::string Saved(const std::string& opened, const TChange& change,
+                      const std::string& fileNow) {
+        TScaleTable known;
+        known.Load(TIniDocument(opened));
+        TScaleTable current = known;
+        change(current);
+        TIniDocument document(fileNow);
+        leftOut_ = SaveScaleChanges(known, current, document);
+        return document.Bytes();
+    }
+    static void Nothing(TScaleTable&) {}
+    static TChange Unmark(int slot) {
+        return [slot](TScaleTable& table) { table[slot].Checked = false; };
+    }
+    static TChange Put(int slot, const TScaleRec& rec) {
+        return [slot, rec](TScaleTable& table) { table[slot] = rec; };
+    }
+    // As the editor does it: the scales after it move up.
+    static void DeleteFirst(TScaleTable& table) {
+        for (int slot = 1; slot < kScaleSlots; ++slot)
+            table[slot] = table[slot + 1];
+        table[kScaleSlots].TCPPort = 0;
+    }
+
+    std::vector<std::string> leftOut_;
+    const std::string a_ = Section(1, 1, "A");
+    const std::string b_ = Section(2, 2, "B");
+};
+
+TEST_F(ScaleTableMerge, InAnUnchangedFileTheWholeTableIsWritten) {
+    // Missing keys are written, an unused section goes: what a save has always done.
+    EXPECT_EQ(Saved("[SCALE1]\r\nScaleName=A\r\nTCPAddress=10.0.0.1\r\nTCPPort=100\r\n"
+                    "ScaleType=16\r\nCommType=1\r\n[SCALE3]\r\nScaleName=old\r\n",
+                    Nothing,
+                    "[SCALE1]\r\nScaleName=A\r\nTCPAddress=10.0.0.1\r\nTCPPort=100\r\n"
+                    "ScaleType=16\r\nCommType=1\r\n[SCALE3]\r\nScaleName=old\r\n"),
+              "[SCALE1]\r\nScaleName=A\r\nTCPAddress=10.0.0.1\r\nTCPPort=100\r\n"
+              "ScaleType=16\r\nCommType=1\r\nScaleNumb=1\r\nChecked=1\r\nBaudRate=0\r\n"
+              "Encoding=2\r\nScaleAddr=0\r\n");
+}
+
+TEST_F(ScaleTableMerge, AFileThatHasGoneGetsTheWholeTable) {
+    EXPECT_EQ(Saved(a_ + b_, Nothing, ""), a_ + b_);
+}
+
+TEST_F(ScaleTableMerge, AScaleThatAnotherWindowHasAddedStays) {
+    EXPECT_EQ(Saved(a_, Nothing, a_ + b_), a_ + b_);
+    EXPECT_EQ(Saved(a_, Unmark(1), a_ + b_), Section(1, 1, "A", false) + b_);
+}
+
+TEST_F(ScaleTableMerge, AScaleThatAnotherWindowHasRemovedStaysRemoved) {
+    EXPECT_EQ(Saved(a_ + b_, Nothing, a_), a_);
+    // Its mark alone does not bring it back.
+    EXPECT_EQ(Saved(a_ + b_, Unmark(2), a_), a_);
+}
+
+TEST_F(ScaleTableMerge, AScaleThatWasRemovedElsewhereAndChangedHereIsNotLost) {
+    EXPECT_EQ(Saved(a_ + b_, Put(2, Scale(2, "C")), a_), a_ + Section(2, 2, "C"));
+}
+
+TEST_F(ScaleTableMerge, AHandEditOfAnUnchangedScaleStaysToTheByte) {
+    const std::string edited =
+        "; by hand\r\n[SCALE1]\r\nScaleName = ' A ' ; "
+        "new\r\nTCPAddress=10.0.0.1\r\nTCPPort=200\r\n";
+    EXPECT_EQ(Saved(a_, Nothing, edited), edited);
+}
+
+TEST_F(ScaleTableMerge, AMarkGoesToTheScaleThatWasEditedByHand) {
+    const std::string edited =
+        "[SCALE1]\r\nScaleNumb=1\r\nScaleName=A\r\nTCPAddress=10.0.0.9\r\n"
+        "TCPPort=200\r\nChecked=1\r\nNote=mine\r\n";
+    EXPECT_EQ(Saved(a_, Unmark(1), edited),
+              "[SCALE1]\r\nScaleNumb=1\r\nScaleName=A\r\nTCPAddress=10.0.0.9\r\nTCPPort=200\r\n"
+              "Checked=0\r\nNote=mine\r\nBaudRate=0\r\nScaleType=0\r\nEncoding=2\r\n"
+              "ScaleAddr=0\r\nCommType=0\r\n");
+}
+
+TEST_F(ScaleTableMerge, TheLastWindowsValuesCountWhereBothHaveChangedAScale) {
+    EXPECT_EQ(Saved(a_, Put(1, Scale(1, "here")), Section(1, 1, "there")), Section(1, 1, "here"));
+}
+
+TEST_F(ScaleTableMerge, AMarkOfTheOthersStaysWithAScaleThatIsRenamedHere) {
+    EXPECT_EQ(Saved(a_, Put(1, Scale(1, "here")), Section(1, 1, "A", false)),
+              Section(1, 1, "here", false));
+}
+
+TEST_F(ScaleTableMerge, ScalesThatBothHaveAddedInOneSlotAreBothKept) {
+    EXPECT_EQ(Saved(a_, Put(2, Scale(3, "C")), a_ + b_), a_ + b_ + Section(3, 3, "C"));
+}
+
+TEST_F(ScaleTableMerge, TheSameScaleAddedInBothIsOne) {
+    EXPECT_EQ(Saved(a_, Put(2, Scale(2, "B")), a_ + b_), a_ + b_);
+}
+
+TEST_F(ScaleTableMerge, AScaleDeletedHereIsDeletedWhereverItStandsNow) {
+    EXPECT_EQ(Saved(a_ + b_, DeleteFirst, a_ + b_ + Section(3, 3, "C")), b_ + Section(3, 3, "C"));
+    const std::string moved = Section(1, 2, "B") + Section(2, 1, "A");
+    EXPECT_EQ(Saved(a_ + b_, DeleteFirst, moved), Section(1, 2, "B"));
+}
+
+TEST_F(ScaleTableMerge, AScaleDeletedHereAndChangedElsewhereStays) {
+    EXPECT_EQ(Saved(a_ + b_, DeleteFirst, Section(1, 1, "new") + b_), Section(1, 1, "new") + b_);
+}
+
+TEST_F(ScaleTableMerge, AMarkFollowsAScaleThatAnotherWindowHasMoved) {
+    // The other window has deleted A: B stands in the first slot.
+    EXPECT_EQ(Saved(a_ + b_, Unmark(2), Section(1, 2, "B")), Section(1, 2, "B", false));
+}
+
+TEST_F(ScaleTableMerge, ScalesThatMovedHereAndDidNotChangeStayAsTheOthersLeftThem) {
+    // Deleting A here moves B up; in the file it has another name by now.
+    const std::string renamed = a_ + Section(2, 2, "renamed");
+    EXPECT_EQ(Saved(a_ + b_, DeleteFirst, renamed), Section(2, 2, "renamed"));
+}
+
+TEST_F(ScaleTableMerge, AnAddedScaleWithoutRoomIsNamedAndNothingIsLost) {
+    std::string opened;
+    for (int slot = 1; slot < kScaleSlots; ++slot)
+        opened += Section(slot, slot, "S" + std::to_string(slot));
+    const std::string full = opened + Section(20, 20, "theirs");
+    EXPECT_EQ(Saved(opened, Put(20, Scale(21, "mine")), full), full);
+    EXPECT_EQ(leftOut_, std::vector<std::string>{"mine"});
+}
+
+TEST_F(ScaleTableMerge, EqualScalesAreToldApartByTheirSlots) {
+    const std::string twins = a_ + Section(2, 1, "A");
+    EXPECT_EQ(Saved(twins, Unmark(2), twins + Section(3, 3, "C")),
+              a_ + Section(2, 1, "A", false) + Section(3, 3, "C"));
+}
+
+TEST_F(ScaleTableMerge, AnUnknownConnectionTypeIsNoChange) {
+    const std::string odd = "[SCALE1]\r\nScaleName=A\r\nTCPAddress=10.0.0.1\r\nCommType=7\r\n";
+    EXPECT_EQ(Saved(odd, Nothing, odd + b_), odd + b_);
+}
+
+TEST_F(ScaleTableMerge, ForeignSectionsStay) {
+    EXPECT_EQ(Saved(a_, Unmark(1), "[OTHER]\r\nk=v\r\n" + b_ + a_),
+              "[OTHER]\r\nk=v\r\n" + b_ + Section(1, 1, "A", false));
+}
+
+}  // namespace
+}  // namespace tolvane
