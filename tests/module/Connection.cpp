@@ -50,13 +50,16 @@ void AddText(std::string& block, char item, const std::string& text) {
 
 }  // namespace
 
-TConnection::TConnection(const std::string& name) {
+std::string TConnection::Server() {
+    return Environment("TOLVANE_FB_SERVER");
+}
+
+TConnection::TConnection(const std::string& name, const std::string& server) {
     std::string block(1, static_cast<char>(isc_dpb_version1));
     AddText(block, isc_dpb_user_name, "SYSDBA");
     AddText(block, isc_dpb_password, Environment("TOLVANE_FB_PASSWORD"));
     AddText(block, isc_dpb_lc_ctype, "WIN1251");
-    const std::string path =
-        Environment("TOLVANE_FB_SERVER") + ":" + Environment("TOLVANE_FB_FOLDER") + "/" + name;
+    const std::string path = server + ":" + Environment("TOLVANE_FB_FOLDER") + "/" + name;
     std::array<ISC_STATUS, 20> status{};
     TOLVANE_ENTRY(isc_attach_database)
     (status.data(), 0, path.c_str(), &handle_, static_cast<short>(block.size()), block.data());
@@ -73,6 +76,12 @@ void TConnection::ShutDown() {
     std::array<ISC_STATUS, 20> status{};
     TOLVANE_ENTRY(isc_detach_database)(status.data(), &handle_);
     Check(status, "detach");
+}
+
+void TConnection::EndOthers() {
+    Execute(
+        "delete from MON$ATTACHMENTS where MON$ATTACHMENT_ID <> CURRENT_CONNECTION and "
+        "MON$USER = CURRENT_USER");
 }
 
 void TConnection::Execute(const std::string& sql) {

@@ -15,8 +15,10 @@ namespace tolvane::test {
 // TOLVANE_FB_PASSWORD (of SYSDBA).
 class TConnection {
 public:
-    // `name`: "shop.fdb" or "empty.fdb".
-    explicit TConnection(const std::string& name);
+    // host/port of the server.
+    static std::string Server();
+    // `name`: "shop.fdb" or "empty.fdb"; `server`: whoever stands in front of the server.
+    explicit TConnection(const std::string& name, const std::string& server = Server());
     TConnection(const TConnection&) = delete;
     TConnection& operator=(const TConnection&) = delete;
     ~TConnection();
@@ -29,6 +31,8 @@ public:
     long long Number(const std::string& sql);
     // Ends the connection behind the module's back: what it runs from then on fails.
     void ShutDown();
+    // Has the server end this user's other connections to the database, transactions included.
+    void EndOthers();
 
 private:
     isc_db_handle handle_{};

@@ -4,6 +4,7 @@
 
 #include "tests/module/BoxAnswerer.h"
 #include "tests/module/Session.h"
+#include "tests/support/CuttingProxy.h"
 
 namespace tolvane::test {
 namespace {
@@ -12,7 +13,8 @@ namespace {
 // completion messages.
 class StartFailureTest : public testing::Test {
 protected:
-    StartFailureTest() : database_(*session_.connection.Database()) {}
+    explicit StartFailureTest(const std::string& database = "shop.fdb")
+        : session_(database), database_(*session_.connection.Database()) {}
 
     void Start(HWND application, std::uint32_t* messageId, HWND mainForm,
                const THostDatabase* database) {
@@ -39,6 +41,12 @@ protected:
     TSession session_;
     THostDatabase database_;
     TSeenBox box_;
+};
+
+// A load that finds no article leaves its transaction active.
+class StartBesideAnEmptyList : public StartFailureTest {
+protected:
+    StartBesideAnEmptyList() : StartFailureTest("bare.fdb") { session_.Start(); }
 };
 
 }  // namespace
@@ -151,6 +159,41 @@ TEST_F(StartFailureTest, ALostConnectionOfASecondStartClosesTheOpenWindow) {
     EXPECT_EQ(Completions(), 2);
 }
 
+TEST_F(StartFailureTest, AConnectionThatDiesBeforeTheFirstQueryIsToldOnce) {
+    TCuttingProxy proxy(TConnection::Server());
+    const TConnection dying("shop.fdb", proxy.Address());
+    // The server's next answer is to the start of the transaction.
+    proxy.CutAfterNextAnswer();
+    StartWith(dying.Database());
+    EXPECT_TRUE(proxy.HasCut());
+    EXPECT_EQ(Completions(), 2);
+}
+
+TEST_F(StartBesideAnEmptyList, AConnectionThatTheServerHasEndedIsToldOnce) {
+    TConnection("bare.fdb").EndOthers();
+    StartWith(&database_);
+    EXPECT_EQ(Completions(), 2);
+}
+
+TEST_F(StartBesideAnEmptyList, BadArgumentsAreToldOnceWhenTheConnectionHasEndedToo) {
+    TConnection("bare.fdb").EndOthers();
+    database_.Size = 8;
+    StartWith(&database_);
+    EXPECT_TRUE(BoxTells("8"));
+    EXPECT_EQ(Completions(), 2);
+}
+
+// Nothing failed to start here: what the user's own click could not do is told.
+TEST_F(StartBesideAnEmptyList, ClosingTheListTellsThatTheConnectionHasEnded) {
+    TConnection("bare.fdb").EndOthers();
+    const TBoxAnswerer answerer;
+    session_.CloseList();
+    ASSERT_EQ(answerer.Seen().size(), 1U);
+    EXPECT_EQ(answerer.Seen()[0].icon, TBoxIcon::Error);
+    EXPECT_EQ(session_.List(), nullptr);
+    EXPECT_EQ(Completions(), 1);
+}
+
 TEST(StartWithADefaultLibrary, TakesTheLoadedFbclient) {
     TSession session;
     THostDatabase database = *session.connection.Database();
@@ -198,10 +241,7 @@ TEST(EmptyDatabase, FrameThatGoesAfterTheConnectionIsSilent) {
     TSession session("bare.fdb");
     const TBoxAnswerer answerer;
     session.Start();
-    TConnection administrator("bare.fdb");
-    administrator.Execute(
-        "delete from MON$ATTACHMENTS where MON$ATTACHMENT_ID <> CURRENT_CONNECTION and "
-        "MON$USER = CURRENT_USER");
+    TConnection("bare.fdb").EndOthers();
     DestroyWindow(session.host.Frame());
     RunLoopDry();
     EXPECT_TRUE(answerer.Seen().empty());

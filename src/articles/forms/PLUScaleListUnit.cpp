@@ -121,16 +121,23 @@ void TElicomPluScaleListForm::CloseAtOnce() {
 }
 
 void TElicomPluScaleListForm::OnClose() {
-    try {
-        // A load that still runs ends its transaction itself.
-        if (database_ && !loading_) {
-            database_->query.Close();
-            if (database_->transaction.IsActive()) database_->transaction.Commit();
-        }
-    } catch (const std::exception& error) {
-        ShowError(error.what());
-    }
+    // A load that still runs ends its transaction itself.
+    if (database_ && !loading_) EndTransaction();
     EndWork();
+}
+
+void TElicomPluScaleListForm::EndTransaction() {
+    try {
+        database_->query.Close();
+        if (!database_->transaction.IsActive()) return;
+        if (closingAtOnce_)
+            database_->transaction.Rollback();
+        else
+            database_->transaction.Commit();
+    } catch (const std::exception& error) {
+        // What failed the start has been told already, and is often the same dead connection.
+        if (!closingAtOnce_) ShowError(error.what());
+    }
 }
 
 // A window that goes with the host's main window leaves the transaction to be rolled back: the host

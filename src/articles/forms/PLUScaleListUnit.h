@@ -68,7 +68,8 @@ public:
     // A load is going on, a window of the list's own is open in front of it, or somebody keeps the
     // articles: nothing may change now.
     bool IsBusy() const { return loading_ || dialogs_ > 0 || articles_.use_count() > 1; }
-    // Ends the window after a failed start, whatever it is doing; its own windows go along.
+    // Ends the window after a failed start, whatever it is doing; its own windows go along. What is
+    // left of a transaction is rolled back without a word.
     void CloseAtOnce();
 
     // mdPlues. While somebody keeps the pointer the articles stay as they are.
@@ -167,6 +168,8 @@ private:
     void ShowSortMark();
     void DropMenu(HMENU menu, std::string_view button);
     TField FieldOfColumn(std::size_t column) const;
+    // Tells when the server refuses to commit, unless the window is closed at once.
+    void EndTransaction();
     // Saves the scale table and the layout, once, however the window ends.
     void EndWork();
 

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "tests/integration/articles/CuttingProxy.h"
 #include "tests/integration/articles/LoadFixture.h"
+#include "tests/support/CuttingProxy.h"
 
 namespace tolvane::test {
 namespace {
@@ -75,7 +75,7 @@ TEST_F(LoadFailuresTest, AConnectionThatIsCutInMidFetchIsToldAndNothingHangs) {
     login.address = proxy.Address();
     database_->Reconnect(login);
     Connect();
-    proxy.Arm(60000);
+    proxy.CutAfter(60000);
     EXPECT_EQ(FailingLoad(), (TEvents{"suspend", "hide", "resume"}));
     EXPECT_TRUE(proxy.HasCut());
     EXPECT_TRUE(error_.starts_with("error [REFRESH DATA]: ")) << error_;
