@@ -32,7 +32,7 @@ void ShowWarning(HWND owner, std::string_view text) {
 }
 
 bool AskWarning(HWND owner, std::string_view text) {
-    return Show(owner, kWarningTitle, text, MB_YESNO | MB_ICONWARNING) == IDYES;
+    return Show(owner, kWarningTitle, text, MB_YESNO | MB_DEFBUTTON2 | MB_ICONWARNING) == IDYES;
 }
 
 }  // namespace tolvane

@@ -12,7 +12,8 @@ namespace tolvane {
 void ShowError(HWND owner, std::string_view text);
 void ShowInformation(HWND owner, std::string_view text);
 void ShowWarning(HWND owner, std::string_view text);
-// A warning with Yes and No; true for Yes. A box that cannot be shown counts as No.
+// A warning with Yes and No; true for Yes. Enter answers No, and a box that cannot be shown counts
+// as No.
 bool AskWarning(HWND owner, std::string_view text);
 
 }  // namespace tolvane

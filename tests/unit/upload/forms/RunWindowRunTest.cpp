@@ -145,6 +145,23 @@ TEST_F(RunWindowRun, TheChosenPriceAndNamesReachTheScale) {
     EXPECT_EQ(stored.Text(1, simulator::TCodeTable::Pc866), "12");
 }
 
+TEST_F(RunWindowRun, EnterAnswersTheQuestionOfDeletingEverythingWithNo) {
+    ThenStart("DeleteBtn");
+    script_.When([] { return Box() != nullptr && IsChild(Box(), GetFocus()) != 0; },
+                 [] {
+                     EXPECT_EQ(GetFocus(), GetDlgItem(Box(), IDNO));
+                     PressKey(VK_RETURN);
+                 });
+    script_.When([] { return Box() == nullptr && IsAtRest(); },
+                 [this] {
+                     log_ = Log();
+                     PressKey(VK_ESCAPE);
+                 });
+    Show(4);
+    EXPECT_EQ(log_, "");
+    EXPECT_TRUE(Scale(1).Requests().empty());
+}
+
 TEST_F(RunWindowRun, DeletingEverythingIsAskedFirst) {
     ThenStart("DeleteBtn");
     ThenAnswer(IDNO);
