@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <optional>
 
 #include "text/Numbers.h"
 
@@ -141,9 +140,13 @@ TSettingsFault CheckSettings(TScaleSettings& settings, std::span<const std::int3
 TConversionError::TConversionError(std::string_view text)
     : std::runtime_error("\"" + std::string(text) + "\"" + std::string(kNoNumber)) {}
 
-std::int32_t SpinValue(std::string_view text, std::int32_t lowest, std::int32_t highest) {
+std::int32_t TSpinLimits::Nearest(std::int32_t value) const {
+    return value == kept ? value : std::clamp(value, lowest, highest);
+}
+
+std::int32_t TSpinLimits::ValueOf(std::string_view text) const {
     const std::int32_t value = ParseIntegerOr(text, lowest);
-    return value == 0 ? 0 : std::clamp(value, lowest, highest);
+    return value == 0 ? 0 : Nearest(value);
 }
 
 TScaleSettings SettingsOfNewScale(std::vector<std::string> serialPorts) {

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <stdexcept>
 #include <string>
@@ -72,9 +73,18 @@ public:
     explicit TConversionError(std::string_view text);
 };
 
-// The value of a spin edit's text: its lower limit when it is no integer. Values outside the limits
-// are brought to the nearest one, but zero stays zero.
-std::int32_t SpinValue(std::string_view text, std::int32_t lowest, std::int32_t highest);
+// What a spin edit takes: the numbers within the limits and the one that it was filled with.
+struct TSpinLimits {
+    std::int32_t lowest = 0;
+    std::int32_t highest = 0;
+    std::optional<std::int32_t> kept;
+
+    // The number itself when it is allowed, else the nearest limit.
+    std::int32_t Nearest(std::int32_t value) const;
+    // The value of the edit's text: its lower limit when it is no integer, and Nearest of any other
+    // number, but zero stays zero.
+    std::int32_t ValueOf(std::string_view text) const;
+};
 
 // The dialog of a scale to be added.
 TScaleSettings SettingsOfNewScale(std::vector<std::string> serialPorts);

@@ -3,6 +3,9 @@
 #include <windows.h>
 
 #include <cstdint>
+#include <string>
+
+#include "config/ScaleSettings.h"
 
 namespace tolvane {
 
@@ -10,17 +13,23 @@ namespace tolvane {
 struct TSpinEdit {
     HWND edit = nullptr;
     HWND arrows = nullptr;
-    std::int32_t lowest = 0;
-    std::int32_t highest = 0;
+    TSpinLimits limits;
 
     // Applies the limits to the arrows.
     void Prepare() const;
-    // A value outside the limits becomes the nearest one.
-    void Set(std::int32_t value) const;
+    // Shows the value as it is. One outside the limits stays allowed beside those within them.
+    void Fill(std::int32_t value);
     // The lowest for a text that is no number; zero stays zero whatever the limits are.
-    std::int32_t Value() const;
-    // Shows a value within the limits; when the field is left.
-    void Settle() const { Set(Value()); }
+    std::int32_t Value() const { return limits.ValueOf(Text()); }
+    // Shows a value that is allowed; when the field is left.
+    void Settle() const { Show(limits.Nearest(Value())); }
+    // Before the arrows take a step. From a number outside the limits that was filled in they take
+    // none: the nearest limit is shown instead. Whether that was so.
+    bool EnterLimits() const;
+
+private:
+    std::string Text() const;
+    void Show(std::int32_t value) const;
 };
 
 }  // namespace tolvane

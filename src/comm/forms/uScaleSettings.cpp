@@ -1,5 +1,7 @@
 #include "comm/forms/uScaleSettings.h"
 
+#include <commctrl.h>
+
 #include <algorithm>
 #include <iterator>
 #include <utility>
@@ -62,11 +64,11 @@ void TfrmScaleSettings::CentreOnScreen() const {
 }
 
 void TfrmScaleSettings::Show(const TScaleSettings& settings) {
-    edtScaleNumb_.Set(settings.number);
+    edtScaleNumb_.Fill(settings.number);
     SetWindowText(edtScaleName_, settings.name);
     SetComboIndex(cbScaleType_, settings.type);
     SetComboIndex(cbbEncoding_, settings.encoding);
-    seScaleAddr_.Set(settings.scaleAddress);
+    seScaleAddr_.Fill(settings.scaleAddress);
     serialPorts_ = settings.serialPorts;
     ShowSerialPorts();
     SetComboIndex(cbPickComPort_, settings.serialPort);
@@ -202,6 +204,14 @@ void TfrmScaleSettings::OnCommand(int, int code, HWND control) {
     for (const TSpinEdit* spin : {&edtScaleNumb_, &seScaleAddr_}) {
         if (control == spin->edit) spin->Settle();
     }
+}
+
+LRESULT TfrmScaleSettings::OnNotify(NMHDR& header) {
+    if (header.code != static_cast<UINT>(UDN_DELTAPOS)) return 0;
+    for (const TSpinEdit* spin : {&edtScaleNumb_, &seScaleAddr_}) {
+        if (header.hwndFrom == spin->arrows) return spin->EnterLimits() ? TRUE : FALSE;
+    }
+    return 0;
 }
 
 }  // namespace tolvane

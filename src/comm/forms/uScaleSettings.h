@@ -46,6 +46,7 @@ public:
 protected:
     void OnShow() override;
     void OnCommand(int id, int code, HWND control) override;
+    LRESULT OnNotify(NMHDR& header) override;
 
 private:
     HWND Add(TControlKind kind, const char* name, std::string_view text, const TPlace& place,

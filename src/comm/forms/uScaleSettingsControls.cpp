@@ -68,8 +68,8 @@ TSpinEdit TfrmScaleSettings::AddSpinEdit(const char* name, const char* arrowsNam
     TSpinEdit spin;
     spin.edit = Add(TControlKind::Edit, name, {}, place, ES_NUMBER);
     spin.arrows = Add(TControlKind::UpDown, arrowsName, {}, {});
-    spin.lowest = lowest;
-    spin.highest = highest;
+    spin.limits.lowest = lowest;
+    spin.limits.highest = highest;
     spin.Prepare();
     return spin;
 }

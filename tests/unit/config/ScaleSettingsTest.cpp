@@ -246,15 +246,34 @@ TEST(ScaleSettingsTest, CheckSettings_SerialLooksAtNoPortNumberAndNoAddress) {
     EXPECT_TRUE(CheckSettings(settings, {}).text.empty());
 }
 
-TEST(ScaleSettingsTest, SpinValue_StaysWithinItsLimits) {
-    EXPECT_EQ(SpinValue("7", 1, 60), 7);
-    EXPECT_EQ(SpinValue("61", 1, 60), 60);
-    EXPECT_EQ(SpinValue("", 1, 60), 1);
-    EXPECT_EQ(SpinValue("x", 1, 60), 1);
-    EXPECT_EQ(SpinValue("-3", 1, 60), 1);
-    EXPECT_EQ(SpinValue("0", 1, 60), 0);
-    EXPECT_EQ(SpinValue("999", 0, 255), 255);
-    EXPECT_EQ(SpinValue("", 0, 255), 0);
+TEST(SpinLimitsTest, ValueOf_StaysWithinTheLimits) {
+    const TSpinLimits numbers{1, 60, {}};
+    EXPECT_EQ(numbers.ValueOf("7"), 7);
+    EXPECT_EQ(numbers.ValueOf("61"), 60);
+    EXPECT_EQ(numbers.ValueOf(""), 1);
+    EXPECT_EQ(numbers.ValueOf("x"), 1);
+    EXPECT_EQ(numbers.ValueOf("-3"), 1);
+    EXPECT_EQ(numbers.ValueOf("0"), 0);
+    const TSpinLimits addresses{0, 255, {}};
+    EXPECT_EQ(addresses.ValueOf("999"), 255);
+    EXPECT_EQ(addresses.ValueOf(""), 0);
+}
+
+TEST(SpinLimitsTest, ValueOf_TakesTheKeptNumberAndNoOtherBeyondTheLimits) {
+    const TSpinLimits numbers{1, 60, 75};
+    EXPECT_EQ(numbers.ValueOf("75"), 75);
+    EXPECT_EQ(numbers.ValueOf("075"), 75);
+    EXPECT_EQ(numbers.ValueOf("74"), 60);
+    EXPECT_EQ(numbers.ValueOf("76"), 60);
+    EXPECT_EQ(numbers.ValueOf("12"), 12);
+    EXPECT_EQ(numbers.ValueOf(""), 1);
+    EXPECT_EQ((TSpinLimits{1, 60, INT32_MAX}.ValueOf("2147483647")), INT32_MAX);
+}
+
+TEST(SpinLimitsTest, Nearest_KeepsZeroOnlyWhereItIsAllowed) {
+    EXPECT_EQ((TSpinLimits{1, 60, {}}.Nearest(0)), 1);
+    EXPECT_EQ((TSpinLimits{1, 60, 0}.Nearest(0)), 0);
+    EXPECT_EQ((TSpinLimits{0, 255, {}}.Nearest(0)), 0);
 }
 
 TEST(ScaleSettingsTest, NewScale_TcpWithoutANameGetsTheDefaultName) {
