@@ -1,20 +1,34 @@
 #include "window/PostQueue.h"
 
 #include <deque>
+#include <exception>
 #include <mutex>
 #include <utility>
 
 namespace tolvane {
 
 struct TPostQueue::TState {
+    explicit TState(const TQueueCalls& systemCalls) : calls(systemCalls) {}
+
+    const TQueueCalls calls;
     std::mutex mutex;
     std::deque<TTask> tasks;
     HWND window = nullptr;
     UINT message = 0;
-    bool announced = false;
+    bool announced = false;  // a message or a timer is under way, or Run is at work
 
-    void Announce() {
-        if (!announced) announced = PostMessageW(window, message, 0, 0) != 0;
+    bool IsOwnThread() const {
+        return GetWindowThreadProcessId(window, nullptr) == GetCurrentThreadId();
+    }
+    bool SetContinueTimer() const {
+        return calls.setTimer(window, message, USER_TIMER_MINIMUM, &Continue) != 0;
+    }
+    // A timer must belong to the calling thread. A message that is sent from another thread needs
+    // no room in the queue of the posted ones.
+    bool Announce() const {
+        if (calls.postMessage(window, message, 0, 0) != 0) return true;
+        return IsOwnThread() ? SetContinueTimer()
+                             : calls.sendNotifyMessage(window, message, 0, 0) != 0;
     }
     TTask Take() {
         const std::lock_guard lock(mutex);
@@ -23,26 +37,38 @@ struct TPostQueue::TState {
         tasks.pop_front();
         return task;
     }
-    // After a turn of Run, also one that a task's exception ended. What is left waits for a timer:
-    // a posted message would come before all that the user does and before every painting.
-    void EndTurn() {
-        const std::lock_guard lock(mutex);
-        announced = window != nullptr && !tasks.empty() &&
-                    SetTimer(window, message, USER_TIMER_MINIMUM, &Continue) != 0;
-        if (!announced && window != nullptr && !tasks.empty()) Announce();
+    void RunSlice() {
+        constexpr DWORD kSliceMs = 10;
+        const DWORD start = GetTickCount();
+        while (const TTask task = Take()) {
+            task();
+            if (GetTickCount() - start >= kSliceMs) return;
+        }
     }
+    // After a slice. What is left waits for a timer: a posted message would come before all that
+    // the user does and before every painting. False: work is left, and nothing brings it later.
+    bool EndSlice() {
+        const std::lock_guard lock(mutex);
+        const bool isWaiting = window != nullptr && !tasks.empty();
+        announced =
+            isWaiting && (SetContinueTimer() || calls.postMessage(window, message, 0, 0) != 0);
+        return announced || !isWaiting;
+    }
+    // The message is sent to the timer's own thread: it runs at once, whatever the queue holds.
     static void CALLBACK Continue(HWND timerWindow, UINT, UINT_PTR runMessage, DWORD) {
         KillTimer(timerWindow, runMessage);
-        PostMessageW(timerWindow, static_cast<UINT>(runMessage), 0, 0);
+        SendMessageW(timerWindow, static_cast<UINT>(runMessage), 0, 0);
     }
 };
 
-TPostQueue::TPostQueue() : state_(std::make_shared<TState>()) {}
+TPostQueue::TPostQueue(const TQueueCalls& calls) : state_(std::make_shared<TState>(calls)) {}
 
 void TPostQueue::Attach(HWND window, UINT message) {
     const std::lock_guard lock(state_->mutex);
     state_->window = window;
     state_->message = message;
+    // What was under way to an earlier window has gone with it.
+    state_->announced = false;
 }
 
 void TPostQueue::Detach() noexcept {
@@ -52,29 +78,28 @@ void TPostQueue::Detach() noexcept {
 }
 
 void TPostQueue::Post(TTask task) {
-    const std::lock_guard lock(state_->mutex);
-    if (state_->window == nullptr) return;
-    state_->tasks.push_back(std::move(task));
-    state_->Announce();
+    {
+        const std::lock_guard lock(state_->mutex);
+        if (state_->window == nullptr) return;
+        state_->tasks.push_back(std::move(task));
+        if (!state_->announced) state_->announced = state_->Announce();
+        if (state_->announced || !state_->IsOwnThread()) return;
+    }
+    Run();
 }
 
 void TPostQueue::Run() {
-    constexpr DWORD kSliceMs = 10;
     // A task may end the window that owns the queue.
     const std::shared_ptr<TState> state = state_;
-    const std::unique_ptr<TState, void (*)(TState*)> endTurn(state.get(),
-                                                             [](TState* turn) { turn->EndTurn(); });
-    const DWORD start = GetTickCount();
-    while (const TTask task = state->Take()) {
-        task();
-        if (GetTickCount() - start >= kSliceMs) return;
-    }
-}
-
-void TPostQueue::RunAll() {
-    const std::shared_ptr<TState> state = state_;
-    while (const TTask task = state->Take())
-        task();
+    std::exception_ptr failure;
+    do {
+        try {
+            state->RunSlice();
+        } catch (...) {
+            if (!failure) failure = std::current_exception();
+        }
+    } while (!state->EndSlice());
+    if (failure) std::rethrow_exception(failure);
 }
 
 }  // namespace tolvane

@@ -7,24 +7,32 @@
 
 namespace tolvane {
 
+// The system calls that bring a queue's work to its window. Any of them may fail: a thread's
+// message queue can be full, the system can be out of timers.
+struct TQueueCalls {
+    decltype(&PostMessageW) postMessage = &PostMessageW;
+    decltype(&SendNotifyMessageW) sendNotifyMessage = &SendNotifyMessageW;
+    decltype(&SetTimer) setTimer = &SetTimer;
+};
+
 // Carries work from any thread to the thread of a window, in the order of posting. Copies share one
-// queue. Work that is posted after Detach is dropped.
+// queue. Work that is posted after Detach is dropped. As long as work waits, a message or a timer
+// is under way to the window.
 class TPostQueue {
 public:
     using TTask = std::function<void()>;
 
-    TPostQueue();
+    explicit TPostQueue(const TQueueCalls& calls = {});
 
     // Interface thread: `window` receives `message` when there is work, and answers it with Run.
     void Attach(HWND window, UINT message);
     void Detach() noexcept;
-    // Any thread.
+    // Any thread. On the interface thread the work runs at once when nothing can bring it later.
     void Post(TTask task);
     // Interface thread: runs what is waiting, at most about 10 ms in one go (the rest follows with
-    // the next message, so that the window stays alive).
+    // the next message, so that the window stays alive; or now, when there can be no next message).
+    // Throws what a task throws, of several the first.
     void Run();
-    // Interface thread: runs all that is waiting now, however long it takes.
-    void RunAll();
 
 private:
     struct TState;

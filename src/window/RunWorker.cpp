@@ -51,7 +51,8 @@ void TRunWorker::Wait() noexcept {
         if (result == WAIT_OBJECT_0 || result == WAIT_FAILED) break;
         PumpPaintMessages();
     }
-    thread_.join();
+    // Work that came in as a sent message may have waited for the same body.
+    if (thread_.joinable()) thread_.join();
 }
 
 }  // namespace tolvane
