@@ -2,6 +2,7 @@
 #include <vector>
 
 #include "CoreFixture.h"
+#include "text/Cp1251.h"
 #include "text/RegionalSettings.h"
 #include "upload/ArticleLineBuilder.h"
 
@@ -17,12 +18,15 @@ protected:
         article_.name = "A";
         article_.labelName = "x";
     }
-    std::vector<std::string> Lines(char separator) const {
-        const auto table = test::TableOf({article_});
+    std::vector<std::string> Lines(char separator) { return Lines(separator, {article_}); }
+    std::vector<std::string> Lines(char separator, const std::vector<test::TArticle>& articles) {
+        const auto table = test::TableOf(articles);
         TRegionalSettings regional;
         regional.decimalSeparator = separator;
         std::vector<std::string> lines;
-        TArticleLineBuilder(*table, {}, regional, [](std::string_view) {
+        log_.clear();
+        TArticleLineBuilder(*table, {}, regional, [this](std::string_view line) {
+            log_.push_back(ToUtf8(line));
         }).Build(table->Order(), 1, lines);
         return lines;
     }
@@ -36,30 +40,52 @@ protected:
         return found;
     }
 
+    // The article with this price, and one that every scale takes.
+    std::vector<test::TArticle> BeforeAnother(double price) const {
+        test::TArticle first = article_;
+        test::TArticle second = article_;
+        first.retail = price;
+        second.scaleNumber = 13;
+        second.retail = 2.5;
+        return {first, second};
+    }
+
     test::TArticle article_;
+    TEvents log_;  // of the lines, UTF-8
 };
 
 struct TPriceCase {
     const char* name;
     double price;
-    const char* field;  // of the article line, decimal point; null: there is no line
-    const char* bytes;  // packed; null: nothing is sent
-    bool fails;
+    const char* field;              // of the article line, decimal point; null: there is no line
+    const char* bytes = nullptr;    // packed; null: nothing is sent
+    const char* tooHigh = nullptr;  // the price in the message that ends the pass; null: none does
 };
 
+// The scale takes six digits, the line's hundredths are a 32-bit number, at most 2,147,483,647.
 const std::vector<TPriceCase> kPrices = {
-    {"Zero", 0.0, nullptr, nullptr, false},
-    {"BelowHalfAHundredth", 0.004, "0.00", nullptr, false},
-    {"HalfAHundredth", 0.005, "0.01", "01 00 00", false},
-    {"AHundredth", 0.01, "0.01", "01 00 00", false},
+    {"Zero", 0.0, nullptr},
+    {"BelowHalfAHundredth", 0.004, "0.00"},
+    {"HalfAHundredth", 0.005, "0.01", "01 00 00"},
+    {"AHundredth", 0.01, "0.01", "01 00 00"},
     // held as 1.00499999999999989…
-    {"HalfBinaryBelow", 1.005, "1.01", "01 01 00", false},
-    {"TheHighest", 9999.99, "9999.99", "99 99 99", false},
-    {"TheHighestThatRoundsDown", 9999.994, "9999.99", "99 99 99", false},
-    {"TheLowestThatRoundsUpTo10000", 9999.995, "10000.00", nullptr, true},
-    {"TenThousand", 10000.0, "10000.00", nullptr, true},
-    {"Negative", -0.01, "-0.01", nullptr, false},
-    {"NegativeThatRoundsToZero", -0.004, "0.00", nullptr, false},
+    {"HalfBinaryBelow", 1.005, "1.01", "01 01 00"},
+    {"TheHighest", 9999.99, "9999.99", "99 99 99"},
+    {"TheHighestThatRoundsDown", 9999.994, "9999.99", "99 99 99"},
+    {"TheLowestThatRoundsUpTo10000", 9999.995, "10000.00", nullptr, "10000"},
+    {"TenThousand", 10000.0, "10000.00", nullptr, "10000"},
+    {"TheHighestInHundredths", 21474836.47, "21474836.47", nullptr, "21474836.47"},
+    {"TheHighestInHundredthsRounded", 21474836.474, "21474836.47", nullptr, "21474836.47"},
+    {"RoundsUpBeyondTheHundredths", 21474836.475, "21474836.48"},
+    {"BeyondTheHundredths", 21474836.48, "21474836.48"},
+    // 4,294,967,297 hundredths, one more than 32 bits count
+    {"NotTheLowest32BitsOfIt", 42949672.97, "42949672.97"},
+    {"FarBeyond", 99999999999.99, "99999999999.99"},
+    {"WithAnExponentInItsUsualText", 1e15, "1000000000000000.00"},
+    {"Negative", -0.01, "-0.01"},
+    {"NegativeThatRoundsToZero", -0.004, "0.00"},
+    {"TheLowestInHundredths", -21474836.48, "-21474836.48"},
+    {"BelowTheHundredths", -42949672.95, "-42949672.95"},
 };
 
 class PassPriceTest : public PassArticleTest, public ::testing::WithParamInterface<TPriceCase> {
@@ -76,22 +102,22 @@ protected:
             scaleType == kScaleTypeEvl ? simulator::TModel::Evl : simulator::TModel::S300;
         TScaleRec rec = Rec();
         rec.ScaleType = scaleType;
-        EXPECT_EQ(Upload(Lines('.'), rec), !GetParam().fails);
+        const bool fails = GetParam().tooHigh != nullptr;
+        EXPECT_EQ(Upload(Lines('.'), rec), !fails);
         const TEvents sent = Data(command);
         if (GetParam().bytes != nullptr)
             EXPECT_EQ(sent, TEvents{"00 0C 00 " + std::string(GetParam().bytes) + after});
         else
-            EXPECT_EQ(Commands(), GetParam().fails ? "3C 36 48" : "3C 36 48 3C");
-        EXPECT_EQ(IsProgramming(), GetParam().fails);
+            EXPECT_EQ(Commands(), fails ? "3C 36 48" : "3C 36 48 3C");
+        EXPECT_EQ(IsProgramming(), fails);
         EXPECT_EQ(session->LastError,
-                  GetParam().fails ? "Fail! Plu: 12 \"A\" [" + std::string(operation) +
-                                         "] ErrCode: 0, Fail set PLU price: 10000 does not fit in "
-                                         "six digits."
-                                   : "");
+                  fails ? "Fail! Plu: 12 \"A\" [" + std::string(operation) +
+                              "] ErrCode: 0, Fail set PLU price: " + GetParam().tooHigh +
+                              " does not fit in six digits."
+                        : "");
         const std::string count = GetParam().bytes != nullptr ? "1" : "0";
-        EXPECT_EQ(
-            test::Filtered(events, {"log:   Брой"}),
-            GetParam().fails ? TEvents{} : TEvents{"log:   Брой записани артикули: " + count});
+        EXPECT_EQ(test::Filtered(events, {"log:   Брой"}),
+                  fails ? TEvents{} : TEvents{"log:   Брой записани артикули: " + count});
     }
 };
 
@@ -125,6 +151,21 @@ TEST_P(PassPriceTest, EveryScaleGetsItInHundredthsOfAnArticleSoldByThePiece) {
 
 INSTANTIATE_TEST_SUITE_P(Prices, PassPriceTest, ::testing::ValuesIn(kPrices),
                          [](const auto& row) { return std::string(row.param.name); });
+
+TEST_F(PassArticleTest, APriceThatNoScaleHoldsEndsThePassBeforeTheNextArticle) {
+    EXPECT_FALSE(Upload(Lines('.', BeforeAnother(21474836.47))));
+    EXPECT_EQ(Commands(), "3C 36 48");
+}
+
+TEST_F(PassArticleTest, APriceBeyondTheHundredthsIsSkippedWithoutAWordAndTheNextIsWritten) {
+    EXPECT_TRUE(Upload(Lines('.', BeforeAnother(21474836.48))));
+    EXPECT_EQ(Data(0x4A), TEvents{"00 0D 00 50 02 00 00 00 00"});
+    EXPECT_EQ(test::Filtered(events, {"log:"}),
+              (TEvents{"log:   Везна EVL - Ver: 1.04; Max.PLU: 3000; Mode: 1",
+                       "log:   Брой записани артикули: 1"}));
+    EXPECT_EQ(log_, (TEvents{"Обработени 2 артикула.", "Валидни са 2 артикула.",
+                             "Ще бъдат записани само валидните артикули"}));
+}
 
 struct TBestBeforeCase {
     const char* days;
