@@ -5,6 +5,7 @@
 #include <asio/io_context.hpp>
 #include <asio/ip/udp.hpp>
 #include <span>
+#include <utility>
 
 #include "comm/AnswerReader.h"
 #include "comm/SocketLibrary.h"
@@ -20,9 +21,6 @@ using asio::ip::udp;
 
 constexpr TMilliseconds kSlice{100};
 constexpr std::size_t kDatagramSize = 100;
-// Room for any datagram: where one is longer than the room, systems differ in what they report. It
-// is cut to the channel's size here.
-constexpr std::size_t kReceiveSize = 65536;
 
 // Errors that tell of a datagram sent before, not of the one to be received.
 bool IsOfAnEarlierDatagram(const std::error_code& error) {
@@ -34,6 +32,8 @@ bool IsOfAnEarlierDatagram(const std::error_code& error) {
 
 class TDevCommUDP::TSocket : public TByteReceiver {
 public:
+    explicit TSocket(TDatagramReceive receive) : receive_(std::move(receive)) {}
+
     bool IsOpen() const { return socket_.is_open(); }
 
     void Open(std::uint16_t localPort) {
@@ -62,12 +62,10 @@ public:
         // A datagram that is dropped after it was announced must not make this wait.
         socket_.non_blocking(true);
         std::error_code error;
-        udp::endpoint sender;
-        const std::size_t count = socket_.receive_from(asio::buffer(received_), sender, 0, error);
+        const std::size_t length = receive_(Handle(), received_, error);
         if (IsOfAnEarlierDatagram(error) || error == asio::error::would_block) return {};
         if (error) throw std::system_error(error);
-        return ReceivedDatagram(std::span(received_).first<kDatagramSize>(),
-                                std::min(count, kDatagramSize));
+        return ReceivedDatagram(received_, length);
     }
 
 private:
@@ -76,11 +74,14 @@ private:
     TSocketLibrary library_;
     asio::io_context io_{1};
     udp::socket socket_{io_};
-    std::array<std::uint8_t, kReceiveSize> received_;
+    TDatagramReceive receive_;
+    std::array<std::uint8_t, kDatagramSize> received_;
 };
 
-TDevCommUDP::TDevCommUDP(TClock& clock, std::uint16_t localPort)
-    : clock_(clock), localPort_(localPort), socket_(std::make_unique<TSocket>()) {}
+TDevCommUDP::TDevCommUDP(TClock& clock, std::uint16_t localPort, TDatagramReceive receive)
+    : clock_(clock),
+      localPort_(localPort),
+      socket_(std::make_unique<TSocket>(std::move(receive))) {}
 
 TDevCommUDP::~TDevCommUDP() = default;
 

@@ -1,10 +1,15 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <span>
 #include <string>
+#include <system_error>
 
 #include "comm/Clock.h"
+#include "comm/DatagramReceive.h"
 #include "comm/DevCommBaseUnit.h"
 
 namespace tolvane {
@@ -12,13 +17,19 @@ namespace tolvane {
 // Both the scale's port and the channel's own.
 inline constexpr std::uint16_t kScaleUdpPort = 1001;
 
+// What ReceiveDatagram does.
+using TDatagramReceive = std::function<std::size_t(
+    std::uintptr_t socket, std::span<std::uint8_t> buffer, std::error_code& error)>;
+
 // The channel to a scale that answers UDP datagrams. It holds its local port while it is open, so
 // one such channel can be open on a computer at a time. Datagrams from any sender are taken; of
 // each, the first 100 bytes.
 class TDevCommUDP : public TDevComm {
 public:
-    // Another local port than the scales' is for tests that play both sides on one address.
-    explicit TDevCommUDP(TClock& clock, std::uint16_t localPort = kScaleUdpPort);
+    // Another local port than the scales' is for tests that play both sides on one address, another
+    // `receive` for those that play the socket layer.
+    explicit TDevCommUDP(TClock& clock, std::uint16_t localPort = kScaleUdpPort,
+                         TDatagramReceive receive = &ReceiveDatagram);
     ~TDevCommUDP() override;
 
     // A dotted IPv4 address; anything else makes SendData fail.

@@ -154,6 +154,35 @@ TEST_F(UdpChannelTest, ReadAnswer_AnEndByteBeyondByte100IsCutOff) {
     EXPECT_EQ(reply, TCmdBuffer(outside.begin(), outside.end() - 1));
 }
 
+// A socket layer that tells how long a datagram was, not how much of it is in the buffer.
+TEST_F(UdpChannelTest, ReadAnswer_AReportedLengthAbove100FailsWithCode1AtOnce) {
+    channel.Close();
+    std::size_t reported = 0;
+    const auto receive = [&](std::uintptr_t socket, std::span<std::uint8_t> buffer,
+                             std::error_code& error) {
+        EXPECT_EQ(buffer.size(), 100U);
+        ReceiveDatagram(socket, buffer, error);
+        EXPECT_FALSE(error) << error.message();
+        return reported;
+    };
+    TDevCommUDP told(clock, localPort, receive);
+    told.SetHost("127.0.0.1");
+    told.SetPort(peer.Port());
+    ASSERT_TRUE(told.Open()) << told.LastError;
+    TCmdBuffer frame = Datagram(100);
+    frame[99] = 0x03;
+    reported = 100;
+    PeerSends(frame);
+    EXPECT_EQ(told.ReadAnswer(reply, 0x02, 0x03, 3000), kReadOk) << told.LastError;
+    EXPECT_EQ(reply, frame);
+    reported = 101;
+    PeerSends(frame);
+    EXPECT_EQ(told.ReadAnswer(reply, 0x02, 0x03, 3000), kReadWrongAnswer);
+    EXPECT_EQ(told.LastError, "[UDP] Fail read data " + address + " - Wrong answer. Too long.");
+    EXPECT_EQ(reply, TCmdBuffer{});
+    EXPECT_EQ(clock.Passed(), TMilliseconds(0));
+}
+
 TEST_F(UdpChannelTest, ReadAnswer_DatagramsFromAnySenderAreTaken) {
     TUdpPeer stranger;
     stranger.Send(kFrame, localPort);
