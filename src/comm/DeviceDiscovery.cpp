@@ -58,16 +58,14 @@ struct TSearch {
 
 }  // namespace
 
-std::vector<TFoundDevice> FindDevices(TClock& clock, const std::atomic<bool>& stop,
-                                      const TDiscoveryTarget& target,
-                                      const TProbeSocketFactory& makeSocket) {
+void FindDevices(TClock& clock, const std::atomic<bool>& stop, const TProbeReport& report,
+                 const TDiscoveryTarget& target, const TProbeSocketFactory& makeSocket) {
     const std::array<TProbe, 3> probes = {
         TProbe{kCharacter, 0, TDeviceKind::UdpModule},
         TProbe{kFind, target.findLocalPort, TDeviceKind::UdpModule},
         TProbe{kConverter, 0, TDeviceKind::TcpModule},
     };
     const TSearch search{clock, stop, target, makeSocket};
-    std::vector<TFoundDevice> found;
     for (std::size_t i = 0; i < probes.size() && !stop; ++i) {
         TAnswers answers(probes[i].kind);
         try {
@@ -75,9 +73,8 @@ std::vector<TFoundDevice> FindDevices(TClock& clock, const std::atomic<bool>& st
         } catch (const std::exception&) {
             // The probe ends; what it has found so far counts.
         }
-        found.insert(found.end(), answers.Found().begin(), answers.Found().end());
+        if (!answers.Found().empty()) report(answers.Found());
     }
-    return found;
 }
 
 }  // namespace tolvane

@@ -55,11 +55,16 @@ using TProbeSocketFactory = std::function<std::unique_ptr<TProbeSocket>()>;
 // A UDP socket of the system.
 std::unique_ptr<TProbeSocket> MakeProbeSocket();
 
+// Gets what one probe has found, in the order of the answers; called on the searching thread.
+using TProbeReport = std::function<void(const std::vector<TFoundDevice>& found)>;
+
 // Sends the three probes one after the other and collects for a second each who answers; an address
-// is listed once per probe. What fails in a probe ends that probe alone. After `stop` it returns
-// within a tenth of a second with what it has. Any thread; throws nothing but std::bad_alloc.
-std::vector<TFoundDevice> FindDevices(TClock& clock, const std::atomic<bool>& stop,
-                                      const TDiscoveryTarget& target = {},
-                                      const TProbeSocketFactory& makeSocket = &MakeProbeSocket);
+// counts once per probe. What a probe has found is reported when it has ended, nothing when nobody
+// answered. What fails in a probe ends that probe alone. After `stop` it returns within a tenth of
+// a second and reports what it has. Any thread; throws only what `report` throws, and
+// std::bad_alloc.
+void FindDevices(TClock& clock, const std::atomic<bool>& stop, const TProbeReport& report,
+                 const TDiscoveryTarget& target = {},
+                 const TProbeSocketFactory& makeSocket = &MakeProbeSocket);
 
 }  // namespace tolvane

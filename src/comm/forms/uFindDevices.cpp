@@ -1,6 +1,5 @@
 #include "comm/forms/uFindDevices.h"
 
-#include <memory>
 #include <utility>
 
 #include "comm/Clock.h"
@@ -15,19 +14,12 @@ constexpr int kWidth = 300;
 constexpr int kHeight = 290;
 constexpr std::string_view kNothingFound = "Не са намерени везни."_cp1251;
 
-// A search that fails has found nothing.
-std::vector<TFoundDevice> Search(const TDeviceSearch& search, const std::atomic<bool>& stop) {
-    try {
-        return search(stop);
-    } catch (const std::exception&) {
-        return {};
-    }
-}
-
 }  // namespace
 
 TDeviceSearch NetworkSearch() {
-    return [](const std::atomic<bool>& stop) { return FindDevices(SystemClock(), stop); };
+    return [](const std::atomic<bool>& stop, const TProbeReport& report) {
+        FindDevices(SystemClock(), stop, report);
+    };
 }
 
 TFindDevicesForm::TFindDevicesForm(HWND owner, TDeviceSearch search) : search_(std::move(search)) {
@@ -68,38 +60,44 @@ void TFindDevicesForm::btnFindClick() {
     SendMessageW(lstDevices_, LB_RESETCONTENT, 0, 0);
     found_.clear();
     *stop_ = false;
-    const auto found = std::make_shared<std::vector<TFoundDevice>>();
-    worker_.Start([search = search_, stop = stop_, found] { *found = Search(search, *stop); },
-                  Queue(), [this, found] { SearchEnded(std::move(*found)); });
+    const auto report = [this, queue = Queue()](const std::vector<TFoundDevice>& found) mutable {
+        queue.Post([this, found] { AddFound(found); });
+    };
+    // A search that fails has found what it has reported.
+    worker_.Start([search = search_, stop = stop_, report] { search(*stop, report); }, Queue(),
+                  [this] { SearchEnded(); });
     searching_ = true;
     // Before its button is disabled: a disabled control would swallow the keys.
     SetFocus(lstDevices_);
     EnableWindow(btnFind_, FALSE);
-    SetCursor(LoadCursorW(nullptr, IDC_WAIT));
+    SetCursor(LoadCursorW(nullptr, IDC_APPSTARTING));
 }
 
-void TFindDevicesForm::SearchEnded(std::vector<TFoundDevice> found) {
-    worker_.Wait();
-    searching_ = false;
-    EnableWindow(btnFind_, TRUE);
-    SetCursor(LoadCursorW(nullptr, IDC_ARROW));
-    if (closing_) {
-        EndModal(IDCANCEL);
-        return;
-    }
-    found_ = std::move(found);
-    for (const TFoundDevice& device : found_) {
+void TFindDevicesForm::AddFound(const std::vector<TFoundDevice>& found) {
+    for (const TFoundDevice& device : found) {
+        found_.push_back(device);
         const LRESULT index = SendMessageW(lstDevices_, LB_ADDSTRING, 0,
                                            reinterpret_cast<LPARAM>(Wide(device.address).c_str()));
         SendMessageW(lstDevices_, LB_SETITEMDATA, static_cast<WPARAM>(index),
                      static_cast<LPARAM>(device.kind));
     }
-    if (found_.empty()) ShowInformation(Handle(), kNothingFound);
+}
+
+void TFindDevicesForm::SearchEnded() {
+    worker_.Wait();
+    searching_ = false;
+    EnableWindow(btnFind_, TRUE);
+    SetCursor(LoadCursorW(nullptr, IDC_ARROW));
+    if (closing_)
+        EndModal(*closing_);
+    else if (found_.empty())
+        ShowInformation(Handle(), kNothingFound);
 }
 
 void TFindDevicesForm::btnOKClick() {
     const LRESULT index = SendMessageW(lstDevices_, LB_GETCURSEL, 0, 0);
-    if (index < 0 || static_cast<std::size_t>(index) >= found_.size()) return;
+    const bool isChoice = index >= 0 && static_cast<std::size_t>(index) < found_.size();
+    if (!isChoice || closing_) return;
     chosen_ = found_[static_cast<std::size_t>(index)];
     EndModal(IDOK);
 }
@@ -108,9 +106,10 @@ void TFindDevicesForm::OnCommand(int, int code, HWND control) {
     if (control == lstDevices_ && code == LBN_DBLCLK) btnOKClick();
 }
 
-bool TFindDevicesForm::CanClose(int) {
+// The first way out counts: without a search the window would be gone by the second.
+bool TFindDevicesForm::CanClose(int result) {
     if (!searching_) return true;
-    closing_ = true;
+    if (!closing_) closing_ = result;
     *stop_ = true;
     return false;
 }
@@ -121,7 +120,7 @@ void TFindDevicesForm::OnDestroy() {
 
 LRESULT TFindDevicesForm::HandleMessage(const TMessage& message) {
     if (message.id == WM_SETCURSOR && searching_ && LOWORD(message.lParam) == HTCLIENT) {
-        SetCursor(LoadCursorW(nullptr, IDC_WAIT));
+        SetCursor(LoadCursorW(nullptr, IDC_APPSTARTING));
         return TRUE;
     }
     return TForm::HandleMessage(message);

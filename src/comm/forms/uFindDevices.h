@@ -16,14 +16,15 @@ namespace tolvane {
 
 inline constexpr const wchar_t* kFindDevicesFormClass = L"TFindDevicesForm";
 
-// Runs on a thread of its own; returns soon after `stop`.
-using TDeviceSearch = std::function<std::vector<TFoundDevice>(const std::atomic<bool>& stop)>;
+// Runs on a thread of its own and reports what it finds as it goes on; returns soon after `stop`.
+using TDeviceSearch =
+    std::function<void(const std::atomic<bool>& stop, const TProbeReport& report)>;
 
 // Searches the local network as the scales' modules expect it.
 TDeviceSearch NetworkSearch();
 
-// The window that searches the network for scales. While a search works the window stays alive;
-// closing it stops the search first.
+// The window that searches the network for scales. While a search works the window stays alive, and
+// what has been found can be chosen; closing it, with a choice or without, stops the search first.
 class TFindDevicesForm : public TForm {
 public:
     TFindDevicesForm(HWND owner, TDeviceSearch search);
@@ -42,7 +43,8 @@ private:
     void MakeControls();
     void btnFindClick();
     void btnOKClick();
-    void SearchEnded(std::vector<TFoundDevice> found);
+    void AddFound(const std::vector<TFoundDevice>& found);
+    void SearchEnded();
 
     TDeviceSearch search_;
     std::shared_ptr<std::atomic<bool>> stop_ = std::make_shared<std::atomic<bool>>(false);
@@ -51,7 +53,7 @@ private:
     HWND lstDevices_ = nullptr;
     HWND btnFind_ = nullptr;
     bool searching_ = false;
-    bool closing_ = false;  // when the search has ended
+    std::optional<int> closing_;  // the result to close with when the search has ended
     TRunWorker worker_;
 };
 

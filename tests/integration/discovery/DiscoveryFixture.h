@@ -11,6 +11,7 @@
 
 #include "comm/DeviceDiscovery.h"
 #include "simulator/VirtualScale.h"
+#include "tests/support/FoundDevices.h"
 
 namespace tolvane::test {
 
@@ -37,7 +38,7 @@ protected:
         target_.findLocalPort = FreePort();
     }
 
-    TFound Find() const { return FindDevices(SystemClock(), stop_, target_); }
+    TFound Find() const { return FoundDevices(SystemClock(), stop_, target_); }
     // Where the scale listens for its probes.
     void PointAt(const TVirtualScale& scale) {
         target_.ports = {scale.ProbePort(TProbe::Character), scale.ProbePort(TProbe::Find),

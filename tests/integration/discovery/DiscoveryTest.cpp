@@ -73,7 +73,7 @@ TEST_F(DiscoveryTest, FindDevices_AnAddressThatIsNoneFindsNothingAtOnce) {
 TEST_F(DiscoveryTest, FindDevices_EndsSoonAfterAStop) {
     TStoppingClock clock(stop_);
     const auto start = SystemClock().Now();
-    FindDevices(clock, stop_, target_);
+    FoundDevices(clock, stop_, target_);
     EXPECT_LT(SystemClock().Now() - start, std::chrono::milliseconds(900));
 }
 

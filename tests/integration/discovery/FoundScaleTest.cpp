@@ -7,6 +7,7 @@
 #include "config/ScaleListEdit.h"
 #include "config/ScaleSettings.h"
 #include "simulator/VirtualScale.h"
+#include "tests/support/FoundDevices.h"
 #include "tests/support/SilentView.h"
 #include "upload/ScaleSession.h"
 
@@ -82,7 +83,7 @@ TEST_F(FoundScaleTest, AScaleThatIsFoundIsSavedAndWrittenTo) {
     target.ports = {scale.ProbePort(TProbe::Converter), scale.ProbePort(TProbe::Converter),
                     scale.ProbePort(TProbe::Converter)};
     target.findLocalPort = 0;
-    const std::vector<TFoundDevice> found = FindDevices(SystemClock(), false, target);
+    const std::vector<TFoundDevice> found = FoundDevices(SystemClock(), false, target);
     ASSERT_EQ(found, (std::vector<TFoundDevice>{{"127.0.0.1", TDeviceKind::TcpModule}}));
 
     TScaleSettings settings = Settings(found[0], scale.Port());

@@ -8,6 +8,7 @@
 #include <asio/ip/udp.hpp>
 
 #include "comm/SystemError.h"
+#include "tests/support/FoundDevices.h"
 
 namespace tolvane::test {
 namespace {
@@ -141,14 +142,14 @@ TEST_F(LinksNetworkTest, ASearchByBroadcastFindsTheScalesByTheirKinds) {
     const std::string udp1 = Setting("UDP1");
     const std::string udp2 = Setting("UDP2");
     // Each UDP module answers both of its probes.
-    EXPECT_EQ(Sorted(FindDevices(SystemClock(), false)),
+    EXPECT_EQ(Sorted(FoundDevices(SystemClock(), false)),
               Sorted({Udp(udp1), Udp(udp1), Udp(udp2), Udp(udp2), Tcp(Setting("TCP"))}));
 }
 
 TEST_F(LinksNetworkTest, ASearchWhoseLocalPort5001IsTakenFindsWhatTheOtherProbesFind) {
     asio::io_context io;
     const asio::ip::udp::socket holder(io, {asio::ip::udp::v4(), 5001});
-    EXPECT_EQ(Sorted(FindDevices(SystemClock(), false)),
+    EXPECT_EQ(Sorted(FoundDevices(SystemClock(), false)),
               Sorted({Udp(Setting("UDP1")), Udp(Setting("UDP2")), Tcp(Setting("TCP"))}));
 }
 

@@ -14,6 +14,7 @@
 #include "tests/module/HostFrame.h"
 #include "tests/module/links/LinksFixture.h"
 #include "tests/module/settings/DialogScript.h"
+#include "tests/support/FoundDevices.h"
 
 namespace tolvane::test {
 namespace {
@@ -21,7 +22,7 @@ namespace {
 using TFound = std::vector<TFoundDevice>;
 
 TFound Search() {
-    return FindDevices(SystemClock(), false);
+    return FoundDevices(SystemClock(), false);
 }
 
 std::vector<std::string> Listed(HWND window) {
@@ -118,6 +119,24 @@ TEST_F(SearchOneTest, TheWindowListsIt) {
     EXPECT_EQ(boxes.Seen().size(), 0U);
 }
 
+TEST_F(SearchOneTest, TheWindowListsItWhileTheOtherProbesWork) {
+    const std::string udp1 = Setting("UDP1");
+    const THostFrame host;
+    TFindDevicesForm form(host.Frame(), NetworkSearch());
+    const TDialogScript script(
+        kFindDevicesFormClass,
+        {[](HWND window) { Press(window, "btnFind"); },
+         [&](HWND window) {
+             EXPECT_TRUE(RunLoopUntil([&] { return !Listed(window).empty(); }));
+             EXPECT_EQ(Listed(window), std::vector<std::string>{udp1 + " 1"});
+             EXPECT_FALSE(IsEnabledIn(window, "btnFind"));
+             SendMessageW(ControlOf(window, "lstDevices"), LB_SETCURSEL, 0, 0);
+             Press(window, "btnOK");
+         }});
+    EXPECT_EQ(form.ShowModal(), IDOK);
+    EXPECT_EQ(form.Chosen(), Udp(udp1));
+}
+
 // One UDP and one TCP module, each answering a probe with seven datagrams.
 using SearchSeveralTest = testing::Test;
 
@@ -132,7 +151,7 @@ using SearchEmptyTest = testing::Test;
 TEST_F(SearchEmptyTest, EmptyDatagramsFindNothing) {
     int datagrams = 0;
     const auto counting = [&] { return std::make_unique<TCountingSocket>(datagrams); };
-    EXPECT_EQ(FindDevices(SystemClock(), false, {}, counting), TFound{});
+    EXPECT_EQ(FoundDevices(SystemClock(), false, {}, counting), TFound{});
     // They have come: two to the probes for UDP modules, one to that for TCP modules.
     EXPECT_EQ(datagrams, 3);
 }
@@ -147,11 +166,11 @@ TEST_F(SearchFloodTest, AFloodIsOneModuleAndHidesNoOther) {
     const TFound expected = {Udp(udp1), Udp(udp1), Tcp(Setting("TCP"))};
     int datagrams = 0;
     const auto counting = [&] { return std::make_unique<TCountingSocket>(datagrams); };
-    EXPECT_EQ(FindDevices(SystemClock(), false, {}, counting), expected);
+    EXPECT_EQ(FoundDevices(SystemClock(), false, {}, counting), expected);
     const std::size_t before = PrivateBytes();
     const auto start = std::chrono::steady_clock::now();
     datagrams = 0;
-    EXPECT_EQ(FindDevices(SystemClock(), false, {}, counting), expected);
+    EXPECT_EQ(FoundDevices(SystemClock(), false, {}, counting), expected);
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
     // The system drops what finds its buffer full.
     EXPECT_GE(datagrams, kReadAtLeast);

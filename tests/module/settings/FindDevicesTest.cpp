@@ -16,7 +16,9 @@ namespace tolvane::test {
 namespace {
 
 TDeviceSearch Finds(std::vector<TFoundDevice> found) {
-    return [found = std::move(found)](const std::atomic<bool>&) { return found; };
+    return [found = std::move(found)](const std::atomic<bool>&, const TProbeReport& report) {
+        report(found);
+    };
 }
 
 const std::vector<TFoundDevice> kThree = {{"192.168.1.10", TDeviceKind::UdpModule},
@@ -37,6 +39,19 @@ void DoubleClick(HWND window) {
                  reinterpret_cast<LPARAM>(List(window)));
 }
 
+// Waits until so many addresses are listed.
+void Listed(HWND window, int count) {
+    EXPECT_TRUE(RunLoopUntil([&] { return Count(window) == count; }));
+}
+
+int Selected(HWND window) {
+    return static_cast<int>(SendMessageW(List(window), LB_GETCURSEL, 0, 0));
+}
+
+void Select(HWND window, int index) {
+    SendMessageW(List(window), LB_SETCURSEL, static_cast<WPARAM>(index), 0);
+}
+
 // Waits for the end of a search.
 void Searched(HWND window) {
     EXPECT_TRUE(RunLoopUntil([&] { return IsEnabledIn(window, "btnFind"); }));
@@ -53,8 +68,22 @@ protected:
         return result;
     }
 
+    // An early choice of the one address that the first of three probes has found, by what the user
+    // does then.
+    int ShowAndChooseEarly(const TDialogScript::TStep& choice) {
+        early_.ended = 1;
+        return Show(early_.Search(), {[](HWND window) { Press(window, "btnFind"); },
+                                      [](HWND window) { Listed(window, 1); },
+                                      [&](HWND window) {
+                                          EXPECT_FALSE(IsEnabledIn(window, "btnFind"));
+                                          Select(window, 0);
+                                          choice(window);
+                                      }});
+    }
+
     THostFrame host_;
     std::optional<TFoundDevice> chosen_;
+    TSteppedSearch early_{.probes = {{kThree[0]}, {kThree[0]}, {kThree[1]}}};
 };
 
 int ticks = 0;
@@ -160,7 +189,7 @@ TEST_F(FindDevicesTest, TheWindowLivesWhileASearchWorks) {
               EXPECT_EQ(GetFocus(), List(window));
               SendMessageW(window, WM_SETCURSOR, reinterpret_cast<WPARAM>(window),
                            MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
-              EXPECT_EQ(GetCursor(), LoadCursorW(nullptr, IDC_WAIT));
+              EXPECT_EQ(GetCursor(), LoadCursorW(nullptr, IDC_APPSTARTING));
               Picture(window, "find-searching");
               // The host paints meanwhile.
               RunLoopDry();
@@ -177,6 +206,79 @@ TEST_F(FindDevicesTest, TheWindowLivesWhileASearchWorks) {
           }});
     EXPECT_TRUE(held.started);
     EXPECT_FALSE(held.sawStop);
+}
+
+TEST_F(FindDevicesTest, ListsWhatAProbeHasFoundWhileTheNextOneWorks) {
+    TSteppedSearch search{.probes = {{kThree[0]}, {kThree[0], kThree[2]}, {}, {kThree[1]}}};
+    search.ended = 1;
+    const TBoxAnswerer boxes;
+    EXPECT_EQ(Show(search.Search(), {[](HWND window) { Press(window, "btnFind"); },
+                                     [&](HWND window) {
+                                         Listed(window, 1);
+                                         EXPECT_FALSE(IsEnabledIn(window, "btnFind"));
+                                         EXPECT_EQ(Selected(window), -1);
+                                         Select(window, 0);
+                                         search.ended = 2;
+                                         Listed(window, 3);
+                                         EXPECT_EQ(Selected(window), 0);
+                                         Select(window, 2);
+                                         search.ended = 3;
+                                         EXPECT_FALSE(IsEnabledIn(window, "btnFind"));
+                                         search.ended = 4;
+                                         Searched(window);
+                                     },
+                                     [](HWND window) {
+                                         EXPECT_EQ(Count(window), 4);
+                                         EXPECT_EQ(Selected(window), 2);
+                                         Press(window, "btnOK");
+                                     }}),
+              IDOK);
+    ASSERT_TRUE(chosen_);
+    EXPECT_EQ(*chosen_, kThree[2]);
+    EXPECT_FALSE(search.sawStop);
+    EXPECT_TRUE(boxes.Seen().empty());
+}
+
+TEST_F(FindDevicesTest, AChoiceDuringASearchClosesTheWindowAndStopsTheSearch) {
+    const TBoxAnswerer boxes;
+    const std::vector<TDialogScript::TStep> choices = {Pressing("btnOK"), &DoubleClick,
+                                                       [](HWND) { PostKey(VK_RETURN); }};
+    for (const TDialogScript::TStep& choice : choices) {
+        early_.sawStop = false;
+        EXPECT_EQ(ShowAndChooseEarly(choice), IDOK);
+        ASSERT_TRUE(chosen_);
+        EXPECT_EQ(*chosen_, kThree[0]);
+        EXPECT_TRUE(early_.sawStop);
+    }
+    EXPECT_TRUE(boxes.Seen().empty());
+}
+
+TEST_F(FindDevicesTest, TheFirstWayOutOfASearchCounts) {
+    EXPECT_EQ(ShowAndChooseEarly([](HWND window) {
+                  Press(window, "btnOK");
+                  Press(window, "btnCancel");
+              }),
+              IDOK);
+    EXPECT_EQ(chosen_, kThree[0]);
+    EXPECT_EQ(ShowAndChooseEarly([](HWND window) {
+                  Press(window, "btnCancel");
+                  Press(window, "btnOK");
+              }),
+              IDCANCEL);
+    EXPECT_FALSE(chosen_);
+}
+
+TEST_F(FindDevicesTest, OkWithoutASelectionLetsTheSearchGoOn) {
+    EXPECT_EQ(ShowAndChooseEarly([this](HWND window) {
+                  Select(window, -1);
+                  Press(window, "btnOK");
+                  early_.ended = 3;
+                  Searched(window);
+                  EXPECT_EQ(Count(window), 3);
+                  Press(window, "btnCancel");
+              }),
+              IDCANCEL);
+    EXPECT_FALSE(early_.sawStop);
 }
 
 TEST_F(FindDevicesTest, ClosingDuringASearchStopsIt) {
@@ -212,7 +314,7 @@ TEST_F(FindDevicesTest, TheWindowMayBeDestroyedDuringASearch) {
 
 TEST_F(FindDevicesTest, AFailedSearchHasFoundNothing) {
     const TBoxAnswerer boxes;
-    Show([](const std::atomic<bool>&) -> std::vector<TFoundDevice> { throw std::bad_alloc(); },
+    Show([](const std::atomic<bool>&, const TProbeReport&) { throw std::bad_alloc(); },
          {[](HWND window) { Press(window, "btnFind"); }, Searched,
           [](HWND window) { Press(window, "btnCancel"); }});
     ASSERT_EQ(boxes.Seen().size(), 1U);
@@ -220,13 +322,28 @@ TEST_F(FindDevicesTest, AFailedSearchHasFoundNothing) {
     EXPECT_EQ(boxes.Seen()[0].icon, TBoxIcon::Information);
 }
 
+TEST_F(FindDevicesTest, ASearchThatFailsHasFoundWhatIsListed) {
+    const TBoxAnswerer boxes;
+    Show(
+        [](const std::atomic<bool>&, const TProbeReport& report) {
+            report(kThree);
+            throw std::bad_alloc();
+        },
+        {[](HWND window) { Press(window, "btnFind"); }, Searched,
+         [](HWND window) {
+             EXPECT_EQ(Count(window), 3);
+             Press(window, "btnCancel");
+         }});
+    EXPECT_TRUE(boxes.Seen().empty());
+}
+
 // Three probes of a second each, into this computer's own loopback, where nobody answers; a timer
 // of this thread goes on meanwhile.
 TEST_F(FindDevicesTest, ASearchTakesAboutThreeSecondsAndNotOnThisThread) {
-    const TDeviceSearch search = [](const std::atomic<bool>& stop) {
+    const TDeviceSearch search = [](const std::atomic<bool>& stop, const TProbeReport& report) {
         TDiscoveryTarget target;
         target.address = "127.255.255.255";
-        return FindDevices(SystemClock(), stop, target);
+        FindDevices(SystemClock(), stop, report, target);
     };
     const TBoxAnswerer boxes;
     ticks = 0;

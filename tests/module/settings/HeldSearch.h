@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstddef>
 #include <thread>
 #include <vector>
 
@@ -8,7 +9,7 @@
 
 namespace tolvane::test {
 
-// A search that works until it is let go or stopped.
+// A search that works until it is let go or stopped, and finds something then.
 struct THeldSearch {
     std::atomic<bool> started{false};
     std::atomic<bool> released{false};
@@ -16,12 +17,33 @@ struct THeldSearch {
     std::vector<TFoundDevice> found;
 
     TDeviceSearch Search() {
-        return [this](const std::atomic<bool>& stop) {
+        return [this](const std::atomic<bool>& stop, const TProbeReport& report) {
             started = true;
             while (!released && !stop)
                 std::this_thread::yield();
             sawStop = stop.load();
-            return found;
+            if (!found.empty()) report(found);
+        };
+    }
+};
+
+// A search whose probes end one after the other, each when it is let go; a stop ends it.
+struct TSteppedSearch {
+    std::vector<std::vector<TFoundDevice>> probes;
+    std::atomic<std::size_t> ended{0};  // so many probes may have ended
+    std::atomic<bool> sawStop{false};
+
+    TDeviceSearch Search() {
+        return [this](const std::atomic<bool>& stop, const TProbeReport& report) {
+            for (std::size_t probe = 0; probe < probes.size(); ++probe) {
+                while (ended <= probe && !stop)
+                    std::this_thread::yield();
+                if (stop) {
+                    sawStop = true;
+                    return;
+                }
+                if (!probes[probe].empty()) report(probes[probe]);
+            }
         };
     }
 };

@@ -91,7 +91,7 @@ void ExpectPlacesApart(HWND window) {
 class LayoutTest : public testing::Test {
 protected:
     THostFrame host_;
-    TDeviceSearch search_ = [](const std::atomic<bool>&) { return std::vector<TFoundDevice>{}; };
+    TDeviceSearch search_ = [](const std::atomic<bool>&, const TProbeReport&) {};
 };
 
 }  // namespace

@@ -18,8 +18,8 @@ TScaleListServices Services() {
     services.settings.listSerialPorts = [](bool, std::vector<std::string>& items) {
         items = {"COM1"};
     };
-    services.settings.search = [](const std::atomic<bool>&) {
-        return std::vector<TFoundDevice>{{"10.0.0.7", TDeviceKind::UdpModule}};
+    services.settings.search = [](const std::atomic<bool>&, const TProbeReport& report) {
+        report({{"10.0.0.7", TDeviceKind::UdpModule}});
     };
     return services;
 }

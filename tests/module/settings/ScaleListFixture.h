@@ -74,9 +74,7 @@ protected:
         services.settings.listSerialPorts = [this](bool, std::vector<std::string>& items) {
             items = ports_;
         };
-        services.settings.search = [](const std::atomic<bool>&) {
-            return std::vector<TFoundDevice>{};
-        };
+        services.settings.search = [](const std::atomic<bool>&, const TProbeReport&) {};
         services.openPage = [this](HWND, const std::string& page) { pages_.push_back(page); };
         return services;
     }

@@ -25,7 +25,7 @@ protected:
                     sorts_.push_back(sort);
                     items = ports_;
                 },
-                [this](const std::atomic<bool>&) { return found_; }};
+                [this](const std::atomic<bool>&, const TProbeReport& report) { report(found_); }};
     }
 
     int Show(const TScaleSettings& settings, TSteps steps) {

@@ -5,6 +5,7 @@
 #include <deque>
 #include <stdexcept>
 
+#include "tests/support/FoundDevices.h"
 #include "tests/support/RecordingClock.h"
 
 namespace tolvane::test {
@@ -45,12 +46,14 @@ public:
     int open = 0;  // sockets that live
     std::function<void()> onWait;
 
-    TFound Find(const TDiscoveryTarget& target = {}) {
-        return FindDevices(clock, stop, target,
-                           [this] { return std::make_unique<TSocket>(*this); });
-    }
+    TFound Find() { return FoundDevices(clock, stop, {}, MakeSocket()); }
+    void Report(const TProbeReport& report) { FindDevices(clock, stop, report, {}, MakeSocket()); }
 
 private:
+    TProbeSocketFactory MakeSocket() {
+        return [this] { return std::make_unique<TSocket>(*this); };
+    }
+
     class TSocket : public TProbeSocket {
     public:
         explicit TSocket(TScriptedNetwork& network) : network_(network) {
@@ -155,6 +158,20 @@ TEST_F(DeviceDiscoveryTest, FindDevices_ListsAModuleThatAnswersTwoProbesTwice) {
     EXPECT_EQ(network_.Find(), (TFound{{"10.0.0.1", TDeviceKind::UdpModule},
                                        {"10.0.0.1", TDeviceKind::UdpModule},
                                        {"10.0.0.1", TDeviceKind::TcpModule}}));
+}
+
+TEST_F(DeviceDiscoveryTest, FindDevices_ReportsWhatAProbeHasFoundWhenItHasEnded) {
+    network_.script = {Answers({{"10.0.0.1"}, {"10.0.0.2"}}), Answers({}), Answers({{"10.0.0.1"}})};
+    std::vector<std::pair<TMilliseconds, TFound>> reports;
+    network_.Report([&](const TFound& found) {
+        EXPECT_EQ(network_.open, 0);
+        reports.emplace_back(network_.clock.Passed(), found);
+    });
+    EXPECT_EQ(reports,
+              (std::vector<std::pair<TMilliseconds, TFound>>{
+                  {TMilliseconds(1000),
+                   {{"10.0.0.1", TDeviceKind::UdpModule}, {"10.0.0.2", TDeviceKind::UdpModule}}},
+                  {TMilliseconds(3000), {{"10.0.0.1", TDeviceKind::TcpModule}}}}));
 }
 
 TEST_F(DeviceDiscoveryTest, FindDevices_IgnoresAReplyWithEmptyContent) {
