@@ -112,6 +112,30 @@ TEST(GridLook, AutoFitMeasuresTheRowsInViewOnly) {
     EXPECT_EQ(grid.Reader().ColumnWidth(1), grid.Reader().TextWidth(wide) + 8);
 }
 
+TEST(GridLook, AutoFitMeasuresNoRowBelowTheLastDrawnOne) {
+    constexpr int kRows = 7;
+    TBareGrid grid(1000);
+    grid.text = [](TRowId row, std::size_t) {
+        return row == kRows ? "the row below the last one" : "some text";
+    };
+    const int narrow = grid.Reader().TextWidth(L"some text") + 8;
+    const int wide = grid.Reader().TextWidth(L"the row below the last one") + 8;
+    const int exact = grid.Reader().RowRect(0).top + kRows * RowHeight(grid);
+    const auto fitted = [&](int height) {
+        SetWindowPos(grid.List(), nullptr, 0, 0, 380, height, SWP_NOMOVE | SWP_NOZORDER);
+        RunLoopDry();
+        RECT client{};
+        GetClientRect(grid.List(), &client);
+        EXPECT_EQ(client.bottom, height);
+        grid.Reader().DoubleClickTitle(1);
+        return grid.Reader().ColumnWidth(1);
+    };
+    EXPECT_EQ(fitted(exact), narrow);
+    // One pixel of it is drawn.
+    EXPECT_EQ(fitted(exact + 1), wide);
+    EXPECT_EQ(fitted(exact - 1), narrow);
+}
+
 TEST(GridLook, AutoFitOfTheFirstColumnLeavesRoomForTheIndicator) {
     TBareGrid grid(10);
     grid.text = [](TRowId, std::size_t) { return "some wide text"; };

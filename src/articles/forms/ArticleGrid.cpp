@@ -291,14 +291,32 @@ void TArticleGrid::AutoFit(std::size_t column) {
         return TextWidth(dc.Get(), font_.Get(), text.c_str(), static_cast<int>(text.size()));
     };
     int width = widthOf(columns_[column].title);
-    const auto first = static_cast<std::size_t>(SendMessageW(list_, LVM_GETTOPINDEX, 0, 0));
-    const auto inView = static_cast<std::size_t>(SendMessageW(list_, LVM_GETCOUNTPERPAGE, 0, 0));
-    const std::size_t end = std::min(source_.rowCount(), first + inView + 1);
-    for (std::size_t place = first; place < end; ++place)
+    const std::size_t end = EndOfDrawnRows();
+    for (std::size_t place = FirstDrawnRow(); place < end; ++place)
         width = std::max(width, widthOf(TextAt(source_.rowAt(place), column)));
     if (width <= 0) return;
     width += dpi_.Scale(kAutoFitMargin) + (view == 0 ? IndicatorWidth() : 0);
     SendMessageW(list_, LVM_SETCOLUMNWIDTH, static_cast<WPARAM>(view), width);
+}
+
+std::size_t TArticleGrid::FirstDrawnRow() const {
+    return static_cast<std::size_t>(SendMessageW(list_, LVM_GETTOPINDEX, 0, 0));
+}
+
+// The last drawn row may be cut at the list's lower edge; a row that begins at it is not drawn.
+std::size_t TArticleGrid::EndOfDrawnRows() const {
+    RECT client{};
+    GetClientRect(list_, &client);
+    const auto isDrawn = [&](std::size_t place) {
+        RECT row{LVIR_BOUNDS, 0, 0, 0};
+        SendMessageW(list_, LVM_GETITEMRECT, place, reinterpret_cast<LPARAM>(&row));
+        return row.top < client.bottom;
+    };
+    const std::size_t count = source_.rowCount();
+    std::size_t end = FirstDrawnRow();
+    while (end < count && isDrawn(end))
+        ++end;
+    return end;
 }
 
 LRESULT TArticleGrid::FillText(NMLVDISPINFOW& info) const {

@@ -79,7 +79,7 @@ public:
     void ClickCurrentTitle();
     // No column: no mark.
     void SetSortMark(std::optional<std::size_t> column, bool ascending);
-    // Sets a column's width to its widest text among the title and the rows in view, plus 8 pixels.
+    // Sets a column's width to its widest text among the title and the drawn rows, plus 8 pixels.
     void AutoFit(std::size_t column);
 
     // Messages that concern the list view; nothing when it is none of the grid's.
@@ -110,6 +110,8 @@ private:
     int ViewWidth(std::size_t view) const;
     void ScrollToColumn(int viewIndex);
     std::wstring TextAt(TRowId row, std::size_t column) const;
+    std::size_t FirstDrawnRow() const;
+    std::size_t EndOfDrawnRows() const;
     int IndicatorWidth() const;
     TRowColours ColoursOf(TRowId row, bool marked, bool current) const;
     RECT CellRect(int view, const RECT& row) const;
