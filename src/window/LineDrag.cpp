@@ -45,6 +45,7 @@ LRESULT CALLBACK TLineDrag::ListProcedure(HWND list, UINT id, WPARAM wParam, LPA
 bool TLineDrag::Handle(UINT id, WPARAM wParam, LPARAM lParam) {
     switch (id) {
         case WM_LBUTTONDOWN:
+        case WM_LBUTTONDBLCLK:  // the second press of two quick ones
             return Press(wParam, PointOf(lParam));
         case WM_MOUSEMOVE:
             if (line_ < 0) return false;
@@ -68,14 +69,6 @@ bool TLineDrag::Handle(UINT id, WPARAM wParam, LPARAM lParam) {
     }
 }
 
-int TLineDrag::LineAt(POINT point) const {
-    LVHITTESTINFO hit{};
-    hit.pt = point;
-    SendMessageW(list_, LVM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit));
-    // A check box is pressed, not dragged.
-    return (hit.flags & (LVHT_ONITEMLABEL | LVHT_ONITEMICON)) != 0 ? hit.iItem : -1;
-}
-
 int TLineDrag::TargetAt(POINT point) const {
     RECT client{};
     GetClientRect(list_, &client);
@@ -87,16 +80,19 @@ int TLineDrag::TargetAt(POINT point) const {
     return line == line_ ? -1 : line;
 }
 
-// The list view would wait for the mouse in a loop of its own.
+// The list view would wait for the mouse in a loop of its own, and change a check box at once.
 bool TLineDrag::Press(WPARAM buttons, POINT point) {
     // The buttons' state tells of Ctrl and Shift, not of Alt.
     if (buttons != MK_LBUTTON || GetKeyState(VK_MENU) < 0) return false;
-    const int line = LineAt(point);
-    if (line < 0) return false;
+    LVHITTESTINFO hit{};
+    hit.pt = point;
+    SendMessageW(list_, LVM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit));
+    if (hit.iItem < 0 || (hit.flags & LVHT_ONITEM) == 0) return false;
     SetFocus(list_);
-    TCheckList(list_).SetCurrent(line);
+    TCheckList(list_).SetCurrent(hit.iItem);
     SetCapture(list_);
-    line_ = line;
+    line_ = hit.iItem;
+    onCheckBox_ = (hit.flags & LVHT_ONITEM) == LVHT_ONITEMSTATEICON;
     pressed_ = point;
     return true;
 }
@@ -117,8 +113,10 @@ void TLineDrag::Move(POINT point) {
 void TLineDrag::Drop(POINT point) {
     const int from = line_;
     const int to = dragging_ ? TargetAt(point) : -1;
+    const bool ticks = onCheckBox_ && !dragging_;
     Cancel();
     if (to >= 0) moved_(from, to);
+    if (ticks) TCheckList(list_).SetChecked(from, !TCheckList(list_).IsChecked(from));
 }
 
 void TLineDrag::Cancel() noexcept {

@@ -6,9 +6,10 @@
 
 namespace tolvane {
 
-// Lets the user drag the lines of a check list to other places, and move the current line with Ctrl
-// and the up and down arrows. The lines stay where they are; `moved` is to move them. Belongs to
-// the form that has the list, and goes before it.
+// Lets the user drag the lines of a check list to other places, by their text or their check box,
+// and move the current line with Ctrl and the up and down arrows. The lines stay where they are;
+// `moved` is to move them. A click on a check box that became no drag ticks it when the button goes
+// up. Belongs to the form that has the list, and goes before it.
 class TLineDrag {
 public:
     using TMoved = std::function<void(int from, int to)>;
@@ -32,13 +33,13 @@ private:
     void Drop(POINT point);
     void ScrollAtEdge();
     bool MoveByKey(WPARAM key);
-    int LineAt(POINT point) const;
     // The line under the point on which the dragged line may be dropped, or -1.
     int TargetAt(POINT point) const;
 
     HWND list_;
     TMoved moved_;
     int line_ = -1;  // the pressed line
+    bool onCheckBox_ = false;
     POINT pressed_{};
     bool dragging_ = false;
 };

@@ -42,6 +42,17 @@ POINT PointOn(HWND chooser, int line) {
     return {label.left + 30, (label.top + label.bottom) / 2};
 }
 
+// The middle of a line's check box.
+POINT BoxOf(HWND chooser, int line) {
+    const POINT text = PointOn(chooser, line);
+    LVHITTESTINFO hit{};
+    hit.pt = {8, text.y};
+    SendMessageW(Lines(chooser), LVM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit));
+    EXPECT_EQ(hit.flags & LVHT_ONITEM, static_cast<UINT>(LVHT_ONITEMSTATEICON));
+    EXPECT_EQ(hit.iItem, line);
+    return hit.pt;
+}
+
 LPARAM PointParam(POINT at) {
     return MAKELPARAM(static_cast<WORD>(at.x), static_cast<WORD>(at.y));
 }
@@ -225,6 +236,60 @@ TEST_F(ColumnChooserTest, ADragBeginsAfterTenPixels) {
             },
             Pressing("btnCancel")});
     EXPECT_EQ(Grid().ColumnByTitle("Име"), 4);
+}
+
+TEST_F(ColumnChooserTest, ADragBeginsOnALinesCheckBoxTooAndTicksNothing) {
+    Choose({Checking(3, false),
+            [](HWND window) {
+                Drag(window, BoxOf(window, 3), BoxOf(window, 0));
+                EXPECT_EQ(TGridReader(Lines(window)).Cell(0, 0), "Име");
+                EXPECT_FALSE(IsLineChecked(window, 0));
+                EXPECT_TRUE(IsLineChecked(window, 1));
+            },
+            [](HWND window) {
+                const POINT box = BoxOf(window, 0);
+                Drag(window, box, {box.x + 10, box.y});
+                EXPECT_EQ(TGridReader(Lines(window)).Cell(0, 0), "Име");
+                EXPECT_FALSE(IsLineChecked(window, 0));
+            },
+            Pressing("btnOK")});
+    EXPECT_EQ(Grid().Titles()[0], "Арт.No:");
+    EXPECT_EQ(Stored(), "10000000000000000000000000000000");
+}
+
+TEST_F(ColumnChooserTest, AClickOnACheckBoxTicksItWhenTheButtonGoesUp) {
+    Choose({[](HWND window) {
+                const HWND lines = Lines(window);
+                const POINT box = BoxOf(window, 3);
+                SendMessageW(lines, WM_LBUTTONDOWN, MK_LBUTTON, PointParam(box));
+                EXPECT_TRUE(IsLineChecked(window, 3));
+                SendMessageW(lines, WM_LBUTTONUP, 0, PointParam(box));
+                EXPECT_FALSE(IsLineChecked(window, 3));
+                EXPECT_EQ(TGridReader(lines).FocusedRow(), 3);
+                // A quick second click.
+                SendMessageW(lines, WM_LBUTTONDBLCLK, MK_LBUTTON, PointParam(box));
+                SendMessageW(lines, WM_LBUTTONUP, 0, PointParam(box));
+                EXPECT_TRUE(IsLineChecked(window, 3));
+            },
+            [](HWND window) {
+                // Nine pixels are no drag.
+                const POINT box = BoxOf(window, 3);
+                Drag(window, box, {box.x + 9, box.y - 9});
+                EXPECT_FALSE(IsLineChecked(window, 3));
+                EXPECT_EQ(TGridReader(Lines(window)).Cell(3, 0), "Име");
+                EXPECT_TRUE(IsLineChecked(window, 2));
+            },
+            [](HWND window) {
+                // A press that another window takes over ticks nothing.
+                SendMessageW(Lines(window), WM_LBUTTONDOWN, MK_LBUTTON,
+                             PointParam(BoxOf(window, 3)));
+                ReleaseCapture();
+                SendMessageW(Lines(window), WM_LBUTTONUP, 0, PointParam(BoxOf(window, 3)));
+                EXPECT_FALSE(IsLineChecked(window, 3));
+            },
+            Pressing("btnOK")});
+    EXPECT_EQ(Grid().ColumnByTitle("Име"), -1);
+    EXPECT_EQ(Stored(), "00010000000000000000000000000000");
 }
 
 TEST_F(ColumnChooserTest, AnotherButtonOrKeyDragsNothing) {
