@@ -149,6 +149,12 @@ std::int32_t TSpinLimits::ValueOf(std::string_view text) const {
     return value == 0 ? 0 : Nearest(value);
 }
 
+int SerialPortIndex(std::span<const std::string> ports, std::string_view name) {
+    const auto isNamed = [&](const std::string& port) { return EqualIgnoringCase(port, name); };
+    const auto found = std::find_if(ports.begin(), ports.end(), isNamed);
+    return found == ports.end() ? -1 : static_cast<int>(std::distance(ports.begin(), found));
+}
+
 TScaleSettings SettingsOfNewScale(std::vector<std::string> serialPorts) {
     TScaleSettings settings;
     settings.serialPorts = std::move(serialPorts);
@@ -176,10 +182,7 @@ TScaleSettings SettingsOf(const TScaleRec& rec, std::vector<std::string> serialP
     }
     settings.scaleAddress = rec.ScaleAddr;
     settings.serialPorts = std::move(serialPorts);
-    const auto& ports = settings.serialPorts;
-    const auto port = std::find(ports.begin(), ports.end(), rec.TCPAddress.View());
-    if (port != ports.end())
-        settings.serialPort = static_cast<int>(std::distance(ports.begin(), port));
+    settings.serialPort = SerialPortIndex(settings.serialPorts, rec.TCPAddress.View());
     return settings;
 }
 

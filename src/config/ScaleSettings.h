@@ -86,6 +86,9 @@ struct TSpinLimits {
     std::int32_t ValueOf(std::string_view text) const;
 };
 
+// The place of a serial port in the list, whatever the case of its name; -1 when it is not there.
+int SerialPortIndex(std::span<const std::string> ports, std::string_view name);
+
 // The dialog of a scale to be added.
 TScaleSettings SettingsOfNewScale(std::vector<std::string> serialPorts);
 // The dialog of a listed scale; `serialPorts` are taken for a serial one.

@@ -3,7 +3,6 @@
 #include <commctrl.h>
 
 #include <algorithm>
-#include <iterator>
 #include <utility>
 
 #include "comm/SerialPorts.h"
@@ -109,9 +108,7 @@ void TfrmScaleSettings::RefreshSerialPorts(bool sort) {
     services_.listSerialPorts(sort, serialPorts_);
     ShowSerialPorts();
     // A port that is still there stays chosen.
-    const auto found = std::find(serialPorts_.begin(), serialPorts_.end(), chosen);
-    if (before >= 0 && found != serialPorts_.end())
-        SetComboIndex(cbPickComPort_, static_cast<int>(std::distance(serialPorts_.begin(), found)));
+    if (before >= 0) SetComboIndex(cbPickComPort_, SerialPortIndex(serialPorts_, chosen));
 }
 
 void TfrmScaleSettings::EnableControls() {

@@ -161,6 +161,19 @@ TEST_F(ScaleSettingsTest, TheRefreshButtonRefillsThePortListUnsorted) {
     }});
 }
 
+TEST_F(ScaleSettingsTest, APortThatIsListedInAnotherCaseStaysChosen) {
+    TScaleRec rec;
+    rec.TCPAddress = "com1";
+    rec.TCPPort = 1001;
+    Show(SettingsOf(rec, ports_), {[this](HWND window) {
+             EXPECT_EQ(ComboChoice(window, "cbPickComPort"), 1);
+             ports_ = {"com1", "com3"};
+             Press(window, "btnRefreshComList");
+             EXPECT_EQ(ComboChoice(window, "cbPickComPort"), 0);
+             Press(window, "btnCancel");
+         }});
+}
+
 TEST_F(ScaleSettingsTest, ATakenNumberIsRefusedFirst) {
     listed_ = {1};
     const TPicturedBoxes boxes("box-number-taken");

@@ -115,6 +115,19 @@ TEST(ScaleSettingsTest, SettingsOf_ChoosesNoPortThatIsNotThere) {
     EXPECT_EQ(SettingsOf(SerialScale(), {"COM1"}).serialPort, -1);
 }
 
+TEST(ScaleSettingsTest, SettingsOf_FindsAStoredPortWhateverItsCase) {
+    TScaleRec rec = SerialScale();
+    rec.TCPAddress = "com3";
+    TScaleSettings settings = SettingsOf(rec, {"COM1", "COM3"});
+    EXPECT_EQ(settings.serialPort, 1);
+    // The name is stored as the computer has it.
+    ApplySettings(settings, rec);
+    EXPECT_EQ(rec.TCPAddress.View(), "COM3");
+    EXPECT_EQ(SettingsOf(rec, {"com1", "com3"}).serialPort, 1);
+    // A part of a name is another port.
+    EXPECT_EQ(SettingsOf(rec, {"com30", "com"}).serialPort, -1);
+}
+
 TEST(ScaleSettingsTest, SettingsOf_MakesANegativeNumberPositive) {
     TScaleRec rec = NetworkScale();
     rec.ScaleNumb = -5;
