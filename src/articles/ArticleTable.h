@@ -40,7 +40,8 @@ public:
     std::string_view Text(TRowId row, TField field) const {
         return arena_.Text(At(texts_[SlotOf(field, TFieldType::Text)], row));
     }
-    // Any field as plain text (numbers with the system's decimal separator, "ДА" or "НЕ").
+    // Any field's value as text, without a display rule: a number has the system's decimal
+    // separator and no more digits than it needs, a Boolean is "1" or "0" as a flag's text is.
     std::string AsText(TRowId row, TField field, const TRegionalSettings& regional) const;
     // As the grid shows it, by the field's display rule; baseCurrency is the abbreviation.
     std::string DisplayText(TRowId row, TField field, const TRegionalSettings& regional,

@@ -49,7 +49,7 @@ std::string TArticleTable::AsText(TRowId row, TField field,
         case TFieldType::Float:
             return FormatNumber(Float(row, field), regional.decimalSeparator);
         case TFieldType::Boolean:
-            return std::string(Boolean(row, field) ? kYes : kNo);
+            return Boolean(row, field) ? "1" : "0";
         case TFieldType::Text:
             break;
     }
@@ -59,8 +59,7 @@ std::string TArticleTable::AsText(TRowId row, TField field,
 std::string TArticleTable::DisplayText(TRowId row, TField field, const TRegionalSettings& regional,
                                        std::string_view baseCurrency) const {
     const TFieldInfo& info = FieldInfo(field);
-    if (info.type == TFieldType::Text && info.display == TDisplay::YesNo)
-        return std::string(YesNo(Text(row, field)));
+    if (info.display == TDisplay::YesNo) return std::string(YesNo(AsText(row, field, regional)));
     if (info.type != TFieldType::Float) return AsText(row, field, regional);
     const TNumberFormat format = NumberFormat(info.display);
     std::string text = FormatFixed(Float(row, field), format.integerDigits, format.decimals,

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <string>
+#include <vector>
 
 #include "tests/module/BoxAnswerer.h"
 #include "tests/module/Screenshot.h"
@@ -14,6 +15,9 @@ namespace {
 
 constexpr int kSearchCommands = 2000;
 constexpr int kNameColumn = 3;
+constexpr int kPriceColumn = 10;
+constexpr int kPromotionColumn = 18;
+constexpr int kDisabledColumn = 25;
 
 // What the input box showed, and the answer that the user gives in it.
 struct TDialog {
@@ -233,6 +237,30 @@ TEST_F(SearchTest, OuterBlanksOfTheSearchTextCount) {
     Search(L"червени ");
     ASSERT_EQ(answerer.Seen().size(), 1U);
     EXPECT_EQ(answerer.Seen()[0].text, "Не е намерен артикул.");
+}
+
+// Shown as 15.50, and as "ДА" in both other columns.
+TEST_F(SearchTest, SearchesWhatAFieldHoldsAndNotWhatItsCellShows) {
+    struct TCase {
+        int column;
+        std::wstring held;
+        std::wstring shown;
+        const char* article;
+    };
+    const std::string number = Localised("15.5");
+    const std::wstring price(number.begin(), number.end());
+    const std::vector<TCase> cases = {{kPriceColumn, price, price + L"0", "14"},
+                                      {kPromotionColumn, L"1", L"да", "14"},
+                                      {kDisabledColumn, L"1", L"да", "13"}};
+    for (const TCase& searched : cases) {
+        session_.Grid().ClickRow(0, 0);
+        Command(kSearchCommands + searched.column);
+        Search(searched.held.c_str());
+        EXPECT_EQ(CurrentArticle(), searched.article) << Caption();
+        const TBoxAnswerer boxes;
+        Search(searched.shown.c_str());
+        EXPECT_EQ(boxes.Seen().size(), 1U) << Caption();
+    }
 }
 
 TEST_F(SearchTest, AnotherModifierWithCtrlAndFOpensNothing) {

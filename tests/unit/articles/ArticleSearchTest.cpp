@@ -62,6 +62,37 @@ TEST_F(ArticleSearchTest, NumbersAreSearchedAsText) {
     EXPECT_EQ(Find(TField::PLU_SELL_PRICE, 0, "2.5"), std::nullopt);
 }
 
+// The grid shows "12,50", "ДА" and "НЕ"; the fields hold 12.5, "1" and "0".
+TEST_F(ArticleSearchTest, APriceIsSearchedWithoutItsFormat) {
+    table_.SetFloat(2, TField::PLU_SELL_PRICE_LV, 12.5);
+    EXPECT_EQ(Find(TField::PLU_SELL_PRICE, 0, "12,5"), 2U);
+    EXPECT_EQ(Find(TField::PLU_SELL_PRICE, 0, "12,50"), std::nullopt);
+    EXPECT_EQ(Find(TField::PLU_SELL_PRICE_LV, 0, "12,5"), 2U);
+    EXPECT_EQ(Find(TField::PLU_SELL_PRICE_LV, 0, "12,50 "), std::nullopt);
+    // Shown as 09,00%.
+    table_.SetFloat(1, TField::TAX_GROUP_WAT, 9);
+    EXPECT_EQ(Find(TField::TAX_GROUP_WAT, 0, "9"), 1U);
+    EXPECT_EQ(Find(TField::TAX_GROUP_WAT, 0, "09"), std::nullopt);
+    EXPECT_EQ(Find(TField::TAX_GROUP_WAT, 0, "%"), std::nullopt);
+}
+
+TEST_F(ArticleSearchTest, AFlagIsSearchedAsItIsHeld) {
+    for (const TRowId row : {0U, 1U, 2U})
+        table_.SetText(row, TField::PLU_SELL_DISABLED, row == 1 ? "1" : "0");
+    EXPECT_EQ(Find(TField::PLU_SELL_DISABLED, 0, "1"), 1U);
+    EXPECT_EQ(Find(TField::PLU_SELL_DISABLED, 0, "0"), 0U);
+    EXPECT_EQ(Find(TField::PLU_SELL_DISABLED, 0, "ДА"_cp1251), std::nullopt);
+    EXPECT_EQ(Find(TField::PLU_SELL_DISABLED, 0, "НЕ"_cp1251), std::nullopt);
+}
+
+TEST_F(ArticleSearchTest, ABooleanIsSearchedAsAFlagIs) {
+    table_.SetBoolean(1, TField::HasActivePromotion, true);
+    EXPECT_EQ(Find(TField::HasActivePromotion, 0, "1"), 1U);
+    EXPECT_EQ(Find(TField::HasActivePromotion, 1, "0"), 2U);
+    EXPECT_EQ(Find(TField::HasActivePromotion, 0, "ДА"_cp1251), std::nullopt);
+    EXPECT_EQ(Find(TField::HasActivePromotion, 0, "НЕ"_cp1251), std::nullopt);
+}
+
 TEST_F(ArticleSearchTest, FollowsTheCurrentOrder) {
     table_.SetOrder({2, 1, 0});
     EXPECT_EQ(Find(TField::PLU_NAME, 0, "ябълки"_cp1251), 0U);

@@ -163,7 +163,9 @@ TEST(ArticleTable, PlainTextHasTheSystemsDecimalSeparator) {
     EXPECT_EQ(table.AsText(row, TField::PLU_SELL_PRICE, Comma()), "12,5");
     EXPECT_EQ(table.AsText(row, TField::PLU_SELL_PRICE, Point()), "12.5");
     EXPECT_EQ(table.AsText(row, TField::PLU_SELL_DISABLED, Comma()), "1");
-    EXPECT_EQ(ToUtf8(table.AsText(row, TField::HasActivePromotion, Comma())), "НЕ");
+    EXPECT_EQ(table.AsText(row, TField::HasActivePromotion, Comma()), "0");
+    table.SetBoolean(row, TField::HasActivePromotion, true);
+    EXPECT_EQ(table.AsText(row, TField::HasActivePromotion, Comma()), "1");
 }
 
 TEST(ArticleTable, PricesAreShownByTheirFormats) {
