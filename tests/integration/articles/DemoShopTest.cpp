@@ -35,7 +35,7 @@ TEST_F(DemoShopTest, Lists300ArticlesAndTheirRepeats) {
     EXPECT_EQ(std::set<int>(numbers.begin(), numbers.end()).size(), 300U);
     // Two articles have a second barcode; one has two barcodes and two promotions.
     EXPECT_EQ(numbers.size(), 305U);
-    EXPECT_EQ(Shown(0, TField::PLU_SELL_PRICE_LV), "13,90 лв");
+    EXPECT_EQ(Shown(0, TField::PLU_SELL_PRICE_LV), "7,10 EUR");
 }
 
 TEST_F(DemoShopTest, PromotionsAreTheSameOnAnyDayAndHour) {
