@@ -98,6 +98,21 @@ TEST(TextToBytesTest, BulgarianTextInEachTable) {
     }
 }
 
+// The user's guide tells what a label shows for each of them.
+TEST(TextToBytesTest, SignsThatTheDosTablesLackBecomeOtherCharacters) {
+    constexpr std::string_view kSigns = "°№„“”«»’€–—…•\u00A0"_cp1251;
+    const TCmdBuffer pc855 = {0xB0, 0xB9, 0x84, 0x93, 0x94, 0xAB, 0xBB,
+                              0x92, 0x88, 0x96, 0x97, 0x85, 0x95, 0xA0};
+    const std::string_view pc866 = "pyDSTk{RHVWEU`";
+    TCmdBuffer bytes;
+    TDevCommBase::TextToBytes(kSigns, 14, 1, bytes);
+    EXPECT_EQ(bytes, pc855);
+    EXPECT_EQ(TDevCommBase::BytesToText(bytes, 0, 14, 1), "рщДУФлыТИЦЧЕХа"_cp1251);
+    bytes.clear();
+    TDevCommBase::TextToBytes(kSigns, 14, 2, bytes);
+    EXPECT_EQ(bytes, TCmdBuffer(pc866.begin(), pc866.end()));
+}
+
 TEST(TextToBytesTest, LenBelow1_AppendsNothing) {
     for (const std::int32_t length : {0, -1, std::numeric_limits<std::int32_t>::min()}) {
         TCmdBuffer bytes = {0x7E};
