@@ -5,10 +5,10 @@
 
 namespace tolvane {
 
-// Keeps other programs and threads from changing a file between its reading and its writing, as
-// long as they lock it too. It waits for another's lock, at most about two seconds, and ends with
-// the program that holds it. Where there is no lock to be had (somebody keeps it for longer, the
-// folder takes no new file) the work goes on without one.
+// Keeps other programs and threads that lock the same file from changing it between its reading and
+// its writing. The constructor waits for another's lock, at most about two seconds. A lock ends
+// with this object, or with its program. Where there is none to be had (somebody keeps it for
+// longer, the folder takes no new file) the work goes on without one.
 class TFileLock {
 public:
     explicit TFileLock(const std::filesystem::path& file) noexcept;

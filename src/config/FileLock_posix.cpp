@@ -3,7 +3,9 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <ctime>
+#include <chrono>
+#include <new>
+#include <thread>
 
 #include "config/FileLock.h"
 
@@ -11,8 +13,8 @@ namespace tolvane {
 
 // The folder itself is locked, so that nothing is left behind in it.
 TFileLock::TFileLock(const std::filesystem::path& file) noexcept {
-    constexpr int kTries = 1000;
-    constexpr timespec kPause{0, 2'000'000};
+    constexpr std::chrono::seconds kLongest(2);
+    constexpr std::chrono::milliseconds kPause(2);
     try {
         const std::filesystem::path folder = file.has_parent_path() ? file.parent_path() : ".";
         handle_ = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
@@ -21,10 +23,11 @@ TFileLock::TFileLock(const std::filesystem::path& file) noexcept {
     }
     if (handle_ < 0) return;
     const int descriptor = static_cast<int>(handle_);
-    for (int i = 0; i < kTries; ++i) {
+    const auto start = std::chrono::steady_clock::now();
+    while (std::chrono::steady_clock::now() - start < kLongest) {
         if (flock(descriptor, LOCK_EX | LOCK_NB) == 0) return;
         if (errno != EWOULDBLOCK && errno != EINTR) break;
-        nanosleep(&kPause, nullptr);
+        std::this_thread::sleep_for(kPause);
     }
     close(descriptor);
     handle_ = -1;

@@ -20,21 +20,25 @@ HANDLE OpenLockFile(const std::wstring& name) noexcept {
 
 TFileLock::TFileLock(const std::filesystem::path& file) noexcept {
     constexpr DWORD kPauseMs = 2;
-    constexpr int kTries = 1000;
+    constexpr ULONGLONG kLongestMs = 2000;
     // A file that is about to be removed is denied for a moment, a folder without rights for ever.
-    constexpr int kDeniedTries = 50;
+    constexpr ULONGLONG kLongestDeniedMs = 100;
     try {
         const std::wstring name = file.wstring() + L".tolvane-lock";
-        int denied = 0;
-        for (int i = 0; i < kTries && denied < kDeniedTries; ++i) {
+        const ULONGLONG start = GetTickCount64();
+        ULONGLONG deniedFrom = start;
+        for (ULONGLONG now = start; now - start < kLongestMs; now = GetTickCount64()) {
             const HANDLE lock = OpenLockFile(name);
             if (lock != INVALID_HANDLE_VALUE) {
                 handle_ = reinterpret_cast<std::intptr_t>(lock);
                 return;
             }
             const DWORD error = GetLastError();
-            if (error == ERROR_ACCESS_DENIED) ++denied;
-            if (error != ERROR_ACCESS_DENIED && error != ERROR_SHARING_VIOLATION) return;
+            if (error == ERROR_SHARING_VIOLATION)
+                deniedFrom = GetTickCount64();
+            else if (error != ERROR_ACCESS_DENIED ||
+                     GetTickCount64() - deniedFrom > kLongestDeniedMs)
+                return;
             Sleep(kPauseMs);
         }
     } catch (const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch): there is no lock then

@@ -81,8 +81,8 @@ struct TSpinLimits {
 
     // The number itself when it is allowed, else the nearest limit.
     std::int32_t Nearest(std::int32_t value) const;
-    // The value of the edit's text: its lower limit when it is no integer, and Nearest of any other
-    // number, but zero stays zero.
+    // The value of the edit's text: the lower limit when it is not an integer, 0 when it is 0, else
+    // the nearest allowed number.
     std::int32_t ValueOf(std::string_view text) const;
 };
 

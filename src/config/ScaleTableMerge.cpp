@@ -1,6 +1,8 @@
 #include "config/ScaleTableMerge.h"
 
 #include <array>
+#include <cstddef>
+#include <cstdint>
 
 #include "config/IniDocument.h"
 
@@ -10,18 +12,10 @@ namespace {
 constexpr int kNoSlot = 0;
 
 using TSlotFlags = std::array<bool, kScaleSlots + 1>;  // by slot, from 1 on
-using TSlotNumbers = std::array<int, kScaleSlots + 1>;
 
 // Slots out of use are the same whatever is left in them.
 bool IsSameSlot(const TScaleRec& a, const TScaleRec& b) {
     return a == b || (!IsInUse(a) && !IsInUse(b));
-}
-
-bool IsSameTable(const TScaleTable& a, const TScaleTable& b) {
-    for (int slot = 1; slot <= kScaleSlots; ++slot) {
-        if (!IsSameSlot(a[slot], b[slot])) return false;
-    }
-    return true;
 }
 
 bool IsSameButMark(const TScaleRec& a, TScaleRec b) {
@@ -43,44 +37,69 @@ int SlotOf(const TScaleRec& rec, const TScaleTable& table, int first,
     return kNoSlot;
 }
 
-// For each current scale the slot in which it was known, and which known scales are still there.
-// Deleting a scale moves those after it; one that is found nowhere was changed where it stood.
-struct TOrigins {
-    TSlotNumbers of{};
-    TSlotFlags isKept{};
-
-    TOrigins(const TScaleTable& known, const TScaleTable& current) {
-        for (int slot = 1; slot <= kScaleSlots; ++slot) {
-            if (IsInUse(current[slot])) Keep(slot, SlotOf(current[slot], known, slot, isKept));
-        }
-        for (int slot = 1; slot <= kScaleSlots; ++slot) {
-            const auto at = static_cast<std::size_t>(slot);
-            if (IsInUse(current[slot]) && of[at] == kNoSlot && IsInUse(known[slot]) && !isKept[at])
-                Keep(slot, slot);
-        }
+// For each current scale the slot in which it was known, and which known scales are still there. A
+// scale that is found nowhere as it was has been changed: it is the one with its number or else,
+// when the number was changed, the one in its slot with its name or address.
+class TOrigins {
+public:
+    TOrigins(const TScaleTable& known, const TScaleTable& current)
+        : known_(known), current_(current) {
+        Pair([this](int slot) { return SlotOf(current_[slot], known_, slot, isKept_); });
+        Pair([this](int slot) { return SlotOfNumber(current_[slot].ScaleNumb); });
+        Pair([this](int slot) { return IsRenumbered(slot) ? slot : kNoSlot; });
     }
+
+    int Of(int slot) const { return origins_[static_cast<std::size_t>(slot)]; }
+    bool IsKept(int knownSlot) const { return isKept_[static_cast<std::size_t>(knownSlot)]; }
 
 private:
-    void Keep(int slot, int origin) {
-        of[static_cast<std::size_t>(slot)] = origin;
-        if (origin != kNoSlot) isKept[static_cast<std::size_t>(origin)] = true;
+    // Asks for the origin of each current scale that has none yet.
+    template <class Find>
+    void Pair(Find find) {
+        for (int slot = 1; slot <= kScaleSlots; ++slot) {
+            if (!IsInUse(current_[slot]) || Of(slot) != kNoSlot) continue;
+            const int origin = find(slot);
+            origins_[static_cast<std::size_t>(slot)] = origin;
+            if (origin != kNoSlot) isKept_[static_cast<std::size_t>(origin)] = true;
+        }
     }
+    bool IsFree(int knownSlot) const { return IsInUse(known_[knownSlot]) && !IsKept(knownSlot); }
+    int SlotOfNumber(std::int32_t number) const {
+        for (int slot = 1; slot <= kScaleSlots; ++slot) {
+            if (IsFree(slot) && known_[slot].ScaleNumb == number) return slot;
+        }
+        return kNoSlot;
+    }
+    bool IsRenumbered(int slot) const {
+        const TScaleRec& before = known_[slot];
+        const TScaleRec& now = current_[slot];
+        return IsFree(slot) &&
+               (before.ScaleName == now.ScaleName || before.TCPAddress == now.TCPAddress);
+    }
+
+    const TScaleTable& known_;
+    const TScaleTable& current_;
+    std::array<int, kScaleSlots + 1> origins_{};
+    TSlotFlags isKept_{};
 };
 
 // The others' table with this window's changes.
 class TMerge {
 public:
-    explicit TMerge(const TScaleTable& others) : others_(others), merged_(others) {}
+    TMerge(const TScaleTable& known, const TScaleTable& others)
+        : known_(known), others_(others), merged_(others) {}
 
     void Remove(const TScaleRec& known, int slot) {
         const int at = SlotOf(known, others_, slot);
         if (at != kNoSlot) merged_[at].TCPPort = 0;
     }
-    void Change(const TScaleRec& known, const TScaleRec& current, int slot) {
-        const int at = PlaceOf(known, slot);
+    void Change(const TScaleRec& known, const TScaleRec& current, int knownSlot, int slot) {
+        const int at = PlaceOf(known, knownSlot);
         const bool onlyMark = IsSameButMark(known, current);
-        if (at == kNoSlot && !onlyMark) Add(current, slot);
-        if (at == kNoSlot) return;
+        if (at == kNoSlot) {
+            if (!onlyMark) Add(current, slot);
+            return;
+        }
         const bool mark = known.Checked == current.Checked ? others_[at].Checked : current.Checked;
         if (!onlyMark) merged_[at] = current;
         merged_[at].Checked = mark;
@@ -90,7 +109,7 @@ public:
         int at = slot;
         if (IsInUse(merged_[at])) at = FirstFree();
         if (at == kNoSlot)
-            leftOut_.push_back(rec.ScaleName.Str());
+            leftOut_.push_back(slot);
         else
             merged_[at] = rec;
     }
@@ -100,14 +119,22 @@ public:
             if (!IsSameSlot(merged_[slot], others_[slot])) merged_.SaveSlot(slot, document);
         }
     }
-    const std::vector<std::string>& LeftOut() const { return leftOut_; }
+    const std::vector<int>& LeftOut() const { return leftOut_; }
 
 private:
-    // The others may have changed it, too; it is the same scale then as long as its number is.
-    int PlaceOf(const TScaleRec& known, int slot) const {
-        const int at = SlotOf(known, others_, slot);
-        const bool isChanged = IsInUse(others_[slot]) && others_[slot].ScaleNumb == known.ScaleNumb;
-        return at == kNoSlot && isChanged ? slot : at;
+    // The others may have changed a known scale, too: it is then the only one with its number that
+    // is no other known scale.
+    int PlaceOf(const TScaleRec& known, int knownSlot) const {
+        int found = SlotOf(known, others_, knownSlot);
+        if (found != kNoSlot) return found;
+        for (int slot = 1; slot <= kScaleSlots; ++slot) {
+            const TScaleRec& rec = others_[slot];
+            const bool isChanged = IsInUse(rec) && rec.ScaleNumb == known.ScaleNumb &&
+                                   SlotOf(rec, known_, slot) == kNoSlot;
+            if (isChanged && found != kNoSlot) return kNoSlot;
+            if (isChanged) found = slot;
+        }
+        return found;
     }
     int FirstFree() const {
         for (int slot = 1; slot <= kScaleSlots; ++slot) {
@@ -116,37 +143,44 @@ private:
         return kNoSlot;
     }
 
+    const TScaleTable& known_;
     const TScaleTable& others_;
     TScaleTable merged_;
-    std::vector<std::string> leftOut_;
+    std::vector<int> leftOut_;
 };
 
 TMerge Merged(const TScaleTable& known, const TScaleTable& current, const TScaleTable& others) {
     const TOrigins origins(known, current);
-    TMerge merge(others);
+    TMerge merge(known, others);
     for (int slot = 1; slot <= kScaleSlots; ++slot) {
-        if (IsInUse(known[slot]) && !origins.isKept[static_cast<std::size_t>(slot)])
-            merge.Remove(known[slot], slot);
+        if (IsInUse(known[slot]) && !origins.IsKept(slot)) merge.Remove(known[slot], slot);
     }
     for (int slot = 1; slot <= kScaleSlots; ++slot) {
         if (!IsInUse(current[slot])) continue;
-        const int origin = origins.of[static_cast<std::size_t>(slot)];
+        const int origin = origins.Of(slot);
         if (origin == kNoSlot)
             merge.Add(current[slot], slot);
         else if (current[slot] != known[origin])
-            merge.Change(known[origin], current[slot], origin);
+            merge.Change(known[origin], current[slot], origin, slot);
     }
     return merge;
 }
 
 }  // namespace
 
-std::vector<std::string> SaveScaleChanges(const TScaleTable& known, const TScaleTable& current,
-                                          TIniDocument& document) {
+bool HasSameScales(const TScaleTable& a, const TScaleTable& b) {
+    for (int slot = 1; slot <= kScaleSlots; ++slot) {
+        if (!IsSameSlot(a[slot], b[slot])) return false;
+    }
+    return true;
+}
+
+std::vector<int> SaveScaleChanges(const TScaleTable& known, const TScaleTable& current,
+                                  TIniDocument& document) {
     // A type of connection that the file does not know is read as the one before.
     TScaleTable others = known;
     others.Load(document);
-    if (document.Bytes().empty() || IsSameTable(others, known)) {
+    if (HasSameScales(others, known)) {
         current.Save(document);
         return {};
     }

@@ -27,7 +27,8 @@ public:
     virtual void ShowRunError(std::string text) = 0;
 };
 
-// How the interface thread ends a run: read between articles. Any thread.
+// How the interface thread ends a run: read between articles, and before a scale is put into
+// programming mode. Any thread.
 class TRunStop {
 public:
     // The user's stop: ends the pass over a scale. A run takes it back when it begins.

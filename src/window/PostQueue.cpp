@@ -25,7 +25,7 @@ struct TPostQueue::TState {
     }
     // A timer must belong to the calling thread. A message that is sent from another thread needs
     // no room in the queue of the posted ones.
-    bool Announce() const {
+    bool BringLater() const {
         if (calls.postMessage(window, message, 0, 0) != 0) return true;
         return IsOwnThread() ? SetContinueTimer()
                              : calls.sendNotifyMessage(window, message, 0, 0) != 0;
@@ -77,15 +77,25 @@ void TPostQueue::Detach() noexcept {
     state_->tasks.clear();
 }
 
-void TPostQueue::Post(TTask task) {
+bool TPostQueue::Post(TTask task) {
     {
         const std::lock_guard lock(state_->mutex);
-        if (state_->window == nullptr) return;
+        if (state_->window == nullptr) return true;
         state_->tasks.push_back(std::move(task));
-        if (!state_->announced) state_->announced = state_->Announce();
-        if (state_->announced || !state_->IsOwnThread()) return;
+    }
+    return Announce();
+}
+
+bool TPostQueue::Announce() {
+    {
+        const std::lock_guard lock(state_->mutex);
+        if (state_->window == nullptr || state_->tasks.empty()) return true;
+        if (!state_->announced) state_->announced = state_->BringLater();
+        if (state_->announced) return true;
+        if (!state_->IsOwnThread()) return false;
     }
     Run();
+    return true;
 }
 
 void TPostQueue::Run() {

@@ -16,8 +16,7 @@ struct TQueueCalls {
 };
 
 // Carries work from any thread to the thread of a window, in the order of posting. Copies share one
-// queue. Work that is posted after Detach is dropped. As long as work waits, a message or a timer
-// is under way to the window.
+// queue. Work that is posted after Detach is dropped.
 class TPostQueue {
 public:
     using TTask = std::function<void()>;
@@ -27,11 +26,14 @@ public:
     // Interface thread: `window` receives `message` when there is work, and answers it with Run.
     void Attach(HWND window, UINT message);
     void Detach() noexcept;
-    // Any thread. On the interface thread the work runs at once when nothing can bring it later.
-    void Post(TTask task);
+    // Any thread. On the interface thread the work runs at once when nothing can bring it later. On
+    // another one false says that the work waits for a later Post or Announce.
+    bool Post(TTask task);
+    // Tries again to bring what waits to the window; false when that failed.
+    bool Announce();
     // Interface thread: runs what is waiting, at most about 10 ms in one go (the rest follows with
     // the next message, so that the window stays alive; or now, when there can be no next message).
-    // Throws what a task throws, of several the first.
+    // Throws the first exception that a task has thrown.
     void Run();
 
 private:

@@ -11,16 +11,18 @@ namespace tolvane {
 
 namespace {
 
-// The window waits for the end of its run: it must hear of it even when memory is short now.
+// The window waits for the end of its run: it must hear of it even when memory is short now, or
+// when nothing can be sent to it for a while.
 void PostSurely(TPostQueue& queue, const std::function<void()>& done) noexcept {
     constexpr DWORD kRetryMs = 100;
-    for (;;) {
+    for (bool isQueued = false;;) {
         try {
-            queue.Post(done);
-            return;
-        } catch (const std::exception&) {
-            Sleep(kRetryMs);
+            const bool isUnderWay = isQueued ? queue.Announce() : queue.Post(done);
+            isQueued = true;
+            if (isUnderWay) return;
+        } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): tried again
         }
+        Sleep(kRetryMs);
     }
 }
 

@@ -146,6 +146,18 @@ TEST_F(SettingsFileTest, AHeldFileIsToldInOneBoxWhenTheWindowClosesWhichGoes) {
     ExpectToldOnClosing<THeldFile>(DWORD{FILE_SHARE_READ});
 }
 
+// The window of a failed start goes without a second box: it has changed no scale.
+TEST_F(SettingsFileTest, AFailedStartIsToldInOneBoxAlsoWhenTheFileCannotBeWritten) {
+    session_.connection.ShutDown();
+    const TReadOnly readOnly;
+    const TBoxAnswerer boxes;
+    session_.Start();
+    ASSERT_EQ(boxes.Seen().size(), 1U);
+    EXPECT_TRUE(StartsWith(boxes.Seen()[0].text, "Грешка :\r")) << boxes.Seen()[0].text;
+    EXPECT_EQ(session_.List(), nullptr);
+    EXPECT_EQ(Content(), kBefore);
+}
+
 // Held without sharing while the list opens: its twenty slots are empty then, and must not be
 // written over the file's scales.
 TEST_F(SettingsFileTest, AFileThatCouldNotBeReadLosesNothing) {

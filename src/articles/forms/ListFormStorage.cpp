@@ -21,11 +21,11 @@ std::optional<TIniDocument> TryRead(const std::filesystem::path& file) {
     }
 }
 
-std::string NoRoomText(const std::vector<std::string>& names) {
+std::string NoRoomText(const TScaleTable& scales, const std::vector<int>& slots) {
     std::string text(
         "Във файла с настройките вече има 20 везни, записани от друг прозорец. Не са записани: "_cp1251);
-    for (const std::string& name : names)
-        text += (&name == &names.front() ? "" : ", ") + name;
+    for (const int slot : slots)
+        text += (slot == slots.front() ? "" : ", ") + scales[slot].ScaleName.Str();
     return text;
 }
 
@@ -85,13 +85,23 @@ void TElicomPluScaleListForm::NeedLayout() {
 }
 
 void TElicomPluScaleListForm::Save(bool scales, bool layout) {
-    std::vector<std::string> leftOut;
-    UpdateIniFile(services_.savedConfigurationFile, [&](TIniDocument& document) {
-        if (scales) leftOut = SaveScaleChanges(savedScales_, scales_, document);
+    std::vector<int> leftOut;
+    const std::filesystem::path& file = services_.savedConfigurationFile;
+    UpdateIniFile(file, [&](TIniDocument& document) {
+        // Nobody has removed the scales of a file that is not there.
+        std::error_code ignored;
+        if (scales && !std::filesystem::exists(file, ignored))
+            scales_.Save(document);
+        else if (scales)
+            leftOut = SaveScaleChanges(savedScales_, scales_, document);
         if (layout) SaveGridLayout(CurrentLayout(), Dpi().DotsPerInch(), document);
     });
     if (scales) savedScales_ = scales_;
-    if (!leftOut.empty()) throw TFileError(NoRoomText(leftOut));
+    if (leftOut.empty()) return;
+    // The next save tries again.
+    for (const int slot : leftOut)
+        savedScales_[slot].TCPPort = 0;
+    throw TFileError(NoRoomText(scales_, leftOut));
 }
 
 void TElicomPluScaleListForm::SaveScales() {
@@ -109,7 +119,9 @@ void TElicomPluScaleListForm::EndWork() {
     try {
         Save(scalesLoaded_, layoutLoaded_);
     } catch (const std::exception& error) {
-        ShowError(error.what());
+        // What failed the start has been told already; a lost scale is told all the same.
+        const bool losesScales = scalesLoaded_ && !HasSameScales(scales_, savedScales_);
+        if (!closingAtOnce_ || losesScales) ShowError(error.what());
     }
 }
 

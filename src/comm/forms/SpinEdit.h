@@ -23,8 +23,8 @@ struct TSpinEdit {
     std::int32_t Value() const { return limits.ValueOf(Text()); }
     // Shows a value that is allowed; when the field is left.
     void Settle() const { Show(limits.Nearest(Value())); }
-    // Before the arrows take a step. From a number outside the limits that was filled in they take
-    // none: the nearest limit is shown instead. Whether that was so.
+    // Called before the arrows take a step. A number outside the limits is replaced by the nearest
+    // limit, and true says that the arrows must not go on from there.
     bool EnterLimits() const;
 
 private:

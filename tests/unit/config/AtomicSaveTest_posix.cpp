@@ -6,6 +6,7 @@
 #include <ctime>
 #include <random>
 
+#include "config/FileLock.h"
 #include "config/IniFile.h"
 #include "tests/unit/config/SavedVersions.h"
 #include "tests/unit/config/ScratchFolder.h"
@@ -86,6 +87,30 @@ TEST(WriteIniFile, LetsTwoProgramsSaveTheSameFileAtOnce) {
     const std::string found = GetFile(file);
     EXPECT_TRUE(found == versions[0].Bytes() || found == versions[1].Bytes());
     EXPECT_EQ(folder.FileCount(), 1U);
+}
+
+TEST(FileLock, EndsWithItsProgram) {
+    const TScratchFolder folder;
+    const std::filesystem::path file = folder / "a.ini";
+    int channel[2];
+    ASSERT_EQ(pipe(channel), 0);
+    const pid_t child = fork();
+    if (child == 0) {
+        const TFileLock lock(file);
+        const char held = lock.IsHeld() ? '1' : '0';
+        if (write(channel[1], &held, 1) != 1) _exit(1);
+        pause();
+        _exit(1);
+    }
+    char held = 0;
+    ASSERT_EQ(read(channel[0], &held, 1), 1);
+    EXPECT_EQ(held, '1');
+    EXPECT_FALSE(TFileLock(file).IsHeld());
+    ::kill(child, SIGKILL);
+    waitpid(child, nullptr, 0);
+    EXPECT_TRUE(TFileLock(file).IsHeld());
+    for (const int end : channel)
+        close(end);
 }
 
 }  // namespace

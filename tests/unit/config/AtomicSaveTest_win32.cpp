@@ -3,6 +3,7 @@
 
 #include <random>
 
+#include "config/FileLock.h"
 #include "config/IniFile.h"
 #include "tests/unit/config/SavedVersions.h"
 #include "tests/unit/config/ScratchFolder.h"
@@ -21,14 +22,14 @@ path SaverProgram() {
     return path(program).parent_path() / "config_saver.exe";
 }
 
-// A saver at work in a folder. Never outlives the test.
+// Another program at work in a folder. Never outlives the test.
 class TSaver {
 public:
-    explicit TSaver(const path& folder) {
+    explicit TSaver(const path& folder, const std::wstring& work = L"save") {
         const std::wstring name = L"tolvane-saver-" + std::to_wstring(GetCurrentProcessId());
         started_ = CreateEventW(nullptr, TRUE, FALSE, name.c_str());
         ResetEvent(started_);
-        std::wstring line = L"config_saver " + name;
+        std::wstring line = L"config_saver " + work + L" " + name;
         STARTUPINFOW startup{};
         startup.cb = sizeof startup;
         EXPECT_TRUE(CreateProcessW(SaverProgram().c_str(), line.data(), nullptr, nullptr, FALSE, 0,
@@ -43,7 +44,7 @@ public:
             if (handle != nullptr) CloseHandle(handle);
     }
 
-    // Whether it has saved once.
+    // Whether it has saved once, or has its lock.
     bool HasStarted() const {
         const HANDLE either[] = {started_, process_.hProcess};
         return WaitForMultipleObjects(2, either, FALSE, kDeadlineMs) == WAIT_OBJECT_0;
@@ -88,6 +89,18 @@ TEST(WriteIniFile, LeavesTheOldOrTheNewFileWholeWhenItIsKilled) {
     WriteIniFile(file, TIniDocument("[A]\r\nk=1\r\n"));
     EXPECT_EQ(folder.FileCount(), 1U);
     EXPECT_EQ(GetFile(file), "[A]\r\nk=1\r\n");
+}
+
+TEST(FileLock, EndsWithItsProgram) {
+    const TScratchFolder folder;
+    {
+        const TSaver holder(folder.Path(), L"lock");
+        ASSERT_TRUE(holder.HasStarted());
+        EXPECT_FALSE(TFileLock(folder / "a.ini").IsHeld());
+        ASSERT_TRUE(holder.DiesAfter(0));
+    }
+    EXPECT_TRUE(TFileLock(folder / "a.ini").IsHeld());
+    EXPECT_EQ(folder.FileCount(), 0U);
 }
 
 }  // namespace

@@ -1,11 +1,15 @@
-// The program that the kill test kills: saves two contents of "a.ini" in its working folder in
-// turn, for ever, and sets an event after the first.
+// The program that the kill tests kill, at work on "a.ini" in its working folder.
 //
-//   config_saver <name of the event>
+//   config_saver save <name of an event>   saves two contents in turn, for ever, and sets the event
+//                                          after the first
+//   config_saver lock <name of an event>   locks the file, sets the event, and keeps the lock
 #include <windows.h>
 
 #include <exception>
+#include <filesystem>
+#include <string_view>
 
+#include "config/FileLock.h"
 #include "config/IniFile.h"
 #include "tests/unit/config/SavedVersions.h"
 
@@ -21,16 +25,25 @@ void SaveForEver(HANDLE started) {
         WriteIniFile(file, versions[save % 2]);
 }
 
+void LockForEver(HANDLE started) {
+    const TFileLock lock(std::filesystem::current_path() / "a.ini");
+    if (lock.IsHeld()) SetEvent(started);
+    Sleep(INFINITE);
+}
+
 }  // namespace
 }  // namespace tolvane
 
 // Ending at all is a failure that the test sees.
 int main(int count, char** arguments) {
-    if (count != 2) return 2;
-    const HANDLE started = OpenEventA(EVENT_MODIFY_STATE, FALSE, arguments[1]);
+    if (count != 3) return 2;
+    const HANDLE started = OpenEventA(EVENT_MODIFY_STATE, FALSE, arguments[2]);
     if (started == nullptr) return 3;
     try {
-        tolvane::SaveForEver(started);
+        if (arguments[1] == std::string_view("lock"))
+            tolvane::LockForEver(started);
+        else
+            tolvane::SaveForEver(started);
     } catch (const std::exception&) {
         return 1;
     }

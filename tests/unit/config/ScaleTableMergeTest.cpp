@@ -62,7 +62,7 @@ protected:
         table[kScaleSlots].TCPPort = 0;
     }
 
-    std::vector<std::string> leftOut_;
+    std::vector<int> leftOut_;
     const std::string a_ = Section(1, 1, "A");
     const std::string b_ = Section(2, 2, "B");
 };
@@ -79,8 +79,8 @@ TEST_F(ScaleTableMerge, InAnUnchangedFileTheWholeTableIsWritten) {
               "Encoding=2\r\nScaleAddr=0\r\n");
 }
 
-TEST_F(ScaleTableMerge, AFileThatHasGoneGetsTheWholeTable) {
-    EXPECT_EQ(Saved(a_ + b_, Nothing, ""), a_ + b_);
+TEST_F(ScaleTableMerge, AFileThatOthersHaveEmptiedStaysEmpty) {
+    EXPECT_EQ(Saved(a_ + b_, Nothing, ""), "");
 }
 
 TEST_F(ScaleTableMerge, AScaleThatAnotherWindowHasAddedStays) {
@@ -153,13 +153,58 @@ TEST_F(ScaleTableMerge, ScalesThatMovedHereAndDidNotChangeStayAsTheOthersLeftThe
     EXPECT_EQ(Saved(a_ + b_, DeleteFirst, renamed), Section(2, 2, "renamed"));
 }
 
+// The editor moves the later scales up: the second slot then holds the third scale, changed.
+TEST_F(ScaleTableMerge, DeletingOneScaleAndChangingTheNextInOneGoIsNoChangeOfTheFirst) {
+    const std::string opened = a_ + b_ + Section(3, 3, "C");
+    const TChange deleteAndRename = [](TScaleTable& table) {
+        table[2] = Scale(3, "C here");
+        table[3].TCPPort = 0;
+    };
+    EXPECT_EQ(Saved(opened, deleteAndRename, a_ + Section(2, 2, "B there") + Section(3, 3, "C")),
+              a_ + Section(2, 2, "B there") + Section(3, 3, "C here"));
+    EXPECT_EQ(Saved(opened, deleteAndRename, a_ + b_ + Section(3, 3, "C there")),
+              a_ + Section(3, 3, "C here"));
+}
+
+TEST_F(ScaleTableMerge, AChangedScaleKeepsItsOwnMark) {
+    const TChange deleteAndChange = [](TScaleTable& table) {
+        table[2] = Scale(3, "C here");
+        table[2].Checked = false;
+        table[3].TCPPort = 0;
+    };
+    EXPECT_EQ(Saved(a_ + Section(2, 2, "B", false) + Section(3, 3, "C"), deleteAndChange,
+                    a_ + b_ + Section(3, 3, "C")),
+              a_ + Section(3, 3, "C here", false));
+}
+
+TEST_F(ScaleTableMerge, AScaleAddedInTheSlotOfADeletedOneHasNothingOfIt) {
+    EXPECT_EQ(Saved(a_ + b_, Put(2, Scale(9, "N")), a_ + Section(2, 2, "B", false)),
+              a_ + Section(2, 9, "N"));
+    EXPECT_EQ(Saved(a_ + b_, Put(2, Scale(9, "N")), a_ + Section(2, 2, "B there")),
+              a_ + Section(2, 2, "B there") + Section(3, 9, "N"));
+}
+
+TEST_F(ScaleTableMerge, AScaleWithANewNumberIsTheSameByItsName) {
+    EXPECT_EQ(Saved(a_, Put(1, Scale(7, "A")), a_ + b_), Section(1, 7, "A") + b_);
+}
+
+TEST_F(ScaleTableMerge, AMarkFollowsAScaleThatTheOthersHaveMovedAndRenamed) {
+    EXPECT_EQ(Saved(a_ + b_, Unmark(2), Section(1, 2, "B there")), Section(1, 2, "B there", false));
+}
+
+TEST_F(ScaleTableMerge, AMarkGoesToNoScaleThatCannotBeToldFromAnother) {
+    const std::string opened = a_ + Section(2, 5, "mine");
+    const std::string now = a_ + Section(2, 5, "theirs") + Section(3, 5, "mine, renamed");
+    EXPECT_EQ(Saved(opened, Unmark(2), now), now);
+}
+
 TEST_F(ScaleTableMerge, AnAddedScaleWithoutRoomIsNamedAndNothingIsLost) {
     std::string opened;
     for (int slot = 1; slot < kScaleSlots; ++slot)
         opened += Section(slot, slot, "S" + std::to_string(slot));
     const std::string full = opened + Section(20, 20, "theirs");
     EXPECT_EQ(Saved(opened, Put(20, Scale(21, "mine")), full), full);
-    EXPECT_EQ(leftOut_, std::vector<std::string>{"mine"});
+    EXPECT_EQ(leftOut_, std::vector<int>{20});
 }
 
 TEST_F(ScaleTableMerge, EqualScalesAreToldApartByTheirSlots) {

@@ -25,6 +25,7 @@ constexpr int kAlways = INT_MAX;
 // How often each call still fails. The calls have no place for a pointer to the test.
 struct TFailures {
     std::atomic<int> posts = kNever;
+    std::atomic<int> notifications = kNever;
     std::atomic<int> timers = kNever;
 };
 TFailures& Failures() {
@@ -41,6 +42,10 @@ bool Fails(std::atomic<int>& left) {
 
 BOOL WINAPI Post(HWND window, UINT id, WPARAM wParam, LPARAM lParam) {
     return Fails(Failures().posts) ? FALSE : PostMessageW(window, id, wParam, lParam);
+}
+
+BOOL WINAPI Notify(HWND window, UINT id, WPARAM wParam, LPARAM lParam) {
+    return Fails(Failures().notifications) ? FALSE : SendNotifyMessageW(window, id, wParam, lParam);
 }
 
 UINT_PTR WINAPI StartTimer(HWND window, UINT_PTR id, UINT delay, TIMERPROC procedure) {
@@ -106,6 +111,7 @@ protected:
 
     static void FailNothing() {
         Failures().posts = kNever;
+        Failures().notifications = kNever;
         Failures().timers = kNever;
     }
     static void FailBoth() {
@@ -115,6 +121,7 @@ protected:
     static TQueueCalls Calls() {
         TQueueCalls calls;
         calls.postMessage = &Post;
+        calls.sendNotifyMessage = &Notify;
         calls.setTimer = &StartTimer;
         return calls;
     }
@@ -265,6 +272,34 @@ TEST_F(PostQueue, WorkMayWaitForTheThreadThatPostedIt) {
     worker.Wait();
     EXPECT_TRUE(waits);
     EXPECT_TRUE(RunLoopUntil([&] { return ended; }));
+}
+
+TEST_F(PostQueue, WorkThatNothingCouldBringComesWhenItIsAnnouncedAgain) {
+    Failures().posts = kAlways;
+    Failures().notifications = kAlways;
+    bool isUnderWay = true;
+    std::thread([&] { isUnderWay = queue_.Post(Noting(0)); }).join();
+    EXPECT_FALSE(isUnderWay);
+    std::thread([&] { isUnderWay = queue_.Announce(); }).join();
+    EXPECT_FALSE(isUnderWay);
+    Pump();
+    EXPECT_TRUE(ran_.empty());
+    FailNothing();
+    std::thread([&] { isUnderWay = queue_.Announce(); }).join();
+    EXPECT_TRUE(isUnderWay);
+    EXPECT_TRUE(RunLoopUntilRan(1));
+}
+
+TEST_F(PostQueue, TheEndOfAThreadComesOnceWhenNothingCouldBeSentForAWhile) {
+    Failures().posts = kAlways;
+    Failures().notifications = 3;
+    int ends = 0;
+    TRunWorker worker;
+    worker.Start([] {}, queue_, [&] { ++ends; });
+    EXPECT_TRUE(RunLoopUntil([&] { return ends > 0; }));
+    worker.Wait();
+    Pump();
+    EXPECT_EQ(ends, 1);
 }
 
 }  // namespace
