@@ -109,7 +109,7 @@ TEST_F(StoredNumberInListTest, StaysInTheListWhenSomethingElseIsChanged) {
                                    SetTextOf(window, "edtScaleName", L"Риба");
                                    Press(window, "btnOk");
                                }});
-    EXPECT_EQ(Show({NetworkScale(75, "A", "10.0.0.7"), NetworkScale(60, "B", "10.0.0.8")},
+    EXPECT_EQ(Show({NetworkScale(75, "A", "10.0.0.7"), NetworkScale(5, "B", "10.0.0.8")},
                    {Pressing("btnEditScale"),
                     [](HWND window) {
                         ExpectDetails(window, "75", "Риба", "10.0.0.7", "100");
@@ -119,7 +119,7 @@ TEST_F(StoredNumberInListTest, StaysInTheListWhenSomethingElseIsChanged) {
     ASSERT_EQ(scales_.size(), 2U);
     EXPECT_EQ(scales_[0].Rec.ScaleNumb, 75);
     EXPECT_EQ(scales_[0].Rec.ScaleName.View(), "Риба"_cp1251);
-    EXPECT_EQ(scales_[1].Rec.ScaleNumb, 60);
+    EXPECT_EQ(scales_[1].Rec.ScaleNumb, 5);
 }
 
 }  // namespace tolvane::test
