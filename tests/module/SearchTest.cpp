@@ -255,9 +255,10 @@ TEST_F(SearchTest, SearchesWhatAFieldHoldsAndNotWhatItsCellShows) {
     for (const TCase& searched : cases) {
         session_.Grid().ClickRow(0, 0);
         Command(kSearchCommands + searched.column);
+        const TBoxAnswerer boxes;
         Search(searched.held.c_str());
         EXPECT_EQ(CurrentArticle(), searched.article) << Caption();
-        const TBoxAnswerer boxes;
+        EXPECT_TRUE(boxes.Seen().empty()) << Caption();
         Search(searched.shown.c_str());
         EXPECT_EQ(boxes.Seen().size(), 1U) << Caption();
     }

@@ -238,6 +238,7 @@ TEST_F(PostQueue, TheUsersInputComesBetweenTheTurns) {
 TEST_F(PostQueue, AnotherWindowHearsOfItsWorkAlthoughTheFirstNeverHandledItsMessage) {
     queue_.Post(Noting(0));
     queue_.Detach();
+    window_.Destroy();
     TQueueWindow second(queue_);
     queue_.Post(Noting(1));
     EXPECT_TRUE(RunLoopUntilRan(1));
