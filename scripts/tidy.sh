@@ -1,16 +1,22 @@
 #!/usr/bin/env bash
 # Runs clang-tidy over the product's source files (not the tests') of a configured and built preset,
 # and remembers what passed: a file is looked at again only when it, a header that it includes, or the
-# rules have changed.
+# rules have changed. The files of a folder are read together, as most of the time goes into the headers
+# that they share; where something is found, each is looked at by itself.
 #
 #   scripts/tidy.sh native|windows
+#
+# For Windows only those files are looked at that the native build does not have, or that see the
+# system's headers. With CI=true every file is, by itself, whatever has passed before.
 
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
 preset=${1:?native or windows}
 tree=$BUILD/$preset
+work=$tree/tidy
 passed=$BUILD/tidy/$preset
-mkdir -p "$passed"
+rm -rf "$work"
+mkdir -p "$passed" "$work"
 
 # clang reads the cross compiler's own headers, in that compiler's order.
 cross_arguments() {
@@ -33,65 +39,135 @@ clang_resource_headers() {
     ls -d /usr/lib/llvm-*/lib/clang/*/include | tail -n 1
 }
 
-# "object<TAB>source" of our own files, from the list of compile commands.
+# "object<TAB>command<TAB>source" of our own files, from the list of compile commands. The command is as
+# the list writes it, without what only the compiler's precompiled headers need.
 own_files() {
-    awk -v root="$ROOT/" '
-        /^ *"command":/ { match($0, / -o [^ ]+/); object = substr($0, RSTART + 4, RLENGTH - 4) }
+    awk -v root="$ROOT/" -v tree="$tree/" '
+        function own(source) {
+            if (index(source, root) == 1 && index(source, tree) != 1 && source ~ /\.cpp$/ && source !~ /\/tests\//)
+                print object "\t" command "\t" source
+        }
+        /^ *"command":/ {
+            match($0, / -o [^ ]+/); object = substr($0, RSTART + 4, RLENGTH - 4)
+            command = $0
+            gsub(/^ *"command": "|",?$| -Winvalid-pch| -include [^ ]*cmake_pch\.hxx/, "", command)
+            sub(/ -o .*/, "", command)
+        }
         /^ *"file":/ {
             gsub(/^ *"file": "|",?$/, "")
-            if (index($0, root) == 1 && $0 ~ /\.cpp$/ && $0 !~ /\/tests\//) print object "\t" $0
+            # Several of our files in one of CMake.
+            if ($0 ~ /\/Unity\/unity_/) {
+                unity = $0
+                while ((getline line < unity) > 0)
+                    if (line ~ /^#include "/) { gsub(/^#include "|"$/, "", line); own(line) }
+                close(unity)
+            } else own($0)
         }' "$tree/compile_commands.json"
 }
 
-# "object<TAB>one project header or source" for everything that an object was built from.
+# "object<TAB>header or source" for everything that an object was built from.
 dependencies() {
-    ninja -C "$tree" -t deps | awk -v root="$ROOT/" '
+    ninja -C "$tree" -t deps | awk '
         /^[^ ].*: #deps/ { object = $1; sub(/:$/, "", object); next }
-        /^ / { file = $1; if (file !~ /^\//) next; if (index(file, root) == 1) print object "\t" file }'
+        /^ / { if ($1 ~ /^\//) print object "\t" $1 }'
 }
 
-fingerprints() { # writes "hash<TAB>source" per file
-    local sums=$tree/tidy-sums
+# fingerprints <own files> <dependencies>: "hash<TAB>command<TAB>source" per file.
+fingerprints() {
+    local command source text
     find src host simulator demo -type f \( -name '*.cpp' -o -name '*.h' \) -print0 |
-        xargs -0 sha256sum | awk -v root="$ROOT/" '{ print root $2 "\t" $1 }' >"$sums"
-    { own_files | awk -F'\t' '{ print "own\t" $0 }'; dependencies | awk -F'\t' '{ print "dep\t" $0 }'; } |
-        awk -F'\t' -v sums="$sums" -v rules="$(sha256sum <.clang-tidy)" '
-            BEGIN { while ((getline line < sums) > 0) { split(line, part, "\t"); sum[part[1]] = part[2] } }
-            $1 == "own" { source[$2] = $3 }
-            $1 == "dep" { text[$2] = text[$2] " " $3 "=" sum[$3] }
-            END { for (object in source)
-                      print source[object] "\t" rules " " source[object] "=" sum[source[object]] text[object] }' |
-        while IFS=$'\t' read -r source text; do
-            printf '%s\t%s\n' "$(sha256sum <<<"$text" | cut -c1-40)" "$source"
+        xargs -0 sha256sum | awk -v root="$ROOT/" '{ print root $2 "\t" $1 }' >"$work/sums"
+    awk -F'\t' -v rules="$(sha256sum <.clang-tidy)" '
+        FILENAME ~ /sums$/ { sum[$1] = $2; next }
+        FILENAME ~ /dependencies$/ { if ($2 in sum) text[$1] = text[$1] " " $2 "=" sum[$2]; next }
+        { print $2 "\t" $3 "\t" rules " " $3 "=" sum[$3] text[$1] }' "$work/sums" "$2" "$1" |
+        while IFS=$'\t' read -r command source text; do
+            printf '%s\t%s\t%s\n' "$(sha256sum <<<"$text" | cut -c1-40)" "$command" "$source"
         done
+}
+
+# only_here <own files> <dependencies>: those of the first that the native build does not show as well.
+only_here() {
+    local native=$BUILD/native/compile_commands.json
+    if [ "$preset" = native ] || [ "${CI:-}" = true ] || ! [ -e "$native" ]; then
+        cat "$1"
+        return 0
+    fi
+    (preset=native tree=$BUILD/native && own_files) | cut -f3 >"$work/native"
+    awk -F'\t' '
+        FILENAME ~ /native$/ { elsewhere[$1] = 1; next }
+        FILENAME ~ /dependencies$/ { if ($1 !~ /\/Unity\// && $2 ~ /\/windef\.h$/) system_headers[$1] = 1; next }
+        !($3 in elsewhere) || ($1 in system_headers)' "$work/native" "$2" "$1"
 }
 
 cd "$ROOT"
 arguments=(--extra-arg=-DTOLVANE_CLANG_TIDY --extra-arg=-Wno-unknown-warning-option)
 [[ $preset == windows ]] && mapfile -t -O 2 arguments < <(cross_arguments)
+printf '%s\n' "${arguments[@]}" >"$work/arguments"
 
-todo=$tree/tidy-todo
-: >"$todo"
-total=0
-while IFS=$'\t' read -r hash source; do
-    total=$((total + 1))
-    [[ -e $passed/$hash ]] || printf '%s %s\n' "$hash" "$source" >>"$todo"
-done < <(fingerprints)
-say "$total files, $(wc -l <"$todo") to look at"
-[ "$total" -gt 0 ] || fail "tidy.sh: no source file of $preset was found; is it configured and built?"
+own_files >"$work/all"
+dependencies >"$work/dependencies"
+[ -s "$work/all" ] || fail "tidy.sh: no source file of $preset was found; is it configured and built?"
+only_here "$work/all" "$work/dependencies" >"$work/own"
+fingerprints "$work/own" "$work/dependencies" | sort -t$'\t' -k3,3 -u >"$work/prints"
+while IFS=$'\t' read -r hash command source; do
+    if [ "${CI:-}" = true ] || ! [ -e "$passed/$hash" ]; then
+        printf '%s\t%s\t%s\n' "$hash" "$command" "$source"
+    fi
+done <"$work/prints" >"$work/todo"
+say "$(cut -f3 "$work/all" | sort -u | wc -l) files, $(wc -l <"$work/own") of them to be seen here," \
+    "$(wc -l <"$work/todo") to look at"
 
-check_one() {
-    local hash=$1 source=$2 out
-    shift 2
-    if out=$(clang-tidy -p "$tree" --quiet "$@" "$source" 2>&1); then
-        touch "$passed/$hash"
-    else
+# look <list> <name> [option]...: clang-tidy over a list's files, read as one.
+look() {
+    local folder=$work/$2 command file options
+    mkdir -p "$folder"
+    command=$(head -n 1 "$1" | cut -f2)
+    awk -F'\t' '{ print "#include \"" $3 "\"  // NOLINT(bugprone-suspicious-include)" }' "$1" >"$folder/all.cpp"
+    file=$folder/all.cpp
+    if [ "$(wc -l <"$1")" -eq 1 ]; then file=$(cut -f3 "$1"); fi
+    printf '[{"directory": "%s", "command": "%s -c %s", "file": "%s"}]\n' "$tree" "$command" "$file" "$file" \
+        >"$folder/compile_commands.json"
+    mapfile -t options <"$work/arguments"
+    clang-tidy -p "$folder" --config-file="$ROOT/.clang-tidy" --quiet "${options[@]}" "${@:3}" "$file" 2>&1
+}
+
+# Whether no name of one file is in another's way; one quick check stands for none.
+bear_each_other() {
+    [ "$(wc -l <"$1")" -eq 1 ] || look "$1" "$2" '--checks=-*,modernize-use-nullptr' >/dev/null
+}
+
+# look_at <list> <name>: fails, and shows why, when a file has something to be seen by itself. Files that
+# do not bear each other are read in halves.
+look_at() {
+    local list=$1 name=$2 out count failed=0
+    count=$(wc -l <"$list")
+    if bear_each_other "$list" "$name" && out=$(look "$list" "$name"); then
+        (cd "$passed" && cut -f1 "$list" | xargs touch)
+        return 0
+    fi
+    if [ "$count" -eq 1 ]; then
         printf '%s\n' "$out" | head -n 40 |
             grep -vE '^[0-9]+ warnings? (generated|treated)|^Suppressed|^Use -header-filter'
         return 1
     fi
+    head -n $((count / 2)) "$list" >"$list-1"
+    tail -n +$((count / 2 + 1)) "$list" >"$list-2"
+    look_at "$list-1" "$name-1" || failed=1
+    look_at "$list-2" "$name-2" || failed=1
+    return "$failed"
 }
-export -f check_one
-export tree passed
-xargs -r -a "$todo" -P "$JOBS" -L 1 bash -c 'arguments=("${@:1:$#-2}"); check_one "${@: -2}" "${arguments[@]}"' _ \
-    "${arguments[@]}"
+export -f look bear_each_other look_at
+export ROOT tree work passed
+
+# At most so many of one folder and one command are read as one.
+together=8
+if [ "${CI:-}" = true ]; then together=1; fi
+awk -F'\t' -v together="$together" -v work="$work" '
+    {
+        group = $3; sub(/\/[^\/]*$/, "", group); group = group $2
+        if (count[group]++ % together == 0) list[group] = work "/list" ++lists
+        print >list[group]
+    }' "$work/todo"
+find "$work" -name 'list*' -printf '%f\n' | sort |
+    xargs -r -P "$JOBS" -I{} bash -c 'look_at "$work/$1" "of-$1"' _ {}
