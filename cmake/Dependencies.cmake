@@ -26,9 +26,12 @@ if(WIN32)
     target_compile_definitions(tolvane_asio INTERFACE ASIO_HAS_THREADS=1 ASIO_HAS_PTHREADS=1)
 endif()
 
-# GoogleTest is built from its source package for both targets, with the flags of the build.
+# GoogleTest is built from its source package for both targets, with the tests' flags.
 set(INSTALL_GTEST OFF CACHE BOOL "" FORCE)
 set(gtest_force_shared_crt ON CACHE BOOL "" FORCE)
 if(BUILD_TESTING)
     add_subdirectory(/usr/src/googletest ${CMAKE_BINARY_DIR}/googletest EXCLUDE_FROM_ALL SYSTEM)
+    foreach(part gtest gtest_main)
+        target_link_libraries(${part} PRIVATE tolvane_test_flags)
+    endforeach()
 endif()

@@ -6,6 +6,19 @@ add_library(tolvane_warnings INTERFACE)
 target_compile_options(tolvane_warnings INTERFACE -Wall -Wextra -Wshadow -Wconversion -Werror
     $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
 
+# tolvane_precompiled(<name> <header>): for others to reuse.
+function(tolvane_precompiled name header)
+    file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/${name}.cpp "")
+    add_library(${name} OBJECT ${CMAKE_CURRENT_BINARY_DIR}/${name}.cpp)
+    target_precompile_headers(${name} PRIVATE ${header})
+endfunction()
+
+# Builds that only tests use take the standard library precompiled. What is installed does not: it shows
+# whether each file includes what it needs.
+if(TOLVANE_SANITIZE)
+    tolvane_precompiled(tolvane_standard_headers ${PROJECT_SOURCE_DIR}/tests/support/StandardHeaders.h)
+endif()
+
 # tolvane_library(<name> SOURCES <files> LINKS <targets>): one folder's code. LINKS names what the
 # folder may use, and nothing else is on its link line.
 function(tolvane_library name)
@@ -13,6 +26,9 @@ function(tolvane_library name)
     add_library(${name} STATIC ${arg_SOURCES})
     target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
     target_link_libraries(${name} PUBLIC ${arg_LINKS} PRIVATE tolvane_warnings)
+    if(TOLVANE_SANITIZE)
+        target_precompile_headers(${name} REUSE_FROM tolvane_standard_headers)
+    endif()
 endfunction()
 
 # tolvane_program(<name> SOURCES <files> LINKS <targets>)
@@ -23,12 +39,50 @@ function(tolvane_program name)
     target_link_libraries(${name} PRIVATE ${arg_LINKS} tolvane_warnings)
 endfunction()
 
-# tolvane_test(<name> LEVEL unit|integration|module SOURCES <files> LINKS <targets>): one test
-# program. Unit and integration tests run natively under ctest; module tests are Windows programs
-# that the test script runs under Wine.
+# How tests are compiled: whatever makes that quick. A failed test names its own line, so nobody reads
+# debug information of it; of the sanitizers the one that watches memory stays.
+add_library(tolvane_test_flags INTERFACE)
+target_compile_options(tolvane_test_flags INTERFACE -O0 -g0)
+if(TOLVANE_SANITIZE)
+    target_compile_options(tolvane_test_flags INTERFACE -fno-sanitize=undefined)
+endif()
+if(WIN32)
+    target_compile_options(tolvane_test_flags INTERFACE -fno-function-sections -fno-data-sections)
+else()
+    # Precompiled headers are shared only among files that agree on this.
+    target_compile_options(tolvane_test_flags INTERFACE -fPIE)
+endif()
+
+# tolvane_test_headers(<name> <header> [target that has it]...): the same for tests.
+function(tolvane_test_headers name header)
+    tolvane_precompiled(${name} ${header})
+    target_link_libraries(${name} PRIVATE tolvane_test_flags GTest::gtest ${ARGN})
+endfunction()
+
+# tolvane_compile_as_test(<name> test|link_test|window_test): what lies precompiled for it in
+# tests/support.
+function(tolvane_compile_as_test name headers)
+    target_link_libraries(${name} PRIVATE tolvane_test_flags tolvane_warnings GTest::gtest)
+    target_precompile_headers(${name} REUSE_FROM tolvane_${headers}_headers)
+endfunction()
+
+# tolvane_test_library(<name> [HEADERS link_test|window_test] SOURCES <files> LINKS <targets>): what
+# several test programs share.
+function(tolvane_test_library name)
+    cmake_parse_arguments(arg "" "HEADERS" "SOURCES;LINKS" HEADERS test ${ARGN})
+    add_library(${name} STATIC EXCLUDE_FROM_ALL ${arg_SOURCES})
+    target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/src)
+    target_link_libraries(${name} PUBLIC ${arg_LINKS})
+    tolvane_compile_as_test(${name} ${arg_HEADERS})
+endfunction()
+
+# tolvane_test(<name> LEVEL unit|integration|module [HEADERS link_test|window_test] SOURCES <files>
+# LINKS <targets>): one test program. Unit and integration tests run natively under ctest; module tests
+# are Windows programs that the test script runs under Wine.
 function(tolvane_test name)
-    cmake_parse_arguments(arg "" "LEVEL" "SOURCES;LINKS" ${ARGN})
+    cmake_parse_arguments(arg "" "LEVEL;HEADERS" "SOURCES;LINKS" HEADERS test ${ARGN})
     tolvane_program(${name} SOURCES ${arg_SOURCES} LINKS ${arg_LINKS} GTest::gtest_main)
+    tolvane_compile_as_test(${name} ${arg_HEADERS})
     if(NOT WIN32)
         add_test(NAME ${name} COMMAND ${name})
         set_tests_properties(${name} PROPERTIES LABELS ${arg_LEVEL} TIMEOUT 600)

@@ -16,28 +16,29 @@ namespace {
 
 using nlohmann::json;
 
-constexpr std::array<std::string_view, 26> kNames = {
+constexpr std::array<std::string_view, 26> kKindNames = {
     "error",      "empty",  "wrong-address", "wrong-command", "bad-checksum", "no-stx", "bad-etx",
     "truncated",  "raw",    "etx-first",     "noise-before",  "noise-after",  "double", "stray",
     "no-reply",   "silent", "slow",          "late",          "held",         "split",  "split-at",
     "disconnect", "drop",   "cut",           "half-close",    "reset"};
-static_assert(kNames.size() == static_cast<std::size_t>(TFaultKind::Reset) + 1);
+static_assert(kKindNames.size() == static_cast<std::size_t>(TFaultKind::Reset) + 1);
 
-[[noreturn]] void Reject(const std::string& what) {
+[[noreturn]] void RejectFault(const std::string& what) {
     throw std::runtime_error("bad fault: " + what);
 }
 
 TFaultKind KindByName(const std::string& name) {
-    const auto found = std::find(kNames.begin(), kNames.end(), name);
-    if (found == kNames.end()) Reject("unknown kind \"" + name + "\"");
-    return static_cast<TFaultKind>(found - kNames.begin());
+    const auto found = std::find(kKindNames.begin(), kKindNames.end(), name);
+    if (found == kKindNames.end()) RejectFault("unknown kind \"" + name + "\"");
+    return static_cast<TFaultKind>(found - kKindNames.begin());
 }
 
 int Number(const json& value, const std::string& key, int low, int high) {
-    if (!value.is_number_integer()) Reject("\"" + key + "\" must be a whole number");
+    if (!value.is_number_integer()) RejectFault("\"" + key + "\" must be a whole number");
     const auto number = value.get<std::int64_t>();
     if (number < low || number > high)
-        Reject("\"" + key + "\" must be " + std::to_string(low) + " to " + std::to_string(high));
+        RejectFault("\"" + key + "\" must be " + std::to_string(low) + " to " +
+                    std::to_string(high));
     return static_cast<int>(number);
 }
 
@@ -49,13 +50,13 @@ std::uint8_t Command(const json& value) {
         if (command.name == text) return command.code;
     }
     const auto byte = text.starts_with("0x") ? FromHex(text.substr(2)) : std::nullopt;
-    if (!byte || byte->size() != 1) Reject("unknown command \"" + text + "\"");
+    if (!byte || byte->size() != 1) RejectFault("unknown command \"" + text + "\"");
     return byte->front();
 }
 
 TBytes Bytes(const json& value) {
     const auto bytes = FromHex(value.get<std::string>());
-    if (!bytes) Reject("\"bytes\" must be pairs of hexadecimal digits");
+    if (!bytes) RejectFault("\"bytes\" must be pairs of hexadecimal digits");
     return *bytes;
 }
 
@@ -84,21 +85,21 @@ void SetKey(TFault& fault, const std::string& key, const json& value) {
     else if (key == "bytes")
         fault.bytes = Bytes(value);
     else
-        Reject("unknown key \"" + key + "\"");
+        RejectFault("unknown key \"" + key + "\"");
 }
 
 TFault FaultFromJson(const json& from) {
-    if (!from.is_object() || !from.contains("fault")) Reject("no \"fault\" in " + from.dump());
+    if (!from.is_object() || !from.contains("fault")) RejectFault("no \"fault\" in " + from.dump());
     TFault fault;
     try {
         for (const auto& [key, value] : from.items())
             SetKey(fault, key, value);
     } catch (const json::exception& error) {
-        Reject(from.dump() + ": " + error.what());
+        RejectFault(from.dump() + ": " + error.what());
     }
-    if (!(fault.percent >= 0 && fault.percent <= 100)) Reject("\"percent\" must be 0 to 100");
+    if (!(fault.percent >= 0 && fault.percent <= 100)) RejectFault("\"percent\" must be 0 to 100");
     if (fault.request != 0 && (fault.from != 0 || fault.to != 0))
-        Reject("\"request\" excludes \"from\" and \"to\"");
+        RejectFault("\"request\" excludes \"from\" and \"to\"");
     return fault;
 }
 
@@ -112,7 +113,7 @@ json Value(const std::string& key, const std::string& text) {
 }  // namespace
 
 std::string_view FaultName(TFaultKind kind) {
-    return kNames[static_cast<std::size_t>(kind)];
+    return kKindNames[static_cast<std::size_t>(kind)];
 }
 
 TFaultScript FaultsFromJson(const json& from) {
@@ -123,12 +124,12 @@ TFaultScript FaultsFromJson(const json& from) {
             if (key == "seed" && value.is_number_unsigned())
                 script.seed = value.get<std::uint32_t>();
             else if (key != "faults")
-                Reject("unknown key \"" + key + "\" of the script");
+                RejectFault("unknown key \"" + key + "\" of the script");
         }
-        if (!from.contains("faults")) Reject("the script has no \"faults\"");
+        if (!from.contains("faults")) RejectFault("the script has no \"faults\"");
         list = &from["faults"];
     }
-    if (!list->is_array()) Reject("the script is not a list");
+    if (!list->is_array()) RejectFault("the script is not a list");
     for (const json& fault : *list)
         script.faults.push_back(FaultFromJson(fault));
     return script;
@@ -155,7 +156,7 @@ TFault FaultFromText(std::string_view text) {
         if (first) {
             fault["fault"] = part;
         } else if (equals == std::string::npos) {
-            Reject("\"" + part + "\" is not key=value");
+            RejectFault("\"" + part + "\" is not key=value");
         } else {
             const std::string key = part.substr(0, equals);
             fault[key] = Value(key, part.substr(equals + 1));

@@ -12,7 +12,7 @@ namespace {
 
 using nlohmann::json;
 
-[[noreturn]] void Reject(const std::string& what) {
+[[noreturn]] void RejectState(const std::string& what) {
     throw std::runtime_error("not a scale's state: " + what);
 }
 
@@ -42,7 +42,7 @@ int CommandCode(const std::string& text) {
     }
     const std::optional<TBytes> byte =
         text.starts_with("0x") ? FromHex(text.substr(2)) : std::nullopt;
-    if (!byte || byte->size() != 1) Reject("command \"" + text + "\"");
+    if (!byte || byte->size() != 1) RejectState("command \"" + text + "\"");
     return byte->front();
 }
 
@@ -59,8 +59,8 @@ TScaleProperties ScaleFromJson(const json& from) {
     TScaleProperties scale;
     const auto model = ModelByName(from.at("model").get<std::string>());
     const auto table = CodeTableByName(from.at("codeTable").get<std::string>());
-    if (!model) Reject("unknown model");
-    if (!table) Reject("unknown code table");
+    if (!model) RejectState("unknown model");
+    if (!table) RejectState("unknown code table");
     scale.model = *model;
     scale.codeTable = *table;
     scale.version = from.at("version").get<std::string>();
@@ -127,7 +127,7 @@ TArticle ArticleFromJson(const json& from) {
     article.priceWrites = from.at("priceWrites").get<int>();
     for (const json& text : from.at("texts")) {
         const auto bytes = FromHex(text.at("hex").get<std::string>());
-        if (!bytes) Reject("bad bytes of article " + std::to_string(article.number));
+        if (!bytes) RejectState("bad bytes of article " + std::to_string(article.number));
         article.texts[text.at("parameter").get<int>()] = {*bytes, text.at("writes").get<int>()};
     }
     return article;
@@ -150,7 +150,7 @@ TScaleState FromJson(const json& from) {
         TScaleState state;
         state.scale = ScaleFromJson(from.at("scale"));
         const auto mode = from.at("mode").get<std::string>();
-        if (mode != "programming" && mode != "weighing") Reject("unknown mode");
+        if (mode != "programming" && mode != "weighing") RejectState("unknown mode");
         state.programming = mode == "programming";
         state.requests = RequestsFromJson(from.at("requests"));
         for (const json& entry : from.at("articles")) {
@@ -159,7 +159,7 @@ TScaleState FromJson(const json& from) {
         }
         return state;
     } catch (const json::exception& error) {
-        Reject(error.what());
+        RejectState(error.what());
     }
 }
 

@@ -1,0 +1,10 @@
+#pragma once
+
+// The same for the tests of channels.
+#include <asio/io_context.hpp>
+#include <asio/ip/tcp.hpp>
+#include <asio/ip/udp.hpp>
+#include <asio/steady_timer.hpp>
+#include <asio/write.hpp>
+
+#include "TestHeaders.h"
