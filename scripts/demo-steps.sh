@@ -5,7 +5,7 @@ source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
 DEMO=$BUILD/demo
 DEMO_HOST=$DEMO/TradeHost
-DEMO_SCALE=$BUILD/release/simulator/virtual-scale
+DEMO_SCALE=$BUILD/native/simulator/virtual-scale
 DEMO_COM=COM5
 # name, model, label mode, capacity, scale number, type code and address in the configuration file,
 # link
@@ -42,8 +42,8 @@ demo_make_network() {
 }
 
 demo_build_scale() {
-    cmake --preset release -B "$BUILD/release" -DBUILD_TESTING=OFF
-    cmake --build "$BUILD/release" --target virtual-scale -- -j "$JOBS"
+    cmake --preset native -B "$BUILD/native"
+    cmake --build "$BUILD/native" --target virtual-scale -- -j "$JOBS"
 }
 
 demo_build_windows() {

@@ -1,5 +1,5 @@
 # shellcheck shell=bash disable=SC1091
-# Sourced: a private Firebird 3 server under build/firebird that runs as the calling user. The
+# Sourced: a private Firebird 3 server under build/firebird (a lane has its own) that runs as the calling user. The
 # system's own server, its folders and its passwords are never touched.
 #
 #   firebird_start           starts it, or leaves the one that runs; returns when it accepts users
@@ -14,7 +14,7 @@
 
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
-FIREBIRD_FOLDER=$BUILD/firebird
+FIREBIRD_FOLDER=$BUILD/firebird$LANE
 FIREBIRD_SYSTEM=/usr/lib/x86_64-linux-gnu/firebird/3.0
 FIREBIRD_USER=SYSDBA
 FIREBIRD_PASSWORD=masterkey

@@ -8,7 +8,8 @@
 #       What a later step needs goes through files, as variables set in a step are lost.
 #
 # TOLVANE_BUILD moves the build folder (servers, prefixes and logs included), so that two runs can
-# stand side by side.
+# stand side by side. TOLVANE_LANE names a set of server, Wine prefix and display within it, so that
+# two parts of one run can.
 
 set -euo pipefail
 
@@ -18,6 +19,7 @@ BUILD=${TOLVANE_BUILD:-$ROOT/build}
 mkdir -p "$BUILD"
 BUILD=$(cd "$BUILD" && pwd)
 LOGS=$BUILD/logs
+LANE=${TOLVANE_LANE:+-$TOLVANE_LANE}
 JOBS=$(nproc)
 
 have_root() {

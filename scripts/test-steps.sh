@@ -1,112 +1,168 @@
-# Sourced by test.sh: its steps.
+# shellcheck shell=bash disable=SC1091
+# Sourced by test.sh and tests/long.sh: what the steps do. A step of a lane has a Wine prefix, a display
+# and a Firebird server of its own.
 
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
+source "$SCRIPTS/wine.sh"
+source "$SCRIPTS/fbclient.sh"
+source "$SCRIPTS/firebird.sh"
 source "$ROOT/tests/module/steps.sh"
 source "$ROOT/tests/module/settings/steps.sh"
 source "$ROOT/tests/module_host/steps.sh"
 
-RESULTS=$BUILD/test-results
-rm -rf "$RESULTS"
-mkdir -p "$RESULTS"
+LANES=(a b c)
 
-test_build() {
-    cmake --preset "$1" -B "$BUILD/$1"
-    cmake --build "$BUILD/$1" -- -j "$JOBS"
+# test_in_lane <lane> <command>...: the variables above are the lane's from here on.
+test_in_lane() {
+    export TOLVANE_LANE=$1
+    shift
+    source "$SCRIPTS/test-steps.sh"
+    "$@"
 }
 
-# test_native unit|integration: the programs of that level, two at a time. Each leaves its list of
-# results beside the others'.
+# test_build native|windows|threads [target]...
+test_build() {
+    local preset=$1
+    shift
+    cmake --preset "$preset" -B "$BUILD/$preset"
+    cmake --build "$BUILD/$preset" ${1:+--target "$@"} -- -j "$JOBS"
+}
+
+# test_native <argument of ctest>...: programs that run on this system, two at a time. Each leaves its
+# list of results.
 test_native() {
     mkdir -p "$BUILD/integration-databases"
-    TOLVANE_FB_SERVER=127.0.0.1/$(cat "$FIREBIRD_FOLDER/port" 2>/dev/null || true) \
-        TOLVANE_FB_PASSWORD=$FIREBIRD_PASSWORD TOLVANE_FB_DIR=$BUILD/integration-databases \
-        GTEST_OUTPUT=json:$RESULTS/ \
-        ctest --test-dir "$BUILD/native" -L "^$1\$" --output-on-failure --no-tests=error -j "$JOBS"
+    TOLVANE_FB_SERVER=127.0.0.1/$(firebird_port) TOLVANE_FB_PASSWORD=$FIREBIRD_PASSWORD \
+        TOLVANE_FB_DIR=$BUILD/integration-databases GTEST_OUTPUT=json:$STEP_RESULTS/ \
+        ctest --test-dir "$BUILD/native" "$@" --output-on-failure --no-tests=error -j "$JOBS"
+}
+
+test_integration() {
+    firebird_start
+    test_native -L '^integration$' "$@"
 }
 
 # The run engine under ThreadSanitizer; only its program is built so. The sanitizer does not stand
 # addresses as random as some systems make them.
 test_threads() {
-    cmake --preset threads -B "$BUILD/threads"
-    cmake --build "$BUILD/threads" --target test_threads -- -j "$JOBS"
-    TSAN_OPTIONS=halt_on_error=1 GTEST_OUTPUT=json:$RESULTS/threads.json \
+    TSAN_OPTIONS=halt_on_error=1 GTEST_OUTPUT=json:$STEP_RESULTS/threads.json \
         setarch -R "$BUILD/threads/tests/integration/threads/test_threads"
 }
 
+# What every Windows program of a lane needs.
+test_runtime() {
+    wine_prefix_make
+    display_start
+}
+
+# The same with a Firebird server and the databases of the module tests.
+test_module_runtime() {
+    test_runtime
+    firebird_start
+    module_prepare "$BUILD/windows"
+}
+
 test_module_run() {
+    test_module_runtime
+    # The pictures of the other code page stay.
+    [ "$2" = comma ] || MODULE_SHOTS+=/$1-$2
     module_test "$BUILD/windows" "$1" "$2" \
-        "--gtest_output=json:$(wine_path "$RESULTS/module-$1-$2.json")"
+        "--gtest_output=json:$(wine_path "$STEP_RESULTS/module-$1-$2.json")"
 }
 
 # The list window at another resolution.
 test_module_resolution() {
     local status=0
+    test_module_runtime
     settings_resolution "$1"
     module_test "$BUILD/windows" 1251 comma "--gtest_filter=ResolutionTest.*" \
-        "--gtest_output=json:$(wine_path "$RESULTS/module-at-$1.json")" || status=$?
+        "--gtest_output=json:$(wine_path "$STEP_RESULTS/module-at-$1.json")" || status=$?
     settings_resolution 96
     return "$status"
 }
 
 test_settings_run() {
+    test_runtime
     wine_regional "$2" comma
     settings_test "$BUILD/windows" "$1" \
-        "--gtest_output=json:$(wine_path "$RESULTS/settings-$1.json")"
+        "--gtest_output=json:$(wine_path "$STEP_RESULTS/settings-$1.json")"
 }
 
-# The unit tests' and the links' programs as they are built for Windows. The virtual scale is no part
-# of the module: its own tests run natively, since Wine now and then tells a connection's reset as its
-# plain end.
-test_windows_units() {
-    local program name
+# test_windows_programs <name>...: unit tests' and links' programs as they are built for Windows.
+test_windows_programs() {
+    local name
+    test_runtime
     wine_regional 1251 comma
     wine_session
-    find "$BUILD/windows/tests/unit" "$BUILD/windows/tests/integration" -name 'test_*.exe' \
-        ! -name 'test_simulator.exe' | sort |
-        while read -r program; do
-            name=$(basename "$program" .exe)
-            say "== $name"
-            wine_command timeout 300 wine "$program" \
-                "--gtest_output=json:$(wine_path "$RESULTS/windows-$name.json")" </dev/null
-        done
+    for name in "$@"; do
+        say "== $name"
+        wine_command timeout 300 wine "$(test_windows_program "$name")" \
+            "--gtest_output=json:$(wine_path "$STEP_RESULTS/windows-$name.json")" </dev/null
+    done
+}
+
+test_windows_program() {
+    find "$BUILD/windows/tests/unit" "$BUILD/windows/tests/integration" -name "$1.exe" | grep .
+}
+
+# test_windows_level unit|integration: all of them but the runs that are stopped, which are a step of
+# their own. The virtual scale is no part of the module: its own tests run natively, since Wine now and
+# then tells a connection's reset as its plain end.
+test_windows_level() {
+    local names
+    mapfile -t names < <(find "$BUILD/windows/tests/$1" -name 'test_*.exe' ! -name 'test_simulator.exe' \
+        ! -name 'test_upload_stops.exe' -printf '%f\n' | sed 's/\.exe$//' | sort)
+    [ ${#names[@]} -gt 0 ] || fail "there are no programs under $BUILD/windows/tests/$1"
+    test_windows_programs "${names[@]}"
 }
 
 # Beside the virtual scale that was built natively; the Wine prefix has its own sockets there.
 test_links_run() {
+    test_runtime
     wine_regional 1251 comma
     "$ROOT/tests/module/links/run.sh" "$BUILD/windows" "$BUILD/native/simulator/virtual-scale" \
-        "--gtest_output=json:$(wine_path "$RESULTS/links.json")"
+        "--gtest_output=json:$(wine_path "$STEP_RESULTS/links.json")"
 }
 
 test_disk_run() {
+    test_module_runtime
     wine_regional 1251 comma
     "$ROOT/tests/module/disk/run.sh" "$BUILD/windows" \
-        "--gtest_output=json:$(wine_path "$RESULTS/disk.json")"
+        "--gtest_output=json:$(wine_path "$STEP_RESULTS/disk.json")"
 }
 
 test_host_run() {
+    test_module_runtime
     wine_regional 1251 comma
-    host_test "$BUILD/windows" "--gtest_output=json:$(wine_path "$RESULTS/host.json")"
+    host_test "$BUILD/windows" "--gtest_output=json:$(wine_path "$STEP_RESULTS/host.json")"
 }
 
-test_demo_articles() {
-    TOLVANE_DEMO_FOLDER=$BUILD/demo GTEST_OUTPUT=json:$RESULTS/ \
-        "$BUILD/native/tests/demo/test_demo"
+# The demo, and what its scales hold then.
+test_demo() {
+    "$ROOT/demo.sh"
+    TOLVANE_DEMO_FOLDER=$BUILD/demo GTEST_OUTPUT=json:$STEP_RESULTS/ "$BUILD/native/tests/demo/test_demo"
 }
 
 test_demo_deletes() {
     "$ROOT/tests/demo/deletes.sh"
-    TOLVANE_DELETES_FOLDER=$BUILD/deletes GTEST_OUTPUT=json:$RESULTS/ \
+    TOLVANE_DELETES_FOLDER=$BUILD/deletes GTEST_OUTPUT=json:$STEP_RESULTS/ \
         "$BUILD/native/tests/demo/test_deletes"
 }
 
-# The sum of all programs' own counts; the plain last line is for whoever reads only that.
+# test_sum <member> <file>...: of the programs' own counts.
+test_sum() {
+    local sum
+    sum=$(sed -n "/^  \"$1\"/{s/[^0-9]//g;p}" "${@:2}" | paste -sd+)
+    printf '%d\n' "$((${sum:-0}))"
+}
+
+# test_report <folder of results>...: the sum of all; the plain last line is for whoever reads only that.
 test_report() {
-    local counts tests failures
-    counts=$(sed -n '/^  "tests"/{s/[^0-9]//g;p}' "$RESULTS"/*.json | paste -sd+)
-    tests=$((${counts:-0}))
-    counts=$(sed -n '/^  "failures"/{s/[^0-9]//g;p}' "$RESULTS"/*.json | paste -sd+)
-    failures=$((${counts:-0}))
+    local files tests failures
+    mapfile -t files < <(find "$@" -name '*.json' 2>/dev/null)
+    [ ${#files[@]} -gt 0 ] || fail "no test has left a result"
+    tests=$(test_sum tests "${files[@]}")
+    failures=$(test_sum failures "${files[@]}")
     [ "$tests" -gt 0 ] || fail "no test has left a result"
     printf '%s passed, %s failed\n' "$((tests - failures))" "$failures"
     [ "$failures" -eq 0 ]
@@ -120,7 +176,9 @@ test_end_runtime() {
 
 # Ends what this run has started, however it ends.
 test_end() {
-    local code=$?
-    test_end_runtime || true
+    local code=$? lane
+    for lane in "" first "${LANES[@]}"; do
+        (test_in_lane "$lane" test_end_runtime) || true
+    done
     exit "$code"
 }

@@ -1,7 +1,8 @@
 # shellcheck shell=bash disable=SC1091
 # Sourced: 32-bit Windows programs under Wine, in a prefix and on a display of their own.
 #
-#   wine_prefix_make             makes the prefix (build/wine) when it is not there
+#   wine_prefix_make             makes the prefix (build/wine) when it is not there; a lane's (build/wine-NAME)
+#                                is a copy of it
 #   display_start, display_stop  a private X display, 1280x900; its number is found by itself
 #   wine_regional <code page> <separator>
 #                                1251|1252 and comma|point: the system code page, and the user's
@@ -18,8 +19,8 @@
 
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
-WINE_PREFIX=${TOLVANE_WINE:-$BUILD/wine}
-DISPLAY_FOLDER=$BUILD/display
+WINE_PREFIX=${TOLVANE_WINE:-$BUILD/wine$LANE}
+DISPLAY_FOLDER=$BUILD/display$LANE
 LOCALE_FOLDER=$BUILD/locale
 
 # In a subshell: runs one command with what every Wine process of this project needs. The native
@@ -85,16 +86,36 @@ wine_run() {
     wine_command wine "$@"
 }
 
-wine_prefix_make() {
+# A prefix that no lane's own step has changed yet.
+wine_prefix_make_first() {
     wine_locale_make
-    if ! [ -e "$WINE_PREFIX/tolvane-made" ]; then
-        wine_stop
-        rm -rf "$WINE_PREFIX"
-        mkdir -p "$(dirname "$WINE_PREFIX")"
-        wine_command env -u DISPLAY timeout 300 wineboot -i
-        wine_stop
-        [ -e "$WINE_PREFIX/system.reg" ] || fail "wineboot made no prefix in $WINE_PREFIX"
-        touch "$WINE_PREFIX/tolvane-made"
+    [ ! -e "$WINE_PREFIX/tolvane-made" ] || return 0
+    wine_stop
+    rm -rf "$WINE_PREFIX"
+    mkdir -p "$(dirname "$WINE_PREFIX")"
+    wine_command env -u DISPLAY timeout 300 wineboot -i
+    wine_stop
+    [ -e "$WINE_PREFIX/system.reg" ] || fail "wineboot made no prefix in $WINE_PREFIX"
+    touch "$WINE_PREFIX/tolvane-made"
+}
+
+# Two lanes may want their copies at once.
+wine_prefix_copy() (
+    [ ! -e "$WINE_PREFIX/tolvane-made" ] || return 0
+    flock 9
+    wine_stop
+    copy=$WINE_PREFIX WINE_PREFIX=$BUILD/wine-first
+    wine_prefix_make_first
+    rm -rf "$copy" "$copy.new"
+    cp -a "$WINE_PREFIX" "$copy.new"
+    mv "$copy.new" "$copy"
+) 9>"$BUILD/wine-first.lock"
+
+wine_prefix_make() {
+    if [ -n "$LANE" ]; then
+        wine_prefix_copy
+    else
+        wine_prefix_make_first
     fi
     # The package's own fonts (the signs of the caption buttons are one) are not found otherwise.
     ln -sfn /usr/share/wine/fonts/*.ttf "$WINE_PREFIX/drive_c/windows/Fonts/"

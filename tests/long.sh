@@ -7,6 +7,7 @@
 #   1,000 runs stopped or closed at random times      100,000 exchanges over each wire with faults
 #   the coverage of scale, comm, upload and config, in a build of its own
 
+export TOLVANE_LANE=a
 source "$(dirname "${BASH_SOURCE[0]}")/../scripts/lib.sh"
 source "$SCRIPTS/wine.sh"
 source "$SCRIPTS/fbclient.sh"
@@ -52,6 +53,8 @@ step "Coverage" tests/coverage/coverage.sh
 step "Kills of a save" long_kills
 step "Soak of every wire" long_soak
 step "Start a Firebird server" firebird_start
+step "Make the Wine prefix" wine_prefix_make
+step "Set Bulgarian formats" wine_regional 1251 comma
 step "Start a display" display_start
 step "Kills of a save, Windows" long_kills_windows
 step "Runs stopped at random times" long_stops

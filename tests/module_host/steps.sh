@@ -4,15 +4,12 @@
 #   host_test <build folder> [argument of the test program]...
 
 host_test() {
-    local program=$1/tests/module_host bitmap
+    local program=$1/tests/module_host status=0
     shift
-    mkdir -p "$MODULE_SHOTS"
+    mkdir -p "$MODULE_BITMAPS"
     TOLVANE_FB_SERVER=127.0.0.1/$(firebird_port) TOLVANE_FB_PASSWORD=$FIREBIRD_PASSWORD \
-        TOLVANE_FB_FOLDER=$MODULE_DATABASES TOLVANE_SCREENSHOTS=$MODULE_SHOTS \
-        wine_run "$program/test_host_module.exe" "$@"
-    for bitmap in "$MODULE_SHOTS"/host-*.bmp; do
-        [ -e "$bitmap" ] || continue
-        convert "$bitmap" "${bitmap%.bmp}.png"
-        rm -f "$bitmap"
-    done
+        TOLVANE_FB_FOLDER=$MODULE_DATABASES TOLVANE_SCREENSHOTS=$MODULE_BITMAPS \
+        wine_run "$program/test_host_module.exe" "$@" || status=$?
+    module_pictures
+    return "$status"
 }

@@ -32,11 +32,11 @@ settings_page() {
 settings_test() {
     local program=$1/tests/module/settings/test_settings.exe resolution=$2 all=yes status=0
     shift 2
-    [[ $* != *--gtest_filter* ]] || all=no
+    if [ -n "${GTEST_FILTER:-}" ] || [[ $* == *--gtest_filter* ]]; then all=no; fi
     settings_resolution "$resolution"
-    mkdir -p "$MODULE_SHOTS"
+    mkdir -p "$MODULE_SHOTS" "$MODULE_BITMAPS"
     [ "$all" = no ] || rm -f "$MODULE_SHOTS"/settings-*-"$resolution".png
-    TOLVANE_SCREENSHOTS=$MODULE_SHOTS wine_run "$program" "$@" || status=$?
+    TOLVANE_SCREENSHOTS=$MODULE_BITMAPS wine_run "$program" "$@" || status=$?
     module_pictures
     [ "$resolution" = 96 ] || settings_resolution 96
     if [ "$status" -eq 0 ] && [ "$all" = yes ]; then settings_page "$resolution"; fi

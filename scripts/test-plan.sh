@@ -1,0 +1,216 @@
+# shellcheck shell=bash
+# Sourced by test.sh: which steps there are, and what they depend on.
+#
+#   test_plan <yes for what needs no Wine>
+#   test_plan_only <name of a step, a program or a folder>[:FILTER]
+#   test_plan_run
+#
+# Three lanes share the Windows tests. What takes the UDP ports of a scale on this machine's own
+# addresses never runs beside another such step; the steps in a shop's network have ports of their own.
+
+NATIVE=$BUILD/native
+WINDOWS=$BUILD/windows
+# What any step runs through.
+TEST_SCRIPTS=(scripts test.sh)
+MODULE_FILES=("$WINDOWS/src/entry/Tolvane.dll" "tests/module/*.sql" tests/module/steps.sh "${TEST_SCRIPTS[@]}")
+DEMO_FILES=("$WINDOWS/src/entry/Tolvane.dll" "$WINDOWS/host/TradeHost.exe"
+    "$WINDOWS/demo/driver/window-driver.exe" "$NATIVE/simulator/virtual-scale" demo demo.sh "${TEST_SCRIPTS[@]}")
+
+test_plan() {
+    test_plan_checks
+    test_plan_native
+    [ "$1" = yes ] || test_plan_windows
+    test_plan_threads
+    test_plan_tidy "$1"
+}
+
+test_plan_checks() {
+    job packages "Packages" "$SCRIPTS/packages.sh"
+    job layers "Layers" "$SCRIPTS/check-layers.sh"
+    job layers-faults "The layers check finds planted faults" tests/scripts/check-layers-test.sh
+        reads scripts/check-layers.sh scripts/lib.sh tests/scripts
+    job reasons "Reasons of the coverage report" tests/coverage/check-reasons.sh
+    job reasons-faults "The reasons check finds planted faults" tests/coverage/check-reasons-test.sh
+        reads tests/coverage scripts/lib.sh
+    job plan-faults "A run shows what fails and repeats what changed" tests/scripts/plan-test.sh
+        reads scripts/plan.sh scripts/lib.sh tests/scripts
+    job format "Format" "$SCRIPTS/check-format.sh"
+        after packages
+}
+
+test_plan_native() {
+    job build-linux "Build for Linux" test_build native
+        after packages; alone cores
+    job unit "Unit tests" test_native -L '^unit$'
+        after build-linux; lane native
+        reads "$NATIVE/tests/unit/*/test_*" "$NATIVE/simulator/virtual-scale" "${TEST_SCRIPTS[@]}"
+    job integration "Integration tests" test_integration
+        after build-linux; lane native; alone udp
+        reads "$NATIVE/tests/integration/*/test_*" "demo/*.sql" "${TEST_SCRIPTS[@]}"
+}
+
+test_plan_windows() {
+    job build-windows "Build for Windows" test_build windows
+        after packages; alone cores
+    job client "Build the client library for Wine" fbclient_build
+        after packages
+    job asio-threads "One kind of Asio's threads" "$SCRIPTS/check-asio-threads.sh" "$WINDOWS"
+        after build-windows
+    job module-file "The module's file" "$SCRIPTS/check-module.sh" "$WINDOWS/src/entry/Tolvane.dll"
+        after build-windows
+    test_plan_lane_c
+    test_plan_lane_a
+    test_plan_lane_b
+}
+
+test_plan_threads() {
+    job build-threads "Build the run engine for ThreadSanitizer" test_build threads test_threads
+        after build-linux; alone cores
+    job threads "Run engine under ThreadSanitizer" test_threads
+        after build-threads
+        reads "$BUILD/threads/tests/integration/threads/test_threads" "${TEST_SCRIPTS[@]}"
+}
+
+# Beside the tests in Wine, which mostly wait.
+test_plan_tidy() {
+    job tidy-linux "clang-tidy, Linux" nice -n 19 "$SCRIPTS/tidy.sh" native
+        after build-linux; lane tidy
+    [ "$1" = no ] || return 0
+    job tidy-windows "clang-tidy, Windows" nice -n 19 "$SCRIPTS/tidy.sh" windows
+        after build-windows tidy-linux; lane tidy
+}
+
+test_plan_lane_a() {
+    job module-1251 "Module tests, code page 1251, decimal comma" test_in_lane a test_module_run 1251 comma
+        after build-windows client; lane a
+        reads "$WINDOWS/tests/module/test_module.exe" "${MODULE_FILES[@]}"
+    job windows-links "Channels and searches for Windows" test_in_lane a test_windows_level integration
+        after build-windows client; lane a; alone udp
+        reads "$WINDOWS/tests/integration/*/*.exe" "${TEST_SCRIPTS[@]}"
+    job windows-unit "Unit tests for Windows" test_in_lane a test_windows_level unit
+        after build-windows client; lane a
+        reads "$WINDOWS/tests/unit/*/*.exe" "${TEST_SCRIPTS[@]}"
+    job host "Host tests" test_in_lane a test_host_run
+        after build-windows client; lane a
+        reads "$WINDOWS/tests/module_host/test_host_module.exe" "$WINDOWS/tests/module_host/*.dll" \
+            tests/module_host/steps.sh "${MODULE_FILES[@]}"
+}
+
+test_plan_lane_b() {
+    job module-1252 "Module tests, code page 1252, decimal point" test_in_lane b test_module_run 1252 point
+        after build-windows client; lane b
+        reads "$WINDOWS/tests/module/test_module.exe" "${MODULE_FILES[@]}"
+    job settings-144 "Settings windows, 144 dots per inch" test_in_lane b test_settings_run 144 1252
+        after build-windows client; lane b
+        reads "$WINDOWS/tests/module/settings/test_settings.exe" tests/module/settings docs/settings-windows.md \
+            "${TEST_SCRIPTS[@]}"
+    job settings-96 "Settings windows, 96 dots per inch" test_in_lane b test_settings_run 96 1251
+        after build-windows client; lane b
+        reads "$WINDOWS/tests/module/settings/test_settings.exe" tests/module/settings docs/settings-windows.md \
+            "${TEST_SCRIPTS[@]}"
+    job list-144 "List window, 144 dots per inch" test_in_lane b test_module_resolution 144
+        after build-windows client; lane b
+        reads "$WINDOWS/tests/module/test_module.exe" tests/module/settings/steps.sh "${MODULE_FILES[@]}"
+    job disk "A full disk" test_in_lane b test_disk_run
+        after build-windows client; lane b
+        reads "$WINDOWS/tests/module/disk/test_disk.exe" tests/module/disk/run.sh "${MODULE_FILES[@]}"
+}
+
+test_plan_lane_c() {
+    job windows-stops "Runs stopped in every phase" test_in_lane c test_windows_programs test_upload_stops
+        after build-windows client; lane c
+        reads "$WINDOWS/tests/unit/upload/test_upload_stops.exe" "${TEST_SCRIPTS[@]}"
+    job demo "Demo" test_in_lane c test_demo
+        after build-windows build-linux client; lane c
+        reads "$NATIVE/tests/demo/test_demo" "${DEMO_FILES[@]}"
+    job deletes "Delete in the demo's scales, over each link" test_in_lane c test_demo_deletes
+        after demo; lane c
+        reads "$NATIVE/tests/demo/test_deletes" tests/demo/deletes.sh "${DEMO_FILES[@]}"
+    job links "Links over a COM port and a shop's network" test_in_lane c test_links_run
+        after build-windows build-linux client; lane c
+        reads "$WINDOWS/tests/module/links/test_links.exe" "$NATIVE/simulator/virtual-scale" \
+            tests/module/links/run.sh "${TEST_SCRIPTS[@]}"
+}
+
+# The programs of this system that hold what lies in a folder of src.
+test_programs_with() {
+    local program library=$1/libtolvane_$(tr / _ <<<"${1#src/}").a
+    cmake --preset native -B "$NATIVE" >/dev/null
+    ctest --test-dir "$NATIVE" -N | sed -n 's/^ *Test *#[0-9]*: //p' | while read -r program; do
+        if ninja -C "$NATIVE" -t inputs "$program" | grep -qxF "$library"; then say "$program"; fi
+    done
+}
+
+# One step that builds these programs, and one that runs them.
+test_plan_programs() {
+    local pattern
+    pattern="^($(printf '%s\n' "$@" | paste -sd'|'))\$"
+    PLAN=()
+    job build "Build $*" test_build native "$@"
+    job run "$*" test_only_native "$pattern"
+        after build
+}
+
+test_only_native() {
+    if ctest --test-dir "$NATIVE" -N -L '^integration$' -R "$1" | grep -q 'Test *#'; then firebird_start; fi
+    test_native -R "$1"
+}
+
+test_plan_windows_program() {
+    PLAN=()
+    job build "Build $1 for Windows" test_build windows "$1"
+    job client "Build the client library for Wine" fbclient_build
+    job run "$1 in Wine" test_in_lane a test_windows_programs "$1"
+        after build client
+}
+
+# The step that runs a program of module tests.
+test_step_of_program() {
+    case $1 in
+        test_module) say module-1251 ;;
+        test_settings) say settings-96 ;;
+        test_links) say links ;;
+        test_disk) say disk ;;
+        test_host_module) say host ;;
+        test_upload_stops) say windows-stops ;;
+        *) say "$1" ;;
+    esac
+}
+
+test_plan_only() {
+    local name programs
+    if [[ $1 == *:* ]]; then export GTEST_FILTER=${1#*:}; fi
+    name=$(test_step_of_program "${1%%:*}")
+    if [ -n "${JOB_STATE[$name]:-}" ]; then
+        PLAN_FORCED=$name
+        plan_keep "$name"
+    elif [ -d "$name" ]; then
+        mapfile -t programs < <(test_programs_with "${name%/}")
+        [ ${#programs[@]} -gt 0 ] || fail "no program of this system holds what lies in $name"
+        test_plan_programs "${programs[@]}"
+    elif grep -rqE "tolvane_test\($name( |\$)" tests --include=CMakeLists.txt; then
+        if [[ $name == *_forms ]]; then test_plan_windows_program "$name"; else test_plan_programs "$name"; fi
+    else
+        fail "there is no step, no test program and no folder \"$name\"; ./test.sh --list names the steps"
+    fi
+}
+
+test_plan_run() {
+    local name folders=() status
+    plan_run
+    status=$PLAN_STATUS
+    if [ "$status" -eq 0 ] && [ -z "$only" ]; then printf '%s\n' "$SECONDS" >"$PLAN_FOLDER/seconds-of-all"; fi
+    for name in "${PLAN[@]}"; do
+        case ${JOB_STATE[$name]} in
+            passed | failed | current) folders+=("$(job_results "$name")") ;;
+        esac
+    done
+    if [ "$status" -ne 0 ]; then
+        for name in "${PLAN[@]}"; do
+            if [ "${JOB_STATE[$name]}" = failed ]; then say "FAILED: $name, see $(job_log "$name")"; fi
+        done
+    fi
+    if [ -n "$only" ] && [ -z "$(find "${folders[@]}" -name '*.json')" ]; then exit "$status"; fi
+    test_report "${folders[@]}" || status=1
+    exit "$status"
+}
