@@ -83,7 +83,7 @@ test_plan_tidy() {
 test_plan_lane_a() {
     job module-1251 "Module tests, code page 1251, decimal comma" test_in_lane a test_module_run 1251 comma
         after build-windows client; lane a
-        reads "$WINDOWS/tests/module/test_module.exe" "${MODULE_FILES[@]}"
+        reads "$WINDOWS/tests/module/*.exe" "${MODULE_FILES[@]}"
     job windows-links "Channels and searches for Windows" test_in_lane a test_windows_level integration
         after build-windows client; lane a; alone udp
         reads "$WINDOWS/tests/integration/*/*.exe" "${TEST_SCRIPTS[@]}"
@@ -99,7 +99,7 @@ test_plan_lane_a() {
 test_plan_lane_b() {
     job module-1252 "Module tests, code page 1252, decimal point" test_in_lane b test_module_run 1252 point
         after build-windows client; lane b
-        reads "$WINDOWS/tests/module/test_module.exe" "${MODULE_FILES[@]}"
+        reads "$WINDOWS/tests/module/*.exe" "${MODULE_FILES[@]}"
     job settings-144 "Settings windows, 144 dots per inch" test_in_lane b test_settings_run 144 1252
         after build-windows client; lane b
         reads "$WINDOWS/tests/module/settings/test_settings.exe" tests/module/settings docs/settings-windows.md \

@@ -77,17 +77,24 @@ public:
     }
 
     // This thread's windows answer meanwhile: showing a window asks the others of the desktop.
-    bool HasDoneItsWork() const { return WaitAlive(done_); }
-    bool HasEnded() const { return WaitAlive(process_.hProcess); }
+    bool HasDoneItsWork() const {
+        return WaitAlive([this] { return IsSet(done_) || IsSet(process_.hProcess); }) &&
+               IsSet(done_);
+    }
+    bool HasEnded() const {
+        return WaitAlive([this] { return IsSet(process_.hProcess); });
+    }
     void Kill() const {
         TerminateProcess(process_.hProcess, 77);
         WaitForSingleObject(process_.hProcess, kDeadlineMs);
     }
 
 private:
-    static bool WaitAlive(HANDLE handle) {
-        return RunLoopUntil([handle] { return WaitForSingleObject(handle, 0) == WAIT_OBJECT_0; },
-                            static_cast<int>(kDeadlineMs / 1000));
+    static bool IsSet(HANDLE handle) { return WaitForSingleObject(handle, 0) == WAIT_OBJECT_0; }
+    template <class Condition>
+    bool WaitAlive(Condition condition) const {
+        constexpr int kPatience = 60;
+        return process_.hProcess != nullptr && RunLoopUntil(condition, kPatience);
     }
 
     HANDLE done_ = nullptr;
