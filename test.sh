@@ -38,7 +38,7 @@ if [ "${CI:-}" = true ]; then PLAN_ALL=yes; fi
 
 test_plan "$quick"
 if [ -n "$only" ]; then test_plan_only "$only"; fi
-plan_show
+test_plan_show
 [ "$list" = no ] || exit 0
 
 plan_lock

@@ -8,8 +8,8 @@
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
 folder=${1:?the build folder}
-objects=$(find "$folder/src" "$folder/simulator" "$folder/tests" -name '*.obj')
-[ -n "$objects" ] || fail "no objects lie under $folder"
+objects=$(find "$folder/src" "$folder/simulator" "$folder/tests" -name '*.obj' -exec grep -lF N4asio6detail {} +)
+[ -n "$objects" ] || fail "no objects with code of Asio lie under $folder"
 
 # with <name>: how many objects have code of Asio with that kind of thread.
 with() {

@@ -25,7 +25,8 @@ PLAN_ALL=no
 PLAN_FORCED=
 PLAN_STATUS=0
 PLAN_KEEP_GOING=no
-PLAN_LIMIT=$((JOBS + 2))
+# Most steps wait most of the time.
+PLAN_LIMIT=$((JOBS + 3))
 PLAN=()
 declare -A JOB_TITLE JOB_COMMAND JOB_LANE JOB_AFTER JOB_ALONE JOB_READS
 declare -A JOB_STATE JOB_PID JOB_STARTED JOB_KEY JOB_TOLD
@@ -116,8 +117,6 @@ plan_show() {
         seconds=$(job_last_time "$name")
         printf '  %-18s %-46s %s\n' "$name" "${JOB_TITLE[$name]}" "${seconds:+$seconds s last time}"
     done
-    seconds=$(cat "$PLAN_FOLDER/seconds-of-all" 2>/dev/null || true)
-    [ -z "$seconds" ] || say "All of it took $seconds s last time."
 }
 
 # Whether a step may start now; one whose predecessor has failed never does.

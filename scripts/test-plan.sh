@@ -3,9 +3,10 @@
 #
 #   test_plan <yes for what needs no Wine>
 #   test_plan_only <name of a step, a program or a folder>[:FILTER]
+#   test_plan_show        what will be done, and how long it took last time
 #   test_plan_run
 #
-# Three lanes share the Windows tests. What takes the UDP ports of a scale on this machine's own
+# Four lanes share the Windows tests. What takes the UDP ports of a scale on this machine's own
 # addresses never runs beside another such step; the steps in a shop's network have ports of their own.
 
 NATIVE=$BUILD/native
@@ -17,6 +18,8 @@ DEMO_FILES=("$WINDOWS/src/entry/Tolvane.dll" "$WINDOWS/host/TradeHost.exe"
     "$WINDOWS/demo/driver/window-driver.exe" "$NATIVE/simulator/virtual-scale" demo demo.sh "${TEST_SCRIPTS[@]}")
 
 test_plan() {
+    TEST_KIND=all
+    [ "$1" = no ] || TEST_KIND=quick
     test_plan_checks
     test_plan_native
     [ "$1" = yes ] || test_plan_windows
@@ -60,6 +63,7 @@ test_plan_windows() {
         after build-windows
     test_plan_lane_c
     test_plan_lane_a
+    test_plan_lane_d
     test_plan_lane_b
 }
 
@@ -117,9 +121,6 @@ test_plan_lane_b() {
 }
 
 test_plan_lane_c() {
-    job windows-stops "Runs stopped in every phase" test_in_lane c test_windows_programs test_upload_stops
-        after build-windows client; lane c
-        reads "$WINDOWS/tests/unit/upload/test_upload_stops.exe" "${TEST_SCRIPTS[@]}"
     job demo "Demo" test_in_lane c test_demo
         after build-windows build-linux client; lane c
         reads "$NATIVE/tests/demo/test_demo" "${DEMO_FILES[@]}"
@@ -130,6 +131,12 @@ test_plan_lane_c() {
         after build-windows build-linux client; lane c
         reads "$WINDOWS/tests/module/links/test_links.exe" "$NATIVE/simulator/virtual-scale" \
             tests/module/links/run.sh "${TEST_SCRIPTS[@]}"
+}
+
+test_plan_lane_d() {
+    job windows-stops "Runs stopped in every phase" test_in_lane d test_windows_programs test_upload_stops
+        after build-windows client; lane d
+        reads "$WINDOWS/tests/unit/upload/test_upload_stops.exe" "${TEST_SCRIPTS[@]}"
 }
 
 # The programs of this system that hold what lies in a folder of src.
@@ -179,6 +186,7 @@ test_step_of_program() {
 
 test_plan_only() {
     local name programs
+    TEST_KIND=$(tr -c 'A-Za-z0-9_.\n' '-' <<<"$1")
     if [[ $1 == *:* ]]; then export GTEST_FILTER=${1#*:}; fi
     name=$(test_step_of_program "${1%%:*}")
     if [ -n "${JOB_STATE[$name]:-}" ]; then
@@ -195,11 +203,18 @@ test_plan_only() {
     fi
 }
 
+test_plan_show() {
+    local seconds
+    plan_show
+    seconds=$(cat "$PLAN_FOLDER/seconds-of-$TEST_KIND" 2>/dev/null || true)
+    [ -z "$seconds" ] || say "In all it took $seconds s last time."
+}
+
 test_plan_run() {
     local name folders=() status
     plan_run
     status=$PLAN_STATUS
-    if [ "$status" -eq 0 ] && [ -z "$only" ]; then printf '%s\n' "$SECONDS" >"$PLAN_FOLDER/seconds-of-all"; fi
+    if [ "$status" -eq 0 ]; then printf '%s\n' "$SECONDS" >"$PLAN_FOLDER/seconds-of-$TEST_KIND"; fi
     for name in "${PLAN[@]}"; do
         case ${JOB_STATE[$name]} in
             passed | failed | current) folders+=("$(job_results "$name")") ;;

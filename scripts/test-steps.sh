@@ -10,7 +10,7 @@ source "$ROOT/tests/module/steps.sh"
 source "$ROOT/tests/module/settings/steps.sh"
 source "$ROOT/tests/module_host/steps.sh"
 
-LANES=(a b c)
+LANES=(a b c d)
 
 # test_in_lane <lane> <command>...: the variables above are the lane's from here on.
 test_in_lane() {
