@@ -42,6 +42,6 @@ test_plan_show
 [ "$list" = no ] || exit 0
 
 plan_lock
-trap 'plan_end; test_end' EXIT
+trap 'code=$?; plan_end; test_end "$code"' EXIT
 trap 'exit 130' INT TERM
 test_plan_run

@@ -37,6 +37,8 @@ test_plan_checks() {
         reads tests/coverage scripts/lib.sh
     job plan-faults "A run shows what fails and repeats what changed" tests/scripts/plan-test.sh
         reads scripts/plan.sh scripts/lib.sh tests/scripts
+    job run-faults "A failed step fails the run" tests/scripts/test-run-test.sh
+        after packages
     job format "Format" "$SCRIPTS/check-format.sh"
         after packages
 }

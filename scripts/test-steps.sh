@@ -176,7 +176,7 @@ test_end_runtime() {
 
 # Ends what this run has started, however it ends.
 test_end() {
-    local code=$? lane
+    local code=$1 lane
     for lane in "" first "${LANES[@]}"; do
         (test_in_lane "$lane" test_end_runtime) || true
     done

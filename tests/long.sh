@@ -46,7 +46,7 @@ long_stops() {
         "$BUILD/windows/tests/unit/upload/test_upload_stops.exe" --gtest_filter='*Random*'
 }
 
-trap test_end EXIT
+trap 'test_end $?' EXIT
 trap 'exit 130' INT TERM
 
 step "Coverage" tests/coverage/coverage.sh
