@@ -49,10 +49,12 @@ test_threads() {
         setarch -R "$BUILD/threads/tests/integration/threads/test_threads"
 }
 
-# What every Windows program of a lane needs.
+# What every Windows program of a lane needs. Each step starts a session of its own: the server of an
+# earlier one may still live when its desktop has gone, and windows cannot be made then.
 test_runtime() {
     wine_prefix_make
     display_start
+    wine_stop
 }
 
 # The same with a Firebird server and the databases of the module tests.
