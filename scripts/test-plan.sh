@@ -87,6 +87,11 @@ test_plan_tidy() {
 }
 
 test_plan_lane_a() {
+    # First: after the unit tests, its windows could not be made on their display; the reason is not known.
+    job host "Host tests" test_in_lane a test_host_run
+        after build-windows client; lane a
+        reads "$WINDOWS/tests/module_host/test_host_module.exe" "$WINDOWS/tests/module_host/*.dll" \
+            tests/module_host/steps.sh "${MODULE_FILES[@]}"
     job module-1251 "Module tests, code page 1251, decimal comma" test_in_lane a test_module_run 1251 comma
         after build-windows client; lane a
         reads "$WINDOWS/tests/module/*.exe" "${MODULE_FILES[@]}"
@@ -96,10 +101,6 @@ test_plan_lane_a() {
     job windows-unit "Unit tests for Windows" test_in_lane a test_windows_level unit
         after build-windows client; lane a
         reads "$WINDOWS/tests/unit/*/*.exe" "${TEST_SCRIPTS[@]}"
-    job host "Host tests" test_in_lane a test_host_run
-        after build-windows client; lane a
-        reads "$WINDOWS/tests/module_host/test_host_module.exe" "$WINDOWS/tests/module_host/*.dll" \
-            tests/module_host/steps.sh "${MODULE_FILES[@]}"
 }
 
 test_plan_lane_b() {
