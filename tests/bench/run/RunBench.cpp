@@ -15,6 +15,7 @@
 #include "comm/TDevCommRS232.h"
 #include "comm/TDevCommUDP.h"
 #include "simulator/VirtualScale.h"
+#include "tests/support/NullView.h"
 #include "text/Cp1251.h"
 #include "upload/ScaleSession.h"
 
@@ -50,15 +51,14 @@ struct TExchange {
     bool text;          // a pause follows
 };
 
-class TNoView : public TRunView {
+[[noreturn]] void End(const char* kind, const std::string& error) {
+    std::fprintf(stderr, "%s: %s\n", kind, ToUtf8(error).c_str());
+    std::exit(1);
+}
+
+class TBenchView : public test::TNullView {
 public:
-    void ClearLog() override {}
-    void Log(std::string) override {}
-    void SetConnection(std::string) override {}
-    void SetProgress(std::string) override {}
-    void SetRunning(bool) override {}
-    void SetChoicesEnabled(bool) override {}
-    void ShowRunError(std::string) override {}
+    void ShowRunError(std::string text) override { End("run", text); }
 };
 
 // Drivers of one virtual scale: the links that it has opened, whatever the settings name.
@@ -93,16 +93,14 @@ public:
 
     // Milliseconds of one run over a link.
     double Run(std::uint8_t commType, const std::function<bool(TScaleSession&)>& pass) {
-        TNoView view;
+        TBenchView view;
         TRunStop stop;
         TFactory factory(scale_);
         TScaleSession session(factory, SystemClock(), view, stop, '.');
         exchanges_.clear();
         const auto start = std::chrono::steady_clock::now();
-        if (!session.InitComm(Rec(commType)) || !pass(session)) {
-            std::fprintf(stderr, "%s: %s\n", kind_.name, ToUtf8(session.LastError).c_str());
-            std::exit(1);
-        }
+        if (!session.InitComm(Rec(commType)) || !pass(session))
+            End(kind_.name, session.LastError);
         session.Close();
         return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start)
             .count();
