@@ -39,6 +39,8 @@ test_plan_checks() {
         reads scripts/plan.sh scripts/lib.sh tests/scripts
     job run-faults "A failed step fails the run" tests/scripts/test-run-test.sh
         after packages
+    job displays "Displays keep apart" tests/scripts/display-test.sh
+        after packages; reads scripts/wine.sh scripts/lib.sh tests/scripts
     job format "Format" "$SCRIPTS/check-format.sh"
         after packages
 }
@@ -87,7 +89,6 @@ test_plan_tidy() {
 }
 
 test_plan_lane_a() {
-    # First: after the unit tests, its windows could not be made on their display; the reason is not known.
     job host "Host tests" test_in_lane a test_host_run
         after build-windows client; lane a
         reads "$WINDOWS/tests/module_host/test_host_module.exe" "$WINDOWS/tests/module_host/*.dll" \

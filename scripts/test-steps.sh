@@ -49,8 +49,8 @@ test_threads() {
         setarch -R "$BUILD/threads/tests/integration/threads/test_threads"
 }
 
-# What every Windows program of a lane needs. Each step starts a session of its own: the server of an
-# earlier one may still live when its desktop has gone, and windows cannot be made then.
+# What every Windows program of a lane needs. Each step starts a session of its own, so that none
+# depends on what ran before it.
 test_runtime() {
     wine_prefix_make
     display_start

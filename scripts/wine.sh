@@ -3,7 +3,7 @@
 #
 #   wine_prefix_make             makes the prefix (build/wine) when it is not there; a lane's (build/wine-NAME)
 #                                is a copy of it
-#   display_start, display_stop  a private X display, 1280x900; its number is found by itself
+#   display_start, display_stop  a private X display, 1280x900, with a number of its own
 #   wine_regional <code page> <separator>
 #                                1251|1252 and comma|point: the system code page, and the user's
 #                                number, date and time formats, of every program that follows
@@ -209,8 +209,10 @@ display_pid() {
     cat "$DISPLAY_FOLDER/pid" 2>/dev/null || true
 }
 
+# Without a number that nobody else has, a display in a network namespace takes this one's socket file
+# away: "-displayfd" looks for numbers in use in its own namespace only, and takes no lock.
 display_start() {
-    local number=
+    local number
     if process_is "$(display_pid)" "Xvfb -fbdir $DISPLAY_FOLDER" && [ -e "$DISPLAY_FOLDER/number" ]; then
         return 0
     fi
@@ -218,18 +220,33 @@ display_start() {
     # Wine's desktop process belongs to the display under which it started.
     wine_stop
     mkdir -p "$DISPLAY_FOLDER"
-    mkfifo "$DISPLAY_FOLDER/answer"
-    setsid Xvfb -fbdir "$DISPLAY_FOLDER" -displayfd 3 -screen 0 1280x900x24 -nolisten tcp 3>"$DISPLAY_FOLDER/answer" \
+    for number in {90..189}; do
+        if display_start_at "$number"; then
+            printf '%s\n' "$number" >"$DISPLAY_FOLDER/number"
+            return 0
+        fi
+    done
+    cat "$DISPLAY_FOLDER/xvfb.log"
+    display_stop
+    fail "Xvfb did not start"
+}
+
+# display_start_at <number>: fails when another display has the number, also in another namespace.
+display_start_at() {
+    local pid
+    setsid Xvfb -fbdir "$DISPLAY_FOLDER" -screen 0 1280x900x24 -nolisten tcp -noreset ":$1" \
         >"$DISPLAY_FOLDER/xvfb.log" 2>&1 </dev/null &
-    printf '%s\n' "$!" >"$DISPLAY_FOLDER/pid"
-    # Xvfb writes the number when it serves the display; a failed start closes the pipe.
-    read -r -t 60 number <"$DISPLAY_FOLDER/answer" || true
-    if [ -z "$number" ]; then
-        cat "$DISPLAY_FOLDER/xvfb.log"
-        display_stop
-        fail "Xvfb did not start"
-    fi
-    printf '%s\n' "$number" >"$DISPLAY_FOLDER/number"
+    pid=$!
+    printf '%s\n' "$pid" >"$DISPLAY_FOLDER/pid"
+    wait_until 60 display_is_decided "$1" "$pid" && ! process_gone "$pid"
+}
+
+# Whether the process serves the display, or has ended because it cannot.
+display_is_decided() {
+    process_gone "$2" || {
+        [ "$(tr -d ' ' <"/tmp/.X$1-lock")" = "$2" ] &&
+            grep -q " 00010000 .* /tmp/\.X11-unix/X$1\$" /proc/net/unix
+    } 2>/dev/null
 }
 
 display_stop() {

@@ -99,8 +99,7 @@ public:
         TScaleSession session(factory, SystemClock(), view, stop, '.');
         exchanges_.clear();
         const auto start = std::chrono::steady_clock::now();
-        if (!session.InitComm(Rec(commType)) || !pass(session))
-            End(kind_.name, session.LastError);
+        if (!session.InitComm(Rec(commType)) || !pass(session)) End(kind_.name, session.LastError);
         session.Close();
         return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start)
             .count();
