@@ -64,6 +64,9 @@ endfunction()
 function(tolvane_compile_as_test name headers)
     target_link_libraries(${name} PRIVATE tolvane_test_flags tolvane_warnings GTest::gtest)
     target_precompile_headers(${name} REUSE_FROM tolvane_${headers}_headers)
+    # What templates become is compiled once for several files.
+    set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 6)
+    target_compile_options(${name} PRIVATE -Wno-subobject-linkage)
 endfunction()
 
 # tolvane_test_library(<name> [HEADERS link_test|window_test] SOURCES <files> LINKS <targets>): what

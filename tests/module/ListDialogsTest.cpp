@@ -11,14 +11,13 @@
 #include <vector>
 
 #include "tests/module/BoxAnswerer.h"
+#include "tests/module/Commands.h"
 #include "tests/module/Session.h"
 #include "tests/module/settings/DialogScript.h"
 
 namespace tolvane::test {
 namespace {
 
-constexpr WPARAM kSettingsCommand = 1005;
-constexpr WPARAM kWriteAll = 1002;
 const wchar_t* const kEditorClass = L"TScaleComunicationForm";
 const wchar_t* const kChooserClass = L"TColListForm";
 const wchar_t* const kSearchBoxClass = L"TInputBoxForm";
@@ -38,10 +37,6 @@ int WindowsOfClass(const std::wstring& className) {
     TClassCount search{className};
     EnumThreadWindows(GetCurrentThreadId(), &CountWindow, reinterpret_cast<LPARAM>(&search));
     return search.count;
-}
-
-bool Gone() {
-    return !TLoadedModule::IsInMemory();
 }
 
 struct TDialogCase {
@@ -93,7 +88,7 @@ TEST_P(ListDialogsTest, GoesWithTheListWindow) {
     EXPECT_NE(IsWindowEnabled(session_.host.Frame()), 0);
     EXPECT_EQ(session_.Completions(), 1);
     session_.module.Unload();
-    EXPECT_TRUE(RunLoopUntil(Gone));
+    EXPECT_TRUE(RunLoopUntil(TLoadedModule::IsGone));
 }
 
 TEST_P(ListDialogsTest, KeepsTheFocusAndTheMarksWhenTheHostStartsAgain) {

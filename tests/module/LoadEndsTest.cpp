@@ -16,10 +16,6 @@ namespace {
 
 constexpr UINT kActMessage = WM_APP + 100;
 
-bool Gone() {
-    return !TLoadedModule::IsInMemory();
-}
-
 LRESULT CALLBACK ActProcedure(HWND window, UINT id, WPARAM wParam, LPARAM lParam, UINT_PTR,
                               DWORD_PTR act) {
     if (id != kActMessage) return DefSubclassProc(window, id, wParam, lParam);
@@ -42,7 +38,7 @@ protected:
         EXPECT_NE(IsWindowEnabled(session_.host.Frame()), 0);
         EXPECT_EQ(session_.Completions(), 2);
         session_.module.Unload();
-        EXPECT_TRUE(RunLoopUntil(Gone));
+        EXPECT_TRUE(RunLoopUntil(TLoadedModule::IsGone));
     }
 
     TSession session_;

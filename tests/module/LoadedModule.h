@@ -28,6 +28,7 @@ public:
 
     static std::wstring Path();
     static bool IsInMemory() { return GetModuleHandleW(L"Tolvane.dll") != nullptr; }
+    static bool IsGone() { return !IsInMemory(); }
 
 private:
     HMODULE module_ = nullptr;

@@ -7,17 +7,12 @@
 
 #include "simulator/VirtualScale.h"
 #include "tests/module/BoxAnswerer.h"
+#include "tests/module/Commands.h"
 #include "tests/module/Session.h"
 #include "tests/module/settings/DialogScript.h"
 
 namespace tolvane::test {
 namespace {
-
-constexpr int kWriteAll = 1002;
-
-bool Gone() {
-    return !TLoadedModule::IsInMemory();
-}
 
 // The list window in one main window and the application in another; the only scale is silent, so
 // that a run goes on for as long as a test needs.
@@ -55,7 +50,7 @@ protected:
         EXPECT_EQ(session_.List(), nullptr);
         EXPECT_EQ(application_.Received(session_.messageId), completions);
         session_.module.Unload();
-        EXPECT_TRUE(RunLoopUntil(&Gone));
+        EXPECT_TRUE(RunLoopUntil(&TLoadedModule::IsGone));
     }
 
     simulator::TVirtualScale scale_;
@@ -94,7 +89,7 @@ TEST_F(RunEndsTest, ASecondStartMayFail) {
 TEST_F(RunEndsTest, TheHostMayUnloadTheModule) {
     During([this](HWND window) {
         session_.module.Unload();
-        EXPECT_FALSE(Gone());
+        EXPECT_FALSE(TLoadedModule::IsGone());
         // The run goes on to its end.
         EXPECT_TRUE(RunLoopUntil([&] { return IsEnabledIn(window, "OkBtn"); }));
         Press(window, "OkBtn");
@@ -103,7 +98,7 @@ TEST_F(RunEndsTest, TheHostMayUnloadTheModule) {
     ASSERT_NE(session_.List(), nullptr);
     session_.CloseList();
     EXPECT_EQ(application_.Received(session_.messageId), 1);
-    EXPECT_TRUE(RunLoopUntil(&Gone));
+    EXPECT_TRUE(RunLoopUntil(&TLoadedModule::IsGone));
 }
 
 TEST_F(RunEndsDeathTest, TheHostsProgramMayEnd) {

@@ -9,6 +9,7 @@
 
 #include "simulator/VirtualScale.h"
 #include "tests/module/BoxAnswerer.h"
+#include "tests/module/Commands.h"
 #include "tests/module/Session.h"
 #include "tests/module/settings/DialogScript.h"
 
@@ -20,9 +21,6 @@ using simulator::TBytes;
 using simulator::TVirtualScale;
 using TArticles = std::map<int, TArticle>;
 
-constexpr int kWriteAll = 1002;
-constexpr int kDeleteMarked = 1003;
-constexpr int kDeleteAll = 1004;
 constexpr int kCapacity = 130;
 constexpr int kFirstRow = 6;  // of the articles that a scale takes
 

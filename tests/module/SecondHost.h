@@ -5,6 +5,7 @@
 #include <functional>
 #include <string>
 
+#include "tests/module/Commands.h"
 #include "tests/module/settings/DialogScript.h"
 #include "window/CheckList.h"
 
@@ -24,7 +25,7 @@ inline void AddScale(HWND list, int number) {
                                }});
     const TDialogScript editor(L"TScaleComunicationForm",
                                {Pressing("btnAddScale"), Pressing("btnOk")});
-    SendMessageW(list, WM_COMMAND, 1005, 0);
+    SendMessageW(list, WM_COMMAND, kSettingsCommand, 0);
 }
 
 // Changes the mark of a scale in the run window and closes it.
@@ -34,7 +35,7 @@ inline void SetMark(HWND list, int item, const std::function<bool(bool)>& mark) 
                                 scales.SetChecked(item, mark(scales.IsChecked(item)));
                                 Press(window, "OkBtn");
                             }});
-    SendMessageW(list, WM_COMMAND, 1002, 0);
+    SendMessageW(list, WM_COMMAND, kWriteAll, 0);
 }
 
 }  // namespace tolvane::test

@@ -9,12 +9,11 @@
 #include <vector>
 
 #include "tests/module/BoxAnswerer.h"
+#include "tests/module/Commands.h"
 #include "tests/module/Session.h"
 #include "tests/module/settings/DialogScript.h"
 
 namespace tolvane::test {
-
-constexpr WPARAM kSettingsCommand = 1005;
 
 // The list window's settings command over a configuration file of the test's own.
 class TSettingsSession : public testing::Test {

@@ -10,10 +10,6 @@
 namespace tolvane::test {
 namespace {
 
-bool Gone() {
-    return !TLoadedModule::IsInMemory();
-}
-
 bool ClassExists(HMODULE module, const wchar_t* name) {
     WNDCLASSEXW info{};
     info.cbSize = sizeof info;
@@ -29,7 +25,7 @@ TEST(Unload, AfterTheWindowWasClosedLeavesNothing) {
     EXPECT_TRUE(ClassExists(module, L"TElicomPluScaleListForm"));
     session.CloseList();
     session.module.Unload();
-    ASSERT_TRUE(RunLoopUntil(Gone));
+    ASSERT_TRUE(RunLoopUntil(TLoadedModule::IsGone));
     EXPECT_FALSE(ClassExists(module, L"TElicomPluScaleListForm"));
     EXPECT_FALSE(ClassExists(module, L"TWaitForm"));
     // A hook that stayed would run code that is no longer there.
@@ -45,7 +41,7 @@ TEST(Unload, AfterAFailedStartLeavesNothing) {
         EXPECT_EQ(answerer.Seen().size(), 1U);
     }
     session.module.Unload();
-    EXPECT_TRUE(RunLoopUntil(Gone));
+    EXPECT_TRUE(RunLoopUntil(TLoadedModule::IsGone));
 }
 
 TEST(Unload, WithTheWindowOpenKeepsItAlive) {
@@ -59,7 +55,7 @@ TEST(Unload, WithTheWindowOpenKeepsItAlive) {
     EXPECT_EQ(session.Grid().RowCount(), 6);
     session.CloseList();
     EXPECT_EQ(session.Completions(), 1);
-    EXPECT_TRUE(RunLoopUntil(Gone));
+    EXPECT_TRUE(RunLoopUntil(TLoadedModule::IsGone));
 }
 
 TEST(Unload, OnTheCompletionMessageAsHostsDo) {
@@ -68,7 +64,7 @@ TEST(Unload, OnTheCompletionMessageAsHostsDo) {
     PostMessageW(session.List(), WM_CLOSE, 0, 0);
     ASSERT_TRUE(RunLoopUntil([&] { return session.Completions() == 1; }));
     session.module.Unload();
-    EXPECT_TRUE(RunLoopUntil(Gone));
+    EXPECT_TRUE(RunLoopUntil(TLoadedModule::IsGone));
 }
 
 TEST(Unload, ModuleLoadsAndStartsAgain) {
@@ -78,7 +74,7 @@ TEST(Unload, ModuleLoadsAndStartsAgain) {
         EXPECT_EQ(session.Grid().RowCount(), 6);
         session.CloseList();
         session.module.Unload();
-        ASSERT_TRUE(RunLoopUntil(Gone));
+        ASSERT_TRUE(RunLoopUntil(TLoadedModule::IsGone));
     }
 }
 

@@ -11,10 +11,6 @@ namespace {
 
 constexpr const char* kNoConnection = "Няма връзка с базата данни";
 
-bool Contains(const std::string& text, const std::string& part) {
-    return text.find(part) != std::string::npos;
-}
-
 // Connects with settings that must fail; what the error box said.
 std::string FailureOf(const THostIni* ini) {
     THostSession session;

@@ -11,6 +11,10 @@
 
 namespace tolvane::test {
 
+inline bool Contains(const std::string& text, const std::string& part) {
+    return text.find(part) != std::string::npos;
+}
+
 // The settings that reach the real server of the tests, and the same with a line replaced.
 struct THostIni {
     std::string database;

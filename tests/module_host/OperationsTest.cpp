@@ -12,10 +12,6 @@ namespace {
 
 constexpr int kFirst = host::kFirstOperation;
 
-bool Contains(const std::string& text, const std::string& part) {
-    return text.find(part) != std::string::npos;
-}
-
 TEST(HostOperationsTest, TheMenuShowsTheTitlesOfTheModules) {
     THostSession session;
     session.AddModule("FakeOperation.dll");

@@ -45,7 +45,7 @@ public:
     TCmdBuffer reply;
 };
 
-const TCmdBuffer kFrame = {0x02, 0x0D, 0x14, 0x5C, 0x14, 0x5C, 0x03};
+const TCmdBuffer kWholeFrame = {0x02, 0x0D, 0x14, 0x5C, 0x14, 0x5C, 0x03};
 
 TEST_P(ChannelContractTest, GetDescription_NamesTheTransportAndTheAddress) {
     EXPECT_EQ(channel->GetDescription(), link->description);
@@ -61,35 +61,35 @@ TEST_P(ChannelContractTest, SendData_DeliversEveryByteValue) {
 
 TEST_P(ChannelContractTest, ReadAnswer_ReturnsAFrameThatIsThereAlready) {
     channel->LastError = "untouched";
-    link->PeerSends(kFrame);
+    link->PeerSends(kWholeFrame);
     EXPECT_EQ(Read(), kReadOk);
-    EXPECT_EQ(reply, kFrame);
+    EXPECT_EQ(reply, kWholeFrame);
     EXPECT_EQ(channel->LastError, "untouched");
 }
 
 TEST_P(ChannelContractTest, ReadAnswer_EmptiesTheReplyFirst) {
     reply = {0x41, 0x42};
-    link->PeerSends(kFrame);
+    link->PeerSends(kWholeFrame);
     EXPECT_EQ(Read(), kReadOk);
-    EXPECT_EQ(reply, kFrame);
+    EXPECT_EQ(reply, kWholeFrame);
 }
 
 TEST_P(ChannelContractTest, ReadAnswer_AssemblesAFrameSplitAtEveryPosition) {
-    for (std::size_t split = 1; split < kFrame.size(); ++split) {
-        const auto middle = kFrame.begin() + static_cast<std::ptrdiff_t>(split);
-        SendsDuringTheRead({{kFrame.begin(), middle}, {middle, kFrame.end()}});
+    for (std::size_t split = 1; split < kWholeFrame.size(); ++split) {
+        const auto middle = kWholeFrame.begin() + static_cast<std::ptrdiff_t>(split);
+        SendsDuringTheRead({{kWholeFrame.begin(), middle}, {middle, kWholeFrame.end()}});
         EXPECT_EQ(Read(), kReadOk) << split << " " << channel->LastError;
-        EXPECT_EQ(reply, kFrame) << split;
+        EXPECT_EQ(reply, kWholeFrame) << split;
     }
 }
 
 TEST_P(ChannelContractTest, ReadAnswer_AssemblesAFrameSentByteByByte) {
     std::deque<TCmdBuffer> pieces;
-    for (const std::uint8_t byte : kFrame)
+    for (const std::uint8_t byte : kWholeFrame)
         pieces.push_back({byte});
     SendsDuringTheRead(pieces);
     EXPECT_EQ(Read(), kReadOk) << channel->LastError;
-    EXPECT_EQ(reply, kFrame);
+    EXPECT_EQ(reply, kWholeFrame);
 }
 
 TEST_P(ChannelContractTest, ReadAnswer_OfTwoFramesInOnePieceReturnsTheFirst) {
@@ -244,9 +244,9 @@ TEST_P(ChannelContractTest, ReadAnswer_GoesOnAfterATimeout) {
     HurryClock();
     EXPECT_EQ(Read(), kReadTimeout);
     link->clock.perLook = TMilliseconds(0);
-    link->PeerSends(kFrame);
+    link->PeerSends(kWholeFrame);
     EXPECT_EQ(Read(), kReadOk) << channel->LastError;
-    EXPECT_EQ(reply, kFrame);
+    EXPECT_EQ(reply, kWholeFrame);
 }
 
 TEST_P(ChannelContractTest, ReadAnswer_OnAClosedChannelReturns3WithoutWaiting) {
@@ -273,7 +273,7 @@ TEST_P(ChannelContractTest, LastError_OutlivesASuccessfulOpenSendDataAndReadAnsw
     EXPECT_EQ(channel->LastError, failure);
     EXPECT_TRUE(channel->SendData({0x41}));
     EXPECT_EQ(channel->LastError, failure);
-    link->PeerSends(kFrame);
+    link->PeerSends(kWholeFrame);
     EXPECT_EQ(Read(), kReadOk);
     EXPECT_EQ(channel->LastError, failure);
 }
@@ -291,7 +291,7 @@ TEST_P(ChannelContractTest, Open_ClosesFirstAndTheChannelWorksAgain) {
         EXPECT_TRUE(channel->IsConnected()) << channel->LastError;
         EXPECT_TRUE(channel->SendData({0x41}));
         EXPECT_EQ(link->PeerReceives(1), TCmdBuffer{0x41});
-        link->PeerSends(kFrame);
+        link->PeerSends(kWholeFrame);
         EXPECT_EQ(Read(), kReadOk);
     }
     channel->Close();

@@ -16,7 +16,7 @@ namespace {
 
 constexpr TMilliseconds kTimeout{1000};
 
-struct TLinkKind {
+struct TWaitingLinkKind {
     const char* name;
     std::unique_ptr<TWaitingLink> (*make)();
 };
@@ -24,7 +24,7 @@ struct TLinkKind {
 // Noise as fast as a line of 9600 bit/s carries it, with neither mark in it.
 const TCmdBuffer kNoise(10, 0x55);
 
-class RealTimeTest : public testing::TestWithParam<TLinkKind> {
+class RealTimeTest : public testing::TestWithParam<TWaitingLinkKind> {
 public:
     void SetUp() override { Make(); }
     void Make() {
@@ -92,7 +92,7 @@ TEST_P(RealTimeTest, AReplyThatIsThereIsNotWaitedFor) {
     EXPECT_LT(best, TMilliseconds(50));
 }
 
-const std::vector<TLinkKind> kLinks = {
+const std::vector<TWaitingLinkKind> kLinks = {
     {"Tcp", MakeWaitingTcp},
     {"Udp", MakeWaitingUdp},
 #ifndef _WIN32
@@ -122,8 +122,8 @@ TEST_P(RealTimeUdpTest, AScalePortThatIsClosedIsWaitedForUntilTheDeadlineAndNotB
     EXPECT_EQ(reply, TCmdBuffer{});
 }
 
-INSTANTIATE_TEST_SUITE_P(Links, RealTimeUdpTest, testing::Values(TLinkKind{"Udp", MakeWaitingUdp}),
-                         kLinkName);
+INSTANTIATE_TEST_SUITE_P(Links, RealTimeUdpTest,
+                         testing::Values(TWaitingLinkKind{"Udp", MakeWaitingUdp}), kLinkName);
 
 class RealTimeLossTest : public RealTimeTest {
 public:
@@ -174,7 +174,7 @@ TEST_P(RealTimeTcpLossTest, APeerThatResetsInMidFrameIsNoticedWithinATenthOfASec
 }
 
 INSTANTIATE_TEST_SUITE_P(Links, RealTimeTcpLossTest,
-                         testing::Values(TLinkKind{"Tcp", MakeWaitingTcp}), kLinkName);
+                         testing::Values(TWaitingLinkKind{"Tcp", MakeWaitingTcp}), kLinkName);
 
 #ifndef _WIN32
 using RealTimeSerialLossTest = RealTimeLossTest;
@@ -184,7 +184,7 @@ TEST_P(RealTimeSerialLossTest, APortThatVanishesInMidFrameIsNoticedWithinATenthO
 }
 
 INSTANTIATE_TEST_SUITE_P(Links, RealTimeSerialLossTest,
-                         testing::Values(TLinkKind{"Serial", MakeWaitingSerial}), kLinkName);
+                         testing::Values(TWaitingLinkKind{"Serial", MakeWaitingSerial}), kLinkName);
 #endif
 
 // Without this nothing here could find a wait that is busy.

@@ -7,12 +7,11 @@
 
 #include "comm/TDevCommRS232.h"
 #include "tests/integration/comm/Descriptors.h"
+#include "tests/integration/comm/Frames.h"
 #include "tests/integration/comm/SerialPeer.h"
 
 namespace tolvane::test {
 namespace {
-
-const TCmdBuffer kFrame = {0x02, 0x41, 0x03};
 
 class SerialChannelTest : public testing::Test {
 public:

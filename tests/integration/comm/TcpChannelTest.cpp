@@ -3,12 +3,11 @@
 #include "comm/SystemError.h"
 #include "comm/TDevCommTCP.h"
 #include "tests/integration/comm/Descriptors.h"
+#include "tests/integration/comm/Frames.h"
 #include "tests/integration/comm/TcpPeer.h"
 
 namespace tolvane::test {
 namespace {
-
-const TCmdBuffer kFrame = {0x02, 0x41, 0x03};
 
 class TcpChannelTest : public testing::Test {
 public:

@@ -2,12 +2,11 @@
 
 #include "comm/SystemError.h"
 #include "comm/TDevCommUDP.h"
+#include "tests/integration/comm/Frames.h"
 #include "tests/integration/comm/UdpPeer.h"
 
 namespace tolvane::test {
 namespace {
-
-const TCmdBuffer kFrame = {0x02, 0x41, 0x03};
 
 class UdpChannelTest : public testing::Test {
 public:

@@ -12,7 +12,7 @@
 namespace tolvane::test {
 namespace {
 
-constexpr UINT kEveryMs = 10;
+constexpr UINT kLooksEveryMs = 10;
 constexpr DWORD kPatienceMs = 5000;
 
 std::map<UINT_PTR, std::function<void()>>& Ticks() {
@@ -43,7 +43,7 @@ void SetKey(int virtualKey, BYTE state) {
 TDialogScript::TDialogScript(std::wstring className, std::vector<TStep> steps)
     : className_(std::move(className)),
       steps_(std::move(steps)),
-      timer_(SetTimer(nullptr, 0, kEveryMs, &Tick)) {
+      timer_(SetTimer(nullptr, 0, kLooksEveryMs, &Tick)) {
     Ticks()[timer_] = [this] { RunNext(); };
 }
 

@@ -21,7 +21,7 @@ void PrintTo(const TTransportKeys& transport, std::ostream* out) {
 }
 
 // The dialog's fields: number, name, type, code table, transport, then those of the transport.
-const TTransportKeys kTransports[] = {
+const TTransportKeys kTransportKeys[] = {
     {"RS232",
      L"5\tРиба\t↓\t↑\t\t17\t↓↓\t\t↓↓\r",
      {5, "Риба", "COM3", 1001, 5000, 0, 2, 1, 17},
@@ -104,7 +104,7 @@ TEST_P(ScaleKeyboardTest, DeletesAScale) {
     EXPECT_EQ(scales_[1].Rec.ScaleNumb, 8);
 }
 
-INSTANTIATE_TEST_SUITE_P(Transports, ScaleKeyboardTest, testing::ValuesIn(kTransports),
+INSTANTIATE_TEST_SUITE_P(Transports, ScaleKeyboardTest, testing::ValuesIn(kTransportKeys),
                          [](const auto& test) { return std::string(test.param.transport); });
 
 }  // namespace tolvane::test

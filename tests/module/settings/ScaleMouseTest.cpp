@@ -44,7 +44,7 @@ void PrintTo(const TTransportClicks& transport, std::ostream* out) {
 }
 
 // The third digit of a group that is typed over would stay.
-const TTransportClicks kTransports[] = {
+const TTransportClicks kTransportClicks[] = {
     {"RS232",
      {Up("udScaleNumb"), TPick{"cbScaleType", 2}, TPick{"cbbEncoding", 0}, Up("udScaleAddr"),
       Up("udScaleAddr"), TPick{"cbPickComPort", 1}, TPick{"cbBaudRate", 4}},
@@ -180,7 +180,7 @@ TEST_P(ScaleMouseTest, DeletesAScale) {
     EXPECT_EQ(scales_[1].Rec.ScaleNumb, 8);
 }
 
-INSTANTIATE_TEST_SUITE_P(Transports, ScaleMouseTest, testing::ValuesIn(kTransports),
+INSTANTIATE_TEST_SUITE_P(Transports, ScaleMouseTest, testing::ValuesIn(kTransportClicks),
                          [](const auto& test) { return std::string(test.param.transport); });
 
 }  // namespace tolvane::test

@@ -6,11 +6,15 @@
 #include <limits>
 #include <string>
 
+#include "ColumnValues.h"
 #include "database/DatabaseError.h"
 #include "text/Cp1251.h"
 
 namespace tolvane {
 namespace {
+
+using test::Number;
+using test::Text;
 
 // 1 January 2024 in the server's days: 60310 from 17 November 1858.
 constexpr std::int32_t kNewYear2024 = 60310;
@@ -33,25 +37,10 @@ TRegionalSettings Point() {
     return regional;
 }
 
-TColumnValue Number(std::int64_t integer, int scale = 0) {
-    TColumnValue value;
-    value.kind = TValueKind::Integer;
-    value.integer = integer;
-    value.scale = static_cast<std::int8_t>(scale);
-    return value;
-}
-
 TColumnValue Float(double number) {
     TColumnValue value;
     value.kind = TValueKind::Float;
     value.number = number;
-    return value;
-}
-
-TColumnValue Text(std::string_view text) {
-    TColumnValue value;
-    value.kind = TValueKind::Text;
-    value.text = text;
     return value;
 }
 

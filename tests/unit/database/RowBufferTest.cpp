@@ -7,26 +7,14 @@
 #include <utility>
 #include <vector>
 
+#include "ColumnValues.h"
+
 namespace tolvane {
 namespace {
 
-TColumnValue Of(TValueKind kind) {
-    TColumnValue value;
-    value.kind = kind;
-    return value;
-}
-
-TColumnValue Text(std::string_view text) {
-    TColumnValue value = Of(TValueKind::Text);
-    value.text = text;
-    return value;
-}
-
-TColumnValue Number(std::int64_t integer) {
-    TColumnValue value = Of(TValueKind::Integer);
-    value.integer = integer;
-    return value;
-}
+using test::Number;
+using test::Text;
+using test::Value;
 
 TEST(RowBuffer, KeepsEveryKindOfValue) {
     TRowBuffer buffer({{TValueKind::Boolean, 0},
@@ -37,9 +25,9 @@ TEST(RowBuffer, KeepsEveryKindOfValue) {
                        {TValueKind::Time, 0},
                        {TValueKind::Timestamp, 0}});
     std::vector<TColumnValue> row = {
-        Of(TValueKind::Boolean),  Number(-125000),      Text("abc"),
-        Of(TValueKind::Float),    Of(TValueKind::Date), Of(TValueKind::Time),
-        Of(TValueKind::Timestamp)};
+        Value(TValueKind::Boolean),  Number(-125000),         Text("abc"),
+        Value(TValueKind::Float),    Value(TValueKind::Date), Value(TValueKind::Time),
+        Value(TValueKind::Timestamp)};
     row[0].integer = 1;
     row[3].number = 0.5;
     row[4].days = -7;

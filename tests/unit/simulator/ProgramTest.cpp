@@ -75,9 +75,9 @@ private:
     std::FILE* output_ = nullptr;
 };
 
-class TTcpClient : public TStreamClient<asio::ip::tcp::socket> {
+class TProgramClient : public TStreamClient<asio::ip::tcp::socket> {
 public:
-    explicit TTcpClient(const std::string& ready) {
+    explicit TProgramClient(const std::string& ready) {
         const int port = std::stoi(ready.substr(ready.rfind(':') + 1));
         Stream().connect({asio::ip::make_address("127.0.0.1"), static_cast<std::uint16_t>(port)});
     }
@@ -99,7 +99,7 @@ TEST_P(ProgramTest, ASignal_SavesAndPrintsWhatTheScaleHolds) {
     std::ostringstream readyFile;
     readyFile << std::ifstream(Path("ready")).rdbuf();
     EXPECT_EQ(readyFile.str(), ready);
-    TTcpClient client(ready);
+    TProgramClient client(ready);
     EXPECT_EQ(client.Ask(kAskPrgMode, 7), Bytes(kPrgMode));
     EXPECT_EQ(client.Ask("04 0D 14 5D 14 40 15 64 15 14 DB 03", 7), Bytes("02 0D 14 5D 14 5D 03"));
     program.Signal(GetParam());
@@ -121,7 +121,7 @@ INSTANTIATE_TEST_SUITE_P(Signals, ProgramTest, testing::Values(SIGTERM, SIGINT))
 
 TEST_F(ProgramTest, SaveOnWeighing_SavesBeforeItAnswers) {
     TProgram program({"--save", Path("state.json"), "--save-on-weighing", "--trace"});
-    TTcpClient client(program.Line());
+    TProgramClient client(program.Line());
     EXPECT_EQ(client.Ask(kAskPrgMode, 7), Bytes(kPrgMode));
     EXPECT_FALSE(std::filesystem::exists(Path("state.json")));
     EXPECT_EQ(client.Ask(kAskWeightMode, 7), Bytes(kWeightMode));

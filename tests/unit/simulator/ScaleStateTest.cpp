@@ -96,7 +96,7 @@ TEST_F(ScaleStateTest, SaveState_FailsInAFolderThatDoesNotExist) {
     EXPECT_THROW(SaveState(Sample(), Path("nowhere/state.json")), std::runtime_error);
 }
 
-std::string WhyNot(const std::string& path) {
+std::string WhyNotLoaded(const std::string& path) {
     try {
         LoadState(path);
     } catch (const std::runtime_error& error) {
@@ -106,16 +106,16 @@ std::string WhyNot(const std::string& path) {
 }
 
 TEST_F(ScaleStateTest, LoadState_NamesTheFileAndWhatIsWrong) {
-    EXPECT_EQ(WhyNot(Path("none.json")), "cannot read " + Path("none.json"));
+    EXPECT_EQ(WhyNotLoaded(Path("none.json")), "cannot read " + Path("none.json"));
     nlohmann::json json = nlohmann::json::parse(kSampleJson);
     json["scale"]["model"] = "XYZ";
     std::ofstream(Path("model.json")) << json;
-    EXPECT_EQ(WhyNot(Path("model.json")),
+    EXPECT_EQ(WhyNotLoaded(Path("model.json")),
               Path("model.json") + ": not a scale's state: unknown model");
     json = nlohmann::json::parse(kSampleJson);
     json["articles"][0]["texts"][0]["hex"] = "9";
     std::ofstream(Path("hex.json")) << json;
-    EXPECT_EQ(WhyNot(Path("hex.json")),
+    EXPECT_EQ(WhyNotLoaded(Path("hex.json")),
               Path("hex.json") + ": not a scale's state: bad bytes of article 7");
 }
 

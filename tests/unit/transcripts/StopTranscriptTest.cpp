@@ -23,7 +23,7 @@ std::string Opened(const std::string& scale) {
            "Осъществена връзка с устройството за комуникация\n";
 }
 
-std::string Written(const std::string& scale) {
+std::string OpenedAndWritten(const std::string& scale) {
     return Opened(scale) + kWriteVersion +
            "   Брой записани артикули: 2\n"
            "Успешно записани артикули във везна: " +
@@ -62,7 +62,7 @@ TEST_F(StopTranscript, InTheFirstScaleOfAWriteRun) {
 TEST_F(StopTranscript, InTheSecondScaleOfAWriteRun) {
     AddScales(3);
     StopAt("Запис артикул: 12 Домати", 2);
-    EXPECT_EQ(Write(TwoGoods()), Written("Везна 1") + StoppedInWork("Везна 2") +
+    EXPECT_EQ(Write(TwoGoods()), OpenedAndWritten("Везна 1") + StoppedInWork("Везна 2") +
                                      StoppedBefore("Везна 3") + std::string(kSeparator));
     EXPECT_FALSE(State(1).programming);
     EXPECT_EQ(State(2).articles.size(), 1U);
@@ -72,7 +72,7 @@ TEST_F(StopTranscript, InTheSecondScaleOfAWriteRun) {
 TEST_F(StopTranscript, InTheLastScaleOfAWriteRun) {
     AddScales(3);
     StopAt("Запис артикул: 12 Домати", 3);
-    EXPECT_EQ(Write(TwoGoods()), Written("Везна 1") + Written("Везна 2") +
+    EXPECT_EQ(Write(TwoGoods()), OpenedAndWritten("Везна 1") + OpenedAndWritten("Везна 2") +
                                      StoppedInWork("Везна 3") + std::string(kSeparator));
     EXPECT_EQ(State(3).articles.size(), 1U);
 }
@@ -81,7 +81,7 @@ TEST_F(StopTranscript, DuringTheLastArticleOfAScaleIsFeltInTheNextOneOnly) {
     AddScales(2);
     StopAt("Запис артикул: 7 Яйца", 1);
     EXPECT_EQ(Write(TwoGoods()),
-              Written("Везна 1") + StoppedBefore("Везна 2") + std::string(kSeparator));
+              OpenedAndWritten("Везна 1") + StoppedBefore("Везна 2") + std::string(kSeparator));
 }
 
 std::string DeleteStopped(const std::string& scale) {

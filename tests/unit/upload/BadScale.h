@@ -39,4 +39,12 @@ inline const std::string kNotTheAddress =
 inline const std::string kNotTheSum = "Unexpected answer from scale. Invalid Checksum. ";
 inline const std::string kNotTheCommand = "Unexpected answer from scale. Command does not match.";
 
+// What the scale's command says of no reply.
+inline const std::string kPrgFails = "[SetPrgMode] ErrCode: 1000, Fail set Weight mode: ";
+inline const std::string kVersionFails = "[GetVersion] ErrCode: 0, Fail get version: ";
+inline const std::string kPriceFails = "[SetPrice] ErrCode: 0, Fail set PLU price: ";
+
+// Names a parameterised test after its row.
+inline constexpr auto kRowName = [](const auto& row) { return row.param.name; };
+
 }  // namespace tolvane::test

@@ -27,9 +27,6 @@ void PrintTo(const TBadDelete& deletion, std::ostream* out) {
     *out << deletion.name;
 }
 
-const std::string kPrgFails = "[SetPrgMode] ErrCode: 1000, Fail set Weight mode: ";
-const std::string kVersionFails = "[GetVersion] ErrCode: 0, Fail get version: ";
-const std::string kPriceFails = "[SetPrice] ErrCode: 0, Fail set PLU price: ";
 const std::string kPriceRefused =
     "[SetPrice] ErrCode: 7, Fail set PLU price: Scale return Error code: 7";
 const std::string kOld = "250 'Old' 0,1";
@@ -37,7 +34,7 @@ const std::string kUnnamed = "0 'Old' 0,1";  // only the price was cleared
 const std::string kGone = "cleared";
 
 // Both forms of the pass go this way before their first article.
-const std::vector<TBadDelete> kBeforeArticles = {
+const std::vector<TBadDelete> kBeforeDeletes = {
     {"IsSilentFromTheStart", Fault(TFaultKind::Silent, kWeight, 1), kPrgFails + kSilence,
      "3C 36 3C", false, kOld, kOld, kOld},
     {"RefusesProgrammingMode", Fault(TFaultKind::Error, kPrg, 1, 9),
@@ -78,16 +75,16 @@ const std::vector<TBadDelete> kBeforeArticles = {
      "3C 36 48 3C", false, kOld, kOld, kOld},
 };
 
-const std::string kWhole = "3C 36 48 4A:1 4C:1.0 4A:2 4C:2.0 4A:3 4C:3.0 3C";
+const std::string kWholePass = "3C 36 48 4A:1 4C:1.0 4A:2 4C:2.0 4A:3 4C:3.0 3C";
 const std::string kToSecondPrice = "3C 36 48 4A:1 4C:1.0 4A:2 3C";
 
 const std::vector<TBadDelete> kEverything = {
-    {"RefusesTheFirstWeighingMode", Fault(TFaultKind::Error, kWeight, 1, 4), "", kWhole, false,
+    {"RefusesTheFirstWeighingMode", Fault(TFaultKind::Error, kWeight, 1, 4), "", kWholePass, false,
      kGone, kGone, kGone},
-    {"SaysNothingToTheFirstWeighingMode", Fault(TFaultKind::NoReply, kWeight, 1), "", kWhole, false,
-     kGone, kGone, kGone},
+    {"SaysNothingToTheFirstWeighingMode", Fault(TFaultKind::NoReply, kWeight, 1), "", kWholePass,
+     false, kGone, kGone, kGone},
     {"AnswersTheFirstWeighingModeWithAWrongCommand", Fault(TFaultKind::WrongCommand, kWeight, 1),
-     "", kWhole, false, kGone, kGone, kGone},
+     "", kWholePass, false, kGone, kGone, kGone},
     {"RefusesTheSecondPrice", Fault(TFaultKind::Error, kPrice, 2, 7), kPriceRefused, kToSecondPrice,
      false, kGone, kOld, kOld},
     {"GoesSilentAtTheSecondPrice", Fault(TFaultKind::Silent, kPrice, 2), kPriceFails + kSilence,
@@ -105,29 +102,29 @@ const std::vector<TBadDelete> kEverything = {
      "3C 36 48 4A:1 4C:1.0 4A:2 4A:2 4C:2.0 4A:3 4C:3.0 3C", false, kGone, kGone, kGone},
     {"IsMisheardAtEveryPrice", Fault(TFaultKind::EtxFirst, kPrice, kEveryTime),
      kPriceFails + kMisheard, "3C 36 48 4A:1 4A:1 4A:1 4A:1 3C", false, kUnnamed, kOld, kOld},
-    {"RefusesEveryName", Fault(TFaultKind::Error, kParam, kEveryTime, 5), "", kWhole, false,
+    {"RefusesEveryName", Fault(TFaultKind::Error, kParam, kEveryTime, 5), "", kWholePass, false,
      kUnnamed, kUnnamed, kUnnamed},
-    {"SaysNothingToTheSecondName", Fault(TFaultKind::NoReply, kParam, 2), "", kWhole, false, kGone,
-     kUnnamed, kGone},
+    {"SaysNothingToTheSecondName", Fault(TFaultKind::NoReply, kParam, 2), "", kWholePass, false,
+     kGone, kUnnamed, kGone},
     {"AnswersEveryNameWithAWrongCommand", Fault(TFaultKind::WrongCommand, kParam, kEveryTime), "",
-     kWhole, false, kGone, kGone, kGone},
-    {"AnswersEveryNameWithoutData", Fault(TFaultKind::Empty, kParam, kEveryTime), "", kWhole, false,
-     kGone, kGone, kGone},
+     kWholePass, false, kGone, kGone, kGone},
+    {"AnswersEveryNameWithoutData", Fault(TFaultKind::Empty, kParam, kEveryTime), "", kWholePass,
+     false, kGone, kGone, kGone},
     {"IsMisheardAtEveryName", Fault(TFaultKind::EtxFirst, kParam, kEveryTime), "",
      "3C 36 48 4A:1 4C:1.0 4C:1.0 4C:1.0 4C:1.0 4A:2 4C:2.0 4C:2.0 4C:2.0 4C:2.0 "
      "4A:3 4C:3.0 4C:3.0 4C:3.0 4C:3.0 3C",
      false, kGone, kGone, kGone},
     {"GoesSilentAtTheSecondName", Fault(TFaultKind::Silent, kParam, 2), kPriceFails + kSilence,
      "3C 36 48 4A:1 4C:1.0 4A:2 4C:2.0 4A:3 3C", true, kGone, kUnnamed, kOld},
-    {"RefusesTheLastWeighingMode", Fault(TFaultKind::Error, kWeight, 2, 4), "", kWhole, true, kGone,
-     kGone, kGone},
-    {"GoesSilentAtTheLastWeighingMode", Fault(TFaultKind::Silent, kWeight, 2), "", kWhole, true,
+    {"RefusesTheLastWeighingMode", Fault(TFaultKind::Error, kWeight, 2, 4), "", kWholePass, true,
      kGone, kGone, kGone},
-    {"SaysNothingToTheLastWeighingMode", Fault(TFaultKind::NoReply, kWeight, 2), "", kWhole, true,
+    {"GoesSilentAtTheLastWeighingMode", Fault(TFaultKind::Silent, kWeight, 2), "", kWholePass, true,
      kGone, kGone, kGone},
+    {"SaysNothingToTheLastWeighingMode", Fault(TFaultKind::NoReply, kWeight, 2), "", kWholePass,
+     true, kGone, kGone, kGone},
     // It obeyed; only its answer was wrong.
     {"AnswersTheLastWeighingModeWithAWrongCommand", Fault(TFaultKind::WrongCommand, kWeight, 2), "",
-     kWhole, false, kGone, kGone, kGone},
+     kWholePass, false, kGone, kGone, kGone},
 };
 
 const std::string kWholeList = "3C 36 48 49:1 4C:1.0 49:3 4C:3.0 3C";
@@ -241,14 +238,14 @@ TEST_F(BadScaleDeleteTest, DeletingListedArticlesChangesNothingButTheirPriceAndN
     EXPECT_EQ(state.articles.size(), 3U);
 }
 
-const auto kName = [](const auto& row) { return row.param.name; };
 INSTANTIATE_TEST_SUITE_P(BeforeArticles, BadScaleDeleteEverythingTest,
-                         ::testing::ValuesIn(kBeforeArticles), kName);
+                         ::testing::ValuesIn(kBeforeDeletes), kRowName);
 INSTANTIATE_TEST_SUITE_P(AtArticles, BadScaleDeleteEverythingTest, ::testing::ValuesIn(kEverything),
-                         kName);
+                         kRowName);
 INSTANTIATE_TEST_SUITE_P(BeforeArticles, BadScaleDeleteListedTest,
-                         ::testing::ValuesIn(kBeforeArticles), kName);
-INSTANTIATE_TEST_SUITE_P(AtArticles, BadScaleDeleteListedTest, ::testing::ValuesIn(kListed), kName);
+                         ::testing::ValuesIn(kBeforeDeletes), kRowName);
+INSTANTIATE_TEST_SUITE_P(AtArticles, BadScaleDeleteListedTest, ::testing::ValuesIn(kListed),
+                         kRowName);
 
 }  // namespace
 }  // namespace tolvane

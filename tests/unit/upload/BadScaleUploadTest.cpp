@@ -28,9 +28,7 @@ void PrintTo(const TBadUpload& upload, std::ostream* out) {
 }
 
 const std::string kNoArticle = "Fail! Plu: 0 \"\" ";
-const std::string kPrgFails = "[SetPrgMode] ErrCode: 1000, Fail set Weight mode: ";
-const std::string kVersionFails = "[GetVersion] ErrCode: 0, Fail get version: ";
-const std::string kPriceFails = "Fail! Plu: 13 \"B\" [SetPrice] ErrCode: 0, Fail set PLU price: ";
+const std::string kPrice13Fails = "Fail! Plu: 13 \"B\" " + kPriceFails;
 const std::string kName12 =
     "Fail set parameter: Plu:12 ParN:0 ParT:\"A                              \"\r\n";
 const std::string kBestBefore13 = "Fail set parameter: Plu:13 ParN:4 ParT:\"\x01\x05\"\r\n";
@@ -99,18 +97,18 @@ const std::vector<TBadUpload> kAtPrices = {
      "Fail! Plu: 13 \"B\" [SetPrice] ErrCode: 255, Fail set PLU price: "
      "Scale return Error code: 255",
      kStart + kArticle12 + "4A:13", true, kHeld12, "-"},
-    {"GoesSilentAtTheSecondPrice", Fault(TFaultKind::Silent, kPrice, 2), kPriceFails + kSilence,
+    {"GoesSilentAtTheSecondPrice", Fault(TFaultKind::Silent, kPrice, 2), kPrice13Fails + kSilence,
      kStart + kArticle12 + "4A:13", true, kHeld12, "-"},
     {"AnswersTheSecondPriceWithAWrongCommand", Fault(TFaultKind::WrongCommand, kPrice, 2),
-     kPriceFails + kNotTheCommand + "Exp:4A Rec:4B)", kStart + kArticle12 + "4A:13", true, kHeld12,
-     "250 '' "},
+     kPrice13Fails + kNotTheCommand + "Exp:4A Rec:4B)", kStart + kArticle12 + "4A:13", true,
+     kHeld12, "250 '' "},
     {"AnswersTheSecondPriceFromAWrongAddress", Fault(TFaultKind::WrongAddress, kPrice, 2),
-     kPriceFails + kNotTheAddress, kStart + kArticle12 + "4A:13", true, kHeld12, "250 '' "},
+     kPrice13Fails + kNotTheAddress, kStart + kArticle12 + "4A:13", true, kHeld12, "250 '' "},
     {"AnswersTheSecondPriceWithAWrongChecksum", Fault(TFaultKind::BadChecksum, kPrice, 2),
-     kPriceFails + kNotTheSum + "Exp:4A Rec:4B)", kStart + kArticle12 + "4A:13", true, kHeld12,
+     kPrice13Fails + kNotTheSum + "Exp:4A Rec:4B)", kStart + kArticle12 + "4A:13", true, kHeld12,
      "250 '' "},
-    {"AnswersTheSecondPriceWithoutData", Fault(TFaultKind::Empty, kPrice, 2), kPriceFails + kNoCode,
-     kStart + kArticle12 + "4A:13", true, kHeld12, "250 '' "},
+    {"AnswersTheSecondPriceWithoutData", Fault(TFaultKind::Empty, kPrice, 2),
+     kPrice13Fails + kNoCode, kStart + kArticle12 + "4A:13", true, kHeld12, "250 '' "},
     {"IsMisheardOnceAtTheSecondPrice", Fault(TFaultKind::EtxFirst, kPrice, 2), "",
      kStart + kArticle12 + "4A:13 " + kArticle13 + "3C", false, kHeld12, kHeld13},
     {"IsMisheardAtEveryPrice", Fault(TFaultKind::EtxFirst, kPrice, kEveryTime),
@@ -222,14 +220,14 @@ TEST_P(BadScalePieceTest, ErrorCommandsAndTheScalesStateAreExact) {
            rec);
 }
 
-const auto kName = [](const auto& row) { return row.param.name; };
 INSTANTIATE_TEST_SUITE_P(BeforeArticles, BadScaleUploadTest, ::testing::ValuesIn(kBeforeArticles),
-                         kName);
-INSTANTIATE_TEST_SUITE_P(AtPrices, BadScaleUploadTest, ::testing::ValuesIn(kAtPrices), kName);
+                         kRowName);
+INSTANTIATE_TEST_SUITE_P(AtPrices, BadScaleUploadTest, ::testing::ValuesIn(kAtPrices), kRowName);
 INSTANTIATE_TEST_SUITE_P(AtTextsAndAfter, BadScaleUploadTest, ::testing::ValuesIn(kAtTextsAndAfter),
-                         kName);
+                         kRowName);
 
-INSTANTIATE_TEST_SUITE_P(AtPrices, BadScalePieceTest, ::testing::ValuesIn(kAtPiecePrices), kName);
+INSTANTIATE_TEST_SUITE_P(AtPrices, BadScalePieceTest, ::testing::ValuesIn(kAtPiecePrices),
+                         kRowName);
 
 using FailedUploadTest = test::TCorePassTest;
 

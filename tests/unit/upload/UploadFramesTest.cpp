@@ -19,7 +19,7 @@ using test::TEvents;
 // AD).
 constexpr std::string_view kWeighed =
     "10300|22012|1|0|0|12.34|0|300|Айрян|Cheese|c1|c2|c3|L-7|0|0|4711|"_cp1251;
-constexpr std::string_view kPieces =
+constexpr std::string_view kPiecesArticle =
     "10300|22012|2|0|0|12.34|0|300|Айрян|Cheese|c1|c2|c3|L-7|1|0|4711|"_cp1251;
 
 constexpr const char* kWeightMode = "04 0D 14 50 50 03";
@@ -170,7 +170,7 @@ TEST_P(UploadFramesTest, AnArticleSoldByWeightGoesOverTheWireInTheseFrames) {
 }
 
 TEST_P(UploadFramesTest, AnArticleSoldByThePieceGoesOverTheWireInTheseFrames) {
-    EXPECT_EQ(Pass(kPieces), Expected(GetParam().piecePrice));
+    EXPECT_EQ(Pass(kPiecesArticle), Expected(GetParam().piecePrice));
 }
 
 INSTANTIATE_TEST_SUITE_P(TypesAndModes, UploadFramesTest, ::testing::ValuesIn(kCases),
