@@ -42,8 +42,8 @@ struct THeld {
     std::uintptr_t handle = NextHandle();
 };
 
-// Whether no way to end a run leaves something behind each time; each is taken in about a quarter of
-// the runs. Windows makes some objects once, when they are first needed: so many may be new. The
+// Whether no way to end a run leaves something behind each time; each is taken in about a quarter
+// of the runs. Windows makes some objects once, when they are first needed: so many may be new. The
 // scales' own threads end a little later than the runs.
 bool ComesDownTo(const THeld& before, int runs) {
     constexpr int kLooks = 200;
