@@ -79,13 +79,13 @@ test_plan_threads() {
         reads "$BUILD/threads/tests/integration/threads/test_threads" "${TEST_SCRIPTS[@]}"
 }
 
-# Beside the tests in Wine, which mostly wait.
+# Beside the tests in Wine, which mostly wait, and not beside a build, which does not.
 test_plan_tidy() {
     job tidy-linux "clang-tidy, Linux" nice -n 19 "$SCRIPTS/tidy.sh" native
-        after build-linux; lane tidy
+        after build-linux; lane tidy; alone cores
     [ "$1" = no ] || return 0
     job tidy-windows "clang-tidy, Windows" nice -n 19 "$SCRIPTS/tidy.sh" windows
-        after build-windows tidy-linux; lane tidy
+        after build-windows tidy-linux; lane tidy; alone cores
 }
 
 test_plan_lane_a() {
@@ -99,9 +99,6 @@ test_plan_lane_a() {
     job windows-links "Channels and searches for Windows" test_in_lane a test_windows_level integration
         after build-windows client; lane a; alone udp
         reads "$WINDOWS/tests/integration/*/*.exe" "${TEST_SCRIPTS[@]}"
-    job windows-unit "Unit tests for Windows" test_in_lane a test_windows_level unit
-        after build-windows client; lane a
-        reads "$WINDOWS/tests/unit/*/*.exe" "${TEST_SCRIPTS[@]}"
 }
 
 test_plan_lane_b() {
@@ -138,6 +135,9 @@ test_plan_lane_c() {
 }
 
 test_plan_lane_d() {
+    job windows-unit "Unit tests for Windows" test_in_lane d test_windows_level unit
+        after build-windows client; lane d
+        reads "$WINDOWS/tests/unit/*/*.exe" "${TEST_SCRIPTS[@]}"
     job windows-stops "Runs stopped in every phase" test_in_lane d test_windows_programs test_upload_stops
         after build-windows client; lane d
         reads "$WINDOWS/tests/unit/upload/test_upload_stops.exe" "${TEST_SCRIPTS[@]}"

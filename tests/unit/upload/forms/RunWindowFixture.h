@@ -26,6 +26,13 @@ inline constexpr const char* kLogSeparator = "----------------------------------
 // Each line with CR LF behind it.
 std::string Lines(const std::vector<std::string>& lines);
 
+// Pauses a tenth as long; deadlines stay.
+class TShortPauses : public TClock {
+public:
+    TTimePoint Now() const override { return SystemClock().Now(); }
+    void Sleep(TMilliseconds pause) override { SystemClock().Sleep(pause / 10); }
+};
+
 // The run window over two scales (slots 1 and 2, of which only the first is checked) at virtual
 // scales, with articles 12 and 7, owned by a stand-in of the list window: a child of a main window,
 // as an MDI child is one.
@@ -44,6 +51,8 @@ protected:
     simulator::TVirtualScale& Scale(int slot) {
         return *virtualScales_.at(static_cast<std::size_t>(slot) - 1);
     }
+    // For tests that do nothing in the middle of a run.
+    void ShortenPauses() { context_.clock = &shortPauses_; }
     // From the first request on.
     void SetSilent(int slot);
     // Price writes that have come to the scale.
@@ -85,6 +94,7 @@ protected:
     HWND owner_ = nullptr;
     TScaleTable scales_;
     TRunContext context_;
+    TShortPauses shortPauses_;
     std::array<std::unique_ptr<simulator::TVirtualScale>, 2> virtualScales_;
     TWindowScript script_;
     std::string log_;  // as ThenClose met it

@@ -18,21 +18,14 @@ namespace {
 
 enum class TEnding { StopThenClose, Escape, CloseBox, OwnerGoes, Count };
 
-// About as long as a run over both scales takes with the clock below.
+// About as long as a run over both scales takes with short pauses.
 constexpr unsigned kLongestMs = 600;
 
 int RunCount() {
-    constexpr int kUsual = 200;
+    constexpr int kUsual = 80;
     const char* count = std::getenv("TOLVANE_RANDOM_STOPS");
     return count == nullptr ? kUsual : std::atoi(count);
 }
-
-// Pauses a tenth as long.
-class TQuickClock : public TClock {
-public:
-    TTimePoint Now() const override { return SystemClock().Now(); }
-    void Sleep(TMilliseconds pause) override { SystemClock().Sleep(pause / 10); }
-};
 
 // What runs and their windows could leave behind.
 struct THeld {
@@ -76,7 +69,6 @@ protected:
     void OneRun();
     void ThenEnd(TEnding ending, DWORD delayMs, HWND owner);
 
-    TQuickClock clock_;
     std::mt19937 random_{20240611};
     std::set<TThreadKey> threadsAtRest_;
     std::array<int, static_cast<std::size_t>(TEnding::Count)> endings_{};
@@ -130,7 +122,7 @@ TEST_F(RunWindowRandom, ARunMayBeEndedAtAnyTime) {
     ReplaceScale(2, small);
     SetArticles(ManyGoods(5));
     scales_[2].Checked = true;
-    context_.clock = &clock_;
+    ShortenPauses();
     const int runs = RunCount();
     DWORD longest = 0;
     int inTheMiddle = 0;

@@ -91,6 +91,7 @@ TEST_F(RunWindowRun, AfterARunEveryControlIsEnabledAndBothLabelsAreEmpty) {
 }
 
 TEST_F(RunWindowRun, ARunOfMarkedArticlesTakesTheMarkedOnes) {
+    ShortenPauses();
     context_.marked = {1};
     context_.current = 0;
     ThenStart("SaveBtn");
@@ -101,6 +102,7 @@ TEST_F(RunWindowRun, ARunOfMarkedArticlesTakesTheMarkedOnes) {
 }
 
 TEST_F(RunWindowRun, ARunOfMarkedArticlesTakesTheCurrentOneWhenNoneIsMarked) {
+    ShortenPauses();
     context_.current = 1;
     ThenStart("SaveBtn");
     ThenClose();
@@ -126,6 +128,7 @@ TEST_F(RunWindowRun, TheThirdKindDeletesTheMarkedArticlesUnderTheWriteTexts) {
 }
 
 TEST_F(RunWindowRun, TheChosenPriceAndNamesReachTheScale) {
+    ShortenPauses();
     TArticle article = Goods(12, "Домати"_cp1251);
     article.ecrName = "Cash";
     article.wholesale = 9.99;
@@ -274,6 +277,7 @@ TEST_F(RunWindowRun, AClickAsSoonAsTheButtonsAreBackStartsTheNextRun) {
 }
 
 TEST_F(RunWindowRun, AfterARunThatBeganWithoutTheFocusTheKeyboardWorks) {
+    ShortenPauses();
     script_.When([] { return IsAtRest(); },
                  [] {
                      SetFocus(nullptr);
@@ -338,6 +342,7 @@ TEST_F(RunWindowRun, TheCloseBoxClosesAfterAnErrorWhileLinesAreBuilt) {
 }
 
 TEST_F(RunWindowRun, LinesLabelsAndControlsChangeInTheOrderOfTheRun) {
+    ShortenPauses();
     SetArticles({Goods(12, "Домати"_cp1251)});
     TControlRecorder recorder;
     script_.When([] { return IsAtRest(); },
