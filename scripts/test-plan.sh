@@ -32,6 +32,9 @@ test_plan_checks() {
     job layers "Layers" "$SCRIPTS/check-layers.sh"
     job layers-faults "The layers check finds planted faults" tests/scripts/check-layers-test.sh
         reads scripts/check-layers.sh scripts/lib.sh tests/scripts
+    job messages "Commit messages" "$SCRIPTS/check-messages.sh"
+    job messages-faults "The messages check finds planted faults" tests/scripts/check-messages-test.sh
+        reads scripts/check-messages.sh scripts/lib.sh tests/scripts
     job reasons "Reasons of the coverage report" tests/coverage/check-reasons.sh
     job reasons-faults "The reasons check finds planted faults" tests/coverage/check-reasons-test.sh
         reads tests/coverage scripts/lib.sh
