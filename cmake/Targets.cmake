@@ -13,9 +13,10 @@ function(tolvane_precompiled name header)
     target_precompile_headers(${name} PRIVATE ${header})
 endfunction()
 
-# Builds that only tests use take the standard library precompiled. What is installed does not: it shows
-# whether each file includes what it needs.
-if(TOLVANE_SANITIZE)
+# Builds that have tests take the standard library precompiled. clang-tidy, which does not, shows whether
+# each file includes what it needs.
+if(TOLVANE_SANITIZE OR (WIN32 AND BUILD_TESTING))
+    set(TOLVANE_PRECOMPILE ON)
     tolvane_precompiled(tolvane_standard_headers ${PROJECT_SOURCE_DIR}/tests/support/StandardHeaders.h)
 endif()
 
@@ -26,7 +27,7 @@ function(tolvane_library name)
     add_library(${name} STATIC ${arg_SOURCES})
     target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
     target_link_libraries(${name} PUBLIC ${arg_LINKS} PRIVATE tolvane_warnings)
-    if(TOLVANE_SANITIZE)
+    if(TOLVANE_PRECOMPILE)
         target_precompile_headers(${name} REUSE_FROM tolvane_standard_headers)
     endif()
 endfunction()
