@@ -13,8 +13,8 @@ function(tolvane_precompiled name header)
     target_precompile_headers(${name} PRIVATE ${header})
 endfunction()
 
-# Builds that have tests take the standard library precompiled. clang-tidy, which does not, shows whether
-# each file includes what it needs.
+# The builds that test.sh makes take the standard library precompiled. Whether each file includes what it
+# needs is shown by clang-tidy with CI=true, which reads every file by itself and without that.
 if(TOLVANE_SANITIZE OR (WIN32 AND BUILD_TESTING))
     set(TOLVANE_PRECOMPILE ON)
     tolvane_precompiled(tolvane_standard_headers ${PROJECT_SOURCE_DIR}/tests/support/StandardHeaders.h)
@@ -65,7 +65,8 @@ endfunction()
 function(tolvane_compile_as_test name headers)
     target_link_libraries(${name} PRIVATE tolvane_test_flags tolvane_warnings GTest::gtest)
     target_precompile_headers(${name} REUSE_FROM tolvane_${headers}_headers)
-    # What templates become is compiled once for several files.
+    # In batches: most of the time goes into templates that a program's files share. GCC then takes the
+    # anonymous namespace of each file for one in a header, and warns of it.
     set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 6)
     target_compile_options(${name} PRIVATE -Wno-subobject-linkage)
 endfunction()

@@ -67,9 +67,14 @@ own_files() {
 
 # "object<TAB>header or source" for everything that an object was built from.
 dependencies() {
-    ninja -C "$tree" -t deps | awk '
+    ninja -C "$tree" -t deps | awk -v tree="$tree" '
         /^[^ ].*: #deps/ { object = $1; sub(/:$/, "", object); next }
-        /^ / { if ($1 ~ /^\//) print object "\t" $1 }'
+        /^ / {
+            path = $1
+            # A compiler cache may write them from the build folder on.
+            if (path !~ /^\//) { path = tree "/" path; while (sub(/\/[^\/]+\/\.\.\//, "/", path)) ; }
+            print object "\t" path
+        }'
 }
 
 # fingerprints <own files> <dependencies>: "hash<TAB>command<TAB>source" per file.

@@ -209,8 +209,8 @@ display_pid() {
     cat "$DISPLAY_FOLDER/pid" 2>/dev/null || true
 }
 
-# Without a number that nobody else has, a display in a network namespace takes this one's socket file
-# away: "-displayfd" looks for numbers in use in its own namespace only, and takes no lock.
+# -displayfd would look for a free number in its own network namespace only, and takes no lock: a display
+# inside a namespace would then remove the socket file of one outside. Hence a fixed number, with X's lock.
 display_start() {
     local number
     if process_is "$(display_pid)" "Xvfb -fbdir $DISPLAY_FOLDER" && [ -e "$DISPLAY_FOLDER/number" ]; then
@@ -231,21 +231,26 @@ display_start() {
     fail "Xvfb did not start"
 }
 
-# display_start_at <number>: fails when another display has the number, also in another namespace.
+# display_start_at <number>: fails when another display has the number, also in another namespace. Without
+# -noreset a server would start anew when its last client goes, and make its sockets again.
 display_start_at() {
     local pid
     setsid Xvfb -fbdir "$DISPLAY_FOLDER" -screen 0 1280x900x24 -nolisten tcp -noreset ":$1" \
         >"$DISPLAY_FOLDER/xvfb.log" 2>&1 </dev/null &
     pid=$!
     printf '%s\n' "$pid" >"$DISPLAY_FOLDER/pid"
-    wait_until 60 display_is_decided "$1" "$pid" && ! process_gone "$pid"
+    if ! wait_until 60 display_is_decided "$1" "$pid"; then
+        end_process "$pid" "Xvfb -fbdir $DISPLAY_FOLDER"
+        return 1
+    fi
+    ! process_gone "$pid"
 }
 
 # Whether the process serves the display, or has ended because it cannot.
 display_is_decided() {
     process_gone "$2" || {
         [ "$(tr -d ' ' <"/tmp/.X$1-lock")" = "$2" ] &&
-            grep -q " 00010000 .* /tmp/\.X11-unix/X$1\$" /proc/net/unix
+            grep -q " 00010000 .* @\?/tmp/\.X11-unix/X$1\$" /proc/net/unix
     } 2>/dev/null
 }
 

@@ -7,6 +7,8 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 tree=$(mktemp -d)
 failed=0
 export TOLVANE_BUILD=$tree/build
+# Of the user's own display and prefix.
+unset DISPLAY TOLVANE_INTERACTIVE TOLVANE_WINE
 
 # in_lane <lane> <command>...: of scripts/wine.sh.
 in_lane() {
@@ -57,7 +59,7 @@ if unshare -n true 2>/dev/null; then
 else
     printf 'not looked at, as it needs root: a display in a network namespace\n'
 fi
-# A display whose last client goes may start anew, and finds out then what has become of its socket.
+# Each picture is a client that comes and goes. A display without its socket file refuses a later one.
 for round in 1 2 3; do
     expect "a display serves its clients when another has gone, client $round" "a picture" "$(picture_of a)"
 done

@@ -27,7 +27,7 @@ inline constexpr const char* kLogSeparator = "----------------------------------
 std::string Lines(const std::vector<std::string>& lines);
 
 // Pauses a tenth as long; deadlines stay.
-class TShortPauses : public TClock {
+class TShortPauseClock : public TClock {
 public:
     TTimePoint Now() const override { return SystemClock().Now(); }
     void Sleep(TMilliseconds pause) override { SystemClock().Sleep(pause / 10); }
@@ -94,7 +94,7 @@ protected:
     HWND owner_ = nullptr;
     TScaleTable scales_;
     TRunContext context_;
-    TShortPauses shortPauses_;
+    TShortPauseClock shortPauses_;
     std::array<std::unique_ptr<simulator::TVirtualScale>, 2> virtualScales_;
     TWindowScript script_;
     std::string log_;  // as ThenClose met it
