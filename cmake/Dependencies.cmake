@@ -13,18 +13,28 @@ add_library(tolvane_headers INTERFACE)
 target_include_directories(tolvane_headers SYSTEM INTERFACE ${TOLVANE_HEADERS})
 
 find_package(Threads REQUIRED)
-add_library(tolvane_asio INTERFACE)
-target_link_libraries(tolvane_asio INTERFACE tolvane_headers Threads::Threads)
+if(WIN32)
+    # Its code lies in each object that uses it: of one that holds it all, the module would keep parts
+    # that nobody uses.
+    set(scope INTERFACE)
+    add_library(tolvane_asio INTERFACE)
+    # With two kinds of threads in one program a thread of the one is taken for a joined one of the other,
+    # and goes on in memory that has been freed. Unless told, the kind depends on the headers that a file
+    # includes before it.
+    target_compile_definitions(tolvane_asio INTERFACE ASIO_HAS_THREADS=1 ASIO_HAS_PTHREADS=1)
+    target_link_libraries(tolvane_asio INTERFACE ws2_32 mswsock)
+else()
+    # Compiled once, and not in every file that includes it.
+    set(scope PUBLIC)
+    file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/AsioCode.cpp CONTENT "#include <asio/impl/src.hpp>\n")
+    add_library(tolvane_asio STATIC ${CMAKE_BINARY_DIR}/AsioCode.cpp)
+    target_compile_definitions(tolvane_asio PUBLIC ASIO_SEPARATE_COMPILATION)
+endif()
+target_link_libraries(tolvane_asio ${scope} tolvane_headers Threads::Threads)
 # Without the last of these, whether Asio frees what it allocated with free or with delete depends on the
 # headers that a file includes before it.
-target_compile_definitions(tolvane_asio INTERFACE
+target_compile_definitions(tolvane_asio ${scope}
     ASIO_STANDALONE ASIO_NO_DEPRECATED ASIO_DISABLE_STD_ALIGNED_ALLOC)
-if(WIN32)
-    target_link_libraries(tolvane_asio INTERFACE ws2_32 mswsock)
-    # The same for the kind of its threads: with two kinds in one program a thread of the one is taken
-    # for a joined one of the other, and goes on in memory that has been freed.
-    target_compile_definitions(tolvane_asio INTERFACE ASIO_HAS_THREADS=1 ASIO_HAS_PTHREADS=1)
-endif()
 
 # GoogleTest is built from its source package for both targets, with the tests' flags.
 set(INSTALL_GTEST OFF CACHE BOOL "" FORCE)
