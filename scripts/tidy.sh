@@ -137,17 +137,12 @@ look() {
     clang-tidy -p "$folder" --config-file="$ROOT/.clang-tidy" --quiet "${options[@]}" "${@:3}" "$file" 2>&1
 }
 
-# Whether no name of one file is in another's way; one quick check stands for none.
-bear_each_other() {
-    [ "$(wc -l <"$1")" -eq 1 ] || look "$1" "$2" '--checks=-*,modernize-use-nullptr' >/dev/null
-}
-
-# look_at <list> <name>: fails, and shows why, when a file has something to be seen by itself. Files that
-# do not bear each other are read in halves.
+# look_at <list> <name>: fails, and shows why, when a file has something to be seen by itself. A list that
+# shows something as one, maybe only two files with the same name in them, is read in halves.
 look_at() {
     local list=$1 name=$2 out count failed=0
     count=$(wc -l <"$list")
-    if bear_each_other "$list" "$name" && out=$(look "$list" "$name"); then
+    if out=$(look "$list" "$name"); then
         (cd "$passed" && cut -f1 "$list" | xargs touch)
         return 0
     fi
@@ -162,7 +157,7 @@ look_at() {
     look_at "$list-2" "$name-2" || failed=1
     return "$failed"
 }
-export -f look bear_each_other look_at
+export -f look look_at
 export ROOT tree work passed
 
 # At most so many of one folder and one command are read as one.

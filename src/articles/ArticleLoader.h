@@ -8,8 +8,8 @@
 #include "articles/ArticleTable.h"
 #include "database/Query.h"
 #include "database/Transaction.h"
-#include "text/LocalTime.h"
-#include "text/RegionalSettings.h"
+#include "system/LocalTime.h"
+#include "system/RegionalSettings.h"
 
 namespace tolvane {
 

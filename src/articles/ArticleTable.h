@@ -12,7 +12,7 @@
 
 #include "articles/ArticleFields.h"
 #include "articles/TextArena.h"
-#include "text/RegionalSettings.h"
+#include "system/RegionalSettings.h"
 
 namespace tolvane {
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "text/LocalTime.h"
+#include "system/LocalTime.h"
 
 namespace tolvane {
 

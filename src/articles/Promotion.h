@@ -4,8 +4,8 @@
 #include <optional>
 #include <string_view>
 
-#include "text/LocalTime.h"
-#include "text/RegionalSettings.h"
+#include "system/LocalTime.h"
+#include "system/RegionalSettings.h"
 
 namespace tolvane {
 

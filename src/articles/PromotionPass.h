@@ -4,7 +4,7 @@
 
 #include "articles/ArticleTable.h"
 #include "database/Query.h"
-#include "text/LocalTime.h"
+#include "system/LocalTime.h"
 
 namespace tolvane {
 

@@ -1,6 +1,6 @@
 #include "comm/AnswerReader.h"
 
-#include "comm/SystemError.h"
+#include "system/SystemError.h"
 
 namespace tolvane {
 namespace {

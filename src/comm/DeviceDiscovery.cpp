@@ -3,11 +3,16 @@
 #include <algorithm>
 #include <unordered_set>
 
+#include "comm/UdpSocket.h"
+#include "text/IpAddress.h"
+
 namespace tolvane {
 namespace {
 
 constexpr TMilliseconds kProbeTime{1000};
 constexpr TMilliseconds kSlice{100};
+// Room for any datagram: where one is longer than the room, systems differ in what they report.
+constexpr std::size_t kReceiveSize = 65536;
 
 constexpr std::array<std::uint8_t, 1> kCharacter = {'X'};
 constexpr std::array<std::uint8_t, 4> kFind = {'F', 'I', 'N', 'D'};
@@ -56,7 +61,32 @@ struct TSearch {
     }
 };
 
+class TUdpProbeSocket : public TProbeSocket {
+public:
+    void Open(std::uint16_t localPort) override { socket_.Open(localPort, true); }
+
+    void Broadcast(std::span<const std::uint8_t> request, const std::string& address,
+                   std::uint16_t port) override {
+        socket_.Send(request, address, port);
+    }
+
+    std::optional<TDatagram> Receive(TMilliseconds limit) override {
+        const auto datagram = socket_.Receive(received_, limit);
+        if (!datagram) return std::nullopt;
+        return TDatagram{datagram->sender == 0 ? std::string() : IpV4Text(datagram->sender),
+                         datagram->length};
+    }
+
+private:
+    TUdpSocket socket_;
+    std::array<std::uint8_t, kReceiveSize> received_;
+};
+
 }  // namespace
+
+std::unique_ptr<TProbeSocket> MakeProbeSocket() {
+    return std::make_unique<TUdpProbeSocket>();
+}
 
 void FindDevices(TClock& clock, const std::atomic<bool>& stop, const TProbeReport& report,
                  const TDiscoveryTarget& target, const TProbeSocketFactory& makeSocket) {

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "comm/Clock.h"
+#include "system/Clock.h"
 
 namespace tolvane {
 

@@ -7,7 +7,7 @@
 #include <stdexcept>
 #include <system_error>
 
-#include "comm/SerialDriver.h"
+#include "system/SerialDriver.h"
 
 namespace tolvane {
 namespace {

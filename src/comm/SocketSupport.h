@@ -12,7 +12,7 @@
 #include <system_error>
 
 #include "comm/DevCommBaseUnit.h"
-#include "comm/IpAddress.h"
+#include "text/IpAddress.h"
 
 namespace tolvane {
 

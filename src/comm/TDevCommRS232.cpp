@@ -4,7 +4,7 @@
 #include <span>
 
 #include "comm/AnswerReader.h"
-#include "comm/SystemError.h"
+#include "system/SystemError.h"
 
 namespace tolvane {
 namespace {

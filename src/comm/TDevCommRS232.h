@@ -3,9 +3,9 @@
 #include <cstdint>
 #include <string>
 
-#include "comm/Clock.h"
 #include "comm/DevCommBaseUnit.h"
 #include "comm/MyCPort.h"
+#include "system/Clock.h"
 
 namespace tolvane {
 

@@ -9,10 +9,9 @@
 #include <span>
 
 #include "comm/AnswerReader.h"
-#include "comm/SocketLibrary.h"
 #include "comm/SocketSupport.h"
-#include "comm/SocketWait.h"
-#include "comm/SystemError.h"
+#include "system/Sockets.h"
+#include "system/SystemError.h"
 
 namespace tolvane {
 namespace {

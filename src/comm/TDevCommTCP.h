@@ -4,8 +4,8 @@
 #include <memory>
 #include <string>
 
-#include "comm/Clock.h"
 #include "comm/DevCommBaseUnit.h"
+#include "system/Clock.h"
 
 namespace tolvane {
 

@@ -1,25 +1,17 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <memory>
-#include <span>
 #include <string>
-#include <system_error>
 
-#include "comm/Clock.h"
-#include "comm/DatagramReceive.h"
 #include "comm/DevCommBaseUnit.h"
+#include "comm/UdpSocket.h"
+#include "system/Clock.h"
 
 namespace tolvane {
 
 // Both the scale's port and the channel's own.
 inline constexpr std::uint16_t kScaleUdpPort = 1001;
-
-// What ReceiveDatagram does.
-using TDatagramReceive = std::function<std::size_t(
-    std::uintptr_t socket, std::span<std::uint8_t> buffer, std::error_code& error)>;
 
 // The channel to a scale that answers UDP datagrams. It holds its local port while it is open, so
 // one such channel can be open on a computer at a time. Datagrams from any sender are taken; of
@@ -47,7 +39,7 @@ public:
                             std::int32_t TimeoutMs) override;
 
 private:
-    class TSocket;
+    class TReceiver;
 
     std::string Failure(const char* operation, const std::string& message) const;
 
@@ -55,7 +47,7 @@ private:
     std::uint16_t localPort_;
     std::string host_;
     std::int32_t port_ = kScaleUdpPort;
-    std::unique_ptr<TSocket> socket_;
+    std::unique_ptr<TReceiver> receiver_;
 };
 
 }  // namespace tolvane

@@ -3,8 +3,8 @@
 #include <system_error>
 #include <vector>
 
-#include "config/FileLock.h"
-#include "config/TemporaryFile.h"
+#include "system/FileLock.h"
+#include "system/TemporaryFile.h"
 #include "text/Cp1251.h"
 
 namespace tolvane {

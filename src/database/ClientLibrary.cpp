@@ -2,7 +2,7 @@
 
 #include "database/ClientFunctions.h"
 #include "database/DatabaseError.h"
-#include "database/LoadedLibrary.h"
+#include "system/LoadedLibrary.h"
 #include "text/Cp1251.h"
 
 namespace tolvane {

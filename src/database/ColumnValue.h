@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "text/RegionalSettings.h"
+#include "system/RegionalSettings.h"
 
 namespace tolvane {
 

@@ -5,8 +5,8 @@
 #include <string>
 
 #include "config/ModulePaths.h"
-#include "config/forms/ScaleComunicationUnit.h"
 #include "entry/ModuleState.h"
+#include "settings/forms/ScaleComunicationUnit.h"
 #include "upload/forms/SetPluUnit.h"
 
 namespace tolvane {

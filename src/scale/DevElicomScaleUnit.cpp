@@ -6,12 +6,12 @@
 #include <stdexcept>
 #include <utility>
 
-#include "comm/SystemError.h"
 #include "comm/TDevCommRS232.h"
 #include "comm/TDevCommTCP.h"
 #include "comm/TDevCommUDP.h"
 #include "scale/ScaleCommands.h"
 #include "scale/ScaleFrame.h"
+#include "system/SystemError.h"
 #include "text/Failure.h"
 
 namespace tolvane {

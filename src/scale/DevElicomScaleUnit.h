@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-#include "comm/Clock.h"
 #include "comm/DevCommBaseUnit.h"
+#include "system/Clock.h"
 
 namespace tolvane {
 

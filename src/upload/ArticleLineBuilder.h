@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "articles/ArticleTable.h"
-#include "text/RegionalSettings.h"
+#include "system/RegionalSettings.h"
 #include "upload/ArticleLine.h"
 
 namespace tolvane {

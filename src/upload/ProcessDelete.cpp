@@ -3,7 +3,7 @@
 #include <exception>
 #include <string_view>
 
-#include "comm/SystemError.h"
+#include "system/SystemError.h"
 #include "text/Cp1251.h"
 #include "text/Failure.h"
 #include "upload/ArticleLine.h"

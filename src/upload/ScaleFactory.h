@@ -4,8 +4,8 @@
 #include <memory>
 #include <string>
 
-#include "comm/Clock.h"
 #include "scale/DevElicomScaleUnit.h"
+#include "system/Clock.h"
 
 namespace tolvane {
 

@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "articles/ArticleTable.h"
-#include "comm/Clock.h"
 #include "config/TypesUnit.h"
-#include "text/RegionalSettings.h"
+#include "system/Clock.h"
+#include "system/RegionalSettings.h"
 #include "upload/ArticleLine.h"
 #include "upload/RunView.h"
 #include "upload/ScaleFactory.h"

@@ -6,7 +6,7 @@
 #include <stdexcept>
 #include <string_view>
 
-#include "comm/SystemError.h"
+#include "system/SystemError.h"
 #include "text/Failure.h"
 #include "text/Numbers.h"
 

@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "comm/Clock.h"
 #include "config/TypesUnit.h"
 #include "scale/DevElicomScaleUnit.h"
+#include "system/Clock.h"
 #include "upload/RunView.h"
 #include "upload/ScaleFactory.h"
 

@@ -13,7 +13,7 @@ expect() { # title, file, include, expected words ("" for no complaint)
 
 expect_line() { # title, file, its only line, expected words ("" for no complaint)
     rm -rf "${tree:?}"/*
-    mkdir -p "$tree"/src/{text,config/forms,comm,scale,articles,upload/forms,database,window,entry} \
+    mkdir -p "$tree"/src/{text,system,config,settings/forms,comm,scale,articles,upload/forms,database,window,entry} \
         "$tree"/{host,simulator}
     printf '%s\n' "$3" >"$tree/$2"
     local out code=0
@@ -26,14 +26,19 @@ expect_line() { # title, file, its only line, expected words ("" for no complain
     fi
 }
 
-expect "Windows in portable code" src/scale/a.cpp '<windows.h>' "*_win32.cpp files only"
-expect "Windows in a platform half" src/comm/a_win32.cpp '<windows.h>' ""
+expect "Windows in portable code" src/scale/a.cpp '<windows.h>' "Windows halves of src/system only"
+expect "Windows in a half of the room for systems" src/system/a_win32.cpp '<windows.h>' ""
+expect "Windows in that room's portable code" src/system/a.cpp '<windows.h>' "Windows halves of src/system only"
+expect_line "a half for Windows in another room" src/comm/a_win32.cpp '' "is for src/system"
+expect_line "a half for Linux in another room" src/config/a_posix.cpp '' "is for src/system"
 expect "Windows in a form" src/upload/forms/a.cpp '<windows.h>' ""
 expect "client library outside database" src/articles/a.cpp '<ibase.h>' "src/database only"
 expect "client library in database" src/database/a.cpp '<ibase.h>' ""
-expect "Asio outside the channels" src/scale/a.h '<asio.hpp>' "src/comm and the simulator only"
+expect "Asio outside the channels" src/scale/a.h '<asio.hpp>' "src/system, src/comm and the simulator only"
 expect "a lower folder uses a higher one" src/comm/a.h '"scale/DevElicomScaleUnit.h"' "must not include"
-expect "siblings" src/config/a.h '"comm/Clock.h"' "must not include"
+expect "siblings" src/config/a.h '"comm/MyCPort.h"' "must not include"
+expect "texts do not know the system" src/text/a.h '"system/Clock.h"' "must not include"
+expect "portable code uses what the settings windows decide" src/upload/a.cpp '"settings/IpMask.h"' "must not include"
 expect "portable code uses a form" src/upload/a.cpp '"upload/forms/SetPluUnit.h"' "must not include"
 expect "a form uses what lies under it" src/upload/forms/a.cpp '"upload/ScaleRun.h"' ""
 expect "simulator uses the driver" simulator/a.cpp '"scale/ScaleFrame.h"' "must not include"
@@ -42,11 +47,11 @@ expect "host uses the host interface" host/a.cpp '"entry/HostInterface.h"' ""
 
 for reading in 'std::chrono::system_clock::now();' 'std::chrono::steady_clock::now();' 'time(nullptr);' \
     'gettimeofday(&now, nullptr);' 'GetLocalTime(&now);' 'GetSystemTimeAsFileTime(&now);' \
-    'GetTickCount();' 'std::this_thread::sleep_for(pause);' 'usleep(10);' '#include "text/LocalTime.h"'; do
+    'GetTickCount();' 'std::this_thread::sleep_for(pause);' 'usleep(10);' '#include "system/LocalTime.h"'; do
     expect_line "a channel does not say: $reading" src/comm/a.cpp "$reading" "reads a clock"
 done
 expect_line "the driver does not read a clock" src/scale/a.cpp 'std::time(nullptr);' "reads a clock"
-expect_line "the clock does" src/comm/Clock.cpp 'std::chrono::steady_clock::now();' ""
+expect_line "the clock does" src/system/Clock.cpp 'std::chrono::steady_clock::now();' ""
 expect_line "a channel asks its own clock" src/comm/a.cpp 'clock_.Sleep(clock_.Now() - began);' ""
 expect_line "a channel knows what a point in time is" src/comm/a.h \
     'using TTimePoint = std::chrono::steady_clock::time_point;' ""

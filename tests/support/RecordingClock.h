@@ -3,7 +3,7 @@
 #include <functional>
 #include <vector>
 
-#include "comm/Clock.h"
+#include "system/Clock.h"
 
 namespace tolvane::test {
 

@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "comm/AnswerReader.h"
-#include "comm/Clock.h"
 #include "comm/DevCommBaseUnit.h"
+#include "system/Clock.h"
 
 namespace tolvane::test {
 

@@ -6,7 +6,7 @@
 #include "articles/ArticleSearch.h"
 #include "articles/PrintTime.h"
 #include "articles/forms/ColListUnit.h"
-#include "text/LocalTime.h"
+#include "system/LocalTime.h"
 #include "window/InputBox.h"
 #include "window/MessageBoxes.h"
 #include "window/WideText.h"

@@ -2,10 +2,10 @@
 
 #include <utility>
 
-#include "comm/Clock.h"
 #include "config/IniFile.h"
+#include "system/Clock.h"
+#include "system/RegionalSettings.h"
 #include "text/Cp1251.h"
-#include "text/RegionalSettings.h"
 #include "upload/ArticleLineBuilder.h"
 #include "upload/RunScales.h"
 #include "upload/ScaleFactory.h"

@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "articles/ArticleTable.h"
-#include "comm/Clock.h"
 #include "config/ScaleTable.h"
+#include "system/Clock.h"
 
 namespace tolvane {
 

@@ -7,7 +7,7 @@
 #include <stop_token>
 #include <thread>
 
-#include "comm/Clock.h"
+#include "system/Clock.h"
 
 namespace tolvane::test {
 

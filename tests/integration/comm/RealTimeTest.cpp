@@ -6,8 +6,8 @@
 #include <thread>
 #include <vector>
 
-#include "comm/SystemError.h"
 #include "comm/TDevCommTCP.h"
+#include "system/SystemError.h"
 #include "tests/integration/comm/TcpPeer.h"
 #include "tests/integration/comm/WaitingLink.h"
 

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "comm/SystemError.h"
 #include "comm/TDevCommTCP.h"
+#include "system/SystemError.h"
 #include "tests/integration/comm/Descriptors.h"
 #include "tests/integration/comm/Frames.h"
 #include "tests/integration/comm/TcpPeer.h"

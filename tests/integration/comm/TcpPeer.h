@@ -10,7 +10,7 @@
 #include <asio/ip/tcp.hpp>
 #include <asio/write.hpp>
 
-#include "comm/SocketWait.h"
+#include "system/Sockets.h"
 #include "tests/integration/comm/ChannelLink.h"
 
 namespace tolvane::test {

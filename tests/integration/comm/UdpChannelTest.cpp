@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "comm/SystemError.h"
 #include "comm/TDevCommUDP.h"
+#include "system/SystemError.h"
 #include "tests/integration/comm/Frames.h"
 #include "tests/integration/comm/UdpPeer.h"
 
@@ -162,7 +162,7 @@ TEST_F(UdpChannelTest, ReadAnswer_AReportedLengthAbove100FailsWithCode1AtOnce) {
         EXPECT_EQ(buffer.size(), 100U);
         ReceiveDatagram(socket, buffer, error);
         EXPECT_FALSE(error) << error.message();
-        return reported;
+        return TReceived{reported};
     };
     TDevCommUDP told(clock, localPort, receive);
     told.SetHost("127.0.0.1");

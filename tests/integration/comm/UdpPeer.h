@@ -3,7 +3,7 @@
 #include <asio/io_context.hpp>
 #include <asio/ip/udp.hpp>
 
-#include "comm/SocketWait.h"
+#include "system/Sockets.h"
 #include "tests/integration/comm/ChannelLink.h"
 
 namespace tolvane::test {

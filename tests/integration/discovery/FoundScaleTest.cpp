@@ -4,8 +4,8 @@
 
 #include "comm/DeviceDiscovery.h"
 #include "config/IniFile.h"
-#include "config/ScaleListEdit.h"
-#include "config/ScaleSettings.h"
+#include "settings/ScaleListEdit.h"
+#include "settings/ScaleSettings.h"
 #include "simulator/VirtualScale.h"
 #include "tests/support/FoundDevices.h"
 #include "tests/support/SilentView.h"

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "comm/Clock.h"
+#include "system/Clock.h"
 
 namespace tolvane::test {
 namespace {

@@ -3,8 +3,8 @@
 // another put there, when the test asks for it by a file in TOLVANE_LINKS_FOLDER.
 #include <fstream>
 
-#include "comm/SystemError.h"
 #include "comm/TDevCommRS232.h"
+#include "system/SystemError.h"
 #include "tests/integration/comm/RealTime.h"
 #include "tests/module/links/ComPort.h"
 #include "tests/module/links/LinksFixture.h"

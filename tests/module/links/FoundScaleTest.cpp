@@ -5,11 +5,11 @@
 #include <filesystem>
 #include <fstream>
 
-#include "comm/forms/uFindDevices.h"
-#include "comm/forms/uScaleSettings.h"
 #include "config/IniFile.h"
 #include "config/ScaleTable.h"
-#include "config/forms/ScaleComunicationUnit.h"
+#include "settings/forms/ScaleComunicationUnit.h"
+#include "settings/forms/uFindDevices.h"
+#include "settings/forms/uScaleSettings.h"
 #include "tests/module/HostFrame.h"
 #include "tests/module/links/LinksFixture.h"
 #include "tests/module/settings/DialogScript.h"

@@ -7,7 +7,7 @@
 #include <asio/io_context.hpp>
 #include <asio/ip/udp.hpp>
 
-#include "comm/SystemError.h"
+#include "system/SystemError.h"
 #include "tests/support/FoundDevices.h"
 
 namespace tolvane::test {

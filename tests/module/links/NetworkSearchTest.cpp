@@ -9,7 +9,7 @@
 #include <chrono>
 #include <memory>
 
-#include "comm/forms/uFindDevices.h"
+#include "settings/forms/uFindDevices.h"
 #include "tests/module/BoxAnswerer.h"
 #include "tests/module/HostFrame.h"
 #include "tests/module/links/LinksFixture.h"

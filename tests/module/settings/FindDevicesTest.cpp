@@ -5,8 +5,8 @@
 #include <atomic>
 #include <chrono>
 
-#include "comm/Clock.h"
-#include "comm/forms/uFindDevices.h"
+#include "settings/forms/uFindDevices.h"
+#include "system/Clock.h"
 #include "tests/module/HostFrame.h"
 #include "tests/module/settings/DialogScript.h"
 #include "tests/module/settings/HeldSearch.h"

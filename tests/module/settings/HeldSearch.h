@@ -5,7 +5,7 @@
 #include <thread>
 #include <vector>
 
-#include "comm/forms/uFindDevices.h"
+#include "settings/forms/uFindDevices.h"
 
 namespace tolvane::test {
 

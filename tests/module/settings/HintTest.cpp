@@ -4,7 +4,7 @@
 
 #include <commctrl.h>
 
-#include "comm/forms/uHint.h"
+#include "settings/forms/uHint.h"
 #include "tests/module/HostFrame.h"
 #include "tests/module/settings/DialogScript.h"
 

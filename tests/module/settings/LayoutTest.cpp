@@ -2,8 +2,8 @@
 
 #include <windows.h>
 
-#include "comm/forms/uHint.h"
-#include "config/forms/ScaleComunicationForm.h"
+#include "settings/forms/ScaleComunicationForm.h"
+#include "settings/forms/uHint.h"
 #include "tests/module/HostFrame.h"
 #include "tests/module/settings/DialogScript.h"
 

@@ -4,8 +4,8 @@
 
 #include <cstdint>
 
-#include "comm/forms/uHint.h"
-#include "config/forms/ScaleComunicationForm.h"
+#include "settings/forms/ScaleComunicationForm.h"
+#include "settings/forms/uHint.h"
 #include "tests/module/HostFrame.h"
 #include "tests/module/ObjectCounts.h"
 #include "tests/module/settings/DialogScript.h"

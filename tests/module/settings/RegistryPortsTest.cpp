@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "comm/forms/uScaleSettings.h"
+#include "settings/forms/uScaleSettings.h"
 #include "tests/module/HostFrame.h"
 
 namespace tolvane::test {

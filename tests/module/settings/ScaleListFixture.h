@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "config/forms/ScaleComunicationForm.h"
+#include "settings/forms/ScaleComunicationForm.h"
 #include "tests/module/HostFrame.h"
 #include "tests/module/settings/DialogScript.h"
 #include "text/Cp1251.h"

@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "comm/forms/uScaleSettings.h"
+#include "settings/forms/uScaleSettings.h"
 #include "tests/module/HostFrame.h"
 #include "tests/module/settings/DialogScript.h"
 

@@ -6,10 +6,10 @@
 #include <ctime>
 #include <random>
 
-#include "config/FileLock.h"
 #include "config/IniFile.h"
+#include "system/FileLock.h"
+#include "tests/support/ScratchFolder.h"
 #include "tests/unit/config/SavedVersions.h"
-#include "tests/unit/config/ScratchFolder.h"
 
 namespace tolvane {
 namespace {

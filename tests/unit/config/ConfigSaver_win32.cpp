@@ -9,8 +9,8 @@
 #include <filesystem>
 #include <string_view>
 
-#include "config/FileLock.h"
 #include "config/IniFile.h"
+#include "system/FileLock.h"
 #include "tests/unit/config/SavedVersions.h"
 
 namespace tolvane {

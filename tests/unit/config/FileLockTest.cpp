@@ -1,4 +1,4 @@
-#include "config/FileLock.h"
+#include "system/FileLock.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "config/IniFile.h"
-#include "tests/unit/config/ScratchFolder.h"
+#include "tests/support/ScratchFolder.h"
 
 namespace tolvane {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/unit/config/ScratchFolder.h"
+#include "tests/support/ScratchFolder.h"
 #include "text/Cp1251.h"
 
 namespace tolvane {

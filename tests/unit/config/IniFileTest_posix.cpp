@@ -8,8 +8,8 @@
 #include <cstdlib>
 
 #include "config/IniFile.h"
-#include "config/TemporaryFile.h"
-#include "tests/unit/config/ScratchFolder.h"
+#include "system/TemporaryFile.h"
+#include "tests/support/ScratchFolder.h"
 #include "text/Cp1251.h"
 
 namespace tolvane {

@@ -3,7 +3,7 @@
 
 #include "config/IniDocument.h"
 #include "config/IniFile.h"
-#include "tests/unit/config/ScratchFolder.h"
+#include "tests/support/ScratchFolder.h"
 #include "text/Cp1251.h"
 
 namespace tolvane {

@@ -2,8 +2,8 @@
 #include <vector>
 
 #include "CoreFixture.h"
+#include "system/RegionalSettings.h"
 #include "text/Cp1251.h"
-#include "text/RegionalSettings.h"
 #include "upload/ArticleLineBuilder.h"
 
 namespace tolvane {

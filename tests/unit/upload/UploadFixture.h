@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "articles/ArticleTable.h"
-#include "comm/Clock.h"
 #include "scale/DevElicomScaleUnit.h"
+#include "system/Clock.h"
 #include "upload/RunView.h"
 #include "upload/ScaleFactory.h"
 

@@ -4,7 +4,7 @@
 #include <functional>
 #include <thread>
 
-#include "comm/Clock.h"
+#include "system/Clock.h"
 
 namespace tolvane::test {
 

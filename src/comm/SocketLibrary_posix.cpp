@@ -1,8 +1,0 @@
-#include "comm/SocketLibrary.h"
-
-namespace tolvane {
-
-TSocketLibrary::TSocketLibrary() = default;
-TSocketLibrary::~TSocketLibrary() = default;
-
-}  // namespace tolvane

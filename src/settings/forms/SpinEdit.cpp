@@ -1,0 +1,40 @@
+#include "settings/forms/SpinEdit.h"
+
+#include <commctrl.h>
+
+#include <algorithm>
+
+#include "window/WideText.h"
+
+namespace tolvane {
+
+void TSpinEdit::Prepare() const {
+    SendMessageW(arrows, UDM_SETRANGE32, static_cast<WPARAM>(limits.lowest), limits.highest);
+}
+
+void TSpinEdit::Fill(std::int32_t value) {
+    limits.kept = value;
+    Show(value);
+}
+
+bool TSpinEdit::EnterLimits() const {
+    const std::int32_t value = limits.Nearest(Value());
+    const std::int32_t inside = std::clamp(value, limits.lowest, limits.highest);
+    if (value == inside) return false;
+    Show(inside);
+    return true;
+}
+
+std::string TSpinEdit::Text() const {
+    return WindowText(edit);
+}
+
+void TSpinEdit::Show(std::int32_t value) const {
+    // The arrows write what they are set to into the edit, and know no number outside the limits.
+    SendMessageW(arrows, UDM_SETPOS32, 0, std::clamp(value, limits.lowest, limits.highest));
+    // Arrows that stand at the value already leave the text as it is.
+    const std::string text = std::to_string(value);
+    if (Text() != text) SetWindowText(edit, text);
+}
+
+}  // namespace tolvane

@@ -1,0 +1,129 @@
+#include "settings/forms/uFindDevices.h"
+
+#include <utility>
+
+#include "system/Clock.h"
+#include "text/Cp1251.h"
+#include "window/MessageBoxes.h"
+#include "window/WideText.h"
+
+namespace tolvane {
+namespace {
+
+constexpr int kWidth = 300;
+constexpr int kHeight = 290;
+constexpr std::string_view kNothingFound = "Не са намерени везни."_cp1251;
+
+}  // namespace
+
+TDeviceSearch NetworkSearch() {
+    return [](const std::atomic<bool>& stop, const TProbeReport& report) {
+        FindDevices(SystemClock(), stop, report);
+    };
+}
+
+TFindDevicesForm::TFindDevicesForm(HWND owner, TDeviceSearch search) : search_(std::move(search)) {
+    TFormOptions options;
+    options.className = kFindDevicesFormClass;
+    options.name = "FindDevicesForm";
+    options.caption = "Налични везни"_cp1251;
+    options.exStyle = WS_EX_DLGMODALFRAME | WS_EX_CONTROLPARENT;
+    options.clientWidth = kWidth;
+    options.clientHeight = kHeight;
+    MakePopup(options, owner);
+    MakeControls();
+}
+
+TFindDevicesForm::~TFindDevicesForm() {
+    *stop_ = true;
+    worker_.Wait();
+    Queue().Detach();
+}
+
+void TFindDevicesForm::MakeControls() {
+    const auto button = [this](const char* name, std::string_view text, const TPlace& place, int id,
+                               std::function<void()> click) {
+        return AddControl({TControlKind::Button, name, text, place, 0, std::move(click), id});
+    };
+    btnFind_ = button("btnFind", "Търси налични везни"_cp1251, {8, 8, kWidth - 16, 27}, 0,
+                      [this] { btnFindClick(); });
+    lstDevices_ = AddControl(
+        {TControlKind::ListBox, "lstDevices", {}, {8, 43, kWidth - 16, kHeight - 88}, 0, {}, 0});
+    button("btnOK", "Потвърди"_cp1251, {kWidth - 196, kHeight - 35, 90, 27}, IDOK,
+           [this] { btnOKClick(); });
+    button("btnCancel", "Отказ"_cp1251, {kWidth - 98, kHeight - 35, 90, 27}, IDCANCEL,
+           [this] { EndModal(IDCANCEL); });
+}
+
+void TFindDevicesForm::btnFindClick() {
+    if (searching_) return;
+    SendMessageW(lstDevices_, LB_RESETCONTENT, 0, 0);
+    found_.clear();
+    *stop_ = false;
+    const auto report = [this, queue = Queue()](const std::vector<TFoundDevice>& found) mutable {
+        queue.Post([this, found] { AddFound(found); });
+    };
+    // A search that fails has found what it has reported.
+    worker_.Start([search = search_, stop = stop_, report] { search(*stop, report); }, Queue(),
+                  [this] { SearchEnded(); });
+    searching_ = true;
+    // Before its button is disabled: a disabled control would swallow the keys.
+    SetFocus(lstDevices_);
+    EnableWindow(btnFind_, FALSE);
+    SetCursor(LoadCursorW(nullptr, IDC_APPSTARTING));
+}
+
+void TFindDevicesForm::AddFound(const std::vector<TFoundDevice>& found) {
+    for (const TFoundDevice& device : found) {
+        found_.push_back(device);
+        const LRESULT index = SendMessageW(lstDevices_, LB_ADDSTRING, 0,
+                                           reinterpret_cast<LPARAM>(Wide(device.address).c_str()));
+        SendMessageW(lstDevices_, LB_SETITEMDATA, static_cast<WPARAM>(index),
+                     static_cast<LPARAM>(device.kind));
+    }
+}
+
+void TFindDevicesForm::SearchEnded() {
+    worker_.Wait();
+    searching_ = false;
+    EnableWindow(btnFind_, TRUE);
+    SetCursor(LoadCursorW(nullptr, IDC_ARROW));
+    if (closing_)
+        EndModal(*closing_);
+    else if (found_.empty())
+        ShowInformation(Handle(), kNothingFound);
+}
+
+void TFindDevicesForm::btnOKClick() {
+    const LRESULT index = SendMessageW(lstDevices_, LB_GETCURSEL, 0, 0);
+    const bool isChoice = index >= 0 && static_cast<std::size_t>(index) < found_.size();
+    if (!isChoice || closing_) return;
+    chosen_ = found_[static_cast<std::size_t>(index)];
+    EndModal(IDOK);
+}
+
+void TFindDevicesForm::OnCommand(int, int code, HWND control) {
+    if (control == lstDevices_ && code == LBN_DBLCLK) btnOKClick();
+}
+
+// The first way out counts: without a search the window would be gone by the second.
+bool TFindDevicesForm::CanClose(int result) {
+    if (!searching_) return true;
+    if (!closing_) closing_ = result;
+    *stop_ = true;
+    return false;
+}
+
+void TFindDevicesForm::OnDestroy() {
+    *stop_ = true;
+}
+
+LRESULT TFindDevicesForm::HandleMessage(const TMessage& message) {
+    if (message.id == WM_SETCURSOR && searching_ && LOWORD(message.lParam) == HTCLIENT) {
+        SetCursor(LoadCursorW(nullptr, IDC_APPSTARTING));
+        return TRUE;
+    }
+    return TForm::HandleMessage(message);
+}
+
+}  // namespace tolvane

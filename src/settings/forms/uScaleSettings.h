@@ -1,0 +1,102 @@
+#pragma once
+
+#include <windows.h>
+
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "settings/ScaleSettings.h"
+#include "settings/forms/SpinEdit.h"
+#include "settings/forms/uFindDevices.h"
+#include "window/Form.h"
+
+namespace tolvane {
+
+inline constexpr const wchar_t* kScaleSettingsFormClass = L"TfrmScaleSettings";
+// Of a dialog that is given none.
+inline constexpr std::string_view kScaleSettingsCaption = "Scale Settings";
+
+// What the dialog needs from the computer.
+struct TScaleSettingsServices {
+    // Replaces the items by the computer's serial ports, sorted when asked to; leaves them when the
+    // computer has no list of its ports. Called on the interface thread.
+    std::function<void(bool sort, std::vector<std::string>& items)> listSerialPorts;
+    TDeviceSearch search;
+};
+// The ports of the system's registry and the search of the local network (on a thread of its own).
+// They keep nothing open between calls, and throw nothing but std::bad_alloc. Any thread.
+TScaleSettingsServices SystemSettingsServices();
+
+// The dialog that edits one scale's identity and connection. It answers IDOK only with settings
+// that pass CheckSettings.
+class TfrmScaleSettings : public TForm {  // NOLINT(readability-identifier-naming)
+public:
+    // `listed`: the numbers of all scales in the list, the edited one's included.
+    TfrmScaleSettings(HWND owner, std::string_view caption, const TScaleSettings& settings,
+                      std::vector<std::int32_t> listed, TScaleSettingsServices services);
+
+    // The confirmed settings when ShowModal answered IDOK.
+    const TScaleSettings& Settings() const { return settings_; }
+
+protected:
+    void OnShow() override;
+    void OnCommand(int id, int code, HWND control) override;
+    LRESULT OnNotify(NMHDR& header) override;
+
+private:
+    HWND Add(TControlKind kind, const char* name, std::string_view text, const TPlace& place,
+             DWORD style = 0);
+    HWND AddButton(const char* name, std::string_view text, const TPlace& place,
+                   void (TfrmScaleSettings::*click)(), int id = 0);
+    HWND AddCombo(const char* name, const TPlace& place, std::span<const std::string_view> items);
+    TSpinEdit AddSpinEdit(const char* name, const char* arrowsName, const TPlace& place,
+                          std::int32_t lowest, std::int32_t highest);
+    void CentreOnScreen() const;
+    void MakeIdentity();
+    void MakeTransports();
+    void MakeSerialControls();
+    void MakeNetworkControls();
+    void MakeButtons();
+
+    void Show(const TScaleSettings& settings);
+    TScaleSettings Current() const;
+    void ShowSerialPorts();
+    void EnableControls();
+    // As if the user had chosen it: also sets the port field and, for serial, the port list.
+    void SelectTransport(TTransport transport);
+    void RadioClick(TTransport transport);
+    void RefreshSerialPorts(bool sort);
+    void FocusField(TSettingsField field);
+
+    void btnRefreshComListClick();
+    void btnFindDevicesClick();
+    void btnHintClick();
+    void btnOkClick();
+    void btnCancelClick();
+
+    TScaleSettings settings_;
+    std::vector<std::int32_t> listed_;
+    TScaleSettingsServices services_;
+    TTransport transport_ = TTransport::Serial;
+    std::vector<std::string> serialPorts_;  // as listed
+
+    TSpinEdit edtScaleNumb_;
+    HWND edtScaleName_ = nullptr;
+    HWND cbScaleType_ = nullptr;
+    HWND cbbEncoding_ = nullptr;
+    std::array<HWND, 3> radios_{};  // by TTransport
+    TSpinEdit seScaleAddr_;
+    HWND cbPickComPort_ = nullptr;
+    HWND btnRefreshComList_ = nullptr;
+    HWND cbBaudRate_ = nullptr;
+    HWND edtIpAddress_ = nullptr;
+    HWND btnFindDevices_ = nullptr;
+    HWND edtPort_ = nullptr;
+};
+
+}  // namespace tolvane

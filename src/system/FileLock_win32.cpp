@@ -1,0 +1,52 @@
+#include "system/FileLock.h"
+
+#include <windows.h>
+
+#include <new>
+#include <string>
+
+namespace tolvane {
+namespace {
+
+// A file beside the locked one, which nobody else can open. The system removes it when it is
+// closed, also when its program is killed.
+HANDLE OpenLockFile(const std::wstring& name) noexcept {
+    return CreateFileW(name.c_str(), GENERIC_WRITE | DELETE, 0, nullptr, CREATE_ALWAYS,
+                       FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE,
+                       nullptr);
+}
+
+}  // namespace
+
+TFileLock::TFileLock(const std::filesystem::path& file) noexcept {
+    constexpr DWORD kPauseMs = 2;
+    constexpr ULONGLONG kLongestMs = 2000;
+    // A file that is about to be removed is denied for a moment, a folder without rights for ever.
+    constexpr ULONGLONG kLongestDeniedMs = 100;
+    try {
+        const std::wstring name = file.wstring() + L".tolvane-lock";
+        const ULONGLONG start = GetTickCount64();
+        ULONGLONG deniedFrom = start;
+        for (ULONGLONG now = start; now - start < kLongestMs; now = GetTickCount64()) {
+            const HANDLE lock = OpenLockFile(name);
+            if (lock != INVALID_HANDLE_VALUE) {
+                handle_ = reinterpret_cast<std::intptr_t>(lock);
+                return;
+            }
+            const DWORD error = GetLastError();
+            if (error == ERROR_SHARING_VIOLATION)
+                deniedFrom = GetTickCount64();
+            else if (error != ERROR_ACCESS_DENIED ||
+                     GetTickCount64() - deniedFrom > kLongestDeniedMs)
+                return;
+            Sleep(kPauseMs);
+        }
+    } catch (const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch): there is no lock then
+    }
+}
+
+TFileLock::~TFileLock() {
+    if (IsHeld()) CloseHandle(reinterpret_cast<HANDLE>(handle_));
+}
+
+}  // namespace tolvane

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <array>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "system/LocalTime.h"
+
+namespace tolvane {
+
+// What texts of numbers, dates and times look like: the system's regional settings, or a test's.
+// The patterns use the system's own letters (d, M, y, H, h, m, s, tt; quoted text is literal).
+struct TRegionalSettings {
+    char decimalSeparator = ',';
+    std::string shortDatePattern = "dd.MM.yyyy";
+    std::string longTimePattern = "HH:mm:ss";
+    std::string morning;    // text of "tt" before noon, code page 1251
+    std::string afternoon;  // text of "tt" from noon on
+    // Names for patterns with MMM, MMMM, ddd, dddd, from January and Monday on; a month without a
+    // name is shown by its number, a day of the week without one not at all.
+    std::array<std::string, 12> shortMonths = {};
+    std::array<std::string, 12> longMonths = {};
+    std::array<std::string, 7> shortDays = {};
+    std::array<std::string, 7> longDays = {};
+};
+
+// The settings of the user who runs the program, read anew at each call (on Windows from the
+// system, where a decimal separator that code page 1251 lacks becomes '.'; elsewhere the defaults
+// above).
+TRegionalSettings SystemRegionalSettings();
+
+std::string FormatDate(TDate date, const TRegionalSettings& regional);
+std::string FormatTime(TTimeOfDay time, const TRegionalSettings& regional);
+// A text as FormatTime makes it, seconds and blanks optional, or hours, minutes and seconds with
+// colons whatever the settings; nothing when it is no time of day.
+std::optional<TTimeOfDay> ParseTime(std::string_view text, const TRegionalSettings& regional);
+
+}  // namespace tolvane

@@ -1,0 +1,9 @@
+#include "system/RegionalSettings.h"
+
+namespace tolvane {
+
+TRegionalSettings SystemRegionalSettings() {
+    return {};
+}
+
+}  // namespace tolvane

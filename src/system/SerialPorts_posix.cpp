@@ -1,0 +1,25 @@
+#include "system/SerialPorts.h"
+
+#include <filesystem>
+
+namespace tolvane {
+
+namespace fs = std::filesystem;
+
+// The terminals that have a device behind them, as "/dev/ttyUSB0".
+TSerialPortScan ScanSerialPorts() {
+    TSerialPortScan scan;
+    std::error_code error;
+    fs::directory_iterator terminal("/sys/class/tty", error);
+    if (error) return scan;
+    scan.available = true;
+    for (; terminal != fs::directory_iterator(); terminal.increment(error)) {
+        std::error_code ignored;
+        if (fs::exists(terminal->path() / "device", ignored))
+            scan.names.push_back("/dev/" + terminal->path().filename().string());
+    }
+    scan.complete = !error;
+    return scan;
+}
+
+}  // namespace tolvane

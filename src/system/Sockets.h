@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <system_error>
+
+#include "system/Clock.h"
+
+namespace tolvane {
+
+// What systems do differently with sockets; a socket is the system's own handle.
+
+// Keeps the system's socket library ready while it lives; counted by the system, so channels hold
+// one each. Throws std::system_error when there is none.
+class TSocketLibrary {
+public:
+    TSocketLibrary();
+    // NOLINTNEXTLINE(performance-trivially-destructible): one system has something to do here.
+    ~TSocketLibrary();
+    TSocketLibrary(const TSocketLibrary&) = delete;
+    TSocketLibrary& operator=(const TSocketLibrary&) = delete;
+};
+
+// Waits at most `limit` until the socket has something to read: bytes, the peer's end, or an error,
+// which the next receive then reports.
+bool WaitReadable(std::uintptr_t socket, TMilliseconds limit);
+
+// What came with one datagram.
+struct TReceived {
+    std::size_t length = 0;    // as the system reports it; 0 with an error
+    std::uint32_t sender = 0;  // IPv4, most significant byte first; 0: not known
+};
+
+// Takes one datagram from a socket that does not wait, as far as the buffer holds it; the rest is
+// lost. Errors are of Asio's system category.
+TReceived ReceiveDatagram(std::uintptr_t socket, std::span<std::uint8_t> buffer,
+                          std::error_code& error);
+
+// Keeps "port unreachable" answers to earlier datagrams from ending a receive, on a system that
+// reports them there.
+void IgnoreUnreachablePeers(std::uintptr_t socket);
+
+}  // namespace tolvane

@@ -1,0 +1,38 @@
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+
+#include <asio/error.hpp>
+#include <cerrno>
+
+#include "system/Sockets.h"
+
+namespace tolvane {
+
+TSocketLibrary::TSocketLibrary() = default;
+TSocketLibrary::~TSocketLibrary() = default;
+
+bool WaitReadable(std::uintptr_t socket, TMilliseconds limit) {
+    pollfd entry{static_cast<int>(socket), POLLIN, 0};
+    const int ready = poll(&entry, 1, static_cast<int>(limit.count()));
+    return ready > 0 || (ready < 0 && errno != EINTR);
+}
+
+TReceived ReceiveDatagram(std::uintptr_t socket, std::span<std::uint8_t> buffer,
+                          std::error_code& error) {
+    sockaddr_in sender{};
+    socklen_t length = sizeof sender;
+    const ssize_t count = recvfrom(static_cast<int>(socket), buffer.data(), buffer.size(), 0,
+                                   reinterpret_cast<sockaddr*>(&sender), &length);
+    if (count < 0) {
+        error.assign(errno, asio::error::get_system_category());
+        return {};
+    }
+    error.clear();
+    return {static_cast<std::size_t>(count), ntohl(sender.sin_addr.s_addr)};
+}
+
+// A socket that is not connected to one peer does not hear of them here.
+void IgnoreUnreachablePeers(std::uintptr_t /*socket*/) {}
+
+}  // namespace tolvane

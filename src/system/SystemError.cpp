@@ -1,0 +1,14 @@
+#include "system/SystemError.h"
+
+#include "text/Failure.h"
+
+namespace tolvane {
+
+std::string FailureText(const std::exception& failure) {
+    if (const auto* system = dynamic_cast<const std::system_error*>(&failure))
+        return SystemErrorText(system->code());
+    if (const auto* whole = dynamic_cast<const TFailure*>(&failure)) return whole->Text();
+    return failure.what();
+}
+
+}  // namespace tolvane

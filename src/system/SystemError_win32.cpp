@@ -1,0 +1,38 @@
+#include "system/SystemError.h"
+
+#include <windows.h>
+
+#include <iterator>
+#include <string_view>
+
+#include "text/Cp1251.h"
+
+namespace tolvane {
+namespace {
+
+// The message by UTF-16: the narrow form answers in the system's code page, whichever that is.
+std::string SystemMessage(int number) {
+    wchar_t text[512];
+    const DWORD length = FormatMessageW(
+        FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_MAX_WIDTH_MASK,
+        nullptr, static_cast<DWORD>(number), 0, text, static_cast<DWORD>(std::size(text)), nullptr);
+    std::u16string_view message(reinterpret_cast<const char16_t*>(text), length);
+    while (!message.empty() && (message.back() <= u' ' || message.back() == u'.'))
+        message.remove_suffix(1);
+    return message.empty() ? std::string("System error") : FromUtf16(message);
+}
+
+// The socket library's category of system errors answers in the system's code page.
+bool IsOfTheSystem(const std::error_category& category) {
+    return category == std::system_category() || std::string_view(category.name()) == "asio.system";
+}
+
+}  // namespace
+
+std::string SystemErrorText(const std::error_code& error) {
+    const std::string message =
+        IsOfTheSystem(error.category()) ? SystemMessage(error.value()) : error.message();
+    return message + " (" + std::to_string(error.value()) + ")";
+}
+
+}  // namespace tolvane

@@ -1,0 +1,68 @@
+#include "system/TemporaryFile.h"
+
+#include <random>
+#include <utility>
+
+namespace tolvane {
+
+namespace {
+
+constexpr std::string_view kMark = ".tolvane-";
+constexpr std::string_view kEnd = ".tmp";
+constexpr std::string_view kHexDigits = "0123456789abcdef";
+constexpr std::size_t kUniqueDigits = 16;
+
+// In the system's own characters: a foreign file's name need not be convertible to any other.
+using TName = std::filesystem::path::string_type;
+
+TName Folded(const std::filesystem::path& file) {
+    TName text = file.filename().native();
+    for (auto& c : text) {
+        if (c >= 'A' && c <= 'Z') c = static_cast<TName::value_type>(c + ('a' - 'A'));
+    }
+    return text;
+}
+
+TName Native(std::string_view ascii) {
+    return {ascii.begin(), ascii.end()};
+}
+
+}  // namespace
+
+TTemporaryFile::TTemporaryFile(TTemporaryFile&& other) noexcept
+    : target_(std::move(other.target_)),
+      path_(std::exchange(other.path_, {})),
+      handle_(std::exchange(other.handle_, -1)) {}
+
+TTemporaryFile& TTemporaryFile::operator=(TTemporaryFile&& other) noexcept {
+    if (this == &other) return *this;
+    Release();
+    target_ = std::move(other.target_);
+    path_ = std::exchange(other.path_, {});
+    handle_ = std::exchange(other.handle_, -1);
+    return *this;
+}
+
+TTemporaryFile::~TTemporaryFile() {
+    Release();
+}
+
+std::filesystem::path UniqueTemporaryPath(const std::filesystem::path& target) {
+    std::random_device random;
+    TName name = target.native() + Native(kMark);
+    for (std::size_t i = 0; i < kUniqueDigits; ++i)
+        name += static_cast<TName::value_type>(kHexDigits[random() % kHexDigits.size()]);
+    return name + Native(kEnd);
+}
+
+bool IsTemporaryOf(const std::filesystem::path& target, const std::filesystem::path& file) {
+    const TName start = Folded(target) + Native(kMark);
+    const TName end = Native(kEnd);
+    const TName digits = Native(kHexDigits);
+    const TName name = Folded(file);
+    if (name.size() != start.size() + kUniqueDigits + end.size()) return false;
+    return name.starts_with(start) && name.ends_with(end) &&
+           name.find_first_not_of(digits, start.size()) == name.size() - end.size();
+}
+
+}  // namespace tolvane

@@ -1,0 +1,146 @@
+#include "system/TemporaryFile.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <system_error>
+#include <utility>
+
+#include "text/Cp1251.h"
+
+namespace tolvane {
+
+namespace {
+
+using std::filesystem::path;
+
+[[noreturn]] void Fail(int error) {
+    throw std::system_error(error, std::system_category());
+}
+
+class TDescriptor {
+public:
+    explicit TDescriptor(int number) : number_(number) {}
+    TDescriptor(TDescriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
+    TDescriptor& operator=(TDescriptor&&) = delete;
+    ~TDescriptor() {
+        if (number_ >= 0) close(number_);
+    }
+    int Number() const { return number_; }
+    bool IsOpen() const { return number_ >= 0; }
+
+private:
+    int number_;
+};
+
+bool IsMissing(int error) {
+    return error == ENOENT || error == ENOTDIR;
+}
+
+// Best effort: some file systems refuse, and the new file stands in its place already.
+void FlushFolder(const path& file) {
+    const path folder = file.has_parent_path() ? file.parent_path() : path(".");
+    const TDescriptor descriptor(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (descriptor.IsOpen()) fsync(descriptor.Number());
+}
+
+// The owner can only be kept by who may give files away; that it fails for others is no error.
+void CopyPermissions(const path& from, int to) {
+    struct stat old {};
+    if (stat(from.c_str(), &old) != 0) return;
+    [[maybe_unused]] const int ignored = fchown(to, old.st_uid, old.st_gid);
+    if (fchmod(to, old.st_mode & 07777U) != 0) Fail(errno);
+}
+
+}  // namespace
+
+TTemporaryFile::TTemporaryFile(const path& target) : target_(target), handle_(-1) {
+    do {
+        path_ = UniqueTemporaryPath(target);
+        handle_ = open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    } while (handle_ < 0 && errno == EEXIST);
+    if (handle_ < 0) Fail(errno);
+    flock(static_cast<int>(handle_), LOCK_EX | LOCK_NB);
+}
+
+void TTemporaryFile::Write(std::string_view bytes) {
+    const int descriptor = static_cast<int>(handle_);
+    while (!bytes.empty()) {
+        const ssize_t written = write(descriptor, bytes.data(), bytes.size());
+        if (written < 0 && errno == EINTR) continue;
+        if (written < 0) Fail(errno);
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+    CopyPermissions(target_, descriptor);
+    if (fsync(descriptor) != 0) Fail(errno);
+}
+
+bool TTemporaryFile::TakePlaceOfTarget() {
+    if (rename(path_.c_str(), target_.c_str()) != 0) {
+        const int error = errno;
+        if (error == ENOENT && access(path_.c_str(), F_OK) != 0) return false;
+        Fail(error);
+    }
+    path_.clear();
+    FlushFolder(target_);
+    return true;
+}
+
+void TTemporaryFile::Release() noexcept {
+    if (!path_.empty()) unlink(path_.c_str());
+    path_.clear();
+    const auto handle = std::exchange(handle_, -1);
+    if (handle >= 0) close(static_cast<int>(handle));
+}
+
+std::optional<std::string> ReadWholeFile(const path& file) {
+    const TDescriptor descriptor(open(file.c_str(), O_RDONLY | O_CLOEXEC));
+    if (!descriptor.IsOpen()) {
+        if (IsMissing(errno)) return std::nullopt;
+        Fail(errno);
+    }
+    std::string bytes;
+    std::array<char, 65536> block{};
+    for (;;) {
+        const ssize_t count = read(descriptor.Number(), block.data(), block.size());
+        if (count < 0 && errno == EINTR) continue;
+        if (count < 0) Fail(errno);
+        if (count == 0) return bytes;
+        bytes.append(block.data(), static_cast<std::size_t>(count));
+    }
+}
+
+// The mode is looked at too, since the system's administrator may write anything.
+void RequireWritable(const path& file) {
+    struct stat status {};
+    if (stat(file.c_str(), &status) != 0) return;
+    if ((status.st_mode & 0222U) == 0) Fail(EACCES);
+    if (access(file.c_str(), W_OK) != 0) Fail(errno);
+}
+
+path ResolveLink(const path& file) {
+    std::error_code error;
+    if (!std::filesystem::is_symlink(file, error)) return file;
+    path resolved = std::filesystem::weakly_canonical(file, error);
+    return error ? file : resolved;
+}
+
+void RemoveLeftover(const path& file) noexcept {
+    const TDescriptor descriptor(open(file.c_str(), O_WRONLY | O_NOFOLLOW | O_CLOEXEC));
+    if (!descriptor.IsOpen()) return;
+    if (flock(descriptor.Number(), LOCK_EX | LOCK_NB) == 0) unlink(file.c_str());
+}
+
+std::string SystemMessage(int error) {
+    return FromUtf8(std::system_category().message(error));
+}
+
+std::string PathText(const path& path) {
+    return FromUtf8(path.string());
+}
+
+}  // namespace tolvane

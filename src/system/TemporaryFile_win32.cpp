@@ -1,0 +1,143 @@
+#include "system/TemporaryFile.h"
+
+#include <windows.h>
+
+#include <algorithm>
+#include <array>
+#include <system_error>
+#include <utility>
+
+#include "text/Cp1251.h"
+
+namespace tolvane {
+
+namespace {
+
+using std::filesystem::path;
+
+[[noreturn]] void Fail(DWORD error) {
+    throw std::system_error(static_cast<int>(error), std::system_category());
+}
+
+HANDLE Native(std::intptr_t handle) {
+    return reinterpret_cast<HANDLE>(handle);
+}
+
+class TReadHandle {
+public:
+    explicit TReadHandle(const path& file)
+        : handle_(CreateFileW(file.c_str(), GENERIC_READ,
+                              FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                              OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr)) {}
+    TReadHandle(const TReadHandle&) = delete;
+    TReadHandle& operator=(const TReadHandle&) = delete;
+    ~TReadHandle() {
+        if (IsOpen()) CloseHandle(handle_);
+    }
+    bool IsOpen() const { return handle_ != INVALID_HANDLE_VALUE; }
+    HANDLE Get() const { return handle_; }
+
+private:
+    HANDLE handle_;
+};
+
+bool IsMissing(DWORD error) {
+    return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
+}
+
+}  // namespace
+
+TTemporaryFile::TTemporaryFile(const path& target) : target_(target), handle_(-1) {
+    do {
+        path_ = UniqueTemporaryPath(target);
+        // Without sharing, nobody's clean-up can remove it while it is written.
+        handle_ = reinterpret_cast<std::intptr_t>(CreateFileW(
+            path_.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
+    } while (handle_ == -1 && GetLastError() == ERROR_FILE_EXISTS);
+    if (handle_ == -1) Fail(GetLastError());
+}
+
+// NOLINTNEXTLINE(readability-make-member-function-const): it changes the file.
+void TTemporaryFile::Write(std::string_view bytes) {
+    while (!bytes.empty()) {
+        constexpr std::size_t kBlock = 1U << 20U;
+        DWORD written = 0;
+        const auto count = static_cast<DWORD>(std::min(bytes.size(), kBlock));
+        if (!WriteFile(Native(handle_), bytes.data(), count, &written, nullptr))
+            Fail(GetLastError());
+        if (written == 0) Fail(ERROR_DISK_FULL);
+        bytes.remove_prefix(written);
+    }
+    if (!FlushFileBuffers(Native(handle_))) Fail(GetLastError());
+}
+
+bool TTemporaryFile::TakePlaceOfTarget() {
+    CloseHandle(Native(std::exchange(handle_, -1)));
+    if (!MoveFileExW(path_.c_str(), target_.c_str(),
+                     MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
+        const DWORD error = GetLastError();
+        if (IsMissing(error) && GetFileAttributesW(path_.c_str()) == INVALID_FILE_ATTRIBUTES)
+            return false;
+        Fail(error);
+    }
+    path_.clear();
+    return true;
+}
+
+void TTemporaryFile::Release() noexcept {
+    const auto handle = std::exchange(handle_, -1);
+    if (handle != -1) CloseHandle(Native(handle));
+    if (!path_.empty()) DeleteFileW(path_.c_str());
+    path_.clear();
+}
+
+std::optional<std::string> ReadWholeFile(const path& file) {
+    const TReadHandle handle(file);
+    if (!handle.IsOpen()) {
+        const DWORD error = GetLastError();
+        if (IsMissing(error)) return std::nullopt;
+        Fail(error);
+    }
+    std::string bytes;
+    std::array<char, 65536> block{};
+    for (;;) {
+        DWORD count = 0;
+        if (!ReadFile(handle.Get(), block.data(), static_cast<DWORD>(block.size()), &count,
+                      nullptr))
+            Fail(GetLastError());
+        if (count == 0) return bytes;
+        bytes.append(block.data(), count);
+    }
+}
+
+void RequireWritable(const path& file) {
+    const DWORD attributes = GetFileAttributesW(file.c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES) return;
+    if ((attributes & FILE_ATTRIBUTE_READONLY) != 0) Fail(ERROR_ACCESS_DENIED);
+}
+
+path ResolveLink(const path& file) {
+    return file;
+}
+
+void RemoveLeftover(const path& file) noexcept {
+    DeleteFileW(file.c_str());
+}
+
+std::string SystemMessage(int error) {
+    std::array<wchar_t, 512> text{};
+    const DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS,
+                                        nullptr, static_cast<DWORD>(error), 0, text.data(),
+                                        static_cast<DWORD>(text.size()), nullptr);
+    std::string message = FromUtf16(std::u16string(text.begin(), text.begin() + length));
+    while (!message.empty() && (message.back() <= ' ' && message.back() >= 0))
+        message.pop_back();
+    if (!message.empty() && message.back() == '.') message.pop_back();
+    return message;
+}
+
+std::string PathText(const path& path) {
+    return FromUtf16(path.u16string());
+}
+
+}  // namespace tolvane

@@ -1,9 +1,0 @@
-#include "text/RegionalSettings.h"
-
-namespace tolvane {
-
-TRegionalSettings SystemRegionalSettings() {
-    return {};
-}
-
-}  // namespace tolvane
