@@ -12,7 +12,7 @@
 
 namespace tolvane::host {
 
-// The message (code page 1251) tells what failed and what to do.
+// The message (code page 1251) says what failed and what to do.
 class TConnectionError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;

@@ -16,7 +16,7 @@ struct TGridColumn {
 };
 
 // Reads a list view in report mode with ordinary messages: its columns in the order in which they
-// are shown, and its texts. Anything that is no list view has no columns and no rows.
+// are shown, and its texts. A window that is not a list view has no columns and no rows.
 class TGridReader {
 public:
     explicit TGridReader(HWND grid);

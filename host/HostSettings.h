@@ -5,10 +5,10 @@
 
 namespace tolvane::host {
 
-// What TradeHost.ini tells, beside the program: section [Database]. Texts are code page 1251.
+// Section [Database] of TradeHost.ini, which lies beside the program. Texts are code page 1251.
 struct THostSettings {
     std::string database;  // server/port:path
-    std::string user;      // SYSDBA unless told
+    std::string user;      // SYSDBA by default
     std::string password;
     std::string role;
     std::string clientLibrary;  // empty: fbclient.dll, then gds32.dll

@@ -21,7 +21,7 @@ Function Export(HMODULE library, const char* name) {
     return function;
 }
 
-// A text as a module returns it: the length stands four bytes in front of the characters.
+// A text as a module returns it: the length is four bytes before the characters.
 std::string TextOf(const char* characters) {
     if (characters == nullptr) return {};
     std::int32_t length = 0;

@@ -37,7 +37,7 @@ private:
 };
 
 // What was found in a folder: the modules in the order of their file names, numbered from 1, and a
-// line for each DLL that could not be used. A missing folder holds none.
+// line for each DLL that could not be used. A missing folder counts as empty.
 struct TFoundModules {
     std::vector<TOperationModule> modules;
     std::vector<std::string> refused;

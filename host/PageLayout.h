@@ -41,7 +41,7 @@ public:
     std::size_t PageCount() const;
     std::size_t RowsPerPage() const;
     const std::vector<TPlacedColumn>& Columns(std::size_t page) const;
-    // The first row of a page and the row behind its last.
+    // The first row of a page and the row after its last.
     std::size_t FirstRow(std::size_t page) const;
     std::size_t EndRow(std::size_t page) const;
     const TPaper& Paper() const { return paper_; }

@@ -10,7 +10,7 @@
 
 namespace tolvane::host {
 
-// What stands on every page above the table.
+// What every page shows above the table.
 struct TPageTexts {
     std::wstring title;
     std::wstring dateTime;

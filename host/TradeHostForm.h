@@ -26,7 +26,7 @@ public:
 
     HWND MdiClient() const noexcept { return client_; }
     bool IsConnected() const noexcept { return connection_.IsOpen(); }
-    // Connects to the database as the settings say now; tells the user when that fails.
+    // Connects to the database with the current settings; shows the user why that fails.
     void Connect();
     // Starts the operation with that number, its place in the menu from 1 up.
     void StartOperation(int number);

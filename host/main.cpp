@@ -60,7 +60,7 @@ int RunMessages(const TTradeHostForm& form) {
 }
 
 int Run(int show) {
-    // A library that cannot be loaded is told by this program, not by a box of the system.
+    // This program reports a library that cannot be loaded, not a box of the system.
     SetErrorMode(SEM_FAILCRITICALERRORS);
     TTradeHostForm form(Program());
     ShowWindow(form.Handle(), show);

@@ -20,7 +20,7 @@ constexpr std::array<char16_t, 16> kPc866Signs = {0x0401, 0x0451, 0x0404, 0x0454
                                                   0x040E, 0x045E, 0x00B0, 0x2219, 0x00B7, 0x221A,
                                                   0x2116, 0x00A4, 0x25A0, 0x00A0};
 constexpr char16_t kUnknown = 0xFFFD;
-constexpr int kFirstLetter = 0x0410;  // А; я stands 63 places further
+constexpr int kFirstLetter = 0x0410;  // А; я is 63 code points further
 
 char16_t Character(std::uint8_t byte, TCodeTable table) {
     if (byte < 0x80) return byte;

@@ -4,7 +4,7 @@ namespace tolvane::simulator {
 
 namespace {
 
-// One row per run of parameters with the same length; a length of kFree stands for "as it comes",
+// One row per run of parameters with the same length; a length of kFree means "as it comes",
 // kLong for the model's own.
 constexpr int kFree = -1;
 constexpr int kLong = -2;

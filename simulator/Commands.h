@@ -11,7 +11,7 @@ enum class TModel { Evl, Ets, S300 };
 
 struct TModelProperties {
     std::string_view name;
-    std::string_view versionText;  // what a scale of this model says by default
+    std::string_view versionText;  // the reply of a scale of this model by default
     int capacity;                  // highest article number, by default
     int longTextLength;            // of the text parameters 19 to 22
 };

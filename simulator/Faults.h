@@ -12,7 +12,7 @@
 
 namespace tolvane::simulator {
 
-// What a scale does wrong. The names in JSON and on the command line stand beside each.
+// What a scale does wrong. The name in JSON and on the command line is beside each.
 enum class TFaultKind {
     Error,         // "error": refuses with `code` and does nothing
     Empty,         // "empty": a reply without data
@@ -25,14 +25,14 @@ enum class TFaultKind {
     Raw,           // "raw": `bytes` in place of the reply
     EtxFirst,      // "etx-first": an end byte in front of the reply
     NoiseBefore,   // "noise-before": `bytes` (55 AA 55), `count` times, in front of the reply
-    NoiseAfter,    // "noise-after": the same behind it
+    NoiseAfter,    // "noise-after": the same after it
     Double,        // "double": the reply twice in one segment
     Stray,         // "stray": over UDP, `bytes` from another socket before the reply
     NoReply,       // "no-reply": this request is not answered, nor obeyed
     Silent,        // "silent": no request is answered or obeyed for `ms`, or ever again
     Slow,          // "slow": the reply, and all after it, wait `ms` (500)
     Late,          // "late": the reply comes after `ms` (1500), `times` times, and later requests
-                   // are answered meanwhile
+                   // are answered in the meantime
     Held,          // "held": the reply comes just before the reply to the next request
     Split,         // "split": byte by byte, `ms` (2) apart
     SplitAt,       // "split-at": in two parts, the first of `count` bytes, `ms` (20) apart

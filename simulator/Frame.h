@@ -22,7 +22,7 @@ inline constexpr std::uint8_t kOffset = 0x14;
 
 enum class TDefect {
     None,
-    Stuffing,  // no marker in front, or a byte that cannot stand in its run
+    Stuffing,  // no marker before it, or a byte that cannot be part of its run
     TooShort,  // fewer than address, command and checksum
     Checksum
 };
@@ -45,7 +45,7 @@ TBytes EncodeReply(std::uint8_t address, std::uint8_t command, const TBytes& dat
 // marker of its own.
 inline constexpr std::size_t kLongestBody = 1 + 1 + (5 + 255) + 1;
 
-// Cuts a stream of bytes into request frames. What stands outside a frame, and a frame that grows
+// Cuts a stream of bytes into request frames. Bytes outside a frame, and a frame that grows
 // beyond kLongestFrame, is dropped and counted; a start byte inside a frame starts anew, since
 // no body contains it.
 class TRequestParser {

@@ -10,7 +10,7 @@ namespace tolvane::simulator {
 
 namespace {
 
-// What the command line says, before it is put over a loaded state.
+// The options of the command line, before they override a loaded state.
 struct TArguments {
     std::string model;
     std::string codeTable;
@@ -97,7 +97,7 @@ void AddFileOptions(CLI::App& app, TArguments& arguments, TProgramOptions& progr
     app.add_flag("--trace", program.trace, "print every request and reply");
 }
 
-// A loaded state says what the scale is; the command line overrules it.
+// A loaded state defines the scale; the command line overrides it.
 void SetScale(const TArguments& arguments, TScaleOptions& scale) {
     if (!arguments.loadPath.empty()) {
         scale.initialState = LoadState(arguments.loadPath);

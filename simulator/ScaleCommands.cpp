@@ -23,7 +23,7 @@ std::optional<int> Decimal(std::span<const std::uint8_t> bytes) {
     return value;
 }
 
-// What a request of this command carries, or nothing for SetParam, which says so itself.
+// What a request of this command carries, or nothing for SetParam, whose requests name it.
 std::optional<std::size_t> DataLength(std::uint8_t command) {
     switch (command) {
         case kSetPrice:

@@ -47,7 +47,7 @@ struct TArticle {
 
     // Text parameter 0 to 31 as UTF-8, empty when it was never written.
     std::string Text(int parameter, TCodeTable table) const;
-    // The days of parameter 4: behind its first byte, the most significant one first.
+    // The days of parameter 4: after its first byte, the most significant one first.
     std::optional<int> BestBefore() const;
     // Cleared by a delete: price 0 and a name that begins with a zero byte.
     bool IsCleared() const;

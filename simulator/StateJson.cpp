@@ -167,7 +167,7 @@ void SaveState(const TScaleState& state, const std::string& path) {
     const std::string temporary = path + ".new";
     {
         std::ofstream file(temporary, std::ios::binary | std::ios::trunc);
-        // A version text may hold bytes that are no UTF-8.
+        // A version text may hold bytes that are not UTF-8.
         file << ToJson(state).dump(2, ' ', false, json::error_handler_t::replace) << '\n';
         file.close();
         if (!file) throw std::runtime_error("cannot write " + temporary);

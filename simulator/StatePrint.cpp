@@ -12,7 +12,7 @@ namespace {
 constexpr int kBarcodeParameter = 5;
 constexpr std::array<std::string_view, 10> kTitles = {
     "PLU", "Price", "Weight", "Kind", "Tare", "Label", "Days", "Barcode", "Name", "Name 2"};
-constexpr std::size_t kNumberColumns = 7;  // the columns in front of the texts stand to the right
+constexpr std::size_t kNumberColumns = 7;  // the columns before the texts are aligned to the right
 using TRow = std::array<std::string, kTitles.size()>;
 
 std::size_t CharacterCount(std::string_view utf8) {

@@ -12,7 +12,7 @@
 
 namespace tolvane::simulator {
 
-// The link of a client behind a stream of bytes: a TCP connection or a serial port.
+// The link of a client on a stream of bytes: a TCP connection or a serial port.
 template <typename TStream>
 class TStreamLink : public TLink {
 public:

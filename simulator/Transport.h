@@ -46,7 +46,7 @@ std::shared_ptr<TTransport> AnswerProbe(asio::io_context& io, const TProbeOption
 std::shared_ptr<TTransport> ListenSerial(asio::io_context& io, const std::string& device,
                                          unsigned baudRate, TAnswer answer);
 
-// The scale's end of a new pseudo terminal; clients open the other end, whose name Device() says
+// The scale's end of a new pseudo terminal; clients open the other end, whose name Device() returns
 // and to which a symbolic link is laid at `link` unless that is empty. Throws
 // std::system_error, or std::runtime_error on a system that has no pseudo terminals.
 std::shared_ptr<TTransport> ListenPty(asio::io_context& io, const std::string& link,

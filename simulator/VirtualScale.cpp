@@ -33,7 +33,7 @@ struct TVirtualScale::TRuntime {
             probes[probe.probe] = AnswerProbe(io, probe);
     }
 
-    // The thread that has started an operation is also told of its end.
+    // The thread that has started an operation is also notified of its end.
     void Serve() {
         Run([this] { io.run(); });
         if (!closing) return;

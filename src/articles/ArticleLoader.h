@@ -23,7 +23,7 @@ public:
     virtual void Hide() = 0;
 };
 
-// What a load tells the list window.
+// What a load reports to the list window.
 class TLoadView {
 public:
     virtual ~TLoadView() = default;

@@ -45,7 +45,7 @@ void TArticleTable::Reserve(std::size_t rows) {
 
 TRowId TArticleTable::Append() {
     const std::size_t row = order_.size();
-    // The last of the columns to be reserved tells whether all have room.
+    // The column that is reserved last shows whether all have room.
     if (row == places_.capacity()) Reserve(std::max(row + row / 2, kFewRows));
     EachColumn(*this, [](auto& column) { column.emplace_back(); });
     order_.back() = static_cast<TRowId>(row);

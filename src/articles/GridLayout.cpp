@@ -24,7 +24,7 @@ int Scaled(int width, int from, int to) {
     return static_cast<int>((std::int64_t{width} * to + from / 2) / from);
 }
 
-// A width that is no number or out of its range counts as not given.
+// A width that is not a number, or is out of range, counts as missing.
 std::optional<int> WidthIn(std::string_view text) {
     int width = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), width);

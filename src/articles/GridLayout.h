@@ -26,7 +26,7 @@ struct TGridLayout {
     std::optional<TWindowPlace> place;  // nothing until the window was closed once
 };
 
-// Columns that the file does not name come last, in their first order; a name that stands twice
+// Columns that the file does not name come last, in their first order; a name that occurs twice
 // counts once. Widths are turned into pixels of the resolution.
 TGridLayout LoadGridLayout(const TIniDocument& document, int dotsPerInch);
 void SaveGridLayout(const TGridLayout& layout, int dotsPerInch, TIniDocument& document);

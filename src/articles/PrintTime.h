@@ -6,7 +6,7 @@
 
 namespace tolvane {
 
-// "DD.MM.YYYY - HH.NN.SS", as the printed list tells when it was printed.
+// "DD.MM.YYYY - HH.NN.SS", the time of printing on the printed list.
 std::string PrintTime(const TLocalDateTime& now);
 
 }  // namespace tolvane

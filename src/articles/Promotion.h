@@ -17,11 +17,11 @@ struct TPromotionTimes {
 };
 
 // Whether the promotion is valid now, by day of week and time of day, both ends exclusive and to
-// the second. A time that is no time is never valid.
+// the second. An invalid time never matches.
 bool IsPromotionValid(const TPromotionTimes& times, const TLocalDateTime& now,
                       const TRegionalSettings& regional);
 
-// The promotional price of an article; nothing for a packet type that is no change of price.
+// The promotional price of an article; nothing for a packet type that does not change the price.
 // `value` is the new price, or for packet type 4 the change in per cent.
 std::optional<double> PromotionalPrice(std::int32_t packetType, double retailPrice, double value);
 

@@ -52,7 +52,7 @@ constexpr std::array<TFieldSource, 29> kSources = {{
 constexpr std::int32_t kNoPromotion = -1;
 
 // The scale number goes through its text, whatever its type: "7" and 7 are the same, a blank one
-// is no number.
+// is not a number.
 std::int32_t ScaleNumber(const std::string& text) {
     if (const auto number = ParseInteger(text)) return *number;
     throw TDatabaseError(std::string("Колона "_cp1251)

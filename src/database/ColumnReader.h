@@ -18,7 +18,7 @@ class TColumnReader {
 public:
     TColumnReader();
 
-    // For isc_dsql_prepare and, when Grow says so, isc_dsql_describe.
+    // For isc_dsql_prepare and, when Grow returns true, isc_dsql_describe.
     XSQLDA* Descriptor() noexcept { return reinterpret_cast<XSQLDA*>(descriptor_.data()); }
     // Whether there were more columns than space, which there is now.
     bool Grow();

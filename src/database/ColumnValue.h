@@ -34,8 +34,8 @@ struct TColumnValue {
 std::string ValueAsText(const TColumnValue& value, const TRegionalSettings& regional);
 
 // A value as a number; null is 0. A text may have the system's decimal separator or a point.
-// Throw TDatabaseError naming the column and the value when it is no number, or for the first one
-// no whole number or out of range.
+// Throw TDatabaseError naming the column and the value when it is not a number, or for the first
+// one no whole number or out of range.
 std::int32_t ValueAsInteger(const TColumnValue& value, std::string_view column,
                             const TRegionalSettings& regional);
 double ValueAsFloat(const TColumnValue& value, std::string_view column,

@@ -16,7 +16,7 @@ struct TCursor;
 // page 1251. Failures throw TDatabaseError. One thread.
 class TQuery {
 public:
-    // The longest text that is read from a BLOB; what lies behind is left out.
+    // The longest text that is read from a BLOB; the rest is left out.
     static constexpr std::size_t kLongestBlob = 0x100000;
 
     explicit TQuery(TTransaction& transaction);

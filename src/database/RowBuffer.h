@@ -36,7 +36,7 @@ private:
     char* NewText(std::size_t size);
 
     std::vector<TColumnType> columns_;
-    std::vector<std::size_t> offsets_;  // of each column in a row, behind the null bits
+    std::vector<std::size_t> offsets_;  // of each column in a row, after the null bits
     std::size_t rowSize_ = 0;
     std::size_t rowsPerBlock_ = 0;
     std::size_t rowCount_ = 0;

@@ -19,7 +19,7 @@ template <class Work>
 void Guard(Work work) noexcept {
     try {
         work();
-    } catch (...) {  // NOLINT(bugprone-empty-catch): the host has no way to be told
+    } catch (...) {  // NOLINT(bugprone-empty-catch): there is no way to report it to the host
     }
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
 // The interface between a host trade system and Tolvane.dll (32-bit Windows). This file ships with
-// the module and needs nothing but the standard headers. docs/host-interface.md tells the rest.
+// the module and needs nothing but the standard headers. docs/host-interface.md has the rest.
 
 #include <cstdint>
 

@@ -104,7 +104,7 @@ void TellFailure(const TStartArguments& arguments, std::string_view message) noe
     }
 }
 
-// Runs `work`; on failure tells it and answers false.
+// Runs `work`; shows its failure and returns false.
 template <class Work>
 bool Try(const TStartArguments& arguments, Work work) noexcept {
     try {
@@ -121,7 +121,7 @@ bool Try(const TStartArguments& arguments, Work work) noexcept {
 void RegisterCompletion(const TStartArguments& arguments) {
     TModuleState& state = ModuleState();
     state.operationNo = arguments.operationNo;
-    // An open window of an earlier start still has its end to tell.
+    // An open window of an earlier start still has to report its end.
     if (IsWindow(arguments.appHandle) != 0) state.appHandle = arguments.appHandle;
     state.messageId =
         RegisterWindowMessageA(("DLL_" + std::to_string(arguments.operationNo)).c_str());

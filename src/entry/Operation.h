@@ -19,7 +19,8 @@ struct TStartArguments {
 };
 
 // Shows the list window of the MDI frame, made or brought to the front, and loads it. A failure is
-// told in one error box, the window goes, and the completion message is posted. Interface thread.
+// shown in one error box, the window closes, and the completion message is posted. Interface
+// thread.
 void StartOperation(const TStartArguments& arguments);
 
 // Gives back the window classes of all forms; when the module is unloaded.

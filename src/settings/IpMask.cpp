@@ -18,7 +18,7 @@ bool IsDot(int position) {
     return position % kGroupStride == TIpMask::kPlaces;
 }
 
-// The place at or behind a position; a caret in front of a dot writes behind it.
+// The place at or after a position; a caret before a dot writes after it.
 int PlaceAt(int position) {
     return IsDot(position) ? position + 1 : position;
 }

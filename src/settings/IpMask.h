@@ -8,14 +8,14 @@ namespace tolvane {
 
 // The text of an address field: four groups of three places for digits with fixed dots between
 // them, always 15 characters; an empty place is a space. Positions count characters from 0 to 15
-// (behind the last place).
+// (after the last place).
 class TIpMask {
 public:
     static constexpr int kGroups = 4;
     static constexpr int kPlaces = 3;
     static constexpr int kLength = kGroups * (kPlaces + 1) - 1;
 
-    // Part of the text, as an edit line tells its selection: from start to before end.
+    // Part of the text, as an edit control reports its selection: from start to before end.
     struct TSelection {
         int start = 0;
         int end = 0;

@@ -12,7 +12,7 @@ namespace tolvane {
 
 // The slots in use, in slot order.
 std::vector<TScaleObj> ListedScales(const TScaleTable& table);
-// Puts the list into slots 1 to n and empties the others. What is beyond the last slot is left out.
+// Puts the list into slots 1 to n and empties the others. Scales beyond the last slot are left out.
 void StoreListedScales(std::span<const TScaleObj> scales, TScaleTable& table);
 
 // What the editor shows of one scale, code page 1251.

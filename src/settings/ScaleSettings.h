@@ -67,7 +67,7 @@ struct TSettingsFault {
 // the edited one's included. A good address is rewritten without leading zeros and blanks.
 TSettingsFault CheckSettings(TScaleSettings& settings, std::span<const std::int32_t> listed);
 
-// A text of a dialog that should be a number is none; the message names it.
+// A dialog field that must be a number is not one; the message quotes it.
 class TConversionError : public std::runtime_error {
 public:
     explicit TConversionError(std::string_view text);
@@ -101,7 +101,7 @@ TScaleRec NewScale(const TScaleSettings& settings);
 // TConversionError, and leaves the scale as it was then.
 void ApplySettings(const TScaleSettings& settings, TScaleRec& rec);
 
-// "(EVL) - 192.168.1.10 (3)"; empty for a type that is none.
+// "(EVL) - 192.168.1.10 (3)"; empty for an unknown type.
 std::string DefaultScaleName(const TScaleRec& rec);
 
 }  // namespace tolvane

@@ -43,7 +43,7 @@ struct TLetterPair {
     std::uint8_t upper;
 };
 
-// Letters whose two cases do not stand at a fixed distance: ђ ѓ љ њ ќ ћ џ ў ј ґ ё є ѕ ї і.
+// Letters whose two cases are not at a fixed distance: ђ ѓ љ њ ќ ћ џ ў ј ґ ё є ѕ ї і.
 constexpr TLetterPair kLetterPairs[] = {{0x90, 0x80}, {0x83, 0x81}, {0x9A, 0x8A}, {0x9C, 0x8C},
                                         {0x9D, 0x8D}, {0x9E, 0x8E}, {0x9F, 0x8F}, {0xA2, 0xA1},
                                         {0xBC, 0xA3}, {0xB4, 0xA5}, {0xB8, 0xA8}, {0xBA, 0xAA},

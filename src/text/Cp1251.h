@@ -11,7 +11,7 @@ namespace tolvane {
 // Inside the module a text is bytes of Windows code page 1251. This header holds the code page's
 // own table, so that nothing depends on the system's code page.
 
-// Unicode code point of each byte 0x80 to 0xFF; 0x98 is unassigned and stands for itself.
+// Unicode code point of each byte 0x80 to 0xFF; 0x98 is unassigned and means itself.
 inline constexpr std::array<char16_t, 128> kCp1251High = {
     0x0402, 0x0403, 0x201A, 0x0453, 0x201E, 0x2026, 0x2020, 0x2021, 0x20AC, 0x2030, 0x0409, 0x2039,
     0x040A, 0x040C, 0x040B, 0x040F, 0x0452, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
@@ -25,7 +25,7 @@ inline constexpr std::array<char16_t, 128> kCp1251High = {
     0x043C, 0x043D, 0x043E, 0x043F, 0x0440, 0x0441, 0x0442, 0x0443, 0x0444, 0x0445, 0x0446, 0x0447,
     0x0448, 0x0449, 0x044A, 0x044B, 0x044C, 0x044D, 0x044E, 0x044F};
 
-// The byte that stands for a Unicode code point, or -1 when the code page does not have it.
+// The byte of a Unicode code point, or -1 when the code page does not have it.
 constexpr int Cp1251Byte(char32_t codePoint) {
     if (codePoint < 0x80) return static_cast<int>(codePoint);
     for (std::size_t i = 0; i < kCp1251High.size(); ++i) {
@@ -123,7 +123,7 @@ bool IsUtf8(std::string_view bytes);
 // Upper case by code page 1251, one byte to one byte: a-z, а-я, ё and the other letters in pairs.
 char UpperCase(char c);
 std::string UpperCase(std::string_view text);
-// <0, 0, >0: order of the upper-cased bytes (the Bulgarian alphabet stands in code order).
+// <0, 0, >0: order of the upper-cased bytes (the codes follow the Bulgarian alphabet).
 int CompareIgnoringCase(std::string_view a, std::string_view b);
 bool EqualIgnoringCase(std::string_view a, std::string_view b);
 // Whether `text`, upper-cased, contains `upperNeedle`, which is upper-cased already.

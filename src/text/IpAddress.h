@@ -16,7 +16,7 @@ std::optional<std::uint32_t> ParseIpV4(std::string_view text);
 // "192.168.1.10", of an address with its most significant byte first.
 std::string IpV4Text(std::uint32_t address);
 
-// What lies between the dots, blanks included; the whole text when it has none.
+// The pieces between the dots, blanks included; the whole text when it has no dot.
 std::vector<std::string_view> SplitAtDots(std::string_view text);
 
 }  // namespace tolvane

@@ -81,7 +81,8 @@ std::string FixedText(const TDecimal& number, int integerDigits, int decimals, c
     return out;
 }
 
-// The decimal number in `text` with a point for a separator, or an empty text when it is none.
+// The decimal number in `text` with a point for a separator, or an empty text when it is not a
+// number.
 std::string WithPoint(std::string_view text, char separator) {
     std::string out;
     std::size_t at = 0;

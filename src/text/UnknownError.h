@@ -6,7 +6,7 @@
 
 namespace tolvane {
 
-// What is told of an exception that carries no message.
+// The message shown for an exception that carries none.
 inline constexpr std::string_view kUnknownError = "Неизвестна грешка"_cp1251;
 
 }  // namespace tolvane

@@ -6,7 +6,7 @@
 
 namespace tolvane {
 
-// Sizes in this program are told at 96 dots per inch; this turns them into the pixels of the
+// Sizes in this program are for 96 dots per inch; this converts them into the pixels of the
 // system's resolution.
 class TDpi {
 public:
@@ -31,7 +31,8 @@ struct TPlace {
 
 // The module's font: Tahoma of 8 points, or of another pixel height at 96 dots per inch.
 TOwnedFont MakeFont(TDpi dpi, bool bold = false, int pixelHeight = 0);
-// The font that the user has chosen for lists in the system; the module's own where there is none.
+// The font that the user has chosen for lists in the system; the module's own where the system has
+// none.
 TOwnedFont MakeListFont(TDpi dpi);
 // Height in pixels of a line of text in the font.
 int TextHeight(HFONT font);

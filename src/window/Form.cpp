@@ -118,7 +118,7 @@ LRESULT TForm::HandleMessage(const TMessage& message) {
             return HandleCommand(message);
         case WM_NOTIFY: {
             auto& header = *reinterpret_cast<NMHDR*>(message.lParam);
-            // An MDI child is not told that its frame goes to the back.
+            // An MDI child gets no message when its frame goes to the back.
             if (header.code == NM_KILLFOCUS) lastFocus_ = header.hwndFrom;
             return OnNotify(header);
         }

@@ -21,7 +21,7 @@ struct TFormOptions {
     std::string_view caption;    // code page 1251
     DWORD style = WS_POPUP | WS_CAPTION | WS_SYSMENU;
     DWORD exStyle = 0;
-    // Sizes at 96 dots per inch: the client area, and the smallest outer size (0: none).
+    // Sizes at 96 dots per inch: the client area, and the smallest outer size (0: no limit).
     int clientWidth = 0;
     int clientHeight = 0;
     int minWidth = 0;
@@ -97,7 +97,7 @@ public:
 protected:
     TForm();
 
-    // Makes the window, hidden, centred on its owner's top-level window unless told otherwise.
+    // Makes the window, hidden, centred on its owner's top-level window by default.
     void MakePopup(const TFormOptions& options, HWND owner);
     // Makes and shows an MDI child; `mdiClient` is the frame's window of class "MDIClient".
     void MakeMdiChild(const TFormOptions& options, HWND mdiClient);
@@ -107,7 +107,7 @@ protected:
     // The client area at 96 dots per inch, rounded down.
     SIZE ClientSize() const;
 
-    // Reactions; the base does nothing unless told.
+    // Reactions; the base class does nothing unless its line says otherwise.
     virtual void OnSize() {}  // after every change of size: place the controls
     virtual void OnShow() {}  // ShowModal, before the window is seen
     virtual bool CanClose(int /*result*/) { return true; }
@@ -152,7 +152,7 @@ private:
     bool mdiChild_ = false;
 };
 
-// The message that tells a form to run its queue.
+// The message that makes a form run its queue.
 inline constexpr UINT kRunQueueMessage = WM_APP + 1;
 // The message by which the key hook hands a key on (lParam: MSG*); answers TRUE when it is done.
 inline constexpr UINT kHookKeyMessage = WM_APP + 2;
@@ -161,8 +161,8 @@ inline constexpr UINT kFirstFormMessage = WM_APP + 16;
 
 // As of the message that is being handled.
 bool IsKeyDown(int virtualKey);
-// Appends a line to a memo and scrolls to it, unless a part of the text is selected: whoever reads
-// there keeps the selection and the place.
+// Appends a line to a memo and scrolls to it, unless a part of the text is selected: a user who
+// reads there keeps the selection and the place.
 void AppendLine(HWND memo, std::string_view text);
 // The items of a combo list.
 void AddComboItem(HWND combo, std::string_view text);

@@ -8,7 +8,7 @@
 
 namespace tolvane {
 
-// Move-only owner of a system handle; Traits names its type, the value that stands for none, and
+// Move-only owner of a system handle; Traits names its type, the value that means none, and
 // how it is given back.
 template <class Traits>
 class TOwned {

@@ -82,7 +82,7 @@ int TLineDrag::TargetAt(POINT point) const {
 
 // The list view would wait for the mouse in a loop of its own, and change a check box at once.
 bool TLineDrag::Press(WPARAM buttons, POINT point) {
-    // The buttons' state tells of Ctrl and Shift, not of Alt.
+    // The buttons' state covers Ctrl and Shift, not Alt.
     if (buttons != MK_LBUTTON || GetKeyState(VK_MENU) < 0) return false;
     LVHITTESTINFO hit{};
     hit.pt = point;

@@ -4,8 +4,8 @@
 
 namespace tolvane {
 
-// Where a window stands when it is neither maximized nor minimized: its outer rectangle in pixels,
-// on the screen or, for an MDI child, in the MDI client.
+// The position of a window when it is neither maximized nor minimized: its outer rectangle in
+// pixels, on the screen or, for an MDI child, in the MDI client.
 struct TPlacement {
     RECT outer{};
     bool maximized = false;

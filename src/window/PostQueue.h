@@ -27,7 +27,7 @@ public:
     void Attach(HWND window, UINT message);
     void Detach() noexcept;
     // Any thread. On the interface thread the work runs at once when nothing can bring it later. On
-    // another one false says that the work waits for a later Post or Announce.
+    // another one, false means that the work waits for a later Post or Announce.
     bool Post(TTask task);
     // Tries again to bring what waits to the window; false when that failed.
     bool Announce();

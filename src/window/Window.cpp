@@ -125,7 +125,7 @@ LRESULT TWindow::Dispatch(const TMessage& message) noexcept {
 void TWindow::Report(std::string_view text) noexcept {
     try {
         HandleError(text);
-    } catch (...) {  // NOLINT(bugprone-empty-catch): nothing is left to tell it with
+    } catch (...) {  // NOLINT(bugprone-empty-catch): there is no way left to report it
     }
 }
 

@@ -60,7 +60,7 @@ public:
         TWindow& window_;
     };
 
-    // The object behind a window of this module; null for any other window.
+    // The object of a window of this module; null for any other window.
     static TWindow* FromHandle(HWND window) noexcept;
 
 protected:

@@ -32,7 +32,7 @@ std::string TSpinEdit::Text() const {
 void TSpinEdit::Show(std::int32_t value) const {
     // The arrows write what they are set to into the edit, and know no number outside the limits.
     SendMessageW(arrows, UDM_SETPOS32, 0, std::clamp(value, limits.lowest, limits.highest));
-    // Arrows that stand at the value already leave the text as it is.
+    // Arrows that have the value already leave the text unchanged.
     const std::string text = std::to_string(value);
     if (Text() != text) SetWindowText(edit, text);
 }

@@ -19,12 +19,12 @@ struct TSpinEdit {
     void Prepare() const;
     // Shows the value as it is. One outside the limits stays allowed beside those within them.
     void Fill(std::int32_t value);
-    // The lowest for a text that is no number; zero stays zero whatever the limits are.
+    // The lowest for a text that is not a number; zero stays zero whatever the limits are.
     std::int32_t Value() const { return limits.ValueOf(Text()); }
     // Shows a value that is allowed; when the field is left.
     void Settle() const { Show(limits.Nearest(Value())); }
     // Called before the arrows take a step. A number outside the limits is replaced by the nearest
-    // limit, and true says that the arrows must not go on from there.
+    // limit, and true means that the arrows must not go on from there.
     bool EnterLimits() const;
 
 private:

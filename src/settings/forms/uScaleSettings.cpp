@@ -142,7 +142,7 @@ void TfrmScaleSettings::btnRefreshComListClick() {
 void TfrmScaleSettings::btnFindDevicesClick() {
     TFindDevicesForm form(Handle(), services_.search);
     const bool isChosen = form.ShowModal() == IDOK && form.Chosen();
-    // This dialog may have gone meanwhile.
+    // This dialog may have been destroyed in the meantime.
     if (!isChosen || Handle() == nullptr) return;
     const TFoundDevice device = *form.Chosen();
     SelectTransport(device.kind == TDeviceKind::TcpModule ? TTransport::Tcp : TTransport::Udp);

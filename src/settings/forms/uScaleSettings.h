@@ -18,7 +18,7 @@
 namespace tolvane {
 
 inline constexpr const wchar_t* kScaleSettingsFormClass = L"TfrmScaleSettings";
-// Of a dialog that is given none.
+// Of a dialog that gets none.
 inline constexpr std::string_view kScaleSettingsCaption = "Scale Settings";
 
 // What the dialog needs from the computer.

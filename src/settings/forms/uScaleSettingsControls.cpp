@@ -8,7 +8,7 @@ namespace {
 
 // Sizes at 96 dots per inch.
 constexpr int kRow = 26;
-constexpr int kLabelDrop = 4;  // a label stands lower than the field beside it
+constexpr int kLabelDrop = 4;  // a label is lower than the field beside it
 constexpr int kFieldHeight = 22;
 constexpr int kLabelHeight = 16;
 constexpr int kOpenedComboHeight = 150;
