@@ -34,11 +34,16 @@ trap 'exit 130' INT TERM
 
 # The script starts itself once more inside the shop's network.
 if [ "${TOLVANE_DEMO_INSIDE:-}" != 1 ]; then
-    groups=(build wine firebird winelib)
-    if have_root; then groups+=(shop); fi
-    step "Packages" "$SCRIPTS/packages.sh" "${groups[@]}"
+    if have_root; then
+        # The compilers come first: the rest is installed while they work.
+        step "Packages to build with" "$SCRIPTS/packages.sh" build
+        step_begin "Packages to run with" "$SCRIPTS/packages.sh" wine firebird winelib shop
+    else
+        step "Packages" "$SCRIPTS/packages.sh" build wine firebird winelib
+    fi
     step "Build the virtual scale" demo_build_scale
     step "Build the module and the host" demo_build_windows
+    if have_root; then step_await; fi
     step "Build the client library for Wine" fbclient_build
     network_down
     refusal=$(demo_network_refusal)

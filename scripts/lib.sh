@@ -19,12 +19,17 @@ BUILD=${TOLVANE_BUILD:-$ROOT/build}
 mkdir -p "$BUILD"
 BUILD=$(cd "$BUILD" && pwd)
 LOGS=$BUILD/logs
+BESIDE=
 LANE=${TOLVANE_LANE:+-$TOLVANE_LANE}
 JOBS=$(nproc)
 
 have_root() {
     [ "$(id -u)" -eq 0 ]
 }
+
+# Put before a virtual scale's command: a real one answers in time however busy this computer is.
+OF_ITS_OWN=()
+if have_root; then OF_ITS_OWN=(nice -n -10); fi
 
 # say <text>...: one line to the terminal.
 say() {
@@ -38,21 +43,59 @@ fail() {
 }
 
 step() {
-    local title=$1 status=0 started=$SECONDS log
+    local title=$1 status=0 started=$SECONDS
     shift
-    mkdir -p "$LOGS"
-    log=$LOGS/$(tr -cs 'A-Za-z0-9.+\n' '-' <<<"$title").log
     printf '%s ... ' "$title"
     set +e
+    step_run "$title" "$@"
+    status=$?
+    set -e
+    step_result "$title" "$status" "$started"
+}
+
+# step_begin "title" command args...
+#     The same beside the next steps; step_await ends it. One at a time.
+step_begin() {
+    BESIDE_TITLE=$1
+    BESIDE_STARTED=$SECONDS
+    set +e
+    step_run "$@" &
+    set -e
+    BESIDE=$!
+    say "$1 ... begun, goes on beside the next steps"
+}
+
+step_await() {
+    local status=0
+    wait "$BESIDE" || status=$?
+    BESIDE=
+    printf '%s ... ' "$BESIDE_TITLE"
+    step_result "$BESIDE_TITLE" "$status" "$BESIDE_STARTED"
+}
+
+step_log() {
+    tr -cs 'A-Za-z0-9.+\n' '-' <<<"$1" | sed "s|^|$LOGS/|; s|\$|.log|"
+}
+
+# step_run <title> <command>...
+step_run() {
+    local log
+    mkdir -p "$LOGS"
+    log=$(step_log "$1")
+    shift
     (
         trap - EXIT
         set -e
         "$@"
     ) >"$log" 2>&1 </dev/null
-    status=$?
-    set -e
+}
+
+# step_result <title> <status> <SECONDS when it began>: ends the script when it failed.
+step_result() {
+    local title=$1 status=$2 log
+    log=$(step_log "$title")
     if [ "$status" -eq 0 ]; then
-        printf 'ok (%d s)\n' "$((SECONDS - started))"
+        printf 'ok (%d s)\n' "$((SECONDS - $3))"
         return 0
     fi
     printf '\n'

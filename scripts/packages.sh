@@ -24,6 +24,7 @@ declare -A GROUPS_OF_PACKAGES=(
 ALL_GROUPS=(build check wine firebird winelib shop)
 PREFERENCES=/etc/apt/preferences.d/zz-tolvane-setup
 POLICY=/usr/sbin/policy-rc.d
+UPDATED=$BUILD/package-indexes-updated
 INSTALL=(apt-get install -y --no-install-recommends --no-remove
          -o DPkg::Lock::Timeout=300 -o Acquire::Retries=3)
 
@@ -94,6 +95,16 @@ keep_server_off() {
     fi || say "the system's Firebird server could not be switched off"
 }
 
+# Not again for the second of two groups.
+update_indexes() {
+    [ -z "$(find "$UPDATED" -mmin -10 2>/dev/null)" ] || return 0
+    if apt-get update -o DPkg::Lock::Timeout=300 -o Acquire::Retries=3; then
+        touch "$UPDATED"
+    else
+        say "apt-get update ended with an error; going on with the indexes that are there"
+    fi
+}
+
 # candidates <architecture> <name>...: lines "name version" of what apt would install, sorted.
 candidates() {
     local architecture=$1
@@ -147,14 +158,15 @@ install_packages() {
     is_installed firebird3.0-server && server_was_here=yes
     export DEBIAN_FRONTEND=noninteractive
     trap restore_settings EXIT
-    if ! has_i386 && [[ " $* " == *:i386\ * ]]; then
+    # At once, also when only the other groups need it: each new architecture costs an update.
+    if ! has_i386; then
         say "adding the architecture i386"
         dpkg --add-architecture i386
+        rm -f "$UPDATED"
     fi
     [ "$server_was_here" = yes ] || forbid_server_start
     dpkg --configure -a || say "an earlier, interrupted installation could not be ended"
-    apt-get update -o DPkg::Lock::Timeout=300 -o Acquire::Retries=3 ||
-        say "apt-get update ended with an error; going on with the indexes that are there"
+    update_indexes
     if ! "${INSTALL[@]}" "$@"; then
         say "the plain installation was refused; trying with the main archive's versions"
         install_without_security "$@" ||

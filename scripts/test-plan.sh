@@ -35,13 +35,12 @@ test_plan_checks() {
     job messages "Commit messages" "$SCRIPTS/check-messages.sh"
     job messages-faults "The messages check finds planted faults" tests/scripts/check-messages-test.sh
         reads scripts/check-messages.sh scripts/lib.sh tests/scripts
-    job reasons "Reasons of the coverage report" tests/coverage/check-reasons.sh
-    job reasons-faults "The reasons check finds planted faults" tests/coverage/check-reasons-test.sh
-        reads tests/coverage scripts/lib.sh
     job plan-faults "A run shows what fails and repeats what changed" tests/scripts/plan-test.sh
         reads scripts/plan.sh scripts/lib.sh tests/scripts
     job run-faults "A failed step fails the run" tests/scripts/test-run-test.sh
         after packages
+    job step-faults "A step fails its script, also beside others" tests/scripts/step-test.sh
+        reads scripts/lib.sh tests/scripts
     job displays "Displays keep apart" tests/scripts/display-test.sh
         after packages; reads scripts/wine.sh scripts/lib.sh tests/scripts
     job format "Format" "$SCRIPTS/check-format.sh"

@@ -98,7 +98,7 @@ test_windows_programs() {
     wine_session
     for name in "$@"; do
         say "== $name"
-        wine_command timeout 900 wine "$(test_windows_program "$name")" \
+        wine_command timeout 1800 wine "$(test_windows_program "$name")" \
             "--gtest_output=json:$(wine_path "$STEP_RESULTS/windows-$name.json")" </dev/null
     done
 }

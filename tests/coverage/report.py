@@ -1,11 +1,10 @@
 #!/usr/bin/env python3
-"""Prints line and branch coverage per folder from gcovr's JSON and the branches not taken.
+"""Prints line and branch coverage per folder from gcovr's JSON, and the branches that no test takes.
 
-report.py ROOT COVERAGE.JSON REASONS.TXT
+report.py ROOT COVERAGE.JSON
 
-A line of the reasons file is "file | line of code | kind | why"; kind is "system" for the failure
-of a system call, "other" for anything else. The line of code is compared without the blanks around
-it, so an entry outlives changes elsewhere in its file.
+Branches on lines marked GCOVR_EXCL_BR_LINE do not count: the failure of a system call that no test
+can make fail, with the reason behind the mark.
 """
 
 import json
@@ -13,28 +12,12 @@ import os
 import sys
 
 LEAST_PERCENT = 95.0
-KINDS = ("system", "other")
 
 
 class Folder:
     def __init__(self):
         self.lines = self.covered_lines = 0
-        self.branches = self.taken = self.system = 0
-
-
-def read_reasons(path):
-    reasons = {}
-    with open(path, encoding="utf-8") as file:
-        for number, line in enumerate(file, 1):
-            line = line.strip()
-            if not line or line.startswith("#"):
-                continue
-            name, _, rest = line.partition(" | ")
-            fields = [name, *rest.rsplit(" | ", 2)]  # the code may hold the separator
-            if len(fields) != 4 or fields[2] not in KINDS:
-                sys.exit(f"{path}:{number}: not \"file | line of code | kind | why\"")
-            reasons[(fields[0], fields[1])] = (number, fields[2], fields[3])
-    return reasons
+        self.branches = self.taken = 0
 
 
 def source_lines(root, name):
@@ -46,9 +29,9 @@ def percent(part, whole):
     return 100.0 * part / whole if whole else 100.0
 
 
-def measure(root, files, reasons):
-    """Folders by name, the places not taken, and the reasons that were used."""
-    folders, missed, used = {}, [], set()
+def measure(root, files):
+    """Folders by name, and the places not taken."""
+    folders, missed = {}, []
     for file in sorted(files, key=lambda entry: entry["file"]):
         name = file["file"]
         source = source_lines(root, name)
@@ -62,59 +45,33 @@ def measure(root, files, reasons):
             taken = sum(branch["count"] > 0 for branch in branches)
             folder.branches += len(branches)
             folder.taken += taken
-            if taken == len(branches):
-                continue
-            key = (name, source[line["line_number"] - 1])
-            reason = reasons.get(key)
-            if reason:
-                used.add(key)
-                if reason[1] == "system":
-                    folder.system += len(branches) - taken
-            missed.append((name, line["line_number"], len(branches) - taken, key[1], reason))
-    return folders, missed, used
+            if taken < len(branches):
+                text = source[line["line_number"] - 1]
+                missed.append(f"{name}:{line['line_number']}: {len(branches) - taken} not taken: {text}")
+    return folders, missed
 
 
 def print_folders(folders):
-    print(f"{'':12} {'lines':>18} {'branches':>18} {'less system calls':>20}")
-    enough = True
+    print(f"{'':14} {'lines':>18} {'branches':>18}")
     for name, folder in sorted(folders.items()):
-        rest = folder.branches - folder.system
-        share = percent(folder.taken, rest)
-        enough = enough and share >= LEAST_PERCENT
         print(
-            f"{name:12}"
+            f"{name:14}"
             f" {folder.covered_lines:5}/{folder.lines:<5} {percent(folder.covered_lines, folder.lines):5.1f}%"
             f" {folder.taken:5}/{folder.branches:<5} {percent(folder.taken, folder.branches):5.1f}%"
-            f" {folder.taken:7}/{rest:<5} {share:5.1f}%"
         )
-    return enough
 
 
-def print_missed(missed):
-    for name, number, count, text, reason in missed:
-        words = f"{reason[1]}: {reason[2]}" if reason else "NO REASON"
-        print(f"{name}:{number}: {count} not taken: {text}\n    {words}")
-    return all(reason for *_, reason in missed)
-
-
-def main(root, coverage, reasons_path):
+def main(root, coverage):
     with open(coverage, encoding="utf-8") as file:
         files = json.load(file)["files"]
     if not files:
         sys.exit("nothing was measured")
-    reasons = read_reasons(reasons_path)
-    folders, missed, used = measure(root, files, reasons)
-    explained = print_missed(missed)
-    print()
-    enough = print_folders(folders)
-    stale = [(entry[0], key) for key, entry in reasons.items() if key not in used]
-    for number, (name, text) in sorted(stale):
-        print(f"{os.path.basename(reasons_path)}:{number}: explains nothing any more: {name}: {text}")
-    if not explained:
-        print("Some branches are taken by no test and have no reason.")
-    if not enough:
-        print(f"Below {LEAST_PERCENT:g} % of the branches that are no system-call failures.")
-    sys.exit(0 if explained and enough else 1)
+    folders, missed = measure(root, files)
+    print("\n".join(missed) + "\n")
+    print_folders(folders)
+    poor = [name for name, folder in folders.items() if percent(folder.taken, folder.branches) < LEAST_PERCENT]
+    if poor:
+        sys.exit(f"Below {LEAST_PERCENT:g} % of the branches: {', '.join(sorted(poor))}")
 
 
 if __name__ == "__main__":

@@ -51,4 +51,4 @@ cp "$windows/src/entry/Tolvane.dll" "$operations/"
 wine_session
 TOLVANE_FB_SERVER=127.0.0.1/$(firebird_port) TOLVANE_FB_PASSWORD=$FIREBIRD_PASSWORD \
     TOLVANE_FB_FOLDER=$MODULE_DATABASES \
-    wine_command timeout 300 wine "$windows/tests/module/disk/test_disk.exe" "$@"
+    wine_command timeout 900 wine "$windows/tests/module/disk/test_disk.exe" "$@"

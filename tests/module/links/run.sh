@@ -22,7 +22,7 @@ links_scale() {
     shift
     if [[ $name == udp* || $name == tcp ]]; then place=(ip netns exec "$NETWORK_PREFIX-$name"); fi
     rm -f "$LINKS/$name".{json,ready}
-    "${place[@]}" "$virtual_scale" "$@" --save "$LINKS/$name.json" --save-on-weighing \
+    "${place[@]}" "${OF_ITS_OWN[@]}" "$virtual_scale" "$@" --save "$LINKS/$name.json" --save-on-weighing \
         --ready-file "$LINKS/$name.ready" >"$LINKS/$name.out" 2>&1 </dev/null &
     printf '%s\n' "$!" >"$LINKS/$name.pid"
     wait_until 30 test -s "$LINKS/$name.ready" || fail "the scale $name does not get ready"
@@ -60,7 +60,7 @@ links_scales_end() {
 # test is a mistake.
 links_scene() {
     local status=0
-    wine_command timeout 300 wine "$windows/tests/module/links/test_links.exe" \
+    wine_command timeout 900 wine "$windows/tests/module/links/test_links.exe" \
         "${arguments[@]/%.json/-$1.json}" "--gtest_filter=$2" >"$LINKS/scene.out" 2>&1 || status=$?
     cat "$LINKS/scene.out"
     [ "$status" -eq 0 ] || fail "the tests of the scene $1 end with code $status"
