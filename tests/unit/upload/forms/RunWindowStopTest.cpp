@@ -1,3 +1,4 @@
+#include <atomic>
 #include <cstdio>
 #include <functional>
 #include <memory>
@@ -46,6 +47,31 @@ constexpr TCase kDeleteCases[] = {
     {"DeletingBetweenScales", TPhase::BetweenScales, "DeleteBtn"},
 };
 
+// One pause of a run, counted from 1, lasts until the user has done something, however busy this
+// computer is; a minute at most.
+class THeldPauseClock : public TClock {
+public:
+    explicit THeldPauseClock(int held) : held_(held) {}
+    TTimePoint Now() const override { return SystemClock().Now(); }
+    void Sleep(TMilliseconds pause) override {
+        SystemClock().Sleep(pause);
+        if (++pauses_ != held_) return;
+        const TTimePoint deadline = Now() + TMilliseconds(60'000);
+        while (!released_ && Now() < deadline)
+            SystemClock().Sleep(TMilliseconds(1));
+        wasHeld_ = released_.load();
+    }
+    void Release() { released_ = true; }
+    // A pause was held until Release.
+    bool WasHeld() const { return wasHeld_; }
+
+private:
+    int held_;
+    int pauses_ = 0;  // on the run's thread alone
+    std::atomic<bool> released_ = false;
+    std::atomic<bool> wasHeld_ = false;
+};
+
 // A run over two scales that the user ends in the middle of a phase of the first one.
 class TRunWindowPhase : public TRunWindowTest, public ::testing::WithParamInterface<TCase> {
 protected:
@@ -62,7 +88,15 @@ protected:
             SetArticles(ManyGoods(200));
         } else if (phase == TPhase::BetweenScales && IsDelete()) {
             ReplaceScale(1, WithCapacity(2));
+        } else if (phase == TPhase::PausingBeforeProgramming) {
+            HoldPause(1);
+        } else if (phase == TPhase::PausingBeforeTheVersion) {
+            HoldPause(2);
         }
+    }
+    void HoldPause(int number) {
+        heldPause_ = std::make_unique<THeldPauseClock>(number);
+        context_.clock = heldPause_.get();
     }
     static simulator::TScaleOptions WithCapacity(int capacity) {
         simulator::TScaleOptions options;
@@ -100,11 +134,19 @@ protected:
                          action();
                          // What is under way may still come to its scale.
                          mostWrites_ = PriceWrites(1) + 1;
+                         if (heldPause_) heldPause_->Release();
                          script_.Measure();
                      });
     }
 
+    void ExpectPauseWasHeld() const {
+        if (heldPause_) {
+            EXPECT_TRUE(heldPause_->WasHeld());
+        }
+    }
+
     std::unique_ptr<TDeafListener> deaf_;
+    std::unique_ptr<THeldPauseClock> heldPause_;
     int mostWrites_ = 0;
 };
 
@@ -114,6 +156,7 @@ TEST_P(RunWindowStop, TakesEffectBeforeTheNextArticle) {
     ThenStartAndWaitForThePhase([] { SendMessageW(Part("StopReadBtn"), BM_CLICK, 0, 0); });
     ThenClose();
     Show(2);
+    ExpectPauseWasHeld();
     EXPECT_LE(PriceWrites(1), mostWrites_);
     if (IsDelete()) {
         // The stop is taken back for the next scale.
@@ -155,6 +198,7 @@ TEST_P(RunWindowClose, EndsTheRunAndThenTheWindow) {
     });
     Show(2);
     EXPECT_TRUE(waited);
+    ExpectPauseWasHeld();
     EXPECT_EQ(Form(), nullptr);
     ExpectThreadGone();
     EXPECT_TRUE(IsWindowEnabled(frame_) != 0);
