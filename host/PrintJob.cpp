@@ -3,30 +3,15 @@
 #include <commdlg.h>
 
 #include <algorithm>
-#include <utility>
 
 namespace tolvane::host {
 namespace {
 
-class TGlobalMemory {
-public:
-    explicit TGlobalMemory(HGLOBAL memory) : memory_(memory) {}
-    TGlobalMemory(const TGlobalMemory&) = delete;
-    TGlobalMemory& operator=(const TGlobalMemory&) = delete;
-    ~TGlobalMemory() {
-        if (memory_ != nullptr) GlobalFree(memory_);
-    }
-
-private:
-    HGLOBAL memory_;
-};
-
 void SetOrientation(HGLOBAL deviceMode, bool landscape) {
-    auto* mode = static_cast<DEVMODEW*>(GlobalLock(deviceMode));
-    if (mode == nullptr) return;
-    mode->dmFields |= DM_ORIENTATION;
-    mode->dmOrientation = landscape ? DMORIENT_LANDSCAPE : DMORIENT_PORTRAIT;
-    GlobalUnlock(deviceMode);
+    const TLockedGlobal<DEVMODEW> mode(deviceMode);
+    if (mode.Get() == nullptr) return;
+    mode.Get()->dmFields |= DM_ORIENTATION;
+    mode.Get()->dmOrientation = landscape ? DMORIENT_LANDSCAPE : DMORIENT_PORTRAIT;
 }
 
 // The default printer as the dialog's start; the dialog reports itself when there is no printer.
@@ -61,22 +46,6 @@ TPrintResult PrintPage(HDC dc, const TPagePainter& painter, const RECT& target, 
 
 }  // namespace
 
-TPrinter::TPrinter(TPrinter&& other) noexcept
-    : dc_(std::exchange(other.dc_, nullptr)),
-      firstPage_(other.firstPage_),
-      endPage_(other.endPage_) {}
-
-TPrinter& TPrinter::operator=(TPrinter&& other) noexcept {
-    std::swap(dc_, other.dc_);
-    firstPage_ = other.firstPage_;
-    endPage_ = other.endPage_;
-    return *this;
-}
-
-TPrinter::~TPrinter() {
-    if (dc_ != nullptr) DeleteDC(dc_);
-}
-
 TPrintChoice ChoosePrinter(HWND owner, const TPageLayout& layout, TPrinter& printer) {
     const std::size_t pages = layout.PageCount();
     PRINTDLGW dialog{};
@@ -91,8 +60,8 @@ TPrintChoice ChoosePrinter(HWND owner, const TPageLayout& layout, TPrinter& prin
     dialog.nToPage = dialog.nMaxPage;
     const bool chosen = PrintDlgW(&dialog) != 0;
     const bool noPrinter = !chosen && CommDlgExtendedError() != 0;
-    const TGlobalMemory mode(dialog.hDevMode);
-    const TGlobalMemory names(dialog.hDevNames);
+    const TOwnedGlobalMemory mode(dialog.hDevMode);
+    const TOwnedGlobalMemory names(dialog.hDevNames);
     if (noPrinter) return TPrintChoice::NoPrinter;
     if (!chosen) return TPrintChoice::Cancelled;
     const bool someOnly = (dialog.Flags & PD_PAGENUMS) != 0;

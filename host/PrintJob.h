@@ -6,6 +6,7 @@
 #include <functional>
 
 #include "host/PagePainter.h"
+#include "window/Handles.h"
 
 namespace tolvane::host {
 
@@ -14,16 +15,13 @@ class TPrinter {
 public:
     TPrinter(HDC dc, std::size_t firstPage, std::size_t endPage)
         : dc_(dc), firstPage_(firstPage), endPage_(endPage) {}
-    TPrinter(TPrinter&& other) noexcept;
-    TPrinter& operator=(TPrinter&& other) noexcept;
-    ~TPrinter();
 
-    HDC Dc() const { return dc_; }
+    HDC Dc() const { return dc_.Get(); }
     std::size_t FirstPage() const { return firstPage_; }
     std::size_t EndPage() const { return endPage_; }
 
 private:
-    HDC dc_;
+    TOwnedDc dc_;
     std::size_t firstPage_;
     std::size_t endPage_;
 };

@@ -45,45 +45,25 @@ class TPicture {
 public:
     TPicture(int width, int height) : dc_(CreateCompatibleDC(nullptr)) {
         const BITMAPINFO info = PictureFormat(width, height);
-        bitmap_.Reset(CreateDIBSection(dc_, &info, DIB_RGB_COLORS, &dots_, nullptr, 0));
-        if (!bitmap_) {
-            DeleteDC(dc_);
-            throw TWindowError(SystemErrorText(ERROR_NOT_ENOUGH_MEMORY));
-        }
-        before_ = SelectObject(dc_, bitmap_.Get());
+        bitmap_.Reset(CreateDIBSection(dc_.Get(), &info, DIB_RGB_COLORS, &dots_, nullptr, 0));
+        if (!bitmap_) throw TWindowError(SystemErrorText(ERROR_NOT_ENOUGH_MEMORY));
+        before_ = SelectObject(dc_.Get(), bitmap_.Get());
     }
     TPicture(const TPicture&) = delete;
     TPicture& operator=(const TPicture&) = delete;
-    ~TPicture() {
-        SelectObject(dc_, before_);
-        DeleteDC(dc_);
-    }
-    HDC Dc() const { return dc_; }
+    ~TPicture() { SelectObject(dc_.Get(), before_); }
+    HDC Dc() const { return dc_.Get(); }
     const std::uint32_t* Dots() const {
         GdiFlush();
         return static_cast<const std::uint32_t*>(dots_);
     }
 
 private:
-    HDC dc_;
-    void* dots_ = nullptr;
+    // Deleted before the bitmap, which can then no longer be selected into it.
     TOwnedBitmap bitmap_;
+    TOwnedDc dc_;
+    void* dots_ = nullptr;
     HGDIOBJ before_ = nullptr;
-};
-
-// Begins and ends the painting of a window, also when it fails.
-class TPainting {
-public:
-    explicit TPainting(HWND window) : window_(window), dc_(BeginPaint(window, &paint_)) {}
-    TPainting(const TPainting&) = delete;
-    TPainting& operator=(const TPainting&) = delete;
-    ~TPainting() { EndPaint(window_, &paint_); }
-    HDC Dc() const { return dc_; }
-
-private:
-    HWND window_;
-    PAINTSTRUCT paint_{};
-    HDC dc_;
 };
 
 }  // namespace
@@ -106,34 +86,20 @@ TPrintPreviewForm::TPrintPreviewForm(HWND owner, HWND grid, TPageTexts texts)
 }
 
 void TPrintPreviewForm::AddControls() {
-    const auto button = [&](const char* name, std::string_view text, int x, int id,
-                            std::function<void()> action) {
-        TControlOptions options;
-        options.name = name;
-        options.text = text;
-        options.place = {x, 7, 90, 26};
-        options.id = id;
-        options.action = std::move(action);
-        AddControl(options);
-    };
-    button("btnPrevious", "< Назад"_cp1251, 8, 0, [this] { ShowPrevious(); });
-    button("btnNext", "Напред >"_cp1251, 104, 0, [this] { ShowNext(); });
-    TControlOptions label;
-    label.kind = TControlKind::Label;
-    label.name = "lblPage";
-    label.place = {204, 13, 130, 16};
-    AddControl(label);
-    TControlOptions orientation;
-    orientation.kind = TControlKind::ComboList;
-    orientation.name = "cbOrientation";
-    orientation.place = {340, 9, 130, 120};
-    orientation.action = [this] { ChooseOrientation(); };
-    const HWND combo = AddControl(orientation);
+    const auto place = [](int x) { return TPlace{x, 7, 90, 26}; };
+    AddButton("btnPrevious", "< Назад"_cp1251, place(8), &TPrintPreviewForm::ShowPrevious);
+    AddButton("btnNext", "Напред >"_cp1251, place(104), &TPrintPreviewForm::ShowNext);
+    AddLabel("lblPage", {}, {204, 13, 130, 16});
+    const HWND combo = AddControl({.kind = TControlKind::ComboList,
+                                   .name = "cbOrientation",
+                                   .place = {340, 9, 130, 120},
+                                   .action = [this] { ChooseOrientation(); }});
     AddComboItem(combo, "Хоризонтален лист"_cp1251);
     AddComboItem(combo, "Вертикален лист"_cp1251);
     SetComboIndex(combo, kLandscape);
-    button("btnPrint", kPrintText, 482, 0, [this] { Print(); });
-    button("btnClose", "Затвори"_cp1251, 578, IDCANCEL, [this] { Close(); });
+    AddButton("btnPrint", kPrintText, place(482), &TPrintPreviewForm::Print);
+    AddButton(
+        "btnClose", "Затвори"_cp1251, place(578), [this] { Close(); }, IDCANCEL);
 }
 
 void TPrintPreviewForm::ShowPage(std::size_t page) {

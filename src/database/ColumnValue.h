@@ -35,7 +35,7 @@ std::string ValueAsText(const TColumnValue& value, const TRegionalSettings& regi
 
 // A value as a number; null is 0. A text may have the system's decimal separator or a point.
 // Throw TDatabaseError naming the column and the value when it is not a number, or for the first
-// one no whole number or out of range.
+// one that is not a whole number or is out of range.
 std::int32_t ValueAsInteger(const TColumnValue& value, std::string_view column,
                             const TRegionalSettings& regional);
 double ValueAsFloat(const TColumnValue& value, std::string_view column,

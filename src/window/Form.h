@@ -55,11 +55,11 @@ enum class TControlKind {
 struct TControlOptions {
     TControlKind kind = TControlKind::Button;
     const char* name = nullptr;  // component name
-    std::string_view text;       // code page 1251
-    TPlace place;                // at 96 dots per inch
+    std::string_view text = {};  // code page 1251
+    TPlace place = {};           // at 96 dots per inch
     DWORD style = 0;             // added to the kind's own style
     // Buttons: the click. Combo lists and list boxes: another item was chosen by the user.
-    std::function<void()> action;
+    std::function<void()> action = {};
     // IDOK makes the default button (Enter), IDCANCEL the cancel button (Esc); 0 gives a number.
     int id = 0;
 };
@@ -102,6 +102,19 @@ protected:
     // Makes and shows an MDI child; `mdiClient` is the frame's window of class "MDIClient".
     void MakeMdiChild(const TFormOptions& options, HWND mdiClient);
     HWND AddControl(const TControlOptions& options);
+    // The same for what most controls are made of.
+    HWND Add(TControlKind kind, const char* name, std::string_view text, const TPlace& place,
+             DWORD style = 0);
+    HWND AddLabel(const char* name, std::string_view text, const TPlace& place, DWORD style = 0);
+    HWND AddButton(const char* name, std::string_view text, const TPlace& place,
+                   std::function<void()> click, int id = 0);
+    template <class TDerived>
+    HWND AddButton(const char* name, std::string_view text, const TPlace& place,
+                   void (TDerived::*click)(), int id = 0) {
+        const auto form = static_cast<TDerived*>(this);
+        return AddButton(
+            name, text, place, [form, click] { (form->*click)(); }, id);
+    }
     // Moves a control to a place at 96 dots per inch.
     void Place(HWND control, const TPlace& place) const;
     // The client area at 96 dots per inch, rounded down.

@@ -1,5 +1,6 @@
 #include <array>
 #include <string>
+#include <utility>
 
 #include "window/CheckList.h"
 #include "window/FlatButton.h"
@@ -73,6 +74,21 @@ HWND TForm::AddControl(const TControlOptions& options) {
     if (options.kind == TControlKind::CheckList) PrepareCheckList(control);
     if (options.kind == TControlKind::FlatDropButton) SetFlatButtonArrow(control, true);
     return control;
+}
+
+HWND TForm::Add(TControlKind kind, const char* name, std::string_view text, const TPlace& place,
+                DWORD style) {
+    return AddControl({.kind = kind, .name = name, .text = text, .place = place, .style = style});
+}
+
+HWND TForm::AddLabel(const char* name, std::string_view text, const TPlace& place, DWORD style) {
+    return Add(TControlKind::Label, name, text, place, style);
+}
+
+HWND TForm::AddButton(const char* name, std::string_view text, const TPlace& place,
+                      std::function<void()> click, int id) {
+    return AddControl(
+        {.name = name, .text = text, .place = place, .action = std::move(click), .id = id});
 }
 
 void AppendLine(HWND memo, std::string_view text) {

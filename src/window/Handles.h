@@ -64,6 +64,21 @@ struct TImageListTraits {
     static constexpr HIMAGELIST kNone = nullptr;
     static void Free(HIMAGELIST handle) noexcept { ImageList_Destroy(handle); }
 };
+struct TMemoryDcTraits {
+    using TValue = HDC;
+    static constexpr HDC kNone = nullptr;
+    static void Free(HDC handle) noexcept { DeleteDC(handle); }
+};
+struct TClipboardTraits {
+    using TValue = bool;  // open
+    static constexpr bool kNone = false;
+    static void Free(bool) noexcept { CloseClipboard(); }
+};
+struct TGlobalMemoryTraits {
+    using TValue = HGLOBAL;
+    static constexpr HGLOBAL kNone = nullptr;
+    static void Free(HGLOBAL handle) noexcept { GlobalFree(handle); }
+};
 struct THookTraits {
     using TValue = HHOOK;
     static constexpr HHOOK kNone = nullptr;
@@ -79,6 +94,44 @@ using TOwnedIcon = TOwned<TIconTraits>;
 using TOwnedMenu = TOwned<TMenuTraits>;
 using TOwnedImageList = TOwned<TImageListTraits>;
 using TOwnedHook = TOwned<THookTraits>;
+// Made by CreateCompatibleDC or CreateDC.
+using TOwnedDc = TOwned<TMemoryDcTraits>;
+using TOpenClipboard = TOwned<TClipboardTraits>;
+using TOwnedGlobalMemory = TOwned<TGlobalMemoryTraits>;
+
+// Locks a global block for the length of a block of code; null when it cannot be locked.
+template <class Content>
+class TLockedGlobal {
+public:
+    explicit TLockedGlobal(HGLOBAL memory) noexcept
+        : memory_(memory),
+          content_(memory != nullptr ? static_cast<Content*>(GlobalLock(memory)) : nullptr) {}
+    TLockedGlobal(const TLockedGlobal&) = delete;
+    TLockedGlobal& operator=(const TLockedGlobal&) = delete;
+    ~TLockedGlobal() {
+        if (content_ != nullptr) GlobalUnlock(memory_);
+    }
+    Content* Get() const noexcept { return content_; }
+
+private:
+    HGLOBAL memory_;
+    Content* content_;
+};
+
+// Begins and ends the painting of a window, also when it fails.
+class TPainting {
+public:
+    explicit TPainting(HWND window) noexcept : window_(window), dc_(BeginPaint(window, &paint_)) {}
+    TPainting(const TPainting&) = delete;
+    TPainting& operator=(const TPainting&) = delete;
+    ~TPainting() { EndPaint(window_, &paint_); }
+    HDC Dc() const noexcept { return dc_; }
+
+private:
+    HWND window_;
+    PAINTSTRUCT paint_{};
+    HDC dc_;
+};
 
 // The device context of a window (or of the screen), given back at the end of the block.
 class TWindowDc {

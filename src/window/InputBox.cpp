@@ -20,22 +20,13 @@ public:
         options.clientWidth = 300;
         options.clientHeight = 100;
         MakePopup(options, owner);
-        AddControl({TControlKind::Label, "PromptLabel", prompt, {12, 12, 276, 16}, 0, {}, 0});
-        edit_ = AddControl({TControlKind::Edit, "ValueEdit", initial, {12, 30, 276, 22}, 0, {}, 0});
-        AddControl({TControlKind::Button,
-                    "OkButton",
-                    "OK",
-                    {72, 64, 75, 25},
-                    0,
-                    [this] { EndModal(IDOK); },
-                    IDOK});
-        AddControl({TControlKind::Button,
-                    "CancelButton",
-                    "Отказ"_cp1251,
-                    {153, 64, 75, 25},
-                    0,
-                    [this] { EndModal(IDCANCEL); },
-                    IDCANCEL});
+        AddLabel("PromptLabel", prompt, {12, 12, 276, 16});
+        edit_ = Add(TControlKind::Edit, "ValueEdit", initial, {12, 30, 276, 22});
+        AddButton(
+            "OkButton", "OK", {72, 64, 75, 25}, [this] { EndModal(IDOK); }, IDOK);
+        AddButton(
+            "CancelButton", "Отказ"_cp1251, {153, 64, 75, 25}, [this] { EndModal(IDCANCEL); },
+            IDCANCEL);
         SendMessageW(edit_, EM_SETSEL, 0, -1);
     }
 

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "settings/IpMask.h"
+#include "window/Handles.h"
 #include "window/WideText.h"
 #include "window/Window.h"
 
@@ -15,29 +16,13 @@ namespace {
 constexpr UINT_PTR kMask = 1;
 constexpr wchar_t kBackspace = 8;
 
-// The clipboard's text, while it is open.
-class TClipboard {
-public:
-    explicit TClipboard(HWND owner) noexcept : open_(OpenClipboard(owner) != 0) {}
-    TClipboard(const TClipboard&) = delete;
-    TClipboard& operator=(const TClipboard&) = delete;
-    ~TClipboard() {
-        if (open_) CloseClipboard();
-    }
-
-    std::string Text() const {
-        const HANDLE data = open_ ? GetClipboardData(CF_UNICODETEXT) : nullptr;
-        const auto* text =
-            data != nullptr ? static_cast<const wchar_t*>(GlobalLock(data)) : nullptr;
-        if (text == nullptr) return {};
-        std::string result = Narrow({text, wcsnlen(text, GlobalSize(data) / sizeof(wchar_t))});
-        GlobalUnlock(data);
-        return result;
-    }
-
-private:
-    bool open_;
-};
+std::string ClipboardText(HWND owner) {
+    const TOpenClipboard clipboard(OpenClipboard(owner) != 0);
+    const HANDLE data = clipboard ? GetClipboardData(CF_UNICODETEXT) : nullptr;
+    const TLockedGlobal<const wchar_t> text(data);
+    if (text.Get() == nullptr) return {};
+    return Narrow({text.Get(), wcsnlen(text.Get(), GlobalSize(data) / sizeof(wchar_t))});
+}
 
 class TMaskedEdit {
 public:
@@ -62,7 +47,7 @@ public:
         return true;
     }
 
-    void Paste() { ShowOrBeep(mask_.Paste(TClipboard(edit_).Text(), Selection())); }
+    void Paste() { ShowOrBeep(mask_.Paste(ClipboardText(edit_), Selection())); }
     void Replace(LPARAM lParam) {
         const auto* text = reinterpret_cast<const wchar_t*>(lParam);
         ShowOrBeep(mask_.Paste(text != nullptr ? Narrow(text) : std::string(), Selection()));

@@ -51,25 +51,11 @@ TScaleComunicationForm::TScaleComunicationForm(HWND owner, std::vector<TScaleObj
     MakeButtons();
 }
 
-HWND TScaleComunicationForm::Add(TControlKind kind, const char* name, std::string_view text,
-                                 const TPlace& place, DWORD style) {
-    return AddControl({kind, name, text, place, style, {}, 0});
-}
-
-void TScaleComunicationForm::AddButton(const char* name, std::string_view text, const TPlace& place,
-                                       void (TScaleComunicationForm::*click)(), int id) {
-    AddControl(
-        {TControlKind::Button, name, text, place, 0, [this, click] { (this->*click)(); }, id});
-}
-
 void TScaleComunicationForm::MakeList() {
-    scaleListBox_ = AddControl({TControlKind::ListBox,
-                                "ScaleListBox",
-                                {},
-                                {8, 8, 272, kHeight - 88},
-                                0,
-                                [this] { ScaleListBoxClick(); },
-                                0});
+    scaleListBox_ = AddControl({.kind = TControlKind::ListBox,
+                                .name = "ScaleListBox",
+                                .place = {8, 8, 272, kHeight - 88},
+                                .action = [this] { ScaleListBoxClick(); }});
     for (const TScaleObj& scale : scales_)
         SendMessageW(scaleListBox_, LB_ADDSTRING, 0,
                      reinterpret_cast<LPARAM>(Wide(scale.Rec.ScaleName.View()).c_str()));
@@ -79,8 +65,7 @@ void TScaleComunicationForm::MakeDetails() {
     int top = 8;
     const auto add = [&](const char* labelName, std::string_view label, const char* name,
                          int width) {
-        const HWND text =
-            Add(TControlKind::Label, labelName, label, {kDetailsLeft, top, kDetailsWidth, 16});
+        const HWND text = AddLabel(labelName, label, {kDetailsLeft, top, kDetailsWidth, 16});
         const HWND edit =
             Add(TControlKind::Edit, name, {}, {kDetailsLeft, top + 17, width, 22}, ES_READONLY);
         top += kDetailsRow;

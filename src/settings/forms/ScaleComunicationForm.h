@@ -39,10 +39,6 @@ protected:
     void OnShow() override;
 
 private:
-    HWND Add(TControlKind kind, const char* name, std::string_view text, const TPlace& place,
-             DWORD style = 0);
-    void AddButton(const char* name, std::string_view text, const TPlace& place,
-                   void (TScaleComunicationForm::*click)(), int id = 0);
     void MakeList();
     void MakeDetails();
     void MakeButtons();

@@ -41,18 +41,14 @@ TFindDevicesForm::~TFindDevicesForm() {
 }
 
 void TFindDevicesForm::MakeControls() {
-    const auto button = [this](const char* name, std::string_view text, const TPlace& place, int id,
-                               std::function<void()> click) {
-        return AddControl({TControlKind::Button, name, text, place, 0, std::move(click), id});
-    };
-    btnFind_ = button("btnFind", "Търси налични везни"_cp1251, {8, 8, kWidth - 16, 27}, 0,
-                      [this] { btnFindClick(); });
-    lstDevices_ = AddControl(
-        {TControlKind::ListBox, "lstDevices", {}, {8, 43, kWidth - 16, kHeight - 88}, 0, {}, 0});
-    button("btnOK", "Потвърди"_cp1251, {kWidth - 196, kHeight - 35, 90, 27}, IDOK,
-           [this] { btnOKClick(); });
-    button("btnCancel", "Отказ"_cp1251, {kWidth - 98, kHeight - 35, 90, 27}, IDCANCEL,
-           [this] { EndModal(IDCANCEL); });
+    btnFind_ = AddButton("btnFind", "Търси налични везни"_cp1251, {8, 8, kWidth - 16, 27},
+                         &TFindDevicesForm::btnFindClick);
+    lstDevices_ = Add(TControlKind::ListBox, "lstDevices", {}, {8, 43, kWidth - 16, kHeight - 88});
+    AddButton("btnOK", "Потвърди"_cp1251, {kWidth - 196, kHeight - 35, 90, 27},
+              &TFindDevicesForm::btnOKClick, IDOK);
+    AddButton(
+        "btnCancel", "Отказ"_cp1251, {kWidth - 98, kHeight - 35, 90, 27},
+        [this] { EndModal(IDCANCEL); }, IDCANCEL);
 }
 
 void TFindDevicesForm::btnFindClick() {

@@ -65,21 +65,16 @@ THintForm::THintForm(HWND owner) {
     options.clientHeight = kHeight;
     MakePopup(options, owner);
     MakePages();
-    TControlOptions ok;
-    ok.name = "btnOk";
-    ok.text = "Потвърди"_cp1251;
-    ok.place = {kWidth - 98, kHeight - 37, 90, 27};
-    ok.id = IDOK;
-    ok.action = [this] { EndModal(IDOK); };
-    AddControl(ok);
+    AddButton(
+        "btnOk", "Потвърди"_cp1251, {kWidth - 98, kHeight - 37, 90, 27}, [this] { EndModal(IDOK); },
+        IDOK);
 }
 
 void THintForm::MakePages() {
     // The texts first: they lie in front of the page control.
     for (std::size_t i = 0; i < kPages.size(); ++i)
-        pages_[i] =
-            AddControl({TControlKind::Label, kPages[i].name, kPages[i].text, kText, 0, {}, 0});
-    pageControl_ = AddControl({TControlKind::Tabs, "PageControl", {}, kPageControl, 0, {}, 0});
+        pages_[i] = AddLabel(kPages[i].name, kPages[i].text, kText);
+    pageControl_ = Add(TControlKind::Tabs, "PageControl", {}, kPageControl);
     for (std::size_t i = 0; i < kPages.size(); ++i) {
         std::wstring caption = Wide(kPages[i].caption);
         TCITEMW item{};

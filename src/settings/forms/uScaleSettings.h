@@ -49,10 +49,6 @@ protected:
     LRESULT OnNotify(NMHDR& header) override;
 
 private:
-    HWND Add(TControlKind kind, const char* name, std::string_view text, const TPlace& place,
-             DWORD style = 0);
-    HWND AddButton(const char* name, std::string_view text, const TPlace& place,
-                   void (TfrmScaleSettings::*click)(), int id = 0);
     HWND AddCombo(const char* name, const TPlace& place, std::span<const std::string_view> items);
     TSpinEdit AddSpinEdit(const char* name, const char* arrowsName, const TPlace& place,
                           std::int32_t lowest, std::int32_t highest);

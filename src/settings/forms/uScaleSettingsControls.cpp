@@ -43,17 +43,6 @@ constexpr std::array kRadios = {
 
 }  // namespace
 
-HWND TfrmScaleSettings::Add(TControlKind kind, const char* name, std::string_view text,
-                            const TPlace& place, DWORD style) {
-    return AddControl({kind, name, text, place, style, {}, 0});
-}
-
-HWND TfrmScaleSettings::AddButton(const char* name, std::string_view text, const TPlace& place,
-                                  void (TfrmScaleSettings::*click)(), int id) {
-    return AddControl(
-        {TControlKind::Button, name, text, place, 0, [this, click] { (this->*click)(); }, id});
-}
-
 HWND TfrmScaleSettings::AddCombo(const char* name, const TPlace& place,
                                  std::span<const std::string_view> items) {
     const HWND combo = Add(TControlKind::ComboList, name, {}, place);
@@ -83,9 +72,8 @@ void TfrmScaleSettings::MakeIdentity() {
         return TPlace{kIdentityField, kIdentityTop + row * kRow, 300, height};
     };
     const auto label = [&](int row) {
-        Add(TControlKind::Label, kNames[static_cast<std::size_t>(row)],
-            kLabels[static_cast<std::size_t>(row)],
-            {kLabelLeft, kIdentityTop + row * kRow + kLabelDrop, 96, kLabelHeight});
+        AddLabel(kNames[static_cast<std::size_t>(row)], kLabels[static_cast<std::size_t>(row)],
+                 {kLabelLeft, kIdentityTop + row * kRow + kLabelDrop, 96, kLabelHeight});
     };
     label(0);
     edtScaleNumb_ =
@@ -107,18 +95,17 @@ void TfrmScaleSettings::MakeTransports() {
         const auto click = [this, transport = radio.transport] { RadioClick(transport); };
         const DWORD group = radio.transport == TTransport::Serial ? DWORD{WS_GROUP} : DWORD{0};
         radios_[static_cast<std::size_t>(radio.transport)] =
-            AddControl({TControlKind::RadioButton,
-                        radio.name,
-                        radio.caption,
-                        {radio.left, kTransportTop + 18, 120, 18},
-                        group,
-                        click,
-                        0});
+            AddControl({.kind = TControlKind::RadioButton,
+                        .name = radio.name,
+                        .text = radio.caption,
+                        .place = {radio.left, kTransportTop + 18, 120, 18},
+                        .style = group,
+                        .action = click});
     }
     DWORD group = WS_GROUP;
     for (const TTransportRadio& radio : kRadios) {
-        Add(TControlKind::Label, radio.labelName, radio.label,
-            {radio.left, kTransportTop + 40, 124, 2 * kLabelHeight}, group);
+        AddLabel(radio.labelName, radio.label,
+                 {radio.left, kTransportTop + 40, 124, 2 * kLabelHeight}, group);
         group = 0;
     }
 }
@@ -127,20 +114,19 @@ void TfrmScaleSettings::MakeSerialControls() {
     Add(TControlKind::GroupBox, "gbRS232", " Настройки RS232 "_cp1251,
         {kLeft, kSettingsTop, 198, 106});
     const int top = kSettingsTop + 20;
-    Add(TControlKind::Label, "lblScaleAddr", "Адрес везна:"_cp1251,
-        {kLabelLeft, top + kLabelDrop, 80, kLabelHeight});
+    AddLabel("lblScaleAddr", "Адрес везна:"_cp1251,
+             {kLabelLeft, top + kLabelDrop, 80, kLabelHeight});
     seScaleAddr_ = AddSpinEdit("seScaleAddr", "udScaleAddr", {kSerialField, top, 60, kFieldHeight},
                                0, kHighestScaleAddress);
     SendMessageW(seScaleAddr_.edit, EM_LIMITTEXT, kScaleAddressDigits, 0);
-    Add(TControlKind::Label, "lblComPort",
-        "COM:", {kLabelLeft, top + kRow + kLabelDrop, 80, kLabelHeight});
+    AddLabel("lblComPort", "COM:", {kLabelLeft, top + kRow + kLabelDrop, 80, kLabelHeight});
     cbPickComPort_ =
         AddCombo("cbPickComPort", {kSerialField, top + kRow, 70, kOpenedComboHeight}, {});
     btnRefreshComList_ = AddButton("btnRefreshComList", "П"_cp1251,
                                    {kSerialField + 72, top + kRow, 22, kFieldHeight},
                                    &TfrmScaleSettings::btnRefreshComListClick);
-    Add(TControlKind::Label, "lblBaudRate", "Скорост:"_cp1251,
-        {kLabelLeft, top + 2 * kRow + kLabelDrop, 80, kLabelHeight});
+    AddLabel("lblBaudRate", "Скорост:"_cp1251,
+             {kLabelLeft, top + 2 * kRow + kLabelDrop, 80, kLabelHeight});
     cbBaudRate_ = AddCombo("cbBaudRate", {kSerialField, top + 2 * kRow, 94, kOpenedComboHeight},
                            kBaudRateNames);
 }
@@ -150,8 +136,7 @@ void TfrmScaleSettings::MakeNetworkControls() {
         {kNetworkLeft, kSettingsTop, 218, 106});
     const int top = kSettingsTop + 20;
     const int labelLeft = kNetworkLeft + kLabelLeft - kLeft;
-    Add(TControlKind::Label, "lblIpAddress", "IP адрес:"_cp1251,
-        {labelLeft, top + kLabelDrop, 60, kLabelHeight});
+    AddLabel("lblIpAddress", "IP адрес:"_cp1251, {labelLeft, top + kLabelDrop, 60, kLabelHeight});
     edtIpAddress_ =
         Add(TControlKind::Edit, "edtIpAddress", {}, {kNetworkField, top, 90, kFieldHeight});
     SendMessageW(edtIpAddress_, EM_LIMITTEXT, TIpMask::kLength, 0);
@@ -161,8 +146,7 @@ void TfrmScaleSettings::MakeNetworkControls() {
                   &TfrmScaleSettings::btnFindDevicesClick);
     AddButton("btnHint", "?", {kNetworkField + 114, top, 20, kFieldHeight},
               &TfrmScaleSettings::btnHintClick);
-    Add(TControlKind::Label, "lblPort", "Порт:"_cp1251,
-        {labelLeft, top + kRow + kLabelDrop, 60, kLabelHeight});
+    AddLabel("lblPort", "Порт:"_cp1251, {labelLeft, top + kRow + kLabelDrop, 60, kLabelHeight});
     edtPort_ =
         Add(TControlKind::Edit, "edtPort", {}, {kNetworkField, top + kRow, 60, kFieldHeight});
 }
