@@ -19,12 +19,8 @@ std::u16string InFolderOf(std::u16string_view hostExecutable, std::u16string_vie
 
 }  // namespace
 
-std::u16string ModuleConfigurationForLoading(std::u16string_view hostExecutable) {
+std::u16string ModuleConfigurationFile(std::u16string_view hostExecutable) {
     return InFolderOf(hostExecutable, u"Operations\\Tolvane.ini");
-}
-
-std::u16string ModuleConfigurationForSaving(std::u16string_view hostExecutable) {
-    return InFolderOf(hostExecutable, u"Operations\\Tolvane.Ini");
 }
 
 std::u16string HostSettingsFile(std::u16string_view hostExecutable) {

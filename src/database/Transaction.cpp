@@ -1,6 +1,7 @@
 #include "database/Transaction.h"
 
 #include <array>
+#include <cstring>
 
 #include "database/DatabaseError.h"
 #include "database/Status.h"
@@ -27,6 +28,14 @@ void Require(bool active, bool wanted) {
 }
 
 }  // namespace
+
+// The client library's handles are pointers or numbers, as its header sees fit.
+std::uintptr_t ConnectionIn(const void* database) noexcept {
+    static_assert(sizeof(isc_db_handle) <= sizeof(std::uintptr_t));
+    std::uintptr_t number = 0;
+    std::memcpy(&number, database, sizeof(isc_db_handle));
+    return number;
+}
 
 TTransactionState::~TTransactionState() {
     if (handle == isc_tr_handle{}) return;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 
 #include "database/ClientLibrary.h"
@@ -7,6 +8,10 @@
 namespace tolvane {
 
 struct TTransactionState;
+
+// Which connection a handle cell (isc_db_handle) holds at this moment: another number is another
+// connection, 0 is no connection. Any thread.
+std::uintptr_t ConnectionIn(const void* database) noexcept;
 
 // A transaction on the host's connection: snapshot, writing allowed, and a lock that another holds
 // is an error at once instead of a wait. One thread.

@@ -20,6 +20,11 @@ struct TModuleState {
     std::int32_t moduleNumber = 0;
 };
 
+// The module's only state.
 TModuleState& ModuleState() noexcept;
+
+// Posts the completion message to the host, once per call. Does nothing before the first start and
+// when the host's window is gone. Interface thread.
+void PostCompletion() noexcept;
 
 }  // namespace tolvane

@@ -7,7 +7,7 @@
 #include "articles/forms/ColListUnit.h"
 #include "articles/forms/PLUScaleListUnit.h"
 #include "database/ClientLibrary.h"
-#include "entry/ListServices.h"
+#include "entry/ModuleListForm.h"
 #include "entry/ModuleState.h"
 #include "settings/forms/ScaleComunicationUnit.h"
 #include "settings/forms/uFindDevices.h"
@@ -82,9 +82,9 @@ void BringToFront(const TWindow& form, HWND client) {
 void LoadForm(TElicomPluScaleListForm& form) {
     PumpMessages();
     const auto isOpen = [&] { return form.Handle() != nullptr; };
-    if (isOpen()) form.ReadBaseCurrency();
-    if (isOpen()) form.CheckDatabase();
-    if (isOpen()) form.LoadArticles();
+    if (isOpen()) form.Session().ReadBaseCurrency();
+    if (isOpen()) form.Session().CheckDatabase();
+    if (isOpen()) form.Session().LoadArticles();
     if (!isOpen()) return;
     form.RebuildSearchMenu();
     form.FocusGrid();
@@ -142,10 +142,10 @@ void OpenAndLoad(const TStartArguments& arguments) {
     const HWND client = CheckArguments(arguments);
     TElicomPluScaleListForm* form = FindListForm(client);
     const bool isNew = form == nullptr;
-    if (isNew) form = new TElicomPluScaleListForm(client, ListServices());
+    if (isNew) form = new TModuleListForm(client);
     const TWindow::TKeep keep(*form);
     if (!isNew) BringToFront(*form, client);
-    if (form->Handle() == nullptr || form->IsBusy()) return;
+    if (form->Handle() == nullptr || form->Session().IsBusy()) return;
     form->Connect(arguments.database->ClientLibrary, arguments.database->Handle);
     LoadForm(*form);
 }
@@ -162,12 +162,6 @@ void StartOperation(const TStartArguments& arguments) {
     const TModuleHold hold(arguments.mainForm);
     RegisterCompletion(arguments);
     RunStart(arguments);
-}
-
-void PostCompletion() noexcept {
-    const TModuleState& state = ModuleState();
-    if (state.messageId != 0 && IsWindow(state.appHandle) != 0)
-        PostMessageW(state.appHandle, state.messageId, 0, 0);
 }
 
 void ReleaseWindowClasses() noexcept {

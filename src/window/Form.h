@@ -88,19 +88,8 @@ public:
     // The control with the component name; throws TWindowError when there is none.
     HWND Control(std::string_view name) const;
 
-    // Any thread, through a copy of the queue: work for the interface thread, in order.
-    TPostQueue& Queue() noexcept { return queue_; }
-
-    // Handles a key message on its way to this form or a control of it; true when it is done with.
-    bool TranslateKey(MSG& message);
-
-protected:
-    TForm();
-
-    // Makes the window, hidden, centred on its owner's top-level window by default.
-    void MakePopup(const TFormOptions& options, HWND owner);
-    // Makes and shows an MDI child; `mdiClient` is the frame's window of class "MDIClient".
-    void MakeMdiChild(const TFormOptions& options, HWND mdiClient);
+    // For the form itself and for the classes that it is made of.
+    // Makes a control; throws TWindowError.
     HWND AddControl(const TControlOptions& options);
     // The same for what most controls are made of.
     HWND Add(TControlKind kind, const char* name, std::string_view text, const TPlace& place,
@@ -119,6 +108,20 @@ protected:
     void Place(HWND control, const TPlace& place) const;
     // The client area at 96 dots per inch, rounded down.
     SIZE ClientSize() const;
+
+    // Any thread, through a copy of the queue: work for the interface thread, in order.
+    TPostQueue& Queue() noexcept { return queue_; }
+
+    // Handles a key message on its way to this form or a control of it; true when it is done with.
+    bool TranslateKey(MSG& message);
+
+protected:
+    TForm();
+
+    // Makes the window, hidden, centred on its owner's top-level window by default.
+    void MakePopup(const TFormOptions& options, HWND owner);
+    // Makes and shows an MDI child; `mdiClient` is the frame's window of class "MDIClient".
+    void MakeMdiChild(const TFormOptions& options, HWND mdiClient);
 
     // Reactions; the base class does nothing unless its line says otherwise.
     virtual void OnSize() {}  // after every change of size: place the controls

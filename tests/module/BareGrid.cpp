@@ -19,7 +19,7 @@ TBareGrid::TBareGrid(std::size_t rows)
       promoted([](TRowId) { return false; }),
       order_(rows),
       places_(rows),
-      grid_(TDpi(96), Source()) {
+      grid_(TDpi(96), *this) {
     std::iota(order_.begin(), order_.end(), 0U);
     std::iota(places_.begin(), places_.end(), 0U);
     WNDCLASSW definition{};
@@ -59,19 +59,6 @@ COLORREF TBareGrid::Pixel(int row, POINT at) const {
     SendMessageW(list_, LVM_GETITEMRECT, static_cast<WPARAM>(row),
                  reinterpret_cast<LPARAM>(&bounds));
     return PixelAt(list_, {bounds.left + at.x, bounds.top + at.y});
-}
-
-TGridSource TBareGrid::Source() {
-    TGridSource source;
-    source.rowCount = [this] { return order_.size(); };
-    source.rowAt = [this](std::size_t place) { return order_[place]; };
-    source.placeOf = [this](TRowId row) { return places_[row]; };
-    source.text = [this](TRowId row, std::size_t column) { return text(row, column); };
-    source.promoted = [this](TRowId row) { return promoted(row); };
-    source.promotionColour = [] { return RGB(1, 2, 3); };
-    source.titleClicked = [this](std::size_t column) { clickedTitles.push_back(column); };
-    source.columnEntered = [](std::size_t) {};
-    return source;
 }
 
 LRESULT CALLBACK TBareGrid::Procedure(HWND window, UINT id, WPARAM wParam, LPARAM lParam) {

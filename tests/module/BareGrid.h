@@ -14,12 +14,12 @@ namespace tolvane::test {
 
 // The grid on a real list view, 380 by 360 pixels, over rows that are just numbers: two columns of
 // 100 pixels, "Number" at the right and "Other" at the left. The list view has the focus.
-class TBareGrid {
+class TBareGrid : private TGridView {
 public:
     explicit TBareGrid(std::size_t rows);
     TBareGrid(const TBareGrid&) = delete;
     TBareGrid& operator=(const TBareGrid&) = delete;
-    ~TBareGrid();
+    ~TBareGrid() override;
 
     void Reverse();
     TGridReader Reader() const { return TGridReader(list_); }
@@ -35,7 +35,16 @@ public:
     std::vector<std::size_t> clickedTitles;
 
 private:
-    TGridSource Source();
+    // TGridView
+    std::size_t RowCount() const override { return order_.size(); }
+    TRowId RowAt(std::size_t place) const override { return order_[place]; }
+    std::size_t PlaceOf(TRowId row) const override { return places_[row]; }
+    std::string CellText(TRowId row, std::size_t key) const override { return text(row, key); }
+    bool IsPromoted(TRowId row) const override { return promoted(row); }
+    COLORREF PromotionColour() const override { return RGB(1, 2, 3); }
+    void TitleClicked(std::size_t column) override { clickedTitles.push_back(column); }
+    void ColumnEntered(std::size_t) override {}
+
     static LRESULT CALLBACK Procedure(HWND window, UINT id, WPARAM wParam, LPARAM lParam);
     LRESULT Handle(HWND window, UINT id, WPARAM wParam, LPARAM lParam);
 

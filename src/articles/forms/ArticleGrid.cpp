@@ -1,11 +1,11 @@
 #include "articles/forms/ArticleGrid.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <cwchar>
 #include <utility>
 
+#include "articles/forms/GridDrawing.h"
 #include "window/VisualStyle.h"
 #include "window/WideText.h"
 
@@ -15,9 +15,6 @@ namespace {
 constexpr int kThemedVersion = 6;
 constexpr int kAutoFitMargin = 8;
 constexpr int kRowMargin = 5;
-constexpr int kSortImageSize = 9;
-constexpr int kUp = 0;
-constexpr int kDown = 1;
 
 void SetItemState(HWND list, int item, UINT state, UINT mask) {
     LVITEMW change{};
@@ -47,8 +44,8 @@ private:
 
 }  // namespace
 
-TArticleGrid::TArticleGrid(TDpi dpi, TGridSource source)
-    : dpi_(dpi), source_(std::move(source)), font_(MakeListFont(dpi)) {}
+TArticleGrid::TArticleGrid(TDpi dpi, TGridView& view)
+    : dpi_(dpi), view_(view), font_(MakeListFont(dpi)) {}
 
 TArticleGrid::~TArticleGrid() {
     if (IsWindow(list_) != 0) RemoveWindowSubclass(list_, &ListProcedure, 0);
@@ -60,7 +57,9 @@ void TArticleGrid::Attach(HWND list) {
     SetWindowSubclass(list, &ListProcedure, 0, reinterpret_cast<DWORD_PTR>(this));
     constexpr DWORD kStyle = LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER;
     SendMessageW(list_, LVM_SETEXTENDEDLISTVIEWSTYLE, kStyle, static_cast<LPARAM>(kStyle));
-    if (CommonControlsVersion() < kThemedVersion) MakeSortImages();
+    if (CommonControlsVersion() >= kThemedVersion) return;
+    sortImages_ = MakeSortImages(dpi_);
+    SendMessageW(Header(), HDM_SETIMAGELIST, 0, reinterpret_cast<LPARAM>(sortImages_.Get()));
 }
 
 // Not every list view hands a title's double click on to its parent.
@@ -128,7 +127,7 @@ void TArticleGrid::SetColumns(std::vector<TGridColumnState> columns) {
     InvalidateRect(list_, nullptr, TRUE);
     SetSortMark(sortColumn_, sortAscending_);
     if (hadColumns && !shown_.empty() && KeyOf(currentColumn_) != entered)
-        source_.columnEntered(currentColumn_);
+        view_.ColumnEntered(currentColumn_);
 }
 
 int TArticleGrid::ViewWidth(std::size_t view) const {
@@ -184,7 +183,7 @@ void TArticleGrid::SetStyle(TGridStyle style) {
 
 void TArticleGrid::RowsReplaced() {
     const TQuiet quiet(quiet_);
-    const std::size_t count = source_.rowCount();
+    const std::size_t count = view_.RowCount();
     SetItemState(list_, -1, 0, LVIS_SELECTED | LVIS_FOCUSED);
     SendMessageW(list_, LVM_SETITEMCOUNT, count, 0);
     marks_.Reset(count);
@@ -208,52 +207,28 @@ void TArticleGrid::RowsReordered() {
 // The list view keeps the selected places as ranges and is told of the fewer ones, from the top:
 // thousands of them take no time that way.
 void TArticleGrid::ShowMarks() {
-    const std::size_t count = source_.rowCount();
+    const std::size_t count = view_.RowCount();
     const bool most = marks_.Count() > count / 2;
     SetItemState(list_, -1, most ? LVIS_SELECTED : 0, LVIS_SELECTED);
     if (marks_.Count() == 0 || marks_.Count() == count) return;
     for (std::size_t place = 0; place < count; ++place) {
-        if (marks_.IsMarked(source_.rowAt(place)) == most) continue;
+        if (marks_.IsMarked(view_.RowAt(place)) == most) continue;
         SetItemState(list_, static_cast<int>(place), most ? 0 : LVIS_SELECTED, LVIS_SELECTED);
     }
 }
 
 std::optional<TRowId> TArticleGrid::CurrentRow() const {
     const int place = NextItem(list_, -1, LVNI_FOCUSED);
-    if (place < 0 || static_cast<std::size_t>(place) >= source_.rowCount()) return std::nullopt;
-    return source_.rowAt(static_cast<std::size_t>(place));
+    if (place < 0 || static_cast<std::size_t>(place) >= view_.RowCount()) return std::nullopt;
+    return view_.RowAt(static_cast<std::size_t>(place));
 }
 
 void TArticleGrid::SetCurrentRow(TRowId row) {
-    const auto place = static_cast<int>(source_.placeOf(row));
+    const auto place = static_cast<int>(view_.PlaceOf(row));
     SetItemState(list_, place, LVIS_FOCUSED, LVIS_FOCUSED);
     // A range that the user extends starts here.
     SendMessageW(list_, LVM_SETSELECTIONMARK, 0, place);
     SendMessageW(list_, LVM_ENSUREVISIBLE, static_cast<WPARAM>(place), FALSE);
-}
-
-void TArticleGrid::MakeSortImages() {
-    const int size = dpi_.Scale(kSortImageSize);
-    sortImages_.Reset(ImageList_Create(size, size, ILC_COLOR24 | ILC_MASK, 2, 0));
-    for (const int direction : {kUp, kDown}) {
-        const TWindowDc screen(nullptr);
-        const HDC dc = CreateCompatibleDC(screen.Get());
-        const TOwnedBitmap bitmap(CreateCompatibleBitmap(screen.Get(), size, size));
-        {
-            const TSelected selected(dc, bitmap.Get());
-            const RECT all{0, 0, size, size};
-            FillRect(dc, &all, static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH)));
-            const TSelected brush(dc, GetStockObject(BLACK_BRUSH));
-            const int flat = direction == kUp ? size - 3 : 2;
-            const int tip = direction == kUp ? 2 : size - 3;
-            const std::array<POINT, 3> corners = {POINT{1, flat}, POINT{size - 2, flat},
-                                                  POINT{size / 2, tip}};
-            Polygon(dc, corners.data(), static_cast<int>(corners.size()));
-        }
-        DeleteDC(dc);
-        ImageList_AddMasked(sortImages_.Get(), bitmap.Get(), RGB(255, 255, 255));
-    }
-    SendMessageW(Header(), HDM_SETIMAGELIST, 0, reinterpret_cast<LPARAM>(sortImages_.Get()));
 }
 
 void TArticleGrid::SetSortMark(std::optional<std::size_t> column, bool ascending) {
@@ -272,7 +247,7 @@ void TArticleGrid::SetSortMark(std::optional<std::size_t> column, bool ascending
             if (sortImages_) {
                 item.mask |= HDI_IMAGE;
                 item.fmt |= HDF_IMAGE | HDF_BITMAP_ON_RIGHT;
-                item.iImage = ascending ? kUp : kDown;
+                item.iImage = ascending ? kSortUpImage : kSortDownImage;
             }
         }
         SendMessageW(Header(), HDM_SETITEMW, view, reinterpret_cast<LPARAM>(&item));
@@ -280,7 +255,7 @@ void TArticleGrid::SetSortMark(std::optional<std::size_t> column, bool ascending
 }
 
 std::wstring TArticleGrid::TextAt(TRowId row, std::size_t column) const {
-    return Wide(source_.text(row, columns_[column].key));
+    return Wide(view_.CellText(row, columns_[column].key));
 }
 
 void TArticleGrid::AutoFit(std::size_t column) {
@@ -293,7 +268,7 @@ void TArticleGrid::AutoFit(std::size_t column) {
     int width = widthOf(columns_[column].title);
     const std::size_t end = EndOfDrawnRows();
     for (std::size_t place = FirstDrawnRow(); place < end; ++place)
-        width = std::max(width, widthOf(TextAt(source_.rowAt(place), column)));
+        width = std::max(width, widthOf(TextAt(view_.RowAt(place), column)));
     if (width <= 0) return;
     width += dpi_.Scale(kAutoFitMargin) + (view == 0 ? IndicatorWidth() : 0);
     SendMessageW(list_, LVM_SETCOLUMNWIDTH, static_cast<WPARAM>(view), width);
@@ -312,7 +287,7 @@ std::size_t TArticleGrid::EndOfDrawnRows() const {
         SendMessageW(list_, LVM_GETITEMRECT, place, reinterpret_cast<LPARAM>(&row));
         return row.top < client.bottom;
     };
-    const std::size_t count = source_.rowCount();
+    const std::size_t count = view_.RowCount();
     std::size_t end = FirstDrawnRow();
     while (end < count && isDrawn(end))
         ++end;
@@ -324,9 +299,9 @@ LRESULT TArticleGrid::FillText(NMLVDISPINFOW& info) const {
     const std::optional<std::size_t> column = ColumnOfView(item.iSubItem);
     if ((item.mask & LVIF_TEXT) == 0 || item.pszText == nullptr || item.cchTextMax <= 0) return 0;
     item.pszText[0] = L'\0';
-    if (!column || item.iItem < 0 || static_cast<std::size_t>(item.iItem) >= source_.rowCount())
+    if (!column || item.iItem < 0 || static_cast<std::size_t>(item.iItem) >= view_.RowCount())
         return 0;
-    const std::wstring text = TextAt(source_.rowAt(static_cast<std::size_t>(item.iItem)), *column);
+    const std::wstring text = TextAt(view_.RowAt(static_cast<std::size_t>(item.iItem)), *column);
     const auto length = std::min(text.size(), static_cast<std::size_t>(item.cchTextMax) - 1);
     std::wmemcpy(item.pszText, text.c_str(), length);
     item.pszText[length] = L'\0';
@@ -342,7 +317,7 @@ void TArticleGrid::ChangeMarks(int from, int to, bool marked) {
 }
 
 void TArticleGrid::StoreMarks(int from, int to, bool marked) {
-    const auto count = static_cast<int>(source_.rowCount());
+    const auto count = static_cast<int>(view_.RowCount());
     if (from < 0 && !marked) {
         marks_.Clear();
         return;
@@ -350,7 +325,7 @@ void TArticleGrid::StoreMarks(int from, int to, bool marked) {
     const int first = std::max(from, 0);
     const int last = from < 0 ? count - 1 : std::min(to, count - 1);
     for (int place = first; place <= last; ++place) {
-        const TRowId row = source_.rowAt(static_cast<std::size_t>(place));
+        const TRowId row = view_.RowAt(static_cast<std::size_t>(place));
         if (marked)
             marks_.Mark(row);
         else
@@ -363,7 +338,7 @@ void TArticleGrid::EnterColumn(int viewIndex) {
     if (!column || *column == currentColumn_) return;
     currentColumn_ = *column;
     InvalidateRect(list_, nullptr, FALSE);
-    source_.columnEntered(*column);
+    view_.ColumnEntered(*column);
 }
 
 void TArticleGrid::ScrollToColumn(int viewIndex) {
@@ -387,7 +362,7 @@ void TArticleGrid::StepColumn(int step) {
 }
 
 void TArticleGrid::ClickCurrentTitle() {
-    if (ViewOfColumn(currentColumn_) >= 0) source_.titleClicked(currentColumn_);
+    if (ViewOfColumn(currentColumn_) >= 0) view_.TitleClicked(currentColumn_);
 }
 
 bool TArticleGrid::HandleKey(UINT virtualKey) {
@@ -417,7 +392,7 @@ std::optional<LRESULT> TArticleGrid::HandleNotify(NMHDR& header) {
         }
         case LVN_COLUMNCLICK:
             if (const auto column = ColumnOfView(reinterpret_cast<NMLISTVIEW&>(header).iSubItem))
-                source_.titleClicked(*column);
+                view_.TitleClicked(*column);
             return 0;
         case NM_CLICK:
             // A click beside the rows tells of column 0.
@@ -431,6 +406,64 @@ std::optional<LRESULT> TArticleGrid::HandleNotify(NMHDR& header) {
         default:
             return std::nullopt;
     }
+}
+
+int TArticleGrid::IndicatorWidth() const {
+    return tolvane::IndicatorWidth(style_, dpi_);
+}
+
+TArticleGrid::TRowColours TArticleGrid::ColoursOf(TRowId row, bool marked, bool current) const {
+    // Without marks the current row is what the user works on.
+    if (marked || (current && marks_.Count() == 0))
+        return {GetSysColor(COLOR_HIGHLIGHT), GetSysColor(COLOR_HIGHLIGHTTEXT)};
+    const COLORREF text = GetSysColor(COLOR_WINDOWTEXT);
+    if (view_.IsPromoted(row)) return {view_.PromotionColour(), text};
+    return {current ? CurrentRowColour() : GetSysColor(COLOR_WINDOW), text};
+}
+
+bool TArticleGrid::HandleDraw(const DRAWITEMSTRUCT& item) {
+    if (item.hwndItem != list_ || item.itemID >= view_.RowCount()) return false;
+    const TRowId row = view_.RowAt(item.itemID);
+    const auto state = static_cast<UINT>(
+        SendMessageW(list_, LVM_GETITEMSTATE, item.itemID, LVIS_SELECTED | LVIS_FOCUSED));
+    const bool marked = (state & LVIS_SELECTED) != 0;
+    const bool current = (state & LVIS_FOCUSED) != 0;
+    const TRowColours colours = ColoursOf(row, marked, current);
+    const TOwnedBrush background(CreateSolidBrush(colours.background));
+    FillRect(item.hDC, &item.rcItem, background.Get());
+    const TSelected selectedFont(item.hDC, font_.Get());
+    SetBkMode(item.hDC, TRANSPARENT);
+    SetTextColor(item.hDC, colours.text);
+    for (std::size_t view = 0; view < shown_.size(); ++view)
+        DrawCell(item, row, static_cast<int>(view), current);
+    if (style_.indicator) {
+        RECT area = CellRect(0, item.rcItem);
+        area.right = area.left + IndicatorWidth();
+        DrawIndicator(item.hDC, area, marked, current, dpi_);
+    }
+    return true;
+}
+
+RECT TArticleGrid::CellRect(int view, const RECT& row) const {
+    RECT cell{};
+    SendMessageW(Header(), HDM_GETITEMRECT, static_cast<WPARAM>(view),
+                 reinterpret_cast<LPARAM>(&cell));
+    // The header is as far to the left as the list is scrolled.
+    MapWindowPoints(Header(), list_, reinterpret_cast<POINT*>(&cell), 2);
+    return {cell.left, row.top, cell.right, row.bottom};
+}
+
+void TArticleGrid::DrawCell(const DRAWITEMSTRUCT& item, TRowId row, int view, bool current) const {
+    RECT cell = CellRect(view, item.rcItem);
+    if (RectVisible(item.hDC, &cell) == 0) return;
+    DrawCellLines(item.hDC, cell, style_);
+    if (view == 0) cell.left += IndicatorWidth();
+    const std::size_t column = shown_[static_cast<std::size_t>(view)];
+    if (current && column == currentColumn_ && GetFocus() == list_) {
+        const RECT frame{cell.left, cell.top, cell.right - 1, cell.bottom - 1};
+        DrawFocusRect(item.hDC, &frame);
+    }
+    DrawCellText(item.hDC, cell, TextAt(row, column), columns_[column].right, dpi_);
 }
 
 }  // namespace tolvane

@@ -5,7 +5,6 @@
 #include <commctrl.h>
 
 #include <cstddef>
-#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -27,17 +26,22 @@ struct TGridColumnState {
     bool visible = true;
 };
 
-// What the grid shows, and what it tells; all by row identity or by the column's index among all
-// columns, hidden ones included.
-struct TGridSource {
-    std::function<std::size_t()> rowCount;
-    std::function<TRowId(std::size_t place)> rowAt;
-    std::function<std::size_t(TRowId row)> placeOf;
-    std::function<std::string(TRowId row, std::size_t key)> text;  // code page 1251
-    std::function<bool(TRowId row)> promoted;
-    std::function<COLORREF()> promotionColour;  // background of a promoted row that is not marked
-    std::function<void(std::size_t column)> titleClicked;
-    std::function<void(std::size_t column)> columnEntered;
+// What the grid asks for and what it reports; rows by their identity, columns by their index among
+// all columns, hidden ones included. Interface thread.
+class TGridView {
+public:
+    virtual ~TGridView() = default;
+    virtual std::size_t RowCount() const = 0;
+    virtual TRowId RowAt(std::size_t place) const = 0;
+    virtual std::size_t PlaceOf(TRowId row) const = 0;
+    // By the column's key; code page 1251.
+    virtual std::string CellText(TRowId row, std::size_t key) const = 0;
+    virtual bool IsPromoted(TRowId row) const = 0;
+    // The background of a promoted row that is not marked.
+    virtual COLORREF PromotionColour() const = 0;
+    virtual void TitleClicked(std::size_t column) = 0;
+    // Another column is the current one now.
+    virtual void ColumnEntered(std::size_t column) = 0;
 };
 
 // The behaviour of the article grid on top of a standard list view with owner data: rows drawn by
@@ -45,19 +49,23 @@ struct TGridSource {
 // is made with kGridListStyle and belongs to the form, which hands its messages on.
 class TArticleGrid {
 public:
-    TArticleGrid(TDpi dpi, TGridSource source);
+    // The view outlives the grid.
+    TArticleGrid(TDpi dpi, TGridView& view);
     TArticleGrid(const TArticleGrid&) = delete;
     TArticleGrid& operator=(const TArticleGrid&) = delete;
     ~TArticleGrid();
 
+    // Takes the list view into use. Comes once, before the other functions but Handle.
     void Attach(HWND list);
+    // Null before Attach.
     HWND Handle() const noexcept { return list_; }
 
     // Replaces all columns; the list view shows the visible ones in this order.
     void SetColumns(std::vector<TGridColumnState> columns);
-    // With the widths that the user gave them.
+    // All columns, with the widths that the user gave them.
     std::vector<TGridColumnState> Columns() const;
     std::size_t ColumnCount() const { return columns_.size(); }
+    // Throws std::out_of_range.
     std::size_t KeyOf(std::size_t column) const { return columns_.at(column).key; }
     // Takes the column out and puts it at the other's place; indexes among all columns.
     void MoveColumn(std::size_t from, std::size_t to);
@@ -65,9 +73,10 @@ public:
     void ShowColumns(const std::vector<bool>& visible);
     void SetStyle(TGridStyle style);
 
-    // The rows are others now: no marks, the first row is the current one.
+    // Shows rows that replace the former ones: without marks, the first row is the current one.
     void RowsReplaced();
-    // The same rows stand in another order: marks and the current row stay with their rows.
+    // Shows the same rows in another order. The marks stay with their rows; the current place
+    // stays where it is.
     void RowsReordered();
 
     std::optional<TRowId> CurrentRow() const;
@@ -75,14 +84,16 @@ public:
     void SetCurrentRow(TRowId row);
     std::vector<TRowId> MarkedRows() const { return marks_.InOrder(); }
 
-    // As a click on the title of the current column.
+    // Does what a click on the title of the current column does.
     void ClickCurrentTitle();
-    // No column: no mark.
+    // Marks the title of the column by which the rows are sorted; nullopt removes the mark.
     void SetSortMark(std::optional<std::size_t> column, bool ascending);
     // Sets a column's width to its widest text among the title and the drawn rows, plus 8 pixels.
     void AutoFit(std::size_t column);
 
-    // Messages that concern the list view; nothing when it is none of the grid's.
+    // The form gives these the messages that may concern the list view. HandleNotify returns the
+    // answer to WM_NOTIFY, or nullopt if the message is not for the grid; the others return whether
+    // it was. RowHeight answers WM_MEASUREITEM, in pixels.
     std::optional<LRESULT> HandleNotify(NMHDR& header);
     bool HandleKey(UINT virtualKey);
     bool HandleDraw(const DRAWITEMSTRUCT& item);
@@ -101,7 +112,6 @@ private:
     int ViewOfColumn(std::size_t column) const;
     void ReadWidths() const;
     void ShowMarks();
-    void MakeSortImages();
     LRESULT FillText(NMLVDISPINFOW& info) const;
     void ChangeMarks(int from, int to, bool marked);
     void StoreMarks(int from, int to, bool marked);
@@ -116,10 +126,9 @@ private:
     TRowColours ColoursOf(TRowId row, bool marked, bool current) const;
     RECT CellRect(int view, const RECT& row) const;
     void DrawCell(const DRAWITEMSTRUCT& item, TRowId row, int view, bool current) const;
-    void DrawIndicator(const DRAWITEMSTRUCT& item, bool marked, bool current) const;
 
     TDpi dpi_;
-    TGridSource source_;
+    TGridView& view_;
     TOwnedFont font_;
     HWND list_ = nullptr;
     mutable std::vector<TGridColumnState> columns_;

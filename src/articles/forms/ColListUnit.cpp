@@ -48,41 +48,20 @@ TColListForm::TColListForm(HWND owner, TArticleGrid& grid) : grid_(grid) {
 }
 
 void TColListForm::MakeControls() {
-    AddControl({TControlKind::Button,
-                "SelAllBtn",
-                "Всички"_cp1251,
-                {kMargin, kMargin, kSmallWidth, kSmallHeight},
-                0,
-                [this] { CheckAll(true); },
-                0});
-    AddControl({TControlKind::Button,
-                "SelNoneBtn",
-                "Нищо"_cp1251,
-                {2 * kMargin + kSmallWidth, kMargin, kSmallWidth, kSmallHeight},
-                0,
-                [this] { CheckAll(false); },
-                0});
-    list_ = AddControl({TControlKind::CheckList,
-                        "aCheckListBox",
-                        {},
-                        {0, kListTop, kWidth, kHeight - kBarHeight - kListTop},
-                        0,
-                        {},
-                        0});
-    AddControl({TControlKind::Button,
-                "btnCancel",
-                "Отказ"_cp1251,
-                {kMargin, kButtonTop, kButtonWidth, kButtonHeight},
-                0,
-                [this] { EndModal(IDCANCEL); },
-                IDCANCEL});
-    AddControl({TControlKind::Button,
-                "btnOK",
-                "Потвърди"_cp1251,
-                {kWidth - kMargin - kButtonWidth, kButtonTop, kButtonWidth, kButtonHeight},
-                0,
-                [this] { EndModal(IDOK); },
-                IDOK});
+    AddButton("SelAllBtn", "Всички"_cp1251, {kMargin, kMargin, kSmallWidth, kSmallHeight},
+              [this] { CheckAll(true); });
+    AddButton("SelNoneBtn", "Нищо"_cp1251,
+              {2 * kMargin + kSmallWidth, kMargin, kSmallWidth, kSmallHeight},
+              [this] { CheckAll(false); });
+    list_ = Add(TControlKind::CheckList, "aCheckListBox", {},
+                {0, kListTop, kWidth, kHeight - kBarHeight - kListTop});
+    AddButton(
+        "btnCancel", "Отказ"_cp1251, {kMargin, kButtonTop, kButtonWidth, kButtonHeight},
+        [this] { EndModal(IDCANCEL); }, IDCANCEL);
+    AddButton(
+        "btnOK", "Потвърди"_cp1251,
+        {kWidth - kMargin - kButtonWidth, kButtonTop, kButtonWidth, kButtonHeight},
+        [this] { EndModal(IDOK); }, IDOK);
 }
 
 void TColListForm::OnShow() {

@@ -1,15 +1,17 @@
 #include "articles/forms/PLUScaleListUnit.h"
 
 #include <exception>
+#include <optional>
+#include <string>
 #include <utility>
+#include <vector>
 
-#include "articles/ArticleSearch.h"
 #include "articles/PrintTime.h"
-#include "articles/forms/ColListUnit.h"
 #include "system/LocalTime.h"
+#include "text/Cp1251.h"
 #include "window/InputBox.h"
 #include "window/MessageBoxes.h"
-#include "window/WideText.h"
+#include "window/Placement.h"
 
 namespace tolvane {
 namespace {
@@ -21,13 +23,30 @@ constexpr int kMinHeight = 305;
 constexpr std::string_view kCaption = "Списък ТЕГЛОВИ артикули"_cp1251;
 constexpr std::string_view kPrintTitle = "Теглови артикули"_cp1251;
 
+void RestorePlace(HWND window, const TWindowPlace& place) {
+    MoveToPlacement(window,
+                    {place.left, place.top, place.left + place.width, place.top + place.height});
+    if (place.maximized)
+        SendMessageW(GetParent(window), WM_MDIMAXIMIZE, reinterpret_cast<WPARAM>(window), 0);
+}
+
+TWindowPlace PlaceOf(HWND window) {
+    const TPlacement placement = PlacementOf(window);
+    const RECT& outer = placement.outer;
+    return {outer.left, outer.top, outer.right - outer.left, outer.bottom - outer.top,
+            placement.maximized};
+}
+
 }  // namespace
 
-TElicomPluScaleListForm::TElicomPluScaleListForm(HWND mdiClient, TListServices services)
-    : services_(std::move(services)),
-      hold_(GetAncestor(mdiClient, GA_ROOT)),
-      grid_(Dpi(), GridSource()),
-      regional_(SystemRegionalSettings()) {
+TElicomPluScaleListForm::TElicomPluScaleListForm(std::filesystem::path configurationFile,
+                                                 std::filesystem::path hostSettings)
+    : store_(std::move(configurationFile), std::move(hostSettings)),
+      session_(*this, SystemLocalClock(), &SystemRegionalSettings),
+      grid_(Dpi(), session_, [this](TField field) { SelectSearchField(field); }),
+      bars_(*this) {}
+
+void TElicomPluScaleListForm::Open(HWND mdiClient) {
     TFormOptions options;
     options.className = kListFormClass;
     options.name = kListFormName;
@@ -39,14 +58,41 @@ TElicomPluScaleListForm::TElicomPluScaleListForm(HWND mdiClient, TListServices s
     options.minHeight = kMinHeight;
     MakeMdiChild(options, mdiClient);
     MakeControls();
-    LoadSettings();
+    grid_.Grid().SetStyle(LoadGridStyle(store_.HostSettings()));
+    store_.Load([this](const TIniDocument& document) { ApplyLayout(document); });
     FreeAfterDestroy();
 }
 
-TElicomPluScaleListForm::~TElicomPluScaleListForm() = default;
+void TElicomPluScaleListForm::MakeControls() {
+    bars_.MakeTop([this] { SearchButtonClick(); });
+    TControlOptions list;
+    list.kind = TControlKind::ListView;
+    list.name = "aDBGrid";
+    list.style = kGridListStyle;
+    grid_.Grid().Attach(AddControl(list));
+    bars_.MakeBottom([this] { RefreshBtnClick(); }, [this] { ColBtnClick(); },
+                     [this] { PrintBtnClick(); });
+    OnSize();
+}
+
+void TElicomPluScaleListForm::ApplyLayout(const TIniDocument& document) {
+    const TGridLayout layout = LoadGridLayout(document, Dpi().DotsPerInch());
+    grid_.SetLayout(layout);
+    if (layout.place) RestorePlace(Handle(), *layout.place);
+}
+
+void TElicomPluScaleListForm::WriteLayout(TIniDocument& document) const {
+    TGridLayout layout = grid_.Layout();
+    layout.place = PlaceOf(Handle());
+    SaveGridLayout(layout, Dpi().DotsPerInch(), document);
+}
 
 void TElicomPluScaleListForm::FocusGrid() {
-    SetFocus(grid_.Handle());
+    SetFocus(Grid().Handle());
+}
+
+void TElicomPluScaleListForm::OnSize() {
+    if (Grid().Handle() != nullptr) bars_.Arrange(Grid().Handle());
 }
 
 LRESULT TElicomPluScaleListForm::HandleMessage(const TMessage& message) {
@@ -54,17 +100,17 @@ LRESULT TElicomPluScaleListForm::HandleMessage(const TMessage& message) {
         case WM_MEASUREITEM: {
             auto& measure = *reinterpret_cast<MEASUREITEMSTRUCT*>(message.lParam);
             if (measure.CtlType != ODT_LISTVIEW) break;
-            measure.itemHeight = static_cast<UINT>(grid_.RowHeight());
+            measure.itemHeight = static_cast<UINT>(Grid().RowHeight());
             return TRUE;
         }
         case WM_DRAWITEM: {
             const auto& item = *reinterpret_cast<const DRAWITEMSTRUCT*>(message.lParam);
             if (item.CtlType != ODT_LISTVIEW) break;
-            grid_.HandleDraw(item);
+            grid_.Grid().HandleDraw(item);
             return TRUE;
         }
         case WM_PAINT:
-            PaintBars();
+            bars_.Paint();
             return 0;
         default:
             break;
@@ -73,7 +119,7 @@ LRESULT TElicomPluScaleListForm::HandleMessage(const TMessage& message) {
 }
 
 LRESULT TElicomPluScaleListForm::OnNotify(NMHDR& header) {
-    return grid_.HandleNotify(header).value_or(0);
+    return grid_.Grid().HandleNotify(header).value_or(0);
 }
 
 void TElicomPluScaleListForm::OnCommand(int id, int /*code*/, HWND /*control*/) {
@@ -94,8 +140,8 @@ bool TElicomPluScaleListForm::OnKey(UINT virtualKey, HWND focus) {
         SearchButtonClick();
         return true;
     }
-    if (virtualKey == VK_RETURN && control && !shift && focus == grid_.Handle()) {
-        grid_.ClickCurrentTitle();
+    if (virtualKey == VK_RETURN && control && !shift && focus == Grid().Handle()) {
+        grid_.Grid().ClickCurrentTitle();
         return true;
     }
     if (control || shift) return false;
@@ -107,37 +153,22 @@ bool TElicomPluScaleListForm::OnKey(UINT virtualKey, HWND focus) {
         RefreshBtnClick();
         return true;
     }
-    return focus == grid_.Handle() && grid_.HandleKey(virtualKey);
+    return focus == Grid().Handle() && grid_.Grid().HandleKey(virtualKey);
 }
 
 bool TElicomPluScaleListForm::CanClose(int /*result*/) {
-    return !loading_ || closingAtOnce_;
+    return session_.MayEnd();
 }
 
 // A load that is still going on ends later, without the window.
 void TElicomPluScaleListForm::CloseAtOnce() {
-    closingAtOnce_ = true;
+    session_.Abandon();
     Close();
 }
 
 void TElicomPluScaleListForm::OnClose() {
-    // A load that still runs ends its transaction itself.
-    if (database_ && !loading_) EndTransaction();
+    session_.End();
     EndWork();
-}
-
-void TElicomPluScaleListForm::EndTransaction() {
-    try {
-        database_->query.Close();
-        if (!database_->transaction.IsActive()) return;
-        if (closingAtOnce_)
-            database_->transaction.Rollback();
-        else
-            database_->transaction.Commit();
-    } catch (const std::exception& error) {
-        // What failed the start has been told already, and is often the same dead connection.
-        if (!closingAtOnce_) ShowError(error.what());
-    }
 }
 
 // A window that goes with the host's main window leaves the transaction to be rolled back: the host
@@ -145,175 +176,128 @@ void TElicomPluScaleListForm::EndTransaction() {
 void TElicomPluScaleListForm::OnDestroy() {
     EndWork();
     // A load that still runs uses the wait window; it goes with this object then.
-    if (!loading_) wait_.reset();
-    if (services_.ended) services_.ended();
+    if (!session_.IsLoading()) wait_.reset();
+    Ended();
+}
+
+void TElicomPluScaleListForm::EndWork() {
+    try {
+        store_.SaveAtEnd([this](TIniDocument& document) { WriteLayout(document); });
+    } catch (const std::exception& error) {
+        // What failed the start has been told already; a lost scale is told all the same.
+        if (!session_.IsAbandoned() || store_.HasUnsavedScales()) ShowError(error.what());
+    }
 }
 
 void TElicomPluScaleListForm::Connect(const char* clientLibrary, void* handle) {
-    if (database_ && database_->IsOf(handle)) return;
     if (!wait_) wait_ = std::make_unique<TWaitForm>(Handle());
-    loader_.reset();
-    database_.reset();
-    database_ = std::make_unique<TDatabase>(clientLibrary, handle);
-    loader_ = std::make_unique<TArticleLoader>(
-        TArticleLoader::TParts{database_->transaction, database_->query, *articles_, sort_,
-                               SystemLocalClock(), &SystemRegionalSettings, *wait_, *this});
-}
-
-void TElicomPluScaleListForm::ReadBaseCurrency() {
-    loader_->ReadBaseCurrency();
-}
-
-void TElicomPluScaleListForm::CheckDatabase() {
-    loader_->CheckDatabase();
-}
-
-void TElicomPluScaleListForm::LoadArticles() {
-    if (!loader_ || IsBusy()) return;
-    loading_ = true;
-    const std::unique_ptr<bool, void (*)(bool*)> endLoading(
-        &loading_, [](bool* loading) { *loading = false; });
-    regional_ = SystemRegionalSettings();
-    loader_->LoadArticles();
+    session_.Connect(clientLibrary, handle, *wait_);
 }
 
 void TElicomPluScaleListForm::SuspendDisplay() {
-    suspended_ = true;
-    grid_.RowsReplaced();
+    grid_.Grid().RowsReplaced();
 }
 
 void TElicomPluScaleListForm::ResumeDisplay() {
-    suspended_ = false;
-    grid_.RowsReplaced();
-    ShowSortMark();
+    grid_.Grid().RowsReplaced();
+    grid_.ShowSortMark();
 }
 
 void TElicomPluScaleListForm::ShowError(std::string_view text) {
     tolvane::ShowError(Handle(), text);
 }
 
-TField TElicomPluScaleListForm::FieldOfColumn(std::size_t column) const {
-    return static_cast<TField>(grid_.KeyOf(column));
+void TElicomPluScaleListForm::FillSearchMenu() {
+    std::vector<TField> fields;
+    for (std::size_t column = 0; column < Grid().ColumnCount(); ++column)
+        fields.push_back(grid_.FieldOf(column));
+    bars_.FillSearchMenu(fields);
 }
 
-void TElicomPluScaleListForm::aDBGridTitleBtnClick(std::size_t column) {
-    if (IsBusy()) return;
-    const TField field = FieldOfColumn(column);
-    sort_.ClickTitle(field);
-    if (articles_->RowCount() > 0) {
-        const std::optional<TRowId> current = grid_.CurrentRow();
-        SortArticles(*articles_, field, sort_.ascending);
-        grid_.RowsReordered();
-        if (current) grid_.SetCurrentRow(*current);
-    }
-    ShowSortMark();
-}
-
-void TElicomPluScaleListForm::ShowSortMark() {
-    std::optional<std::size_t> marked;
-    for (std::size_t column = 0; column < grid_.ColumnCount(); ++column) {
-        if (FieldOfColumn(column) == sort_.field) marked = column;
-    }
-    grid_.SetSortMark(marked, sort_.ascending);
-}
-
-void TElicomPluScaleListForm::SelectSearchColumn(TField field) {
-    searchField_ = field;
-    SetWindowText(Control("SearchButton"), std::string("Търси по: "_cp1251) +
-                                               std::string(FieldInfo(field).label) +
-                                               std::string(" (F3)"));
-    InvalidateRect(Control("SearchButton"), nullptr, TRUE);
-}
-
-void TElicomPluScaleListForm::SearchMenuClick(std::size_t column) {
-    if (column >= grid_.ColumnCount()) return;
-    searchText_.clear();
-    SelectSearchColumn(FieldOfColumn(column));
+void TElicomPluScaleListForm::RebuildSearchMenu() {
+    FillSearchMenu();
+    SearchMenuClick(0);
 }
 
 // The search text is kept.
-void TElicomPluScaleListForm::aDBGridColEnter(std::size_t column) {
-    SelectSearchColumn(FieldOfColumn(column));
+void TElicomPluScaleListForm::SelectSearchField(TField field) {
+    session_.SelectSearchField(field);
+    bars_.ShowSearchField(field);
+}
+
+void TElicomPluScaleListForm::SearchMenuClick(std::size_t column) {
+    if (column >= Grid().ColumnCount()) return;
+    session_.SetSearchText({});
+    SelectSearchField(grid_.FieldOf(column));
 }
 
 void TElicomPluScaleListForm::SearchButtonClick() {
-    if (IsBusy()) return;
+    if (session_.IsBusy()) return;
     std::optional<std::string> answer;
     {
-        const TDialogScope open(dialogs_);
-        answer = AskText(Handle(), WindowText(Control("SearchButton")), "Стойност"_cp1251);
+        const TArticleSession::THold hold(session_);
+        answer = AskText(Handle(), bars_.SearchCaption(), "Стойност"_cp1251);
     }
     if (Handle() == nullptr) return;
-    searchText_ = answer.value_or(std::string());
-    if (Trim(searchText_).empty()) {
-        searchText_.clear();
-        return;
-    }
-    searchText_ = UpperCase(searchText_);
-    if (FindInColumn(searchField_, true, searchText_))
+    session_.SetSearchText(answer.value_or(std::string()));
+    if (session_.SearchText().empty()) return;
+    if (const std::optional<TRowId> found = session_.FindFirst()) {
+        grid_.Grid().SetCurrentRow(*found);
         FocusGrid();
-    else
+    } else {
         ShowInformation(Handle(), "Не е намерен артикул."_cp1251);
+    }
 }
 
 void TElicomPluScaleListForm::FindNext() {
-    if (searchText_.empty())
+    if (session_.SearchText().empty())
         SearchButtonClick();
-    else if (!FindInColumn(searchField_, false, searchText_))
-        FindInColumn(searchField_, true, searchText_);
-}
-
-bool TElicomPluScaleListForm::FindInColumn(TField field, bool fromStart, std::string_view text) {
-    if (articles_->RowCount() == 0) return false;
-    const std::optional<TRowId> current = grid_.CurrentRow();
-    const std::size_t from = fromStart || !current ? 0 : articles_->PlaceOf(*current) + 1;
-    const std::optional<std::size_t> found =
-        tolvane::FindInColumn(*articles_, field, from, text, regional_);
-    if (found) grid_.SetCurrentRow(articles_->RowAt(*found));
-    return found.has_value();
+    else if (const std::optional<TRowId> found = session_.FindNext(Grid().CurrentRow()))
+        grid_.Grid().SetCurrentRow(*found);
 }
 
 void TElicomPluScaleListForm::RefreshBtnClick() {
-    if (IsBusy()) return;
-    sort_.Clear();
-    LoadArticles();
-    ShowSortMark();
+    if (session_.IsBusy()) return;
+    session_.Refresh();
+    grid_.ShowSortMark();
 }
 
 void TElicomPluScaleListForm::ColBtnClick() {
-    if (IsBusy()) return;
-    NeedLayout();
+    if (session_.IsBusy()) return;
+    store_.NeedLayout([this](const TIniDocument& document) {
+        ApplyLayout(document);
+        grid_.ShowSortMark();
+    });
     {
-        const TDialogScope open(dialogs_);
-        ChooseColumns(Handle(), grid_, hiddenRows_);
+        const TArticleSession::THold hold(session_);
+        grid_.ChooseColumns(Handle());
     }
     // A window that went meanwhile has saved itself.
     if (Handle() == nullptr) return;
     FillSearchMenu();
-    SaveLayout();
+    store_.SaveLayout([this](TIniDocument& document) { WriteLayout(document); });
 }
 
-void TElicomPluScaleListForm::PrintBtnClick() const {
-    if (services_.print)
-        services_.print(kPrintTitle, PrintTime(SystemLocalClock().Now()), grid_.Handle());
+void TElicomPluScaleListForm::PrintBtnClick() {
+    Print(kPrintTitle, PrintTime(SystemLocalClock().Now()), Grid().Handle());
 }
 
 void TElicomPluScaleListForm::NDeleteAllClick(TRunNumber number) {
-    if (!services_.openRun || IsBusy() || articles_->RowCount() == 0) return;
-    NeedScales();
+    if (session_.IsBusy() || session_.Articles().RowCount() == 0) return;
+    store_.NeedScales();
     {
-        const TDialogScope open(dialogs_);
-        services_.openRun(*this, number);
+        const TArticleSession::THold hold(session_);
+        OpenRun(number);
     }
     // The window went while the run was open; the check marks have come back since.
-    if (Handle() == nullptr) SaveScales();
+    if (Handle() == nullptr) store_.SaveScales();
 }
 
 void TElicomPluScaleListForm::NSettingsClick() {
-    if (!services_.editScales || IsBusy()) return;
-    NeedScales();
-    const TDialogScope open(dialogs_);
-    services_.editScales(*this);
+    if (session_.IsBusy()) return;
+    store_.NeedScales();
+    const TArticleSession::THold hold(session_);
+    EditScales();
 }
 
 }  // namespace tolvane

@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "text/Cp1251.h"
+#include "window/Handles.h"
 #include "window/WideText.h"
 
 namespace tolvane {
@@ -67,8 +68,8 @@ void TWaitForm::Hide() {
 }
 
 void TWaitForm::Paint() const {
-    PAINTSTRUCT paint{};
-    const HDC dc = BeginPaint(Handle(), &paint);
+    const TPainting painting(Handle());
+    const HDC dc = painting.Dc();
     RECT client{};
     GetClientRect(Handle(), &client);
     const TOwnedBrush background(CreateSolidBrush(kBackground));
@@ -79,7 +80,6 @@ void TWaitForm::Paint() const {
     const std::wstring text = Wide(kLabel);
     DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &client,
               DT_SINGLELINE | DT_CENTER | DT_VCENTER | DT_NOPREFIX);
-    EndPaint(Handle(), &paint);
 }
 
 LRESULT TWaitForm::HandleMessage(const TMessage& message) {

@@ -6,26 +6,23 @@ namespace tolvane {
 namespace {
 
 TEST(ModuleConfiguration, StandsInTheOperationsFolderBesideTheHost) {
-    EXPECT_EQ(ModuleConfigurationForLoading(u"C:\\Магазин 中\\Trade.exe"),
+    EXPECT_EQ(ModuleConfigurationFile(u"C:\\Магазин 中\\Trade.exe"),
               u"C:\\Магазин 中\\Operations\\Tolvane.ini");
-    EXPECT_EQ(ModuleConfigurationForSaving(u"C:\\Магазин 中\\Trade.exe"),
-              u"C:\\Магазин 中\\Operations\\Tolvane.Ini");
 }
 
 TEST(ModuleConfiguration, BearsARootFolderAShareAndForwardSlashes) {
-    EXPECT_EQ(ModuleConfigurationForLoading(u"C:\\Trade.exe"), u"C:\\Operations\\Tolvane.ini");
-    EXPECT_EQ(ModuleConfigurationForLoading(u"\\\\server\\share\\Trade.exe"),
+    EXPECT_EQ(ModuleConfigurationFile(u"C:\\Trade.exe"), u"C:\\Operations\\Tolvane.ini");
+    EXPECT_EQ(ModuleConfigurationFile(u"\\\\server\\share\\Trade.exe"),
               u"\\\\server\\share\\Operations\\Tolvane.ini");
-    EXPECT_EQ(ModuleConfigurationForLoading(u"Z:/shop/Trade.exe"),
-              u"Z:/shop/Operations\\Tolvane.ini");
+    EXPECT_EQ(ModuleConfigurationFile(u"Z:/shop/Trade.exe"), u"Z:/shop/Operations\\Tolvane.ini");
 }
 
 TEST(ModuleConfiguration, GivesADriveWithoutAFolderItsDelimiter) {
-    EXPECT_EQ(ModuleConfigurationForLoading(u"C:Trade.exe"), u"C:\\Operations\\Tolvane.ini");
+    EXPECT_EQ(ModuleConfigurationFile(u"C:Trade.exe"), u"C:\\Operations\\Tolvane.ini");
 }
 
 TEST(ModuleConfiguration, OfAHostWithoutAFolderStandsInTheCurrentOne) {
-    EXPECT_EQ(ModuleConfigurationForLoading(u"Trade.exe"), u"Operations\\Tolvane.ini");
+    EXPECT_EQ(ModuleConfigurationFile(u"Trade.exe"), u"Operations\\Tolvane.ini");
 }
 
 TEST(HostSettingsFile, ReplacesTheExtension) {

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "articles/ArticleFields.h"
+#include "window/Form.h"
+
+namespace tolvane {
+
+// Command numbers that the menus send to the form.
+inline constexpr int kFirstRunCommand = 1000;  // + run number
+inline constexpr int kSettingsCommand = 1005;
+inline constexpr int kFirstSearchCommand = 2000;  // + index among the search menu's fields
+
+// The list window's two bars with their buttons and menus. Interface thread.
+class TListBars {
+public:
+    using TClick = std::function<void()>;
+
+    explicit TListBars(TForm& form) : form_(form) {}
+
+    // Tab goes through the controls in the order in which they are made, so the form makes the grid
+    // between these two. Both throw TWindowError.
+    void MakeTop(TClick search);
+    void MakeBottom(TClick refresh, TClick columns, TClick print);
+    // After a change of size: moves the bottom bar and gives the grid the room between the bars.
+    void Arrange(HWND grid) const;
+    // On WM_PAINT: draws the bars' borders.
+    void Paint() const;
+
+    void FillSearchMenu(const std::vector<TField>& fields);
+    // Names the field on the search button.
+    void ShowSearchField(TField field) const;
+    // The search button's caption; code page 1251.
+    std::string SearchCaption() const;
+
+private:
+    void MakeSaveButton();
+    void MakeSaveMenu();
+    void DropMenu(HMENU menu, std::string_view button) const;
+
+    TForm& form_;
+    TOwnedMenu saveMenu_;
+    TOwnedMenu searchMenu_;
+    TOwnedIcon scaleIcon_;
+};
+
+}  // namespace tolvane

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "articles/forms/PLUScaleListUnit.h"
+#include "window/Module.h"
+
+namespace tolvane {
+
+// The list window inside the host: it opens the module's other windows, uses the host's print
+// service and tells the host of its end. Its hold on the module is a base class, which is destroyed
+// last: the code of the others is in memory until then. Made by new only; it frees itself when its
+// window goes. Interface thread.
+class TModuleListForm final : private TModuleHold, public TElicomPluScaleListForm {
+public:
+    // Makes and shows the window in the frame's MDI client. Throws TWindowError.
+    explicit TModuleListForm(HWND mdiClient);
+
+private:
+    void OpenRun(TRunNumber number) override;
+    void EditScales() override;
+    void Print(std::string_view title, std::string_view dateTime, HWND grid) override;
+    void Ended() override;
+};
+
+}  // namespace tolvane
