@@ -7,7 +7,7 @@
 #include "articles/PromotionPass.h"
 #include "articles/RowCopy.h"
 #include "text/Cp1251.h"
-#include "text/UnknownError.h"
+#include "text/Failure.h"
 
 namespace tolvane {
 namespace {
@@ -36,11 +36,8 @@ std::string TArticleLoader::ErrorOf(Body body) {
     try {
         body();
         return {};
-    } catch (const std::exception& error) {
-        const std::string message = error.what();
-        return message.empty() ? std::string(kUnknownError) : message;
     } catch (...) {
-        return std::string(kUnknownError);
+        return MessageOfCurrentException();
     }
 }
 

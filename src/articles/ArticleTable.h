@@ -65,9 +65,9 @@ public:
     std::size_t MemoryUsed() const;
 
 private:
-    static constexpr std::size_t kIntegers = 3;
-    static constexpr std::size_t kFloats = 8;
-    static constexpr std::size_t kTexts = 21;
+    static constexpr std::size_t kIntegers = CountOfType(TFieldType::Integer);
+    static constexpr std::size_t kFloats = CountOfType(TFieldType::Float);
+    static constexpr std::size_t kTexts = CountOfType(TFieldType::Text);
 
     static std::size_t SlotOf(TField field, [[maybe_unused]] TFieldType type) {
         assert(FieldInfo(field).type == type);

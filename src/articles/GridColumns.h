@@ -24,7 +24,7 @@ inline constexpr int kTextWidth = 124;
 }  // namespace detail
 
 // The columns of the article grid at first start, in order; PR_ID has none.
-inline constexpr std::array<TGridColumn, 32> kGridColumns = {{
+inline constexpr auto kGridColumns = std::to_array<TGridColumn>({
     {TField::PLU_NUMB, detail::kNumberWidth, {}},
     {TField::PLU_N_NUMB, detail::kNumberWidth, "Номенкл.No"_cp1251},
     {TField::PLU_SCALE_NUMB, detail::kNumberWidth, {}},
@@ -57,7 +57,7 @@ inline constexpr std::array<TGridColumn, 32> kGridColumns = {{
     {TField::LABEL_COMMENT2, 119, {}},
     {TField::LABEL_COMMENT3, 122, {}},
     {TField::SHIPMENTNUMB, 99, {}},
-}};
+});
 
 // The column's title; the label of a field that has no column.
 inline std::string_view TitleOf(TField field) {

@@ -17,7 +17,7 @@ struct TFieldSource {
 };
 
 // Where each field comes from; the promotion fields start empty and come later.
-constexpr std::array<TFieldSource, 29> kSources = {{
+constexpr auto kSources = std::to_array<TFieldSource>({
     {PLU_NUMB, "PLU_NUMB"},
     {PLU_SCALE_NUMB, "Код за везна"_cp1251},
     {PLU_N_NUMB, "Ном.код"_cp1251},
@@ -47,7 +47,7 @@ constexpr std::array<TFieldSource, 29> kSources = {{
     {PLU_GRP_NAME, "PGRP_NAME"},
     {SHIPMENTNUMB, "SHIPMENTNUMB"},
     {PR_ID, "PR_ID"},
-}};
+});
 
 constexpr std::int32_t kNoPromotion = -1;
 

@@ -31,8 +31,8 @@ bool TakeByte(std::uint8_t byte, const TReadRequest& request, TCmdBuffer& reply)
     return isEnd;
 }
 
-std::int32_t ReadByRule(TByteReceiver& receiver, const TReadRequest& request, TClock& clock,
-                        TCmdBuffer& reply, std::string& failure) {
+std::int32_t ReceiveAnswer(TByteReceiver& receiver, const TReadRequest& request, TClock& clock,
+                           TCmdBuffer& reply, std::string& failure) {
     reply.clear();
     try {
         ReadUntilEnd(receiver, request, clock, reply);

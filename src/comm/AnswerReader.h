@@ -10,34 +10,34 @@
 
 namespace tolvane {
 
-// How one transport delivers what its peer sends; the reading rule below does the rest.
+// How one transport delivers what its peer sends. ReceiveAnswer does the rest.
 class TByteReceiver {
 public:
     virtual ~TByteReceiver() = default;
     // Throws CommException when there is no link.
     virtual void CheckConnected() = 0;
-    // Waits for the next bytes at most one slice of the transport's own length, and never longer
-    // than `limit`. The bytes stay valid until the next call; none came: an empty result. Throws
-    // CommException when the link is down, and whatever else went wrong.
+    // Waits for the next bytes, at most for one slice of the transport's own length and never
+    // longer than `limit`. The result is empty when no bytes came; its bytes stay valid until the
+    // next call. Throws CommException when the link is down, another exception for another failure.
     virtual std::span<const std::uint8_t> Receive(TMilliseconds limit) = 0;
 };
 
 // What one read waits for, and the transport's own texts.
 struct TReadRequest {
-    std::uint8_t startByte = 0;  // 0: every byte counts from the first on
+    std::uint8_t startByte = 0;  // 0: the reply begins with the first byte
     std::uint8_t endByte = 0;    // 0: collect until the time-out
     std::int32_t timeoutMs = 0;
     std::string_view timeoutText;
 };
 
-// Adds one received byte to the reply, or drops it as noise before the start byte. True: it was the
-// end byte. Throws CommException when the end byte comes before the start byte.
+// Adds one received byte to the reply, or drops it as noise before the start byte. Answers whether
+// it was the end byte. Throws CommException when the end byte comes before the start byte.
 bool TakeByte(std::uint8_t byte, const TReadRequest& request, TCmdBuffer& reply);
 
 // The reading rule of every channel: empties `reply` and reads one answer into it. Returns a result
-// code of ReadAnswer, and what went wrong in `failure` when it is not kReadOk; never throws. What
-// was read before a failure stays in `reply`.
-std::int32_t ReadByRule(TByteReceiver& receiver, const TReadRequest& request, TClock& clock,
-                        TCmdBuffer& reply, std::string& failure);
+// code of ReadAnswer; when that is not kReadOk, `failure` holds the reason. The bytes read before a
+// failure stay in `reply`. Never throws; blocks up to the time-out.
+std::int32_t ReceiveAnswer(TByteReceiver& receiver, const TReadRequest& request, TClock& clock,
+                           TCmdBuffer& reply, std::string& failure);
 
 }  // namespace tolvane

@@ -42,7 +42,7 @@ inline constexpr std::int32_t kReadTimeout = 2;
 inline constexpr std::int32_t kReadNotConnected = 3;
 inline constexpr std::int32_t kReadOtherFailure = 4;
 
-// Raised and caught inside ReadAnswer only; the code is ReadAnswer's result.
+// Thrown and caught inside the channels only. The code is ReadAnswer's result.
 class CommException : public std::runtime_error {
 public:
     CommException(std::int32_t code, const std::string& message)
@@ -71,7 +71,7 @@ public:
     // Writes all bytes at once.
     virtual bool SendData(const TCmdBuffer& Data) = 0;
     // Empties Reply and fills it with one answer, from StartByte to EndByte (0: no such marker;
-    // with no end marker it collects until the time-out). Returns one of the codes above.
+    // without an end marker it collects until the time-out). Returns one of the codes above.
     virtual std::int32_t ReadAnswer(TCmdBuffer& Reply, std::uint8_t StartByte, std::uint8_t EndByte,
                                     std::int32_t TimeoutMs) = 0;
 };

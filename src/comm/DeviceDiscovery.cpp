@@ -11,7 +11,8 @@ namespace {
 
 constexpr TMilliseconds kProbeTime{1000};
 constexpr TMilliseconds kSlice{100};
-// Room for any datagram: where one is longer than the room, systems differ in what they report.
+// Room for any datagram, because systems report a datagram that is longer than the buffer
+// differently.
 constexpr std::size_t kReceiveSize = 65536;
 
 constexpr std::array<std::uint8_t, 1> kCharacter = {'X'};

@@ -55,13 +55,13 @@ using TProbeSocketFactory = std::function<std::unique_ptr<TProbeSocket>()>;
 // A UDP socket of the system.
 std::unique_ptr<TProbeSocket> MakeProbeSocket();
 
-// Gets what one probe has found, in the order of the answers; called on the searching thread.
+// Takes what one probe has found, in the order of the answers. Called on the searching thread.
 using TProbeReport = std::function<void(const std::vector<TFoundDevice>& found)>;
 
-// Sends the three probes one after the other and collects for a second each who answers; an address
-// counts once per probe. What a probe has found is reported when it has ended, nothing when nobody
-// answered. What fails in a probe ends that probe alone. After `stop` it returns within a tenth of
-// a second and reports what it has. Any thread; throws only what `report` throws, and
+// Sends the three probes one after the other and collects the answers to each for a second; an
+// address counts once per probe. Calls `report` at the end of each probe that was answered. A
+// failure ends only the probe in which it happens. After `stop` the search returns within a tenth
+// of a second and reports what it has. Any thread; throws only what `report` throws, and
 // std::bad_alloc.
 void FindDevices(TClock& clock, const std::atomic<bool>& stop, const TProbeReport& report,
                  const TDiscoveryTarget& target = {},

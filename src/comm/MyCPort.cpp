@@ -89,7 +89,7 @@ TComPort::~TComPort() {
 }
 
 void TComPort::Open(const std::string& name, const TLineSettings& settings) {
-    // The library itself puts in front what names above COM9 need.
+    // The library adds the prefix that names above COM9 need.
     port_->port.open(name);
     try {
         SetUpSerialDriver(port_->Handle());
@@ -122,7 +122,7 @@ bool TComPort::ReadByte(std::uint8_t& byte) {
     if (BytesWaiting() == 0) return false;
     std::error_code error;
     const std::size_t count = port_->port.read_some(asio::buffer(&byte, 1), error);
-    // A port that vanished since then gives an end instead; the next look at it tells why.
+    // A port that has vanished since reports the end of a file; the next call finds the reason.
     if (error && error != asio::error::eof) throw std::system_error(error);
     return count == 1;
 }

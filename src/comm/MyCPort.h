@@ -66,8 +66,8 @@ struct TLineSettings {
     TFlowControl flowControl = fcNone;
 };
 
-// One serial port. Operations throw std::system_error with the system's error; a line setting that
-// cannot be had throws std::runtime_error.
+// One serial port. Operations throw std::system_error with the system's error; Open throws
+// std::runtime_error for a line setting that is not supported. One thread at a time.
 class TComPort {
 public:
     TComPort();
@@ -80,9 +80,9 @@ public:
     bool Connected() const;
     void PurgeBuffers();
     std::size_t BytesWaiting();
-    // True: one byte was waiting and is taken.
+    // Takes one byte that waits in the port. Answers false when there is none; never waits.
     bool ReadByte(std::uint8_t& byte);
-    // The count written.
+    // Answers how many bytes were written.
     std::size_t Write(const std::uint8_t* bytes, std::size_t count);
 
 private:

@@ -20,7 +20,8 @@ inline constexpr const char* kSocketNotConnected = "Socket is not connected.";
 inline constexpr const char* kSocketTimeout = "Read timeout occured";
 inline constexpr std::int32_t kLargestPort = 65535;
 
-// What a scale's settings name, as the socket library wants it; throws a clear message otherwise.
+// The socket library's form of an address and a port. Throws std::runtime_error with a text for the
+// user when either is invalid.
 template <class TProtocol>
 typename TProtocol::endpoint EndpointOf(const std::string& host, std::int32_t port) {
     const auto address = ParseIpV4(host);
@@ -30,8 +31,8 @@ typename TProtocol::endpoint EndpointOf(const std::string& host, std::int32_t po
     return {asio::ip::address_v4(*address), static_cast<std::uint16_t>(port)};
 }
 
-// Whether a read that ends with the error has lost its connection, rather than failed otherwise. A
-// system gives up a connection with the last thing that it heard of the network in between.
+// Whether the error of a read means that the connection is lost. A system that gives up a
+// connection reports the last error that the network has sent it.
 inline bool IsLostConnection(const std::error_code& error) {
     const std::array losses = {
         std::error_code(asio::error::eof),

@@ -14,7 +14,7 @@ constexpr const char* kTimeoutText = "Read timeour occured";
 
 }  // namespace
 
-// One byte at a time, so that what follows the end byte stays in the port.
+// Takes one byte at a time, so that the bytes after the end byte stay in the port.
 class TDevCommRS232::TReceiver : public TByteReceiver {
 public:
     explicit TReceiver(TDevCommRS232& channel) : channel_(channel) {}
@@ -76,8 +76,12 @@ std::int32_t TDevCommRS232::ReadAnswer(TCmdBuffer& Reply, std::uint8_t StartByte
                                        std::uint8_t EndByte, std::int32_t TimeoutMs) {
     TReceiver receiver(*this);
     std::string failure;
-    const std::int32_t code =
-        ReadByRule(receiver, {StartByte, EndByte, TimeoutMs, kTimeoutText}, clock_, Reply, failure);
+    const std::int32_t code = ReceiveAnswer(receiver,
+                                            {.startByte = StartByte,
+                                             .endByte = EndByte,
+                                             .timeoutMs = TimeoutMs,
+                                             .timeoutText = kTimeoutText},
+                                            clock_, Reply, failure);
     if (code != kReadOk) LastError = "[RS232] Fail receive data (" + name_ + "): " + failure;
     return code;
 }

@@ -27,7 +27,7 @@ public:
     bool IsConnected() const override;
     bool Open() override;
     void Close() override;
-    // Discards what an earlier exchange left in the line's buffers first.
+    // First discards what an earlier exchange has left in the line's buffers.
     bool SendData(const TCmdBuffer& Data) override;
     std::int32_t ReadAnswer(TCmdBuffer& Reply, std::uint8_t StartByte, std::uint8_t EndByte,
                             std::int32_t TimeoutMs) override;

@@ -104,7 +104,7 @@ bool TDevCommTCP::Open() {
     Close();
     try {
         connection_->Connect(EndpointOf<tcp>(host_, port_), clock_);
-        // A peer that hangs up at once must not leave the failure without a text.
+        // A peer may hang up at once; Open then fails with a text.
         connection_->CheckConnected();
         return true;
     } catch (const std::exception& failure) {
@@ -132,8 +132,12 @@ bool TDevCommTCP::SendData(const TCmdBuffer& Data) {
 std::int32_t TDevCommTCP::ReadAnswer(TCmdBuffer& Reply, std::uint8_t StartByte,
                                      std::uint8_t EndByte, std::int32_t TimeoutMs) {
     std::string failure;
-    const std::int32_t code = ReadByRule(
-        *connection_, {StartByte, EndByte, TimeoutMs, kSocketTimeout}, clock_, Reply, failure);
+    const std::int32_t code = ReceiveAnswer(*connection_,
+                                            {.startByte = StartByte,
+                                             .endByte = EndByte,
+                                             .timeoutMs = TimeoutMs,
+                                             .timeoutText = kSocketTimeout},
+                                            clock_, Reply, failure);
     if (code != kReadOk) LastError = Failure("read data", failure);
     return code;
 }

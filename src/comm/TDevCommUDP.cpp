@@ -82,8 +82,12 @@ bool TDevCommUDP::SendData(const TCmdBuffer& Data) {
 std::int32_t TDevCommUDP::ReadAnswer(TCmdBuffer& Reply, std::uint8_t StartByte,
                                      std::uint8_t EndByte, std::int32_t TimeoutMs) {
     std::string failure;
-    const std::int32_t code = ReadByRule(
-        *receiver_, {StartByte, EndByte, TimeoutMs, kSocketTimeout}, clock_, Reply, failure);
+    const std::int32_t code = ReceiveAnswer(*receiver_,
+                                            {.startByte = StartByte,
+                                             .endByte = EndByte,
+                                             .timeoutMs = TimeoutMs,
+                                             .timeoutText = kSocketTimeout},
+                                            clock_, Reply, failure);
     if (code != kReadOk) LastError = Failure("read data", failure);
     return code;
 }

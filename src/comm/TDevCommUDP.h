@@ -18,8 +18,8 @@ inline constexpr std::uint16_t kScaleUdpPort = 1001;
 // each, the first 100 bytes.
 class TDevCommUDP : public TDevComm {
 public:
-    // Another local port than the scales' is for tests that play both sides on one address, another
-    // `receive` for those that play the socket layer.
+    // Tests that play both sides on one address give another local port; tests that play the socket
+    // layer give another `receive`.
     explicit TDevCommUDP(TClock& clock, std::uint16_t localPort = kScaleUdpPort,
                          TDatagramReceive receive = &ReceiveDatagram);
     ~TDevCommUDP() override;
@@ -32,7 +32,7 @@ public:
     bool IsConnected() const override;
     bool Open() override;
     void Close() override;
-    // One datagram.
+    // Sends one datagram.
     bool SendData(const TCmdBuffer& Data) override;
     // One answer may span several datagrams.
     std::int32_t ReadAnswer(TCmdBuffer& Reply, std::uint8_t StartByte, std::uint8_t EndByte,

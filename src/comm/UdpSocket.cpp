@@ -50,7 +50,7 @@ void TUdpSocket::Send(std::span<const std::uint8_t> data, const std::string& hos
 
 std::optional<TReceived> TUdpSocket::Receive(std::span<std::uint8_t> buffer, TMilliseconds limit) {
     if (!WaitReadable(socket_->Handle(), limit)) return std::nullopt;
-    // A datagram that is dropped after it was announced must not make this wait.
+    // The system may announce a datagram and then drop it; this call must not wait then.
     socket_->udp.non_blocking(true);
     std::error_code error;
     const TReceived received = receive_(socket_->Handle(), buffer, error);

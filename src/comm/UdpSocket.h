@@ -20,20 +20,20 @@ using TDatagramReceive = std::function<TReceived(
 // std::system_error with the system's error. One thread at a time.
 class TUdpSocket {
 public:
-    // Another `receive` than the system's is for tests that play the socket layer.
+    // Tests that play the socket layer give another `receive`.
     explicit TUdpSocket(TDatagramReceive receive = &ReceiveDatagram);
     ~TUdpSocket();
 
-    // Takes the local port on all addresses; 0: any free one. A socket that may broadcast reaches
-    // broadcast addresses, too.
+    // Binds the local port on all addresses; 0 takes any free port. With `mayBroadcast` the socket
+    // also sends to broadcast addresses.
     void Open(std::uint16_t localPort, bool mayBroadcast);
     void Close();
     bool IsOpen() const;
-    // One datagram to a dotted IPv4 address. Throws std::runtime_error for anything else, and when
-    // the datagram was not sent whole.
+    // Sends one datagram to a dotted IPv4 address. Throws std::runtime_error for any other host and
+    // when the system has sent only a part of the datagram.
     void Send(std::span<const std::uint8_t> data, const std::string& host, std::int32_t port);
-    // Waits at most `limit` for one datagram. Nothing when none came, or only the system's word
-    // that an earlier one that was sent had reached nobody.
+    // Waits at most `limit` for one datagram. Answers nothing when none came, and when the system
+    // reports only that nobody received an earlier datagram of this socket.
     std::optional<TReceived> Receive(std::span<std::uint8_t> buffer, TMilliseconds limit);
 
 private:

@@ -68,9 +68,9 @@ std::size_t TIniDocument::AddSection(std::string line, const std::string& upperN
 // The key's line is the last one before the section's afterLastKey.
 void TIniDocument::IndexKey(std::size_t section, std::string_view upperSection,
                             std::string_view key) {
-    TKeyPlace& place = keyIndex_[KeyName(upperSection, key)];
-    place.section = section;
-    place.lines.push_back(sections_[section].afterLastKey - 1);
+    TKeyLines& found = keyIndex_[KeyName(upperSection, key)];
+    found.section = section;
+    found.lines.push_back(sections_[section].afterLastKey - 1);
 }
 
 std::string TIniDocument::Bytes() const {
@@ -86,7 +86,7 @@ bool TIniDocument::HasSection(std::string_view section) const {
     return sectionIndex_.contains(UpperCase(section));
 }
 
-const TIniDocument::TKeyPlace* TIniDocument::Find(std::string_view section,
+const TIniDocument::TKeyLines* TIniDocument::Find(std::string_view section,
                                                   std::string_view key) const {
     const auto found = keyIndex_.find(KeyName(UpperCase(section), key));
     return found == keyIndex_.end() ? nullptr : &found->second;
@@ -94,9 +94,9 @@ const TIniDocument::TKeyPlace* TIniDocument::Find(std::string_view section,
 
 std::optional<std::string> TIniDocument::Value(std::string_view section,
                                                std::string_view key) const {
-    const TKeyPlace* place = Find(section, key);
-    if (place == nullptr) return std::nullopt;
-    const std::string& line = sections_[place->section].lines[place->lines.front()];
+    const TKeyLines* found = Find(section, key);
+    if (found == nullptr) return std::nullopt;
+    const std::string& line = sections_[found->section].lines[found->lines.front()];
     if (ReadIniLine(line, encoding_).kind != TIniLineKind::Key) return std::nullopt;
     const TIniValueRange range = FindIniValue(line, encoding_);
     const std::string_view bytes(line);
@@ -121,11 +121,11 @@ bool TIniDocument::ReadBoolean(std::string_view section, std::string_view key,
 void TIniDocument::WriteText(std::string_view section, std::string_view key,
                              std::string_view value) {
     if (Value(section, key) == value) return;
-    const TKeyPlace* place = Find(section, key);
-    if (place == nullptr) {
+    const TKeyLines* found = Find(section, key);
+    if (found == nullptr) {
         AppendKey(section, key, value);
     } else {
-        ReplaceValue(*place, value);
+        ReplaceValue(*found, value);
     }
 }
 
@@ -139,8 +139,8 @@ void TIniDocument::WriteBoolean(std::string_view section, std::string_view key, 
     WriteInteger(section, key, value ? 1 : 0);
 }
 
-void TIniDocument::ReplaceValue(const TKeyPlace& place, std::string_view value) {
-    std::string& line = sections_[place.section].lines[place.lines.front()];
+void TIniDocument::ReplaceValue(const TKeyLines& found, std::string_view value) {
+    std::string& line = sections_[found.section].lines[found.lines.front()];
     std::string bytes = EncodeIni(QuoteIni(value), encoding_);
     if (ReadIniLine(line, encoding_).kind == TIniLineKind::Key) {
         const TIniValueRange range = FindIniValue(line, encoding_);
@@ -179,7 +179,7 @@ std::size_t TIniDocument::SectionForWriting(std::string_view section) {
 
 void TIniDocument::EndLine(std::string& line) const {
     if (!IniLineEnd(line, encoding_).empty()) return;
-    // A left-over odd byte would shift all units behind it.
+    // A left-over odd byte would shift all units after it.
     if (line.size() % IniUnitSize(encoding_) != 0) line += '\0';
     line += lineEnd_;
 }

@@ -16,9 +16,9 @@ namespace tolvane {
 // regard to case, the first section and key of a name win, blanks around names and values and one
 // pair of quotes around a value are dropped, lines that start with ';' are comments. A change
 // touches only the lines it must: foreign sections, keys, comments, blank lines and line ends stay
-// byte for byte, and a write of what stands there already changes nothing. Texts are code page
+// byte for byte, and writing a value that is already there changes nothing. Texts are code page
 // 1251; a file with a byte order mark of UTF-8 or UTF-16 keeps its mark and its encoding. Names
-// given here hold no '=', brackets or line ends; what would end a value's line is written as blank.
+// given here hold no '=', brackets or line ends; a line end inside a value is written as a blank.
 class TIniDocument {
 public:
     TIniDocument() : TIniDocument(std::string_view()) {}
@@ -47,7 +47,7 @@ public:
     // Removes the key's lines from the section, repeats of it too, so that it reads as missing.
     void EraseKey(std::string_view section, std::string_view key);
     // Removes the section's header and its lines, and further sections of that name likewise, which
-    // would otherwise be read in its place. Comments (lines of ';' or '#') that stand directly
+    // would otherwise be read instead. Comments (lines of ';' or '#') that stand directly
     // above the next header belong to what follows and stay.
     void EraseSection(std::string_view section);
 
@@ -57,8 +57,8 @@ private:
         std::vector<std::string> lines;
         std::size_t afterLastKey = 0;  // where a new key's line goes
     };
-    // The places of one key of the first section of a name; the first line wins.
-    struct TKeyPlace {
+    // The lines of one key in the first section of a name; the first line wins.
+    struct TKeyLines {
         std::size_t section = 0;
         std::vector<std::size_t> lines;
     };
@@ -66,9 +66,9 @@ private:
     void Load(std::string_view bytes);
     std::size_t AddSection(std::string line, const std::string& upperName);
     void IndexKey(std::size_t section, std::string_view upperSection, std::string_view key);
-    const TKeyPlace* Find(std::string_view section, std::string_view key) const;
+    const TKeyLines* Find(std::string_view section, std::string_view key) const;
     std::size_t SectionForWriting(std::string_view section);
-    void ReplaceValue(const TKeyPlace& place, std::string_view value);
+    void ReplaceValue(const TKeyLines& found, std::string_view value);
     void AppendKey(std::string_view section, std::string_view key, std::string_view value);
     void EraseLines(std::size_t section);
     void EndLine(std::string& line) const;
@@ -77,10 +77,10 @@ private:
     TIniEncoding encoding_ = TIniEncoding::Cp1251;
     std::string mark_;                // the byte order mark
     std::string lineEnd_;             // the file's usual one, as bytes of the file
-    std::vector<TSection> sections_;  // the first holds what stands before any header
+    std::vector<TSection> sections_;  // the first holds the lines before any header
     // By upper-cased names; a key's is "SECTION\nKEY".
     std::unordered_map<std::string, std::vector<std::size_t>> sectionIndex_;
-    std::unordered_map<std::string, TKeyPlace> keyIndex_;
+    std::unordered_map<std::string, TKeyLines> keyIndex_;
 };
 
 }  // namespace tolvane

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "system/FileLock.h"
+#include "system/SystemError.h"
 #include "system/TemporaryFile.h"
 #include "text/Cp1251.h"
 
@@ -17,7 +18,7 @@ TFileError ErrorOf(const path& file, std::string_view whatFailed, int number) {
     std::string text("Файлът "_cp1251);
     text += PathText(file) + ' ';
     text += whatFailed;
-    text += ": " + SystemMessage(number) + " (" + std::to_string(number) + ")";
+    text += ": " + SystemErrorText({number, std::system_category()});
     return TFileError(text);
 }
 
@@ -34,7 +35,7 @@ void RemoveLeftovers(const path& target) {
 }
 
 void Replace(const path& target, std::string_view bytes) {
-    constexpr int kTries = 3;  // somebody's clean-up may take a new file for a leftover
+    constexpr int kTries = 3;  // another program may remove a new file as a leftover
     for (int i = 0; i < kTries; ++i) {
         TTemporaryFile temporary(target);
         temporary.Write(bytes);

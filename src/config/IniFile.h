@@ -24,8 +24,8 @@ TIniDocument ReadIniFile(const std::filesystem::path& file);
 // is missing and the document empty. Temporary files that killed saves of this file left beside it
 // are removed. Throws TFileError; the old file is then untouched.
 void WriteIniFile(const std::filesystem::path& file, const TIniDocument& document);
-// Reads the file, lets `change` work on it, and writes it; others who do so wait meanwhile. Throws
-// TFileError.
+// Reads the file, calls `change`, and writes the file; other callers wait meanwhile. Throws
+// TFileError and what `change` throws.
 void UpdateIniFile(const std::filesystem::path& file,
                    const std::function<void(TIniDocument&)>& change);
 

@@ -9,7 +9,7 @@
 namespace tolvane {
 
 // How an INI file's characters are kept: bytes of code page 1251 without a byte order mark, or,
-// told by the mark, UTF-8 or UTF-16 of either byte order.
+// with the mark that says so, UTF-8 or UTF-16 of either byte order.
 enum class TIniEncoding : std::uint8_t { Cp1251, Utf8, Utf16Le, Utf16Be };
 
 // Bytes of the encoding's units, of which every line is a whole number.
@@ -37,7 +37,7 @@ enum class TIniLineKind : std::uint8_t {
     Other,    // blank, a comment, or nothing that means something
     Section,  // [name], whatever follows
     Key,      // name = value
-    BareKey   // a name alone: it has no value, but stands in front of later keys of that name
+    BareKey   // a name alone: it has no value, but hides later keys of that name
 };
 
 // What a line is; the name is in code page 1251, without the blanks around it.

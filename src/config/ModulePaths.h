@@ -5,8 +5,8 @@
 
 namespace tolvane {
 
-// Files beside the host, found from the full path of its executable. Paths are UTF-16, since a path
-// may hold what code page 1251 lacks; both '\' and '/' separate folders. Any thread.
+// Files beside the host, by the full path of its executable. Texts are UTF-16, since a path may
+// hold characters that code page 1251 lacks. Both '\' and '/' separate folders.
 
 // The module's configuration file: "Operations\Tolvane.ini" in the executable's folder.
 std::u16string ModuleConfigurationFile(std::u16string_view hostExecutable);

@@ -26,10 +26,6 @@ std::string SectionName(int slot) {
     return "SCALE" + std::to_string(slot);
 }
 
-bool IsCommType(std::int32_t code) {
-    return code == kCommSerial || code == kCommTcp || code == kCommUdp;
-}
-
 void LoadSlot(TScaleRec& rec, int slot, const TIniDocument& document) {
     const std::string section = SectionName(slot);
     rec.ScaleName = "";
@@ -49,7 +45,7 @@ void LoadSlot(TScaleRec& rec, int slot, const TIniDocument& document) {
     rec.Encoding = integer(kEncodingKey, kDefaultEncoding);
     rec.ScaleAddr = static_cast<std::uint8_t>(integer(kSerialAddressKey, 0));
     const std::int32_t commType = integer(kCommTypeKey, 0);
-    if (IsCommType(commType)) rec.CommType = static_cast<std::uint8_t>(commType);
+    if (IsKnownConnection(commType)) rec.CommType = static_cast<std::uint8_t>(commType);
 }
 
 }  // namespace
@@ -80,7 +76,7 @@ void TScaleTable::SaveSlot(int slot, TIniDocument& document) const {
     document.WriteInteger(section, kTypeKey, rec.ScaleType);
     document.WriteInteger(section, kEncodingKey, rec.Encoding);
     document.WriteInteger(section, kSerialAddressKey, rec.ScaleAddr);
-    if (IsCommType(rec.CommType)) document.WriteInteger(section, kCommTypeKey, rec.CommType);
+    if (IsKnownConnection(rec.CommType)) document.WriteInteger(section, kCommTypeKey, rec.CommType);
 }
 
 bool IsInUse(const TScaleRec& rec) {

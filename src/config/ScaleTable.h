@@ -33,9 +33,9 @@ private:
     std::array<TScaleRec, kScaleSlots> slots_{};
 };
 
-// A slot that the editor and the file keep: port, name and address are all there.
+// Whether the editor and the file keep the slot: port, name and address are set.
 bool IsInUse(const TScaleRec& rec);
-// A slot that a run can use: address and port are there.
+// Whether a run can use the slot: address and port are set.
 bool IsUsableForRuns(const TScaleRec& rec);
 
 }  // namespace tolvane

@@ -177,7 +177,7 @@ bool HasSameScales(const TScaleTable& a, const TScaleTable& b) {
 
 std::vector<int> SaveScaleChanges(const TScaleTable& known, const TScaleTable& current,
                                   TIniDocument& document) {
-    // A type of connection that the file does not know is read as the one before.
+    // Loading keeps the earlier type of connection when the file holds an unknown one.
     TScaleTable others = known;
     others.Load(document);
     if (HasSameScales(others, known)) {

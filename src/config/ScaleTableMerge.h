@@ -12,9 +12,9 @@ namespace tolvane {
 //
 // A document whose scales are still the known ones gets the whole current table. Otherwise it keeps
 // its scales, and only those that the window has added, changed, marked or removed are added,
-// changed, marked or removed there, wherever they stand now. A scale that the others have removed
-// stays so unless more than its mark was changed here; one that they have changed is not removed.
-// Where both have changed the same scale, the window's values count.
+// changed, marked or removed there, in whichever slot they are now. A scale that the others have
+// removed stays so unless more than its mark was changed here; one that they have changed is not
+// removed. Where both have changed the same scale, the window's values count.
 //
 // Gives the slots of added scales for which the document has no room; they are not saved.
 std::vector<int> SaveScaleChanges(const TScaleTable& known, const TScaleTable& current,

@@ -39,6 +39,13 @@ inline constexpr std::uint8_t kCommSerial = 0;
 inline constexpr std::uint8_t kCommTcp = 1;
 inline constexpr std::uint8_t kCommUdp = 2;
 
+constexpr bool IsNetworkConnection(std::int32_t commType) {
+    return commType == kCommTcp || commType == kCommUdp;
+}
+constexpr bool IsKnownConnection(std::int32_t commType) {
+    return commType == kCommSerial || IsNetworkConnection(commType);
+}
+
 // One configured scale; copied whole.
 struct TScaleRec {
     std::int32_t ScaleNumb = 0;  // the number that the user knows the scale by, 1 to 60
@@ -46,7 +53,7 @@ struct TScaleRec {
     TShortText<15> TCPAddress;   // dotted IPv4 address, or a serial port's name ("COM1")
     std::uint16_t TCPPort = 0;   // 0 marks an empty slot
     bool Checked = false;        // takes part in runs
-    std::uint8_t BaudRate = 0;   // index: 9600, 19200, 38400, 57600, 115200 bit/s
+    std::uint8_t BaudRate = 0;   // index into kSerialSpeeds
     std::int32_t ScaleType = 0;  // kScaleTypeEvl, kScaleTypeEts, kScaleTypeS300
     std::uint8_t CommType = 0;   // kCommSerial, kCommTcp, kCommUdp
     std::int32_t Encoding = 0;   // code table of article texts, 0 to 2

@@ -40,7 +40,7 @@ TModuleListForm::TModuleListForm(HWND mdiClient)
 }
 
 void TModuleListForm::OpenRun(TRunNumber number) {
-    ShowRunWindow(Handle(), static_cast<int>(number),
+    ShowRunWindow(Handle(), number,
                   {Session().KeepArticles(), Grid().MarkedRows(), Grid().CurrentRow(),
                    &Store().Scales(), Store().File()});
 }

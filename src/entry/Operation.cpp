@@ -14,7 +14,7 @@
 #include "settings/forms/uHint.h"
 #include "settings/forms/uScaleSettings.h"
 #include "text/Cp1251.h"
-#include "text/UnknownError.h"
+#include "text/Failure.h"
 #include "upload/forms/SetPluUnit.h"
 #include "window/InputBox.h"
 #include "window/MessageBoxes.h"
@@ -90,11 +90,12 @@ void LoadForm(TElicomPluScaleListForm& form) {
     form.FocusGrid();
 }
 
-void TellFailure(const TStartArguments& arguments, std::string_view message) noexcept {
+// Shows the exception that is being handled.
+void TellCurrentFailure(const TStartArguments& arguments) noexcept {
     try {
         std::string text(kErrorTag);
         text += '\r';
-        text += message;
+        text += MessageOfCurrentException();
         HWND owner = nullptr;
         for (const HWND window : {arguments.appHandle, arguments.mainForm}) {
             if (IsWindow(window) != 0) owner = window;
@@ -110,10 +111,8 @@ bool Try(const TStartArguments& arguments, Work work) noexcept {
     try {
         work();
         return true;
-    } catch (const std::exception& error) {
-        TellFailure(arguments, error.what());
     } catch (...) {
-        TellFailure(arguments, kUnknownError);
+        TellCurrentFailure(arguments);
     }
     return false;
 }

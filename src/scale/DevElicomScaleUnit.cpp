@@ -9,6 +9,7 @@
 #include "comm/TDevCommRS232.h"
 #include "comm/TDevCommTCP.h"
 #include "comm/TDevCommUDP.h"
+#include "config/SerialSpeeds.h"
 #include "scale/ScaleCommands.h"
 #include "scale/ScaleFrame.h"
 #include "system/SystemError.h"
@@ -33,6 +34,14 @@ constexpr std::uint8_t kVersionLength = 4;
 constexpr std::size_t kMaxPluAt = 9;
 constexpr std::size_t kModeAt = 16;
 constexpr std::int32_t kModeMask = 3;
+
+constexpr bool PortsKnowEverySpeed() {
+    for (const TSerialSpeed& speed : kSerialSpeeds) {
+        if (BaudRateOf(speed.bitsPerSecond) == brCustom) return false;
+    }
+    return true;
+}
+static_assert(PortsKnowEverySpeed());
 
 TMilliseconds RepeatPause(std::size_t attempt) {
     return attempt < kRepeatPauses.size() ? kRepeatPauses[attempt - 1] : kRepeatPauses.back();
@@ -120,7 +129,7 @@ void TElicomScale::Exchange(const TCmdBuffer& frame, TCmdBuffer& reply) {
         if (!Channel->SendData(frame)) throw TFailure("[SendData]" + Channel->LastError);
         const std::int32_t result = Channel->ReadAnswer(reply, kReplyStart, kFrameEnd, timeout);
         if (result == kReadOk) return;
-        // A scale that says nothing is not asked again; one that was misheard is.
+        // Only a wrong answer makes the driver repeat the request; silence does not.
         if (result != kReadWrongAnswer || attempt > Retries)
             throw TFailure("[ReadResponce]" + Channel->LastError);
         const TMilliseconds pause = RepeatPause(attempt);

@@ -35,7 +35,8 @@ public:
     std::int32_t ScaleType = 0;  // model code, see config/TypesUnit.h
 
     bool OpenChannel();
-    // Data: request data on entry, reply data on success; not to be used after a failure.
+    // `Data` holds the request's data before the call and the reply's data after it. After a
+    // failure its content has no meaning.
     bool SendCommand(std::uint8_t Command, TCmdBuffer& Data);
 
     bool SetWeightMode(std::int32_t& ErrCode);
@@ -43,7 +44,7 @@ public:
     // The fields are filled also when the scale answers with an error code.
     bool GetVersion(std::int32_t& ErrCode, std::int32_t& MaxPLU, std::int32_t& Mode,
                     std::string& Version);
-    // Price in currency units; Weight below 0 sends no weight field.
+    // Price in currency units; Weight in thousandths of the unit, below 0 to send no weight field.
     bool SetPrice(std::int32_t& ErrCode, std::int32_t PLU, double Price, double Weight);
     bool SetPrice(std::int32_t& ErrCode, std::int32_t PLU, double Price);
     bool SetPriceC(std::int32_t& ErrCode, std::int32_t PLU, double Price, bool Pieces,

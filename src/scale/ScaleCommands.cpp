@@ -29,7 +29,8 @@ std::uint8_t LowByte(std::int32_t number) {
     return static_cast<std::uint8_t>(number & 0xFF);
 }
 
-// Six digits, `decimals` of them behind the point; the value must fit exactly.
+// The value as six digits, `decimals` of them after the point. Throws std::runtime_error when it
+// needs more.
 std::string SixDigits(double value, int decimals) {
     const int integerDigits = static_cast<int>(kDigits) - decimals;
     if (std::isfinite(value)) {

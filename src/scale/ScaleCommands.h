@@ -9,8 +9,8 @@
 
 namespace tolvane {
 
-// One command of the scale: its code, the error code that stands when no reply was read, and what
-// its failures begin with.
+// One command of the scale: its code, the error code that is set until a reply is read, and the
+// start of its failure texts.
 struct TScaleCommand {
     std::uint8_t code;
     std::int32_t initialErrCode;

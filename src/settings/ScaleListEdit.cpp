@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "settings/ScaleSettings.h"
+#include "config/SerialSpeeds.h"
 #include "text/Cp1251.h"
 
 namespace tolvane {
@@ -49,9 +49,9 @@ TScaleDetails DetailsOf(const TScaleRec& rec) {
         details.portOrSpeedLabel = kPortLabel;
         details.portOrSpeed = std::to_string(rec.TCPPort);
     } else {
-        const bool isKnown = rec.BaudRate < kBaudRateNames.size();
+        const TSerialSpeed* speed = SerialSpeed(rec.BaudRate);
         details.portOrSpeedLabel = kSpeedLabel;
-        details.portOrSpeed = isKnown ? kBaudRateNames[rec.BaudRate] : kUnknownSpeed;
+        details.portOrSpeed = speed != nullptr ? speed->caption : kUnknownSpeed;
     }
     return details;
 }

@@ -38,10 +38,6 @@ constexpr std::array<TType, kScaleTypeNames.size()> kTypes = {
     TType{kScaleTypeS300, "(SI) - "},
 };
 
-bool IsNetwork(TTransport transport) {
-    return transport == TTransport::Tcp || transport == TTransport::Udp;
-}
-
 // The numbers that `convert` makes of the trimmed pieces between the dots, with dots; nothing when
 // it makes nothing of one.
 template <class Convert>
@@ -129,7 +125,8 @@ TTransportRules RulesOf(TTransport transport) {
 
 TSettingsFault CheckSettings(TScaleSettings& settings, std::span<const std::int32_t> listed) {
     if (IsNumberTaken(settings, listed)) return {TSettingsField::Number, false, kNumberTaken};
-    if (IsNetwork(settings.transport)) return CheckNetwork(settings);
+    if (IsNetworkConnection(static_cast<std::uint8_t>(settings.transport)))
+        return CheckNetwork(settings);
     if (settings.serialPorts.empty() || settings.serialPort < 0)
         return {TSettingsField::SerialPort, false, kNoSerialPort};
     return {};
@@ -172,8 +169,8 @@ TScaleSettings SettingsOf(const TScaleRec& rec, std::vector<std::string> serialP
     for (std::size_t i = 0; i < kTypes.size(); ++i) {
         if (kTypes[i].code == rec.ScaleType) settings.type = static_cast<int>(i);
     }
-    settings.baudRate = rec.BaudRate < kBaudRateNames.size() ? rec.BaudRate : -1;
-    if (rec.CommType == kCommTcp || rec.CommType == kCommUdp) {
+    settings.baudRate = SerialSpeed(rec.BaudRate) != nullptr ? rec.BaudRate : -1;
+    if (IsNetworkConnection(rec.CommType)) {
         settings.transport = static_cast<TTransport>(rec.CommType);
         settings.ipAddress = rec.TCPAddress.Str();
         return settings;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -9,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "config/SerialSpeeds.h"
 #include "config/TypesUnit.h"
 #include "text/Cp1251.h"
 
@@ -19,8 +21,12 @@ inline constexpr std::array<std::string_view, 3> kScaleTypeNames = {"ELICOM EVL/
                                                                     "ELICOM SI/S300"};
 inline constexpr std::array<std::string_view, 3> kEncodingNames = {"WIN-1252", "PC-855 (DOS CYR)",
                                                                    "PC-866 (RUS CYR)"};
-inline constexpr std::array<std::string_view, 5> kBaudRateNames = {
-    "9600 bps", "19200 bps", "38400 bps", "57600 bps", "115200 bps"};
+inline constexpr auto kBaudRateNames = [] {
+    std::array<std::string_view, kSerialSpeeds.size()> names;
+    for (std::size_t i = 0; i < names.size(); ++i)
+        names[i] = kSerialSpeeds[i].caption;
+    return names;
+}();
 
 inline constexpr std::int32_t kLowestScaleNumber = 1;
 inline constexpr std::int32_t kHighestScaleNumber = 60;

@@ -5,10 +5,10 @@
 
 namespace tolvane {
 
-// Keeps other programs and threads that lock the same file from changing it between its reading and
-// its writing. The constructor waits for another's lock, at most about two seconds. A lock ends
-// with this object, or with its program. Where there is none to be had (somebody keeps it for
-// longer, the folder takes no new file) the work goes on without one.
+// Keeps other programs and threads that lock the same file from changing it between reading and
+// writing. The constructor waits about two seconds at most for another program's lock. The lock
+// ends with this object, or with its program. When another program keeps its lock longer, or the
+// folder accepts no new file, the object holds no lock and the work goes on without one.
 class TFileLock {
 public:
     explicit TFileLock(const std::filesystem::path& file) noexcept;

@@ -11,7 +11,7 @@
 
 namespace tolvane {
 
-// The folder itself is locked, so that nothing is left behind in it.
+// Locks the folder itself, so that no lock file remains in it.
 TFileLock::TFileLock(const std::filesystem::path& file) noexcept {
     constexpr std::chrono::seconds kLongest(2);
     constexpr std::chrono::milliseconds kPause(2);

@@ -190,13 +190,13 @@ private:
     const TRegionalSettings& regional_;
     TTimeOfDay time_;
     bool onDial_ = false;
-    int half_ = 0;  // 0 not told, 1 before noon, 2 from noon on
+    int half_ = 0;  // 0 unknown, 1 before noon, 2 from noon on
 };
 
 constexpr std::string_view kDateLetters = "dMy";
 constexpr std::string_view kTimeLetters = "Hhmst";
 
-// Without seconds and the separator in front of them.
+// Without the seconds and the separator before them.
 TPieces WithoutSeconds(const TPieces& pieces) {
     TPieces shorter;
     for (const TPiece& piece : pieces) {

@@ -9,7 +9,7 @@
 
 namespace tolvane {
 
-// What texts of numbers, dates and times look like: the system's regional settings, or a test's.
+// The form of numbers, dates and times in texts: the system's regional settings, or a test's.
 // The patterns use the system's own letters (d, M, y, H, h, m, s, tt; quoted text is literal).
 struct TRegionalSettings {
     char decimalSeparator = ',';

@@ -5,12 +5,12 @@
 
 namespace tolvane {
 
-// What a serial port's driver does beyond opening, reading and writing; the handle is the system's.
-// All throw std::system_error.
+// What a serial port's driver does beyond opening, reading and writing. `handle` is the system's
+// handle of an open port. Each function throws std::system_error.
 
-// Driver buffers, write time-outs and the events that the driver is to watch.
+// Sets the driver's buffers, its write time-outs and the events that it watches.
 void SetUpSerialDriver(std::intptr_t handle);
-// Both directions.
+// Empties the buffers of both directions.
 void PurgeSerialBuffers(std::intptr_t handle);
 std::size_t SerialBytesWaiting(std::intptr_t handle);
 

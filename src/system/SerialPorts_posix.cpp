@@ -6,7 +6,7 @@ namespace tolvane {
 
 namespace fs = std::filesystem;
 
-// The terminals that have a device behind them, as "/dev/ttyUSB0".
+// The terminals that belong to a device, as "/dev/ttyUSB0".
 TSerialPortScan ScanSerialPorts() {
     TSerialPortScan scan;
     std::error_code error;

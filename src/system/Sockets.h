@@ -9,10 +9,11 @@
 
 namespace tolvane {
 
-// What systems do differently with sockets; a socket is the system's own handle.
+// Where systems differ in their sockets. `socket` is the system's own handle.
 
-// Keeps the system's socket library ready while it lives; counted by the system, so channels hold
-// one each. Throws std::system_error when there is none.
+// Keeps the system's socket library ready while it lives. The system counts the users of the
+// library, so each channel holds an object of its own. The constructor throws std::system_error
+// when the library does not start.
 class TSocketLibrary {
 public:
     TSocketLibrary();
@@ -29,11 +30,11 @@ bool WaitReadable(std::uintptr_t socket, TMilliseconds limit);
 // What came with one datagram.
 struct TReceived {
     std::size_t length = 0;    // as the system reports it; 0 with an error
-    std::uint32_t sender = 0;  // IPv4, most significant byte first; 0: not known
+    std::uint32_t sender = 0;  // IPv4, most significant byte first; 0: unknown
 };
 
-// Takes one datagram from a socket that does not wait, as far as the buffer holds it; the rest is
-// lost. Errors are of Asio's system category.
+// Takes one datagram from a non-blocking socket; what does not fit into the buffer is lost. `error`
+// is of Asio's system category, and clear on success.
 TReceived ReceiveDatagram(std::uintptr_t socket, std::span<std::uint8_t> buffer,
                           std::error_code& error);
 

@@ -32,7 +32,7 @@ TReceived ReceiveDatagram(std::uintptr_t socket, std::span<std::uint8_t> buffer,
     return {static_cast<std::size_t>(count), ntohl(sender.sin_addr.s_addr)};
 }
 
-// A socket that is not connected to one peer does not hear of them here.
+// Here the system does not report them to a socket that is not connected to one peer.
 void IgnoreUnreachablePeers(std::uintptr_t /*socket*/) {}
 
 }  // namespace tolvane

@@ -7,8 +7,7 @@ namespace tolvane {
 std::string FailureText(const std::exception& failure) {
     if (const auto* system = dynamic_cast<const std::system_error*>(&failure))
         return SystemErrorText(system->code());
-    if (const auto* whole = dynamic_cast<const TFailure*>(&failure)) return whole->Text();
-    return failure.what();
+    return MessageOf(failure);
 }
 
 }  // namespace tolvane

@@ -6,12 +6,14 @@
 
 namespace tolvane {
 
+// What happens to the full stop at the end of the system's words.
+enum class TFullStop { Dropped, Kept };
+
 // The system's own words for an error and its number, in code page 1251: "Connection refused
 // (111)". On Windows in the user's language; what the code page lacks becomes '?'.
-std::string SystemErrorText(const std::error_code& error);
+std::string SystemErrorText(const std::error_code& error, TFullStop fullStop = TFullStop::Dropped);
 
-// SystemErrorText of a system error, the whole text of a TFailure, otherwise the exception's own
-// message.
+// SystemErrorText of a std::system_error, MessageOf any other exception.
 std::string FailureText(const std::exception& failure);
 
 }  // namespace tolvane

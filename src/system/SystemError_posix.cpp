@@ -3,7 +3,8 @@
 
 namespace tolvane {
 
-std::string SystemErrorText(const std::error_code& error) {
+// These systems write no full stop.
+std::string SystemErrorText(const std::error_code& error, TFullStop /*fullStop*/) {
     return FromUtf8(error.message()) + " (" + std::to_string(error.value()) + ")";
 }
 

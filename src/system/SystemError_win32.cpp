@@ -10,14 +10,17 @@
 namespace tolvane {
 namespace {
 
-// The message by UTF-16: the narrow form answers in the system's code page, whichever that is.
-std::string SystemMessage(int number) {
+// Asks for UTF-16, since the narrow call answers in the system's code page, whichever that is.
+std::string SystemMessage(int number, TFullStop fullStop) {
     wchar_t text[512];
     const DWORD length = FormatMessageW(
         FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_MAX_WIDTH_MASK,
         nullptr, static_cast<DWORD>(number), 0, text, static_cast<DWORD>(std::size(text)), nullptr);
     std::u16string_view message(reinterpret_cast<const char16_t*>(text), length);
-    while (!message.empty() && (message.back() <= u' ' || message.back() == u'.'))
+    const auto isDropped = [&](char16_t c) {
+        return c <= u' ' || (c == u'.' && fullStop == TFullStop::Dropped);
+    };
+    while (!message.empty() && isDropped(message.back()))
         message.remove_suffix(1);
     return message.empty() ? std::string("System error") : FromUtf16(message);
 }
@@ -29,9 +32,9 @@ bool IsOfTheSystem(const std::error_category& category) {
 
 }  // namespace
 
-std::string SystemErrorText(const std::error_code& error) {
+std::string SystemErrorText(const std::error_code& error, TFullStop fullStop) {
     const std::string message =
-        IsOfTheSystem(error.category()) ? SystemMessage(error.value()) : error.message();
+        IsOfTheSystem(error.category()) ? SystemMessage(error.value(), fullStop) : error.message();
     return message + " (" + std::to_string(error.value()) + ")";
 }
 

@@ -11,8 +11,8 @@ namespace tolvane {
 // What writing a file atomically needs from the system. All errors are std::system_error with the
 // system's own number (errno, GetLastError).
 
-// A new file beside `target`, named after it, that is removed again unless it takes the target's
-// place. Held so that RemoveLeftovers of another program does not take it for a leftover.
+// A new file beside `target`, named after it. The destructor removes it unless it has replaced the
+// target. The file is locked meanwhile, so that another program does not remove it as a leftover.
 class TTemporaryFile {
 public:
     explicit TTemporaryFile(const std::filesystem::path& target);
@@ -25,8 +25,8 @@ public:
     const std::filesystem::path& Path() const { return path_; }
     // Writes all bytes and has the system put them on the disk.
     void Write(std::string_view bytes);
-    // Replaces the target, whose permissions stay. Answers false when somebody has removed the
-    // temporary file meanwhile; nothing has changed then.
+    // Replaces the target and keeps its permissions. Answers false, and changes nothing, when
+    // another program has removed the temporary file meanwhile.
     bool TakePlaceOfTarget();
 
 private:
@@ -39,15 +39,14 @@ private:
 
 // The file's bytes; nothing when it or its folder does not exist.
 std::optional<std::string> ReadWholeFile(const std::filesystem::path& file);
-// Fails when the file is there and may not be written. (Its folder's rights would allow to replace
-// it all the same.)
+// Throws when the file exists and must not be written, although its folder's rights would allow
+// replacing it.
 void RequireWritable(const std::filesystem::path& file);
-// The file that a link stands for, or the path itself.
+// The file that a link points to; the path itself when it is no link.
 std::filesystem::path ResolveLink(const std::filesystem::path& file);
-// Removes a temporary file of a killed save; one in use stays, and so does one that will not go.
+// Removes a temporary file of a killed save. The file stays when it is in use or cannot be removed.
 void RemoveLeftover(const std::filesystem::path& file) noexcept;
-// The system's text of an error number, and a path, in code page 1251.
-std::string SystemMessage(int error);
+// A path in code page 1251; what the code page lacks becomes '?'.
 std::string PathText(const std::filesystem::path& path);
 
 // A name of its own for each save: the target's with ".tolvane-", 16 hexadecimal digits and ".tmp".

@@ -41,14 +41,14 @@ bool IsMissing(int error) {
     return error == ENOENT || error == ENOTDIR;
 }
 
-// Best effort: some file systems refuse, and the new file stands in its place already.
+// Some file systems refuse; the new file has replaced the old one already, so that is no error.
 void FlushFolder(const path& file) {
     const path folder = file.has_parent_path() ? file.parent_path() : path(".");
     const TDescriptor descriptor(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (descriptor.IsOpen()) fsync(descriptor.Number());
 }
 
-// The owner can only be kept by who may give files away; that it fails for others is no error.
+// Only a privileged user may give files to another owner; for others the owner changes.
 void CopyPermissions(const path& from, int to) {
     struct stat old {};
     if (stat(from.c_str(), &old) != 0) return;
@@ -133,10 +133,6 @@ void RemoveLeftover(const path& file) noexcept {
     const TDescriptor descriptor(open(file.c_str(), O_WRONLY | O_NOFOLLOW | O_CLOEXEC));
     if (!descriptor.IsOpen()) return;
     if (flock(descriptor.Number(), LOCK_EX | LOCK_NB) == 0) unlink(file.c_str());
-}
-
-std::string SystemMessage(int error) {
-    return FromUtf8(std::system_category().message(error));
 }
 
 std::string PathText(const path& path) {

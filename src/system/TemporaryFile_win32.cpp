@@ -124,18 +124,6 @@ void RemoveLeftover(const path& file) noexcept {
     DeleteFileW(file.c_str());
 }
 
-std::string SystemMessage(int error) {
-    std::array<wchar_t, 512> text{};
-    const DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS,
-                                        nullptr, static_cast<DWORD>(error), 0, text.data(),
-                                        static_cast<DWORD>(text.size()), nullptr);
-    std::string message = FromUtf16(std::u16string(text.begin(), text.begin() + length));
-    while (!message.empty() && (message.back() <= ' ' && message.back() >= 0))
-        message.pop_back();
-    if (!message.empty() && message.back() == '.') message.pop_back();
-    return message;
-}
-
 std::string PathText(const path& path) {
     return FromUtf16(path.u16string());
 }

@@ -1,8 +1,12 @@
 #pragma once
 
+#include <exception>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <utility>
+
+#include "text/Cp1251.h"
 
 namespace tolvane {
 
@@ -15,5 +19,15 @@ public:
 private:
     std::string text_;
 };
+
+// Stands for the message of an exception that has none.
+inline constexpr std::string_view kUnknownError = "Неизвестна грешка"_cp1251;
+
+// The whole text of a TFailure, what() of any other exception. May be empty.
+std::string MessageOf(const std::exception& failure);
+
+// MessageOf the exception that is being handled; kUnknownError when it is no std::exception or has
+// no message. Only inside a catch block.
+std::string MessageOfCurrentException();
 
 }  // namespace tolvane

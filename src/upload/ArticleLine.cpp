@@ -17,61 +17,30 @@ std::int32_t ParseHundredths(std::string_view text, char decimalSeparator) {
     return ParseIntegerOr(digits, 0);
 }
 
+// Stores the text of one field, by the kind of its target.
+class TFieldStore {
+public:
+    TFieldStore(std::string_view text, char decimalSeparator, TPLUD& plu)
+        : text_(text), decimalSeparator_(decimalSeparator), plu_(plu) {}
+
+    void operator()(TLineInteger target) const {
+        plu_.*target.member = ParseIntegerOr(text_, target.otherwise);
+    }
+    void operator()(TLineText target) const { plu_.*target.member = text_; }
+    void operator()(TLinePrice target) const {
+        plu_.*target.hundredths = ParseHundredths(text_, decimalSeparator_);
+    }
+    void operator()(TLineFlag target) const { plu_.*target.member = ParseIntegerOr(text_, 0) > 0; }
+
+private:
+    std::string_view text_;
+    char decimalSeparator_;
+    TPLUD& plu_;
+};
+
 void ClearTexts(TPLUD& plu) {
-    for (std::string* text : {&plu.Barcode, &plu.LabelName1, &plu.LabelName2, &plu.Comment1,
-                              &plu.Comment2, &plu.Comment3, &plu.ShipmentNumber})
-        text->clear();
-}
-
-void SetInteger(std::int32_t& target, std::string_view text, std::int32_t otherwise = 0) {
-    target = ParseIntegerOr(text, otherwise);
-}
-
-void StoreField(int number, std::string_view text, char decimalSeparator, TPLUD& plu) {
-    switch (number) {
-        case 1:
-            return SetInteger(plu.ScaleNumber, text);
-        case 2:
-            plu.Barcode = text;
-            return;
-        case 3:
-            return SetInteger(plu.UnitCode, text, 1);
-        case 4:
-            return SetInteger(plu.Reserved4, text);
-        case 5:
-            return SetInteger(plu.Reserved5, text);
-        case 6:
-            plu.PriceHundredths = ParseHundredths(text, decimalSeparator);
-            return;
-        case 7:
-            return SetInteger(plu.Reserved7, text);
-        case 8:
-            return SetInteger(plu.BestBeforeDays, text);
-        case 9:
-            plu.LabelName1 = text;
-            return;
-        case 10:
-            plu.LabelName2 = text;
-            return;
-        case 11:
-            plu.Comment1 = text;
-            return;
-        case 12:
-            plu.Comment2 = text;
-            return;
-        case 13:
-            plu.Comment3 = text;
-            return;
-        case 14:
-            plu.ShipmentNumber = text;
-            return;
-        case 15:
-            plu.WholeUnits = ParseIntegerOr(text, 0) > 0;
-            return;
-        case 16:
-            return SetInteger(plu.Reserved16, text);
-        default:
-            return SetInteger(plu.ArticleNumber, text);
+    for (const TLineField& field : kLineFields) {
+        if (const auto* text = std::get_if<TLineText>(&field.target)) (plu.*text->member).clear();
     }
 }
 
@@ -91,10 +60,10 @@ bool IsForScale(std::string_view forScales, std::int32_t scaleNumber) {
 
 bool ParseArticleLine(std::string_view line, char decimalSeparator, TPLUD& plu) {
     ClearTexts(plu);
-    for (int number = 1; number <= kLineFields; ++number) {
+    for (const TLineField& field : kLineFields) {
         const std::size_t end = line.find(kLineSeparator);
         if (end == std::string_view::npos) return false;
-        StoreField(number, line.substr(0, end), decimalSeparator, plu);
+        std::visit(TFieldStore(line.substr(0, end), decimalSeparator, plu), field.target);
         line.remove_prefix(end + 1);
     }
     return true;

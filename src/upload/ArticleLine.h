@@ -2,7 +2,9 @@
 
 #include <array>
 #include <cstdint>
+#include <string>
 #include <string_view>
+#include <variant>
 
 #include "articles/ArticleFields.h"
 #include "config/TypesUnit.h"
@@ -10,10 +12,79 @@
 
 namespace tolvane {
 
-// An article line is what one article is to one scale: 17 fields of text, each followed by this
-// character. The format has no escape; the builder never lets the character into a field.
+// An article line is what one article is to one scale: the fields of kLineFields as text, each
+// followed by this character. The format has no escape; the builder never lets the character into a
+// field.
 inline constexpr char kLineSeparator = '|';
-inline constexpr int kLineFields = 17;
+
+// How the parser stores a field.
+struct TLineInteger {
+    std::int32_t TPLUD::*member;
+    std::int32_t otherwise = 0;  // for a text that is no integer
+};
+struct TLineText {
+    std::string TPLUD::*member;
+};
+struct TLinePrice {
+    std::int32_t TPLUD::*hundredths;
+};
+struct TLineFlag {
+    bool TPLUD::*member;  // true for an integer above 0
+};
+using TLineTarget = std::variant<TLineInteger, TLineText, TLinePrice, TLineFlag>;
+
+// Where the builder gets a field from.
+enum class TLineSource : std::uint8_t {
+    Zero,          // always "0"
+    ArticleField,  // the article's field as it is
+    Barcode,
+    UnitCode,
+    Price,
+    BestBefore,
+    Name1,
+    Name2,
+    WholeUnits,
+};
+
+struct TLineField {
+    TLineTarget target;
+    TLineSource source = TLineSource::Zero;
+    TField field = TField::PLU_NUMB;  // of an ArticleField
+};
+
+// The fields of a line, in order; the builder and the parser both follow this table.
+inline constexpr auto kLineFields = std::to_array<TLineField>({
+    {.target = TLineInteger{&TPLUD::ScaleNumber},
+     .source = TLineSource::ArticleField,
+     .field = TField::PLU_SCALE_NUMB},
+    {.target = TLineText{&TPLUD::Barcode}, .source = TLineSource::Barcode},
+    {.target = TLineInteger{.member = &TPLUD::UnitCode, .otherwise = 1},
+     .source = TLineSource::UnitCode},
+    {.target = TLineInteger{&TPLUD::Reserved4}},
+    {.target = TLineInteger{&TPLUD::Reserved5}},
+    {.target = TLinePrice{&TPLUD::PriceHundredths}, .source = TLineSource::Price},
+    {.target = TLineInteger{&TPLUD::Reserved7}},
+    {.target = TLineInteger{&TPLUD::BestBeforeDays}, .source = TLineSource::BestBefore},
+    {.target = TLineText{&TPLUD::LabelName1}, .source = TLineSource::Name1},
+    {.target = TLineText{&TPLUD::LabelName2}, .source = TLineSource::Name2},
+    {.target = TLineText{&TPLUD::Comment1},
+     .source = TLineSource::ArticleField,
+     .field = TField::LABEL_COMMENT1},
+    {.target = TLineText{&TPLUD::Comment2},
+     .source = TLineSource::ArticleField,
+     .field = TField::LABEL_COMMENT2},
+    {.target = TLineText{&TPLUD::Comment3},
+     .source = TLineSource::ArticleField,
+     .field = TField::LABEL_COMMENT3},
+    {.target = TLineText{&TPLUD::ShipmentNumber},
+     .source = TLineSource::ArticleField,
+     .field = TField::SHIPMENTNUMB},
+    {.target = TLineFlag{&TPLUD::WholeUnits}, .source = TLineSource::WholeUnits},
+    {.target = TLineInteger{&TPLUD::Reserved16}},
+    {.target = TLineInteger{&TPLUD::ArticleNumber},
+     .source = TLineSource::ArticleField,
+     .field = TField::PLU_NUMB},
+});
 
 // Item indexes of the run window's choices.
 struct TLineChoices {
@@ -24,28 +95,29 @@ struct TLineChoices {
 
 inline constexpr int kRetailPrice = 0;
 inline constexpr int kWholesalePrice = 1;
-inline constexpr std::array<std::string_view, 2> kPriceCaptions = {
-    "ПРОДАЖНА ЦЕНА ДРЕБНО (ЛВ)"_cp1251, "ПРОДАЖНА ЦЕНА ЕДРО (ЛВ)"_cp1251};
+inline constexpr auto kPriceCaptions = std::to_array<std::string_view>(
+    {"ПРОДАЖНА ЦЕНА ДРЕБНО (ЛВ)"_cp1251, "ПРОДАЖНА ЦЕНА ЕДРО (ЛВ)"_cp1251});
 
-// What a label name may be taken from.
+// The article field that gives a label name, and its caption in the run window.
 struct TNameChoice {
     std::string_view caption;
     TField field;
 };
-inline constexpr std::array<TNameChoice, 4> kNameChoices = {{
+inline constexpr auto kNameChoices = std::to_array<TNameChoice>({
     {"КАСОВО ИМЕ"_cp1251, TField::PLU_ECR_NAME},
     {"ИМЕ"_cp1251, TField::PLU_NAME},
     {"ЕТИКЕТНО ИМЕ"_cp1251, TField::PLU_FOREGHN_NAME},
     {"АРТИКУЛЕН НОМЕР"_cp1251, TField::PLU_NUMB},
-}};
+});
 
-// Whether a comma-separated list of scale numbers names the scale or holds 0, which means every
-// scale. The list is read from the left up to the answer; a part that is no integer ends it with
-// no.
+// Whether a comma-separated list of scale numbers names the scale, or holds 0, which means every
+// scale. Reads the list from the left and stops at the first part that is no integer: what follows
+// it does not count.
 bool IsForScale(std::string_view forScales, std::int32_t scaleNumber);
 
-// Fills `plu` (its texts are emptied first) and answers whether all 17 fields were there; without
-// them the fields up to the missing one are set. A field that is no number takes its default.
+// Empties the texts of `plu` and fills it field by field. Answers whether the line has all fields;
+// when one is missing, the fields before it are set and the others keep their values. A field that
+// should be a number and is not takes its default. Text after the last field is ignored.
 bool ParseArticleLine(std::string_view line, char decimalSeparator, TPLUD& plu);
 
 }  // namespace tolvane

@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::size_t kBarcodeLength = 5;
 constexpr std::int32_t kLongestBestBefore = 365;
-// Stands in a text for the character that ends a field.
+// Replaces the separator inside a text.
 constexpr char kSeparatorSubstitute = '/';
 
 constexpr std::string_view kIgnored = "  ->> и ще бъде игнориран"_cp1251;
@@ -61,36 +61,70 @@ void TArticleLineBuilder::Build(const std::vector<TRowId>& rows, std::int32_t sc
 std::string TArticleLineBuilder::BuildLine(TRowId row, std::int32_t scaleNumber) const {
     if (!IsForScale(articles_.Text(row, TField::PLU_FORSCALES), scaleNumber)) return {};
 
-    // A barcode with the separator in it cannot be carried; with another character in its place it
-    // would be another barcode.
-    const std::string_view barcode = articles_.Text(row, TField::PLU_BARCODE);
-    if (barcode.size() != kBarcodeLength || barcode.find(kLineSeparator) != barcode.npos) {
-        LogSkipped(row, " няма коректен баркод"_cp1251, {}, kIgnored);
-        return {};
+    std::string line;
+    for (const TLineField& field : kLineFields) {
+        if (!AppendField(row, field, line)) return {};
+        line += kLineSeparator;
     }
-    const std::int64_t onlyWhole = IntegerOf(row, TField::PRIMARYUNIT_ONLY_INT);
+    return line;
+}
 
-    std::string line = std::to_string(articles_.Integer(row, TField::PLU_SCALE_NUMB));
-    line.append(1, kLineSeparator).append(barcode).append(1, kLineSeparator);
-    line += std::to_string(std::max<std::int64_t>(onlyWhole, 0) + 1) + "|0|0|";
+bool TArticleLineBuilder::AppendField(TRowId row, const TLineField& field,
+                                      std::string& line) const {
+    switch (field.source) {
+        case TLineSource::Zero:
+            line += '0';
+            return true;
+        case TLineSource::ArticleField:
+            AppendArticleField(row, field.field, line);
+            return true;
+        case TLineSource::Barcode:
+            return AppendBarcode(row, line);
+        case TLineSource::UnitCode:
+            line += std::to_string(
+                std::max<std::int64_t>(IntegerOf(row, TField::PRIMARYUNIT_ONLY_INT), 0) + 1);
+            return true;
+        case TLineSource::Price:
+            return AppendPrice(row, line);
+        case TLineSource::BestBefore:
+            AppendBestBefore(row, line);
+            return true;
+        case TLineSource::Name1:
+            return AppendName(row, choices_.name1, line);
+        case TLineSource::Name2:
+            return AppendName(row, choices_.name2, line);
+        case TLineSource::WholeUnits:
+            line += IntegerOf(row, TField::PRIMARYUNIT_ONLY_INT) < 1 ? '0' : '1';
+            return true;
+    }
+    return true;
+}
 
+bool TArticleLineBuilder::AppendBarcode(TRowId row, std::string& line) const {
+    const std::string_view barcode = articles_.Text(row, TField::PLU_BARCODE);
+    line += barcode;
+    // A barcode that holds the separator cannot be carried: with another character instead it would
+    // be another barcode.
+    if (barcode.size() == kBarcodeLength && barcode.find(kLineSeparator) == barcode.npos)
+        return true;
+    LogSkipped(row, " няма коректен баркод"_cp1251, {}, kIgnored);
+    return false;
+}
+
+bool TArticleLineBuilder::AppendPrice(TRowId row, std::string& line) const {
     const double price = Price(row);
     if (price == 0.0) {
         LogSkipped(row, " има нулева "_cp1251, CaptionAt(kPriceCaptions, choices_.price),
                    kNotMarkable);
-        return {};
+        return false;
     }
-    const std::int32_t bestBefore = IntegerOf(row, TField::LABEL_BESTBEFORE);
-    line += FormatFixed(price, 1, 2, regional_.decimalSeparator) + "|0|";
-    line += std::to_string(bestBefore > kLongestBestBefore ? 0 : bestBefore) + kLineSeparator;
+    line += FormatFixed(price, 1, 2, regional_.decimalSeparator);
+    return true;
+}
 
-    if (!AppendName(row, choices_.name1, line) || !AppendName(row, choices_.name2, line)) return {};
-    for (const TField field : {TField::LABEL_COMMENT1, TField::LABEL_COMMENT2,
-                               TField::LABEL_COMMENT3, TField::SHIPMENTNUMB})
-        AppendText(row, field, line);
-    line += onlyWhole < 1 ? "0|0|" : "1|0|";
-    line += std::to_string(articles_.Integer(row, TField::PLU_NUMB)) + kLineSeparator;
-    return line;
+void TArticleLineBuilder::AppendBestBefore(TRowId row, std::string& line) const {
+    const std::int32_t days = IntegerOf(row, TField::LABEL_BESTBEFORE);
+    line += std::to_string(days > kLongestBestBefore ? 0 : days);
 }
 
 double TArticleLineBuilder::Price(TRowId row) const {
@@ -108,7 +142,7 @@ double TArticleLineBuilder::Price(TRowId row) const {
 
 std::int32_t TArticleLineBuilder::IntegerOf(TRowId row, TField field) const {
     const std::string_view text = articles_.Text(row, field);
-    // The database had no value: an article without a unit of measure.
+    // The database has no value for an article without a unit of measure.
     if (text.empty()) return 0;
     if (const std::optional<std::int32_t> number = ParseInteger(text)) return *number;
     throw std::runtime_error(Joined({"Артикул \""_cp1251, articles_.Text(row, TField::PLU_NAME),
@@ -119,22 +153,21 @@ std::int32_t TArticleLineBuilder::IntegerOf(TRowId row, TField field) const {
 bool TArticleLineBuilder::AppendName(TRowId row, int choice, std::string& line) const {
     const std::size_t before = line.size();
     const bool known = !CaptionAt(kNameChoices, choice).empty();
-    if (known) AppendText(row, kNameChoices[static_cast<std::size_t>(choice)].field, line);
-    if (line.size() > before + 1) return true;
+    if (known) AppendArticleField(row, kNameChoices[static_cast<std::size_t>(choice)].field, line);
+    if (line.size() > before) return true;
     LogSkipped(row, " няма коректно "_cp1251, CaptionAt(kNameChoices, choice), kIgnored);
     return false;
 }
 
-void TArticleLineBuilder::AppendText(TRowId row, TField field, std::string& line) const {
-    const std::size_t before = line.size();
+void TArticleLineBuilder::AppendArticleField(TRowId row, TField field, std::string& line) const {
     if (FieldInfo(field).type == TFieldType::Integer) {
         line += std::to_string(articles_.Integer(row, field));
-    } else {
-        line += articles_.Text(row, field);
+        return;
     }
+    const std::size_t before = line.size();
+    line += articles_.Text(row, field);
     std::replace(line.begin() + static_cast<std::ptrdiff_t>(before), line.end(), kLineSeparator,
                  kSeparatorSubstitute);
-    line += kLineSeparator;
 }
 
 void TArticleLineBuilder::LogSkipped(TRowId row, std::string_view reason, std::string_view caption,

@@ -17,8 +17,8 @@ namespace tolvane {
 // Takes one line of the run log, code page 1251.
 using TLogLine = std::function<void(std::string_view)>;
 
-// Turns articles into article lines for one scale at a time. The table must not change meanwhile;
-// any thread.
+// Makes article lines for one scale at a time. The table outlives the builder and does not change
+// meanwhile. Calls `log` on the caller's thread. One thread at a time.
 class TArticleLineBuilder {
 public:
     TArticleLineBuilder(const TArticleTable& articles, TLineChoices choices,
@@ -29,14 +29,22 @@ public:
     // std::runtime_error when a field that must be an integer holds something else.
     void Build(const std::vector<TRowId>& rows, std::int32_t scaleNumber,
                std::vector<std::string>& lines) const;
-    // One article's line; empty when the article is left out.
+    // One article's line; empty when the article is left out. Throws as Build does.
     std::string BuildLine(TRowId row, std::int32_t scaleNumber) const;
 
 private:
-    double Price(TRowId row) const;
-    std::int32_t IntegerOf(TRowId row, TField field) const;
+    // Each appends a field's text without its separator. False: the article is left out, and the
+    // reason is logged.
+    bool AppendField(TRowId row, const TLineField& field, std::string& line) const;
+    bool AppendBarcode(TRowId row, std::string& line) const;
+    bool AppendPrice(TRowId row, std::string& line) const;
     bool AppendName(TRowId row, int choice, std::string& line) const;
-    void AppendText(TRowId row, TField field, std::string& line) const;
+    void AppendBestBefore(TRowId row, std::string& line) const;
+    void AppendArticleField(TRowId row, TField field, std::string& line) const;
+
+    double Price(TRowId row) const;
+    // Throws std::runtime_error for a text that is no integer; an empty one is 0.
+    std::int32_t IntegerOf(TRowId row, TField field) const;
     void LogSkipped(TRowId row, std::string_view reason, std::string_view caption,
                     std::string_view consequence) const;
 

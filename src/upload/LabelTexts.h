@@ -9,8 +9,9 @@
 
 namespace tolvane {
 
-// One text parameter of an article in a scale: which, what it holds, and which scales get it. The
-// scales are sets of label modes, bit n standing for mode n.
+// One text parameter of an article in a scale: its number, its content, and the scales that take
+// it. For each model there is a set of label modes: bit n is set when a scale in mode n takes the
+// text.
 struct TLabelText {
     std::int32_t parameter;
     std::string_view label;  // in error texts, code page 1251

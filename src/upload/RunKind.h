@@ -3,29 +3,51 @@
 #include <array>
 #include <string_view>
 
+#include "config/RunNumber.h"
 #include "text/Cp1251.h"
 
 namespace tolvane {
 
-// What a menu command asks the run window for.
+// How the run window looks and what its save button starts, by run number.
 struct TRunKind {
-    int number;  // of the command
-    std::string_view caption;
-    bool markedOnly;
-    bool write;  // else the articles are deleted
+    TRunNumber number;
+    std::string_view caption;  // of the window, code page 1251
+    bool markedOnly;           // else all articles
+    bool write;                // else the articles are deleted
     bool saveVisible;
     std::string_view saveCaption;
 };
 
-inline constexpr std::array<TRunKind, 4> kRunKinds = {{
-    {1, "Запис на избраните артикули във везните"_cp1251, true, true, true, "Запис"_cp1251},
-    {2, "Запис на всички артикули във везните"_cp1251, false, true, true, "Запис"_cp1251},
-    {3, "Изтриване на избраните артикули от везните"_cp1251, true, false, true, "Изтрий"_cp1251},
-    {4, "Изтриване на всички артикули от везните"_cp1251, false, false, false, "Изтрий"_cp1251},
-}};
+inline constexpr auto kRunKinds = std::to_array<TRunKind>({
+    {.number = TRunNumber::SaveMarked,
+     .caption = "Запис на избраните артикули във везните"_cp1251,
+     .markedOnly = true,
+     .write = true,
+     .saveVisible = true,
+     .saveCaption = "Запис"_cp1251},
+    {.number = TRunNumber::SaveAll,
+     .caption = "Запис на всички артикули във везните"_cp1251,
+     .markedOnly = false,
+     .write = true,
+     .saveVisible = true,
+     .saveCaption = "Запис"_cp1251},
+    {.number = TRunNumber::DeleteMarked,
+     .caption = "Изтриване на избраните артикули от везните"_cp1251,
+     .markedOnly = true,
+     .write = false,
+     .saveVisible = true,
+     .saveCaption = "Изтрий"_cp1251},
+    {.number = TRunNumber::DeleteAll,
+     .caption = "Изтриване на всички артикули от везните"_cp1251,
+     .markedOnly = false,
+     .write = false,
+     .saveVisible = false,
+     .saveCaption = "Изтрий"_cp1251},
+});
 
-// Null when there is no such command.
-constexpr const TRunKind* RunKind(int number) {
+// Null for a number outside the table: the number comes from a window's command, which other
+// programs can send too.
+constexpr const TRunKind* RunKind(TRunNumber number) {
     for (const TRunKind& kind : kRunKinds) {
         if (kind.number == number) return &kind;
     }

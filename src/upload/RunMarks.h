@@ -6,17 +6,17 @@
 #include <vector>
 
 #include "config/ScaleTable.h"
-#include "upload/ScaleRun.h"
+#include "config/TypesUnit.h"
 
 namespace tolvane {
 
-// The check marks of ScaleList while a run works, by item: the window sets them, the run reads each
-// one when the item's turn comes. Any thread.
+// The check marks of ScaleList during a run, by item. The window sets them; the run reads each mark
+// when it comes to the item. Any thread.
 class TRunMarks {
 public:
-    explicit TRunMarks(const std::vector<TRunItem>& items) noexcept {
+    explicit TRunMarks(const std::vector<TScaleObj>& items) noexcept {
         for (std::size_t i = 0; i < items.size(); ++i)
-            Set(i, items[i].checked);
+            Set(i, items[i].Rec.Checked);
     }
 
     // An index without an item does nothing.

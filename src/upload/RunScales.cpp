@@ -2,15 +2,15 @@
 
 namespace tolvane {
 
-std::vector<TRunItem> RunItems(const TScaleTable& scales) {
-    std::vector<TRunItem> items;
+std::vector<TScaleObj> RunItems(const TScaleTable& scales) {
+    std::vector<TScaleObj> items;
     for (int slot = 1; slot <= kScaleSlots; ++slot) {
-        if (IsUsableForRuns(scales[slot])) items.push_back({scales[slot], scales[slot].Checked});
+        if (IsUsableForRuns(scales[slot])) items.push_back({scales[slot]});
     }
     return items;
 }
 
-void StoreRunItems(const std::vector<TRunItem>& items, TScaleTable& scales) {
+void StoreRunItems(const std::vector<TScaleObj>& items, TScaleTable& scales) {
     if (items.empty()) return;
     for (int slot = 1; slot <= kScaleSlots; ++slot) {
         scales[slot].ScaleName = "";
@@ -18,10 +18,9 @@ void StoreRunItems(const std::vector<TRunItem>& items, TScaleTable& scales) {
         scales[slot].TCPPort = 0;
     }
     int slot = 0;
-    for (const TRunItem& item : items) {
+    for (const TScaleObj& item : items) {
         if (++slot > kScaleSlots) return;
-        scales[slot] = item.rec;
-        scales[slot].Checked = item.checked;
+        scales[slot] = item.Rec;
     }
 }
 

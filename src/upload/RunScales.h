@@ -3,14 +3,15 @@
 #include <vector>
 
 #include "config/ScaleTable.h"
-#include "upload/ScaleRun.h"
+#include "config/TypesUnit.h"
 
 namespace tolvane {
 
-// The items of ScaleList: the slots that a run can use, in order, each with the slot's check mark.
-std::vector<TRunItem> RunItems(const TScaleTable& scales);
-// Puts the items back, one after another from slot 1 on, with their check marks; the slots behind
-// them become empty. Without any item the table stays as it is.
-void StoreRunItems(const std::vector<TRunItem>& items, TScaleTable& scales);
+// The items of ScaleList: the slots that a run can use, in slot order. Rec.Checked is the check
+// mark.
+std::vector<TScaleObj> RunItems(const TScaleTable& scales);
+// Puts the items, with their check marks, into the slots from 1 on; the slots after them become
+// empty. Items beyond the last slot are left out. Without any item the table stays as it is.
+void StoreRunItems(const std::vector<TScaleObj>& items, TScaleTable& scales);
 
 }  // namespace tolvane

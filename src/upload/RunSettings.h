@@ -11,7 +11,7 @@ namespace tolvane {
 // What the run window keeps in section SCALESETTINGS of the configuration file.
 struct TRunSettings {
     TLineChoices choices;
-    std::optional<TWindowPlace> place;  // nothing until the window was closed once
+    std::optional<TWindowPlace> place;  // nothing before the window is closed for the first time
 };
 
 // A choice that is missing or out of its range takes its default.

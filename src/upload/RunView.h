@@ -5,21 +5,21 @@
 
 namespace tolvane {
 
-// What a run shows, in the order of a run on one thread. Called on the run's thread. Texts are code
-// page 1251.
+// Shows what a run does. The run calls it on its own thread, in the order of its steps. Texts are
+// code page 1251.
 class TRunView {
 public:
     virtual ~TRunView() = default;
 
     virtual void ClearLog() = 0;
-    // One entry at the log's end. A scale's failure may hold a line break of its own.
+    // Adds one entry at the log's end. The text of a scale's failure may hold a line break.
     virtual void Log(std::string line) = 0;
     // ReadPropLabel: the connection of the scale in work.
     virtual void SetConnection(std::string text) = 0;
     // lblStatus: what is being done.
     virtual void SetProgress(std::string text) = 0;
     // During a run StopReadBtn is enabled and SaveBtn, OkBtn, DeleteBtn and ScaleList are disabled;
-    // at rest the other way round; that is the last that a run without an error tells.
+    // at rest it is the other way round. A run without an error ends with SetRunning(false).
     virtual void SetRunning(bool running) = 0;
     // cbPluName1, cbPluName2 and PriceRadio.
     virtual void SetChoicesEnabled(bool enabled) = 0;
@@ -27,13 +27,13 @@ public:
     virtual void ShowRunError(std::string text) = 0;
 };
 
-// How the interface thread ends a run: read between articles, and before a scale is put into
-// programming mode. Any thread.
+// How the interface thread ends a run. The run reads it between articles and before it puts a scale
+// into programming mode. Any thread.
 class TRunStop {
 public:
-    // The user's stop: ends the pass over a scale. A run takes it back when it begins.
+    // The user's stop: ends the pass over a scale. A run that begins takes the stop back.
     void Stop() noexcept { stopped_ = true; }
-    // The window goes: ends the whole run, for good.
+    // The window closes: ends the whole run. Cannot be taken back.
     void Abandon() noexcept { abandoned_ = true; }
 
     bool IsStopped() const noexcept { return stopped_ || abandoned_; }

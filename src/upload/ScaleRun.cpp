@@ -1,13 +1,14 @@
 #include "upload/ScaleRun.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <exception>
 #include <string_view>
 #include <utility>
 
+#include "config/SerialSpeeds.h"
 #include "text/Cp1251.h"
+#include "text/Failure.h"
 #include "upload/ArticleLineBuilder.h"
 #include "upload/RunMarks.h"
 
@@ -16,16 +17,7 @@ namespace {
 
 constexpr std::string_view kSeparatorLine = "-----------------------------------------";
 
-bool IsKnownConnection(const TScaleRec& rec) {
-    return rec.CommType == kCommSerial || rec.CommType == kCommTcp || rec.CommType == kCommUdp;
-}
-
-std::string_view SpeedText(std::uint8_t baudRate) {
-    // 57600 bit/s reads 576000, as users know it.
-    constexpr std::array<std::string_view, 5> kSpeeds = {"9600 bps", "19200 bps", "38400 bps",
-                                                         "576000 bps", "115200 bps"};
-    return baudRate < kSpeeds.size() ? kSpeeds[baudRate] : "N/A";
-}
+constexpr std::string_view kUnknownSpeed = "N/A";
 
 }  // namespace
 
@@ -36,8 +28,9 @@ std::string ConnectionText(const TScaleRec& rec) {
     text.resize(std::min(text.size(), kHostLength));
     if (rec.CommType == kCommSerial) {
         text += " Скорост: "_cp1251;
-        text += SpeedText(rec.BaudRate);
-    } else if (IsKnownConnection(rec)) {
+        const TSerialSpeed* speed = SerialSpeed(rec.BaudRate);
+        text += speed != nullptr ? speed->runCaption : kUnknownSpeed;
+    } else if (IsNetworkConnection(rec.CommType)) {
         text += " Порт: "_cp1251;
         text += std::to_string(rec.TCPPort);
     }
@@ -56,15 +49,15 @@ void TScaleRun::Guarded(Body body) noexcept {
     try {
         try {
             body();
-        } catch (const std::exception& error) {
-            view_.ShowRunError(error.what());
+        } catch (const std::exception&) {
+            view_.ShowRunError(MessageOfCurrentException());
         }
-    } catch (...) {  // NOLINT(bugprone-empty-catch): the view cannot be told
+    } catch (...) {  // NOLINT(bugprone-empty-catch): nothing else can show the error
     }
     session_.Close();
 }
 
-bool TScaleRun::BeginLog(const std::vector<TRunItem>& items) {
+bool TScaleRun::BeginLog(const std::vector<TScaleObj>& items) {
     view_.ClearLog();
     if (!items.empty()) return true;
     view_.Log(std::string("Не е дефинирана нито една везна."_cp1251));
@@ -86,7 +79,7 @@ void TScaleRun::LogStart(const std::string& name) {
 
 bool TScaleRun::Connect(const TScaleRec& rec) {
     view_.SetConnection(ConnectionText(rec));
-    if (!IsKnownConnection(rec)) {
+    if (!IsKnownConnection(rec.CommType)) {
         session_.LastError = "Невалиден тип на комуникация с везна."_cp1251;
         return false;
     }
@@ -95,7 +88,7 @@ bool TScaleRun::Connect(const TScaleRec& rec) {
     return true;
 }
 
-void TScaleRun::RunListed(const std::vector<TRunItem>& items, const TRunArticles& articles,
+void TScaleRun::RunListed(const std::vector<TScaleObj>& items, const TRunArticles& articles,
                           TLineChoices choices, bool write) noexcept {
     Guarded([&] {
         if (!BeginLog(items)) return;
@@ -103,10 +96,10 @@ void TScaleRun::RunListed(const std::vector<TRunItem>& items, const TRunArticles
         view_.SetChoicesEnabled(false);
         view_.SetRunning(true);
         bool anyChecked = false;
-        for (const TRunItem& item : items) {
-            if (!item.checked || stop_.IsAbandoned()) continue;
+        for (const TScaleObj& item : items) {
+            if (!item.Rec.Checked || stop_.IsAbandoned()) continue;
             anyChecked = true;
-            ListedInScale(item.rec, articles, choices, write);
+            ListedInScale(item.Rec, articles, choices, write);
         }
         EndLog(anyChecked || stop_.IsAbandoned());
         view_.SetChoicesEnabled(true);
@@ -128,8 +121,8 @@ void TScaleRun::ListedInScale(const TScaleRec& rec, const TRunArticles& articles
     if (succeeded && write) {
         succeeded = session_.ProcessUpload(lines, rec);
     } else if (succeeded && !lines.empty()) {
-        // ProcessDelete takes no lines for every article; here they mean that nothing is listed
-        // for this scale.
+        // Without lines ProcessDelete would delete every article; here no lines mean that no
+        // article of the run is for this scale.
         succeeded = session_.ProcessDelete(lines);
     }
     session_.Close();
@@ -142,7 +135,7 @@ void TScaleRun::ListedInScale(const TScaleRec& rec, const TRunArticles& articles
     view_.Log({});
 }
 
-void TScaleRun::RunDeleteEverything(const std::vector<TRunItem>& items,
+void TScaleRun::RunDeleteEverything(const std::vector<TScaleObj>& items,
                                     const TRunMarks& marks) noexcept {
     Guarded([&] {
         if (!BeginLog(items)) return;
@@ -150,7 +143,7 @@ void TScaleRun::RunDeleteEverything(const std::vector<TRunItem>& items,
         for (std::size_t i = 0; i < items.size(); ++i) {
             if (!marks.IsSet(i) || stop_.IsAbandoned()) continue;
             anyChecked = true;
-            EverythingInScale(items[i].rec);
+            EverythingInScale(items[i].Rec);
         }
         EndLog(anyChecked || stop_.IsAbandoned());
         view_.SetRunning(false);
@@ -160,8 +153,7 @@ void TScaleRun::RunDeleteEverything(const std::vector<TRunItem>& items,
 void TScaleRun::EverythingInScale(const TScaleRec& rec) {
     const std::string name = rec.ScaleName.Str();
     LogStart(name);
-    // Each scale begins with the stop taken back; one that comes while it is being connected
-    // counts.
+    // Each scale begins without a stop. A stop during the connecting counts for this scale.
     stop_.TakeBack();
     bool succeeded = Connect(rec);
     if (succeeded) {

@@ -15,12 +15,6 @@
 
 namespace tolvane {
 
-// One item of ScaleList, with its check mark.
-struct TRunItem {
-    TScaleRec rec;
-    bool checked = false;
-};
-
 class TRunMarks;
 
 // The articles of a run: a table that does not change while the run lives, and its rows in order.
@@ -29,26 +23,27 @@ struct TRunArticles {
     std::vector<TRowId> rows;
 };
 
-// Works through the checked scales, one after another, and tells the view each step. Runs on the
-// caller's thread, made for a worker; nothing is thrown: an error outside the scale layer goes to
-// TRunView::ShowRunError and ends the run.
+// Works through the checked scales, one after another, and shows each step in the view. Runs on the
+// caller's thread, which should be a worker: it blocks for all exchanges and pauses. Throws
+// nothing: an error outside the scale layer goes to TRunView::ShowRunError and ends the run.
 class TScaleRun {
 public:
     TScaleRun(TScaleFactory& factory, TClock& clock, TRunView& view, TRunStop& stop,
               const TRegionalSettings& regional);
 
-    // SaveBtn: writes the articles (write) or deletes them. The items' marks stand as they are.
-    void RunListed(const std::vector<TRunItem>& items, const TRunArticles& articles,
+    // SaveBtn: writes the articles, or deletes them when `write` is false. Takes the items whose
+    // Rec.Checked is set.
+    void RunListed(const std::vector<TScaleObj>& items, const TRunArticles& articles,
                    TLineChoices choices, bool write) noexcept;
-    // DeleteBtn: deletes every article of the scales. Until the first scale is connected the user
-    // may change the marks, so `marks` decides, for each item when its turn comes.
-    void RunDeleteEverything(const std::vector<TRunItem>& items, const TRunMarks& marks) noexcept;
+    // DeleteBtn: deletes every article of the scales. The user may change the marks until the first
+    // scale is connected, so the run reads `marks` when it comes to an item, not Rec.Checked.
+    void RunDeleteEverything(const std::vector<TScaleObj>& items, const TRunMarks& marks) noexcept;
 
 private:
     template <class Body>
     void Guarded(Body body) noexcept;
-    // Clears the log; false, with the reason logged, when there is no scale at all.
-    bool BeginLog(const std::vector<TRunItem>& items);
+    // Clears the log. Answers false and logs the reason when the list holds no scale.
+    bool BeginLog(const std::vector<TScaleObj>& items);
     void EndLog(bool anyChecked);
     void LogStart(const std::string& name);
     // Sets the connection line and opens the scale; a failure is in session_.LastError.
@@ -63,8 +58,8 @@ private:
     TScaleSession session_;
 };
 
-// The connection of a scale as ReadPropLabel shows it; only the host for an unknown kind of
-// connection.
+// The connection of a scale as ReadPropLabel shows it: the host and the port or speed. Only the
+// host when the connection type is unknown.
 std::string ConnectionText(const TScaleRec& rec);
 
 }  // namespace tolvane

@@ -1,22 +1,21 @@
 #include "upload/ScaleSession.h"
 
-#include <array>
-#include <cstddef>
 #include <exception>
 #include <stdexcept>
 #include <string_view>
 
+#include "config/SerialSpeeds.h"
 #include "system/SystemError.h"
 #include "text/Failure.h"
 #include "text/Numbers.h"
+#include "upload/DeletePass.h"
+#include "upload/WritePass.h"
 
 namespace tolvane {
 namespace {
 
 constexpr std::uint8_t kSerialRetries = 10;
-constexpr TMilliseconds kBeforeProgramming{500};
-constexpr TMilliseconds kBeforeVersion{800};
-constexpr TMilliseconds kBeforeWeighing{500};
+constexpr std::int32_t kSpeedOfUnknownIndex = 38400;
 
 // The number after "COM"; 1 when there is none.
 std::int32_t SerialPortNumber(std::string_view portName) {
@@ -25,8 +24,8 @@ std::int32_t SerialPortNumber(std::string_view portName) {
 }
 
 std::int32_t BitsPerSecond(std::uint8_t baudRate) {
-    constexpr std::array<std::int32_t, 5> kSpeeds = {9600, 19200, 38400, 57600, 115200};
-    return baudRate < kSpeeds.size() ? kSpeeds[baudRate] : 38400;
+    const TSerialSpeed* speed = SerialSpeed(baudRate);
+    return speed != nullptr ? speed->bitsPerSecond : kSpeedOfUnknownIndex;
 }
 
 }  // namespace
@@ -58,7 +57,7 @@ std::unique_ptr<TElicomScale> TScaleSession::CreateDriver(const TScaleRec& rec) 
         case kCommSerial:
             driver = factory_.CreateRS232(SerialPortNumber(rec.TCPAddress.View()),
                                           BitsPerSecond(rec.BaudRate));
-            // A network scale keeps address 0 and three repeats.
+            // A network scale keeps the driver's address 0 and three repeats.
             driver->Retries = kSerialRetries;
             driver->Address = rec.ScaleAddr;
             break;
@@ -75,29 +74,28 @@ std::unique_ptr<TElicomScale> TScaleSession::CreateDriver(const TScaleRec& rec) 
     return driver;
 }
 
-std::optional<TScaleSession::TVersion> TScaleSession::EnterProgramming() {
-    if (stop_.IsAbandoned()) return std::nullopt;
-    std::int32_t errCode = 0;
-    driver_->SetWeightMode(errCode);
-    clock_.Sleep(kBeforeProgramming);
-    if (stop_.IsAbandoned()) return std::nullopt;
-    if (!driver_->SetPrgMode(errCode)) throw TFailure(CommandError("[SetPrgMode]", errCode));
-    clock_.Sleep(kBeforeVersion);
-    TVersion version;
-    if (!driver_->GetVersion(errCode, version.maxPlu, version.mode, version.text))
-        throw TFailure(CommandError("[GetVersion]", errCode));
-    return version;
+TPassParts TScaleSession::Parts() const {
+    return {.scale = *driver_,
+            .clock = clock_,
+            .view = view_,
+            .stop = stop_,
+            .decimalSeparator = decimalSeparator_};
 }
 
-void TScaleSession::LeaveProgramming() {
-    clock_.Sleep(kBeforeWeighing);
-    std::int32_t errCode = 0;
-    driver_->SetWeightMode(errCode);
+bool TScaleSession::ProcessUpload(const std::vector<std::string>& Lines, const TScaleRec& Rec) {
+    if (driver_ == nullptr) return false;
+    TWritePass pass(Parts(), Rec);
+    if (pass.Run(Lines)) return true;
+    LastError = pass.LastError;
+    return false;
 }
 
-std::string TScaleSession::CommandError(std::string_view operation, std::int32_t errCode) const {
-    return std::string(operation) + " ErrCode: " + std::to_string(errCode) + ", " +
-           driver_->LastError;
+bool TScaleSession::ProcessDelete(const std::vector<std::string>& Lines) {
+    if (driver_ == nullptr) return false;
+    TDeletePass pass(Parts());
+    if (pass.Run(Lines)) return true;
+    LastError = pass.LastError;
+    return false;
 }
 
 }  // namespace tolvane

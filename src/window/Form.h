@@ -18,7 +18,7 @@ namespace tolvane {
 struct TFormOptions {
     const wchar_t* className = nullptr;
     const char* name = nullptr;  // component name
-    std::string_view caption;    // code page 1251
+    std::string_view caption{};  // code page 1251
     DWORD style = WS_POPUP | WS_CAPTION | WS_SYSMENU;
     DWORD exStyle = 0;
     // Sizes at 96 dots per inch: the client area, and the smallest outer size (0: no limit).
@@ -55,11 +55,11 @@ enum class TControlKind {
 struct TControlOptions {
     TControlKind kind = TControlKind::Button;
     const char* name = nullptr;  // component name
-    std::string_view text = {};  // code page 1251
-    TPlace place = {};           // at 96 dots per inch
+    std::string_view text{};     // code page 1251
+    TPlace place{};              // at 96 dots per inch
     DWORD style = 0;             // added to the kind's own style
     // Buttons: the click. Combo lists and list boxes: another item was chosen by the user.
-    std::function<void()> action = {};
+    std::function<void()> action{};
     // IDOK makes the default button (Enter), IDCANCEL the cancel button (Esc); 0 gives a number.
     int id = 0;
 };

@@ -1,7 +1,8 @@
 #include "window/WideText.h"
 
-#include <array>
+#include <system_error>
 
+#include "system/SystemError.h"
 #include "text/Cp1251.h"
 
 namespace tolvane {
@@ -28,13 +29,7 @@ void SetWindowText(HWND window, std::string_view text) {
 }
 
 std::string SystemErrorText(DWORD error) {
-    std::array<wchar_t, 512> buffer{};
-    const DWORD length =
-        FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error,
-                       0, buffer.data(), static_cast<DWORD>(buffer.size()), nullptr);
-    std::string text(Trim(Narrow({buffer.data(), length})));
-    if (!text.empty()) text += ' ';
-    return text + "(" + std::to_string(error) + ")";
+    return SystemErrorText({static_cast<int>(error), std::system_category()}, TFullStop::Kept);
 }
 
 }  // namespace tolvane

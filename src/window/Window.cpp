@@ -4,7 +4,7 @@
 #include <string>
 
 #include "text/Cp1251.h"
-#include "text/UnknownError.h"
+#include "text/Failure.h"
 #include "window/FlatButton.h"
 #include "window/MessageBoxes.h"
 #include "window/Module.h"
@@ -108,10 +108,8 @@ LRESULT TWindow::Dispatch(const TMessage& message) noexcept {
     try {
         if (message.id == WM_DESTROY) RemoveComponentNames(handle_);
         result = HandleMessage(message);
-    } catch (const std::exception& error) {
-        Report(error.what());
     } catch (...) {
-        Report(kUnknownError);
+        ReportCurrentException();
     }
     if (message.id == WM_NCDESTROY) {
         RemovePropW(handle_, kNameProperty);
@@ -122,9 +120,9 @@ LRESULT TWindow::Dispatch(const TMessage& message) noexcept {
     return result;
 }
 
-void TWindow::Report(std::string_view text) noexcept {
+void TWindow::ReportCurrentException() noexcept {
     try {
-        HandleError(text);
+        HandleError(MessageOfCurrentException());
     } catch (...) {  // NOLINT(bugprone-empty-catch): there is no way left to report it
     }
 }

@@ -79,7 +79,7 @@ private:
     static LRESULT CALLBACK Procedure(HWND window, UINT id, WPARAM wParam, LPARAM lParam) noexcept;
     static void RegisterWindowClass(const wchar_t* className);
     LRESULT Dispatch(const TMessage& message) noexcept;
-    void Report(std::string_view text) noexcept;
+    void ReportCurrentException() noexcept;
 
     HWND handle_ = nullptr;
     int depth_ = 0;

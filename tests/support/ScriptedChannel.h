@@ -138,7 +138,7 @@ inline std::int32_t TScriptedChannel::ReadAnswer(TCmdBuffer& Reply, std::uint8_t
     }
     TReceiver receiver(*this);
     std::string failure;
-    const std::int32_t code = ReadByRule(
+    const std::int32_t code = ReceiveAnswer(
         receiver, {StartByte, EndByte, TimeoutMs, "Read timeout occured"}, clock_, Reply, failure);
     if (code != kReadOk) LastError = "[SCRIPT] Fail read data (peer) - " + failure;
     return code;

@@ -9,12 +9,10 @@
 #include "articles/forms/ListGrid.h"
 #include "articles/forms/uWaitForm.h"
 #include "config/ConfigurationStore.h"
+#include "config/RunNumber.h"
 #include "window/Form.h"
 
 namespace tolvane {
-
-// Run numbers of the menu, and of commands 1001 to 1004.
-enum class TRunNumber { SaveMarked = 1, SaveAll = 2, DeleteMarked = 3, DeleteAll = 4 };
 
 inline constexpr const wchar_t* kListFormClass = L"TElicomPluScaleListForm";
 inline constexpr const char* kListFormName = "ElicomPluScaleListForm";

@@ -10,7 +10,7 @@
 
 #include "comm/DeviceDiscovery.h"
 #include "window/Form.h"
-#include "window/RunWorker.h"
+#include "window/WorkerThread.h"
 
 namespace tolvane {
 
@@ -54,7 +54,7 @@ private:
     HWND btnFind_ = nullptr;
     bool searching_ = false;
     std::optional<int> closing_;  // the result to close with when the search has ended
-    TRunWorker worker_;
+    TWorkerThread worker_;
 };
 
 }  // namespace tolvane

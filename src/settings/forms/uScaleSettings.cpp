@@ -12,13 +12,6 @@
 #include "window/WideText.h"
 
 namespace tolvane {
-namespace {
-
-constexpr int kWidth = 440;
-constexpr int kHeight = 376;
-
-}  // namespace
-
 TScaleSettingsServices SystemSettingsServices() {
     return {[](bool sort, std::vector<std::string>& items) {
                 StoreSerialPorts(ScanSerialPorts(), sort, items);
@@ -31,22 +24,25 @@ TfrmScaleSettings::TfrmScaleSettings(HWND owner, std::string_view caption,
                                      std::vector<std::int32_t> listed,
                                      TScaleSettingsServices services)
     : settings_(settings), listed_(std::move(listed)), services_(std::move(services)) {
-    TFormOptions options;
-    options.className = kScaleSettingsFormClass;
-    options.name = "frmScaleSettings";
-    options.caption = caption.empty() ? kScaleSettingsCaption : caption;
-    options.exStyle = WS_EX_TOOLWINDOW | WS_EX_CONTROLPARENT;
-    options.clientWidth = kWidth;
-    options.clientHeight = kHeight;
-    MakePopup(options, owner);
+    MakePopup({.className = kScaleSettingsFormClass,
+               .name = "frmScaleSettings",
+               .caption = caption.empty() ? kScaleSettingsCaption : caption,
+               .exStyle = WS_EX_TOOLWINDOW | WS_EX_CONTROLPARENT,
+               .clientWidth = TScaleSettingsControls::kFormWidth,
+               .clientHeight = TScaleSettingsControls::kFormHeight},
+              owner);
     CentreOnScreen();
-    // In the order of the Tab key.
-    MakeIdentity();
-    MakeTransports();
-    MakeSerialControls();
-    MakeNetworkControls();
-    MakeButtons();
+    controls_.Make(*this, Actions());
     Show(settings_);
+}
+
+TScaleSettingsActions TfrmScaleSettings::Actions() {
+    return {.chooseTransport = [this](TTransport transport) { RadioClick(transport); },
+            .refreshComList = [this] { btnRefreshComListClick(); },
+            .findDevices = [this] { btnFindDevicesClick(); },
+            .hint = [this] { btnHintClick(); },
+            .ok = [this] { btnOkClick(); },
+            .cancel = [this] { btnCancelClick(); }};
 }
 
 void TfrmScaleSettings::CentreOnScreen() const {
@@ -63,70 +59,71 @@ void TfrmScaleSettings::CentreOnScreen() const {
 }
 
 void TfrmScaleSettings::Show(const TScaleSettings& settings) {
-    edtScaleNumb_.Fill(settings.number);
-    SetWindowText(edtScaleName_, settings.name);
-    SetComboIndex(cbScaleType_, settings.type);
-    SetComboIndex(cbbEncoding_, settings.encoding);
-    seScaleAddr_.Fill(settings.scaleAddress);
+    controls_.edtScaleNumb.Fill(settings.number);
+    SetWindowText(controls_.edtScaleName, settings.name);
+    SetComboIndex(controls_.cbScaleType, settings.type);
+    SetComboIndex(controls_.cbbEncoding, settings.encoding);
+    controls_.seScaleAddr.Fill(settings.scaleAddress);
     serialPorts_ = settings.serialPorts;
     ShowSerialPorts();
-    SetComboIndex(cbPickComPort_, settings.serialPort);
-    SetComboIndex(cbBaudRate_, settings.baudRate);
-    SetWindowText(edtIpAddress_, settings.ipAddress);
-    SetWindowText(edtPort_, settings.port);
+    SetComboIndex(controls_.cbPickComPort, settings.serialPort);
+    SetComboIndex(controls_.cbBaudRate, settings.baudRate);
+    SetWindowText(controls_.edtIpAddress, settings.ipAddress);
+    SetWindowText(controls_.edtPort, settings.port);
     transport_ = settings.transport;
     EnableControls();
 }
 
 TScaleSettings TfrmScaleSettings::Current() const {
     TScaleSettings settings;
-    settings.number = edtScaleNumb_.Value();
+    settings.number = controls_.edtScaleNumb.Value();
     settings.numberBefore = settings_.numberBefore;
-    settings.name = WindowText(edtScaleName_);
-    settings.type = ComboIndex(cbScaleType_);
-    settings.encoding = ComboIndex(cbbEncoding_);
+    settings.name = WindowText(controls_.edtScaleName);
+    settings.type = ComboIndex(controls_.cbScaleType);
+    settings.encoding = ComboIndex(controls_.cbbEncoding);
     settings.transport = transport_;
-    settings.scaleAddress = seScaleAddr_.Value();
+    settings.scaleAddress = controls_.seScaleAddr.Value();
     settings.serialPorts = serialPorts_;
-    settings.serialPort = ComboIndex(cbPickComPort_);
-    settings.baudRate = ComboIndex(cbBaudRate_);
-    settings.ipAddress = WindowText(edtIpAddress_);
-    settings.port = WindowText(edtPort_);
+    settings.serialPort = ComboIndex(controls_.cbPickComPort);
+    settings.baudRate = ComboIndex(controls_.cbBaudRate);
+    settings.ipAddress = WindowText(controls_.edtIpAddress);
+    settings.port = WindowText(controls_.edtPort);
     return settings;
 }
 
 void TfrmScaleSettings::ShowSerialPorts() {
-    SendMessageW(cbPickComPort_, CB_RESETCONTENT, 0, 0);
+    SendMessageW(controls_.cbPickComPort, CB_RESETCONTENT, 0, 0);
     for (const std::string& port : serialPorts_)
-        AddComboItem(cbPickComPort_, port);
+        AddComboItem(controls_.cbPickComPort, port);
 }
 
 void TfrmScaleSettings::RefreshSerialPorts(bool sort) {
-    const int before = ComboIndex(cbPickComPort_);
+    const int before = ComboIndex(controls_.cbPickComPort);
     const std::string chosen =
         before >= 0 ? serialPorts_[static_cast<std::size_t>(before)] : std::string();
     services_.listSerialPorts(sort, serialPorts_);
     ShowSerialPorts();
     // A port that is still there stays chosen.
-    if (before >= 0) SetComboIndex(cbPickComPort_, SerialPortIndex(serialPorts_, chosen));
+    if (before >= 0) SetComboIndex(controls_.cbPickComPort, SerialPortIndex(serialPorts_, chosen));
 }
 
 void TfrmScaleSettings::EnableControls() {
     const TTransportRules rules = RulesOf(transport_);
-    for (std::size_t i = 0; i < radios_.size(); ++i)
-        SetChecked(radios_[i], i == static_cast<std::size_t>(transport_));
+    for (std::size_t i = 0; i < controls_.radios.size(); ++i)
+        SetChecked(controls_.radios[i], i == static_cast<std::size_t>(transport_));
     for (const HWND control :
-         {cbPickComPort_, btnRefreshComList_, cbBaudRate_, seScaleAddr_.edit, seScaleAddr_.arrows})
+         {controls_.cbPickComPort, controls_.btnRefreshComList, controls_.cbBaudRate,
+          controls_.seScaleAddr.edit, controls_.seScaleAddr.arrows})
         EnableWindow(control, rules.serialControls ? TRUE : FALSE);
-    for (const HWND control : {edtIpAddress_, btnFindDevices_})
+    for (const HWND control : {controls_.edtIpAddress, controls_.btnFindDevices})
         EnableWindow(control, rules.ipControls ? TRUE : FALSE);
-    EnableWindow(edtPort_, rules.portField ? TRUE : FALSE);
+    EnableWindow(controls_.edtPort, rules.portField ? TRUE : FALSE);
 }
 
 void TfrmScaleSettings::SelectTransport(TTransport transport) {
     transport_ = transport;
     EnableControls();
-    SetWindowText(edtPort_, RulesOf(transport).portText);
+    SetWindowText(controls_.edtPort, RulesOf(transport).portText);
     if (transport == TTransport::Serial) RefreshSerialPorts(true);
 }
 
@@ -146,7 +143,7 @@ void TfrmScaleSettings::btnFindDevicesClick() {
     if (!isChosen || Handle() == nullptr) return;
     const TFoundDevice device = *form.Chosen();
     SelectTransport(device.kind == TDeviceKind::TcpModule ? TTransport::Tcp : TTransport::Udp);
-    SetWindowText(edtIpAddress_, device.address);
+    SetWindowText(controls_.edtIpAddress, device.address);
 }
 
 void TfrmScaleSettings::btnHintClick() {
@@ -156,14 +153,15 @@ void TfrmScaleSettings::btnHintClick() {
 void TfrmScaleSettings::btnOkClick() {
     TScaleSettings settings = Current();
     const TSettingsFault fault = CheckSettings(settings, listed_);
-    if (fault.field != TSettingsField::Number) edtScaleNumb_.Settle();
+    if (fault.field != TSettingsField::Number) controls_.edtScaleNumb.Settle();
     if (!fault.text.empty()) {
         (fault.isError ? ShowError : ShowWarning)(Handle(), fault.text);
         FocusField(fault.field);
         return;
     }
-    if (settings.transport != TTransport::Serial) SetWindowText(edtIpAddress_, settings.ipAddress);
-    settings.number = edtScaleNumb_.Value();
+    if (settings.transport != TTransport::Serial)
+        SetWindowText(controls_.edtIpAddress, settings.ipAddress);
+    settings.number = controls_.edtScaleNumb.Value();
     settings_ = std::move(settings);
     EndModal(IDOK);
 }
@@ -175,10 +173,10 @@ void TfrmScaleSettings::btnCancelClick() {
 void TfrmScaleSettings::FocusField(TSettingsField field) {
     if (Handle() == nullptr) return;
     const std::pair<TSettingsField, HWND> fields[] = {
-        {TSettingsField::Number, edtScaleNumb_.edit},
-        {TSettingsField::Port, edtPort_},
-        {TSettingsField::IpAddress, edtIpAddress_},
-        {TSettingsField::SerialPort, cbPickComPort_},
+        {TSettingsField::Number, controls_.edtScaleNumb.edit},
+        {TSettingsField::Port, controls_.edtPort},
+        {TSettingsField::IpAddress, controls_.edtIpAddress},
+        {TSettingsField::SerialPort, controls_.cbPickComPort},
     };
     for (const auto& [of, control] : fields) {
         if (of != field || IsWindowEnabled(control) == 0) continue;
@@ -188,7 +186,7 @@ void TfrmScaleSettings::FocusField(TSettingsField field) {
 }
 
 void TfrmScaleSettings::OnShow() {
-    SendMessageW(edtScaleNumb_.edit, EM_SETSEL, 0, -1);
+    SendMessageW(controls_.edtScaleNumb.edit, EM_SETSEL, 0, -1);
 }
 
 void TfrmScaleSettings::OnCommand(int, int code, HWND control) {
@@ -197,15 +195,16 @@ void TfrmScaleSettings::OnCommand(int, int code, HWND control) {
     if (code != EN_KILLFOCUS || IsChild(Handle(), focus) == 0) return;
     // Number zero is refused when the dialog is confirmed, not corrected unseen.
     const bool confirms = focus == GetDlgItem(Handle(), IDOK);
-    if (confirms && control == edtScaleNumb_.edit && edtScaleNumb_.Value() == 0) return;
-    for (const TSpinEdit* spin : {&edtScaleNumb_, &seScaleAddr_}) {
+    if (confirms && control == controls_.edtScaleNumb.edit && controls_.edtScaleNumb.Value() == 0)
+        return;
+    for (const TSpinEdit* spin : {&controls_.edtScaleNumb, &controls_.seScaleAddr}) {
         if (control == spin->edit) spin->Settle();
     }
 }
 
 LRESULT TfrmScaleSettings::OnNotify(NMHDR& header) {
     if (header.code != static_cast<UINT>(UDN_DELTAPOS)) return 0;
-    for (const TSpinEdit* spin : {&edtScaleNumb_, &seScaleAddr_}) {
+    for (const TSpinEdit* spin : {&controls_.edtScaleNumb, &controls_.seScaleAddr}) {
         if (header.hwndFrom == spin->arrows) return spin->EnterLimits() ? TRUE : FALSE;
     }
     return 0;

@@ -2,17 +2,15 @@
 
 #include <windows.h>
 
-#include <array>
 #include <cstdint>
 #include <functional>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "settings/ScaleSettings.h"
-#include "settings/forms/SpinEdit.h"
 #include "settings/forms/uFindDevices.h"
+#include "settings/forms/uScaleSettingsControls.h"
 #include "window/Form.h"
 
 namespace tolvane {
@@ -49,15 +47,8 @@ protected:
     LRESULT OnNotify(NMHDR& header) override;
 
 private:
-    HWND AddCombo(const char* name, const TPlace& place, std::span<const std::string_view> items);
-    TSpinEdit AddSpinEdit(const char* name, const char* arrowsName, const TPlace& place,
-                          std::int32_t lowest, std::int32_t highest);
+    TScaleSettingsActions Actions();
     void CentreOnScreen() const;
-    void MakeIdentity();
-    void MakeTransports();
-    void MakeSerialControls();
-    void MakeNetworkControls();
-    void MakeButtons();
 
     void Show(const TScaleSettings& settings);
     TScaleSettings Current() const;
@@ -81,18 +72,7 @@ private:
     TTransport transport_ = TTransport::Serial;
     std::vector<std::string> serialPorts_;  // as listed
 
-    TSpinEdit edtScaleNumb_;
-    HWND edtScaleName_ = nullptr;
-    HWND cbScaleType_ = nullptr;
-    HWND cbbEncoding_ = nullptr;
-    std::array<HWND, 3> radios_{};  // by TTransport
-    TSpinEdit seScaleAddr_;
-    HWND cbPickComPort_ = nullptr;
-    HWND btnRefreshComList_ = nullptr;
-    HWND cbBaudRate_ = nullptr;
-    HWND edtIpAddress_ = nullptr;
-    HWND btnFindDevices_ = nullptr;
-    HWND edtPort_ = nullptr;
+    TScaleSettingsControls controls_;
 };
 
 }  // namespace tolvane

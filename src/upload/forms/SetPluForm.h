@@ -2,8 +2,6 @@
 
 #include <windows.h>
 
-#include <array>
-#include <cstddef>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -14,14 +12,16 @@
 #include "upload/RunSettings.h"
 #include "upload/RunView.h"
 #include "upload/ScaleRun.h"
+#include "upload/forms/RunChoices.h"
+#include "upload/forms/RunLog.h"
 #include "upload/forms/SetPluUnit.h"
 #include "window/Form.h"
-#include "window/RunWorker.h"
+#include "window/WorkerThread.h"
 
 namespace tolvane {
 
-// The run window. At most one run works at a time, on a thread of its own; what it tells arrives
-// here, through the form's queue, as calls of TRunView on the interface thread.
+// The run window. At most one run works at a time, on a thread of its own. The form's queue carries
+// its calls of TRunView to the interface thread.
 class TSetPluForm : public TForm, private TRunView {
 public:
     // Throws TFileError when the kept settings cannot be read.
@@ -49,19 +49,17 @@ private:
     HWND Add(TControlKind kind, const char* name, std::string_view text = {}, DWORD style = 0);
     HWND AddButton(const char* name, std::string_view text, TClick click, int id = 0);
     void AddScales();
-    void AddChoices();
     void AddLog();
     void AddButtons();
     void Restore(const TRunSettings& settings);
     void RestorePlace(const TWindowPlace& place);
 
-    void PlaceChoices(int left);
     void PlaceButtons(int width, int top);
 
     // What the controls say now.
     TRunSettings CurrentSettings() const;
-    std::vector<TRunItem> CurrentItems() const;
-    // Tells a run that deletes everything what the list says now.
+    std::vector<TScaleObj> CurrentItems() const;
+    // Gives the list's check marks to a run that deletes everything.
     void PublishMarks();
 
     void SaveBtnClick();
@@ -82,33 +80,26 @@ private:
     void SetRunning(bool running) override;
     void SetChoicesEnabled(bool enabled) override;
     void ShowRunError(std::string text) override;
-    // Lines wait for one another; they are shown before anything else changes.
-    void FlushLog();
 
     const TRunKind& kind_;
     TRunContext context_;
-    std::vector<TRunItem> items_;  // in the order of ScaleList
+    std::vector<TScaleObj> items_;  // in the order of ScaleList
     std::shared_ptr<TRunMarks> marks_ = std::make_shared<TRunMarks>(items_);
     bool maximized_ = false;
     bool stored_ = false;
 
     std::shared_ptr<TRunStop> stop_ = std::make_shared<TRunStop>();
     unsigned run_ = 0;          // the number of the latest run
-    bool running_ = false;      // until its last word, or its end after an error
+    bool running_ = false;      // until SetRunning(false), or its end after an error
     bool closing_ = false;      // closes now or, with a run, at its end
     HWND startedBy_ = nullptr;  // gets the focus after the run
 
-    std::string pendingLog_;
-    std::size_t pendingLines_ = 0;
-
+    // Each change of another control flushes the log first, so that the window shows what happened
+    // in its order.
+    TRunLog log_;
+    TRunChoices choices_;
     HWND lblScales_ = nullptr;
     HWND scaleList_ = nullptr;
-    HWND priceRadio_ = nullptr;
-    std::array<HWND, kPriceCaptions.size()> priceButtons_{};
-    HWND lblPluName1_ = nullptr;
-    HWND cbPluName1_ = nullptr;
-    HWND lblPluName2_ = nullptr;
-    HWND cbPluName2_ = nullptr;
     HWND readPropLabel_ = nullptr;
     HWND statusMemo_ = nullptr;
     HWND lblStatus_ = nullptr;
@@ -117,7 +108,7 @@ private:
     HWND stopReadBtn_ = nullptr;
     HWND okBtn_ = nullptr;
 
-    TRunWorker worker_;
+    TWorkerThread worker_;
 };
 
 }  // namespace tolvane

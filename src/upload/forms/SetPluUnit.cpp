@@ -6,8 +6,8 @@
 
 namespace tolvane {
 
-void ShowRunWindow(HWND owner, int runNumber, const TRunContext& context) {
-    const TRunKind* kind = RunKind(runNumber);
+void ShowRunWindow(HWND owner, TRunNumber number, const TRunContext& context) {
+    const TRunKind* kind = RunKind(number);
     if (kind == nullptr || context.scales == nullptr || context.articles == nullptr ||
         context.articles->RowCount() == 0)
         return;

@@ -103,15 +103,15 @@ protected:
         for (auto& scale : scales_) {
             scale = std::make_unique<simulator::TVirtualScale>(options);
             scale->Start();
-            TRunItem item;
-            item.checked = true;
-            item.rec.ScaleNumb = static_cast<std::int32_t>(items_.size()) + 1;
-            item.rec.ScaleName = std::to_string(item.rec.ScaleNumb);
-            item.rec.TCPAddress = "127.0.0.1";
-            item.rec.TCPPort = scale->Port();
-            item.rec.CommType = kCommTcp;
-            item.rec.ScaleType = kScaleTypeEvl;
-            item.rec.Encoding = 2;
+            TScaleObj item;
+            item.Rec.Checked = true;
+            item.Rec.ScaleNumb = static_cast<std::int32_t>(items_.size()) + 1;
+            item.Rec.ScaleName = std::to_string(item.Rec.ScaleNumb);
+            item.Rec.TCPAddress = "127.0.0.1";
+            item.Rec.TCPPort = scale->Port();
+            item.Rec.CommType = kCommTcp;
+            item.Rec.ScaleType = kScaleTypeEvl;
+            item.Rec.Encoding = 2;
             items_.push_back(item);
         }
         std::vector<TArticle> articles;
@@ -137,7 +137,7 @@ protected:
     std::mt19937 random_{471};
     TFastClock clock_;
     std::array<std::unique_ptr<simulator::TVirtualScale>, kScales> scales_;
-    std::vector<TRunItem> items_;
+    std::vector<TScaleObj> items_;
     TRunArticles articles_;
     int stops_ = 0;
     int abandoned_ = 0;

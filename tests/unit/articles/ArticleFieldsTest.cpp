@@ -97,6 +97,7 @@ constexpr std::array<TExpectedColumn, 32> kExpectedColumns = {{
 }};
 
 TEST(ArticleFields, AreThe33InOrder) {
+    ASSERT_EQ(kFields.size(), kExpected.size());
     for (std::size_t i = 0; i < kExpected.size(); ++i) {
         const TFieldInfo& info = kFields[i];
         EXPECT_EQ(static_cast<std::size_t>(info.field), i);
@@ -118,6 +119,7 @@ TEST(ArticleFields, AreFoundByTheirExactName) {
 }
 
 TEST(GridColumns, AreThe32InOrderWithTheirTitlesAndWidths) {
+    ASSERT_EQ(kGridColumns.size(), kExpectedColumns.size());
     for (std::size_t i = 0; i < kExpectedColumns.size(); ++i) {
         const TGridColumn& column = kGridColumns[i];
         EXPECT_EQ(FieldInfo(column.field).name, kExpectedColumns[i].field);

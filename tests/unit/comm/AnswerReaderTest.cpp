@@ -45,8 +45,8 @@ private:
 class AnswerReaderTest : public testing::Test {
 public:
     std::int32_t Read(std::uint8_t startByte, std::uint8_t endByte, std::int32_t timeoutMs) {
-        return ReadByRule(receiver, {startByte, endByte, timeoutMs, "too late"}, clock, reply,
-                          failure);
+        return ReceiveAnswer(receiver, {startByte, endByte, timeoutMs, "too late"}, clock, reply,
+                             failure);
     }
 
     TRecordingClock clock;

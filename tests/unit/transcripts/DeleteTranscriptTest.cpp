@@ -16,7 +16,7 @@ TEST_F(DeleteTranscript, WithoutScalesOnlyThatIsLogged) {
 }
 
 TEST_F(DeleteTranscript, WithoutACheckedScaleOnlyThatAndTheLastLineAreLogged) {
-    AddScale().checked = false;
+    AddScale().Rec.Checked = false;
     const std::string expected =
         "Не е избрана нито една везна.\n"
         "-----------------------------------------\n";
@@ -146,7 +146,7 @@ TEST_F(DeleteTranscript, EverythingIsDeletedInEveryCheckedScale) {
     SetCapacity(1, 3);
     SetCapacity(2, 3);
     SetCapacity(3, 1);
-    items_[1].checked = false;
+    items_[1].Rec.Checked = false;
     EXPECT_EQ(DeleteEverything(),
               "-----------------------------------------\n"
               "Старт на запис във везна: Везна 1\n"

@@ -168,7 +168,7 @@ TEST_F(RefusalTranscript, EveryScaleRefusesToDeleteEverything) {
     AddScales(3);
     for (int scale = 1; scale <= 3; ++scale)
         SetCapacity(scale, 2);
-    items_[0].rec.CommType = 9;
+    items_[0].Rec.CommType = 9;
     SetFaults(2, {Refusal(simulator::kSetPrgMode, 9)});
     SetFaults(3, {Refusal(simulator::kSetPriceWeight, 7)});
     EXPECT_EQ(DeleteEverything(),

@@ -87,22 +87,22 @@ TranscriptTest::TranscriptTest() {
     regional_.decimalSeparator = ',';
 }
 
-TRunItem& TranscriptTest::AddScale(simulator::TModel model, std::uint8_t transport) {
+TScaleObj& TranscriptTest::AddScale(simulator::TModel model, std::uint8_t transport) {
     const int number = static_cast<int>(items_.size()) + 1;
-    TRunItem item;
-    item.checked = true;
-    item.rec.ScaleNumb = number;
-    item.rec.ScaleName = std::string("Везна "_cp1251) + std::to_string(number);
-    item.rec.TCPAddress = Address(number, transport);
-    item.rec.TCPPort = 1001;
-    item.rec.CommType = transport;
-    item.rec.ScaleType = ScaleType(model);
-    item.rec.Encoding = 2;
+    TScaleObj item;
+    item.Rec.Checked = true;
+    item.Rec.ScaleNumb = number;
+    item.Rec.ScaleName = std::string("Везна "_cp1251) + std::to_string(number);
+    item.Rec.TCPAddress = Address(number, transport);
+    item.Rec.TCPPort = 1001;
+    item.Rec.CommType = transport;
+    item.Rec.ScaleType = ScaleType(model);
+    item.Rec.Encoding = 2;
     simulator::TCoreOptions options;
     options.scale = simulator::DefaultProperties(model);
     options.scale.labelMode = 2;
     if (transport == kCommSerial) {
-        item.rec.ScaleAddr = static_cast<std::uint8_t>(number);
+        item.Rec.ScaleAddr = static_cast<std::uint8_t>(number);
         options.scale.address = number;
     }
     factory_.scales[Address(number, transport)].core =
@@ -161,7 +161,7 @@ std::string TranscriptTest::Listed(const std::vector<TArticle>& articles, TLineC
 }
 
 TShopScale& TranscriptTest::Scale(int scale) {
-    return factory_.scales.at(items_.at(static_cast<std::size_t>(scale) - 1).rec.TCPAddress.Str());
+    return factory_.scales.at(items_.at(static_cast<std::size_t>(scale) - 1).Rec.TCPAddress.Str());
 }
 
 TScaleRun TranscriptTest::Run() {

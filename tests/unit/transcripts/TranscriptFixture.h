@@ -67,8 +67,8 @@ protected:
 
     // Scale n, the n-th that is added: "Везна n", checked, at 10.0.0.n:1001 or, serial, at COMn
     // with the protocol address n. An EVL says version 1.04, 4000 articles and label mode 2.
-    TRunItem& AddScale(simulator::TModel model = simulator::TModel::Evl,
-                       std::uint8_t transport = kCommTcp);
+    TScaleObj& AddScale(simulator::TModel model = simulator::TModel::Evl,
+                        std::uint8_t transport = kCommTcp);
     void AddScales(int count);
     void SetCapacity(int scale, int capacity);
     // There is no way to the scale: opening its channel fails so.
@@ -82,7 +82,7 @@ protected:
     std::string DeleteListed(const std::vector<TArticle>& articles);
     std::string DeleteEverything();
 
-    std::vector<TRunItem> items_;
+    std::vector<TScaleObj> items_;
     TTranscriptView view_;
     TRecordingClock clock_;
     TShopFactory factory_{clock_};

@@ -17,8 +17,8 @@ TEST_F(WriteTranscript, WithoutScalesOnlyThatIsLogged) {
 }
 
 TEST_F(WriteTranscript, WithoutACheckedScaleOnlyThatAndTheLastLineAreLogged) {
-    AddScale().checked = false;
-    AddScale().checked = false;
+    AddScale().Rec.Checked = false;
+    AddScale().Rec.Checked = false;
     EXPECT_EQ(Write(TwoGoods()),
               "Не е избрана нито една везна.\n"
               "-----------------------------------------\n");
@@ -26,7 +26,7 @@ TEST_F(WriteTranscript, WithoutACheckedScaleOnlyThatAndTheLastLineAreLogged) {
 }
 
 TEST_F(WriteTranscript, TheLogOfAnEarlierRunGoesFirst) {
-    AddScale().checked = false;
+    AddScale().Rec.Checked = false;
     Write(TwoGoods());
     EXPECT_EQ(Write(TwoGoods()),
               "Не е избрана нито една везна.\n"
@@ -34,9 +34,9 @@ TEST_F(WriteTranscript, TheLogOfAnEarlierRunGoesFirst) {
 }
 
 TEST_F(WriteTranscript, OneScaleOfThreeIsChecked) {
-    AddScale().checked = false;
+    AddScale().Rec.Checked = false;
     AddScale();
-    AddScale().checked = false;
+    AddScale().Rec.Checked = false;
     EXPECT_EQ(Write(TwoGoods()),
               "Обработени 2 артикула.\n"
               "Валидни са 2 артикула.\n"
@@ -76,9 +76,9 @@ TEST_F(WriteTranscript, OneScaleOfEachTypeAndTransport) {
         for (const std::uint8_t transport : {kCommSerial, kCommTcp, kCommUdp})
             AddScale(model, transport);
     }
-    items_[0].rec.BaudRate = 0;
-    items_[3].rec.BaudRate = 3;
-    items_[6].rec.BaudRate = 4;
+    items_[0].Rec.BaudRate = 0;
+    items_[3].Rec.BaudRate = 3;
+    items_[6].Rec.BaudRate = 4;
     const std::string evl = "EVL - Ver: 1.04; Max.PLU: 4000; Mode: 2";
     const std::string ets = "ETS - Ver: 2.10; Max.PLU: 9999; Mode: 2";
     const std::string s300 = "S300 - Ver: 3.02; Max.PLU: 9999; Mode: 2";
@@ -105,7 +105,7 @@ TEST_F(WriteTranscript, OneScaleOfEachTypeAndTransport) {
 }
 
 TEST_F(WriteTranscript, AScaleOfAnotherTypeLogsNoVersion) {
-    AddScale().rec.ScaleType = 42;
+    AddScale().Rec.ScaleType = 42;
     EXPECT_EQ(Write({Goods(12, "Домати"_cp1251)}),
               "Обработени 1 артикула.\n"
               "Валидни са 1 артикула.\n"
@@ -121,7 +121,7 @@ TEST_F(WriteTranscript, AScaleOfAnotherTypeLogsNoVersion) {
 
 TEST_F(WriteTranscript, AnUnknownTransportIsOneFailureAmongOthers) {
     AddScales(2);
-    items_[0].rec.CommType = 3;
+    items_[0].Rec.CommType = 3;
     EXPECT_EQ(Write({Goods(12, "Домати"_cp1251)}),
               "Обработени 1 артикула.\n"
               "Валидни са 1 артикула.\n"

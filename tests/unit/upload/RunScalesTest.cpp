@@ -26,21 +26,21 @@ TEST(RunScales, TheListHoldsTheSlotsWithAddressAndPortInOrder) {
     Fill(table[7], 10, true);
     table[7].TCPAddress = "";
     Fill(table[20], 11, true);
-    const std::vector<TRunItem> items = RunItems(table);
+    const std::vector<TScaleObj> items = RunItems(table);
     ASSERT_EQ(items.size(), 3U);
-    EXPECT_EQ(items[0].rec.ScaleNumb, 7);
-    EXPECT_TRUE(items[0].checked);
-    EXPECT_EQ(items[1].rec.ScaleNumb, 8);
-    EXPECT_FALSE(items[1].checked);
-    EXPECT_EQ(items[2].rec.ScaleNumb, 11);
+    EXPECT_EQ(items[0].Rec.ScaleNumb, 7);
+    EXPECT_TRUE(items[0].Rec.Checked);
+    EXPECT_EQ(items[1].Rec.ScaleNumb, 8);
+    EXPECT_FALSE(items[1].Rec.Checked);
+    EXPECT_EQ(items[2].Rec.ScaleNumb, 11);
 }
 
 TEST(RunScales, ClosingAfterUncheckingAScaleStoresCheckedFalseForIt) {
     TScaleTable table;
     Fill(table[1], 1, true);
     Fill(table[2], 2, true);
-    std::vector<TRunItem> items = RunItems(table);
-    items[1].checked = false;
+    std::vector<TScaleObj> items = RunItems(table);
+    items[1].Rec.Checked = false;
     StoreRunItems(items, table);
     EXPECT_TRUE(table[1].Checked);
     EXPECT_FALSE(table[2].Checked);
@@ -71,41 +71,42 @@ TEST(RunScales, WithoutAnyItemTheTableStaysAsItIs) {
 
 TEST(RunScales, MoreItemsThanSlotsFillTheTableOnly) {
     TScaleTable table;
-    std::vector<TRunItem> items(kScaleSlots + 1);
+    std::vector<TScaleObj> items(kScaleSlots + 1);
     for (std::size_t i = 0; i < items.size(); ++i)
-        items[i].rec.ScaleNumb = static_cast<std::int32_t>(i + 1);
+        items[i].Rec.ScaleNumb = static_cast<std::int32_t>(i + 1);
     StoreRunItems(items, table);
     for (int slot = 1; slot <= kScaleSlots; ++slot)
         EXPECT_EQ(table[slot].ScaleNumb, slot);
 }
 
 TEST(RunKinds, EachNumberHasItsCaptionFlagsAndButton) {
-    ASSERT_NE(RunKind(1), nullptr);
-    EXPECT_EQ(ToUtf8(RunKind(1)->caption), "Запис на избраните артикули във везните");
-    EXPECT_TRUE(RunKind(1)->markedOnly);
-    EXPECT_TRUE(RunKind(1)->write);
-    EXPECT_TRUE(RunKind(1)->saveVisible);
-    EXPECT_EQ(ToUtf8(RunKind(1)->saveCaption), "Запис");
-    ASSERT_NE(RunKind(2), nullptr);
-    EXPECT_EQ(ToUtf8(RunKind(2)->caption), "Запис на всички артикули във везните");
-    EXPECT_FALSE(RunKind(2)->markedOnly);
-    EXPECT_TRUE(RunKind(2)->write);
-    EXPECT_TRUE(RunKind(2)->saveVisible);
-    EXPECT_EQ(ToUtf8(RunKind(2)->saveCaption), "Запис");
-    ASSERT_NE(RunKind(3), nullptr);
-    EXPECT_EQ(ToUtf8(RunKind(3)->caption), "Изтриване на избраните артикули от везните");
-    EXPECT_TRUE(RunKind(3)->markedOnly);
-    EXPECT_FALSE(RunKind(3)->write);
-    EXPECT_TRUE(RunKind(3)->saveVisible);
-    EXPECT_EQ(ToUtf8(RunKind(3)->saveCaption), "Изтрий");
-    ASSERT_NE(RunKind(4), nullptr);
-    EXPECT_EQ(ToUtf8(RunKind(4)->caption), "Изтриване на всички артикули от везните");
-    EXPECT_FALSE(RunKind(4)->markedOnly);
-    EXPECT_FALSE(RunKind(4)->write);
-    EXPECT_FALSE(RunKind(4)->saveVisible);
-    EXPECT_EQ(ToUtf8(RunKind(4)->saveCaption), "Изтрий");
-    EXPECT_EQ(RunKind(0), nullptr);
-    EXPECT_EQ(RunKind(5), nullptr);
+    ASSERT_NE(RunKind(TRunNumber{1}), nullptr);
+    EXPECT_EQ(ToUtf8(RunKind(TRunNumber{1})->caption), "Запис на избраните артикули във везните");
+    EXPECT_TRUE(RunKind(TRunNumber{1})->markedOnly);
+    EXPECT_TRUE(RunKind(TRunNumber{1})->write);
+    EXPECT_TRUE(RunKind(TRunNumber{1})->saveVisible);
+    EXPECT_EQ(ToUtf8(RunKind(TRunNumber{1})->saveCaption), "Запис");
+    ASSERT_NE(RunKind(TRunNumber{2}), nullptr);
+    EXPECT_EQ(ToUtf8(RunKind(TRunNumber{2})->caption), "Запис на всички артикули във везните");
+    EXPECT_FALSE(RunKind(TRunNumber{2})->markedOnly);
+    EXPECT_TRUE(RunKind(TRunNumber{2})->write);
+    EXPECT_TRUE(RunKind(TRunNumber{2})->saveVisible);
+    EXPECT_EQ(ToUtf8(RunKind(TRunNumber{2})->saveCaption), "Запис");
+    ASSERT_NE(RunKind(TRunNumber{3}), nullptr);
+    EXPECT_EQ(ToUtf8(RunKind(TRunNumber{3})->caption),
+              "Изтриване на избраните артикули от везните");
+    EXPECT_TRUE(RunKind(TRunNumber{3})->markedOnly);
+    EXPECT_FALSE(RunKind(TRunNumber{3})->write);
+    EXPECT_TRUE(RunKind(TRunNumber{3})->saveVisible);
+    EXPECT_EQ(ToUtf8(RunKind(TRunNumber{3})->saveCaption), "Изтрий");
+    ASSERT_NE(RunKind(TRunNumber{4}), nullptr);
+    EXPECT_EQ(ToUtf8(RunKind(TRunNumber{4})->caption), "Изтриване на всички артикули от везните");
+    EXPECT_FALSE(RunKind(TRunNumber{4})->markedOnly);
+    EXPECT_FALSE(RunKind(TRunNumber{4})->write);
+    EXPECT_FALSE(RunKind(TRunNumber{4})->saveVisible);
+    EXPECT_EQ(ToUtf8(RunKind(TRunNumber{4})->saveCaption), "Изтрий");
+    EXPECT_EQ(RunKind(TRunNumber{0}), nullptr);
+    EXPECT_EQ(RunKind(TRunNumber{5}), nullptr);
 }
 
 }  // namespace

@@ -36,16 +36,16 @@ protected:
     ScaleRunTest() { regional_.decimalSeparator = ','; }
 
     // Scale n: "Везна n" at 10.0.0.n, with a fake scale of its own when it is to be opened.
-    TRunItem Item(int number, bool checked = true) {
-        TRunItem item;
-        item.checked = checked;
-        item.rec.ScaleNumb = number;
-        item.rec.ScaleName = std::string("Везна "_cp1251) + std::to_string(number);
-        item.rec.TCPAddress = "10.0.0." + std::to_string(number);
-        item.rec.TCPPort = 1001;
-        item.rec.CommType = kCommTcp;
-        item.rec.ScaleType = kScaleTypeEvl;
-        item.rec.Encoding = 0;
+    TScaleObj Item(int number, bool checked = true) {
+        TScaleObj item;
+        item.Rec.Checked = checked;
+        item.Rec.ScaleNumb = number;
+        item.Rec.ScaleName = std::string("Везна "_cp1251) + std::to_string(number);
+        item.Rec.TCPAddress = "10.0.0." + std::to_string(number);
+        item.Rec.TCPPort = 1001;
+        item.Rec.CommType = kCommTcp;
+        item.Rec.ScaleType = kScaleTypeEvl;
+        item.Rec.Encoding = 0;
         if (checked) {
             factory_.scales.push_back(std::make_shared<test::TFakeScale>());
             factory_.scales.back()->mode = 1;
@@ -55,13 +55,13 @@ protected:
     }
     test::TFakeScale& Scale(std::size_t number) { return *factory_.scales.at(number - 1); }
 
-    void Run(const std::vector<TRunItem>& items, const std::vector<TArticle>& articles,
+    void Run(const std::vector<TScaleObj>& items, const std::vector<TArticle>& articles,
              bool write = true) {
         const auto table = test::TableOf(articles);
         TScaleRun(factory_, clock_, view_, stop_, regional_)
             .RunListed(items, {table, table->Order()}, {}, write);
     }
-    void RunDelete(const std::vector<TRunItem>& items) {
+    void RunDelete(const std::vector<TScaleObj>& items) {
         TScaleRun(factory_, clock_, view_, stop_, regional_)
             .RunDeleteEverything(items, TRunMarks(items));
     }
@@ -144,7 +144,7 @@ TEST_F(ScaleRunTest, AWriteRunShowsEveryStepInOrder) {
 }
 
 TEST_F(ScaleRunTest, AScaleThatCannotBeOpenedIsLoggedAndTheNextOneIsWritten) {
-    const std::vector<TRunItem> items = {Item(1), Item(2)};
+    const std::vector<TScaleObj> items = {Item(1), Item(2)};
     Scale(1).openError = "[TCP] Fail open (10.0.0.1:1001) - refused";
     Run(items, {Article(1, "A")});
     EXPECT_EQ(Seen(), (TEvents{"clear",
@@ -188,8 +188,8 @@ TEST_F(ScaleRunTest, AnUncheckedScaleIsLeftOut) {
 }
 
 TEST_F(ScaleRunTest, AScaleOfUnknownTransportIsNotOpenedAndFails) {
-    TRunItem item = Item(1);
-    item.rec.CommType = 7;
+    TScaleObj item = Item(1);
+    item.Rec.CommType = 7;
     Run({item}, {Article(1, "A")});
     EXPECT_EQ(
         Seen(),
@@ -202,7 +202,7 @@ TEST_F(ScaleRunTest, AScaleOfUnknownTransportIsNotOpenedAndFails) {
 }
 
 TEST_F(ScaleRunTest, AfterStopInAWriteRunTheOtherScalesAreConnectedAndEachFailsWithTheStopText) {
-    const std::vector<TRunItem> items = {Item(1), Item(2), Item(3)};
+    const std::vector<TScaleObj> items = {Item(1), Item(2), Item(3)};
     Scale(1).errorCode = [this](const test::TRequest& request) -> std::uint8_t {
         if (request.command == 0x4A) stop_.Stop();
         return 0;
@@ -240,7 +240,7 @@ TEST_F(ScaleRunTest, AStopOfAnEarlierRunDoesNotReachTheNext) {
 }
 
 TEST_F(ScaleRunTest, AStopInADeleteEverythingRunEndsOneScaleOnly) {
-    const std::vector<TRunItem> items = {Item(1), Item(2)};
+    const std::vector<TScaleObj> items = {Item(1), Item(2)};
     Scale(1).maxPlu = 3;
     Scale(2).maxPlu = 2;
     Scale(1).errorCode = [this](const test::TRequest& request) -> std::uint8_t {
@@ -284,7 +284,7 @@ TEST_F(ScaleRunTest, AStopInADeleteEverythingRunEndsOneScaleOnly) {
 }
 
 TEST_F(ScaleRunTest, AStopWhileTheNextScaleIsConnectedEndsThatScale) {
-    const std::vector<TRunItem> items = {Item(1)};
+    const std::vector<TScaleObj> items = {Item(1)};
     Scale(1).maxPlu = 3;
     factory_.onOpen = [this] { stop_.Stop(); };
     RunDelete(items);
@@ -294,7 +294,7 @@ TEST_F(ScaleRunTest, AStopWhileTheNextScaleIsConnectedEndsThatScale) {
 }
 
 TEST_F(ScaleRunTest, AScaleThatCannotBeOpenedInADeleteRunLeavesTheControlsAlone) {
-    const std::vector<TRunItem> items = {Item(1)};
+    const std::vector<TScaleObj> items = {Item(1)};
     Scale(1).openError = "refused";
     RunDelete(items);
     EXPECT_EQ(Seen(),
@@ -306,8 +306,8 @@ TEST_F(ScaleRunTest, AScaleThatCannotBeOpenedInADeleteRunLeavesTheControlsAlone)
 }
 
 TEST_F(ScaleRunTest, AScaleOfUnknownTransportFailsInADeleteRunToo) {
-    TRunItem item = Item(1);
-    item.rec.CommType = 7;
+    TScaleObj item = Item(1);
+    item.Rec.CommType = 7;
     RunDelete({item});
     EXPECT_EQ(Seen(),
               (TEvents{"clear", kLine, "log:Старт на запис във везна: Везна 1",
@@ -331,7 +331,7 @@ TEST_F(ScaleRunTest, DeletingTheMarkedArticlesLogsTheWriteTexts) {
 }
 
 TEST_F(ScaleRunTest, AFailedDeleteOfMarkedArticlesLogsTheWriteFailure) {
-    const std::vector<TRunItem> items = {Item(1)};
+    const std::vector<TScaleObj> items = {Item(1)};
     Scale(1).errorCode = [](const test::TRequest& request) -> std::uint8_t {
         return request.command == 0x49 ? 7 : 0;
     };
@@ -363,7 +363,7 @@ TEST_F(ScaleRunTest, AnErrorWhileLinesAreBuiltEndsTheRunAndLeavesTheControls) {
 }
 
 TEST_F(ScaleRunTest, AbandoningARunEndsItWithTheScaleInWork) {
-    const std::vector<TRunItem> items = {Item(1), Item(2), Item(3)};
+    const std::vector<TScaleObj> items = {Item(1), Item(2), Item(3)};
     Scale(1).errorCode = [this](const test::TRequest& request) -> std::uint8_t {
         if (request.command == 0x4A) stop_.Abandon();
         return 0;
@@ -375,7 +375,7 @@ TEST_F(ScaleRunTest, AbandoningARunEndsItWithTheScaleInWork) {
 }
 
 TEST_F(ScaleRunTest, AbandoningADeleteEverythingRunReachesNoFurtherScale) {
-    const std::vector<TRunItem> items = {Item(1), Item(2)};
+    const std::vector<TScaleObj> items = {Item(1), Item(2)};
     Scale(1).maxPlu = 3;
     Scale(1).errorCode = [this](const test::TRequest& request) -> std::uint8_t {
         if (request.command == 0x4A) stop_.Abandon();
@@ -387,7 +387,7 @@ TEST_F(ScaleRunTest, AbandoningADeleteEverythingRunReachesNoFurtherScale) {
 }
 
 TEST_F(ScaleRunTest, ARunAbandonedBeforeItsFirstScaleSaysNothingOfChecking) {
-    const std::vector<TRunItem> items = {Item(1)};
+    const std::vector<TScaleObj> items = {Item(1)};
     stop_.Abandon();
     Run(items, {Article(1, "A")});
     EXPECT_EQ(events_, (TEvents{"clear", "choices off", "running",
@@ -398,7 +398,7 @@ TEST_F(ScaleRunTest, ARunAbandonedBeforeItsFirstScaleSaysNothingOfChecking) {
 }
 
 TEST_F(ScaleRunTest, AScaleUntickedBeforeItsTurnIsNotConnectedByADeleteEverythingRun) {
-    const std::vector<TRunItem> items = {Item(1), Item(2)};
+    const std::vector<TScaleObj> items = {Item(1), Item(2)};
     Scale(1).openError = "refused";
     TRunMarks marks(items);
     WhileConnecting(1, [&] { marks.Set(1, false); });
@@ -409,10 +409,10 @@ TEST_F(ScaleRunTest, AScaleUntickedBeforeItsTurnIsNotConnectedByADeleteEverythin
 }
 
 TEST_F(ScaleRunTest, AScaleTickedBeforeItsTurnIsErasedByADeleteEverythingRun) {
-    std::vector<TRunItem> items = {Item(1), Item(2)};
+    std::vector<TScaleObj> items = {Item(1), Item(2)};
     Scale(1).openError = "refused";
     Scale(2).maxPlu = 1;
-    items[1].checked = false;
+    items[1].Rec.Checked = false;
     TRunMarks marks(items);
     WhileConnecting(1, [&] { marks.Set(1, true); });
     TScaleRun(factory_, clock_, view_, stop_, regional_).RunDeleteEverything(items, marks);
@@ -421,7 +421,7 @@ TEST_F(ScaleRunTest, AScaleTickedBeforeItsTurnIsErasedByADeleteEverythingRun) {
 }
 
 TEST_F(ScaleRunTest, WithEveryScaleUntickedBeforeItsTurnADeleteRunSaysThatNoneIsChosen) {
-    const std::vector<TRunItem> items = {Item(1)};
+    const std::vector<TScaleObj> items = {Item(1)};
     TRunMarks marks(items);
     view_.onClear = [&] { marks.Set(0, false); };
     TScaleRun(factory_, clock_, view_, stop_, regional_).RunDeleteEverything(items, marks);
@@ -430,7 +430,7 @@ TEST_F(ScaleRunTest, WithEveryScaleUntickedBeforeItsTurnADeleteRunSaysThatNoneIs
 }
 
 TEST_F(ScaleRunTest, AScaleWhoseConnectionOutlivesTheWindowGetsNothing) {
-    const std::vector<TRunItem> items = {Item(1)};
+    const std::vector<TScaleObj> items = {Item(1)};
     WhileConnecting(1, [this] { stop_.Abandon(); });
     Run(items, {Article(1, "A")});
     EXPECT_TRUE(Scale(1).requests.empty());
@@ -439,7 +439,7 @@ TEST_F(ScaleRunTest, AScaleWhoseConnectionOutlivesTheWindowGetsNothing) {
 }
 
 TEST_F(ScaleRunTest, AScaleWhoseConnectionOutlivesTheWindowKeepsItsArticles) {
-    const std::vector<TRunItem> items = {Item(1)};
+    const std::vector<TScaleObj> items = {Item(1)};
     for (const bool everything : {false, true}) {
         SCOPED_TRACE(everything);
         events_.clear();
@@ -457,7 +457,7 @@ TEST_F(ScaleRunTest, AScaleWhoseConnectionOutlivesTheWindowKeepsItsArticles) {
 }
 
 TEST_F(ScaleRunTest, AWindowClosedBeforeProgrammingLeavesTheScaleInWeighingMode) {
-    const std::vector<TRunItem> items = {Item(1)};
+    const std::vector<TScaleObj> items = {Item(1)};
     Scale(1).errorCode = [this](const test::TRequest&) -> std::uint8_t {
         stop_.Abandon();
         return 0;
@@ -469,7 +469,7 @@ TEST_F(ScaleRunTest, AWindowClosedBeforeProgrammingLeavesTheScaleInWeighingMode)
 }
 
 TEST_F(ScaleRunTest, AStopWhileAScaleIsBeingConnectedStillGoesThroughProgrammingMode) {
-    const std::vector<TRunItem> items = {Item(1)};
+    const std::vector<TScaleObj> items = {Item(1)};
     WhileConnecting(1, [this] { stop_.Stop(); });
     Run(items, {Article(1, "A")});
     EXPECT_EQ(test::Filtered(events_, {"3C", "36", "48", "4A"}), (TEvents{"3C", "36", "48"}));
@@ -478,11 +478,11 @@ TEST_F(ScaleRunTest, AStopWhileAScaleIsBeingConnectedStillGoesThroughProgramming
 }
 
 TEST_F(ScaleRunTest, ASerialScaleAndAUdpScaleAreReachedTheirOwnWay) {
-    std::vector<TRunItem> items = {Item(1), Item(2)};
-    items[0].rec.CommType = kCommSerial;
-    items[0].rec.TCPAddress = "COM7";
-    items[0].rec.BaudRate = 4;
-    items[1].rec.CommType = kCommUdp;
+    std::vector<TScaleObj> items = {Item(1), Item(2)};
+    items[0].Rec.CommType = kCommSerial;
+    items[0].Rec.TCPAddress = "COM7";
+    items[0].Rec.BaudRate = 4;
+    items[1].Rec.CommType = kCommUdp;
     Run(items, {Article(1, "A")});
     EXPECT_EQ(test::Filtered(events_, {"open", "connection:Хост"}),
               (TEvents{"connection:Хост: COM7 Скорост: 115200 bps", "open COM7 115200",

@@ -12,8 +12,8 @@
 #include <utility>
 #include <vector>
 
-#include "window/RunWorker.h"
 #include "window/Window.h"
+#include "window/WorkerThread.h"
 
 namespace tolvane::test {
 namespace {
@@ -259,7 +259,7 @@ TEST_F(PostQueue, WorkMayWaitForTheThreadThatPostedIt) {
     FailBoth();
     std::atomic<bool> waits = false;
     bool ended = false;
-    TRunWorker worker;
+    TWorkerThread worker;
     worker.Start(
         [&] {
             queue_.Post([&] {
@@ -295,7 +295,7 @@ TEST_F(PostQueue, TheEndOfAThreadComesOnceWhenNothingCouldBeSentForAWhile) {
     Failures().posts = kAlways;
     Failures().notifications = 3;
     int ends = 0;
-    TRunWorker worker;
+    TWorkerThread worker;
     worker.Start([] {}, queue_, [&] { ++ends; });
     EXPECT_TRUE(RunLoopUntil([&] { return ends > 0; }));
     worker.Wait();

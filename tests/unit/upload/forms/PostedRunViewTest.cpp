@@ -33,15 +33,15 @@ protected:
         TEvents ignored;
         TFakeClock clock(ignored);
         TFakeFactory factory(ignored, clock);
-        std::vector<TRunItem> items;
+        std::vector<TScaleObj> items;
         for (int number = 1; number <= 3; ++number) {
-            TRunItem item;
-            item.checked = true;
-            item.rec.ScaleName = std::to_string(number);
-            item.rec.TCPAddress = "10.0.0.1";
-            item.rec.TCPPort = 1001;
-            item.rec.CommType = kCommTcp;
-            item.rec.ScaleType = kScaleTypeEvl;
+            TScaleObj item;
+            item.Rec.Checked = true;
+            item.Rec.ScaleName = std::to_string(number);
+            item.Rec.TCPAddress = "10.0.0.1";
+            item.Rec.TCPPort = 1001;
+            item.Rec.CommType = kCommTcp;
+            item.Rec.ScaleType = kScaleTypeEvl;
             items.push_back(item);
             factory.scales.push_back(std::make_shared<TFakeScale>());
         }

@@ -147,7 +147,7 @@ void TRunWindowTest::ThenClose() {
 }
 
 void TRunWindowTest::Show(int runNumber) {
-    ShowRunWindow(owner_, runNumber, context_);
+    ShowRunWindow(owner_, TRunNumber{runNumber}, context_);
     EXPECT_TRUE(script_.IsDone());
 }
 

@@ -109,7 +109,7 @@ void RunWindowRandom::OneRun() {
                          Click(GetDlgItem(Box(), IDYES));
                          ThenEnd(ending, delay, owner);
                      });
-    ShowRunWindow(owner, kind, context_);
+    ShowRunWindow(owner, TRunNumber{kind}, context_);
     EXPECT_EQ(Form(), nullptr);
     EXPECT_EQ(IsWindow(owner) != 0, ending != TEnding::OwnerGoes);
     if (IsWindow(owner) != 0) DestroyWindow(owner);

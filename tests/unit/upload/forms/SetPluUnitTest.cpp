@@ -147,7 +147,7 @@ TEST_F(SetPluUnit, ASettingsFileThatCannotBeWrittenIsToldAfterTheCheckMarksAreBa
                      TCheckList(Part("ScaleList")).SetChecked(1, true);
                      Click(Part("OkBtn"));
                  });
-    EXPECT_THROW(ShowRunWindow(owner_, 1, context_), std::runtime_error);
+    EXPECT_THROW(ShowRunWindow(owner_, TRunNumber{1}, context_), std::runtime_error);
     EXPECT_TRUE(scales_[2].Checked);
 }
 
@@ -159,7 +159,7 @@ TEST_F(SetPluUnit, WithSettingsThatCannotBeReadNoWindowComesAndTheyAreKept) {
     const HANDLE held =
         CreateFileW(context_.iniFile.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
     ASSERT_NE(held, INVALID_HANDLE_VALUE);
-    EXPECT_THROW(ShowRunWindow(owner_, 2, context_), TFileError);
+    EXPECT_THROW(ShowRunWindow(owner_, TRunNumber{2}, context_), TFileError);
     CloseHandle(held);
     EXPECT_EQ(Form(), nullptr);
     EXPECT_TRUE(IsWindowEnabled(frame_) != 0);

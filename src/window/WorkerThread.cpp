@@ -1,4 +1,4 @@
-#include "window/RunWorker.h"
+#include "window/WorkerThread.h"
 
 #include <exception>
 #include <stdexcept>
@@ -28,7 +28,8 @@ void PostSurely(TPostQueue& queue, const std::function<void()>& done) noexcept {
 
 }  // namespace
 
-void TRunWorker::Start(std::function<void()> body, TPostQueue queue, std::function<void()> done) {
+void TWorkerThread::Start(std::function<void()> body, TPostQueue queue,
+                          std::function<void()> done) {
     Wait();
     ended_.Reset(CreateEventW(nullptr, TRUE, FALSE, nullptr));
     if (!ended_) throw std::runtime_error("CreateEvent: " + SystemErrorText(GetLastError()));
@@ -43,7 +44,7 @@ void TRunWorker::Start(std::function<void()> body, TPostQueue queue, std::functi
     });
 }
 
-void TRunWorker::Wait() noexcept {
+void TWorkerThread::Wait() noexcept {
     if (!thread_.joinable()) return;
     constexpr DWORD kSliceMs = 50;
     const HANDLE ended = ended_.Get();

@@ -1,0 +1,86 @@
+#include "upload/DeletePass.h"
+
+#include <exception>
+#include <optional>
+#include <string_view>
+
+#include "config/TypesUnit.h"
+#include "system/SystemError.h"
+#include "text/Cp1251.h"
+#include "text/Failure.h"
+#include "upload/ArticleLine.h"
+#include "upload/LabelTexts.h"
+
+namespace tolvane {
+namespace {
+
+constexpr std::int32_t kNameParameter = 0;
+// One character with code 0; the driver pads it with spaces.
+constexpr std::string_view kClearedName("\0", 1);
+
+}  // namespace
+
+TDeletePass::TDeletePass(const TPassParts& parts)
+    : parts_(parts), mode_(parts.scale, parts.clock, parts.stop) {}
+
+bool TDeletePass::Run(const std::vector<std::string>& lines) {
+    bool succeeded = false;
+    try {
+        if (!Delete(lines)) {
+            LastError = "Операцията прекратена от потребителя."_cp1251;
+            return false;
+        }
+        succeeded = true;
+    } catch (const std::exception& error) {
+        LastError = "ProcessDelete >> " + FailureText(error);
+    }
+    mode_.Leave();
+    return succeeded;
+}
+
+bool TDeletePass::Delete(const std::vector<std::string>& lines) {
+    const std::optional<TScaleVersion> version = mode_.Enter();
+    if (!version) return false;
+    parts_.view.Log("   - Ver: " + version->text + "; Max.PLU: " + std::to_string(version->maxPlu) +
+                    "; Mode:" + std::to_string(version->mode));
+    return lines.empty() ? DeleteEverything(version->maxPlu) : DeleteListed(lines, version->maxPlu);
+}
+
+bool TDeletePass::DeleteEverything(std::int32_t maxPlu) {
+    parts_.view.SetProgress(std::string("Изтриване всички артикули."_cp1251));
+    for (std::int32_t plu = 1; plu <= maxPlu; ++plu) {
+        if (parts_.stop.IsStopped()) return false;
+        parts_.view.SetProgress(std::string("Изтриване артикул #"_cp1251) + std::to_string(plu));
+        std::int32_t errCode = 0;
+        if (!parts_.scale.SetPrice(errCode, plu, 0.0, 0.0))
+            throw TFailure(CommandError(parts_.scale, "[SetPrice]", errCode));
+        ClearName(plu);
+    }
+    return true;
+}
+
+bool TDeletePass::DeleteListed(const std::vector<std::string>& lines, std::int32_t maxPlu) {
+    TPLUD plu;
+    for (const std::string& line : lines) {
+        if (parts_.stop.IsStopped()) return false;
+        if (!ParseArticleLine(line, parts_.decimalSeparator, plu)) continue;
+        plu.ScaleNumber = PluTail(plu.ScaleNumber, maxPlu);
+        if (plu.ScaleNumber == 0 || plu.ScaleNumber > maxPlu) continue;
+        parts_.view.SetProgress(std::string("Изтриване артикул: "_cp1251) +
+                                std::to_string(plu.ScaleNumber) + " " + plu.LabelName1);
+        std::int32_t errCode = 0;
+        if (!parts_.scale.SetPrice(errCode, plu.ScaleNumber, 0.0))
+            throw TFailure(CommandError(parts_.scale, "[SetPrice]", errCode));
+        ClearName(plu.ScaleNumber);
+    }
+    return true;
+}
+
+void TDeletePass::ClearName(std::int32_t plu) {
+    // An article without a price counts as deleted, so the pass goes on when a scale keeps the
+    // name.
+    std::int32_t errCode = 0;
+    parts_.scale.SetParam(errCode, plu, kNameParameter, kClearedName, kCodeTableRaw);
+}
+
+}  // namespace tolvane

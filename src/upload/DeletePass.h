@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "upload/ProgrammingMode.h"
+#include "upload/ScalePass.h"
+
+namespace tolvane {
+
+// Deletes articles from one scale: sets the price to zero and clears the name. Blocks for all
+// exchanges and pauses; runs on the run's thread.
+class TDeletePass {
+public:
+    explicit TDeletePass(const TPassParts& parts);
+
+    // The failure's text, code page 1251.
+    std::string LastError;
+
+    // Deletes the articles of the lines, or every article of the scale when there are no lines.
+    // Skips a line that is not whole and an article whose number the scale does not have. Answers
+    // false after a failure or a stop and leaves the text in LastError. The scale stays in
+    // programming mode only after a stop. Throws nothing.
+    bool Run(const std::vector<std::string>& lines);
+
+private:
+    // All of these answer false when the user has stopped the pass or the run was abandoned, and
+    // throw what fails.
+    bool Delete(const std::vector<std::string>& lines);
+    bool DeleteEverything(std::int32_t maxPlu);
+    bool DeleteListed(const std::vector<std::string>& lines, std::int32_t maxPlu);
+
+    void ClearName(std::int32_t plu);
+
+    TPassParts parts_;
+    TProgrammingMode mode_;
+};
+
+}  // namespace tolvane

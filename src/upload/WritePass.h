@@ -1,0 +1,42 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "config/TypesUnit.h"
+#include "upload/ProgrammingMode.h"
+#include "upload/ScalePass.h"
+
+namespace tolvane {
+
+// Writes articles into one scale: the price and the texts that the scale's model and label mode
+// take. Blocks for all exchanges and pauses; runs on the run's thread.
+class TWritePass {
+public:
+    // `rec` outlives the pass.
+    TWritePass(const TPassParts& parts, const TScaleRec& rec);
+
+    // The failure's text (code page 1251), with the article at which the pass ended.
+    std::string LastError;
+
+    // Writes the article lines in order. Skips a line that is not whole, an article whose number
+    // the scale does not have, and one without a price. Answers false after a failure or a stop and
+    // leaves the text in LastError; the scale then stays in programming mode. Throws nothing.
+    bool Run(const std::vector<std::string>& lines);
+
+private:
+    void WriteLines(const std::vector<std::string>& lines);
+    void LogVersion();
+    // Writes plu_; false when the scale does not take it.
+    bool WriteArticle();
+    void WritePrice();
+    void WriteTexts(std::int32_t uncutScaleNumber);
+
+    TPassParts parts_;
+    const TScaleRec& rec_;
+    TProgrammingMode mode_;
+    TScaleVersion version_;
+    TPLUD plu_;  // the article in work
+};
+
+}  // namespace tolvane

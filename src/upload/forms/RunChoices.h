@@ -1,0 +1,37 @@
+#pragma once
+
+#include <windows.h>
+
+#include <array>
+#include <functional>
+
+#include "upload/ArticleLine.h"
+#include "window/Form.h"
+
+namespace tolvane {
+
+// The controls of the run window that choose the price and the two label names. Light handles; the
+// form owns the controls. Interface thread.
+class TRunChoices {
+public:
+    static constexpr int kWidth = 280;  // at 96 dots per inch
+
+    // Makes the controls through the form's AddControl, in the order of the Tab key.
+    void Make(const std::function<HWND(const TControlOptions&)>& add);
+    // Places them through the form's Place, `left` and `top` at 96 dots per inch.
+    void Place(int left, int top, const std::function<void(HWND, const TPlace&)>& place) const;
+
+    void Show(const TLineChoices& choices) const;
+    TLineChoices Current() const;
+    void Enable(bool enabled) const;
+
+private:
+    HWND priceRadio_ = nullptr;
+    std::array<HWND, kPriceCaptions.size()> priceButtons_{};
+    HWND lblPluName1_ = nullptr;
+    HWND cbPluName1_ = nullptr;
+    HWND lblPluName2_ = nullptr;
+    HWND cbPluName2_ = nullptr;
+};
+
+}  // namespace tolvane

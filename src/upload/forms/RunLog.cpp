@@ -1,0 +1,64 @@
+#include "upload/forms/RunLog.h"
+
+#include "window/Form.h"
+#include "window/WideText.h"
+
+namespace tolvane {
+namespace {
+
+// Few enough lines at once for the window to stay alive, and no line later than the delay.
+constexpr std::size_t kMostLines = 150;
+constexpr UINT kDelayMs = 50;
+constexpr UINT_PTR kTimer = 1;
+
+// An entry as a memo shows it: a zero byte would end it, and only CR LF breaks a line.
+void AppendEntry(std::string_view entry, std::string& text) {
+    for (std::size_t i = 0; i < entry.size(); ++i) {
+        if (entry.substr(i, 2) == "\r\n") {
+            text += "\r\n";
+            ++i;
+        } else {
+            const char c = entry[i];
+            text += c == '\0' || c == '\r' || c == '\n' ? ' ' : c;
+        }
+    }
+}
+
+}  // namespace
+
+void TRunLog::Attach(HWND window, HWND memo) {
+    window_ = window;
+    memo_ = memo;
+    SendMessageW(memo_, EM_SETLIMITTEXT, 0, 0);
+}
+
+void TRunLog::Clear() {
+    Flush();
+    SetWindowText(memo_, {});
+}
+
+void TRunLog::Add(std::string_view entry) {
+    if (pendingLines_ == 0) {
+        SetTimer(window_, kTimer, kDelayMs, nullptr);
+    } else {
+        pending_ += "\r\n";
+    }
+    AppendEntry(entry, pending_);
+    if (++pendingLines_ >= kMostLines) Flush();
+}
+
+void TRunLog::Flush() {
+    if (pendingLines_ == 0) return;
+    KillTimer(window_, kTimer);
+    AppendLine(memo_, pending_);
+    pending_.clear();
+    pendingLines_ = 0;
+}
+
+bool TRunLog::HandleTimer(WPARAM timer) {
+    if (timer != kTimer) return false;
+    Flush();
+    return true;
+}
+
+}  // namespace tolvane
