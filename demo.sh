@@ -36,7 +36,7 @@ trap 'exit 130' INT TERM
 if [ "${TOLVANE_DEMO_INSIDE:-}" != 1 ]; then
     if have_root; then
         # The compilers come first: the rest is installed while they work.
-        step "Packages to build with" "$SCRIPTS/packages.sh" build
+        step "Packages to build with" env TOLVANE_I386_SOON=1 "$SCRIPTS/packages.sh" build
         step_begin "Packages to run with" "$SCRIPTS/packages.sh" wine firebird winelib shop
     else
         step "Packages" "$SCRIPTS/packages.sh" build wine firebird winelib

@@ -9,7 +9,7 @@
 #                             a step's of the list, with what it needs;
 #                             a test program's: test_upload;
 #                             a folder's: src/upload, all the programs of this system that hold it.
-#                             With :FILTER behind it only the tests that fit: test_upload:ScaleRun*
+#                             With :FILTER after it only the tests that fit: test_upload:ScaleRun*
 #   ./test.sh --keep-going    goes on after a failure
 #   ./test.sh --all           what is up to date too, as CI=true does
 

@@ -28,7 +28,7 @@ public:
     ~TConnection() { Close(); }
 
     // Throws TConnectionError. An open connection is closed first. `folder`: where a client library
-    // lies that is told by a path that is not a full one.
+    // lies that is given by a path that is not a full one.
     void Open(const THostSettings& settings, const std::filesystem::path& folder);
     void Close() noexcept;
     bool IsOpen() const noexcept { return handle_ != 0; }

@@ -59,7 +59,7 @@ public:
     }
 
 private:
-    // Deleted before the bitmap, which can then no longer be selected into it.
+    // The order matters: dc_ goes before bitmap_, because a selected bitmap cannot be deleted.
     TOwnedBitmap bitmap_;
     TOwnedDc dc_;
     void* dots_ = nullptr;

@@ -62,7 +62,7 @@ check_include() { # file line header layer
     local file=$1 line=$2 header=$3 layer=$4
     case $header in
         windows.h | windowsx.h | commctrl.h | winsock2.h | ws2tcpip.h | commdlg.h | shellapi.h | winspool.h | tchar.h | Windows.h)
-            windows_allowed "$file" || violation "$file" "$line" "<$header> is for windows and the Windows halves of src/system only"
+            windows_allowed "$file" || violation "$file" "$line" "<$header> is for windows and the Windows halves of src/system and the simulator only"
             ;;
         ibase.h | iberror.h | firebird/*)
             [[ $file == src/database/* ]] || violation "$file" "$line" "<$header> is for src/database only"

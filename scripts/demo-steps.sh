@@ -91,7 +91,7 @@ demo_start_scales() {
         rm -f "$DEMO/$name".{ready,json,txt,port}
         read -ra options <<<"$(demo_link "$name" "$link")"
         if [ -e "$DEMO/$name.before" ]; then options+=(--load "$DEMO/$name.before"); fi
-        demo_beside "$name" "$link" "${OF_ITS_OWN[@]}" setsid "$DEMO_SCALE" --model "$model" --label-mode "$mode" \
+        demo_beside "$name" "$link" "${SCALE_PRIORITY[@]}" setsid "$DEMO_SCALE" --model "$model" --label-mode "$mode" \
             --capacity "$capacity" --address "$address" "${options[@]}" \
             --save "$DEMO/$name.json" --save-on-weighing --ready-file "$DEMO/$name.ready" \
             >"$DEMO/$name.out" 2>&1 </dev/null &
@@ -262,8 +262,12 @@ demo_report() {
 # Ends what this demo has started, however it ends.
 demo_end() {
     local code=$?
-    # Packages that are being installed: half of them is worse than waiting.
-    if [ -n "$BESIDE" ]; then wait "$BESIDE" || true; fi
+    trap '' INT TERM
+    # A half-done installation is worse than waiting.
+    if [ -n "$BESIDE" ]; then
+        say "Waiting for the packages to be installed."
+        wait "$BESIDE" || true
+    fi
     demo_end_scales || true
     demo_unplug >/dev/null 2>&1 || true
     wine_stop || true

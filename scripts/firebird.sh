@@ -34,7 +34,7 @@ firebird_isql() {
 }
 
 # The folder stands for an installation: the system's program parts by links, settings of its own.
-# The character sets are copied: the server does not find them behind a link.
+# The character sets are copied: the server does not find them through a link.
 firebird_make_folder() {
     local entry
     mkdir -p "$FIREBIRD_FOLDER/lock" "$FIREBIRD_FOLDER/data"

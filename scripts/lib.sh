@@ -6,6 +6,10 @@
 #       when it fails, the log's last lines are shown and the script ends with the command's code.
 #       Call it as a statement of its own: after `if`, `!`, `&&` or `||` bash ignores errexit.
 #       What a later step needs goes through files, as variables set in a step are lost.
+#   step_begin "title" command args...
+#       Starts such a step in the background. One at a time.
+#   step_await
+#       Waits for it, and ends the script when it failed.
 #
 # TOLVANE_BUILD moves the build folder (servers, prefixes and logs included), so that two runs can
 # stand side by side. TOLVANE_LANE names a set of server, Wine prefix and display within it, so that
@@ -27,9 +31,10 @@ have_root() {
     [ "$(id -u)" -eq 0 ]
 }
 
-# Put before a virtual scale's command: a real one answers in time however busy this computer is.
-OF_ITS_OWN=()
-if have_root; then OF_ITS_OWN=(nice -n -10); fi
+# Before a virtual scale's command: a higher priority, because a real scale answers in time however busy
+# this computer is.
+SCALE_PRIORITY=()
+if have_root; then SCALE_PRIORITY=(nice -n -10); fi
 
 # say <text>...: one line to the terminal.
 say() {
@@ -53,16 +58,25 @@ step() {
     step_result "$title" "$status" "$started"
 }
 
-# step_begin "title" command args...
-#     The same beside the next steps; step_await ends it. One at a time.
 step_begin() {
     BESIDE_TITLE=$1
+    BESIDE_ENDED=$LOGS/ended-beside
     BESIDE_STARTED=$SECONDS
+    mkdir -p "$LOGS"
     set +e
-    step_run "$@" &
+    step_beside "$@" &
     set -e
     BESIDE=$!
-    say "$1 ... begun, goes on beside the next steps"
+    say "$1 ... started; runs during the next steps"
+}
+
+# Leaves the moment of its end.
+step_beside() {
+    local status
+    step_run "$@"
+    status=$?
+    printf '%s\n' "$SECONDS" >"$BESIDE_ENDED"
+    return "$status"
 }
 
 step_await() {
@@ -70,11 +84,11 @@ step_await() {
     wait "$BESIDE" || status=$?
     BESIDE=
     printf '%s ... ' "$BESIDE_TITLE"
-    step_result "$BESIDE_TITLE" "$status" "$BESIDE_STARTED"
+    step_result "$BESIDE_TITLE" "$status" "$((BESIDE_STARTED + SECONDS - $(cat "$BESIDE_ENDED")))"
 }
 
 step_log() {
-    tr -cs 'A-Za-z0-9.+\n' '-' <<<"$1" | sed "s|^|$LOGS/|; s|\$|.log|"
+    printf '%s/%s.log\n' "$LOGS" "$(tr -cs 'A-Za-z0-9.+\n' '-' <<<"$1")"
 }
 
 # step_run <title> <command>...

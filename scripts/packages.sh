@@ -24,7 +24,8 @@ declare -A GROUPS_OF_PACKAGES=(
 ALL_GROUPS=(build check wine firebird winelib shop)
 PREFERENCES=/etc/apt/preferences.d/zz-tolvane-setup
 POLICY=/usr/sbin/policy-rc.d
-UPDATED=$BUILD/package-indexes-updated
+# Beside the indexes, so that it goes with them.
+UPDATED=/var/lib/apt/lists/tolvane-updated
 INSTALL=(apt-get install -y --no-install-recommends --no-remove
          -o DPkg::Lock::Timeout=300 -o Acquire::Retries=3)
 
@@ -158,8 +159,8 @@ install_packages() {
     is_installed firebird3.0-server && server_was_here=yes
     export DEBIAN_FRONTEND=noninteractive
     trap restore_settings EXIT
-    # At once, also when only the other groups need it: each new architecture costs an update.
-    if ! has_i386; then
+    # A first group may ask for it early, as each new architecture costs an update.
+    if ! has_i386 && { [ "${TOLVANE_I386_SOON:-}" = 1 ] || [[ " $* " == *:i386\ * ]]; }; then
         say "adding the architecture i386"
         dpkg --add-architecture i386
         rm -f "$UPDATED"
@@ -169,6 +170,8 @@ install_packages() {
     update_indexes
     if ! "${INSTALL[@]}" "$@"; then
         say "the plain installation was refused; trying with the main archive's versions"
+        rm -f "$UPDATED"
+        update_indexes
         install_without_security "$@" ||
             fail "apt can install the packages neither plainly nor from the main archive." \
                 "Its reasons stand above; when an index failed to download, try again later."

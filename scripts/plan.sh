@@ -1,7 +1,7 @@
 # shellcheck shell=bash
 # Sourced by test.sh: a plan of steps, and running it with several lanes at the same time.
 #
-#   job <name> "<title>" <command> [argument]...   adds a step to the plan; the lines that follow tell of it
+#   job <name> "<title>" <command> [argument]...   adds a step to the plan; the lines that follow describe it
 #       lane <name>       one step of a lane runs at a time, in the plan's order
 #       after <name>...   starts when these steps have passed
 #       alone <word>...   never beside another step with one of the words

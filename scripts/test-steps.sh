@@ -109,7 +109,7 @@ test_windows_program() {
 
 # test_windows_level unit|integration: all of them but the runs that are stopped, which are a step of
 # their own. The virtual scale is no part of the module: its own tests run natively, since Wine now and
-# then tells a connection's reset as its plain end.
+# then reports a reset connection as a normal end.
 test_windows_level() {
     local names
     mapfile -t names < <(find "$BUILD/windows/tests/$1" -name 'test_*.exe' ! -name 'test_simulator.exe' \

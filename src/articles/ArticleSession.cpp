@@ -9,6 +9,7 @@
 #include "database/Query.h"
 #include "database/Transaction.h"
 #include "text/Cp1251.h"
+#include "text/Failure.h"
 
 namespace tolvane {
 
@@ -39,10 +40,10 @@ TArticleSession::~TArticleSession() = default;
 void TArticleSession::Connect(const char* clientLibrary, void* handle, TWaitView& wait) {
     if (connection_ && connection_->IsOf(handle)) return;
     connection_.reset();
-    connection_ = std::make_unique<TConnection>(clientLibrary, handle);
-    connection_->loader = std::make_unique<TArticleLoader>(
-        TArticleLoader::TParts{connection_->transaction, connection_->query, *articles_, sort_,
-                               clock_, askRegional_, wait, *this});
+    auto made = std::make_unique<TConnection>(clientLibrary, handle);
+    made->loader = std::make_unique<TArticleLoader>(TArticleLoader::TParts{
+        made->transaction, made->query, *articles_, sort_, clock_, askRegional_, wait, *this});
+    connection_ = std::move(made);
 }
 
 void TArticleSession::ReadBaseCurrency() {
@@ -123,8 +124,8 @@ void TArticleSession::End() {
         else
             transaction.Commit();
     } catch (const std::exception& error) {
-        // What failed the start has been told already, and is often the same dead connection.
-        if (!abandoned_) view_.ShowError(error.what());
+        // What failed the start has been shown already, and is often the same dead connection.
+        if (!abandoned_) view_.ShowError(MessageOf(error));
     }
 }
 

@@ -12,11 +12,11 @@ namespace tolvane {
 using asio::ip::udp;
 
 struct TUdpSocket::TSocket {
-    std::uintptr_t Handle() { return static_cast<std::uintptr_t>(udp.native_handle()); }
+    std::uintptr_t Handle() { return static_cast<std::uintptr_t>(socket.native_handle()); }
 
     TSocketLibrary library;
     asio::io_context io{1};
-    asio::ip::udp::socket udp{io};
+    udp::socket socket{io};
 };
 
 TUdpSocket::TUdpSocket(TDatagramReceive receive)
@@ -25,33 +25,33 @@ TUdpSocket::TUdpSocket(TDatagramReceive receive)
 TUdpSocket::~TUdpSocket() = default;
 
 void TUdpSocket::Open(std::uint16_t localPort, bool mayBroadcast) {
-    socket_->udp.open(udp::v4());
+    socket_->socket.open(udp::v4());
     IgnoreUnreachablePeers(socket_->Handle());
-    if (mayBroadcast) socket_->udp.set_option(asio::socket_base::broadcast(true));
-    socket_->udp.bind(udp::endpoint(udp::v4(), localPort));
+    if (mayBroadcast) socket_->socket.set_option(asio::socket_base::broadcast(true));
+    socket_->socket.bind(udp::endpoint(udp::v4(), localPort));
 }
 
 void TUdpSocket::Close() {
     std::error_code ignored;
-    socket_->udp.close(ignored);
+    socket_->socket.close(ignored);
 }
 
 bool TUdpSocket::IsOpen() const {
-    return socket_->udp.is_open();
+    return socket_->socket.is_open();
 }
 
 void TUdpSocket::Send(std::span<const std::uint8_t> data, const std::string& host,
                       std::int32_t port) {
     const udp::endpoint endpoint = EndpointOf<udp>(host, port);
-    socket_->udp.non_blocking(false);
-    if (socket_->udp.send_to(asio::buffer(data.data(), data.size()), endpoint) != data.size())
+    socket_->socket.non_blocking(false);
+    if (socket_->socket.send_to(asio::buffer(data.data(), data.size()), endpoint) != data.size())
         throw std::runtime_error("The datagram was not sent whole.");
 }
 
 std::optional<TReceived> TUdpSocket::Receive(std::span<std::uint8_t> buffer, TMilliseconds limit) {
     if (!WaitReadable(socket_->Handle(), limit)) return std::nullopt;
     // The system may announce a datagram and then drop it; this call must not wait then.
-    socket_->udp.non_blocking(true);
+    socket_->socket.non_blocking(true);
     std::error_code error;
     const TReceived received = receive_(socket_->Handle(), buffer, error);
     const bool isOfAnEarlierDatagram = error == asio::error::connection_reset ||

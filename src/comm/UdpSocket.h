@@ -25,15 +25,18 @@ public:
     ~TUdpSocket();
 
     // Binds the local port on all addresses; 0 takes any free port. With `mayBroadcast` the socket
-    // also sends to broadcast addresses.
+    // also sends to broadcast addresses. The socket must be closed; after a failure it may be open.
     void Open(std::uint16_t localPort, bool mayBroadcast);
+    // These two never throw.
     void Close();
     bool IsOpen() const;
-    // Sends one datagram to a dotted IPv4 address. Throws std::runtime_error for any other host and
-    // when the system has sent only a part of the datagram.
+    // Sends one datagram to a dotted IPv4 address; waits until the system takes it. Throws
+    // std::runtime_error for any other host and when the system has sent only a part of the
+    // datagram.
     void Send(std::span<const std::uint8_t> data, const std::string& host, std::int32_t port);
-    // Waits at most `limit` for one datagram. Answers nothing when none came, and when the system
-    // reports only that nobody received an earlier datagram of this socket.
+    // Waits at most `limit` for one datagram; the socket must be open. Answers nothing when none
+    // came, and when the system reports only that nobody received an earlier datagram of this
+    // socket.
     std::optional<TReceived> Receive(std::span<std::uint8_t> buffer, TMilliseconds limit);
 
 private:

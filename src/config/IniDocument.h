@@ -47,7 +47,7 @@ public:
     // Removes the key's lines from the section, repeats of it too, so that it reads as missing.
     void EraseKey(std::string_view section, std::string_view key);
     // Removes the section's header and its lines, and further sections of that name likewise, which
-    // would otherwise be read instead. Comments (lines of ';' or '#') that stand directly
+    // would otherwise be read instead. Comments (lines of ';' or '#') directly
     // above the next header belong to what follows and stay.
     void EraseSection(std::string_view section);
 

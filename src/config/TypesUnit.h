@@ -39,6 +39,7 @@ inline constexpr std::uint8_t kCommSerial = 0;
 inline constexpr std::uint8_t kCommTcp = 1;
 inline constexpr std::uint8_t kCommUdp = 2;
 
+// By TScaleRec::CommType.
 constexpr bool IsNetworkConnection(std::int32_t commType) {
     return commType == kCommTcp || commType == kCommUdp;
 }

@@ -29,7 +29,7 @@ void Require(bool active, bool wanted) {
 
 }  // namespace
 
-// The client library's handles are pointers or numbers, as its header sees fit.
+// The client library's handles are pointers or numbers, depending on its header.
 std::uintptr_t ConnectionIn(const void* database) noexcept {
     static_assert(sizeof(isc_db_handle) <= sizeof(std::uintptr_t));
     std::uintptr_t number = 0;

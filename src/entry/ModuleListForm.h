@@ -6,9 +6,9 @@
 namespace tolvane {
 
 // The list window inside the host: it opens the module's other windows, uses the host's print
-// service and tells the host of its end. Its hold on the module is a base class, which is destroyed
-// last: the code of the others is in memory until then. Made by new only; it frees itself when its
-// window goes. Interface thread.
+// service and posts the completion message when it ends. Its hold on the module is a base class,
+// which is destroyed last: the code of the others is in memory until then. Made by new only; it
+// frees itself when its window goes. Interface thread.
 class TModuleListForm final : private TModuleHold, public TElicomPluScaleListForm {
 public:
     // Makes and shows the window in the frame's MDI client. Throws TWindowError.

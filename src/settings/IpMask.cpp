@@ -1,6 +1,8 @@
 #include "settings/IpMask.h"
 
 #include <algorithm>
+#include <string_view>
+#include <vector>
 
 #include "text/Cp1251.h"
 #include "text/IpAddress.h"

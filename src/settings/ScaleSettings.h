@@ -32,6 +32,7 @@ inline constexpr std::int32_t kLowestScaleNumber = 1;
 inline constexpr std::int32_t kHighestScaleNumber = 60;
 inline constexpr std::int32_t kHighestScaleAddress = 255;
 
+// With the values of TScaleRec::CommType.
 enum class TTransport : std::uint8_t { Serial = kCommSerial, Tcp = kCommTcp, Udp = kCommUdp };
 
 // What the connection dialog shows and the user changes. Choices are indexes, -1 when nothing is

@@ -1,6 +1,6 @@
 #pragma once
 
-// Private to this folder: libraries that the process has loaded, by system.
+// Libraries that the process has already loaded; nothing here loads one. Any thread.
 
 #include <string>
 #include <vector>

@@ -12,6 +12,7 @@ namespace tolvane {
 void SetUpSerialDriver(std::intptr_t handle);
 // Empties the buffers of both directions.
 void PurgeSerialBuffers(std::intptr_t handle);
+// Bytes received and not read yet.
 std::size_t SerialBytesWaiting(std::intptr_t handle);
 
 }  // namespace tolvane

@@ -24,7 +24,7 @@ public:
 };
 
 // Waits at most `limit` until the socket has something to read: bytes, the peer's end, or an error,
-// which the next receive then reports.
+// which the next receive then reports. False when the time is over or a signal came. Any thread.
 bool WaitReadable(std::uintptr_t socket, TMilliseconds limit);
 
 // What came with one datagram.
@@ -33,7 +33,8 @@ struct TReceived {
     std::uint32_t sender = 0;  // IPv4, most significant byte first; 0: unknown
 };
 
-// Takes one datagram from a non-blocking socket; what does not fit into the buffer is lost. `error`
+// Takes one datagram from a non-blocking socket; what does not fit into the buffer is lost,
+// and the length may then be the buffer's. `error`
 // is of Asio's system category, and clear on success.
 TReceived ReceiveDatagram(std::uintptr_t socket, std::span<std::uint8_t> buffer,
                           std::error_code& error);

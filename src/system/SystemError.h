@@ -13,7 +13,7 @@ enum class TFullStop { Dropped, Kept };
 // (111)". On Windows in the user's language; what the code page lacks becomes '?'.
 std::string SystemErrorText(const std::error_code& error, TFullStop fullStop = TFullStop::Dropped);
 
-// SystemErrorText of a std::system_error, MessageOf any other exception.
+// SystemErrorText of a std::system_error, MessageOf any other exception. Any thread.
 std::string FailureText(const std::exception& failure);
 
 }  // namespace tolvane

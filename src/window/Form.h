@@ -89,9 +89,10 @@ public:
     HWND Control(std::string_view name) const;
 
     // For the form itself and for the classes that it is made of.
+
     // Makes a control; throws TWindowError.
     HWND AddControl(const TControlOptions& options);
-    // The same for what most controls are made of.
+    // AddControl with the options that most controls need; the names are component names.
     HWND Add(TControlKind kind, const char* name, std::string_view text, const TPlace& place,
              DWORD style = 0);
     HWND AddLabel(const char* name, std::string_view text, const TPlace& place, DWORD style = 0);

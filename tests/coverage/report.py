@@ -3,8 +3,8 @@
 
 report.py ROOT COVERAGE.JSON
 
-Branches on lines marked GCOVR_EXCL_BR_LINE do not count: the failure of a system call that no test
-can make fail, with the reason behind the mark.
+Branches on lines marked GCOVR_EXCL_BR_LINE do not count. The mark is for system calls that no test can
+make fail; the reason follows the mark.
 """
 
 import json

@@ -26,9 +26,9 @@ expect_line() { # title, file, its only line, expected words ("" for no complain
     fi
 }
 
-expect "Windows in portable code" src/scale/a.cpp '<windows.h>' "Windows halves of src/system only"
+expect "Windows in portable code" src/scale/a.cpp '<windows.h>' "Windows halves of src/system and the simulator only"
 expect "Windows in a half of the room for systems" src/system/a_win32.cpp '<windows.h>' ""
-expect "Windows in that room's portable code" src/system/a.cpp '<windows.h>' "Windows halves of src/system only"
+expect "Windows in that room's portable code" src/system/a.cpp '<windows.h>' "Windows halves of src/system and the simulator only"
 expect_line "a half for Windows in another room" src/comm/a_win32.cpp '' "is for src/system"
 expect_line "a half for Linux in another room" src/config/a_posix.cpp '' "is for src/system"
 expect "Windows in a form" src/upload/forms/a.cpp '<windows.h>' ""

@@ -24,10 +24,10 @@ expect "steps one after another" 'step A true; step B true' 0 $'A ... ok (N s)\n
 expect "a step that fails ends the script" 'step A sh -c "exit 7"; step B true' 7 'A ... '
 expect "a step goes on beside the next" \
     'step_begin A sh -c "until [ -e $BUILD/b ]; do sleep 0.05; done"; step B touch "$BUILD/b"; step_await' 0 \
-    $'A ... begun, goes on beside the next steps\nB ... ok (N s)\nA ... ok (N s)'
+    $'A ... started; runs during the next steps\nB ... ok (N s)\nA ... ok (N s)'
 expect "a step that fails beside the next ends the script when it is awaited" \
     'step_begin A sh -c "echo why; exit 7"; step B true; step_await; step C true' 7 \
-    $'A ... begun, goes on beside the next steps\nB ... ok (N s)\nA ... '
+    $'A ... started; runs during the next steps\nB ... ok (N s)\nA ... '
 grep -qx 'FAILED: A' "$tree/err" && grep -qx 'why' "$tree/err" ||
     { printf 'FAILED: its log is shown: %s\n' "$(cat "$tree/err")"; failed=1; }
 exit "$failed"

@@ -204,8 +204,8 @@ void TArticleGrid::RowsReordered() {
     InvalidateRect(list_, nullptr, TRUE);
 }
 
-// The list view keeps the selected places as ranges and is told of the fewer ones, from the top:
-// thousands of them take no time that way.
+// The list view keeps the selected places as ranges and gets the shorter list of changes, from the
+// top: thousands of them take no time that way.
 void TArticleGrid::ShowMarks() {
     const std::size_t count = view_.RowCount();
     const bool most = marks_.Count() > count / 2;
@@ -308,7 +308,7 @@ LRESULT TArticleGrid::FillText(NMLVDISPINFOW& info) const {
     return 0;
 }
 
-// A change of one row or of a range that the list view tells of; -1 is all rows.
+// A change of one row or of a range that the list view reports; -1 is all rows.
 void TArticleGrid::ChangeMarks(int from, int to, bool marked) {
     const bool hadNone = marks_.Count() == 0;
     StoreMarks(from, to, marked);
@@ -395,7 +395,7 @@ std::optional<LRESULT> TArticleGrid::HandleNotify(NMHDR& header) {
                 view_.TitleClicked(*column);
             return 0;
         case NM_CLICK:
-            // A click beside the rows tells of column 0.
+            // A click beside the rows reports column 0.
             if (reinterpret_cast<NMITEMACTIVATE&>(header).iItem >= 0)
                 EnterColumn(reinterpret_cast<NMITEMACTIVATE&>(header).iSubItem);
             return 0;

@@ -9,6 +9,7 @@
 #include "articles/PrintTime.h"
 #include "system/LocalTime.h"
 #include "text/Cp1251.h"
+#include "text/Failure.h"
 #include "window/InputBox.h"
 #include "window/MessageBoxes.h"
 #include "window/Placement.h"
@@ -184,8 +185,8 @@ void TElicomPluScaleListForm::EndWork() {
     try {
         store_.SaveAtEnd([this](TIniDocument& document) { WriteLayout(document); });
     } catch (const std::exception& error) {
-        // What failed the start has been told already; a lost scale is told all the same.
-        if (!session_.IsAbandoned() || store_.HasUnsavedScales()) ShowError(error.what());
+        // What failed the start has been shown already; a lost scale is shown all the same.
+        if (!session_.IsAbandoned() || store_.HasUnsavedScales()) ShowError(MessageOf(error));
     }
 }
 

@@ -16,7 +16,7 @@
 namespace tolvane {
 
 inline constexpr const wchar_t* kScaleSettingsFormClass = L"TfrmScaleSettings";
-// Of a dialog that gets none.
+// The caption of a dialog that gets an empty one.
 inline constexpr std::string_view kScaleSettingsCaption = "Scale Settings";
 
 // What the dialog needs from the computer.

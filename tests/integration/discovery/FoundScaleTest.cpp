@@ -7,6 +7,7 @@
 #include "settings/ScaleListEdit.h"
 #include "settings/ScaleSettings.h"
 #include "simulator/VirtualScale.h"
+#include "tests/support/Clocks.h"
 #include "tests/support/FoundDevices.h"
 #include "tests/support/SilentView.h"
 #include "upload/ScaleSession.h"
@@ -17,13 +18,6 @@ namespace {
 using simulator::TProbe;
 using simulator::TScaleOptions;
 using simulator::TVirtualScale;
-
-// A clock without the protocol's pauses.
-class TQuickClock : public TClock {
-public:
-    TTimePoint Now() const override { return SystemClock().Now(); }
-    void Sleep(TMilliseconds) override {}
-};
 
 class FoundScaleTest : public testing::Test {
 protected:
@@ -92,7 +86,7 @@ TEST_F(FoundScaleTest, AScaleThatIsFoundIsSavedAndWrittenTo) {
     const TScaleRec rec = LoadFromFile();
     ASSERT_EQ(rec.ScaleName.View(), "(EVL) - 127.0.0.1 (1)");
 
-    TQuickClock clock;
+    TQuickClock clock{TMilliseconds(0)};
     TSilentView view;
     const TRunStop stop;
     TRealScaleFactory factory(clock);

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "simulator/VirtualScale.h"
+#include "tests/support/Clocks.h"
 #include "tests/unit/upload/UploadFixture.h"
 #include "text/Cp1251.h"
 #include "upload/RunMarks.h"
@@ -25,21 +26,6 @@ namespace {
 constexpr int kRuns = 60;
 constexpr int kArticles = 8;
 constexpr std::size_t kScales = 3;
-
-// Real time, thirty times as fast: the pauses and time-outs of a run are real waits, but short.
-class TFastClock : public TClock {
-public:
-    TTimePoint Now() const override {
-        return start_ + (std::chrono::steady_clock::now() - start_) * kFaster;
-    }
-    void Sleep(TMilliseconds pause) override {
-        std::this_thread::sleep_for(std::chrono::microseconds(pause) / kFaster);
-    }
-
-private:
-    static constexpr int kFaster = 30;
-    const TTimePoint start_ = std::chrono::steady_clock::now();
-};
 
 // What a run has shown so far. The run's thread writes, the interface thread reads.
 class TSharedView : public TRunView {
@@ -135,7 +121,7 @@ protected:
     void OneRun();
 
     std::mt19937 random_{471};
-    TFastClock clock_;
+    TFastClock clock_{30};
     std::array<std::unique_ptr<simulator::TVirtualScale>, kScales> scales_;
     std::vector<TScaleObj> items_;
     TRunArticles articles_;

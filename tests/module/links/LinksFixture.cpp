@@ -16,10 +16,6 @@ std::string Setting(const char* name) {
     return value == nullptr ? std::string() : value;
 }
 
-void TQuickClock::Sleep(TMilliseconds pause) {
-    SystemClock().Sleep(std::min(pause, TMilliseconds(10)));
-}
-
 int PriceIn(const std::string& scale, int number) {
     std::ifstream file(Setting("FOLDER") + "\\" + scale + ".json");
     if (!file) return -1;

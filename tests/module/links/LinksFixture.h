@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "comm/DeviceDiscovery.h"
+#include "tests/support/Clocks.h"
 #include "upload/ScaleSession.h"
 
 namespace tolvane {
@@ -21,14 +22,6 @@ namespace tolvane::test {
 
 // TOLVANE_LINKS_<name> of the environment; a failure when it is not set.
 std::string Setting(const char* name);
-
-// A clock without the protocol's pauses.
-class TQuickClock : public TClock {
-public:
-    TTimePoint Now() const override { return SystemClock().Now(); }
-    // A serial read waits by these.
-    void Sleep(TMilliseconds pause) override;
-};
 
 // The price in hundredths of an article in the state that the scale of that name has saved; -1 when
 // it is not there.
@@ -50,7 +43,8 @@ protected:
     void ExpectUpload(const TScaleRec& rec, const std::string& scale, int number,
                       const std::string& price, int hundredths);
 
-    TQuickClock clock;
+    // Without the pauses of the protocol; a serial read waits by the short ones.
+    TQuickClock clock{TMilliseconds(10)};
     TRealScaleFactory factory{clock};
 };
 

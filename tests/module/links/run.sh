@@ -22,7 +22,7 @@ links_scale() {
     shift
     if [[ $name == udp* || $name == tcp ]]; then place=(ip netns exec "$NETWORK_PREFIX-$name"); fi
     rm -f "$LINKS/$name".{json,ready}
-    "${place[@]}" "${OF_ITS_OWN[@]}" "$virtual_scale" "$@" --save "$LINKS/$name.json" --save-on-weighing \
+    "${place[@]}" "${SCALE_PRIORITY[@]}" "$virtual_scale" "$@" --save "$LINKS/$name.json" --save-on-weighing \
         --ready-file "$LINKS/$name.ready" >"$LINKS/$name.out" 2>&1 </dev/null &
     printf '%s\n' "$!" >"$LINKS/$name.pid"
     wait_until 30 test -s "$LINKS/$name.ready" || fail "the scale $name does not get ready"

@@ -7,33 +7,13 @@
 
 #include "config/IniFile.h"
 #include "tests/support/ScratchFolder.h"
+#include "tests/support/TestScales.h"
 #include "text/Cp1251.h"
 
 namespace tolvane {
 namespace {
 
 using std::filesystem::path;
-
-// A scale's section as the module writes it.
-std::string Section(int slot, int number, const std::string& name) {
-    return "[SCALE" + std::to_string(slot) + "]\r\nScaleNumb=" + std::to_string(number) +
-           "\r\nScaleName=" + name + "\r\nTCPAddress=10.0.0." + std::to_string(number) +
-           "\r\nTCPPort=100\r\nChecked=1\r\nBaudRate=0\r\nScaleType=16\r\nEncoding=2\r\n"
-           "ScaleAddr=0\r\nCommType=1\r\n";
-}
-
-TScaleRec Scale(int number, const std::string& name) {
-    TScaleRec rec;
-    rec.ScaleNumb = number;
-    rec.ScaleName = name;
-    rec.TCPAddress = "10.0.0." + std::to_string(number);
-    rec.TCPPort = 100;
-    rec.Checked = true;
-    rec.ScaleType = kScaleTypeEvl;
-    rec.CommType = kCommTcp;
-    rec.Encoding = 2;
-    return rec;
-}
 
 void Ignore(const TIniDocument&) {}
 void WriteWidth(TIniDocument& document) {
@@ -73,8 +53,8 @@ protected:
     TScratchFolder folder_;
     path file_;
     TConfigurationStore store_;
-    const std::string a_ = Section(1, 1, "A");
-    const std::string b_ = Section(2, 2, "B");
+    const std::string a_ = NetworkScaleSection(1, 1, "A");
+    const std::string b_ = NetworkScaleSection(2, 2, "B");
 };
 
 TEST_F(ConfigurationStoreTest, LoadGivesTheScalesAndHandsTheDocumentOver) {
@@ -99,14 +79,14 @@ TEST_F(ConfigurationStoreTest, HostSettingsAreEmptyWhenTheyCannotBeRead) {
 
 TEST_F(ConfigurationStoreTest, SaveScalesWritesChangedScalesAndNoLayout) {
     Open(a_ + "[OTHER]\r\nk=1\r\n");
-    store_.Scales()[2] = Scale(2, "B");
+    store_.Scales()[2] = NetworkScale(2, "B");
     store_.SaveScales();
     EXPECT_EQ(GetFile(file_), a_ + "[OTHER]\r\nk=1\r\n" + b_);
 }
 
 TEST_F(ConfigurationStoreTest, ASecondSaveWritesOnlyWhatHasChangedSinceTheFirst) {
     Open(a_);
-    store_.Scales()[2] = Scale(2, "B");
+    store_.Scales()[2] = NetworkScale(2, "B");
     store_.SaveScales();
     // Another window has removed it meanwhile.
     PutFile(file_, a_);
@@ -125,10 +105,10 @@ TEST_F(ConfigurationStoreTest, AScaleWithoutRoomIsNamedAndTriedAgain) {
     Open("");
     std::string others;
     for (int slot = 1; slot <= kScaleSlots; ++slot)
-        others += Section(slot, slot, "S" + std::to_string(slot));
+        others += NetworkScaleSection(slot, slot, "S" + std::to_string(slot));
     PutFile(file_, others);
-    store_.Scales()[1] = Scale(31, "X");
-    store_.Scales()[2] = Scale(32, "Y");
+    store_.Scales()[1] = NetworkScale(31, "X");
+    store_.Scales()[2] = NetworkScale(32, "Y");
     const std::string text =
         "Във файла с настройките вече има 20 везни, записани от друг прозорец. "
         "Не са записани: X, Y";
@@ -139,24 +119,24 @@ TEST_F(ConfigurationStoreTest, AScaleWithoutRoomIsNamedAndTriedAgain) {
 
     PutFile(file_, "");
     store_.SaveScales();
-    EXPECT_EQ(GetFile(file_), Section(1, 31, "X") + Section(2, 32, "Y"));
+    EXPECT_EQ(GetFile(file_), NetworkScaleSection(1, 31, "X") + NetworkScaleSection(2, 32, "Y"));
     EXPECT_FALSE(store_.HasUnsavedScales());
 }
 
 TEST_F(ConfigurationStoreTest, SaveLayoutLeavesTheScales) {
     Open(a_);
-    store_.Scales()[1] = Scale(1, "changed");
+    store_.Scales()[1] = NetworkScale(1, "changed");
     store_.SaveLayout(&WriteWidth);
     EXPECT_EQ(GetFile(file_), a_ + kLayout);
 }
 
 TEST_F(ConfigurationStoreTest, SaveAtEndWritesBothOnce) {
     Open(a_);
-    store_.Scales()[2] = Scale(2, "B");
+    store_.Scales()[2] = NetworkScale(2, "B");
     store_.SaveAtEnd(&WriteWidth);
     EXPECT_EQ(GetFile(file_), a_ + b_ + kLayout);
     PutFile(file_, a_);
-    store_.Scales()[3] = Scale(3, "C");
+    store_.Scales()[3] = NetworkScale(3, "C");
     store_.SaveAtEnd(&WriteWidth);
     EXPECT_EQ(GetFile(file_), a_);
 }
@@ -186,7 +166,7 @@ TEST_F(ConfigurationStoreTest, NeededScalesAreReadAndWrittenThen) {
     MakeReadable(a_);
     store_.NeedScales();
     EXPECT_EQ(store_.Scales()[1].ScaleName.Str(), "A");
-    store_.Scales()[2] = Scale(2, "B");
+    store_.Scales()[2] = NetworkScale(2, "B");
     // What is loaded is not loaded again: the change stays.
     store_.NeedScales();
     store_.SaveAtEnd(&WriteWidth);
@@ -237,7 +217,7 @@ protected:
 TEST_F(ConfigurationNamesTest, TheScalesAreSavedUnderTheNameForSaving) {
     TConfigurationStore store = Store();
     store.Load(&Ignore);
-    store.Scales()[1] = Scale(1, "A");
+    store.Scales()[1] = NetworkScale(1, "A");
     store.SaveScales();
     EXPECT_EQ(Files(), std::vector<std::string>{"Tolvane.Ini"});
 }

@@ -7,30 +7,10 @@
 #include <vector>
 
 #include "config/IniDocument.h"
+#include "tests/support/TestScales.h"
 
 namespace tolvane {
 namespace {
-
-// A scale's section as the module writes it.
-std::string Section(int slot, int number, const std::string& name, bool checked = true) {
-    return "[SCALE" + std::to_string(slot) + "]\r\nScaleNumb=" + std::to_string(number) +
-           "\r\nScaleName=" + name + "\r\nTCPAddress=10.0.0." + std::to_string(number) +
-           "\r\nTCPPort=100\r\nChecked=" + (checked ? "1" : "0") +
-           "\r\nBaudRate=0\r\nScaleType=16\r\nEncoding=2\r\nScaleAddr=0\r\nCommType=1\r\n";
-}
-
-TScaleRec Scale(int number, const std::string& name) {
-    TScaleRec rec;
-    rec.ScaleNumb = number;
-    rec.ScaleName = name;
-    rec.TCPAddress = "10.0.0." + std::to_string(number);
-    rec.TCPPort = 100;
-    rec.Checked = true;
-    rec.ScaleType = kScaleTypeEvl;
-    rec.CommType = kCommTcp;
-    rec.Encoding = 2;
-    return rec;
-}
 
 // A window that was opened on one content of the file and is saved into another.
 class ScaleTableMerge : public ::testing::Test {
@@ -63,8 +43,8 @@ protected:
     }
 
     std::vector<int> leftOut_;
-    const std::string a_ = Section(1, 1, "A");
-    const std::string b_ = Section(2, 2, "B");
+    const std::string a_ = NetworkScaleSection(1, 1, "A");
+    const std::string b_ = NetworkScaleSection(2, 2, "B");
 };
 
 TEST_F(ScaleTableMerge, InAnUnchangedFileTheWholeTableIsWritten) {
@@ -85,7 +65,7 @@ TEST_F(ScaleTableMerge, AFileThatOthersHaveEmptiedStaysEmpty) {
 
 TEST_F(ScaleTableMerge, AScaleThatAnotherWindowHasAddedStays) {
     EXPECT_EQ(Saved(a_, Nothing, a_ + b_), a_ + b_);
-    EXPECT_EQ(Saved(a_, Unmark(1), a_ + b_), Section(1, 1, "A", false) + b_);
+    EXPECT_EQ(Saved(a_, Unmark(1), a_ + b_), NetworkScaleSection(1, 1, "A", false) + b_);
 }
 
 TEST_F(ScaleTableMerge, AScaleThatAnotherWindowHasRemovedStaysRemoved) {
@@ -95,7 +75,8 @@ TEST_F(ScaleTableMerge, AScaleThatAnotherWindowHasRemovedStaysRemoved) {
 }
 
 TEST_F(ScaleTableMerge, AScaleThatWasRemovedElsewhereAndChangedHereIsNotLost) {
-    EXPECT_EQ(Saved(a_ + b_, Put(2, Scale(2, "C")), a_), a_ + Section(2, 2, "C"));
+    EXPECT_EQ(Saved(a_ + b_, Put(2, NetworkScale(2, "C")), a_),
+              a_ + NetworkScaleSection(2, 2, "C"));
 }
 
 TEST_F(ScaleTableMerge, AHandEditOfAnUnchangedScaleStaysToTheByte) {
@@ -116,101 +97,112 @@ TEST_F(ScaleTableMerge, AMarkGoesToTheScaleThatWasEditedByHand) {
 }
 
 TEST_F(ScaleTableMerge, TheLastWindowsValuesCountWhereBothHaveChangedAScale) {
-    EXPECT_EQ(Saved(a_, Put(1, Scale(1, "here")), Section(1, 1, "there")), Section(1, 1, "here"));
+    EXPECT_EQ(Saved(a_, Put(1, NetworkScale(1, "here")), NetworkScaleSection(1, 1, "there")),
+              NetworkScaleSection(1, 1, "here"));
 }
 
 TEST_F(ScaleTableMerge, AMarkOfTheOthersStaysWithAScaleThatIsRenamedHere) {
-    EXPECT_EQ(Saved(a_, Put(1, Scale(1, "here")), Section(1, 1, "A", false)),
-              Section(1, 1, "here", false));
+    EXPECT_EQ(Saved(a_, Put(1, NetworkScale(1, "here")), NetworkScaleSection(1, 1, "A", false)),
+              NetworkScaleSection(1, 1, "here", false));
 }
 
 TEST_F(ScaleTableMerge, ScalesThatBothHaveAddedInOneSlotAreBothKept) {
-    EXPECT_EQ(Saved(a_, Put(2, Scale(3, "C")), a_ + b_), a_ + b_ + Section(3, 3, "C"));
+    EXPECT_EQ(Saved(a_, Put(2, NetworkScale(3, "C")), a_ + b_),
+              a_ + b_ + NetworkScaleSection(3, 3, "C"));
 }
 
 TEST_F(ScaleTableMerge, TheSameScaleAddedInBothIsOne) {
-    EXPECT_EQ(Saved(a_, Put(2, Scale(2, "B")), a_ + b_), a_ + b_);
+    EXPECT_EQ(Saved(a_, Put(2, NetworkScale(2, "B")), a_ + b_), a_ + b_);
 }
 
 TEST_F(ScaleTableMerge, AScaleDeletedHereIsDeletedWhereverItStandsNow) {
-    EXPECT_EQ(Saved(a_ + b_, DeleteFirst, a_ + b_ + Section(3, 3, "C")), b_ + Section(3, 3, "C"));
-    const std::string moved = Section(1, 2, "B") + Section(2, 1, "A");
-    EXPECT_EQ(Saved(a_ + b_, DeleteFirst, moved), Section(1, 2, "B"));
+    EXPECT_EQ(Saved(a_ + b_, DeleteFirst, a_ + b_ + NetworkScaleSection(3, 3, "C")),
+              b_ + NetworkScaleSection(3, 3, "C"));
+    const std::string moved = NetworkScaleSection(1, 2, "B") + NetworkScaleSection(2, 1, "A");
+    EXPECT_EQ(Saved(a_ + b_, DeleteFirst, moved), NetworkScaleSection(1, 2, "B"));
 }
 
 TEST_F(ScaleTableMerge, AScaleDeletedHereAndChangedElsewhereStays) {
-    EXPECT_EQ(Saved(a_ + b_, DeleteFirst, Section(1, 1, "new") + b_), Section(1, 1, "new") + b_);
+    EXPECT_EQ(Saved(a_ + b_, DeleteFirst, NetworkScaleSection(1, 1, "new") + b_),
+              NetworkScaleSection(1, 1, "new") + b_);
 }
 
 TEST_F(ScaleTableMerge, AMarkFollowsAScaleThatAnotherWindowHasMoved) {
     // The other window has deleted A: B stands in the first slot.
-    EXPECT_EQ(Saved(a_ + b_, Unmark(2), Section(1, 2, "B")), Section(1, 2, "B", false));
+    EXPECT_EQ(Saved(a_ + b_, Unmark(2), NetworkScaleSection(1, 2, "B")),
+              NetworkScaleSection(1, 2, "B", false));
 }
 
 TEST_F(ScaleTableMerge, ScalesThatMovedHereAndDidNotChangeStayAsTheOthersLeftThem) {
     // Deleting A here moves B up; in the file it has another name by now.
-    const std::string renamed = a_ + Section(2, 2, "renamed");
-    EXPECT_EQ(Saved(a_ + b_, DeleteFirst, renamed), Section(2, 2, "renamed"));
+    const std::string renamed = a_ + NetworkScaleSection(2, 2, "renamed");
+    EXPECT_EQ(Saved(a_ + b_, DeleteFirst, renamed), NetworkScaleSection(2, 2, "renamed"));
 }
 
 // The editor moves the later scales up: the second slot then holds the third scale, changed.
 TEST_F(ScaleTableMerge, DeletingOneScaleAndChangingTheNextInOneGoIsNoChangeOfTheFirst) {
-    const std::string opened = a_ + b_ + Section(3, 3, "C");
+    const std::string opened = a_ + b_ + NetworkScaleSection(3, 3, "C");
     const TChange deleteAndRename = [](TScaleTable& table) {
-        table[2] = Scale(3, "C here");
+        table[2] = NetworkScale(3, "C here");
         table[3].TCPPort = 0;
     };
-    EXPECT_EQ(Saved(opened, deleteAndRename, a_ + Section(2, 2, "B there") + Section(3, 3, "C")),
-              a_ + Section(2, 2, "B there") + Section(3, 3, "C here"));
-    EXPECT_EQ(Saved(opened, deleteAndRename, a_ + b_ + Section(3, 3, "C there")),
-              a_ + Section(3, 3, "C here"));
+    EXPECT_EQ(Saved(opened, deleteAndRename,
+                    a_ + NetworkScaleSection(2, 2, "B there") + NetworkScaleSection(3, 3, "C")),
+              a_ + NetworkScaleSection(2, 2, "B there") + NetworkScaleSection(3, 3, "C here"));
+    EXPECT_EQ(Saved(opened, deleteAndRename, a_ + b_ + NetworkScaleSection(3, 3, "C there")),
+              a_ + NetworkScaleSection(3, 3, "C here"));
 }
 
 TEST_F(ScaleTableMerge, AChangedScaleKeepsItsOwnMark) {
     const TChange deleteAndChange = [](TScaleTable& table) {
-        table[2] = Scale(3, "C here");
+        table[2] = NetworkScale(3, "C here");
         table[2].Checked = false;
         table[3].TCPPort = 0;
     };
-    EXPECT_EQ(Saved(a_ + Section(2, 2, "B", false) + Section(3, 3, "C"), deleteAndChange,
-                    a_ + b_ + Section(3, 3, "C")),
-              a_ + Section(3, 3, "C here", false));
+    EXPECT_EQ(Saved(a_ + NetworkScaleSection(2, 2, "B", false) + NetworkScaleSection(3, 3, "C"),
+                    deleteAndChange, a_ + b_ + NetworkScaleSection(3, 3, "C")),
+              a_ + NetworkScaleSection(3, 3, "C here", false));
 }
 
 TEST_F(ScaleTableMerge, AScaleAddedInTheSlotOfADeletedOneHasNothingOfIt) {
-    EXPECT_EQ(Saved(a_ + b_, Put(2, Scale(9, "N")), a_ + Section(2, 2, "B", false)),
-              a_ + Section(2, 9, "N"));
-    EXPECT_EQ(Saved(a_ + b_, Put(2, Scale(9, "N")), a_ + Section(2, 2, "B there")),
-              a_ + Section(2, 2, "B there") + Section(3, 9, "N"));
+    EXPECT_EQ(
+        Saved(a_ + b_, Put(2, NetworkScale(9, "N")), a_ + NetworkScaleSection(2, 2, "B", false)),
+        a_ + NetworkScaleSection(2, 9, "N"));
+    EXPECT_EQ(
+        Saved(a_ + b_, Put(2, NetworkScale(9, "N")), a_ + NetworkScaleSection(2, 2, "B there")),
+        a_ + NetworkScaleSection(2, 2, "B there") + NetworkScaleSection(3, 9, "N"));
 }
 
 TEST_F(ScaleTableMerge, AScaleWithANewNumberIsTheSameByItsName) {
-    EXPECT_EQ(Saved(a_, Put(1, Scale(7, "A")), a_ + b_), Section(1, 7, "A") + b_);
+    EXPECT_EQ(Saved(a_, Put(1, NetworkScale(7, "A")), a_ + b_),
+              NetworkScaleSection(1, 7, "A") + b_);
 }
 
 TEST_F(ScaleTableMerge, AMarkFollowsAScaleThatTheOthersHaveMovedAndRenamed) {
-    EXPECT_EQ(Saved(a_ + b_, Unmark(2), Section(1, 2, "B there")), Section(1, 2, "B there", false));
+    EXPECT_EQ(Saved(a_ + b_, Unmark(2), NetworkScaleSection(1, 2, "B there")),
+              NetworkScaleSection(1, 2, "B there", false));
 }
 
 TEST_F(ScaleTableMerge, AMarkGoesToNoScaleThatCannotBeToldFromAnother) {
-    const std::string opened = a_ + Section(2, 5, "mine");
-    const std::string now = a_ + Section(2, 5, "theirs") + Section(3, 5, "mine, renamed");
+    const std::string opened = a_ + NetworkScaleSection(2, 5, "mine");
+    const std::string now =
+        a_ + NetworkScaleSection(2, 5, "theirs") + NetworkScaleSection(3, 5, "mine, renamed");
     EXPECT_EQ(Saved(opened, Unmark(2), now), now);
 }
 
 TEST_F(ScaleTableMerge, AnAddedScaleWithoutRoomIsNamedAndNothingIsLost) {
     std::string opened;
     for (int slot = 1; slot < kScaleSlots; ++slot)
-        opened += Section(slot, slot, "S" + std::to_string(slot));
-    const std::string full = opened + Section(20, 20, "theirs");
-    EXPECT_EQ(Saved(opened, Put(20, Scale(21, "mine")), full), full);
+        opened += NetworkScaleSection(slot, slot, "S" + std::to_string(slot));
+    const std::string full = opened + NetworkScaleSection(20, 20, "theirs");
+    EXPECT_EQ(Saved(opened, Put(20, NetworkScale(21, "mine")), full), full);
     EXPECT_EQ(leftOut_, std::vector<int>{20});
 }
 
 TEST_F(ScaleTableMerge, EqualScalesAreToldApartByTheirSlots) {
-    const std::string twins = a_ + Section(2, 1, "A");
-    EXPECT_EQ(Saved(twins, Unmark(2), twins + Section(3, 3, "C")),
-              a_ + Section(2, 1, "A", false) + Section(3, 3, "C"));
+    const std::string twins = a_ + NetworkScaleSection(2, 1, "A");
+    EXPECT_EQ(Saved(twins, Unmark(2), twins + NetworkScaleSection(3, 3, "C")),
+              a_ + NetworkScaleSection(2, 1, "A", false) + NetworkScaleSection(3, 3, "C"));
 }
 
 TEST_F(ScaleTableMerge, AnUnknownConnectionTypeIsNoChange) {
@@ -220,7 +212,7 @@ TEST_F(ScaleTableMerge, AnUnknownConnectionTypeIsNoChange) {
 
 TEST_F(ScaleTableMerge, ForeignSectionsStay) {
     EXPECT_EQ(Saved(a_, Unmark(1), "[OTHER]\r\nk=v\r\n" + b_ + a_),
-              "[OTHER]\r\nk=v\r\n" + b_ + Section(1, 1, "A", false));
+              "[OTHER]\r\nk=v\r\n" + b_ + NetworkScaleSection(1, 1, "A", false));
 }
 
 }  // namespace

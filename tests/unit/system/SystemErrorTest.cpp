@@ -23,6 +23,16 @@ TEST(SystemErrorTextTest, HasTheSystemsWordsOnOneLineAndTheNumberInBrackets) {
     EXPECT_EQ(text.find(". ("), std::string::npos) << text;
 }
 
+TEST(SystemErrorTextTest, AFullStopIsKeptOnRequest) {
+    const std::error_code code(kNoSuchFile, std::system_category());
+    const std::string kept = SystemErrorText(code, TFullStop::Kept);
+#ifdef _WIN32
+    EXPECT_TRUE(kept.ends_with(". (2)")) << kept;
+#else
+    EXPECT_EQ(kept, "No such file or directory (2)");
+#endif
+}
+
 TEST(SystemErrorTextTest, AnUnknownNumberIsStillShown) {
     const std::string text = SystemErrorText({20999, std::system_category()});
     EXPECT_TRUE(text.ends_with(" (20999)")) << text;

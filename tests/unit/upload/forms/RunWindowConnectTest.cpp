@@ -7,21 +7,11 @@
 
 #include "DeafListener.h"
 #include "RunWindowFixture.h"
+#include "tests/support/Clocks.h"
 #include "window/CheckList.h"
 
 namespace tolvane::test {
 namespace {
-
-// Three times as fast, so that a scale which cannot be reached is given up after a second.
-class TFastClock : public TClock {
-public:
-    TTimePoint Now() const override { return start_ + (SystemClock().Now() - start_) * kFaster; }
-    void Sleep(TMilliseconds pause) override { SystemClock().Sleep(pause / kFaster); }
-
-private:
-    static constexpr int kFaster = 3;
-    const TTimePoint start_ = SystemClock().Now();
-};
 
 // What the user does while a scale is being connected: slots 1 and 2 are deaf, slot 3 is a scale
 // with room for two articles.
@@ -63,7 +53,8 @@ protected:
     }
 
     TDeafListener deaf_;
-    TFastClock clock_;
+    // A scale that cannot be reached is given up after a second.
+    TFastClock clock_{3};
 };
 
 TEST_F(RunWindowDeafScales, AScaleUntickedBeforeItsTurnIsNotErased) {
