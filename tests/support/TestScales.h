@@ -4,7 +4,7 @@
 
 #include "config/TypesUnit.h"
 
-namespace tolvane::test {
+namespace tolvane {
 
 // A checked EVL on TCP at 10.0.0.<number>:100.
 inline TScaleRec NetworkScale(int number, const std::string& name) {
@@ -29,4 +29,4 @@ inline std::string NetworkScaleSection(int slot, int number, const std::string& 
            "\r\nBaudRate=0\r\nScaleType=16\r\nEncoding=2\r\nScaleAddr=0\r\nCommType=1\r\n";
 }
 
-}  // namespace tolvane::test
+}  // namespace tolvane
