@@ -18,8 +18,8 @@ public:
     TTransport(const TTransport&) = delete;
     TTransport& operator=(const TTransport&) = delete;
 
-    // On the io_context's thread: gives up all that is under way. The context's run then tells each
-    // operation that it was aborted, and nothing follows.
+    // On the io_context's thread: gives up all that is under way. The context's run then notifies
+    // each operation that it was aborted, and nothing follows.
     virtual void Close() = 0;
     // "tcp 127.0.0.1:1001", "udp ...", "serial /dev/pts/3"
     virtual std::string Endpoint() const = 0;

@@ -123,9 +123,9 @@ void TArticleSession::End() {
             transaction.Rollback();
         else
             transaction.Commit();
-    } catch (const std::exception& error) {
+    } catch (const std::exception&) {
         // What failed the start has been shown already, and is often the same dead connection.
-        if (!abandoned_) view_.ShowError(MessageOf(error));
+        if (!abandoned_) view_.ShowError(MessageOfCurrentException());
     }
 }
 

@@ -31,7 +31,7 @@ public:
     std::optional<std::string> Value(std::string_view section, std::string_view key) const;
     std::string ReadText(std::string_view section, std::string_view key,
                          std::string_view otherwise) const;
-    // A value that is no integer reads as `otherwise`.
+    // A value that is not an integer reads as `otherwise`.
     std::int32_t ReadInteger(std::string_view section, std::string_view key,
                              std::int32_t otherwise) const;
     // An integer other than 0 is true.

@@ -20,14 +20,14 @@ private:
     std::string text_;
 };
 
-// Stands for the message of an exception that has none.
+// The message of an exception that has none.
 inline constexpr std::string_view kUnknownError = "Неизвестна грешка"_cp1251;
 
 // The whole text of a TFailure, what() of any other exception. May be empty.
 std::string MessageOf(const std::exception& failure);
 
-// MessageOf the exception that is being handled; kUnknownError when it is no std::exception or has
-// no message. Only inside a catch block.
+// MessageOf the exception that is being handled; kUnknownError when it is not a std::exception or
+// has no message. Only inside a catch block.
 std::string MessageOfCurrentException();
 
 }  // namespace tolvane

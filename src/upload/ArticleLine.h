@@ -20,7 +20,7 @@ inline constexpr char kLineSeparator = '|';
 // How the parser stores a field.
 struct TLineInteger {
     std::int32_t TPLUD::*member;
-    std::int32_t otherwise = 0;  // for a text that is no integer
+    std::int32_t otherwise = 0;  // for a text that is not an integer
 };
 struct TLineText {
     std::string TPLUD::*member;
@@ -111,8 +111,8 @@ inline constexpr auto kNameChoices = std::to_array<TNameChoice>({
 });
 
 // Whether a comma-separated list of scale numbers names the scale, or holds 0, which means every
-// scale. Reads the list from the left and stops at the first part that is no integer: what follows
-// it does not count.
+// scale. Reads the list from the left and stops at the first part that is not an integer: what
+// follows it does not count.
 bool IsForScale(std::string_view forScales, std::int32_t scaleNumber);
 
 // Empties the texts of `plu` and fills it field by field. Answers whether the line has all fields;

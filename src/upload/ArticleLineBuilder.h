@@ -43,7 +43,7 @@ private:
     void AppendArticleField(TRowId row, TField field, std::string& line) const;
 
     double Price(TRowId row) const;
-    // Throws std::runtime_error for a text that is no integer; an empty one is 0.
+    // Throws std::runtime_error for a text that is not an integer; an empty one is 0.
     std::int32_t IntegerOf(TRowId row, TField field) const;
     void LogSkipped(TRowId row, std::string_view reason, std::string_view caption,
                     std::string_view consequence) const;

@@ -184,9 +184,10 @@ void TElicomPluScaleListForm::OnDestroy() {
 void TElicomPluScaleListForm::EndWork() {
     try {
         store_.SaveAtEnd([this](TIniDocument& document) { WriteLayout(document); });
-    } catch (const std::exception& error) {
+    } catch (const std::exception&) {
         // What failed the start has been shown already; a lost scale is shown all the same.
-        if (!session_.IsAbandoned() || store_.HasUnsavedScales()) ShowError(MessageOf(error));
+        if (!session_.IsAbandoned() || store_.HasUnsavedScales())
+            ShowError(MessageOfCurrentException());
     }
 }
 
