@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <unordered_set>
 
+#include "comm/SocketSupport.h"
 #include "comm/UdpSocket.h"
 #include "text/IpAddress.h"
 
@@ -10,10 +11,9 @@ namespace tolvane {
 namespace {
 
 constexpr TMilliseconds kProbeTime{1000};
-constexpr TMilliseconds kSlice{100};
 // Room for any datagram, because systems report a datagram that is longer than the buffer
 // differently.
-constexpr std::size_t kReceiveSize = 65536;
+constexpr std::size_t kLargestDatagram = 65536;
 
 constexpr std::array<std::uint8_t, 1> kCharacter = {'X'};
 constexpr std::array<std::uint8_t, 4> kFind = {'F', 'I', 'N', 'D'};
@@ -56,7 +56,7 @@ struct TSearch {
         const TTimePoint deadline = clock.Now() + kProbeTime;
         for (TTimePoint now = clock.Now(); now < deadline && !stop; now = clock.Now()) {
             const auto left = std::chrono::ceil<TMilliseconds>(deadline - now);
-            if (const auto datagram = socket->Receive(std::min(left, kSlice)))
+            if (const auto datagram = socket->Receive(std::min(left, kLongestSocketWait)))
                 answers.Add(*datagram);
         }
     }
@@ -80,7 +80,7 @@ public:
 
 private:
     TUdpSocket socket_;
-    std::array<std::uint8_t, kReceiveSize> received_;
+    std::array<std::uint8_t, kLargestDatagram> received_;
 };
 
 }  // namespace

@@ -12,6 +12,7 @@
 #include <system_error>
 
 #include "comm/DevCommBaseUnit.h"
+#include "system/Clock.h"
 #include "text/IpAddress.h"
 
 namespace tolvane {
@@ -19,6 +20,9 @@ namespace tolvane {
 inline constexpr const char* kSocketNotConnected = "Socket is not connected.";
 inline constexpr const char* kSocketTimeout = "Read timeout occured";
 inline constexpr std::int32_t kLargestPort = 65535;
+
+// The longest wait on a socket between two looks at the clock and at what may stop the wait.
+inline constexpr TMilliseconds kLongestSocketWait{100};
 
 // The socket library's form of an address and a port. Throws std::runtime_error with a text for the
 // user when either is invalid.

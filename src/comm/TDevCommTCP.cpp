@@ -19,7 +19,6 @@ namespace {
 using asio::ip::tcp;
 
 constexpr TMilliseconds kConnectTimeout{3000};
-constexpr TMilliseconds kSlice{100};
 constexpr std::size_t kReceiveSize = 32768;
 
 [[noreturn]] void FailNotConnected() {
@@ -45,7 +44,7 @@ public:
         const TTimePoint deadline = clock.Now() + kConnectTimeout;
         io_.restart();
         for (TTimePoint now = clock.Now(); !outcome && now < deadline; now = clock.Now())
-            io_.run_one_for(std::min<TTimePoint::duration>(kSlice, deadline - now));
+            io_.run_one_for(std::min<TTimePoint::duration>(kLongestSocketWait, deadline - now));
         if (!outcome) {
             Close();
             io_.run();  // the abandoned attempt ends
@@ -68,7 +67,7 @@ public:
     }
 
     std::span<const std::uint8_t> Receive(TMilliseconds limit) override {
-        if (!WaitReadable(Handle(), std::min(limit, kSlice))) return {};
+        if (!WaitReadable(Handle(), std::min(limit, kLongestSocketWait))) return {};
         std::error_code error;
         const std::size_t count = socket_.receive(asio::buffer(received_), 0, error);
         if (IsLostConnection(error)) FailNotConnected();

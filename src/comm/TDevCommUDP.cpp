@@ -12,7 +12,6 @@
 namespace tolvane {
 namespace {
 
-constexpr TMilliseconds kSlice{100};
 constexpr std::size_t kDatagramSize = 100;
 
 }  // namespace
@@ -26,7 +25,7 @@ public:
     }
 
     std::span<const std::uint8_t> Receive(TMilliseconds limit) override {
-        const auto datagram = socket.Receive(received_, std::min(limit, kSlice));
+        const auto datagram = socket.Receive(received_, std::min(limit, kLongestSocketWait));
         if (!datagram) return {};
         return ReceivedDatagram(received_, datagram->length);
     }

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <cstring>
 
 #include "database/Handles.h"
 #include "database/Query.h"
+#include "database/Unaligned.h"
 
 namespace tolvane {
 namespace {
@@ -51,13 +51,6 @@ bool IsKnown(short type) {
 std::size_t SizeOf(const XSQLVAR& variable) {
     const auto length = static_cast<std::size_t>(static_cast<unsigned short>(variable.sqllen));
     return TypeOf(variable) == SQL_VARYING ? length + sizeof(ISC_USHORT) : length;
-}
-
-template <class T>
-T Get(const char* at) {
-    T value;
-    std::memcpy(&value, at, sizeof(value));
-    return value;
 }
 
 std::int64_t ReadInteger(const XSQLVAR& variable) {

@@ -6,6 +6,8 @@
 #include <stdexcept>
 #include <utility>
 
+#include "database/Unaligned.h"
+
 namespace tolvane {
 namespace {
 
@@ -41,13 +43,6 @@ template <class T>
 char* Put(char* at, const T& value) {
     std::memcpy(at, &value, sizeof(value));
     return at + sizeof(value);
-}
-
-template <class T>
-T Get(const char* at) {
-    T value;
-    std::memcpy(&value, at, sizeof(value));
-    return value;
 }
 
 }  // namespace

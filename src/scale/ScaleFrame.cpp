@@ -52,8 +52,8 @@ std::uint8_t Sum(std::span<const std::uint8_t> bytes) {
 }
 
 std::string Hex(std::uint8_t byte) {
-    constexpr const char* kDigits = "0123456789ABCDEF";
-    return {kDigits[byte >> 4], kDigits[byte & 0x0F]};
+    constexpr const char* kHexDigits = "0123456789ABCDEF";
+    return {kHexDigits[byte >> 4], kHexDigits[byte & 0x0F]};
 }
 
 [[noreturn]] void Fail(const std::string& reason) {
