@@ -25,10 +25,10 @@ std::optional<TScaleVersion> TProgrammingMode::Enter() {
     return version;
 }
 
-void TProgrammingMode::Leave() {
+bool TProgrammingMode::Leave() {
     clock_.Sleep(kBeforeWeighing);
     std::int32_t errCode = 0;
-    scale_.SetWeightMode(errCode);
+    return scale_.SetWeightMode(errCode);
 }
 
 std::string CommandError(const TElicomScale& scale, std::string_view command,

@@ -29,8 +29,8 @@ public:
     // the command that failed. Answers nothing when the run was abandoned before the request for
     // programming mode; the request is not sent then.
     std::optional<TScaleVersion> Enter();
-    // Puts the scale back into weighing mode. The scale's answer does not matter.
-    void Leave();
+    // Puts the scale back into weighing mode. Answers whether the scale has confirmed it.
+    bool Leave();
 
 private:
     TElicomScale& scale_;

@@ -36,7 +36,6 @@ public:
     void Close() noexcept { driver_.reset(); }
 
 private:
-    std::unique_ptr<TElicomScale> CreateDriver(const TScaleRec& rec);
     // Of the driver, which there must be.
     TPassParts Parts() const;
 

@@ -5,19 +5,16 @@
 #include <optional>
 #include <stdexcept>
 #include <string_view>
-#include <utility>
 
 #include "system/SystemError.h"
 #include "text/Cp1251.h"
 #include "text/Failure.h"
 #include "upload/ArticleLine.h"
-#include "upload/LabelTexts.h"
+#include "upload/ArticleWriter.h"
 
 namespace tolvane {
 namespace {
 
-// The label of every article that an S300 scale sells by the piece.
-constexpr std::int32_t kPieceLabel = 1;
 constexpr std::string_view kStopped = "Операцията прекратена от петребителя."_cp1251;
 
 std::string_view VersionPrefix(std::int32_t scaleType) {
@@ -57,62 +54,34 @@ bool TWritePass::Run(const std::vector<std::string>& lines) {
 }
 
 void TWritePass::WriteLines(const std::vector<std::string>& lines) {
-    std::optional<TScaleVersion> version = mode_.Enter();
+    const std::optional<TScaleVersion> version = mode_.Enter();
     if (!version) throw std::runtime_error(std::string(kStopped));
-    version_ = std::move(*version);
-    LogVersion();
+    LogVersion(*version);
+    TArticleWriter writer(parts_.scale, rec_, *version);
     int written = 0;
     for (const std::string& line : lines) {
         if (parts_.stop.IsStopped()) throw std::runtime_error(std::string(kStopped));
-        if (ParseArticleLine(line, parts_.decimalSeparator, plu_) && WriteArticle()) ++written;
+        if (ParseArticleLine(line, parts_.decimalSeparator, plu_) && WriteArticle(writer))
+            ++written;
     }
     mode_.Leave();
     parts_.view.Log(std::string("   Брой записани артикули: "_cp1251) + std::to_string(written));
 }
 
-void TWritePass::LogVersion() {
+void TWritePass::LogVersion(const TScaleVersion& version) {
     const std::string_view prefix = VersionPrefix(rec_.ScaleType);
     if (prefix.empty()) return;
-    parts_.view.Log(std::string(prefix) + version_.text + "; Max.PLU: " +
-                    std::to_string(version_.maxPlu) + "; Mode: " + std::to_string(version_.mode));
+    parts_.view.Log(std::string(prefix) + version.text + "; Max.PLU: " +
+                    std::to_string(version.maxPlu) + "; Mode: " + std::to_string(version.mode));
 }
 
-bool TWritePass::WriteArticle() {
+bool TWritePass::WriteArticle(TArticleWriter& writer) {
     const std::int32_t uncutScaleNumber = plu_.ScaleNumber;
-    plu_.ScaleNumber = PluTail(uncutScaleNumber, version_.maxPlu);
-    if (plu_.ScaleNumber == 0 || plu_.ScaleNumber > version_.maxPlu) return false;
+    if (!writer.CutNumber(plu_)) return false;
     parts_.view.SetProgress(ProgressText(plu_));
     if (plu_.PriceHundredths <= 0) return false;
-    WritePrice();
-    WriteTexts(uncutScaleNumber);
+    writer.Write(plu_, uncutScaleNumber);
     return true;
-}
-
-void TWritePass::WritePrice() {
-    const double price = plu_.PriceHundredths / 100.0;
-    std::int32_t errCode = 0;
-    if (plu_.WholeUnits && rec_.ScaleType == kScaleTypeS300) {
-        if (!parts_.scale.SetPriceC(errCode, plu_.ScaleNumber, price, true, plu_.Reserved7,
-                                    kPieceLabel))
-            throw TFailure(CommandError(parts_.scale, "[SetPriceC]", errCode));
-    } else if (!parts_.scale.SetPrice(errCode, plu_.ScaleNumber, price, plu_.Reserved7)) {
-        throw TFailure(CommandError(parts_.scale, "[SetPrice]", errCode));
-    }
-}
-
-void TWritePass::WriteTexts(std::int32_t uncutScaleNumber) {
-    for (const TLabelText& text : LabelTexts()) {
-        if (!IsSent(text, rec_.ScaleType, version_.mode)) continue;
-        const std::uint8_t codeTable =
-            text.raw ? kCodeTableRaw : static_cast<std::uint8_t>(rec_.Encoding);
-        std::int32_t errCode = 0;
-        if (parts_.scale.SetParam(errCode, plu_.ScaleNumber, text.parameter,
-                                  text.text(plu_, uncutScaleNumber), codeTable))
-            continue;
-        std::string command = "[SetParam:" + std::to_string(text.parameter) + "][";
-        command += text.label;
-        throw TFailure(CommandError(parts_.scale, command + "]", errCode));
-    }
 }
 
 }  // namespace tolvane

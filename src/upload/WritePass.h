@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -9,6 +8,8 @@
 #include "upload/ScalePass.h"
 
 namespace tolvane {
+
+class TArticleWriter;
 
 // Writes articles into one scale: the price and the texts that the scale's model and label mode
 // take. Blocks for all exchanges and pauses; runs on the run's thread.
@@ -27,16 +28,13 @@ public:
 
 private:
     void WriteLines(const std::vector<std::string>& lines);
-    void LogVersion();
+    void LogVersion(const TScaleVersion& version);
     // Writes plu_; false when the scale does not take it.
-    bool WriteArticle();
-    void WritePrice();
-    void WriteTexts(std::int32_t uncutScaleNumber);
+    bool WriteArticle(TArticleWriter& writer);
 
     TPassParts parts_;
     const TScaleRec& rec_;
     TProgrammingMode mode_;
-    TScaleVersion version_;
     TPLUD plu_;  // the article in work
 };
 

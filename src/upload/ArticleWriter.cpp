@@ -1,0 +1,52 @@
+#include "upload/ArticleWriter.h"
+
+#include <string>
+
+#include "text/Failure.h"
+#include "upload/LabelTexts.h"
+
+namespace tolvane {
+namespace {
+
+// The label of every article that an S300 scale sells by the piece.
+constexpr std::int32_t kPieceLabel = 1;
+
+}  // namespace
+
+bool TArticleWriter::CutNumber(TPLUD& plu) const {
+    plu.ScaleNumber = PluTail(plu.ScaleNumber, maxPlu_);
+    return plu.ScaleNumber != 0 && plu.ScaleNumber <= maxPlu_;
+}
+
+void TArticleWriter::Write(const TPLUD& plu, std::int32_t uncutScaleNumber) {
+    WritePrice(plu);
+    WriteTexts(plu, uncutScaleNumber);
+}
+
+void TArticleWriter::WritePrice(const TPLUD& plu) {
+    const double price = plu.PriceHundredths / 100.0;
+    std::int32_t errCode = 0;
+    if (plu.WholeUnits && rec_.ScaleType == kScaleTypeS300) {
+        if (!scale_.SetPriceC(errCode, plu.ScaleNumber, price, true, plu.Reserved7, kPieceLabel))
+            throw TFailure(CommandError(scale_, "[SetPriceC]", errCode));
+    } else if (!scale_.SetPrice(errCode, plu.ScaleNumber, price, plu.Reserved7)) {
+        throw TFailure(CommandError(scale_, "[SetPrice]", errCode));
+    }
+}
+
+void TArticleWriter::WriteTexts(const TPLUD& plu, std::int32_t uncutScaleNumber) {
+    for (const TLabelText& text : LabelTexts()) {
+        if (!IsSent(text, rec_.ScaleType, mode_)) continue;
+        const std::uint8_t codeTable =
+            text.raw ? kCodeTableRaw : static_cast<std::uint8_t>(rec_.Encoding);
+        std::int32_t errCode = 0;
+        if (scale_.SetParam(errCode, plu.ScaleNumber, text.parameter,
+                            text.text(plu, uncutScaleNumber), codeTable))
+            continue;
+        std::string command = "[SetParam:" + std::to_string(text.parameter) + "][";
+        command += text.label;
+        throw TFailure(CommandError(scale_, command + "]", errCode));
+    }
+}
+
+}  // namespace tolvane

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstdint>
+
+#include "config/TypesUnit.h"
+#include "scale/DevElicomScaleUnit.h"
+#include "upload/ProgrammingMode.h"
+
+namespace tolvane {
+
+// Writes single articles into a scale in programming mode: the price and the texts that its model
+// and label mode take. Blocks for the exchanges and their pauses.
+class TArticleWriter {
+public:
+    // `scale` and `rec` outlive the writer; `rec` is the scale's record in the configuration.
+    TArticleWriter(TElicomScale& scale, const TScaleRec& rec, const TScaleVersion& version)
+        : scale_(scale), rec_(rec), maxPlu_(version.maxPlu), mode_(version.mode) {}
+
+    // Cuts the article's number to the digits that the scale has. Answers whether the scale has an
+    // article of this number.
+    bool CutNumber(TPLUD& plu) const;
+    // Writes the article, whose number is cut and whose price is above 0. Throws TFailure with the
+    // command that failed.
+    void Write(const TPLUD& plu, std::int32_t uncutScaleNumber);
+
+private:
+    void WritePrice(const TPLUD& plu);
+    void WriteTexts(const TPLUD& plu, std::int32_t uncutScaleNumber);
+
+    TElicomScale& scale_;
+    const TScaleRec& rec_;
+    std::int32_t maxPlu_;
+    std::int32_t mode_;
+};
+
+}  // namespace tolvane
