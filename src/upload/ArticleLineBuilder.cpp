@@ -59,67 +59,73 @@ void TArticleLineBuilder::Build(const std::vector<TRowId>& rows, std::int32_t sc
 }
 
 std::string TArticleLineBuilder::BuildLine(TRowId row, std::int32_t scaleNumber) const {
-    if (!IsForScale(articles_.Text(row, TField::PLU_FORSCALES), scaleNumber)) return {};
-
-    std::string line;
-    for (const TLineField& field : kLineFields) {
-        if (!AppendField(row, field, line)) return {};
-        line += kLineSeparator;
-    }
-    return line;
+    TArticleLine article = LineFor(row, scaleNumber);
+    if (article.fault) LogSkipped(row, *article.fault);
+    return std::move(article.line);
 }
 
-bool TArticleLineBuilder::AppendField(TRowId row, const TLineField& field,
-                                      std::string& line) const {
+TArticleLine TArticleLineBuilder::LineFor(TRowId row, std::int32_t scaleNumber) const {
+    TArticleLine article;
+    article.isForScale = IsForScale(articles_.Text(row, TField::PLU_FORSCALES), scaleNumber);
+    if (!article.isForScale) return article;
+    for (const TLineField& field : kLineFields) {
+        article.fault = AppendField(row, field, article.line);
+        if (article.fault) {
+            article.line.clear();
+            break;
+        }
+        article.line += kLineSeparator;
+    }
+    return article;
+}
+
+TArticleLineBuilder::TFault TArticleLineBuilder::AppendField(TRowId row, const TLineField& field,
+                                                             std::string& line) const {
     switch (field.source) {
         case TLineSource::Zero:
             line += '0';
-            return true;
+            break;
         case TLineSource::ArticleField:
             AppendArticleField(row, field.field, line);
-            return true;
+            break;
         case TLineSource::Barcode:
             return AppendBarcode(row, line);
         case TLineSource::UnitCode:
             line += std::to_string(
                 std::max<std::int64_t>(IntegerOf(row, TField::PRIMARYUNIT_ONLY_INT), 0) + 1);
-            return true;
+            break;
         case TLineSource::Price:
             return AppendPrice(row, line);
         case TLineSource::BestBefore:
             AppendBestBefore(row, line);
-            return true;
+            break;
         case TLineSource::Name1:
-            return AppendName(row, choices_.name1, line);
+            return AppendName(row, choices_.name1, TLineFault::Name1, line);
         case TLineSource::Name2:
-            return AppendName(row, choices_.name2, line);
+            return AppendName(row, choices_.name2, TLineFault::Name2, line);
         case TLineSource::WholeUnits:
             line += IntegerOf(row, TField::PRIMARYUNIT_ONLY_INT) < 1 ? '0' : '1';
-            return true;
+            break;
     }
-    return true;
+    return std::nullopt;
 }
 
-bool TArticleLineBuilder::AppendBarcode(TRowId row, std::string& line) const {
+TArticleLineBuilder::TFault TArticleLineBuilder::AppendBarcode(TRowId row,
+                                                               std::string& line) const {
     const std::string_view barcode = articles_.Text(row, TField::PLU_BARCODE);
     line += barcode;
     // A barcode that holds the separator cannot be carried: with another character instead it would
     // be another barcode.
     if (barcode.size() == kBarcodeLength && barcode.find(kLineSeparator) == barcode.npos)
-        return true;
-    LogSkipped(row, " няма коректен баркод"_cp1251, {}, kIgnored);
-    return false;
+        return std::nullopt;
+    return TLineFault::Barcode;
 }
 
-bool TArticleLineBuilder::AppendPrice(TRowId row, std::string& line) const {
+TArticleLineBuilder::TFault TArticleLineBuilder::AppendPrice(TRowId row, std::string& line) const {
     const double price = Price(row);
-    if (price == 0.0) {
-        LogSkipped(row, " има нулева "_cp1251, CaptionAt(kPriceCaptions, choices_.price),
-                   kNotMarkable);
-        return false;
-    }
+    if (price == 0.0) return TLineFault::ZeroPrice;
     line += FormatFixed(price, 1, 2, regional_.decimalSeparator);
-    return true;
+    return std::nullopt;
 }
 
 void TArticleLineBuilder::AppendBestBefore(TRowId row, std::string& line) const {
@@ -150,13 +156,14 @@ std::int32_t TArticleLineBuilder::IntegerOf(TRowId row, TField field) const {
                                      FieldInfo(field).name, " не е цяло число."_cp1251}));
 }
 
-bool TArticleLineBuilder::AppendName(TRowId row, int choice, std::string& line) const {
+TArticleLineBuilder::TFault TArticleLineBuilder::AppendName(TRowId row, int choice,
+                                                            TLineFault whenEmpty,
+                                                            std::string& line) const {
     const std::size_t before = line.size();
     const bool known = !CaptionAt(kNameChoices, choice).empty();
     if (known) AppendArticleField(row, kNameChoices[static_cast<std::size_t>(choice)].field, line);
-    if (line.size() > before) return true;
-    LogSkipped(row, " няма коректно "_cp1251, CaptionAt(kNameChoices, choice), kIgnored);
-    return false;
+    if (line.size() > before) return std::nullopt;
+    return whenEmpty;
 }
 
 void TArticleLineBuilder::AppendArticleField(TRowId row, TField field, std::string& line) const {
@@ -170,11 +177,24 @@ void TArticleLineBuilder::AppendArticleField(TRowId row, TField field, std::stri
                  kSeparatorSubstitute);
 }
 
-void TArticleLineBuilder::LogSkipped(TRowId row, std::string_view reason, std::string_view caption,
-                                     std::string_view consequence) const {
-    log_(Joined(
-        {"  Артикул \""_cp1251, articles_.Text(row, TField::PLU_NAME), "\"", reason, caption}));
-    log_(consequence);
+void TArticleLineBuilder::LogSkipped(TRowId row, TLineFault fault) const {
+    const auto log = [&](std::string_view reason, std::string_view caption,
+                         std::string_view consequence) {
+        log_(Joined(
+            {"  Артикул \""_cp1251, articles_.Text(row, TField::PLU_NAME), "\"", reason, caption}));
+        log_(consequence);
+    };
+    switch (fault) {
+        case TLineFault::Barcode:
+            return log(" няма коректен баркод"_cp1251, {}, kIgnored);
+        case TLineFault::ZeroPrice:
+            return log(" има нулева "_cp1251, CaptionAt(kPriceCaptions, choices_.price),
+                       kNotMarkable);
+        case TLineFault::Name1:
+            return log(" няма коректно "_cp1251, CaptionAt(kNameChoices, choices_.name1), kIgnored);
+        case TLineFault::Name2:
+            return log(" няма коректно "_cp1251, CaptionAt(kNameChoices, choices_.name2), kIgnored);
+    }
 }
 
 std::vector<TRowId> RowsOfRun(const TArticleTable& articles, bool markedOnly,

@@ -17,6 +17,21 @@ namespace tolvane {
 // Takes one line of the run log, code page 1251.
 using TLogLine = std::function<void(std::string_view)>;
 
+// Why an article that is meant for a scale has no line.
+enum class TLineFault : std::uint8_t {
+    Barcode,    // not of exactly five characters
+    ZeroPrice,  // the chosen price is zero
+    Name1,      // the chosen name is empty
+    Name2,
+};
+
+// What one article is to one scale.
+struct TArticleLine {
+    bool isForScale = false;
+    std::optional<TLineFault> fault{};  // of an article that is meant for the scale
+    std::string line{};                 // empty when the article is left out
+};
+
 // Makes article lines for one scale at a time. The table outlives the builder and does not change
 // meanwhile. Calls `log` on the caller's thread. One thread at a time.
 class TArticleLineBuilder {
@@ -29,24 +44,28 @@ public:
     // std::runtime_error when a field that must be an integer holds something else.
     void Build(const std::vector<TRowId>& rows, std::int32_t scaleNumber,
                std::vector<std::string>& lines) const;
-    // One article's line; empty when the article is left out. Throws as Build does.
+    // One article's line; empty when the article is left out, and the reason is logged. Throws as
+    // Build does.
     std::string BuildLine(TRowId row, std::int32_t scaleNumber) const;
+    // The same with the reason instead of a log.
+    TArticleLine LineFor(TRowId row, std::int32_t scaleNumber) const;
 
 private:
-    // Each appends a field's text without its separator. False: the article is left out, and the
-    // reason is logged.
-    bool AppendField(TRowId row, const TLineField& field, std::string& line) const;
-    bool AppendBarcode(TRowId row, std::string& line) const;
-    bool AppendPrice(TRowId row, std::string& line) const;
-    bool AppendName(TRowId row, int choice, std::string& line) const;
+    // What keeps an article from having a line; nothing when it is as it should be.
+    using TFault = std::optional<TLineFault>;
+
+    // Each appends a field's text without its separator.
+    TFault AppendField(TRowId row, const TLineField& field, std::string& line) const;
+    TFault AppendBarcode(TRowId row, std::string& line) const;
+    TFault AppendPrice(TRowId row, std::string& line) const;
+    TFault AppendName(TRowId row, int choice, TLineFault whenEmpty, std::string& line) const;
     void AppendBestBefore(TRowId row, std::string& line) const;
     void AppendArticleField(TRowId row, TField field, std::string& line) const;
 
     double Price(TRowId row) const;
     // Throws std::runtime_error for a text that is not an integer; an empty one is 0.
     std::int32_t IntegerOf(TRowId row, TField field) const;
-    void LogSkipped(TRowId row, std::string_view reason, std::string_view caption,
-                    std::string_view consequence) const;
+    void LogSkipped(TRowId row, TLineFault fault) const;
 
     const TArticleTable& articles_;
     TLineChoices choices_;
