@@ -1,8 +1,8 @@
 #include "upload/ArticleWriter.h"
 
 #include <string>
+#include <string_view>
 
-#include "text/Failure.h"
 #include "upload/LabelTexts.h"
 
 namespace tolvane {
@@ -12,6 +12,12 @@ namespace {
 constexpr std::int32_t kPieceLabel = 1;
 
 }  // namespace
+
+void FailCommand(const TElicomScale& scale, std::string_view command, std::int32_t errCode) {
+    const std::string text = CommandError(scale, command, errCode);
+    if (errCode != 0) throw TScaleRefusal(text);
+    throw TFailure(text);
+}
 
 bool TArticleWriter::CutNumber(TPLUD& plu) const {
     plu.ScaleNumber = PluTail(plu.ScaleNumber, maxPlu_);
@@ -28,9 +34,9 @@ void TArticleWriter::WritePrice(const TPLUD& plu) {
     std::int32_t errCode = 0;
     if (plu.WholeUnits && rec_.ScaleType == kScaleTypeS300) {
         if (!scale_.SetPriceC(errCode, plu.ScaleNumber, price, true, plu.Reserved7, kPieceLabel))
-            throw TFailure(CommandError(scale_, "[SetPriceC]", errCode));
+            FailCommand(scale_, "[SetPriceC]", errCode);
     } else if (!scale_.SetPrice(errCode, plu.ScaleNumber, price, plu.Reserved7)) {
-        throw TFailure(CommandError(scale_, "[SetPrice]", errCode));
+        FailCommand(scale_, "[SetPrice]", errCode);
     }
 }
 
@@ -45,7 +51,7 @@ void TArticleWriter::WriteTexts(const TPLUD& plu, std::int32_t uncutScaleNumber)
             continue;
         std::string command = "[SetParam:" + std::to_string(text.parameter) + "][";
         command += text.label;
-        throw TFailure(CommandError(scale_, command + "]", errCode));
+        FailCommand(scale_, command + "]", errCode);
     }
 }
 

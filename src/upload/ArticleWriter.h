@@ -1,12 +1,25 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
 #include "config/TypesUnit.h"
 #include "scale/DevElicomScaleUnit.h"
+#include "text/Failure.h"
 #include "upload/ProgrammingMode.h"
 
 namespace tolvane {
+
+// The scale has answered a command with an error code of its own: the link works, and other
+// articles may be accepted.
+class TScaleRefusal : public TFailure {
+public:
+    using TFailure::TFailure;
+};
+
+// Throws TScaleRefusal when the scale has sent an error code, else TFailure.
+[[noreturn]] void FailCommand(const TElicomScale& scale, std::string_view command,
+                              std::int32_t errCode);
 
 // Writes single articles into a scale in programming mode: the price and the texts that its model
 // and label mode take. Blocks for the exchanges and their pauses.
@@ -19,8 +32,8 @@ public:
     // Cuts the article's number to the digits that the scale has. Answers whether the scale has an
     // article of this number.
     bool CutNumber(TPLUD& plu) const;
-    // Writes the article, whose number is cut and whose price is above 0. Throws TFailure with the
-    // command that failed.
+    // Writes the article, whose number is cut and whose price is above 0. Throws TScaleRefusal
+    // when the scale refuses a command, TFailure for all else; both name the command.
     void Write(const TPLUD& plu, std::int32_t uncutScaleNumber);
 
 private:

@@ -2,21 +2,23 @@
 
 #include <exception>
 #include <optional>
-#include <string_view>
 
 #include "config/TypesUnit.h"
 #include "system/SystemError.h"
 #include "text/Cp1251.h"
 #include "text/Failure.h"
+#include "upload/ArticleDelete.h"
 #include "upload/ArticleLine.h"
 #include "upload/LabelTexts.h"
 
 namespace tolvane {
 namespace {
 
-constexpr std::int32_t kNameParameter = 0;
-// One character with code 0; the driver pads it with spaces.
-constexpr std::string_view kClearedName("\0", 1);
+// An article without a price counts as deleted, so a pass goes on when a scale keeps the name.
+void DeleteInPass(TElicomScale& scale, std::int32_t plu, TDeleteForm form) {
+    std::int32_t errCode = 0;
+    DeleteArticle(scale, plu, form, errCode);
+}
 
 }  // namespace
 
@@ -51,10 +53,7 @@ bool TDeletePass::DeleteEverything(std::int32_t maxPlu) {
     for (std::int32_t plu = 1; plu <= maxPlu; ++plu) {
         if (parts_.stop.IsStopped()) return false;
         parts_.view.SetProgress(std::string("Изтриване артикул #"_cp1251) + std::to_string(plu));
-        std::int32_t errCode = 0;
-        if (!parts_.scale.SetPrice(errCode, plu, 0.0, 0.0))
-            throw TFailure(CommandError(parts_.scale, "[SetPrice]", errCode));
-        ClearName(plu);
+        DeleteInPass(parts_.scale, plu, TDeleteForm::Numbered);
     }
     return true;
 }
@@ -68,19 +67,9 @@ bool TDeletePass::DeleteListed(const std::vector<std::string>& lines, std::int32
         if (plu.ScaleNumber == 0 || plu.ScaleNumber > maxPlu) continue;
         parts_.view.SetProgress(std::string("Изтриване артикул: "_cp1251) +
                                 std::to_string(plu.ScaleNumber) + " " + plu.LabelName1);
-        std::int32_t errCode = 0;
-        if (!parts_.scale.SetPrice(errCode, plu.ScaleNumber, 0.0))
-            throw TFailure(CommandError(parts_.scale, "[SetPrice]", errCode));
-        ClearName(plu.ScaleNumber);
+        DeleteInPass(parts_.scale, plu.ScaleNumber, TDeleteForm::Listed);
     }
     return true;
-}
-
-void TDeletePass::ClearName(std::int32_t plu) {
-    // An article without a price counts as deleted, so the pass goes on when a scale keeps the
-    // name.
-    std::int32_t errCode = 0;
-    parts_.scale.SetParam(errCode, plu, kNameParameter, kClearedName, kCodeTableRaw);
 }
 
 }  // namespace tolvane

@@ -31,8 +31,6 @@ private:
     bool DeleteEverything(std::int32_t maxPlu);
     bool DeleteListed(const std::vector<std::string>& lines, std::int32_t maxPlu);
 
-    void ClearName(std::int32_t plu);
-
     TPassParts parts_;
     TProgrammingMode mode_;
 };
