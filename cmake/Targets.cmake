@@ -98,3 +98,22 @@ function(tolvane_test name)
         set_tests_properties(${name} PROPERTIES LABELS ${arg_LEVEL} TIMEOUT 600)
     endif()
 endfunction()
+
+# tolvane_bench(<name> SOURCES <files> LINKS <targets>): a program that measures. What it measures is
+# meaningful in the release build; the build with sanitizers only shows that it compiles, as quickly as
+# it does tests.
+function(tolvane_bench name)
+    tolvane_program(${name} ${ARGN})
+    if(TOLVANE_SANITIZE)
+        target_link_libraries(${name} PRIVATE tolvane_test_flags)
+    endif()
+endfunction()
+
+# tolvane_add_folders(): each folder of the current one that has a CMakeLists.txt.
+function(tolvane_add_folders)
+    file(GLOB lists CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*/CMakeLists.txt)
+    foreach(list IN LISTS lists)
+        get_filename_component(folder ${list} DIRECTORY)
+        add_subdirectory(${folder})
+    endforeach()
+endfunction()

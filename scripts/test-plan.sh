@@ -139,10 +139,10 @@ test_plan_lane_c() {
 test_plan_lane_d() {
     job windows-unit "Unit tests for Windows" test_in_lane d test_windows_level unit
         after build-windows client; lane d
-        reads "$WINDOWS/tests/unit/*/*.exe" "${TEST_SCRIPTS[@]}"
+        reads "$WINDOWS/tests/unit/*/*.exe" "$WINDOWS/tests/module/run/test_upload_forms.exe" "${TEST_SCRIPTS[@]}"
     job windows-stops "Runs stopped in every phase" test_in_lane d test_windows_programs test_upload_stops
         after build-windows client; lane d
-        reads "$WINDOWS/tests/unit/upload/test_upload_stops.exe" "${TEST_SCRIPTS[@]}"
+        reads "$WINDOWS/tests/module/run/test_upload_stops.exe" "${TEST_SCRIPTS[@]}"
 }
 
 # The programs of this system that hold what lies in a folder of src.

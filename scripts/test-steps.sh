@@ -104,15 +104,17 @@ test_windows_programs() {
 }
 
 test_windows_program() {
-    find "$BUILD/windows/tests/unit" "$BUILD/windows/tests/integration" -name "$1.exe" | grep .
+    find "$BUILD/windows/tests/unit" "$BUILD/windows/tests/integration" "$BUILD/windows/tests/module/run" \
+        -name "$1.exe" | grep .
 }
 
-# test_windows_level unit|integration: all of them but the runs that are stopped, which are a step of
-# their own. The virtual scale is no part of the module: its own tests run natively, since Wine now and
-# then reports a reset connection as a normal end.
+# test_windows_level unit|integration: all programs of that level; with the unit tests also those of the
+# run window. The runs that are stopped at random are a step of their own. The virtual scale is no part
+# of the module: its tests run natively, since Wine now and then reports a reset connection as a normal end.
 test_windows_level() {
-    local names
-    mapfile -t names < <(find "$BUILD/windows/tests/$1" -name 'test_*.exe' ! -name 'test_simulator.exe' \
+    local names folders=("$BUILD/windows/tests/$1")
+    [ "$1" != unit ] || folders+=("$BUILD/windows/tests/module/run")
+    mapfile -t names < <(find "${folders[@]}" -name 'test_*.exe' ! -name 'test_simulator.exe' \
         ! -name 'test_upload_stops.exe' -printf '%f\n' | sed 's/\.exe$//' | sort)
     [ ${#names[@]} -gt 0 ] || fail "there are no programs under $BUILD/windows/tests/$1"
     test_windows_programs "${names[@]}"

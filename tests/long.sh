@@ -43,7 +43,7 @@ long_cycles() {
 long_stops() {
     wine_session
     TOLVANE_RANDOM_STOPS=1000 long_some wine_command wine \
-        "$BUILD/windows/tests/unit/upload/test_upload_stops.exe" --gtest_filter='*Random*'
+        "$BUILD/windows/tests/module/run/test_upload_stops.exe" --gtest_filter='*Random*'
 }
 
 trap 'test_end $?' EXIT

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <numeric>
 
-#include "tests/module/HostFrame.h"
-#include "tests/module/Screenshot.h"
+#include "tests/support/window/HostFrame.h"
+#include "tests/support/window/Screenshot.h"
 #include "window/VisualStyle.h"
 
 namespace tolvane::test {

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "articles/forms/ArticleGrid.h"
-#include "tests/module/GridReader.h"
+#include "tests/support/window/GridReader.h"
 
 namespace tolvane::test {
 

@@ -6,7 +6,7 @@
 
 #include <string>
 
-#include "tests/module/Session.h"
+#include "tests/support/module/Session.h"
 
 namespace tolvane::test {
 namespace {

@@ -10,8 +10,8 @@
 #include <utility>
 #include <vector>
 
-#include "tests/module/ObjectCounts.h"
-#include "tests/module/Session.h"
+#include "tests/support/module/Session.h"
+#include "tests/support/window/ObjectCounts.h"
 
 namespace tolvane::test {
 namespace {

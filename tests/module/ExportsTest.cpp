@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
-#include "tests/module/BoxAnswerer.h"
-#include "tests/module/HostFrame.h"
-#include "tests/module/LoadedModule.h"
+#include "tests/support/module/LoadedModule.h"
+#include "tests/support/window/BoxAnswerer.h"
+#include "tests/support/window/HostFrame.h"
 
 namespace tolvane::test {
 namespace {

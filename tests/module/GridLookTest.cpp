@@ -6,7 +6,7 @@
 #include <string>
 
 #include "tests/module/BareGrid.h"
-#include "tests/module/HostFrame.h"
+#include "tests/support/window/HostFrame.h"
 
 namespace tolvane::test {
 namespace {

@@ -8,8 +8,8 @@
 #include <utility>
 #include <vector>
 
-#include "tests/module/Screenshot.h"
-#include "tests/module/Session.h"
+#include "tests/support/module/Session.h"
+#include "tests/support/window/Screenshot.h"
 #include "window/Placement.h"
 
 namespace tolvane::test {

@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "tests/module/BoxAnswerer.h"
-#include "tests/module/Session.h"
-#include "tests/module/settings/DialogScript.h"
+#include "tests/support/module/Session.h"
+#include "tests/support/window/BoxAnswerer.h"
+#include "tests/support/window/DialogScript.h"
 
 namespace tolvane::test {
 namespace {

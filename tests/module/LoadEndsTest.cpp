@@ -8,8 +8,8 @@
 #include <functional>
 #include <thread>
 
-#include "tests/module/BoxAnswerer.h"
-#include "tests/module/Session.h"
+#include "tests/support/module/Session.h"
+#include "tests/support/window/BoxAnswerer.h"
 
 namespace tolvane::test {
 namespace {

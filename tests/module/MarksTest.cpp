@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "tests/module/BareGrid.h"
-#include "tests/module/GridReader.h"
-#include "tests/module/HostFrame.h"
+#include "tests/support/window/GridReader.h"
+#include "tests/support/window/HostFrame.h"
 
 namespace tolvane::test {
 namespace {

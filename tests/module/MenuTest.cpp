@@ -7,9 +7,9 @@
 #include <utility>
 #include <vector>
 
-#include "tests/module/BoxAnswerer.h"
-#include "tests/module/Screenshot.h"
-#include "tests/module/Session.h"
+#include "tests/support/module/Session.h"
+#include "tests/support/window/BoxAnswerer.h"
+#include "tests/support/window/Screenshot.h"
 
 namespace tolvane::test {
 namespace {

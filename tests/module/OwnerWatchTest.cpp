@@ -5,7 +5,7 @@
 #include <windows.h>
 
 #include "articles/forms/uWaitForm.h"
-#include "tests/module/HostFrame.h"
+#include "tests/support/window/HostFrame.h"
 
 namespace tolvane::test {
 

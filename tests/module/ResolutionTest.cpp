@@ -7,8 +7,8 @@
 #include <cstdlib>
 #include <string>
 
-#include "tests/module/Screenshot.h"
-#include "tests/module/Session.h"
+#include "tests/support/module/Session.h"
+#include "tests/support/window/Screenshot.h"
 #include "window/Dpi.h"
 
 namespace tolvane::test {

@@ -8,10 +8,10 @@
 #include <vector>
 
 #include "simulator/VirtualScale.h"
-#include "tests/module/BoxAnswerer.h"
-#include "tests/module/Commands.h"
-#include "tests/module/Session.h"
-#include "tests/module/settings/DialogScript.h"
+#include "tests/support/module/Commands.h"
+#include "tests/support/module/Session.h"
+#include "tests/support/window/BoxAnswerer.h"
+#include "tests/support/window/DialogScript.h"
 
 namespace tolvane::test {
 namespace {

@@ -14,9 +14,9 @@
 #include <exception>
 #include <string>
 
-#include "tests/module/Connection.h"
-#include "tests/module/HostFrame.h"
-#include "tests/module/LoadedModule.h"
+#include "tests/support/module/Connection.h"
+#include "tests/support/module/LoadedModule.h"
+#include "tests/support/window/HostFrame.h"
 
 namespace tolvane::test {
 namespace {

@@ -5,8 +5,8 @@
 #include <functional>
 #include <string>
 
-#include "tests/module/Commands.h"
-#include "tests/module/settings/DialogScript.h"
+#include "tests/support/module/Commands.h"
+#include "tests/support/window/DialogScript.h"
 #include "window/CheckList.h"
 
 namespace tolvane::test {

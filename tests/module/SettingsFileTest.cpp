@@ -8,7 +8,7 @@
 
 #include <filesystem>
 
-#include "tests/module/SettingsSession.h"
+#include "tests/support/module/SettingsSession.h"
 #include "text/Cp1251.h"
 
 namespace tolvane::test {

@@ -2,8 +2,8 @@
 
 #include <windows.h>
 
-#include "tests/module/Screenshot.h"
-#include "tests/module/SettingsSession.h"
+#include "tests/support/module/SettingsSession.h"
+#include "tests/support/window/Screenshot.h"
 
 namespace tolvane::test {
 

@@ -7,9 +7,9 @@
 #include <random>
 #include <string>
 
-#include "tests/module/BoxAnswerer.h"
 #include "tests/module/SecondHost.h"
-#include "tests/module/Session.h"
+#include "tests/support/module/Session.h"
+#include "tests/support/window/BoxAnswerer.h"
 
 namespace tolvane::test {
 namespace {

@@ -4,8 +4,8 @@
 
 #include <commctrl.h>
 
-#include "tests/module/BoxAnswerer.h"
-#include "tests/module/Session.h"
+#include "tests/support/module/Session.h"
+#include "tests/support/window/BoxAnswerer.h"
 
 namespace tolvane::test {
 namespace {

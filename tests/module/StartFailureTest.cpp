@@ -2,9 +2,9 @@
 
 #include <string>
 
-#include "tests/module/BoxAnswerer.h"
-#include "tests/module/Session.h"
-#include "tests/support/CuttingProxy.h"
+#include "tests/support/database/CuttingProxy.h"
+#include "tests/support/module/Session.h"
+#include "tests/support/window/BoxAnswerer.h"
 
 namespace tolvane::test {
 namespace {

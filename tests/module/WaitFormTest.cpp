@@ -5,9 +5,9 @@
 #include <commctrl.h>
 
 #include "articles/forms/uWaitForm.h"
-#include "tests/module/HostFrame.h"
-#include "tests/module/Screenshot.h"
-#include "tests/module/Session.h"
+#include "tests/support/module/Session.h"
+#include "tests/support/window/HostFrame.h"
+#include "tests/support/window/Screenshot.h"
 
 namespace tolvane::test {
 namespace {

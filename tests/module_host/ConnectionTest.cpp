@@ -3,8 +3,8 @@
 #include <string>
 
 #include "host/HostMenu.h"
-#include "tests/module/BoxAnswerer.h"
 #include "tests/module_host/HostSession.h"
+#include "tests/support/window/BoxAnswerer.h"
 
 namespace tolvane::test {
 namespace {

@@ -8,7 +8,7 @@
 #include <fstream>
 #include <stdexcept>
 
-#include "tests/module/HostFrame.h"
+#include "tests/support/window/HostFrame.h"
 
 namespace tolvane::test {
 namespace {

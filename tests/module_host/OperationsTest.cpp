@@ -3,9 +3,9 @@
 #include <string>
 
 #include "host/HostMenu.h"
-#include "tests/module/BoxAnswerer.h"
-#include "tests/module/HostFrame.h"
 #include "tests/module_host/HostSession.h"
+#include "tests/support/window/BoxAnswerer.h"
+#include "tests/support/window/HostFrame.h"
 
 namespace tolvane::test {
 namespace {

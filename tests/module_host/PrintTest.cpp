@@ -11,10 +11,10 @@
 #include "host/GridReader.h"
 #include "host/HostMenu.h"
 #include "host/PagePainter.h"
-#include "tests/module/BoxAnswerer.h"
-#include "tests/module/HostFrame.h"
-#include "tests/module/Screenshot.h"
 #include "tests/module_host/HostSession.h"
+#include "tests/support/window/BoxAnswerer.h"
+#include "tests/support/window/HostFrame.h"
+#include "tests/support/window/Screenshot.h"
 
 namespace tolvane::test {
 namespace {

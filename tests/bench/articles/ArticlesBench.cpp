@@ -18,7 +18,7 @@
 #include "articles/ArticleSearch.h"
 #include "tests/bench/articles/BareFetch.h"
 #include "tests/bench/articles/BigShop.h"
-#include "tests/integration/articles/TestDatabase.h"
+#include "tests/support/database/TestDatabase.h"
 #include "text/Cp1251.h"
 
 namespace tolvane::bench {

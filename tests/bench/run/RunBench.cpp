@@ -15,7 +15,7 @@
 #include "comm/TDevCommRS232.h"
 #include "comm/TDevCommUDP.h"
 #include "simulator/VirtualScale.h"
-#include "tests/support/NullView.h"
+#include "tests/support/upload/NullView.h"
 #include "text/Cp1251.h"
 #include "upload/ScaleSession.h"
 

@@ -5,7 +5,7 @@
 
 #include "database/DatabaseError.h"
 #include "database/Query.h"
-#include "tests/integration/articles/TestDatabase.h"
+#include "tests/support/database/TestDatabase.h"
 #include "text/Cp1251.h"
 
 namespace tolvane::test {

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "tests/integration/articles/LoadFixture.h"
-#include "tests/support/CuttingProxy.h"
+#include "tests/support/database/CuttingProxy.h"
 
 namespace tolvane::test {
 namespace {

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "articles/ArticleLoader.h"
-#include "tests/integration/articles/TestDatabase.h"
+#include "tests/support/database/TestDatabase.h"
 
 namespace tolvane::test {
 

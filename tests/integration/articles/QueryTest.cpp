@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "database/DatabaseError.h"
-#include "tests/integration/articles/TestDatabase.h"
+#include "tests/support/database/TestDatabase.h"
 #include "text/Cp1251.h"
 
 namespace tolvane::test {

@@ -1,5 +1,5 @@
 #include "tests/integration/comm/ChannelLink.h"
-#include "tests/support/ScriptedChannel.h"
+#include "tests/support/scales/ScriptedChannel.h"
 
 namespace tolvane::test {
 namespace {

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "comm/DevCommBaseUnit.h"
-#include "tests/integration/comm/RealTime.h"
+#include "tests/support/RealTime.h"
 
 namespace tolvane::test {
 

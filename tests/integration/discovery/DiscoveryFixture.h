@@ -11,7 +11,7 @@
 
 #include "comm/DeviceDiscovery.h"
 #include "simulator/VirtualScale.h"
-#include "tests/support/FoundDevices.h"
+#include "tests/support/scales/FoundDevices.h"
 
 namespace tolvane::test {
 

@@ -8,8 +8,8 @@
 #include "settings/ScaleSettings.h"
 #include "simulator/VirtualScale.h"
 #include "tests/support/Clocks.h"
-#include "tests/support/FoundDevices.h"
-#include "tests/support/SilentView.h"
+#include "tests/support/scales/FoundDevices.h"
+#include "tests/support/upload/SilentView.h"
 #include "upload/ScaleSession.h"
 
 namespace tolvane::test {

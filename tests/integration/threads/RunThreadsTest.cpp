@@ -15,7 +15,7 @@
 
 #include "simulator/VirtualScale.h"
 #include "tests/support/Clocks.h"
-#include "tests/unit/upload/UploadFixture.h"
+#include "tests/support/upload/UploadFixture.h"
 #include "text/Cp1251.h"
 #include "upload/RunMarks.h"
 #include "upload/ScaleRun.h"

@@ -8,7 +8,7 @@
 #include <set>
 #include <vector>
 
-#include "tests/module/SettingsSession.h"
+#include "tests/support/module/SettingsSession.h"
 
 namespace tolvane::test {
 namespace {

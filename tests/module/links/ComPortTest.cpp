@@ -5,9 +5,9 @@
 
 #include "comm/TDevCommRS232.h"
 #include "system/SystemError.h"
-#include "tests/integration/comm/RealTime.h"
 #include "tests/module/links/ComPort.h"
 #include "tests/module/links/LinksFixture.h"
+#include "tests/support/RealTime.h"
 
 namespace tolvane::test {
 namespace {

@@ -10,9 +10,9 @@
 #include "settings/forms/ScaleComunicationUnit.h"
 #include "settings/forms/uFindDevices.h"
 #include "settings/forms/uScaleSettings.h"
-#include "tests/module/HostFrame.h"
 #include "tests/module/links/LinksFixture.h"
-#include "tests/module/settings/DialogScript.h"
+#include "tests/support/window/DialogScript.h"
+#include "tests/support/window/HostFrame.h"
 
 namespace tolvane::test {
 namespace {

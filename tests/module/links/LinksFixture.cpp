@@ -6,7 +6,7 @@
 #include <nlohmann/json.hpp>
 #include <tuple>
 
-#include "tests/support/SilentView.h"
+#include "tests/support/upload/SilentView.h"
 
 namespace tolvane::test {
 

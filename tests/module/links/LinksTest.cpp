@@ -8,7 +8,7 @@
 #include <asio/ip/udp.hpp>
 
 #include "system/SystemError.h"
-#include "tests/support/FoundDevices.h"
+#include "tests/support/scales/FoundDevices.h"
 
 namespace tolvane::test {
 namespace {

@@ -10,11 +10,11 @@
 #include <memory>
 
 #include "settings/forms/uFindDevices.h"
-#include "tests/module/BoxAnswerer.h"
-#include "tests/module/HostFrame.h"
 #include "tests/module/links/LinksFixture.h"
-#include "tests/module/settings/DialogScript.h"
-#include "tests/support/FoundDevices.h"
+#include "tests/support/scales/FoundDevices.h"
+#include "tests/support/window/BoxAnswerer.h"
+#include "tests/support/window/DialogScript.h"
+#include "tests/support/window/HostFrame.h"
 
 namespace tolvane::test {
 namespace {

@@ -7,10 +7,10 @@
 
 #include "settings/forms/uFindDevices.h"
 #include "system/Clock.h"
-#include "tests/module/HostFrame.h"
-#include "tests/module/settings/DialogScript.h"
 #include "tests/module/settings/HeldSearch.h"
 #include "tests/module/settings/PicturedBoxes.h"
+#include "tests/support/window/DialogScript.h"
+#include "tests/support/window/HostFrame.h"
 
 namespace tolvane::test {
 namespace {

@@ -5,8 +5,8 @@
 #include <commctrl.h>
 
 #include "settings/forms/uHint.h"
-#include "tests/module/HostFrame.h"
-#include "tests/module/settings/DialogScript.h"
+#include "tests/support/window/DialogScript.h"
+#include "tests/support/window/HostFrame.h"
 
 namespace tolvane::test {
 namespace {

@@ -4,8 +4,8 @@
 
 #include "settings/forms/ScaleComunicationForm.h"
 #include "settings/forms/uHint.h"
-#include "tests/module/HostFrame.h"
-#include "tests/module/settings/DialogScript.h"
+#include "tests/support/window/DialogScript.h"
+#include "tests/support/window/HostFrame.h"
 
 namespace tolvane::test {
 namespace {

@@ -6,9 +6,9 @@
 
 #include "settings/forms/ScaleComunicationForm.h"
 #include "settings/forms/uHint.h"
-#include "tests/module/HostFrame.h"
-#include "tests/module/ObjectCounts.h"
-#include "tests/module/settings/DialogScript.h"
+#include "tests/support/window/DialogScript.h"
+#include "tests/support/window/HostFrame.h"
+#include "tests/support/window/ObjectCounts.h"
 
 namespace tolvane::test {
 namespace {

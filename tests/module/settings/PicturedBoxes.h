@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
-#include "tests/module/BoxAnswerer.h"
-#include "tests/module/settings/DialogScript.h"
+#include "tests/support/window/BoxAnswerer.h"
+#include "tests/support/window/DialogScript.h"
 
 namespace tolvane::test {
 

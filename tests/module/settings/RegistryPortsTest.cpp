@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "settings/forms/uScaleSettings.h"
-#include "tests/module/HostFrame.h"
+#include "tests/support/window/HostFrame.h"
 
 namespace tolvane::test {
 namespace {

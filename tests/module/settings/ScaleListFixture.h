@@ -11,8 +11,8 @@
 #include <vector>
 
 #include "settings/forms/ScaleComunicationForm.h"
-#include "tests/module/HostFrame.h"
-#include "tests/module/settings/DialogScript.h"
+#include "tests/support/window/DialogScript.h"
+#include "tests/support/window/HostFrame.h"
 #include "text/Cp1251.h"
 
 namespace tolvane::test {

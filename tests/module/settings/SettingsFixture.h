@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "settings/forms/uScaleSettings.h"
-#include "tests/module/HostFrame.h"
-#include "tests/module/settings/DialogScript.h"
+#include "tests/support/window/DialogScript.h"
+#include "tests/support/window/HostFrame.h"
 
 namespace tolvane::test {
 

@@ -2,9 +2,9 @@
 // one, and with it another scale's articles, because its dialog was opened and confirmed.
 #include <climits>
 
-#include "tests/module/BoxAnswerer.h"
 #include "tests/module/settings/ScaleListFixture.h"
 #include "tests/module/settings/SettingsFixture.h"
+#include "tests/support/window/BoxAnswerer.h"
 
 namespace tolvane::test {
 namespace {

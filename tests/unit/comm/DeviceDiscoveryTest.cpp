@@ -5,8 +5,8 @@
 #include <deque>
 #include <stdexcept>
 
-#include "tests/support/FoundDevices.h"
 #include "tests/support/RecordingClock.h"
+#include "tests/support/scales/FoundDevices.h"
 
 namespace tolvane::test {
 namespace {

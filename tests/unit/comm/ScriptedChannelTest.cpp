@@ -1,4 +1,4 @@
-#include "tests/support/ScriptedChannel.h"
+#include "tests/support/scales/ScriptedChannel.h"
 
 #include <gtest/gtest.h>
 

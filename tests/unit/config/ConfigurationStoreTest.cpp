@@ -7,7 +7,7 @@
 
 #include "config/IniFile.h"
 #include "tests/support/ScratchFolder.h"
-#include "tests/support/TestScales.h"
+#include "tests/support/scales/TestScales.h"
 #include "text/Cp1251.h"
 
 namespace tolvane {

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "config/IniDocument.h"
-#include "tests/support/TestScales.h"
+#include "tests/support/scales/TestScales.h"
 
 namespace tolvane {
 namespace {

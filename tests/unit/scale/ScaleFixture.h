@@ -7,7 +7,7 @@
 
 #include "scale/DevElicomScaleUnit.h"
 #include "tests/support/RecordingClock.h"
-#include "tests/support/ScriptedChannel.h"
+#include "tests/support/scales/ScriptedChannel.h"
 
 namespace tolvane::test {
 

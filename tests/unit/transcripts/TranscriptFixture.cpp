@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "tests/support/ScriptedChannel.h"
+#include "tests/support/scales/ScriptedChannel.h"
 #include "text/Cp1251.h"
 #include "upload/RunMarks.h"
 

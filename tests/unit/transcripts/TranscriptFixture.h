@@ -11,9 +11,9 @@
 #include <string_view>
 #include <vector>
 
-#include "../upload/UploadFixture.h"
 #include "simulator/ScaleCore.h"
 #include "tests/support/RecordingClock.h"
+#include "tests/support/upload/UploadFixture.h"
 #include "upload/ScaleRun.h"
 
 namespace tolvane::test {

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "UploadFixture.h"
+#include "tests/support/upload/UploadFixture.h"
 #include "text/Cp1251.h"
 
 namespace tolvane {

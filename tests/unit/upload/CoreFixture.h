@@ -7,11 +7,11 @@
 #include <utility>
 #include <vector>
 
-#include "UploadFixture.h"
 #include "config/TypesUnit.h"
 #include "simulator/ScaleCore.h"
 #include "tests/support/RecordingClock.h"
-#include "tests/support/ScriptedChannel.h"
+#include "tests/support/scales/ScriptedChannel.h"
+#include "tests/support/upload/UploadFixture.h"
 #include "upload/ScaleSession.h"
 
 namespace tolvane::test {

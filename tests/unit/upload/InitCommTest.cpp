@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
-#include "UploadFixture.h"
 #include "config/TypesUnit.h"
+#include "tests/support/upload/UploadFixture.h"
 #include "upload/ScaleSession.h"
 
 namespace tolvane {

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "UploadFixture.h"
 #include "config/TypesUnit.h"
+#include "tests/support/upload/UploadFixture.h"
 #include "text/Cp1251.h"
 #include "upload/ScaleSession.h"
 

@@ -7,8 +7,8 @@
 #include <utility>
 #include <vector>
 
-#include "UploadFixture.h"
 #include "config/TypesUnit.h"
+#include "tests/support/upload/UploadFixture.h"
 #include "text/Cp1251.h"
 #include "upload/ScaleSession.h"
 

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "UploadFixture.h"
+#include "tests/support/upload/UploadFixture.h"
 #include "text/Cp1251.h"
 #include "upload/RunMarks.h"
 

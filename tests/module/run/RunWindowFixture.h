@@ -1,0 +1,107 @@
+#pragma once
+
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <memory>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "WindowScript.h"
+#include "simulator/VirtualScale.h"
+#include "tests/support/upload/UploadFixture.h"
+#include "upload/forms/SetPluUnit.h"
+#include "window/Window.h"
+
+namespace tolvane::test {
+
+inline constexpr const char* kLogSeparator = "-----------------------------------------";
+
+// Each line with CR LF behind it.
+std::string Lines(const std::vector<std::string>& lines);
+
+// Pauses a tenth as long; deadlines stay.
+class TShortPauseClock : public TClock {
+public:
+    TTimePoint Now() const override { return SystemClock().Now(); }
+    void Sleep(TMilliseconds pause) override { SystemClock().Sleep(pause / 10); }
+};
+
+// The run window over two scales (slots 1 and 2, of which only the first is checked) at virtual
+// scales, with articles 12 and 7, owned by a stand-in of the list window: a child of a main window,
+// as an MDI child is one.
+class TRunWindowTest : public ::testing::Test {
+protected:
+    TRunWindowTest();
+    ~TRunWindowTest() override;
+
+    void SetArticles(const std::vector<TArticle>& articles);
+    // An article that every scale takes.
+    static TArticle Goods(std::int32_t number, std::string_view name);
+    // So many of them, numbered from 1.
+    static std::vector<TArticle> ManyGoods(int count);
+    // Gives a slot another virtual scale.
+    void ReplaceScale(int slot, const simulator::TScaleOptions& options);
+    simulator::TVirtualScale& Scale(int slot) {
+        return *virtualScales_.at(static_cast<std::size_t>(slot) - 1);
+    }
+    // For tests that do nothing in the middle of a run.
+    void ShortenPauses() { context_.clock = &shortPauses_; }
+    // From the first request on.
+    void SetSilent(int slot);
+    // Price writes that have come to the scale.
+    int PriceWrites(int slot);
+
+    static HWND Form() { return ThreadWindow(kSetPluFormClass); }
+    static HWND Box() { return ThreadWindow(kMessageBoxClass); }
+    static HWND Part(const char* name);
+    static bool IsEnabled(const char* name) { return IsWindowEnabled(Part(name)) != 0; }
+    static bool IsAtRest() { return Form() != nullptr && IsEnabled("OkBtn"); }
+    static bool IsRunning() { return Form() != nullptr && IsEnabled("StopReadBtn"); }
+    static std::string TextOf(const char* name) { return Utf8Text(Part(name)); }
+    static std::string Log() { return TextOf("StatusMemo"); }
+    static bool LogHas(const std::string& text) { return Log().find(text) != std::string::npos; }
+    // At rest with the closing line of a run.
+    static bool LogEnds();
+    // The control states of a run over listed articles and at rest.
+    static void ExpectControls(bool running);
+
+    // Steps of the user.
+    void ThenStart(const char* button);
+    void ThenAnswer(int button);
+    void ThenClose();
+
+    // While a run works: its thread is one of the program's. Once it has ended, one of them must be
+    // gone. (A count would not do: the system starts threads of its own.)
+    void NoteThreads() { threadsInRun_ = Threads(); }
+    void ExpectThreadGone() const {
+        const std::set<TThreadKey> now = Threads();
+        EXPECT_FALSE(
+            std::includes(now.begin(), now.end(), threadsInRun_.begin(), threadsInRun_.end()));
+    }
+
+    // Returns when the window has closed and all steps were taken.
+    void Show(int runNumber);
+    std::string Ini() const;
+
+    HWND frame_ = nullptr;
+    HWND owner_ = nullptr;
+    TScaleTable scales_;
+    TRunContext context_;
+    TShortPauseClock shortPauses_;
+    std::array<std::unique_ptr<simulator::TVirtualScale>, 2> virtualScales_;
+    TWindowScript script_;
+    std::string log_;  // as ThenClose met it
+    std::string box_;  // the text of the last box that ThenAnswer answered
+    std::string boxTitle_;
+    HICON boxIcon_ = nullptr;  // one of the system's
+    std::set<TThreadKey> threadsInRun_;
+};
+
+}  // namespace tolvane::test

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tests/support/upload/NullView.h"
+
+namespace tolvane::test {
+
+// Shows nothing of a run; an error of it fails the test.
+class TSilentView : public TNullView {
+public:
+    void ShowRunError(std::string text) override { ADD_FAILURE() << text; }
+};
+
+}  // namespace tolvane::test

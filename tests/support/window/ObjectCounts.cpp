@@ -1,0 +1,100 @@
+#include "tests/support/window/ObjectCounts.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace tolvane::test {
+namespace {
+
+// An entry of the process's table of GDI objects (32-bit system).
+struct TGdiEntry {
+    std::uint64_t object;
+    std::uint32_t owner;
+    std::uint16_t unique;
+    std::uint8_t type;
+    std::uint8_t flags;
+    std::uint64_t userPointer;
+};
+constexpr std::size_t kGdiTableOffset = 0x94;  // in the process environment block
+constexpr std::size_t kGdiEntries = 0x4000;
+
+BOOL CALLBACK CountWindow(HWND, LPARAM count) {
+    ++*reinterpret_cast<int*>(count);
+    return TRUE;
+}
+
+}  // namespace
+
+int GdiObjects() {
+    const std::uint8_t* block = nullptr;
+    asm("movl %%fs:0x30, %0" : "=r"(block));
+    const auto* table = *reinterpret_cast<const TGdiEntry* const*>(block + kGdiTableOffset);
+    int count = 0;
+    for (std::size_t i = 0; i < kGdiEntries; ++i)
+        count += table[i].type != 0 ? 1 : 0;
+    return count;
+}
+
+std::uintptr_t NextHandle() {
+    const HANDLE event = CreateEventW(nullptr, FALSE, FALSE, nullptr);
+    CloseHandle(event);
+    return reinterpret_cast<std::uintptr_t>(event);
+}
+
+// The low word of a handle is its place in the table, two per entry. With more menus than the table
+// has holes, the highest place tells how many entries are taken. Each call leaves as many holes as
+// it had menus, and what was taken then and is free now are more of them.
+int UserObjects() {
+    static int menuCount = 1000;
+    constexpr int kMoreHoles = 40;
+    menuCount += kMoreHoles;
+    std::vector<HMENU> menus;
+    menus.reserve(static_cast<std::size_t>(menuCount));
+    int highest = 0;
+    for (int i = 0; i < menuCount; ++i) {
+        menus.push_back(CreateMenu());
+        highest = std::max<int>(highest, LOWORD(reinterpret_cast<std::uintptr_t>(menus.back())));
+    }
+    for (const HMENU menu : menus)
+        DestroyMenu(menu);
+    return highest / 2 - menuCount;
+}
+
+int NextAtom() {
+    const ATOM atom = GlobalAddAtomW(L"tolvane next atom");
+    GlobalDeleteAtom(atom);
+    return atom;
+}
+
+int ThreadWindows() {
+    int count = 0;
+    EnumThreadWindows(GetCurrentThreadId(), &CountWindow, reinterpret_cast<LPARAM>(&count));
+    return count;
+}
+
+std::size_t PrivateBytes() {
+    std::size_t bytes = 0;
+    MEMORY_BASIC_INFORMATION region{};
+    for (const char* at = nullptr; VirtualQuery(at, &region, sizeof region) != 0;
+         at = static_cast<const char*>(region.BaseAddress) + region.RegionSize) {
+        if (region.State == MEM_COMMIT && region.Type == MEM_PRIVATE) bytes += region.RegionSize;
+    }
+    return bytes;
+}
+
+std::size_t HeapBytes() {
+    std::vector<HANDLE> heaps(GetProcessHeaps(0, nullptr));
+    heaps.resize(std::min<std::size_t>(
+        heaps.size(), GetProcessHeaps(static_cast<DWORD>(heaps.size()), heaps.data())));
+    std::size_t bytes = 0;
+    for (const HANDLE heap : heaps) {
+        HeapLock(heap);
+        PROCESS_HEAP_ENTRY entry{};
+        while (HeapWalk(heap, &entry) != 0)
+            bytes += (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0 ? entry.cbData : 0;
+        HeapUnlock(heap);
+    }
+    return bytes;
+}
+
+}  // namespace tolvane::test
