@@ -11,8 +11,8 @@
 
 #include "tests/support/module/Session.h"
 #include "tests/support/window/BoxAnswerer.h"
-#include "tests/support/window/DialogScript.h"
 #include "tests/support/window/Screenshot.h"
+#include "tests/support/window/UserScript.h"
 
 namespace tolvane::test {
 namespace {

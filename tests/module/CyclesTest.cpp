@@ -4,12 +4,12 @@
 
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "tests/support/Environment.h"
 #include "tests/support/module/Session.h"
 #include "tests/support/window/ObjectCounts.h"
 
@@ -21,11 +21,8 @@ constexpr std::size_t kMemoryStep = 1024 * 1024;
 // What the system's own caches may differ by; less than one small block a cycle.
 constexpr std::size_t kHeapNoise = 4096;
 
-// TOLVANE_CYCLES asks for more than a short run makes.
 int Cycles() {
-    constexpr int kShort = 25;
-    const char* wanted = std::getenv("TOLVANE_CYCLES");
-    return wanted == nullptr ? kShort : std::atoi(wanted);
+    return CountFromEnvironment("TOLVANE_CYCLES", 25);
 }
 
 void OpenAndClose(TSession& session) {

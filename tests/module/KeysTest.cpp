@@ -9,7 +9,7 @@
 
 #include "tests/support/module/Session.h"
 #include "tests/support/window/BoxAnswerer.h"
-#include "tests/support/window/DialogScript.h"
+#include "tests/support/window/UserScript.h"
 
 namespace tolvane::test {
 namespace {
@@ -79,10 +79,10 @@ TEST_F(KeysTest, KeysOfTheHostsOwnWindowsStayWithThem) {
 
 TEST_F(KeysTest, KeysStayWithAnOpenMenu) {
     const HWND button = session_.Control("SaveButton");
-    const TWindowActor actor(L"#32768",
-                             [&](HWND) { PostMessageW(button, WM_KEYDOWN, VK_ESCAPE, 1); });
+    const TUserScript actor(L"#32768",
+                            [&](HWND) { PostMessageW(button, WM_KEYDOWN, VK_ESCAPE, 1); });
     session_.Click("SaveButton");
-    EXPECT_TRUE(actor.HasActed());
+    EXPECT_TRUE(actor.IsDone());
     EXPECT_NE(session_.List(), nullptr);
 }
 
@@ -90,7 +90,7 @@ TEST_F(KeysTest, TheGridHasTheKeysAgainAfterTheSearchBoxAndItsMessage) {
     const HWND grid = session_.Control("aDBGrid");
     ASSERT_EQ(GetFocus(), grid);
     {
-        const TWindowActor cancels(L"TInputBoxForm", [](HWND) {
+        const TUserScript cancels(L"TInputBoxForm", [](HWND) {
             ReleaseKeys();
             PostKey(VK_ESCAPE);
         });
@@ -99,7 +99,7 @@ TEST_F(KeysTest, TheGridHasTheKeysAgainAfterTheSearchBoxAndItsMessage) {
     EXPECT_EQ(GetFocus(), grid);
     {
         const TBoxAnswerer boxes;
-        const TWindowActor searches(L"TInputBoxForm", [](HWND dialog) {
+        const TUserScript searches(L"TInputBoxForm", [](HWND dialog) {
             ReleaseKeys();
             SetWindowTextW(ControlOf(dialog, "ValueEdit"), L"няма такъв");
             PostKey(VK_RETURN);

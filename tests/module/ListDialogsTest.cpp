@@ -13,7 +13,7 @@
 #include "tests/support/module/Commands.h"
 #include "tests/support/module/Session.h"
 #include "tests/support/window/BoxAnswerer.h"
-#include "tests/support/window/DialogScript.h"
+#include "tests/support/window/UserScript.h"
 
 namespace tolvane::test {
 namespace {
@@ -107,7 +107,7 @@ TEST_P(ListDialogsTest, KeepsTheFocusAndTheMarksWhenTheHostStartsAgain) {
 }
 
 TEST_P(ListDialogsTest, TheHostsCommandsOpenNothingOverIt) {
-    const TWindowActor run(L"TSetPluForm", &PostClose);
+    const TUserScript run(L"TSetPluForm", &PostClose);
     const TDialogScript script(GetParam().className,
                                {[this](HWND) {
                                     PostMessageW(session_.List(), WM_COMMAND, kWriteAll, 0);
@@ -118,12 +118,12 @@ TEST_P(ListDialogsTest, TheHostsCommandsOpenNothingOverIt) {
                                               ClassOf(window) == kEditorClass ? 1 : 0);
                                     PostClose(window);
                                 }});
-    const TWindowActor editor(kEditorClass, [&](HWND window) {
+    const TUserScript editor(kEditorClass, [&](HWND window) {
         if (GetParam().className != std::wstring(kEditorClass)) PostClose(window);
     });
     GetParam().open(session_);
-    EXPECT_FALSE(run.HasActed());
-    EXPECT_EQ(editor.HasActed(), GetParam().className == std::wstring(kEditorClass));
+    EXPECT_FALSE(run.IsDone());
+    EXPECT_EQ(editor.IsDone(), GetParam().className == std::wstring(kEditorClass));
 }
 
 INSTANTIATE_TEST_SUITE_P(Windows, ListDialogsTest, testing::ValuesIn(kDialogs),

@@ -10,6 +10,7 @@
 
 #include "tests/support/module/Session.h"
 #include "tests/support/window/BoxAnswerer.h"
+#include "tests/support/window/UserScript.h"
 
 namespace tolvane::test {
 namespace {
@@ -50,7 +51,7 @@ TEST_F(LoadEndsTest, TheWindowGoesUnderTheBoxOfAFailedLoad) {
     session_.connection.ShutDown();
     bool acted = false;
     {
-        const TWindowActor actor(L"#32770", [&](HWND) {
+        const TUserScript actor(kMessageBoxClass, [&](HWND) {
             const TBoxAnswerer boxes;
             StartWithoutADatabase();
             EXPECT_EQ(boxes.Seen().size(), 2U);

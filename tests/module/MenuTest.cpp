@@ -10,6 +10,7 @@
 #include "tests/support/module/Session.h"
 #include "tests/support/window/BoxAnswerer.h"
 #include "tests/support/window/Screenshot.h"
+#include "tests/support/window/UserScript.h"
 
 namespace tolvane::test {
 namespace {
@@ -41,7 +42,7 @@ std::vector<TItem> ItemsOf(HMENU menu) {
 std::vector<TItem> PopupOf(const TSession& session, const std::string& button,
                            const std::string& screenshot = {}) {
     std::vector<TItem> items;
-    const TWindowActor actor(kPopupClass, [&](HWND popup) {
+    const TUserScript actor(kPopupClass, [&](HWND popup) {
         items = ItemsOf(reinterpret_cast<HMENU>(SendMessageW(popup, kGetMenuOfPopup, 0, 0)));
         if (!screenshot.empty()) SaveScreenshot(session.host.Frame(), screenshot);
         EndMenu();
@@ -53,7 +54,7 @@ std::vector<TItem> PopupOf(const TSession& session, const std::string& button,
 // Sends a command of the menu and closes the run window that it opens; answers its caption.
 std::string RunCaption(const TSession& session, int command) {
     std::string caption;
-    const TWindowActor actor(kRunClass, [&](HWND window) {
+    const TUserScript actor(kRunClass, [&](HWND window) {
         caption = Utf8TextOf(window);
         EXPECT_EQ(IsWindowEnabled(session.host.Frame()), 0);
         PostMessageW(window, WM_CLOSE, 0, 0);
@@ -131,10 +132,10 @@ TEST(RunCommand, FrameThatGoesTakesTheOpenRunWindowAlong) {
     THostFrame application;
     session.module.Start(application.Frame(), 17, &session.messageId, session.host.Frame(),
                          session.connection.Database(), nullptr, {nullptr, nullptr});
-    const TWindowActor actor(kRunClass, [&](HWND) { DestroyWindow(session.host.Frame()); });
+    const TUserScript actor(kRunClass, [&](HWND) { DestroyWindow(session.host.Frame()); });
     SendMessageW(session.List(), WM_COMMAND, 1002, 0);
     RunLoopDry();
-    EXPECT_TRUE(actor.HasActed());
+    EXPECT_TRUE(actor.IsDone());
     EXPECT_EQ(application.Received(session.messageId), 1);
     EXPECT_NE(IsWindowEnabled(application.Frame()), 0);
 }
@@ -143,12 +144,12 @@ TEST(RunCommand, SecondStartDuringARunWindowOnlyComesToTheFront) {
     TSession session;
     session.Start();
     const TBoxAnswerer answerer;
-    const TWindowActor actor(kRunClass, [&](HWND window) {
+    const TUserScript actor(kRunClass, [&](HWND window) {
         session.Start();
         PostMessageW(window, WM_CLOSE, 0, 0);
     });
     SendMessageW(session.List(), WM_COMMAND, 1002, 0);
-    EXPECT_TRUE(actor.HasActed());
+    EXPECT_TRUE(actor.IsDone());
     EXPECT_TRUE(answerer.Seen().empty());
     EXPECT_EQ(session.Grid().RowCount(), 6);
 }
@@ -156,7 +157,7 @@ TEST(RunCommand, SecondStartDuringARunWindowOnlyComesToTheFront) {
 TEST(RunCommand, QuitDuringARunWindowReachesTheHostsLoop) {
     TSession session;
     session.Start();
-    const TWindowActor actor(kRunClass, [](HWND) { PostQuitMessage(42); });
+    const TUserScript actor(kRunClass, [](HWND) { PostQuitMessage(42); });
     SendMessageW(session.List(), WM_COMMAND, 1002, 0);
     MSG message{};
     bool quit = false;

@@ -9,7 +9,7 @@
 #include "tests/support/module/Commands.h"
 #include "tests/support/module/Session.h"
 #include "tests/support/window/BoxAnswerer.h"
-#include "tests/support/window/DialogScript.h"
+#include "tests/support/window/UserScript.h"
 
 namespace tolvane::test {
 namespace {

@@ -7,8 +7,8 @@
 
 #include "tests/support/module/Session.h"
 #include "tests/support/window/BoxAnswerer.h"
-#include "tests/support/window/DialogScript.h"
 #include "tests/support/window/Screenshot.h"
+#include "tests/support/window/UserScript.h"
 
 namespace tolvane::test {
 namespace {
@@ -41,7 +41,7 @@ protected:
     template <class Open>
     TDialog Answer(const wchar_t* answer, Open open) {
         TDialog seen;
-        const TWindowActor actor(L"TInputBoxForm", [&](HWND dialog) {
+        const TUserScript actor(L"TInputBoxForm", [&](HWND dialog) {
             ++seen.shown;
             seen.title = Utf8TextOf(dialog);
             seen.prompt = Utf8TextOf(Component(dialog, "PromptLabel"));
@@ -266,29 +266,29 @@ TEST_F(SearchTest, SearchesWhatAFieldHoldsAndNotWhatItsCellShows) {
 
 TEST_F(SearchTest, AnotherModifierWithCtrlAndFOpensNothing) {
     const HWND grid = session_.Control("aDBGrid");
-    const TWindowActor actor(L"TInputBoxForm",
-                             [](HWND dialog) { PostMessageW(dialog, WM_CLOSE, 0, 0); });
+    const TUserScript actor(L"TInputBoxForm",
+                            [](HWND dialog) { PostMessageW(dialog, WM_CLOSE, 0, 0); });
     PressKey(grid, 'F', true, true);
     {
         const THeldKey alt(VK_MENU);
         PressKey(grid, 'F', true);
     }
-    EXPECT_FALSE(actor.HasActed());
+    EXPECT_FALSE(actor.IsDone());
     PressKey(grid, 'F', true);
-    EXPECT_TRUE(actor.HasActed());
+    EXPECT_TRUE(actor.IsDone());
 }
 
 TEST(SearchInAnEmptyList, AsksAndFindsNothing) {
     TSession session("bare.fdb");
     session.Start();
     const TBoxAnswerer boxes;
-    const TWindowActor actor(L"TInputBoxForm", [](HWND dialog) {
+    const TUserScript actor(L"TInputBoxForm", [](HWND dialog) {
         ReleaseKeys();
         SetWindowTextW(Component(dialog, "ValueEdit"), L"ябълк");
         PostMessageW(Component(dialog, "ValueEdit"), WM_KEYDOWN, VK_RETURN, 1);
     });
     PressKey(session.Control("aDBGrid"), 'F', true);
-    EXPECT_TRUE(actor.HasActed());
+    EXPECT_TRUE(actor.IsDone());
     ASSERT_EQ(boxes.Seen().size(), 1U);
     EXPECT_EQ(boxes.Seen()[0].text, "Не е намерен артикул.");
 }

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "tests/support/module/Commands.h"
-#include "tests/support/window/DialogScript.h"
+#include "tests/support/window/UserScript.h"
 #include "window/CheckList.h"
 
 namespace tolvane::test {

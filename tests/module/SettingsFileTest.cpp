@@ -9,6 +9,7 @@
 #include <filesystem>
 
 #include "tests/support/module/SettingsSession.h"
+#include "tests/support/window/UserScript.h"
 #include "text/Cp1251.h"
 
 namespace tolvane::test {
@@ -196,10 +197,10 @@ TEST_F(SettingsFileTest, ALayoutThatCouldNotBeReadIsTakenOverBeforeTheChooserOpe
         session_.Start();
         EXPECT_EQ(session_.Grid().Titles().size(), 32U);
         const TBoxAnswerer boxes;
-        const TWindowActor chooser(L"TColListForm",
-                                   [](HWND window) { PostMessageW(window, WM_CLOSE, 0, 0); });
+        const TUserScript chooser(L"TColListForm",
+                                  [](HWND window) { PostMessageW(window, WM_CLOSE, 0, 0); });
         session_.Click("ColBtn");
-        EXPECT_FALSE(chooser.HasActed());
+        EXPECT_FALSE(chooser.IsDone());
         ExpectOneFileBox(boxes, "Tolvane.ini", "не може да бъде прочетен", kSharingViolation);
     }
     {

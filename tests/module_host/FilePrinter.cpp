@@ -2,10 +2,10 @@
 
 #include <winspool.h>
 
-#include <fstream>
-#include <iterator>
 #include <stdexcept>
 #include <vector>
+
+#include "tests/support/ScratchFolder.h"
 
 namespace tolvane::test {
 namespace {
@@ -78,7 +78,7 @@ TFilePrinter::TFilePrinter(const std::filesystem::path& folder)
     std::filesystem::create_directories(folder);
     std::filesystem::remove(output_);
     const std::filesystem::path description = folder / "printer.ppd";
-    std::ofstream(description, std::ios::binary) << kDescription;
+    PutFile(description, kDescription);
     AddDriver(description);
     printer_ = AddPrinterFor(output_, name_);
 }
@@ -103,8 +103,7 @@ HDC TFilePrinter::MakeDc() const {
 }
 
 std::string TFilePrinter::Output() const {
-    std::ifstream file(output_, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    return GetFile(output_);
 }
 
 }  // namespace tolvane::test

@@ -4,10 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <cstdlib>
-#include <fstream>
 #include <stdexcept>
 
+#include "tests/support/Environment.h"
+#include "tests/support/ScratchFolder.h"
 #include "tests/support/window/HostFrame.h"
 
 namespace tolvane::test {
@@ -17,18 +17,6 @@ std::filesystem::path BuiltFolder() {
     std::wstring name(32768, L'\0');
     name.resize(GetModuleFileNameW(nullptr, name.data(), static_cast<DWORD>(name.size())));
     return std::filesystem::path(name).parent_path();
-}
-
-std::string Environment(const char* name) {
-    const char* value = std::getenv(name);
-    if (value == nullptr) throw std::runtime_error(std::string(name) + " is not set");
-    return value;
-}
-
-void WriteFile(const std::filesystem::path& file, const std::string& bytes) {
-    std::ofstream stream(file, std::ios::binary);
-    stream << bytes;
-    if (!stream) throw std::runtime_error("cannot write " + file.string());
 }
 
 }  // namespace
@@ -62,11 +50,11 @@ void THostSession::AddModule(const std::string& builtFile, const std::string& na
 }
 
 void THostSession::AddFile(const std::string& name, const std::string& bytes) const {
-    WriteFile(folder_ / "Operations" / name, bytes);
+    PutFile(folder_ / "Operations" / name, bytes);
 }
 
 void THostSession::WriteIni(const THostIni& ini) const {
-    WriteFile(folder_ / "TradeHost.ini", ini.Bytes());
+    PutFile(folder_ / "TradeHost.ini", ini.Bytes());
 }
 
 void THostSession::Open() {

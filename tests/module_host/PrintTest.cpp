@@ -15,6 +15,7 @@
 #include "tests/support/window/BoxAnswerer.h"
 #include "tests/support/window/HostFrame.h"
 #include "tests/support/window/Screenshot.h"
+#include "tests/support/window/UserScript.h"
 
 namespace tolvane::test {
 namespace {
@@ -51,13 +52,13 @@ void WithPreview(THostSession& session, int rows, const std::function<void(HWND)
     session.OpenWorking();
     THostSession::Fake().rows = rows;
     session.Command(host::kFirstOperation);
-    const TWindowActor actor(kPreviewClass, [&](HWND form) {
+    const TUserScript actor(kPreviewClass, [&](HWND form) {
         RunLoopDry();
         act(form);
         Click(form, "btnClose");
     });
     SendMessageW(session.Child(), WM_COMMAND, kFakePrint, 0);
-    EXPECT_TRUE(actor.HasActed());
+    EXPECT_TRUE(actor.IsDone());
     EXPECT_NE(IsWindowEnabled(session.Frame()), 0);
 }
 
@@ -113,9 +114,9 @@ TEST(HostPrintTest, ClosingTheHostsWindowsWithThePreviewOpenIsSurvived) {
     THostSession session;
     session.OpenWorking();
     session.Command(host::kFirstOperation);
-    const TWindowActor actor(kPreviewClass, [&](HWND) { DestroyWindow(session.Frame()); });
+    const TUserScript actor(kPreviewClass, [&](HWND) { DestroyWindow(session.Frame()); });
     SendMessageW(session.Child(), WM_COMMAND, kFakePrint, 0);
-    EXPECT_TRUE(actor.HasActed());
+    EXPECT_TRUE(actor.IsDone());
     EXPECT_EQ(FindWindowW(kPreviewClass, nullptr), nullptr);
 }
 

@@ -8,31 +8,27 @@
 
 namespace tolvane::test {
 
-// The system's clock, so many times as fast: pauses and time-outs are real waits, but short.
-class TFastClock : public TClock {
-public:
-    explicit TFastClock(int faster) : faster_(faster) {}
-    TTimePoint Now() const override { return start_ + (SystemClock().Now() - start_) * faster_; }
-    void Sleep(TMilliseconds pause) override {
-        std::this_thread::sleep_for(std::chrono::microseconds(pause) / faster_);
-    }
-
-private:
-    int faster_;
-    const TTimePoint start_ = SystemClock().Now();
+struct TPace {
+    int faster = 1;         // all time passes so many times as fast
+    int shorterPauses = 1;  // pauses are divided by this; time-outs stay
+    TMilliseconds longestPause = TMilliseconds::max();
 };
 
-// The system's clock with no pause above a limit; time-outs stay.
+// The system's clock for tests that cannot wait as long as a scale needs; its waits are real.
 class TQuickClock : public TClock {
 public:
-    explicit TQuickClock(TMilliseconds longestPause) : longestPause_(longestPause) {}
-    TTimePoint Now() const override { return SystemClock().Now(); }
+    explicit TQuickClock(const TPace& pace) : pace_(pace) {}
+    TTimePoint Now() const override {
+        return start_ + (SystemClock().Now() - start_) * pace_.faster;
+    }
     void Sleep(TMilliseconds pause) override {
-        SystemClock().Sleep(std::min(pause, longestPause_));
+        std::this_thread::sleep_for(std::chrono::microseconds(std::min(pause, pace_.longestPause)) /
+                                    (pace_.faster * pace_.shorterPauses));
     }
 
 private:
-    TMilliseconds longestPause_;
+    const TPace pace_;
+    const TTimePoint start_ = SystemClock().Now();
 };
 
 }  // namespace tolvane::test

@@ -15,6 +15,7 @@
 #include "comm/TDevCommRS232.h"
 #include "comm/TDevCommUDP.h"
 #include "simulator/VirtualScale.h"
+#include "tests/support/scales/TestScales.h"
 #include "tests/support/upload/NullView.h"
 #include "text/Cp1251.h"
 #include "upload/ScaleSession.h"
@@ -139,9 +140,7 @@ private:
         return options;
     }
     TScaleRec Rec(std::uint8_t commType) const {
-        TScaleRec rec;
-        rec.TCPAddress = "127.0.0.1";
-        rec.TCPPort = scale_.Port();
+        TScaleRec rec = NetworkScale(1, "A", "127.0.0.1", scale_.Port());
         rec.CommType = commType;
         rec.ScaleType = kind_.scaleType;
         rec.Encoding = kCodeTablePc866;

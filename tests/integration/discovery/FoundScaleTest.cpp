@@ -86,7 +86,7 @@ TEST_F(FoundScaleTest, AScaleThatIsFoundIsSavedAndWrittenTo) {
     const TScaleRec rec = LoadFromFile();
     ASSERT_EQ(rec.ScaleName.View(), "(EVL) - 127.0.0.1 (1)");
 
-    TQuickClock clock{TMilliseconds(0)};
+    TQuickClock clock{{.longestPause = TMilliseconds(0)}};
     TSilentView view;
     const TRunStop stop;
     TRealScaleFactory factory(clock);

@@ -15,6 +15,7 @@
 
 #include "simulator/VirtualScale.h"
 #include "tests/support/Clocks.h"
+#include "tests/support/scales/TestScales.h"
 #include "tests/support/upload/UploadFixture.h"
 #include "text/Cp1251.h"
 #include "upload/RunMarks.h"
@@ -89,26 +90,11 @@ protected:
         for (auto& scale : scales_) {
             scale = std::make_unique<simulator::TVirtualScale>(options);
             scale->Start();
-            TScaleObj item;
-            item.Rec.Checked = true;
-            item.Rec.ScaleNumb = static_cast<std::int32_t>(items_.size()) + 1;
-            item.Rec.ScaleName = std::to_string(item.Rec.ScaleNumb);
-            item.Rec.TCPAddress = "127.0.0.1";
-            item.Rec.TCPPort = scale->Port();
-            item.Rec.CommType = kCommTcp;
-            item.Rec.ScaleType = kScaleTypeEvl;
-            item.Rec.Encoding = 2;
-            items_.push_back(item);
+            const int number = static_cast<int>(items_.size()) + 1;
+            items_.push_back(
+                {NetworkScale(number, std::to_string(number), "127.0.0.1", scale->Port())});
         }
-        std::vector<TArticle> articles;
-        for (int number = 1; number <= kArticles; ++number) {
-            TArticle article;
-            article.number = article.scaleNumber = number;
-            article.name = "A";
-            article.labelName = "B";
-            articles.push_back(article);
-        }
-        const auto table = TableOf(articles);
+        const auto table = TableOf(ManyGoods(kArticles));
         articles_ = {table, table->Order()};
     }
 
@@ -121,7 +107,7 @@ protected:
     void OneRun();
 
     std::mt19937 random_{471};
-    TFastClock clock_{30};
+    TQuickClock clock_{{.faster = 30}};
     std::array<std::unique_ptr<simulator::TVirtualScale>, kScales> scales_;
     std::vector<TScaleObj> items_;
     TRunArticles articles_;

@@ -11,8 +11,8 @@
 #include "settings/forms/uFindDevices.h"
 #include "settings/forms/uScaleSettings.h"
 #include "tests/module/links/LinksFixture.h"
-#include "tests/support/window/DialogScript.h"
 #include "tests/support/window/HostFrame.h"
+#include "tests/support/window/UserScript.h"
 
 namespace tolvane::test {
 namespace {

@@ -44,7 +44,7 @@ protected:
                       const std::string& price, int hundredths);
 
     // Without the pauses of the protocol; a serial read waits by the short ones.
-    TQuickClock clock{TMilliseconds(10)};
+    TQuickClock clock{{.longestPause = TMilliseconds(10)}};
     TRealScaleFactory factory{clock};
 };
 

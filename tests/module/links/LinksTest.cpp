@@ -9,6 +9,7 @@
 
 #include "system/SystemError.h"
 #include "tests/support/scales/FoundDevices.h"
+#include "tests/support/scales/TestScales.h"
 
 namespace tolvane::test {
 namespace {
@@ -30,11 +31,7 @@ constexpr TConfigured kUdp2{"udp2", "UDP2", kCommUdp, kScaleTypeEvl, 7};
 constexpr TConfigured kTcp{"tcp", "TCP", kCommTcp, kScaleTypeS300, 7};
 
 TScaleRec RecordOf(const TConfigured& configured) {
-    TScaleRec rec;
-    rec.ScaleNumb = 1;
-    rec.ScaleName = "Scale";
-    rec.TCPAddress = Setting(configured.setting);
-    rec.TCPPort = 1001;
+    TScaleRec rec = NetworkScale(1, "Scale", Setting(configured.setting), 1001);
     rec.BaudRate = 4;
     rec.ScaleType = configured.scaleType;
     rec.CommType = configured.commType;

@@ -13,8 +13,8 @@
 #include "tests/module/links/LinksFixture.h"
 #include "tests/support/scales/FoundDevices.h"
 #include "tests/support/window/BoxAnswerer.h"
-#include "tests/support/window/DialogScript.h"
 #include "tests/support/window/HostFrame.h"
+#include "tests/support/window/UserScript.h"
 
 namespace tolvane::test {
 namespace {

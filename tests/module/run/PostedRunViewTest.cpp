@@ -7,6 +7,7 @@
 #include <thread>
 #include <vector>
 
+#include "tests/support/scales/TestScales.h"
 #include "tests/support/upload/UploadFixture.h"
 #include "text/Cp1251.h"
 #include "upload/RunMarks.h"
@@ -35,14 +36,7 @@ protected:
         TFakeFactory factory(ignored, clock);
         std::vector<TScaleObj> items;
         for (int number = 1; number <= 3; ++number) {
-            TScaleObj item;
-            item.Rec.Checked = true;
-            item.Rec.ScaleName = std::to_string(number);
-            item.Rec.TCPAddress = "10.0.0.1";
-            item.Rec.TCPPort = 1001;
-            item.Rec.CommType = kCommTcp;
-            item.Rec.ScaleType = kScaleTypeEvl;
-            items.push_back(item);
+            items.push_back({NetworkScale(number, std::to_string(number), "10.0.0.1", 1001)});
             factory.scales.push_back(std::make_shared<TFakeScale>());
         }
         factory.scales[1]->errorCode = [](const TRequest& request) -> std::uint8_t {

@@ -54,7 +54,7 @@ protected:
 
     TDeafListener deaf_;
     // A scale that cannot be reached is given up after a second.
-    TFastClock clock_{3};
+    TQuickClock clock_{{.faster = 3}};
 };
 
 TEST_F(RunWindowDeafScales, AScaleUntickedBeforeItsTurnIsNotErased) {

@@ -1,10 +1,10 @@
 #include "RunWindowFixture.h"
 
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 
 #include "simulator/Commands.h"
+#include "tests/support/ScratchFolder.h"
+#include "tests/support/scales/TestScales.h"
 #include "text/Cp1251.h"
 
 namespace tolvane::test {
@@ -16,20 +16,6 @@ std::string Lines(const std::vector<std::string>& lines) {
     return text;
 }
 
-namespace {
-
-// Of a message box; null when it has none.
-HICON IconOf(HWND box) {
-    for (HWND child = nullptr;
-         (child = FindWindowExW(box, child, L"Static", nullptr)) != nullptr;) {
-        const LRESULT icon = SendMessageW(child, STM_GETICON, 0, 0);
-        if (icon != 0) return reinterpret_cast<HICON>(icon);
-    }
-    return nullptr;
-}
-
-}  // namespace
-
 TRunWindowTest::TRunWindowTest() {
     frame_ = CreateWindowExW(0, L"STATIC", L"Host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 900,
                              700, nullptr, nullptr, nullptr, nullptr);
@@ -40,18 +26,13 @@ TRunWindowTest::TRunWindowTest() {
     GetTempPathW(MAX_PATH, folder);
     context_.iniFile = std::filesystem::path(folder) / "tolvane-run-window-test.ini";
     std::filesystem::remove(context_.iniFile);
-    SetArticles({Goods(12, "Домати"_cp1251), Goods(7, "Яйца"_cp1251)});
+    SetArticles(TwoGoods());
     for (int slot = 1; slot <= 2; ++slot) {
-        TScaleRec& rec = scales_[slot];
-        rec.ScaleNumb = slot;
-        rec.ScaleName = std::string("Везна "_cp1251) + std::to_string(slot);
-        rec.TCPAddress = "127.0.0.1";
-        rec.CommType = kCommTcp;
-        rec.ScaleType = kScaleTypeEvl;
-        rec.Encoding = 2;
+        const std::string name = std::string("Везна "_cp1251) + std::to_string(slot);
+        scales_[slot] = NetworkScale(slot, name, "127.0.0.1", 0);
         ReplaceScale(slot, {});
     }
-    scales_[1].Checked = true;
+    scales_[2].Checked = false;
 }
 
 TRunWindowTest::~TRunWindowTest() {
@@ -62,22 +43,6 @@ TRunWindowTest::~TRunWindowTest() {
 
 void TRunWindowTest::SetArticles(const std::vector<TArticle>& articles) {
     context_.articles = TableOf(articles);
-}
-
-TArticle TRunWindowTest::Goods(std::int32_t number, std::string_view name) {
-    TArticle article;
-    article.number = number;
-    article.scaleNumber = number;
-    article.name = name;
-    article.labelName = "B";
-    return article;
-}
-
-std::vector<TArticle> TRunWindowTest::ManyGoods(int count) {
-    std::vector<TArticle> articles;
-    for (int number = 1; number <= count; ++number)
-        articles.push_back(Goods(number, "A"));
-    return articles;
 }
 
 void TRunWindowTest::ReplaceScale(int slot, const simulator::TScaleOptions& options) {
@@ -131,9 +96,7 @@ void TRunWindowTest::ThenStart(const char* button) {
 void TRunWindowTest::ThenAnswer(int button) {
     script_.When([] { return Box() != nullptr; },
                  [this, button] {
-                     box_ = Utf8Text(GetDlgItem(Box(), kMessageBoxText));
-                     boxTitle_ = Utf8Text(Box());
-                     boxIcon_ = IconOf(Box());
+                     box_ = ReadBox(Box());
                      Click(GetDlgItem(Box(), button));
                  });
 }
@@ -142,7 +105,7 @@ void TRunWindowTest::ThenClose() {
     script_.When([] { return LogEnds(); },
                  [this] {
                      log_ = Log();
-                     PressKey(VK_ESCAPE);
+                     PostKey(VK_ESCAPE);
                  });
 }
 
@@ -152,10 +115,7 @@ void TRunWindowTest::Show(int runNumber) {
 }
 
 std::string TRunWindowTest::Ini() const {
-    std::ifstream file(context_.iniFile, std::ios::binary);
-    std::ostringstream text;
-    text << file.rdbuf();
-    return text.str();
+    return GetFile(context_.iniFile);
 }
 
 }  // namespace tolvane::test

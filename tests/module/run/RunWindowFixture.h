@@ -13,9 +13,12 @@
 #include <string_view>
 #include <vector>
 
-#include "WindowScript.h"
+#include "MeasuredScript.h"
 #include "simulator/VirtualScale.h"
+#include "tests/support/Clocks.h"
 #include "tests/support/upload/UploadFixture.h"
+#include "tests/support/window/BoxAnswerer.h"
+#include "tests/support/window/ObjectCounts.h"
 #include "upload/forms/SetPluUnit.h"
 #include "window/Window.h"
 
@@ -26,13 +29,6 @@ inline constexpr const char* kLogSeparator = "----------------------------------
 // Each line with CR LF behind it.
 std::string Lines(const std::vector<std::string>& lines);
 
-// Pauses a tenth as long; deadlines stay.
-class TShortPauseClock : public TClock {
-public:
-    TTimePoint Now() const override { return SystemClock().Now(); }
-    void Sleep(TMilliseconds pause) override { SystemClock().Sleep(pause / 10); }
-};
-
 // The run window over two scales (slots 1 and 2, of which only the first is checked) at virtual
 // scales, with articles 12 and 7, owned by a stand-in of the list window: a child of a main window,
 // as an MDI child is one.
@@ -42,10 +38,6 @@ protected:
     ~TRunWindowTest() override;
 
     void SetArticles(const std::vector<TArticle>& articles);
-    // An article that every scale takes.
-    static TArticle Goods(std::int32_t number, std::string_view name);
-    // So many of them, numbered from 1.
-    static std::vector<TArticle> ManyGoods(int count);
     // Gives a slot another virtual scale.
     void ReplaceScale(int slot, const simulator::TScaleOptions& options);
     simulator::TVirtualScale& Scale(int slot) {
@@ -64,7 +56,7 @@ protected:
     static bool IsEnabled(const char* name) { return IsWindowEnabled(Part(name)) != 0; }
     static bool IsAtRest() { return Form() != nullptr && IsEnabled("OkBtn"); }
     static bool IsRunning() { return Form() != nullptr && IsEnabled("StopReadBtn"); }
-    static std::string TextOf(const char* name) { return Utf8Text(Part(name)); }
+    static std::string TextOf(const char* name) { return Utf8TextOf(Part(name)); }
     static std::string Log() { return TextOf("StatusMemo"); }
     static bool LogHas(const std::string& text) { return Log().find(text) != std::string::npos; }
     // At rest with the closing line of a run.
@@ -94,13 +86,11 @@ protected:
     HWND owner_ = nullptr;
     TScaleTable scales_;
     TRunContext context_;
-    TShortPauseClock shortPauses_;
+    TQuickClock shortPauses_{{.shorterPauses = 10}};
     std::array<std::unique_ptr<simulator::TVirtualScale>, 2> virtualScales_;
-    TWindowScript script_;
+    TMeasuredScript script_;
     std::string log_;  // as ThenClose met it
-    std::string box_;  // the text of the last box that ThenAnswer answered
-    std::string boxTitle_;
-    HICON boxIcon_ = nullptr;  // one of the system's
+    TSeenBox box_;     // the last that ThenAnswer answered
     std::set<TThreadKey> threadsInRun_;
 };
 

@@ -79,7 +79,7 @@ TEST_F(RunWindowLife, EscDuringARunEndsItAndThenClosesTheWindow) {
     script_.When([&] { return PriceWrites(1) > 0; },
                  [this] {
                      NoteThreads();
-                     PressKey(VK_ESCAPE);
+                     PostKey(VK_ESCAPE);
                  });
     Show(2);
     EXPECT_EQ(Form(), nullptr);

@@ -41,7 +41,7 @@ TEST_F(RunWindowLog, TwentyThousandLinesComeWhileTheWindowStaysAlive) {
                  [&] {
                      lines = AskLog(EM_GETLINECOUNT);
                      firstVisible = AskLog(EM_GETFIRSTVISIBLELINE);
-                     PressKey(VK_ESCAPE);
+                     PostKey(VK_ESCAPE);
                  });
     Show(2);
     // Two per article, ten for the scale and its summary, one closing line, one empty after it.
@@ -72,7 +72,7 @@ TEST_F(RunWindowLog, WhatTheUserHasSelectedStaysSelectedWhileLinesCome) {
                      firstVisible = AskLog(EM_GETFIRSTVISIBLELINE);
                      SendMessageW(Part("StatusMemo"), EM_GETSEL, reinterpret_cast<WPARAM>(&from),
                                   reinterpret_cast<LPARAM>(&to));
-                     PressKey(VK_ESCAPE);
+                     PostKey(VK_ESCAPE);
                  });
     Show(2);
     EXPECT_EQ(from, 0U);
@@ -113,20 +113,20 @@ protected:
 
 TEST_F(RunWindowClipboard, CtrlASelectsAndCtrlCCopiesTheWholeLog) {
     ThenStart("SaveBtn");
-    std::unique_ptr<TCtrlKey> ctrl;
+    std::unique_ptr<THeldKey> ctrl;
     script_.When([] { return LogEnds(); },
                  [&] {
                      EmptyTheClipboard();
                      SetFocus(Part("StatusMemo"));
-                     ctrl = std::make_unique<TCtrlKey>();
-                     PressKey('A');
+                     ctrl = std::make_unique<THeldKey>(VK_CONTROL);
+                     PostKey('A');
                  });
-    script_.When([] { return IsAllSelected(); }, [] { PressKey('C'); });
+    script_.When([] { return IsAllSelected(); }, [] { PostKey('C'); });
     std::string copied;
     script_.When([&] { return !(copied = Clipboard()).empty(); },
                  [&] {
                      ctrl.reset();
-                     PressKey(VK_ESCAPE);
+                     PostKey(VK_ESCAPE);
                  });
     Show(2);
     EXPECT_EQ(copied, Lines({"Не е избрана нито една везна.", kLogSeparator}));
@@ -134,20 +134,20 @@ TEST_F(RunWindowClipboard, CtrlASelectsAndCtrlCCopiesTheWholeLog) {
 
 TEST_F(RunWindowClipboard, APartOfTheLogCanBeSelectedAndCopied) {
     ThenStart("SaveBtn");
-    std::unique_ptr<TCtrlKey> ctrl;
+    std::unique_ptr<THeldKey> ctrl;
     script_.When([] { return LogEnds(); },
                  [&] {
                      EmptyTheClipboard();
                      SetFocus(Part("StatusMemo"));
                      SendMessageW(Part("StatusMemo"), EM_SETSEL, 5, 12);
-                     ctrl = std::make_unique<TCtrlKey>();
-                     PressKey('C');
+                     ctrl = std::make_unique<THeldKey>(VK_CONTROL);
+                     PostKey('C');
                  });
     std::string copied;
     script_.When([&] { return !(copied = Clipboard()).empty(); },
                  [&] {
                      ctrl.reset();
-                     PressKey(VK_ESCAPE);
+                     PostKey(VK_ESCAPE);
                  });
     Show(2);
     EXPECT_EQ(copied, "избрана");

@@ -2,7 +2,6 @@
 #include <array>
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <iterator>
 #include <optional>
 #include <random>
@@ -10,6 +9,7 @@
 #include <string>
 
 #include "RunWindowFixture.h"
+#include "tests/support/Environment.h"
 #include "tests/support/window/ObjectCounts.h"
 #include "window/CheckList.h"
 
@@ -22,9 +22,7 @@ enum class TEnding { StopThenClose, Escape, CloseBox, OwnerGoes, Count };
 constexpr unsigned kLongestMs = 600;
 
 int RunCount() {
-    constexpr int kUsual = 80;
-    const char* count = std::getenv("TOLVANE_RANDOM_STOPS");
-    return count == nullptr ? kUsual : std::atoi(count);
+    return CountFromEnvironment("TOLVANE_RANDOM_STOPS", 80);
 }
 
 // What runs and their windows could leave behind.
@@ -81,12 +79,12 @@ void RunWindowRandom::ThenEnd(TEnding ending, DWORD delayMs, HWND owner) {
                      NoteNewThreads();
                      if (ending == TEnding::StopThenClose && IsRunning())
                          Click(Part("StopReadBtn"));
-                     if (ending == TEnding::Escape) PressKey(VK_ESCAPE);
+                     if (ending == TEnding::Escape) PostKey(VK_ESCAPE);
                      if (ending == TEnding::CloseBox) PostMessageW(Form(), WM_CLOSE, 0, 0);
                      if (ending == TEnding::OwnerGoes) DestroyWindow(owner);
                  });
     if (ending == TEnding::StopThenClose)
-        script_.When([] { return LogEnds(); }, [] { PressKey(VK_ESCAPE); });
+        script_.When([] { return LogEnds(); }, [] { PostKey(VK_ESCAPE); });
 }
 
 void RunWindowRandom::OneRun() {

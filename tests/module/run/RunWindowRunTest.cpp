@@ -153,12 +153,12 @@ TEST_F(RunWindowRun, EnterAnswersTheQuestionOfDeletingEverythingWithNo) {
     script_.When([] { return Box() != nullptr && IsChild(Box(), GetFocus()) != 0; },
                  [] {
                      EXPECT_EQ(GetFocus(), GetDlgItem(Box(), IDNO));
-                     PressKey(VK_RETURN);
+                     PostKey(VK_RETURN);
                  });
     script_.When([] { return Box() == nullptr && IsAtRest(); },
                  [this] {
                      log_ = Log();
-                     PressKey(VK_ESCAPE);
+                     PostKey(VK_ESCAPE);
                  });
     Show(4);
     EXPECT_EQ(log_, "");
@@ -171,14 +171,14 @@ TEST_F(RunWindowRun, DeletingEverythingIsAskedFirst) {
     script_.When([] { return Box() == nullptr && IsAtRest(); },
                  [] {
                      EXPECT_EQ(Log(), "");
-                     PressKey(VK_ESCAPE);
+                     PostKey(VK_ESCAPE);
                  });
     Show(3);
-    EXPECT_EQ(box_,
+    EXPECT_EQ(box_.text,
               "Тази процедура води до изтриване на всички\r\nартикули в избраните везни.\r\n"
               "Желаете ли да продължите?");
-    EXPECT_EQ(boxTitle_, "Внимание");
-    EXPECT_EQ(boxIcon_, LoadIconW(nullptr, IDI_WARNING));
+    EXPECT_EQ(box_.caption, "Внимание");
+    EXPECT_EQ(box_.icon, TBoxIcon::Warning);
     EXPECT_TRUE(Scale(1).Requests().empty());
 }
 
@@ -200,7 +200,7 @@ TEST_F(RunWindowRun, DeletingEverythingSucceedsAndLeavesTheChoicesAlone) {
                      EXPECT_EQ(TextOf("ReadPropLabel"), "");
                      EXPECT_EQ(TextOf("lblStatus"), "");
                      log_ = Log();
-                     PressKey(VK_ESCAPE);
+                     PostKey(VK_ESCAPE);
                  });
     Show(2);
     EXPECT_EQ(log_, Lines({kLogSeparator, "Старт на запис във везна: Везна 1",
@@ -288,7 +288,7 @@ TEST_F(RunWindowRun, AfterARunThatBeganWithoutTheFocusTheKeyboardWorks) {
                  [&] {
                      focus = GetFocus();
                      EXPECT_EQ(focus, Part("OkBtn"));
-                     PressKey(VK_ESCAPE);
+                     PostKey(VK_ESCAPE);
                  });
     Show(2);
     EXPECT_NE(focus, nullptr);
@@ -321,11 +321,12 @@ TEST_F(RunWindowRun, AnErrorWhileLinesAreBuiltIsShownAndEscStillCloses) {
     script_.When([] { return Box() == nullptr; },
                  [] {
                      ExpectControls(true);
-                     PressKey(VK_ESCAPE);
+                     PostKey(VK_ESCAPE);
                  });
     Show(2);
-    EXPECT_EQ(box_, "Артикул \"A\": стойността \"x\" на поле LABEL_BESTBEFORE не е цяло число.");
-    EXPECT_EQ(boxIcon_, LoadIconW(nullptr, IDI_ERROR));
+    EXPECT_EQ(box_.text,
+              "Артикул \"A\": стойността \"x\" на поле LABEL_BESTBEFORE не е цяло число.");
+    EXPECT_EQ(box_.icon, TBoxIcon::Error);
 }
 
 TEST_F(RunWindowRun, TheCloseBoxClosesAfterAnErrorWhileLinesAreBuilt) {
@@ -356,7 +357,7 @@ TEST_F(RunWindowRun, LinesLabelsAndControlsChangeInTheOrderOfTheRun) {
     script_.When([] { return LogEnds(); },
                  [&] {
                      events = recorder.events;
-                     PressKey(VK_ESCAPE);
+                     PostKey(VK_ESCAPE);
                  });
     Show(2);
     EXPECT_EQ(events,
@@ -394,7 +395,7 @@ TEST_F(RunWindowRun, ClosingDuringARunWritesNoTextOfItsOwn) {
                      recorder.Watch(Part("lblStatus"), "lblStatus");
                      Click(Part("SaveBtn"));
                  });
-    script_.When([] { return TextOf("lblStatus") != ""; }, [] { PressKey(VK_ESCAPE); });
+    script_.When([] { return TextOf("lblStatus") != ""; }, [] { PostKey(VK_ESCAPE); });
     Show(2);
     for (std::size_t i = 0; i + 1 < recorder.events.size(); ++i)
         EXPECT_EQ(recorder.events[i], "lblStatus:Запис артикул: " + std::to_string(i + 1) + " A");

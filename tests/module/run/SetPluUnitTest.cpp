@@ -1,17 +1,15 @@
 #include "upload/forms/SetPluUnit.h"
 
-#include <array>
 #include <filesystem>
-#include <fstream>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "RunWindowFixture.h"
 #include "config/IniFile.h"
+#include "tests/support/ScratchFolder.h"
 #include "text/Cp1251.h"
 #include "window/CheckList.h"
-#include "window/WideText.h"
 
 namespace tolvane::test {
 namespace {
@@ -21,29 +19,18 @@ using SetPluUnit = TRunWindowTest;
 const std::vector<std::string> kNameChoices = {"КАСОВО ИМЕ", "ИМЕ", "ЕТИКЕТНО ИМЕ",
                                                "АРТИКУЛЕН НОМЕР"};
 
-std::vector<std::string> ComboItems(HWND combo) {
-    std::vector<std::string> items(
-        static_cast<std::size_t>(SendMessageW(combo, CB_GETCOUNT, 0, 0)));
-    for (std::size_t i = 0; i < items.size(); ++i) {
-        std::array<wchar_t, 64> text{};
-        SendMessageW(combo, CB_GETLBTEXT, i, reinterpret_cast<LPARAM>(text.data()));
-        items[i] = ToUtf8(Narrow(text.data()));
-    }
-    return items;
-}
-
 TEST_F(SetPluUnit, TheWindowShowsItsKindAndTheUsableScales) {
     scales_[5] = scales_[2];
     scales_[5].TCPPort = 0;
     script_.When(
         [] { return IsAtRest(); },
         [] {
-            EXPECT_EQ(Utf8Text(Form()), "Запис на избраните артикули във везните");
+            EXPECT_EQ(Utf8TextOf(Form()), "Запис на избраните артикули във везните");
             EXPECT_EQ(ComponentName(Form()), "SetPluForm");
-            EXPECT_EQ(Utf8Text(Part("SaveBtn")), "Запис");
-            EXPECT_EQ(Utf8Text(Part("DeleteBtn")), "Изтриване на всички артикули");
-            EXPECT_EQ(Utf8Text(Part("OkBtn")), "Затвори");
-            EXPECT_EQ(Utf8Text(Part("StopReadBtn")), "Прекъсни");
+            EXPECT_EQ(Utf8TextOf(Part("SaveBtn")), "Запис");
+            EXPECT_EQ(Utf8TextOf(Part("DeleteBtn")), "Изтриване на всички артикули");
+            EXPECT_EQ(Utf8TextOf(Part("OkBtn")), "Затвори");
+            EXPECT_EQ(Utf8TextOf(Part("StopReadBtn")), "Прекъсни");
             EXPECT_FALSE(IsEnabled("StopReadBtn"));
             for (const char* name : {"SaveBtn", "DeleteBtn", "OkBtn", "ScaleList", "PriceRadio",
                                      "PriceRadio0", "PriceRadio1", "cbPluName1", "cbPluName2"})
@@ -55,7 +42,7 @@ TEST_F(SetPluUnit, TheWindowShowsItsKindAndTheUsableScales) {
             EXPECT_EQ(ToUtf8(list.Text(1)), "Везна 2");
             EXPECT_FALSE(list.IsChecked(1));
             for (const char* name : {"cbPluName1", "cbPluName2"})
-                EXPECT_EQ(ComboItems(Part(name)), kNameChoices) << name;
+                EXPECT_EQ(ComboItems(Form(), name), kNameChoices) << name;
             EXPECT_EQ(TextOf("PriceRadio0"), "ПРОДАЖНА ЦЕНА ДРЕБНО (ЛВ)");
             EXPECT_EQ(TextOf("PriceRadio1"), "ПРОДАЖНА ЦЕНА ЕДРО (ЛВ)");
             EXPECT_EQ(SendMessageW(Part("cbPluName1"), CB_GETCURSEL, 0, 0), 1);
@@ -82,7 +69,7 @@ TEST_F(SetPluUnit, EachKindHasItsCaptionAndItsSaveButton) {
           TExpected{4, "Изтриване на всички артикули от везните", "Изтрий", false}}) {
         script_.When([] { return IsAtRest(); },
                      [expected] {
-                         EXPECT_EQ(Utf8Text(Form()), expected.caption);
+                         EXPECT_EQ(Utf8TextOf(Form()), expected.caption);
                          EXPECT_EQ(TextOf("SaveBtn"), expected.save);
                          EXPECT_EQ(IsWindowVisible(Part("SaveBtn")) != 0, expected.saveVisible);
                          ExpectControls(false);
@@ -155,7 +142,7 @@ TEST_F(SetPluUnit, ASettingsFileThatCannotBeWrittenIsToldAfterTheCheckMarksAreBa
 // has chosen, and would be kept at the end.
 TEST_F(SetPluUnit, WithSettingsThatCannotBeReadNoWindowComesAndTheyAreKept) {
     const std::string kept = "[SCALESETTINGS]\r\nPriceRadio_ItemIndex=1\r\n";
-    std::ofstream(context_.iniFile, std::ios::binary) << kept;
+    PutFile(context_.iniFile, kept);
     const HANDLE held =
         CreateFileW(context_.iniFile.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
     ASSERT_NE(held, INVALID_HANDLE_VALUE);
@@ -171,7 +158,7 @@ TEST_F(SetPluUnit, AMaximizedWindowComesBackMaximizedOverItsOldPlace) {
                  [] {
                      SetWindowPos(Form(), nullptr, 70, 50, 760, 560, SWP_NOZORDER);
                      ShowWindow(Form(), SW_SHOWMAXIMIZED);
-                     PressKey(VK_ESCAPE);
+                     PostKey(VK_ESCAPE);
                  });
     Show(2);
     script_.When([] { return IsAtRest(); },
@@ -184,7 +171,7 @@ TEST_F(SetPluUnit, AMaximizedWindowComesBackMaximizedOverItsOldPlace) {
                      EXPECT_EQ(rect.top, 50);
                      EXPECT_EQ(rect.right - rect.left, 760);
                      EXPECT_EQ(rect.bottom - rect.top, 560);
-                     PressKey(VK_ESCAPE);
+                     PostKey(VK_ESCAPE);
                  });
     Show(2);
 }
@@ -219,7 +206,7 @@ TEST_F(SetPluUnit, WithNoUsableScaleEitherButtonOnlyLogsThat) {
     script_.When([=] { return Box() == nullptr && Log() == only; },
                  [] {
                      ExpectControls(false);
-                     PressKey(VK_ESCAPE);
+                     PostKey(VK_ESCAPE);
                  });
     Show(2);
     EXPECT_EQ(scales_[1].ScaleName.Str(), std::string("Везна 1"_cp1251));

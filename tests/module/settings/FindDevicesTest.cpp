@@ -9,8 +9,9 @@
 #include "system/Clock.h"
 #include "tests/module/settings/HeldSearch.h"
 #include "tests/module/settings/PicturedBoxes.h"
-#include "tests/support/window/DialogScript.h"
 #include "tests/support/window/HostFrame.h"
+#include "tests/support/window/Screenshot.h"
+#include "tests/support/window/UserScript.h"
 
 namespace tolvane::test {
 namespace {

@@ -5,8 +5,9 @@
 #include <commctrl.h>
 
 #include "settings/forms/uHint.h"
-#include "tests/support/window/DialogScript.h"
 #include "tests/support/window/HostFrame.h"
+#include "tests/support/window/Screenshot.h"
+#include "tests/support/window/UserScript.h"
 
 namespace tolvane::test {
 namespace {

@@ -4,8 +4,8 @@
 
 #include "settings/forms/ScaleComunicationForm.h"
 #include "settings/forms/uHint.h"
-#include "tests/support/window/DialogScript.h"
 #include "tests/support/window/HostFrame.h"
+#include "tests/support/window/UserScript.h"
 
 namespace tolvane::test {
 namespace {

@@ -6,9 +6,9 @@
 
 #include "settings/forms/ScaleComunicationForm.h"
 #include "settings/forms/uHint.h"
-#include "tests/support/window/DialogScript.h"
 #include "tests/support/window/HostFrame.h"
 #include "tests/support/window/ObjectCounts.h"
+#include "tests/support/window/UserScript.h"
 
 namespace tolvane::test {
 namespace {

@@ -6,7 +6,8 @@
 #include <vector>
 
 #include "tests/support/window/BoxAnswerer.h"
-#include "tests/support/window/DialogScript.h"
+#include "tests/support/window/Screenshot.h"
+#include "tests/support/window/UserScript.h"
 
 namespace tolvane::test {
 
@@ -15,7 +16,7 @@ namespace tolvane::test {
 class TPicturedBoxes {
 public:
     explicit TPicturedBoxes(std::string name)
-        : first_(L"#32770", [this, name = std::move(name)](HWND box) {
+        : first_(kMessageBoxClass, [this, name = std::move(name)](HWND box) {
               Picture(box, name);
               answerer_.emplace();
           }) {}
@@ -28,7 +29,7 @@ public:
 
 private:
     std::optional<TBoxAnswerer> answerer_;
-    TWindowActor first_;
+    TUserScript first_;
 };
 
 }  // namespace tolvane::test

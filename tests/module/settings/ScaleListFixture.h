@@ -11,8 +11,9 @@
 #include <vector>
 
 #include "settings/forms/ScaleComunicationForm.h"
-#include "tests/support/window/DialogScript.h"
+#include "tests/support/scales/TestScales.h"
 #include "tests/support/window/HostFrame.h"
+#include "tests/support/window/UserScript.h"
 #include "text/Cp1251.h"
 
 namespace tolvane::test {
@@ -20,29 +21,23 @@ namespace tolvane::test {
 using TNames = std::vector<std::string>;
 using TSteps = std::vector<TDialogScript::TStep>;
 
-inline TScaleObj NetworkScale(std::int32_t number, std::string_view name,
-                              std::string_view address) {
-    TScaleObj scale;
-    scale.Rec.ScaleNumb = number;
-    scale.Rec.ScaleName = name;
-    scale.Rec.TCPAddress = address;
-    scale.Rec.TCPPort = 100;
-    scale.Rec.ScaleType = kScaleTypeEts;
-    scale.Rec.CommType = kCommTcp;
-    scale.Rec.Encoding = 2;
-    return scale;
+// ETS scales that take no part in runs: on TCP port 100, and on COM3 at 38400 bps.
+inline TScaleObj EtsScale(std::int32_t number, std::string_view name, std::string_view address) {
+    TScaleRec rec = NetworkScale(number, name, address, 100);
+    rec.ScaleType = kScaleTypeEts;
+    rec.Checked = false;
+    return {rec};
+}
+inline TScaleObj SerialEtsScale(std::int32_t number, std::string_view name) {
+    TScaleRec rec = SerialScale(number, name, "COM3");
+    rec.ScaleType = kScaleTypeEts;
+    rec.Checked = false;
+    rec.BaudRate = 2;
+    return {rec};
 }
 
-inline TScaleObj SerialScale(std::int32_t number, std::string_view name) {
-    TScaleObj scale = NetworkScale(number, name, "COM3");
-    scale.Rec.CommType = kCommSerial;
-    scale.Rec.BaudRate = 2;
-    scale.Rec.TCPPort = 1001;
-    return scale;
-}
-
-inline const std::vector<TScaleObj> kTwo = {NetworkScale(3, "Месна витрина"_cp1251, "192.168.1.10"),
-                                            SerialScale(8, "Риба"_cp1251)};
+inline const std::vector<TScaleObj> kTwo = {EtsScale(3, "Месна витрина"_cp1251, "192.168.1.10"),
+                                            SerialEtsScale(8, "Риба"_cp1251)};
 
 // The names in the list.
 inline TNames Items(HWND window) {

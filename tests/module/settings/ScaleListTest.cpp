@@ -2,6 +2,7 @@
 
 #include "tests/module/settings/HeldSearch.h"
 #include "tests/module/settings/PicturedBoxes.h"
+#include "tests/support/window/Screenshot.h"
 #include "window/OwnerWatch.h"
 
 namespace tolvane::test {
@@ -294,9 +295,9 @@ TEST_F(ScaleListTest, ATwentyFirstScaleIsRefused) {
 }
 
 TEST_F(ScaleListTest, TheWebPageIsAlwaysBehindHttp) {
-    const std::vector<TScaleObj> scales = {NetworkScale(1, "a", "192.168.1.10"),
-                                           NetworkScale(2, "b", "\" -x \"c:\\a"),
-                                           NetworkScale(3, "c", "file:///c:/x")};
+    const std::vector<TScaleObj> scales = {EtsScale(1, "a", "192.168.1.10"),
+                                           EtsScale(2, "b", "\" -x \"c:\\a"),
+                                           EtsScale(3, "c", "file:///c:/x")};
     Show(scales, {[this](HWND window) {
              for (const int index : {0, 1, 2}) {
                  Select(window, index);

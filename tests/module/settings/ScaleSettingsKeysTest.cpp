@@ -1,4 +1,5 @@
 #include "tests/module/settings/SettingsFixture.h"
+#include "tests/support/window/Screenshot.h"
 
 namespace tolvane::test {
 namespace {

@@ -1,5 +1,7 @@
 #include "tests/module/settings/PicturedBoxes.h"
 #include "tests/module/settings/SettingsFixture.h"
+#include "tests/support/scales/TestScales.h"
+#include "tests/support/window/Screenshot.h"
 #include "text/Cp1251.h"
 
 namespace tolvane::test {
@@ -162,10 +164,7 @@ TEST_F(ScaleSettingsTest, TheRefreshButtonRefillsThePortListUnsorted) {
 }
 
 TEST_F(ScaleSettingsTest, APortThatIsListedInAnotherCaseStaysChosen) {
-    TScaleRec rec;
-    rec.TCPAddress = "com1";
-    rec.TCPPort = 1001;
-    Show(SettingsOf(rec, ports_), {[this](HWND window) {
+    Show(SettingsOf(SerialScale(1, "A", "com1"), ports_), {[this](HWND window) {
              EXPECT_EQ(ComboChoice(window, "cbPickComPort"), 1);
              ports_ = {"com1", "com3"};
              Press(window, "btnRefreshComList");
@@ -393,13 +392,8 @@ TEST_F(ScaleSettingsTest, TheHelpWindowOpensEachTime) {
 }
 
 TEST_F(ScaleSettingsTest, ShowsAScaleThatIsEdited) {
-    TScaleRec rec;
-    rec.ScaleNumb = 12;
-    rec.ScaleName = "Месна витрина"_cp1251;
-    rec.TCPAddress = "192.168.1.10";
-    rec.TCPPort = 4001;
+    TScaleRec rec = NetworkScale(12, "Месна витрина"_cp1251, "192.168.1.10", 4001);
     rec.ScaleType = kScaleTypeEts;
-    rec.CommType = kCommTcp;
     rec.Encoding = 9;
     Show(SettingsOf(rec, ports_), {[](HWND window) {
              EXPECT_EQ(TextOf(window, "edtScaleNumb"), "12");

@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "settings/forms/uScaleSettings.h"
-#include "tests/support/window/DialogScript.h"
 #include "tests/support/window/HostFrame.h"
+#include "tests/support/window/UserScript.h"
 
 namespace tolvane::test {
 

@@ -13,7 +13,7 @@ class StoredNumberTest : public ScaleSettingsFixture {
 protected:
     // The dialog of a listed scale with this number, beside another scale.
     int ShowStored(std::int32_t number, TSteps steps) {
-        const TScaleRec rec = NetworkScale(number, "A", "10.0.0.7").Rec;
+        const TScaleRec rec = EtsScale(number, "A", "10.0.0.7").Rec;
         listed_ = {number, 5};
         return Show(SettingsOf(rec, ports_), std::move(steps));
     }
@@ -109,7 +109,7 @@ TEST_F(StoredNumberInListTest, StaysInTheListWhenSomethingElseIsChanged) {
                                    SetTextOf(window, "edtScaleName", L"Риба");
                                    Press(window, "btnOk");
                                }});
-    EXPECT_EQ(Show({NetworkScale(75, "A", "10.0.0.7"), NetworkScale(5, "B", "10.0.0.8")},
+    EXPECT_EQ(Show({EtsScale(75, "A", "10.0.0.7"), EtsScale(5, "B", "10.0.0.8")},
                    {Pressing("btnEditScale"),
                     [](HWND window) {
                         ExpectDetails(window, "75", "Риба", "10.0.0.7", "100");

@@ -3,7 +3,6 @@
 #include <ibase.h>
 #include <unistd.h>
 
-#include <cstdlib>
 #include <fstream>
 #include <map>
 #include <sstream>
@@ -12,6 +11,7 @@
 
 #include "database/Query.h"
 #include "database/Status.h"
+#include "tests/support/Environment.h"
 #include "text/Cp1251.h"
 
 // The client library's own arithmetic for passwords, and its first converter of texts, keep memory.
@@ -24,14 +24,6 @@ namespace tolvane::test {
 namespace {
 
 constexpr unsigned short kDialect = 3;
-
-std::string Variable(const char* name) {
-    const char* const value = std::getenv(name);
-    if (value == nullptr || *value == '\0')
-        throw std::runtime_error(std::string("the environment variable ") + name +
-                                 " is not set; test.sh sets it for a private Firebird server");
-    return value;
-}
 
 std::string Connection(const std::filesystem::path& file, const TLogin& login) {
     return login.address + ":" + file.string();
@@ -92,8 +84,8 @@ bool IsDefinition(std::string_view statement) {
 }  // namespace
 
 const TServer& Server() {
-    static const TServer kServer{Variable("TOLVANE_FB_SERVER"), Variable("TOLVANE_FB_PASSWORD"),
-                                 Variable("TOLVANE_FB_DIR")};
+    static const TServer kServer{Environment("TOLVANE_FB_SERVER"),
+                                 Environment("TOLVANE_FB_PASSWORD"), Environment("TOLVANE_FB_DIR")};
     return kServer;
 }
 

@@ -3,8 +3,8 @@
 #include <windows.h>
 
 #include <array>
-#include <fstream>
-#include <iterator>
+
+#include "tests/support/ScratchFolder.h"
 
 namespace tolvane::test {
 namespace {
@@ -42,12 +42,11 @@ path TConfiguration::File() {
 }
 
 std::string TConfiguration::Bytes() {
-    std::ifstream file(File(), std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
+    return GetFile(File());
 }
 
 void TConfiguration::Write(const std::string& bytes) {
-    std::ofstream(File(), std::ios::binary) << bytes;
+    PutFile(File(), bytes);
 }
 
 void TConfiguration::WriteScale(int port) {
@@ -67,7 +66,7 @@ std::string TConfiguration::Value(const std::string& section, const std::string&
 }
 
 void TConfiguration::WriteHostSettings(const std::string& bytes) {
-    std::ofstream(HostSettings(), std::ios::binary) << bytes;
+    PutFile(HostSettings(), bytes);
 }
 
 }  // namespace tolvane::test

@@ -1,9 +1,10 @@
 #include "tests/support/module/Connection.h"
 
 #include <array>
-#include <cstdlib>
 #include <stdexcept>
 #include <vector>
+
+#include "tests/support/Environment.h"
 
 namespace tolvane::test {
 namespace {
@@ -20,12 +21,6 @@ Function Entry(const char* name) {
 }
 
 #define TOLVANE_ENTRY(name) Entry<decltype(&(name))>(#name)
-
-std::string Environment(const char* name) {
-    const char* value = std::getenv(name);
-    if (value == nullptr) throw std::runtime_error(std::string(name) + " is not set");
-    return value;
-}
 
 void Check(const std::array<ISC_STATUS, 20>& status, const std::string& what) {
     if (status[0] != 1 || status[1] == 0) return;

@@ -4,47 +4,17 @@
 
 #include <utility>
 
+#include "tests/support/scales/WireFrames.h"
 #include "text/Cp1251.h"
 
 namespace tolvane::test {
 namespace {
 
-// The request between its start and end bytes without the markers, decoded by the protocol's rule.
-std::vector<std::uint8_t> DecodeRequest(const TCmdBuffer& frame) {
+TCmdBuffer DecodeRequest(const TCmdBuffer& frame) {
     EXPECT_GE(frame.size(), 2U);
     EXPECT_EQ(frame.front(), 0x04);
     EXPECT_EQ(frame.back(), 0x03);
-    std::vector<std::uint8_t> body;
-    int offset = 0;
-    for (std::size_t i = 1; i + 1 < frame.size(); ++i) {
-        if (frame[i] == 0x0D) {
-            offset = 0x14;
-        } else if (frame[i] == 0x0C) {
-            offset = 0;
-        } else {
-            body.push_back(static_cast<std::uint8_t>(frame[i] - offset));
-        }
-    }
-    return body;
-}
-
-// Every byte of the reply has its own marker, which the protocol allows.
-TCmdBuffer EncodeReply(std::uint8_t address, std::uint8_t command,
-                       const std::vector<std::uint8_t>& data) {
-    std::vector<std::uint8_t> body{address, command};
-    body.insert(body.end(), data.begin(), data.end());
-    unsigned sum = 0;
-    for (const std::uint8_t byte : body)
-        sum += byte;
-    body.push_back(static_cast<std::uint8_t>(sum));
-    TCmdBuffer frame{0x02};
-    for (const std::uint8_t byte : body) {
-        const bool low = byte <= 0x14;
-        frame.push_back(low ? 0x0D : 0x0C);
-        frame.push_back(static_cast<std::uint8_t>(low ? byte + 0x14 : byte));
-    }
-    frame.push_back(0x03);
-    return frame;
+    return BodyOf(frame);
 }
 
 class TFakeChannel : public TDevComm {
@@ -69,7 +39,7 @@ public:
     void Close() override { open_ = false; }
     bool SendData(const TCmdBuffer& Data) override {
         EXPECT_TRUE(open_);
-        std::vector<std::uint8_t> body = DecodeRequest(Data);
+        const TCmdBuffer body = DecodeRequest(Data);
         if (body.size() < 3) {
             ADD_FAILURE() << "request without a body";
             return false;
@@ -104,7 +74,7 @@ private:
             data[10] = static_cast<std::uint8_t>(scale_->maxPlu / 256);
             data[16] = static_cast<std::uint8_t>(scale_->mode);
         }
-        reply_ = EncodeReply(request.address, request.command, data);
+        reply_ = ReplyTo(request.command, data, request.address);
     }
 
     TEvents& events_;
@@ -184,6 +154,26 @@ std::unique_ptr<TElicomScale> TFakeFactory::Create(const std::string& descriptio
     return std::make_unique<TElicomScale>(
         std::make_unique<TFakeChannel>(events_, description, scales.at(index), onOpen), serial,
         clock_);
+}
+
+TArticle Goods(std::int32_t number, std::string_view name) {
+    TArticle article;
+    article.number = number;
+    article.scaleNumber = number;
+    article.name = name;
+    article.labelName = "B";
+    return article;
+}
+
+std::vector<TArticle> TwoGoods() {
+    return {Goods(12, "Домати"_cp1251), Goods(7, "Яйца"_cp1251)};
+}
+
+std::vector<TArticle> ManyGoods(int count) {
+    std::vector<TArticle> articles;
+    for (int number = 1; number <= count; ++number)
+        articles.push_back(Goods(number, "A"));
+    return articles;
 }
 
 std::shared_ptr<const TArticleTable> TableOf(const std::vector<TArticle>& articles) {

@@ -128,6 +128,13 @@ struct TArticle {
     std::string_view shipment;
 };
 
+// An article for every scale, with a price of 12.34 and the label name "B".
+TArticle Goods(std::int32_t number, std::string_view name);
+// Articles 12 ("Домати") and 7 ("Яйца").
+std::vector<TArticle> TwoGoods();
+// So many articles "A", numbered from 1.
+std::vector<TArticle> ManyGoods(int count);
+
 std::shared_ptr<const TArticleTable> TableOf(const std::vector<TArticle>& articles);
 
 // Only the events that begin with one of the prefixes.

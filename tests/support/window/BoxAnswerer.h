@@ -2,9 +2,10 @@
 
 #include <windows.h>
 
-#include <functional>
 #include <string>
 #include <vector>
+
+#include "tests/support/window/UserScript.h"
 
 namespace tolvane::test {
 
@@ -17,45 +18,26 @@ struct TSeenBox {
     TBoxIcon icon = TBoxIcon::None;
 };
 
+// What a message box shows.
+TSeenBox ReadBox(HWND box);
+
 // While it lives, answers the message boxes of this thread with a button, and keeps what they said.
 class TBoxAnswerer {
 public:
     explicit TBoxAnswerer(int button = IDOK);
     TBoxAnswerer(const TBoxAnswerer&) = delete;
     TBoxAnswerer& operator=(const TBoxAnswerer&) = delete;
-    ~TBoxAnswerer();
+    ~TBoxAnswerer() = default;
 
     const std::vector<TSeenBox>& Seen() const { return seen_; }
 
 private:
-    static void CALLBACK Tick(HWND window, UINT message, UINT_PTR timer, DWORD time);
     static BOOL CALLBACK Visit(HWND window, LPARAM parameter);
     void Answer(HWND box);
 
     int button_;
-    UINT_PTR timer_;
     std::vector<TSeenBox> seen_;
-};
-
-// While it lives, calls `act` once with the first visible window of the class on this thread; for
-// modal windows that the test opens by a call that returns only when they are closed.
-class TWindowActor {
-public:
-    TWindowActor(std::wstring className, std::function<void(HWND)> act);
-    TWindowActor(const TWindowActor&) = delete;
-    TWindowActor& operator=(const TWindowActor&) = delete;
-    ~TWindowActor();
-
-    bool HasActed() const { return acted_; }
-
-private:
-    static void CALLBACK Tick(HWND window, UINT message, UINT_PTR timer, DWORD time);
-    static BOOL CALLBACK Visit(HWND window, LPARAM parameter);
-
-    std::wstring className_;
-    std::function<void(HWND)> act_;
-    UINT_PTR timer_;
-    bool acted_ = false;
+    TRegularCall look_;
 };
 
 }  // namespace tolvane::test

@@ -3,6 +3,7 @@
 #include <commctrl.h>
 
 #include <array>
+#include <optional>
 
 #include "tests/support/window/HostFrame.h"
 
@@ -10,25 +11,6 @@ namespace tolvane::test {
 namespace {
 
 constexpr int kTextRoom = 512;
-constexpr BYTE kDown = 0x80;
-
-// Holds Ctrl and Shift down in the thread's keyboard state for the length of a block.
-class THeldKeys {
-public:
-    THeldKeys(bool control, bool shift) {
-        GetKeyboardState(before_.data());
-        std::array<BYTE, 256> keys = before_;
-        keys[VK_CONTROL] = keys[VK_LCONTROL] = control ? kDown : BYTE{0};
-        keys[VK_SHIFT] = keys[VK_LSHIFT] = shift ? kDown : BYTE{0};
-        SetKeyboardState(keys.data());
-    }
-    THeldKeys(const THeldKeys&) = delete;
-    THeldKeys& operator=(const THeldKeys&) = delete;
-    ~THeldKeys() { SetKeyboardState(before_.data()); }
-
-private:
-    std::array<BYTE, 256> before_{};
-};
 
 LPARAM PointParam(POINT at) {
     return MAKELPARAM(static_cast<WORD>(at.x), static_cast<WORD>(at.y));
@@ -185,7 +167,10 @@ void TGridReader::ClickRow(int row, int column, bool control, bool shift) const 
     SendMessageW(grid_, LVM_GETSUBITEMRECT, static_cast<WPARAM>(row),
                  reinterpret_cast<LPARAM>(&cell));
     const LPARAM at = PointParam({cell.left + 20, (cell.top + cell.bottom) / 2});
-    const THeldKeys held(control, shift);
+    std::optional<THeldKey> heldControl;
+    std::optional<THeldKey> heldShift;
+    if (control) heldControl.emplace(VK_CONTROL);
+    if (shift) heldShift.emplace(VK_SHIFT);
     WPARAM keys = MK_LBUTTON;
     if (control) keys |= MK_CONTROL;
     if (shift) keys |= MK_SHIFT;
@@ -193,20 +178,6 @@ void TGridReader::ClickRow(int row, int column, bool control, bool shift) const 
     PostMessageW(grid_, WM_LBUTTONUP, keys & ~static_cast<WPARAM>(MK_LBUTTON), at);
     SendMessageW(grid_, WM_LBUTTONDOWN, keys, at);
     RunLoopDry();
-}
-
-void PressKey(HWND window, int virtualKey, bool control, bool shift) {
-    const THeldKeys held(control, shift);
-    PostMessageW(window, WM_KEYDOWN, static_cast<WPARAM>(virtualKey), 1);
-    RunLoopDry();
-    PostMessageW(window, WM_KEYUP, static_cast<WPARAM>(virtualKey),
-                 static_cast<LPARAM>(0xC0000001));
-    RunLoopDry();
-}
-
-void ReleaseKeys() {
-    std::array<BYTE, 256> keys{};
-    SetKeyboardState(keys.data());
 }
 
 }  // namespace tolvane::test

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/window/Input.h"
+
 namespace tolvane::test {
 
 // Reads a list view by ordinary list view messages, as a host does; texts come as UTF-8.
@@ -38,12 +40,5 @@ private:
 
     HWND grid_;
 };
-
-// Presses a key in a window through the message queue, with the Ctrl or Shift key held down for the
-// thread.
-void PressKey(HWND window, int virtualKey, bool control = false, bool shift = false);
-
-// No key is held down any more.
-void ReleaseKeys();
 
 }  // namespace tolvane::test

@@ -1,9 +1,7 @@
 #include "tests/support/window/HostFrame.h"
 
-#include <array>
 #include <chrono>
 #include <stdexcept>
-#include <vector>
 
 namespace tolvane::test {
 namespace {
@@ -20,17 +18,6 @@ void RegisterOnce(const wchar_t* className, WNDPROC procedure) {
     definition.lpszClassName = className;
     if (RegisterClassW(&definition) == 0 && GetLastError() != ERROR_CLASS_ALREADY_EXISTS)
         throw std::runtime_error("RegisterClass");
-}
-
-struct TSearch {
-    std::string name;
-    HWND found = nullptr;
-};
-
-BOOL CALLBACK CompareName(HWND window, LPARAM parameter) {
-    auto& search = *reinterpret_cast<TSearch*>(parameter);
-    if (ComponentNameOf(window) == search.name) search.found = window;
-    return search.found == nullptr ? TRUE : FALSE;
 }
 
 }  // namespace
@@ -109,39 +96,6 @@ void RunLoopDry() {
         TranslateMessage(&message);
         DispatchMessageW(&message);
     }
-}
-
-std::string Utf8(const std::wstring& text) {
-    std::string result(text.size() * 3, '\0');
-    result.resize(static_cast<std::size_t>(
-        WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), result.data(),
-                            static_cast<int>(result.size()), nullptr, nullptr)));
-    return result;
-}
-
-std::string Utf8TextOf(HWND window) {
-    const auto length = static_cast<std::size_t>(SendMessageW(window, WM_GETTEXTLENGTH, 0, 0));
-    std::wstring text(length + 1, L'\0');
-    text.resize(static_cast<std::size_t>(
-        SendMessageW(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()))));
-    return Utf8(text);
-}
-
-std::wstring ClassOf(HWND window) {
-    std::array<wchar_t, 256> name{};
-    GetClassNameW(window, name.data(), static_cast<int>(name.size()));
-    return name.data();
-}
-
-HWND Component(HWND parent, const std::string& name) {
-    TSearch search{name};
-    EnumChildWindows(parent, CompareName, reinterpret_cast<LPARAM>(&search));
-    return search.found;
-}
-
-std::string ComponentNameOf(HWND window) {
-    const auto* name = static_cast<const char*>(GetPropW(window, L"ComponentName"));
-    return name == nullptr ? std::string() : std::string(name);
 }
 
 }  // namespace tolvane::test

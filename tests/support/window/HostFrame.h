@@ -4,7 +4,8 @@
 
 #include <functional>
 #include <map>
-#include <string>
+
+#include "tests/support/window/Controls.h"
 
 namespace tolvane::test {
 
@@ -40,13 +41,5 @@ private:
 bool RunLoopUntil(const std::function<bool()>& condition, int seconds = 20);
 // Runs the loop until no message waits.
 void RunLoopDry();
-
-// A window's text as UTF-8; its class name.
-std::string Utf8TextOf(HWND window);
-std::string Utf8(const std::wstring& text);
-std::wstring ClassOf(HWND window);
-// The descendant that carries the component name; null when there is none.
-HWND Component(HWND parent, const std::string& name);
-std::string ComponentNameOf(HWND window);
 
 }  // namespace tolvane::test

@@ -1,5 +1,7 @@
 #include "tests/support/window/ObjectCounts.h"
 
+#include <tlhelp32.h>
+
 #include <algorithm>
 #include <vector>
 
@@ -21,6 +23,15 @@ constexpr std::size_t kGdiEntries = 0x4000;
 BOOL CALLBACK CountWindow(HWND, LPARAM count) {
     ++*reinterpret_cast<int*>(count);
     return TRUE;
+}
+
+std::uint64_t MadeAt(DWORD thread) {
+    const HANDLE handle = OpenThread(THREAD_QUERY_INFORMATION, FALSE, thread);
+    FILETIME made{};
+    FILETIME other{};
+    GetThreadTimes(handle, &made, &other, &other, &other);
+    CloseHandle(handle);
+    return std::uint64_t{made.dwHighDateTime} << 32 | made.dwLowDateTime;
 }
 
 }  // namespace
@@ -95,6 +106,20 @@ std::size_t HeapBytes() {
         HeapUnlock(heap);
     }
     return bytes;
+}
+
+std::set<TThreadKey> Threads() {
+    const HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);
+    THREADENTRY32 entry{};
+    entry.dwSize = sizeof entry;
+    std::set<TThreadKey> threads;
+    for (BOOL more = Thread32First(snapshot, &entry); more != 0;
+         more = Thread32Next(snapshot, &entry)) {
+        if (entry.th32OwnerProcessID == GetCurrentProcessId())
+            threads.emplace(entry.th32ThreadID, MadeAt(entry.th32ThreadID));
+    }
+    CloseHandle(snapshot);
+    return threads;
 }
 
 }  // namespace tolvane::test

@@ -4,6 +4,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <set>
+#include <utility>
 
 namespace tolvane::test {
 
@@ -24,5 +26,10 @@ int ThreadWindows();
 std::size_t PrivateBytes();
 // Bytes of the blocks that are taken in the process's heaps.
 std::size_t HeapBytes();
+
+// The threads of this program, each by its number, which may be given again, and by when it was
+// made.
+using TThreadKey = std::pair<DWORD, std::uint64_t>;
+std::set<TThreadKey> Threads();
 
 }  // namespace tolvane::test

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "tests/support/window/HostFrame.h"
+#include "window/Dpi.h"
 
 namespace tolvane::test {
 namespace {
@@ -55,6 +56,10 @@ void SaveScreenshot(HWND window, const std::string& name) {
     DeleteDC(memory);
     ReleaseDC(nullptr, screen);
     WriteBitmap(std::string(folder) + "/" + name + ".bmp", info, pixels);
+}
+
+void Picture(HWND window, const std::string& name) {
+    SaveScreenshot(window, "settings-" + name + "-" + std::to_string(TDpi::System().DotsPerInch()));
 }
 
 COLORREF PixelAt(HWND window, POINT at) {

@@ -39,7 +39,7 @@ TEST(WriteIniFile, LeavesTheOldOrTheNewFileWholeWhenItIsKilled) {
     const std::string secondBytes = second.Bytes();
     std::mt19937 random(1);
     int leftovers = 0;
-    for (int kill = 0; kill < Kills(200); ++kill) {
+    for (int kill = 0; kill < Kills(); ++kill) {
         int channel[2];
         ASSERT_EQ(pipe(channel), 0);
         const pid_t child = StartSaving(file, first, second, channel[1]);

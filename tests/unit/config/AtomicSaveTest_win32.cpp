@@ -69,7 +69,7 @@ TEST(WriteIniFile, LeavesTheOldOrTheNewFileWholeWhenItIsKilled) {
     const std::string versions[] = {SavedVersion('1').Bytes(), SavedVersion('2').Bytes()};
     std::mt19937 random(1);
     int leftovers = 0;
-    for (int kill = 0; kill < Kills(200); ++kill) {
+    for (int kill = 0; kill < Kills(); ++kill) {
         {
             const TSaver saver(folder.Path());
             ASSERT_TRUE(saver.HasStarted()) << "kill " << kill;

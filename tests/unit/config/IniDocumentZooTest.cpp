@@ -4,6 +4,7 @@
 
 #include "config/IniDocument.h"
 #include "config/ScaleTable.h"
+#include "tests/support/scales/TestScales.h"
 #include "text/Cp1251.h"
 
 namespace tolvane {
@@ -20,12 +21,8 @@ std::string Numbered(std::string_view start, std::size_t number) {
 
 void WriteEverySlot(TIniDocument& document) {
     TScaleTable table;
-    for (int slot = 1; slot <= kScaleSlots; ++slot) {
-        table[slot].ScaleNumb = slot;
-        table[slot].ScaleName = "Везна"_cp1251;
-        table[slot].TCPAddress = "10.0.0.1";
-        table[slot].TCPPort = 1001;
-    }
+    for (int slot = 1; slot <= kScaleSlots; ++slot)
+        table[slot] = NetworkScale(slot, "Везна"_cp1251);
     table.Save(document);
 }
 

@@ -1,16 +1,15 @@
 #pragma once
 
-#include <cstdlib>
 #include <string>
 
 #include "config/IniDocument.h"
+#include "tests/support/Environment.h"
 
 namespace tolvane {
 
-// How often the kill test kills; a release asks for more by TOLVANE_KILLS.
-inline int Kills(int otherwise) {
-    const char* asked = std::getenv("TOLVANE_KILLS");
-    return asked == nullptr ? otherwise : std::atoi(asked);
+// How often the kill test kills.
+inline int Kills() {
+    return test::CountFromEnvironment("TOLVANE_KILLS", 200);
 }
 
 // One of the contents that a save which is killed writes in turn: large enough for many blocks, so

@@ -3,17 +3,14 @@
 #include <gtest/gtest.h>
 
 #include "config/IniDocument.h"
+#include "tests/support/scales/TestScales.h"
 #include "text/Cp1251.h"
 
 namespace tolvane::test {
 namespace {
 
 TScaleRec Scale(std::string_view name, std::string_view address = "10.0.0.5") {
-    TScaleRec rec;
-    rec.ScaleName = name;
-    rec.TCPAddress = address;
-    rec.TCPPort = 1001;
-    return rec;
+    return NetworkScale(1, name, address, 1001);
 }
 
 std::vector<std::string> NamesOf(const std::vector<TScaleObj>& scales) {
@@ -88,7 +85,7 @@ TEST(ScaleListEditTest, DetailsOf_ANetworkScaleShowsItsPort) {
 }
 
 TEST(ScaleListEditTest, DetailsOf_ASerialScaleShowsItsSpeed) {
-    TScaleRec rec = Scale("a", "COM3");
+    TScaleRec rec = SerialScale(1, "a", "COM3");
     const TNames speeds = {"9600 bps",  "19200 bps",  "38400 bps",
                            "57600 bps", "115200 bps", "unknown bps"};
     for (std::uint8_t index = 0; index < speeds.size(); ++index) {

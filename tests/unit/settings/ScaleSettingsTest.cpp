@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/scales/TestScales.h"
+
 namespace tolvane::test {
 namespace {
 
@@ -21,23 +23,20 @@ TScaleSettings SerialSettings() {
     return settings;
 }
 
-TScaleRec NetworkScale() {
-    TScaleRec rec;
-    rec.ScaleNumb = 3;
-    rec.ScaleName = "Месна витрина"_cp1251;
-    rec.TCPAddress = "192.168.1.10";
-    rec.TCPPort = 100;
+// An ETS that takes no part in runs, with code table 1.
+TScaleRec Edited(TScaleRec rec) {
+    rec.Checked = false;
     rec.ScaleType = kScaleTypeEts;
-    rec.CommType = kCommTcp;
     rec.Encoding = 1;
     return rec;
 }
 
-TScaleRec SerialScale() {
-    TScaleRec rec = NetworkScale();
-    rec.TCPAddress = "COM3";
-    rec.TCPPort = 1001;
-    rec.CommType = kCommSerial;
+TScaleRec EditedNetworkScale() {
+    return Edited(NetworkScale(3, "Месна витрина"_cp1251, "192.168.1.10", 100));
+}
+
+TScaleRec EditedSerialScale() {
+    TScaleRec rec = Edited(SerialScale(3, "Месна витрина"_cp1251, "COM3"));
     rec.BaudRate = 2;
     rec.ScaleAddr = 17;
     return rec;
@@ -86,7 +85,7 @@ TEST(ScaleSettingsTest, SettingsOfNewScale_StartsAsTold) {
 }
 
 TEST(ScaleSettingsTest, SettingsOf_ShowsANetworkScale) {
-    const TScaleSettings settings = SettingsOf(NetworkScale(), {"COM1"});
+    const TScaleSettings settings = SettingsOf(EditedNetworkScale(), {"COM1"});
     EXPECT_EQ(settings.number, 3);
     EXPECT_EQ(settings.numberBefore, 3);
     EXPECT_EQ(settings.name, "Месна витрина"_cp1251);
@@ -96,13 +95,13 @@ TEST(ScaleSettingsTest, SettingsOf_ShowsANetworkScale) {
     EXPECT_EQ(settings.ipAddress, "192.168.1.10");
     EXPECT_EQ(settings.port, "100");
     EXPECT_TRUE(settings.serialPorts.empty());
-    TScaleRec udp = NetworkScale();
+    TScaleRec udp = EditedNetworkScale();
     udp.CommType = kCommUdp;
     EXPECT_EQ(SettingsOf(udp, {}).transport, TTransport::Udp);
 }
 
 TEST(ScaleSettingsTest, SettingsOf_ShowsASerialScale) {
-    const TScaleSettings settings = SettingsOf(SerialScale(), {"COM1", "COM3"});
+    const TScaleSettings settings = SettingsOf(EditedSerialScale(), {"COM1", "COM3"});
     EXPECT_EQ(settings.transport, TTransport::Serial);
     EXPECT_EQ(settings.ipAddress, "");
     EXPECT_EQ(settings.serialPorts, (std::vector<std::string>{"COM1", "COM3"}));
@@ -112,11 +111,11 @@ TEST(ScaleSettingsTest, SettingsOf_ShowsASerialScale) {
 }
 
 TEST(ScaleSettingsTest, SettingsOf_ChoosesNoPortThatIsNotThere) {
-    EXPECT_EQ(SettingsOf(SerialScale(), {"COM1"}).serialPort, -1);
+    EXPECT_EQ(SettingsOf(EditedSerialScale(), {"COM1"}).serialPort, -1);
 }
 
 TEST(ScaleSettingsTest, SettingsOf_FindsAStoredPortWhateverItsCase) {
-    TScaleRec rec = SerialScale();
+    TScaleRec rec = EditedSerialScale();
     rec.TCPAddress = "com3";
     TScaleSettings settings = SettingsOf(rec, {"COM1", "COM3"});
     EXPECT_EQ(settings.serialPort, 1);
@@ -129,7 +128,7 @@ TEST(ScaleSettingsTest, SettingsOf_FindsAStoredPortWhateverItsCase) {
 }
 
 TEST(ScaleSettingsTest, SettingsOf_MakesANegativeNumberPositive) {
-    TScaleRec rec = NetworkScale();
+    TScaleRec rec = EditedNetworkScale();
     rec.ScaleNumb = -5;
     EXPECT_EQ(SettingsOf(rec, {}).number, 5);
     EXPECT_EQ(SettingsOf(rec, {}).numberBefore, 5);
@@ -138,7 +137,7 @@ TEST(ScaleSettingsTest, SettingsOf_MakesANegativeNumberPositive) {
 }
 
 TEST(ScaleSettingsTest, SettingsOf_AnUnknownEncodingIsPc866) {
-    TScaleRec rec = NetworkScale();
+    TScaleRec rec = EditedNetworkScale();
     for (const std::int32_t encoding : {9, 4, -1}) {
         rec.Encoding = encoding;
         EXPECT_EQ(SettingsOf(rec, {}).encoding, 2) << encoding;
@@ -146,7 +145,7 @@ TEST(ScaleSettingsTest, SettingsOf_AnUnknownEncodingIsPc866) {
 }
 
 TEST(ScaleSettingsTest, SettingsOf_Encoding3IsNoChoiceAndStaysWhenNoneIsMade) {
-    TScaleRec rec = NetworkScale();
+    TScaleRec rec = EditedNetworkScale();
     rec.Encoding = 3;
     const TScaleSettings settings = SettingsOf(rec, {});
     EXPECT_EQ(settings.encoding, -1);
@@ -155,7 +154,7 @@ TEST(ScaleSettingsTest, SettingsOf_Encoding3IsNoChoiceAndStaysWhenNoneIsMade) {
 }
 
 TEST(ScaleSettingsTest, SettingsOf_EachTypeHasItsChoiceAndOthersTheFirst) {
-    TScaleRec rec = NetworkScale();
+    TScaleRec rec = EditedNetworkScale();
     for (const auto& [code, choice] : {std::pair{16, 0}, {5000, 1}, {300, 2}, {7, 0}}) {
         rec.ScaleType = code;
         EXPECT_EQ(SettingsOf(rec, {}).type, choice) << code;
@@ -172,12 +171,12 @@ TEST(ScaleSettingsTest, CheckSettings_RefusesTheNumberOfAnotherScale) {
 }
 
 TEST(ScaleSettingsTest, CheckSettings_EditingWithoutChangingTheNumberPasses) {
-    TScaleSettings settings = SettingsOf(NetworkScale(), {});
+    TScaleSettings settings = SettingsOf(EditedNetworkScale(), {});
     EXPECT_TRUE(CheckSettings(settings, TNumbers{1, 2, 3}).text.empty());
 }
 
 TEST(ScaleSettingsTest, CheckSettings_EditingToAnotherListedScalesNumberFails) {
-    TScaleSettings settings = SettingsOf(NetworkScale(), {});
+    TScaleSettings settings = SettingsOf(EditedNetworkScale(), {});
     settings.number = 2;
     EXPECT_EQ(CheckSettings(settings, TNumbers{1, 2, 3}).field, TSettingsField::Number);
     settings.number = 4;
@@ -367,7 +366,7 @@ TEST(ScaleSettingsTest, NewScale_KeepsTheLow16BitsOfAnAddressPart) {
 }
 
 TEST(ScaleSettingsTest, ApplySettings_APortThatIsNoNumberIs1001) {
-    TScaleRec rec = NetworkScale();
+    TScaleRec rec = EditedNetworkScale();
     TScaleSettings settings = SettingsOf(rec, {});
     settings.port = "x";
     ApplySettings(settings, rec);
@@ -375,7 +374,7 @@ TEST(ScaleSettingsTest, ApplySettings_APortThatIsNoNumberIs1001) {
 }
 
 TEST(ScaleSettingsTest, ApplySettings_AnAddressPartThatIsNoNumberLeavesTheScale) {
-    TScaleRec rec = NetworkScale();
+    TScaleRec rec = EditedNetworkScale();
     TScaleSettings settings = SettingsOf(rec, {});
     settings.name = "new";
     settings.ipAddress = "10.0..7";
@@ -385,7 +384,7 @@ TEST(ScaleSettingsTest, ApplySettings_AnAddressPartThatIsNoNumberLeavesTheScale)
 }
 
 TEST(ScaleSettingsTest, ApplySettings_KeepsTheCheckMarkAndGivesADefaultName) {
-    TScaleRec rec = NetworkScale();
+    TScaleRec rec = EditedNetworkScale();
     rec.Checked = false;
     TScaleSettings settings = SettingsOf(rec, {});
     settings.name = "";
@@ -395,7 +394,7 @@ TEST(ScaleSettingsTest, ApplySettings_KeepsTheCheckMarkAndGivesADefaultName) {
 }
 
 TEST(ScaleSettingsTest, ApplySettings_FromNetworkToSerialAndBack) {
-    TScaleRec rec = NetworkScale();
+    TScaleRec rec = EditedNetworkScale();
     TScaleSettings settings = SettingsOf(rec, {});
     settings.transport = TTransport::Serial;
     settings.serialPorts = {"COM7"};
@@ -418,7 +417,7 @@ TEST(ScaleSettingsTest, ApplySettings_FromNetworkToSerialAndBack) {
 }
 
 TEST(ScaleSettingsTest, ApplySettings_AnUnknownSpeedStaysWhenNoneIsChosen) {
-    TScaleRec rec = SerialScale();
+    TScaleRec rec = EditedSerialScale();
     rec.BaudRate = 9;
     const TScaleSettings settings = SettingsOf(rec, {"COM3"});
     EXPECT_EQ(settings.baudRate, -1);
@@ -427,7 +426,7 @@ TEST(ScaleSettingsTest, ApplySettings_AnUnknownSpeedStaysWhenNoneIsChosen) {
 }
 
 TEST(ScaleSettingsTest, ApplySettings_ASerialPortAndATypeStayWhenNoneIsChosen) {
-    TScaleRec rec = SerialScale();
+    TScaleRec rec = EditedSerialScale();
     TScaleSettings settings = SettingsOf(rec, {"COM1", "COM2"});
     EXPECT_EQ(settings.serialPort, -1);
     settings.type = -1;
@@ -437,7 +436,7 @@ TEST(ScaleSettingsTest, ApplySettings_ASerialPortAndATypeStayWhenNoneIsChosen) {
 }
 
 TEST(ScaleSettingsTest, DefaultScaleName_IsMadeOfTypeAddressAndNumber) {
-    TScaleRec rec = NetworkScale();
+    TScaleRec rec = EditedNetworkScale();
     EXPECT_EQ(DefaultScaleName(rec), "(ETS) - 192.168.1.10 (3)");
     rec.ScaleType = 16;
     EXPECT_EQ(DefaultScaleName(rec), "(EVL) - 192.168.1.10 (3)");

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "Bytes.h"
-#include "TempFolder.h"
+#include "tests/support/ScratchFolder.h"
 
 namespace tolvane::simulator {
 namespace {
@@ -92,8 +92,8 @@ TEST(ProgramOptionsTest, ALoadedState_IsOverruledByTheCommandLine) {
     TScaleState state;
     state.scale = {TModel::Ets, "7.77", 500, 1, 9, TCodeTable::Windows};
     state.articles[3].number = 3;
-    const TTempFolder folder;
-    const std::string path = folder.Path("state.json");
+    const TScratchFolder folder;
+    const std::string path = (folder / "state.json").string();
     SaveState(state, path);
     const TScaleOptions scale = Parse({"--load", path.c_str(), "--capacity", "600"}).scale;
     EXPECT_EQ(scale.scale, (TScaleProperties{TModel::Ets, "7.77", 600, 1, 9, TCodeTable::Windows}));

@@ -7,12 +7,11 @@
 #include <asio/ip/tcp.hpp>
 #include <csignal>
 #include <filesystem>
-#include <fstream>
 #include <sstream>
 
 #include "StreamClient.h"
-#include "TempFolder.h"
 #include "simulator/ScaleState.h"
+#include "tests/support/ScratchFolder.h"
 
 namespace tolvane::simulator {
 namespace {
@@ -85,10 +84,10 @@ public:
 
 class ProgramTest : public testing::TestWithParam<int> {
 protected:
-    std::string Path(const char* name) const { return folder_.Path(name); }
+    std::string Path(const char* name) const { return (folder_ / name).string(); }
 
 private:
-    TTempFolder folder_;
+    TScratchFolder folder_;
 };
 
 TEST_P(ProgramTest, ASignal_SavesAndPrintsWhatTheScaleHolds) {
@@ -96,9 +95,7 @@ TEST_P(ProgramTest, ASignal_SavesAndPrintsWhatTheScaleHolds) {
                       Path("ready"), "--print"});
     const std::string ready = program.Line();
     ASSERT_TRUE(ready.starts_with("ready tcp 127.0.0.1:")) << ready;
-    std::ostringstream readyFile;
-    readyFile << std::ifstream(Path("ready")).rdbuf();
-    EXPECT_EQ(readyFile.str(), ready);
+    EXPECT_EQ(GetFile(Path("ready")), ready);
     TProgramClient client(ready);
     EXPECT_EQ(client.Ask(kAskPrgMode, 7), Bytes(kPrgMode));
     EXPECT_EQ(client.Ask("04 0D 14 5D 14 40 15 64 15 14 DB 03", 7), Bytes("02 0D 14 5D 14 5D 03"));

@@ -3,12 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 #include <nlohmann/json.hpp>
-#include <sstream>
 
 #include "Bytes.h"
-#include "TempFolder.h"
+#include "tests/support/ScratchFolder.h"
 
 namespace tolvane::simulator {
 namespace {
@@ -64,10 +62,10 @@ constexpr const char* kSampleJson = R"({
 
 class ScaleStateTest : public testing::Test {
 protected:
-    std::string Path(const char* name) const { return folder_.Path(name); }
+    std::string Path(const char* name) const { return (folder_ / name).string(); }
 
 private:
-    TTempFolder folder_;
+    TScratchFolder folder_;
 };
 
 TEST_F(ScaleStateTest, ToJson_WritesEveryField) {
@@ -79,7 +77,7 @@ TEST_F(ScaleStateTest, FromJson_ReadsEveryField) {
 }
 
 TEST_F(ScaleStateTest, SaveState_ReplacesAFileThatLoadStateReads) {
-    std::ofstream(Path("state.json")) << "old";
+    PutFile(Path("state.json"), "old");
     SaveState(Sample(), Path("state.json"));
     EXPECT_EQ(LoadState(Path("state.json")), Sample());
     EXPECT_FALSE(std::filesystem::exists(Path("state.json.new")));
@@ -87,9 +85,7 @@ TEST_F(ScaleStateTest, SaveState_ReplacesAFileThatLoadStateReads) {
 
 TEST_F(ScaleStateTest, SaveState_WritesTextsAsUtf8) {
     SaveState(Sample(), Path("state.json"));
-    std::ostringstream text;
-    text << std::ifstream(Path("state.json"), std::ios::binary).rdbuf();
-    EXPECT_NE(text.str().find("\"text\": \"Хляб\""), std::string::npos);
+    EXPECT_NE(GetFile(Path("state.json")).find("\"text\": \"Хляб\""), std::string::npos);
 }
 
 TEST_F(ScaleStateTest, SaveState_FailsInAFolderThatDoesNotExist) {
@@ -109,12 +105,12 @@ TEST_F(ScaleStateTest, LoadState_NamesTheFileAndWhatIsWrong) {
     EXPECT_EQ(WhyNotLoaded(Path("none.json")), "cannot read " + Path("none.json"));
     nlohmann::json json = nlohmann::json::parse(kSampleJson);
     json["scale"]["model"] = "XYZ";
-    std::ofstream(Path("model.json")) << json;
+    PutFile(Path("model.json"), json.dump());
     EXPECT_EQ(WhyNotLoaded(Path("model.json")),
               Path("model.json") + ": not a scale's state: unknown model");
     json = nlohmann::json::parse(kSampleJson);
     json["articles"][0]["texts"][0]["hex"] = "9";
-    std::ofstream(Path("hex.json")) << json;
+    PutFile(Path("hex.json"), json.dump());
     EXPECT_EQ(WhyNotLoaded(Path("hex.json")),
               Path("hex.json") + ": not a scale's state: bad bytes of article 7");
 }

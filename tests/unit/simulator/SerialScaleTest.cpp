@@ -9,8 +9,8 @@
 #include <filesystem>
 
 #include "StreamClient.h"
-#include "TempFolder.h"
 #include "simulator/VirtualScale.h"
+#include "tests/support/ScratchFolder.h"
 
 namespace tolvane::simulator {
 namespace {
@@ -88,10 +88,10 @@ protected:
         options.ptyLink = Link();
         return TVirtualScale(options);
     }
-    std::string Link() const { return folder_.Path("line"); }
+    std::string Link() const { return (folder_ / "line").string(); }
 
 private:
-    TTempFolder folder_;
+    TScratchFolder folder_;
 };
 
 TEST_F(PtyScaleTest, ClientsComeAndGo) {

@@ -2,28 +2,13 @@
 
 #include <utility>
 
-#include "tests/support/scales/ScriptedChannel.h"
+#include "tests/support/scales/TestScales.h"
+#include "tests/support/upload/CoreChannel.h"
 #include "text/Cp1251.h"
 #include "upload/RunMarks.h"
 
 namespace tolvane::test {
 namespace {
-
-// What the scale does not answer runs into the reading rule's time-out.
-class TShopChannel : public TScriptedChannel {
-public:
-    TShopChannel(TClock& clock, simulator::TScaleCore& core)
-        : TScriptedChannel(clock), core_(core) {}
-    bool SendData(const TCmdBuffer& Data) override {
-        if (!TScriptedChannel::SendData(Data)) return false;
-        for (const simulator::TSendStep& step : core_.Answer(Data).steps)
-            PeerSends(step.bytes);
-        return true;
-    }
-
-private:
-    simulator::TScaleCore& core_;
-};
 
 std::string Address(int scale, std::uint8_t transport) {
     return (transport == kCommSerial ? "COM" : "10.0.0.") + std::to_string(scale);
@@ -78,7 +63,7 @@ std::unique_ptr<TElicomScale> TShopFactory::CreateUDP(const std::string& host) {
 
 std::unique_ptr<TElicomScale> TShopFactory::Create(const std::string& address, bool serial) {
     TShopScale& scale = scales.at(address);
-    auto channel = std::make_unique<TShopChannel>(clock_, *scale.core);
+    auto channel = std::make_unique<TCoreChannel>(clock_, *scale.core);
     channel->openError = scale.openError;
     return std::make_unique<TElicomScale>(std::move(channel), serial, clock_);
 }
@@ -89,15 +74,10 @@ TranscriptTest::TranscriptTest() {
 
 TScaleObj& TranscriptTest::AddScale(simulator::TModel model, std::uint8_t transport) {
     const int number = static_cast<int>(items_.size()) + 1;
-    TScaleObj item;
-    item.Rec.Checked = true;
-    item.Rec.ScaleNumb = number;
-    item.Rec.ScaleName = std::string("Везна "_cp1251) + std::to_string(number);
-    item.Rec.TCPAddress = Address(number, transport);
-    item.Rec.TCPPort = 1001;
+    TScaleObj item{NetworkScale(number, std::string("Везна "_cp1251) + std::to_string(number),
+                                Address(number, transport), 1001)};
     item.Rec.CommType = transport;
     item.Rec.ScaleType = ScaleType(model);
-    item.Rec.Encoding = 2;
     simulator::TCoreOptions options;
     options.scale = simulator::DefaultProperties(model);
     options.scale.labelMode = 2;
@@ -166,19 +146,6 @@ TShopScale& TranscriptTest::Scale(int scale) {
 
 TScaleRun TranscriptTest::Run() {
     return {factory_, clock_, view_, stop_, regional_};
-}
-
-TArticle Goods(std::int32_t number, std::string_view name) {
-    TArticle article;
-    article.number = number;
-    article.scaleNumber = number;
-    article.name = name;
-    article.labelName = "B";
-    return article;
-}
-
-std::vector<TArticle> TwoGoods() {
-    return {Goods(12, "Домати"_cp1251), Goods(7, "Яйца"_cp1251)};
 }
 
 std::string Summary(int count, int valid) {

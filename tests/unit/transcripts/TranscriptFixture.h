@@ -96,11 +96,6 @@ private:
     TRegionalSettings regional_;
 };
 
-// An article for every scale, with a barcode, a price of 12.34 and a label name.
-TArticle Goods(std::int32_t number, std::string_view name);
-// Articles 12 and 7.
-std::vector<TArticle> TwoGoods();
-
 // The log's parts. `count` articles are looked at, and as many lines are valid.
 std::string Summary(int count, int valid);
 std::string Start(std::string_view scale);

@@ -8,30 +8,13 @@
 #include <vector>
 
 #include "config/TypesUnit.h"
-#include "simulator/ScaleCore.h"
 #include "tests/support/RecordingClock.h"
-#include "tests/support/scales/ScriptedChannel.h"
+#include "tests/support/scales/TestScales.h"
+#include "tests/support/upload/CoreChannel.h"
 #include "tests/support/upload/UploadFixture.h"
 #include "upload/ScaleSession.h"
 
 namespace tolvane::test {
-
-// A channel straight to a virtual scale without a wire: what it does not answer runs into the
-// reading rule's time-out.
-class TCoreChannel : public TScriptedChannel {
-public:
-    TCoreChannel(TClock& clock, simulator::TScaleCore& core)
-        : TScriptedChannel(clock), core_(core) {}
-    bool SendData(const TCmdBuffer& Data) override {
-        if (!TScriptedChannel::SendData(Data)) return false;
-        for (const simulator::TSendStep& step : core_.Answer(Data).steps)
-            PeerSends(step.bytes);
-        return true;
-    }
-
-private:
-    simulator::TScaleCore& core_;
-};
 
 class TCoreFactory : public TScaleFactory {
 public:
@@ -73,11 +56,7 @@ protected:
         return session->ProcessDelete(lines);
     }
     static TScaleRec Rec() {
-        TScaleRec rec;
-        rec.TCPAddress = "10.0.0.7";
-        rec.TCPPort = 1001;
-        rec.CommType = kCommTcp;
-        rec.ScaleType = kScaleTypeEvl;
+        TScaleRec rec = NetworkScale(7, "A");
         rec.Encoding = 0;
         return rec;
     }

@@ -5,33 +5,25 @@
 #include <string_view>
 #include <vector>
 
+#include "SessionFixture.h"
 #include "config/TypesUnit.h"
-#include "tests/support/upload/UploadFixture.h"
-#include "upload/ScaleSession.h"
+#include "tests/support/scales/TestScales.h"
 
 namespace tolvane {
 namespace {
 
 using test::TEvents;
 
-class InitCommTest : public ::testing::Test {
+class InitCommTest : public test::TSessionTest {
 protected:
-    InitCommTest() { factory_.scales.push_back(scale_); }
-
     static TScaleRec Serial(std::string_view port, std::uint8_t baudRate) {
-        TScaleRec rec;
-        rec.TCPAddress = port;
-        rec.TCPPort = 1001;
-        rec.CommType = kCommSerial;
+        TScaleRec rec = SerialScale(7, "A", port);
         rec.BaudRate = baudRate;
         rec.ScaleAddr = 5;
-        rec.ScaleType = kScaleTypeEvl;
         return rec;
     }
     static TScaleRec Network(std::uint8_t commType, std::uint16_t port) {
-        TScaleRec rec;
-        rec.TCPAddress = "10.0.0.7";
-        rec.TCPPort = port;
+        TScaleRec rec = NetworkScale(7, "A", "10.0.0.7", port);
         rec.CommType = commType;
         rec.ScaleAddr = 5;
         rec.ScaleType = kScaleTypeEts;
@@ -53,14 +45,6 @@ protected:
             count += request.command == 0x36 ? 1U : 0U;
         return count;
     }
-
-    TEvents events_;
-    test::TFakeClock clock_{events_};
-    test::TRecordingView view_{events_};
-    TRunStop stop_;
-    test::TFakeFactory factory_{events_, clock_};
-    std::shared_ptr<test::TFakeScale> scale_ = std::make_shared<test::TFakeScale>();
-    TScaleSession session_{factory_, clock_, view_, stop_, '.'};
 };
 
 TEST_F(InitCommTest, ASerialScaleIsOpenedOnTheNumberAfterCom) {

@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
+#include "SessionFixture.h"
 #include "config/TypesUnit.h"
-#include "tests/support/upload/UploadFixture.h"
+#include "tests/support/scales/TestScales.h"
 #include "text/Cp1251.h"
-#include "upload/ScaleSession.h"
 
 namespace tolvane {
 namespace {
@@ -18,19 +18,12 @@ using test::TEvents;
 const std::string kFirst = "12|22012|1|0|0|12.34|0|5|Tomatoes|B|||||0|0|101|";
 const std::string kSecond = "7|22007|2|0|0|2.50|0|0|Eggs|B|||||1|0|55|";
 
-class ProcessDeleteTest : public ::testing::Test {
+class ProcessDeleteTest : public test::TSessionTest {
 protected:
-    ProcessDeleteTest() {
-        factory_.scales.push_back(scale_);
-        scale_->maxPlu = 3;
-    }
+    ProcessDeleteTest() { scale_->maxPlu = 3; }
 
     bool Delete(const std::vector<std::string>& lines) {
-        TScaleRec rec;
-        rec.TCPAddress = "10.0.0.7";
-        rec.TCPPort = 1001;
-        rec.CommType = kCommTcp;
-        EXPECT_TRUE(session_.InitComm(rec));
+        EXPECT_TRUE(session_.InitComm(NetworkScale(7, "A")));
         events_.clear();
         return session_.ProcessDelete(lines);
     }
@@ -42,14 +35,6 @@ protected:
     TEvents Sent() const { return test::Filtered(events_, {"3", "4"}); }
     // The name write: the character with code 0 and 30 blanks.
     static std::string Cleared(int plu) { return test::Param(plu, 0, std::string(1, '\0'), 31); }
-
-    TEvents events_;
-    test::TFakeClock clock_{events_};
-    test::TRecordingView view_{events_};
-    TRunStop stop_;
-    test::TFakeFactory factory_{events_, clock_};
-    std::shared_ptr<test::TFakeScale> scale_ = std::make_shared<test::TFakeScale>();
-    TScaleSession session_{factory_, clock_, view_, stop_, '.'};
 };
 
 TEST_F(ProcessDeleteTest, WithoutADriverNothingIsSentOrLogged) {

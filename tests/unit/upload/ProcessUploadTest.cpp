@@ -7,10 +7,10 @@
 #include <utility>
 #include <vector>
 
+#include "SessionFixture.h"
 #include "config/TypesUnit.h"
-#include "tests/support/upload/UploadFixture.h"
+#include "tests/support/scales/TestScales.h"
 #include "text/Cp1251.h"
-#include "upload/ScaleSession.h"
 
 namespace tolvane {
 namespace {
@@ -22,15 +22,10 @@ using test::TEvents;
 const std::string kTomatoes = "12|22012|1|0|0|12.34|0|5| Tomatoes |Pink|c1|c2|c3|L-7|0|0|101|";
 const std::string kPieces = "7|22007|2|0|0|2.50|0|0|Eggs|Fresh|||||1|0|55|";
 
-class ProcessUploadTest : public ::testing::Test {
+class ProcessUploadTest : public test::TSessionTest {
 protected:
-    ProcessUploadTest() { factory_.scales.push_back(scale_); }
-
     static TScaleRec Rec(std::int32_t scaleType) {
-        TScaleRec rec;
-        rec.TCPAddress = "10.0.0.7";
-        rec.TCPPort = 1001;
-        rec.CommType = kCommTcp;
+        TScaleRec rec = NetworkScale(7, "A");
         rec.ScaleType = scaleType;
         rec.Encoding = 0;
         return rec;
@@ -48,14 +43,6 @@ protected:
     }
     TEvents Logged() const { return test::Filtered(events_, {"log:"}); }
     TEvents Sent() const { return test::Filtered(events_, {"3", "4"}); }
-
-    TEvents events_;
-    test::TFakeClock clock_{events_};
-    test::TRecordingView view_{events_};
-    TRunStop stop_;
-    test::TFakeFactory factory_{events_, clock_};
-    std::shared_ptr<test::TFakeScale> scale_ = std::make_shared<test::TFakeScale>();
-    TScaleSession session_{factory_, clock_, view_, stop_, '.'};
 };
 
 // What every scale gets of the tomatoes: price with a zero weight field, then texts 0, 4, 5.

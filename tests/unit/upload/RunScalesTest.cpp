@@ -2,30 +2,29 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/scales/TestScales.h"
 #include "text/Cp1251.h"
 #include "upload/RunKind.h"
 
 namespace tolvane {
 namespace {
 
-void Fill(TScaleRec& rec, int number, bool checked) {
-    rec.ScaleNumb = number;
-    rec.ScaleName = "Scale " + std::to_string(number);
-    rec.TCPAddress = "10.0.0." + std::to_string(number);
-    rec.TCPPort = 1001;
+TScaleRec Scale(int number, bool checked) {
+    TScaleRec rec = NetworkScale(number, "Scale " + std::to_string(number));
     rec.Checked = checked;
+    return rec;
 }
 
 TEST(RunScales, TheListHoldsTheSlotsWithAddressAndPortInOrder) {
     TScaleTable table;
-    Fill(table[2], 7, true);
-    Fill(table[5], 8, false);
+    table[2] = Scale(7, true);
+    table[5] = Scale(8, false);
     table[5].ScaleName = "";  // a name is not needed
-    Fill(table[6], 9, true);
+    table[6] = Scale(9, true);
     table[6].TCPPort = 0;
-    Fill(table[7], 10, true);
+    table[7] = Scale(10, true);
     table[7].TCPAddress = "";
-    Fill(table[20], 11, true);
+    table[20] = Scale(11, true);
     const std::vector<TScaleObj> items = RunItems(table);
     ASSERT_EQ(items.size(), 3U);
     EXPECT_EQ(items[0].Rec.ScaleNumb, 7);
@@ -37,8 +36,8 @@ TEST(RunScales, TheListHoldsTheSlotsWithAddressAndPortInOrder) {
 
 TEST(RunScales, ClosingAfterUncheckingAScaleStoresCheckedFalseForIt) {
     TScaleTable table;
-    Fill(table[1], 1, true);
-    Fill(table[2], 2, true);
+    table[1] = Scale(1, true);
+    table[2] = Scale(2, true);
     std::vector<TScaleObj> items = RunItems(table);
     items[1].Rec.Checked = false;
     StoreRunItems(items, table);
@@ -48,8 +47,8 @@ TEST(RunScales, ClosingAfterUncheckingAScaleStoresCheckedFalseForIt) {
 
 TEST(RunScales, StoringMovesTheItemsToTheFirstSlotsAndEmptiesTheRest) {
     TScaleTable table;
-    Fill(table[3], 3, true);
-    Fill(table[9], 9, false);
+    table[3] = Scale(3, true);
+    table[9] = Scale(9, false);
     StoreRunItems(RunItems(table), table);
     EXPECT_EQ(table[1].ScaleNumb, 3);
     EXPECT_EQ(table[1].TCPAddress.View(), "10.0.0.3");
@@ -63,7 +62,7 @@ TEST(RunScales, StoringMovesTheItemsToTheFirstSlotsAndEmptiesTheRest) {
 
 TEST(RunScales, WithoutAnyItemTheTableStaysAsItIs) {
     TScaleTable table;
-    Fill(table[4], 4, true);
+    table[4] = Scale(4, true);
     table[4].TCPPort = 0;
     StoreRunItems(RunItems(table), table);
     EXPECT_EQ(table[4].TCPAddress.View(), "10.0.0.4");

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "tests/support/scales/TestScales.h"
 #include "tests/support/upload/UploadFixture.h"
 #include "text/Cp1251.h"
 #include "upload/RunMarks.h"
@@ -15,6 +16,7 @@
 namespace tolvane {
 namespace {
 
+using test::Goods;
 using test::TArticle;
 using test::TEvents;
 
@@ -22,29 +24,15 @@ constexpr const char* kRefused =
     "log:InitComm >> Fail init communication interface: [TCP] Fail open (10.0.0.1:1001) - refused";
 constexpr const char* kLine = "log:-----------------------------------------";
 
-TArticle Article(std::int32_t number, std::string_view name) {
-    TArticle article;
-    article.number = number;
-    article.scaleNumber = number;
-    article.name = name;
-    article.labelName = "B";
-    return article;
-}
-
 class ScaleRunTest : public ::testing::Test {
 protected:
     ScaleRunTest() { regional_.decimalSeparator = ','; }
 
     // Scale n: "Везна n" at 10.0.0.n, with a fake scale of its own when it is to be opened.
     TScaleObj Item(int number, bool checked = true) {
-        TScaleObj item;
+        TScaleObj item{NetworkScale(number, std::string("Везна "_cp1251) + std::to_string(number),
+                                    "10.0.0." + std::to_string(number), 1001)};
         item.Rec.Checked = checked;
-        item.Rec.ScaleNumb = number;
-        item.Rec.ScaleName = std::string("Везна "_cp1251) + std::to_string(number);
-        item.Rec.TCPAddress = "10.0.0." + std::to_string(number);
-        item.Rec.TCPPort = 1001;
-        item.Rec.CommType = kCommTcp;
-        item.Rec.ScaleType = kScaleTypeEvl;
         item.Rec.Encoding = 0;
         if (checked) {
             factory_.scales.push_back(std::make_shared<test::TFakeScale>());
@@ -91,7 +79,7 @@ protected:
 const TEvents kNoScales = {"clear", "log:Не е дефинирана нито една везна."};
 
 TEST_F(ScaleRunTest, WithNoUsableScaleEitherButtonOnlyLogsThat) {
-    Run({}, {Article(1, "A")});
+    Run({}, {Goods(1, "A")});
     EXPECT_EQ(events_, kNoScales);
     events_.clear();
     RunDelete({});
@@ -99,7 +87,7 @@ TEST_F(ScaleRunTest, WithNoUsableScaleEitherButtonOnlyLogsThat) {
 }
 
 TEST_F(ScaleRunTest, WithNoneCheckedARunLogsOnlyThatAndTheClosingSeparator) {
-    Run({Item(1, false), Item(2, false)}, {Article(1, "A")});
+    Run({Item(1, false), Item(2, false)}, {Goods(1, "A")});
     EXPECT_EQ(events_,
               (TEvents{"clear", "choices off", "running", "log:Не е избрана нито една везна.",
                        "connection:", "progress:", kLine, "choices on", "at rest"}));
@@ -112,9 +100,9 @@ TEST_F(ScaleRunTest, WithNoneCheckedADeleteRunLogsOnlyThatAndTheClosingSeparator
 }
 
 TEST_F(ScaleRunTest, AWriteRunShowsEveryStepInOrder) {
-    TArticle bad = Article(2, "Праз"_cp1251);
+    TArticle bad = Goods(2, "Праз"_cp1251);
     bad.barcode = "1";
-    Run({Item(1)}, {Article(12, "Домати"_cp1251), bad});
+    Run({Item(1)}, {Goods(12, "Домати"_cp1251), bad});
     EXPECT_EQ(Seen(), (TEvents{"clear",
                                "choices off",
                                "running",
@@ -146,7 +134,7 @@ TEST_F(ScaleRunTest, AWriteRunShowsEveryStepInOrder) {
 TEST_F(ScaleRunTest, AScaleThatCannotBeOpenedIsLoggedAndTheNextOneIsWritten) {
     const std::vector<TScaleObj> items = {Item(1), Item(2)};
     Scale(1).openError = "[TCP] Fail open (10.0.0.1:1001) - refused";
-    Run(items, {Article(1, "A")});
+    Run(items, {Goods(1, "A")});
     EXPECT_EQ(Seen(), (TEvents{"clear",
                                "choices off",
                                "running",
@@ -183,14 +171,14 @@ TEST_F(ScaleRunTest, AScaleThatCannotBeOpenedIsLoggedAndTheNextOneIsWritten) {
 }
 
 TEST_F(ScaleRunTest, AnUncheckedScaleIsLeftOut) {
-    Run({Item(1, false), Item(2), Item(3, false)}, {Article(1, "A")});
+    Run({Item(1, false), Item(2), Item(3, false)}, {Goods(1, "A")});
     EXPECT_EQ(test::Filtered(events_, {"open"}), (TEvents{"open TCP 10.0.0.2:1001"}));
 }
 
 TEST_F(ScaleRunTest, AScaleOfUnknownTransportIsNotOpenedAndFails) {
     TScaleObj item = Item(1);
     item.Rec.CommType = 7;
-    Run({item}, {Article(1, "A")});
+    Run({item}, {Goods(1, "A")});
     EXPECT_EQ(
         Seen(),
         (TEvents{"clear", "choices off", "running", "log:Обработени 1 артикула.",
@@ -207,7 +195,7 @@ TEST_F(ScaleRunTest, AfterStopInAWriteRunTheOtherScalesAreConnectedAndEachFailsW
         if (request.command == 0x4A) stop_.Stop();
         return 0;
     };
-    Run(items, {Article(1, "Едно"_cp1251), Article(2, "Две"_cp1251)});
+    Run(items, {Goods(1, "Едно"_cp1251), Goods(2, "Две"_cp1251)});
     TEvents expected;
     for (const std::string number : {"1", "2", "3"}) {
         const TEvents part = {
@@ -235,7 +223,7 @@ TEST_F(ScaleRunTest, AfterStopInAWriteRunTheOtherScalesAreConnectedAndEachFailsW
 
 TEST_F(ScaleRunTest, AStopOfAnEarlierRunDoesNotReachTheNext) {
     stop_.Stop();
-    Run({Item(1)}, {Article(1, "A")});
+    Run({Item(1)}, {Goods(1, "A")});
     EXPECT_EQ(PriceWrites().size(), 1U);
 }
 
@@ -317,7 +305,7 @@ TEST_F(ScaleRunTest, AScaleOfUnknownTransportFailsInADeleteRunToo) {
 }
 
 TEST_F(ScaleRunTest, DeletingTheMarkedArticlesLogsTheWriteTexts) {
-    Run({Item(1)}, {Article(12, "Домати"_cp1251)}, false);
+    Run({Item(1)}, {Goods(12, "Домати"_cp1251)}, false);
     EXPECT_EQ(Logged(),
               (TEvents{"log:Обработени 1 артикула.", "log:Валидни са 1 артикула.",
                        "log:Ще бъдат записани само валидните артикули", kLine,
@@ -335,7 +323,7 @@ TEST_F(ScaleRunTest, AFailedDeleteOfMarkedArticlesLogsTheWriteFailure) {
     Scale(1).errorCode = [](const test::TRequest& request) -> std::uint8_t {
         return request.command == 0x49 ? 7 : 0;
     };
-    Run(items, {Article(12, "Домати"_cp1251)}, false);
+    Run(items, {Goods(12, "Домати"_cp1251)}, false);
     EXPECT_EQ(test::Filtered(events_, {"log:ProcessDelete", "log:Грешка"}),
               (TEvents{"log:ProcessDelete >> [SetPrice] ErrCode: 7, Fail set PLU price: "
                        "Scale return Error code: 7",
@@ -343,7 +331,7 @@ TEST_F(ScaleRunTest, AFailedDeleteOfMarkedArticlesLogsTheWriteFailure) {
 }
 
 TEST_F(ScaleRunTest, DeletingMarkedArticlesOfWhichNoneIsForTheScaleDeletesNothing) {
-    TArticle article = Article(12, "A");
+    TArticle article = Goods(12, "A");
     article.forScales = "9";
     Run({Item(1)}, {article}, false);
     EXPECT_EQ(PriceWrites(), TEvents{});
@@ -353,7 +341,7 @@ TEST_F(ScaleRunTest, DeletingMarkedArticlesOfWhichNoneIsForTheScaleDeletesNothin
 }
 
 TEST_F(ScaleRunTest, AnErrorWhileLinesAreBuiltEndsTheRunAndLeavesTheControls) {
-    TArticle article = Article(12, "A");
+    TArticle article = Goods(12, "A");
     article.bestBefore = "x";
     Run({Item(1), Item(2)}, {article});
     EXPECT_EQ(events_,
@@ -368,7 +356,7 @@ TEST_F(ScaleRunTest, AbandoningARunEndsItWithTheScaleInWork) {
         if (request.command == 0x4A) stop_.Abandon();
         return 0;
     };
-    Run(items, {Article(1, "A"), Article(2, "B")});
+    Run(items, {Goods(1, "A"), Goods(2, "B")});
     EXPECT_EQ(PriceWrites().size(), 1U);
     EXPECT_EQ(test::Filtered(events_, {"open", "freed"}),
               (TEvents{"open TCP 10.0.0.1:1001", "freed"}));
@@ -389,7 +377,7 @@ TEST_F(ScaleRunTest, AbandoningADeleteEverythingRunReachesNoFurtherScale) {
 TEST_F(ScaleRunTest, ARunAbandonedBeforeItsFirstScaleSaysNothingOfChecking) {
     const std::vector<TScaleObj> items = {Item(1)};
     stop_.Abandon();
-    Run(items, {Article(1, "A")});
+    Run(items, {Goods(1, "A")});
     EXPECT_EQ(events_, (TEvents{"clear", "choices off", "running",
                                 "connection:", "progress:", kLine, "choices on", "at rest"}));
     events_.clear();
@@ -432,7 +420,7 @@ TEST_F(ScaleRunTest, WithEveryScaleUntickedBeforeItsTurnADeleteRunSaysThatNoneIs
 TEST_F(ScaleRunTest, AScaleWhoseConnectionOutlivesTheWindowGetsNothing) {
     const std::vector<TScaleObj> items = {Item(1)};
     WhileConnecting(1, [this] { stop_.Abandon(); });
-    Run(items, {Article(1, "A")});
+    Run(items, {Goods(1, "A")});
     EXPECT_TRUE(Scale(1).requests.empty());
     EXPECT_EQ(test::Filtered(events_, {"open", "freed"}),
               (TEvents{"open TCP 10.0.0.1:1001", "freed"}));
@@ -446,7 +434,7 @@ TEST_F(ScaleRunTest, AScaleWhoseConnectionOutlivesTheWindowKeepsItsArticles) {
         TRunStop stop;
         WhileConnecting(1, [&] { stop.Abandon(); });
         TScaleRun run(factory_, clock_, view_, stop, regional_);
-        const auto table = test::TableOf({Article(1, "A")});
+        const auto table = test::TableOf({Goods(1, "A")});
         if (everything) {
             run.RunDeleteEverything(items, TRunMarks(items));
         } else {
@@ -462,7 +450,7 @@ TEST_F(ScaleRunTest, AWindowClosedBeforeProgrammingLeavesTheScaleInWeighingMode)
         stop_.Abandon();
         return 0;
     };
-    Run(items, {Article(1, "A")});
+    Run(items, {Goods(1, "A")});
     Scale(1).errorCode = nullptr;
     // the weighing mode only, and no pause before the end of a programming that never began
     EXPECT_EQ(test::Filtered(events_, {"3C", "36", "48", "wait"}), (TEvents{"3C", "wait 500"}));
@@ -471,7 +459,7 @@ TEST_F(ScaleRunTest, AWindowClosedBeforeProgrammingLeavesTheScaleInWeighingMode)
 TEST_F(ScaleRunTest, AStopWhileAScaleIsBeingConnectedStillGoesThroughProgrammingMode) {
     const std::vector<TScaleObj> items = {Item(1)};
     WhileConnecting(1, [this] { stop_.Stop(); });
-    Run(items, {Article(1, "A")});
+    Run(items, {Goods(1, "A")});
     EXPECT_EQ(test::Filtered(events_, {"3C", "36", "48", "4A"}), (TEvents{"3C", "36", "48"}));
     EXPECT_EQ(test::Filtered(events_, {"log:Fail"}),
               (TEvents{"log:Fail! Plu: 0 \"\" Операцията прекратена от петребителя."}));
@@ -483,7 +471,7 @@ TEST_F(ScaleRunTest, ASerialScaleAndAUdpScaleAreReachedTheirOwnWay) {
     items[0].Rec.TCPAddress = "COM7";
     items[0].Rec.BaudRate = 4;
     items[1].Rec.CommType = kCommUdp;
-    Run(items, {Article(1, "A")});
+    Run(items, {Goods(1, "A")});
     EXPECT_EQ(test::Filtered(events_, {"open", "connection:Хост"}),
               (TEvents{"connection:Хост: COM7 Скорост: 115200 bps", "open COM7 115200",
                        "connection:Хост: 10.0.0.2 Порт: 1001", "open UDP 10.0.0.2"}));
@@ -493,14 +481,14 @@ TEST_F(ScaleRunTest, ASerialScaleAndAUdpScaleAreReachedTheirOwnWay) {
 TEST_F(ScaleRunTest, AViewThatFailsToShowTheErrorEndsTheRunQuietly) {
     view_.onLog = [](const std::string&) { throw std::runtime_error("no log"); };
     view_.onRunError = [] { throw std::runtime_error("no box"); };
-    Run({Item(1)}, {Article(1, "A")});
+    Run({Item(1)}, {Goods(1, "A")});
     EXPECT_EQ(events_.back(), "error:no log");
 }
 
 TEST_F(ScaleRunTest, EachScaleGetsItsOwnArticles) {
-    TArticle first = Article(1, "A");
+    TArticle first = Goods(1, "A");
     first.forScales = "1";
-    TArticle second = Article(2, "B");
+    TArticle second = Goods(2, "B");
     second.forScales = "2";
     Run({Item(1), Item(2)}, {first, second});
     ASSERT_EQ(Scale(1).requests.size(), Scale(2).requests.size());
@@ -509,9 +497,7 @@ TEST_F(ScaleRunTest, EachScaleGetsItsOwnArticles) {
 }
 
 std::string Connection(std::uint8_t commType, std::uint8_t baudRate, std::string_view address) {
-    TScaleRec rec;
-    rec.TCPAddress = address;
-    rec.TCPPort = 2000;
+    TScaleRec rec = NetworkScale(7, "A", address, 2000);
     rec.CommType = commType;
     rec.BaudRate = baudRate;
     return ToUtf8(ConnectionText(rec));

@@ -4,10 +4,10 @@
 #include <string>
 #include <vector>
 
+#include "SessionFixture.h"
 #include "config/TypesUnit.h"
-#include "tests/support/upload/UploadFixture.h"
+#include "tests/support/scales/TestScales.h"
 #include "text/Cp1251.h"
-#include "upload/ScaleSession.h"
 
 namespace tolvane {
 namespace {
@@ -131,19 +131,15 @@ const std::vector<TFramesCase> kCases = {
     {"UnknownMode3", 77, 3, kPrice, {kName1, kBestBefore, kBarcode}},
 };
 
-class UploadFramesTest : public ::testing::TestWithParam<TFramesCase> {
+class UploadFramesTest : public test::TSessionTest,
+                         public ::testing::WithParamInterface<TFramesCase> {
 protected:
     // Frames and pauses of a pass that writes one article.
     TEvents Pass(std::string_view line) {
         scale_->mode = GetParam().mode;
         scale_->wholeFrames = true;
-        factory_.scales.push_back(scale_);
-        TScaleRec rec;
-        rec.TCPAddress = "10.0.0.7";
-        rec.TCPPort = 1001;
-        rec.CommType = kCommTcp;
+        TScaleRec rec = NetworkScale(7, "A");
         rec.ScaleType = GetParam().scaleType;
-        rec.Encoding = 2;
         EXPECT_TRUE(session_.InitComm(rec));
         EXPECT_TRUE(session_.ProcessUpload({std::string(line)}, rec)) << session_.LastError;
         return test::Filtered(events_, {"04 ", "wait"});
@@ -155,14 +151,6 @@ protected:
         events.insert(events.end(), {"wait 500", kWeightMode});
         return events;
     }
-
-    TEvents events_;
-    test::TFakeClock clock_{events_};
-    test::TRecordingView view_{events_};
-    TRunStop stop_;
-    test::TFakeFactory factory_{events_, clock_};
-    std::shared_ptr<test::TFakeScale> scale_ = std::make_shared<test::TFakeScale>();
-    TScaleSession session_{factory_, clock_, view_, stop_, '.'};
 };
 
 TEST_P(UploadFramesTest, AnArticleSoldByWeightGoesOverTheWireInTheseFrames) {

@@ -2,20 +2,14 @@
 // outcome is foretold from the seed. TOLVANE_SOAK_EXCHANGES and TOLVANE_SOAK_SEED choose others.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-
 #include "tests/integration/comm/soak/SoakRun.h"
+#include "tests/support/Environment.h"
 
 namespace tolvane::test {
 namespace {
 
 constexpr int kExchanges = 10'000;
 constexpr int kSeed = 20240501;
-
-int FromEnvironment(const char* name, int usual) {
-    const char* value = std::getenv(name);
-    return value == nullptr ? usual : std::atoi(value);
-}
 
 struct TSoakWire {
     const char* name;
@@ -62,8 +56,8 @@ void ExpectArticles(const std::map<int, TTold>& told, const simulator::TScaleSta
 }
 
 TEST_P(SoakTest, EveryFaultHasItsTextAndNoWrongReplyIsAccepted) {
-    const int count = FromEnvironment("TOLVANE_SOAK_EXCHANGES", kExchanges);
-    const int seed = FromEnvironment("TOLVANE_SOAK_SEED", kSeed);
+    const int count = CountFromEnvironment("TOLVANE_SOAK_EXCHANGES", kExchanges);
+    const int seed = CountFromEnvironment("TOLVANE_SOAK_SEED", kSeed);
     ASSERT_GT(count, 0);
     std::vector<TSoakExchange> plan =
         MakePlan(GetParam().wire, static_cast<std::uint32_t>(seed), count);
