@@ -1,49 +1,40 @@
 #!/usr/bin/env bash
 # Plants one fault of each kind in a tree of its own and expects the layers check to name it.
-set -euo pipefail
+source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
-check=$(cd "$(dirname "${BASH_SOURCE[0]}")/../../scripts" && pwd)/check-layers.sh
-tree=$(mktemp -d)
-trap 'rm -rf "$tree"' EXIT
-failed=0
-
-expect() { # title, file, include, expected words ("" for no complaint)
+expect_include() { # title, file, include, expected words ("" for no complaint)
     expect_line "$1" "$2" "#include $3" "$4"
 }
 
 expect_line() { # title, file, its only line, expected words ("" for no complaint)
+    local expected="0 "
     rm -rf "${tree:?}"/*
     mkdir -p "$tree"/src/{text,system,config,settings/forms,comm,scale,articles,upload/forms,database,window,entry} \
         "$tree"/{host,simulator}
     printf '%s\n' "$3" >"$tree/$2"
-    local out code=0
-    out=$("$check" "$tree" 2>&1) || code=$?
-    if [[ -z $4 && $code -eq 0 && -z $out ]] || [[ -n $4 && $code -eq 1 && $out == "$2:1: "*"$4"* ]]; then
-        printf 'ok: %s\n' "$1"
-    else
-        printf 'FAILED: %s (code %s): %s\n' "$1" "$code" "$out"
-        failed=1
-    fi
+    run "$root/scripts/check-layers.sh" "$tree"
+    [ -z "$4" ] || expected="1 $2:1: *$4*"
+    expect "$1" "$expected" "$code $out"
 }
 
-expect "Windows in portable code" src/scale/a.cpp '<windows.h>' "Windows halves of src/system and the simulator only"
-expect "Windows in a half of the room for systems" src/system/a_win32.cpp '<windows.h>' ""
-expect "Windows in that room's portable code" src/system/a.cpp '<windows.h>' "Windows halves of src/system and the simulator only"
+expect_include "Windows in portable code" src/scale/a.cpp '<windows.h>' "Windows halves of src/system and the simulator only"
+expect_include "Windows in a half of the room for systems" src/system/a_win32.cpp '<windows.h>' ""
+expect_include "Windows in that room's portable code" src/system/a.cpp '<windows.h>' "Windows halves of src/system and the simulator only"
 expect_line "a half for Windows in another room" src/comm/a_win32.cpp '' "is for src/system"
 expect_line "a half for Linux in another room" src/config/a_posix.cpp '' "is for src/system"
-expect "Windows in a form" src/upload/forms/a.cpp '<windows.h>' ""
-expect "client library outside database" src/articles/a.cpp '<ibase.h>' "src/database only"
-expect "client library in database" src/database/a.cpp '<ibase.h>' ""
-expect "Asio outside the channels" src/scale/a.h '<asio.hpp>' "src/system, src/comm and the simulator only"
-expect "a lower folder uses a higher one" src/comm/a.h '"scale/DevElicomScaleUnit.h"' "must not include"
-expect "siblings" src/config/a.h '"comm/MyCPort.h"' "must not include"
-expect "texts do not know the system" src/text/a.h '"system/Clock.h"' "must not include"
-expect "portable code uses what the settings windows decide" src/upload/a.cpp '"settings/IpMask.h"' "must not include"
-expect "portable code uses a form" src/upload/a.cpp '"upload/forms/SetPluUnit.h"' "must not include"
-expect "a form uses what lies under it" src/upload/forms/a.cpp '"upload/ScaleRun.h"' ""
-expect "simulator uses the driver" simulator/a.cpp '"scale/ScaleFrame.h"' "must not include"
-expect "host uses module internals" host/a.cpp '"entry/ModuleState.h"' "must not include"
-expect "host uses the host interface" host/a.cpp '"entry/HostInterface.h"' ""
+expect_include "Windows in a form" src/upload/forms/a.cpp '<windows.h>' ""
+expect_include "client library outside database" src/articles/a.cpp '<ibase.h>' "src/database only"
+expect_include "client library in database" src/database/a.cpp '<ibase.h>' ""
+expect_include "Asio outside the channels" src/scale/a.h '<asio.hpp>' "src/system, src/comm and the simulator only"
+expect_include "a lower folder uses a higher one" src/comm/a.h '"scale/DevElicomScaleUnit.h"' "must not include"
+expect_include "siblings" src/config/a.h '"comm/MyCPort.h"' "must not include"
+expect_include "texts do not know the system" src/text/a.h '"system/Clock.h"' "must not include"
+expect_include "portable code uses what the settings windows decide" src/upload/a.cpp '"settings/IpMask.h"' "must not include"
+expect_include "portable code uses a form" src/upload/a.cpp '"upload/forms/SetPluUnit.h"' "must not include"
+expect_include "a form uses what lies under it" src/upload/forms/a.cpp '"upload/ScaleRun.h"' ""
+expect_include "simulator uses the driver" simulator/a.cpp '"scale/ScaleFrame.h"' "must not include"
+expect_include "host uses module internals" host/a.cpp '"entry/ModuleState.h"' "must not include"
+expect_include "host uses the host interface" host/a.cpp '"entry/HostInterface.h"' ""
 
 for reading in 'std::chrono::system_clock::now();' 'std::chrono::steady_clock::now();' 'time(nullptr);' \
     'gettimeofday(&now, nullptr);' 'GetLocalTime(&now);' 'GetSystemTimeAsFileTime(&now);' \
@@ -56,4 +47,4 @@ expect_line "a channel asks its own clock" src/comm/a.cpp 'clock_.Sleep(clock_.N
 expect_line "a channel knows what a point in time is" src/comm/a.h \
     'using TTimePoint = std::chrono::steady_clock::time_point;' ""
 
-exit $failed
+expect_end

@@ -1,11 +1,7 @@
 #!/usr/bin/env bash
 # Starts displays as the lanes of a test run and the demo do, one of them in a network namespace, and
 # looks whether each serves its own clients to the end.
-set -euo pipefail
-
-root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
-tree=$(mktemp -d)
-failed=0
+source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 export TOLVANE_BUILD=$tree/build
 # Of the user's own display and prefix.
 unset DISPLAY TOLVANE_INTERACTIVE TOLVANE_WINE
@@ -25,15 +21,6 @@ stop() {
     rm -rf "$tree"
 }
 trap stop EXIT
-
-expect() { # title, expected, found
-    if [ "$2" = "$3" ]; then
-        printf 'ok: %s\n' "$1"
-    else
-        printf 'FAILED: %s: "%s" instead of "%s"\n' "$1" "$3" "$2"
-        failed=1
-    fi
-}
 
 picture_of() { # lane
     if in_lane "$1" screenshot "$tree/$1.png" && [ -s "$tree/$1.png" ]; then
@@ -66,4 +53,4 @@ done
 in_lane a display_stop
 expect "a display that was stopped serves nobody" none "$(picture_of a 2>/dev/null)"
 expect "another goes on" "a picture" "$(picture_of b)"
-exit "$failed"
+expect_end

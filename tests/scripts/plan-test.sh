@@ -1,42 +1,31 @@
 #!/usr/bin/env bash
 # Runs small plans with scripts/plan.sh in a build folder of their own, and looks at what ran, when, and
 # what was said.
-set -euo pipefail
-
-plan=$(cd "$(dirname "${BASH_SOURCE[0]}")/../../scripts" && pwd)/plan.sh
-tree=$(mktemp -d)
-trap 'rm -rf "$tree"' EXIT
-failed=0
+source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
+plan=$root/scripts/plan.sh
 mkdir "$tree/build"
+cd "$tree"
 
-# run: the plan that comes by the standard input; $out and $code tell what it said, $tree/ran what ran.
-run() {
+# run_plan: the plan that comes by the standard input; $tree/ran is then what ran.
+run_plan() {
     : >"$tree/ran"
-    code=0
     {
         printf 'source %q\nran() { echo "$1" >>%q; }\n' "$plan" "$tree/ran"
         cat
         printf 'plan_run\nexit "$PLAN_STATUS"\n'
     } >"$tree/script"
-    out=$(cd "$tree" && TOLVANE_BUILD=$tree/build bash "$tree/script" 2>&1) || code=$?
+    run env TOLVANE_BUILD="$tree/build" bash "$tree/script"
 }
 
-expect() { # title, expected code, what ran, expected words
-    local ran
-    ran=$(paste -sd' ' "$tree/ran")
-    if [[ $code == "$2" && $ran == "$3" && $out == *"$4"* ]]; then
-        printf 'ok: %s\n' "$1"
-    else
-        printf 'FAILED: %s (code %s, ran "%s"): %s\n' "$1" "$code" "$ran" "$out"
-        failed=1
-    fi
+expect_run() { # title, expected code, what ran, expected words
+    expect "$1" "code $2, ran \"$3\": *$4*" "code $code, ran \"$(paste -sd' ' "$tree/ran")\": $out"
 }
 
-run <<'PLAN'
+run_plan <<'PLAN'
 job first "First" ran first
 job second "Second" ran second; after first
 PLAN
-expect "steps run in their order" 0 "first second" "second: ok"
+expect_run "steps run in their order" 0 "first second" "second: ok"
 
 broken='bad() { ran bad; echo "the reason"; false; ran behind; }
 other() { ran other; }
@@ -44,67 +33,67 @@ job bad "Bad" bad
 job later "Later" ran later; after bad
 job other "Other" other; lane slow; after slow
 job slow "Slow" sleep 0.1; lane slow'
-run <<<"${broken/after slow/}"
-expect "a failure is shown with its reason" 1 "bad other" "the reason"
+run_plan <<<"${broken/after slow/}"
+expect_run "a failure is shown with its reason" 1 "bad other" "the reason"
 
-run <<'PLAN'
+run_plan <<'PLAN'
 bad() { false; }
 job bad "Bad" bad
 job slow "Slow" sleep 60
 PLAN
-expect "a failure ends the others" 1 "" "ending the other steps"
-[ "$SECONDS" -lt 50 ] || { printf 'FAILED: the others were waited for\n' && failed=1; }
+expect_run "a failure ends the others" 1 "" "ending the other steps"
+expect "nobody waits for the others" yes "$([ "$SECONDS" -lt 50 ] && echo yes || echo "no, $SECONDS s")"
 
-run <<'PLAN'
+run_plan <<'PLAN'
 PLAN_KEEP_GOING=yes
 bad() { false; }
 job bad "Bad" bad
 job later "Later" ran later; after bad
 job other "Other" eval 'sleep 1; ran other'
 PLAN
-expect "a run goes on behind a failure when asked" 1 "other" "later: not run, as bad has not passed"
+expect_run "a run goes on behind a failure when asked" 1 "other" "later: not run, as bad has not passed"
 
 echo one >"$tree/input"
 reading='job look "Look" ran look; reads "in*"
 job next "Next" ran next; after look'
-run <<<"$reading"
-expect "a step that reads runs" 0 "look next" "look: ok"
-run <<<"$reading"
-expect "what is up to date is left out" 0 "next" "look: up to date"
-run <<<"PLAN_ALL=yes; $reading"
-expect "unless all is asked for" 0 "look next" "look: ok"
-run <<<"PLAN_FORCED=look; $reading"
-expect "or the step itself" 0 "look next" "look: ok"
+run_plan <<<"$reading"
+expect_run "a step that reads runs" 0 "look next" "look: ok"
+run_plan <<<"$reading"
+expect_run "what is up to date is left out" 0 "next" "look: up to date"
+run_plan <<<"PLAN_ALL=yes; $reading"
+expect_run "unless all is asked for" 0 "look next" "look: ok"
+run_plan <<<"PLAN_FORCED=look; $reading"
+expect_run "or the step itself" 0 "look next" "look: ok"
 echo two >"$tree/input"
-run <<<"$reading"
-expect "a change of what it reads runs it again" 0 "look next" "look: ok"
-run <<<"export GTEST_FILTER=a; $reading"
-expect "so does another filter" 0 "look next" "look: ok"
-run <<<'job look "Look" eval "ran look; false"; reads "in*"'
-expect "a failure" 1 "look" "FAILED: look"
-run <<<"$reading"
-expect "leaves nothing that is up to date" 0 "look next" "look: ok"
-run <<<'job look "Look" eval "ran look; echo three >input"; reads "in*"'
-run <<<'job look "Look" eval "ran look; echo three >input"; reads "in*"'
-expect "nor does a change behind its back" 0 "look" "look: ok"
-run <<<'job look "Look" ran look; reads "nothing*"'
-expect "a pattern that fits nothing is a mistake" 1 "" "reads nothing*, and there is no such file"
+run_plan <<<"$reading"
+expect_run "a change of what it reads runs it again" 0 "look next" "look: ok"
+run_plan <<<"export GTEST_FILTER=a; $reading"
+expect_run "so does another filter" 0 "look next" "look: ok"
+run_plan <<<'job look "Look" eval "ran look; false"; reads "in*"'
+expect_run "a failure" 1 "look" "FAILED: look"
+run_plan <<<"$reading"
+expect_run "leaves nothing that is up to date" 0 "look next" "look: ok"
+run_plan <<<'job look "Look" eval "ran look; echo three >input"; reads "in*"'
+run_plan <<<'job look "Look" eval "ran look; echo three >input"; reads "in*"'
+expect_run "nor does a change behind its back" 0 "look" "look: ok"
+run_plan <<<'job look "Look" ran look; reads "nothing*"'
+expect_run "a pattern that fits nothing is a mistake" 1 "" "reads nothing*, and there is no such file"
 
 alone='turn() { ran "$1-begins"; sleep 0.5; ran "$1-ends"; }
 job a "A" turn a; %s
 job b "B" turn b; %s'
-run <<<"${alone//%s/lane x}"
-expect "a lane has one step at a time" 0 "a-begins a-ends b-begins b-ends" ""
-run <<<"${alone//%s/alone x}"
-expect "steps that share a word are never side by side" 0 "a-begins a-ends b-begins b-ends" ""
-run <<<"${alone//%s/alone }"
-expect "others are" 0 "a-begins b-begins a-ends b-ends" ""
+run_plan <<<"${alone//%s/lane x}"
+expect_run "a lane has one step at a time" 0 "a-begins a-ends b-begins b-ends" ""
+run_plan <<<"${alone//%s/alone x}"
+expect_run "steps that share a word are never side by side" 0 "a-begins a-ends b-begins b-ends" ""
+run_plan <<<"${alone//%s/alone }"
+expect_run "others are" 0 "a-begins b-begins a-ends b-ends" ""
 
-run <<'PLAN'
+run_plan <<'PLAN'
 job a "A" ran a
 job b "B" ran b; after a
 job c "C" ran c
 plan_keep b
 PLAN
-expect "a part of a plan brings what it needs" 0 "a b" ""
-exit "$failed"
+expect_run "a part of a plan brings what it needs" 0 "a b" ""
+expect_end
