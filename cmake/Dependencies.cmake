@@ -14,13 +14,13 @@ target_include_directories(tolvane_headers SYSTEM INTERFACE ${TOLVANE_HEADERS})
 
 find_package(Threads REQUIRED)
 if(WIN32)
-    # Its code lies in each object that uses it: of one that holds it all, the module would keep parts
-    # that nobody uses.
+    # Each object that uses Asio contains its code. From one object with all of it the module would keep
+    # parts that nobody uses.
     set(scope INTERFACE)
     add_library(tolvane_asio INTERFACE)
-    # With two kinds of threads in one program a thread of the one is taken for a joined one of the other,
-    # and goes on in memory that has been freed. Unless told, the kind depends on the headers that a file
-    # includes before it.
+    # In a program with two kinds of threads, one kind takes a thread of the other for joined; that thread
+    # then goes on in memory that has been freed. Unless it is set here, the kind depends on the headers
+    # that a file includes before Asio's.
     target_compile_definitions(tolvane_asio INTERFACE ASIO_HAS_THREADS=1 ASIO_HAS_PTHREADS=1)
     target_link_libraries(tolvane_asio INTERFACE ws2_32 mswsock)
 else()
@@ -31,8 +31,8 @@ else()
     target_compile_definitions(tolvane_asio PUBLIC ASIO_SEPARATE_COMPILATION)
 endif()
 target_link_libraries(tolvane_asio ${scope} tolvane_headers Threads::Threads)
-# Without the last of these, whether Asio frees what it allocated with free or with delete depends on the
-# headers that a file includes before it.
+# Without the last of these it depends on the headers that a file includes before Asio's whether Asio frees
+# with free or with delete what it has allocated.
 target_compile_definitions(tolvane_asio ${scope}
     ASIO_STANDALONE ASIO_NO_DEPRECATED ASIO_DISABLE_STD_ALIGNED_ALLOC)
 

@@ -6,7 +6,7 @@ add_library(tolvane_warnings INTERFACE)
 target_compile_options(tolvane_warnings INTERFACE -Wall -Wextra -Wshadow -Wconversion -Werror
     $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
 
-# tolvane_precompiled(<name> <header>): for others to reuse.
+# tolvane_precompiled(<name> <header>): precompiles the header, for other targets to reuse.
 function(tolvane_precompiled name header)
     file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/${name}.cpp "")
     add_library(${name} OBJECT ${CMAKE_CURRENT_BINARY_DIR}/${name}.cpp)
@@ -40,10 +40,10 @@ function(tolvane_program name)
     target_link_libraries(${name} PRIVATE ${arg_LINKS} tolvane_warnings)
 endfunction()
 
-# How tests are compiled: whatever makes that quick. A failed test names its own line, so nobody reads
-# debug information of it; of the sanitizers the one that watches memory stays.
-# Windows objects keep each inline function in a section of its own, and what links them walks all symbols
-# for each: without any optimisation there are ten times as many, and linking takes longer than compiling.
+# Tests are compiled so that building them is quick. A failed test names its own line, so nobody needs debug
+# information; of the sanitizers only the one that watches memory stays. Objects for Windows keep each
+# inline function in a section of its own, and the linker walks all symbols for each section: without any
+# optimisation there are ten times as many, and linking takes longer than compiling.
 if(WIN32)
     set(TOLVANE_QUICK_BUILD -Og -g0 -fno-function-sections -fno-data-sections)
 else()
@@ -59,14 +59,15 @@ if(NOT WIN32)
     target_compile_options(tolvane_test_flags INTERFACE -fPIE)
 endif()
 
-# tolvane_test_headers(<name> <header> [target that has it]...): the same for tests.
+# tolvane_test_headers(<name> <header> [target]...): precompiles the header for tests; the targets provide
+# what it includes.
 function(tolvane_test_headers name header)
     tolvane_precompiled(${name} ${header})
     target_link_libraries(${name} PRIVATE tolvane_test_flags GTest::gtest ${ARGN})
 endfunction()
 
-# tolvane_compile_as_test(<name> test|link_test|window_test): what lies precompiled for it in
-# tests/support.
+# tolvane_compile_as_test(<name> test|link_test|window_test): compiles the target as a test, with one of the
+# precompiled headers of tests/support.
 function(tolvane_compile_as_test name headers)
     target_link_libraries(${name} PRIVATE tolvane_test_flags tolvane_warnings GTest::gtest)
     target_precompile_headers(${name} REUSE_FROM tolvane_${headers}_headers)

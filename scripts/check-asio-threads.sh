@@ -1,7 +1,6 @@
 #!/usr/bin/env bash
-# Checks that all objects of a Windows build agree on Asio's kind of threads: whether it is the C
-# library's or the system's follows from the headers that a source includes before Asio's, unless
-# the build says it.
+# Checks that all objects of a Windows build agree on Asio's kind of threads: whether it is the C library's
+# or the system's follows from the headers that a source includes before Asio's, unless the build sets it.
 #
 #   scripts/check-asio-threads.sh <build folder>
 

@@ -52,7 +52,7 @@ windows_allowed() {
         [[ ($1 == src/system/* || $1 == simulator/*) && $1 == *_win32.cpp ]]
 }
 
-# What differs between systems has one room.
+# What differs between systems lies in one folder.
 check_half() { # file
     [[ $1 == *_win32.* || $1 == *_posix.* ]] || return 0
     [[ $1 == src/system/* || $1 == simulator/* ]] || violation "$1" 1 "what differs between systems is for src/system"

@@ -51,7 +51,7 @@ demo_build_windows() {
     cmake --build "$BUILD/windows" --target Tolvane TradeHost window-driver -- -j "$JOBS"
 }
 
-# What an earlier run has left of scales that take no part in this one goes too.
+# Also removes what an earlier run has left of scales that take no part in this one.
 demo_make_database() {
     demo_end_scales
     mkdir -p "$DEMO"
@@ -232,7 +232,7 @@ demo_held() {
     done < <(demo_scales) | sort
 }
 
-# Each scale must have got its own: none of them may be expected to hold nothing.
+# Each scale must have got its articles. That a scale should hold none would be a mistake in this check.
 demo_check_scales() {
     demo_expected >"$DEMO/expected.txt"
     demo_held >"$DEMO/held.txt"

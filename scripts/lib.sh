@@ -70,7 +70,7 @@ step_begin() {
     say "$1 ... started; runs during the next steps"
 }
 
-# Leaves the moment of its end.
+# Leaves a note of when it ended.
 step_beside() {
     local status
     step_run "$@"

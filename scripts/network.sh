@@ -85,10 +85,10 @@ network_at() {
 }
 
 network_down() {
-    local place
+    local namespace
     # By their names and not by a list: the build folder may have gone meanwhile.
-    for place in "/run/netns/$NETWORK_PREFIX"-*; do
-        if [ -e "$place" ]; then ip netns del "${place##*/}"; fi
+    for namespace in "/run/netns/$NETWORK_PREFIX"-*; do
+        if [ -e "$namespace" ]; then ip netns del "${namespace##*/}"; fi
     done
     rm -rf "$NETWORK_FOLDER"
 }

@@ -96,7 +96,7 @@ keep_server_off() {
     fi || say "the system's Firebird server could not be switched off"
 }
 
-# Not again for the second of two groups.
+# Once for both of two groups.
 update_indexes() {
     [ -z "$(find "$UPDATED" -mmin -10 2>/dev/null)" ] || return 0
     if apt-get update -o DPkg::Lock::Timeout=300 -o Acquire::Retries=3; then

@@ -173,7 +173,7 @@ job_finish() {
     if [ "$status" -eq 0 ]; then
         JOB_STATE[$name]=passed
         printf '%s\n' "$seconds" >"$PLAN_FOLDER/seconds/$name"
-        # What has changed meanwhile may not have been seen.
+        # The step may not have seen a file that has changed meanwhile.
         if [ -n "${JOB_KEY[$name]}" ] && [ "$(job_key "$name")" = "${JOB_KEY[$name]}" ]; then
             printf '%s\n' "${JOB_KEY[$name]}" >"$PLAN_FOLDER/passed/$name"
         fi

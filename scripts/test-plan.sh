@@ -11,7 +11,7 @@
 
 NATIVE=$BUILD/native
 WINDOWS=$BUILD/windows
-# What any step runs through.
+# The scripts that every step uses.
 TEST_SCRIPTS=(scripts test.sh)
 MODULE_FILES=("$WINDOWS/src/entry/Tolvane.dll" "tests/module/*.sql" tests/module/steps.sh "${TEST_SCRIPTS[@]}")
 DEMO_FILES=("$WINDOWS/src/entry/Tolvane.dll" "$WINDOWS/host/TradeHost.exe"
@@ -145,7 +145,7 @@ test_plan_lane_d() {
         reads "$WINDOWS/tests/module/run/test_upload_stops.exe" "${TEST_SCRIPTS[@]}"
 }
 
-# The programs of this system that hold what lies in a folder of src.
+# The programs of this system that contain the code of a folder of src.
 test_programs_with() {
     local program library=$1/libtolvane_$(tr / _ <<<"${1#src/}").a
     cmake --preset native -B "$NATIVE" >/dev/null

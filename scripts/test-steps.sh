@@ -42,8 +42,8 @@ test_integration() {
     test_native -L '^integration$' "$@"
 }
 
-# The run engine under ThreadSanitizer; only its program is built so. The sanitizer does not stand
-# addresses as random as some systems make them.
+# The run engine under ThreadSanitizer; only its program is built so. Without setarch it would fail on
+# systems that randomise addresses more than it can stand.
 test_threads() {
     TSAN_OPTIONS=halt_on_error=1 GTEST_OUTPUT=json:$STEP_RESULTS/threads.json \
         setarch -R "$BUILD/threads/tests/integration/threads/test_threads"
@@ -120,7 +120,7 @@ test_windows_level() {
     test_windows_programs "${names[@]}"
 }
 
-# Beside the virtual scale that was built natively; the Wine prefix has its own sockets there.
+# Uses the virtual scale that was built natively; the Wine prefix has its own sockets there.
 test_links_run() {
     test_runtime
     wine_regional 1251 comma

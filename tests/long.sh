@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# The full counts of what test.sh runs shortened; for a release, behind a test.sh that has passed in
+# The full counts of what test.sh runs shortened; for a release, after a test.sh that has passed in
 # the same build folder. Takes about half an hour.
 #
 #   1,000 kills of a save, on either system

@@ -19,7 +19,7 @@ coverage_build() {
     cmake --build "$TREE" --target "${PROGRAMS[@]}" -- -j "$JOBS"
 }
 
-# Counts of earlier runs would be added to.
+# New counts would be added to those of earlier runs.
 coverage_run() {
     local IFS='|'
     find "$TREE" -name '*.gcda' -delete

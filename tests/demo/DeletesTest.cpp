@@ -29,7 +29,7 @@ std::string Content(const std::string& name) {
     return text.str();
 }
 
-// What the delete changes is taken out of the comparison and looked at by itself.
+// What the delete changes is left out of the comparison and checked by itself.
 TArticles ArticlesOf(const std::string& scale, const std::string& stage) {
     TArticles articles;
     const json state = json::parse(Content(scale + "." + stage));
@@ -62,7 +62,7 @@ json Rest(json article) {
     return article;
 }
 
-// The number of valid articles that the run of a scale told before its start; -1 when it told none.
+// The number of valid articles that the log names before a scale's part; -1 when it names none.
 int ValidIn(const std::string& log, const std::string& scale) {
     const std::size_t start = log.find("Старт на запис във везна: " + scale);
     if (start == std::string::npos) return -1;

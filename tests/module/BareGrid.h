@@ -12,8 +12,8 @@
 
 namespace tolvane::test {
 
-// The grid on a real list view, 380 by 360 pixels, over rows that are just numbers: two columns of
-// 100 pixels, "Number" at the right and "Other" at the left. The list view has the focus.
+// The grid on a real list view of 380 by 360 pixels, whose rows are just numbers. It has two
+// columns of 100 pixels, "Number" aligned right and "Other" aligned left, and the focus.
 class TBareGrid : private TGridView {
 public:
     explicit TBareGrid(std::size_t rows);
@@ -29,7 +29,8 @@ public:
     // The colour of a point of a row, counted from the row's upper left corner, as drawn now.
     COLORREF Pixel(int row, POINT at) const;
 
-    // What a cell shows; its row's number at first. And whether a row is in a promotion.
+    // What a cell shows, at first its row's number, and whether a row is in a promotion, at first
+    // not.
     std::function<std::string(TRowId row, std::size_t column)> text;
     std::function<bool(TRowId row)> promoted;
     std::vector<std::size_t> clickedTitles;
@@ -37,7 +38,7 @@ public:
 private:
     // TGridView
     std::size_t RowCount() const override { return order_.size(); }
-    TRowId RowAt(std::size_t place) const override { return order_[place]; }
+    TRowId RowAt(std::size_t position) const override { return order_[position]; }
     std::size_t PlaceOf(TRowId row) const override { return places_[row]; }
     std::string CellText(TRowId row, std::size_t key) const override { return text(row, key); }
     bool IsPromoted(TRowId row) const override { return promoted(row); }

@@ -207,7 +207,7 @@ TEST_F(ColumnChooserTest, DroppingALineOnItselfOrOutsideTheLinesChangesNothing) 
     EXPECT_EQ(Grid().Titles(), titles);
 }
 
-// Moving a column enters none.
+// Moving a column leaves the current column what it was.
 TEST_F(ColumnChooserTest, WhatIsSearchedStaysWhenAColumnMoves) {
     SendMessageW(session_.List(), WM_COMMAND, 2003, 0);
     ASSERT_EQ(Utf8TextOf(session_.Control("SearchButton")), "Търси по: Име (F3)");
@@ -272,7 +272,7 @@ TEST_F(ColumnChooserTest, AClickOnACheckBoxTicksItWhenTheButtonGoesUp) {
                 EXPECT_TRUE(IsLineChecked(window, 3));
             },
             [](HWND window) {
-                // Nine pixels are no drag.
+                // Nine pixels are too few for a drag.
                 const POINT box = BoxOf(window, 3);
                 Drag(window, box, {box.x + 9, box.y - 9});
                 EXPECT_FALSE(IsLineChecked(window, 3));
@@ -280,7 +280,7 @@ TEST_F(ColumnChooserTest, AClickOnACheckBoxTicksItWhenTheButtonGoesUp) {
                 EXPECT_TRUE(IsLineChecked(window, 2));
             },
             [](HWND window) {
-                // A press that another window takes over ticks nothing.
+                // A press that another window takes over does not change the check box.
                 SendMessageW(Lines(window), WM_LBUTTONDOWN, MK_LBUTTON,
                              PointParam(BoxOf(window, 3)));
                 ReleaseCapture();
@@ -301,7 +301,7 @@ TEST_F(ColumnChooserTest, AnotherButtonOrKeyDragsNothing) {
             [](HWND window) {
                 const THeldKey alt(VK_MENU);
                 const POINT from = PointOn(window, 3);
-                // The list waits for the button when it takes the press itself.
+                // If the list handles the press itself, it waits for the button to go up.
                 PostMessageW(Lines(window), WM_LBUTTONUP, 0, PointParam(from));
                 Drag(window, from, PointOn(window, 0));
             },
@@ -381,7 +381,7 @@ TEST_F(ColumnChooserTest, NeverStandsBeyondTheScreen) {
 TEST_F(ColumnChooserTest, CancellingAfterADragReturnsTheStringBuiltOnOpening) {
     Choose({Checking(1, false), Pressing("btnOK")});
     Choose({Dragging(3, 0), Pressing("btnCancel")});
-    // The hidden column stands third now; the text is of before.
+    // The hidden column is the third now; the stored text is still the earlier one.
     EXPECT_EQ(Stored(), "01000000000000000000000000000000");
     EXPECT_EQ(Grid().ColumnByTitle("Номенкл.No"), -1);
     EXPECT_EQ(Grid().ColumnByTitle("Име"), 0);

@@ -18,7 +18,7 @@ namespace {
 
 // A heap takes whole steps of this size from the system.
 constexpr std::size_t kMemoryStep = 1024 * 1024;
-// What the system's own caches may differ by; less than one small block a cycle.
+// By how much the system's own caches may differ: less than a small block per cycle.
 constexpr std::size_t kHeapNoise = 4096;
 
 int Cycles() {
@@ -86,7 +86,7 @@ TEST(Cycles, OpeningAndClosingLeavesEverythingAsItWas) {
                 TCounts().Text().c_str());
 }
 
-// One object a cycle is seen, of whichever kind.
+// A leak of one object per cycle shows, whatever its kind.
 TEST(Cycles, APlantedLeakIsSeen) {
     constexpr std::size_t kPlanted = 20;
     const auto isSeen = [](auto plant, auto remove) {

@@ -69,7 +69,7 @@ void ExpectConstantText(const char* text, const std::string& characters) {
 const std::string kTitle =
     "\xCF\xF0\xEE\xE3\xF0\xE0\xEC\xE8\xF0\xE0\xED\xE5 \xED\xE0 \xE2\xE5\xE7\xED\xE8 ELICOM EVL/ETS";
 
-// Calls a function with `slots` zero arguments and answers how many bytes it removed from the
+// Calls a function with `slots` zero arguments. Returns how many bytes it has removed from the
 // stack.
 __attribute__((noinline)) int BytesRemoved(void* function, int slots) {
     int removed = 0;
@@ -117,7 +117,7 @@ TEST(Exports, ModuleImportsSystemLibrariesOnly) {
 
 TEST(Exports, CalleeRemovesItsArguments) {
     const TLoadedModule module;
-    const TBoxAnswerer answerer;  // an operation started with nulls tells its failure
+    const TBoxAnswerer answerer;  // an operation that was started with nulls reports its failure
     EXPECT_EQ(BytesRemoved(Entry(module, "GetOperationTitle"), 1), 4);
     EXPECT_EQ(BytesRemoved(Entry(module, "GetOperationType"), 1), 4);
     EXPECT_EQ(BytesRemoved(Entry(module, "SetTQ4ModuleString"), 2), 8);

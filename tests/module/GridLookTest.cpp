@@ -17,7 +17,7 @@ constexpr int kMiddle = 9;  // of a row of 18 pixels
 // A point of the second column that no text and no line covers.
 constexpr POINT kEmptySpot{kIndicator + 100 + 90, 3};
 
-// Another font for lists in the system, for the length of a block.
+// Gives the system another font for lists while it lives.
 class TListFont {
 public:
     explicit TListFont(int points) {
@@ -79,7 +79,7 @@ TEST(GridLook, TheCurrentCellHasAFrameWhileTheGridHasTheFocus) {
     TBareGrid grid(10);
     EXPECT_GT(FramePixels(grid, 0), 30);
     EXPECT_EQ(FramePixels(grid, 1), 0);
-    // What the screen still shows counts, so nothing asks for painting here.
+    // The test looks at what the screen still shows, so nothing may ask for painting here.
     SetFocus(GetParent(grid.List()));
     EXPECT_EQ(FramePixels(grid, 0), 0);
 }
@@ -131,7 +131,7 @@ TEST(GridLook, AutoFitMeasuresNoRowBelowTheLastDrawnOne) {
         return grid.Reader().ColumnWidth(1);
     };
     EXPECT_EQ(fitted(exact), narrow);
-    // One pixel of it is drawn.
+    // The row below is visible by one pixel.
     EXPECT_EQ(fitted(exact + 1), wide);
     EXPECT_EQ(fitted(exact - 1), narrow);
 }

@@ -64,8 +64,8 @@ TEST(KeptLayout, AMaximizedWindowComesBackMaximizedAndKeepsItsNormalPlace) {
     EXPECT_EQ(place.right - place.left, 640);
 }
 
-// Beside a maximized window of the host's a new one comes up maximized, before it has read its
-// place.
+// A new window beside a maximized one of the host comes up maximized, before it has read its stored
+// position.
 class KeptPlaceTest : public testing::Test {
 protected:
     KeptPlaceTest() {
@@ -84,7 +84,7 @@ protected:
     RECT maximized_{};
 
 private:
-    // Not every system does it by itself.
+    // Maximizes the new window, as only some systems do by themselves.
     static LRESULT CALLBACK Maximize(HWND client, UINT id, WPARAM wParam, LPARAM lParam, UINT_PTR,
                                      DWORD_PTR test) {
         const HWND list = reinterpret_cast<KeptPlaceTest*>(test)->session_.List();
@@ -125,7 +125,7 @@ TEST_F(KeptPlaceTest, OutlivesAWindowThatCameUpMaximizedAndClosesSo) {
     EXPECT_EQ(kept("Maximized"), "1");
 }
 
-// A window may be restored to no less than its smallest size.
+// A window cannot be restored to less than its smallest size.
 TEST(KeptPlace, OfAMaximizedWindowIsNoSmallerThanItMayBe) {
     TSession session;
     session.Start();
@@ -175,7 +175,7 @@ TEST(KeptLayout, ALongHiddenRowsIsIgnoredPastTheLastColumn) {
     EXPECT_EQ(session.Grid().Titles().size(), 31U);
     EXPECT_EQ(session.Grid().ColumnByTitle("Партида (самок.)"), -1);
     session.CloseList();
-    // It is changed by the chooser only.
+    // Only the chooser changes it.
     EXPECT_EQ(TConfiguration::Value("PLUGRID", "HiddenRows"),
               "00000000000000000000000000000001111111");
 }

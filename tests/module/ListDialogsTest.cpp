@@ -150,7 +150,7 @@ protected:
             ListView_SetCheckState(ControlOf(window, "aCheckListBox"), line, FALSE);
         };
     }
-    // Takes the check of the second line away before the last step.
+    // Unchecks the second line before the last step.
     void ExpectNothingChanges(const TDialogScript::TStep& close) {
         const std::vector<std::string> titles = session_.Grid().Titles();
         {
@@ -181,7 +181,7 @@ TEST_F(ChooserClosingTest, HidingTheCurrentColumnSearchesByTheNewCurrentOne) {
         session_.Click("ColBtn");
     }
     EXPECT_EQ(Utf8TextOf(session_.Control("SearchButton")), "Търси по: Арт.No: (F3)");
-    // The same one as for the keys.
+    // Ctrl+Enter sorts by the same column.
     PressKey(session_.Control("aDBGrid"), VK_RETURN, true);
     EXPECT_EQ(session_.Grid().ColumnFormat(0) & (HDF_SORTUP | HDF_SORTDOWN), HDF_SORTDOWN);
 }

@@ -18,7 +18,7 @@ namespace {
 
 using TRow = std::vector<std::string>;
 
-// What shop.sql must look like in the list, worked out by hand.
+// What the list must show of shop.sql, worked out by hand.
 const TRow kTitles = {"Арт.No:",        "Номенкл.No",
                       "No: за везна",   "Име",
                       "Касово име",     "Етикетно име",
@@ -341,7 +341,7 @@ TEST_F(ListWindowTest, CloseButtonClosesTheWindow) {
 
 TEST(ListWindowWithoutArticles, ClosingEndsTheTransactionThatTheLoadLeftOpen) {
     TSession session("bare.fdb");
-    // The one that asks is among them.
+    // The transaction that asks is among them.
     const auto transactions = [&] {
         return session.connection.Number(
             "select count(*) from MON$TRANSACTIONS where MON$ATTACHMENT_ID = CURRENT_CONNECTION");
@@ -353,7 +353,7 @@ TEST(ListWindowWithoutArticles, ClosingEndsTheTransactionThatTheLoadLeftOpen) {
     EXPECT_EQ(transactions(), 1);
 }
 
-TEST_F(ListWindowTest, LostConnectionIsToldOnRefresh) {
+TEST_F(ListWindowTest, LostConnectionIsReportedOnRefresh) {
     session_.connection.ShutDown();
     const TBoxAnswerer answerer;
     session_.Click("RefreshBtn");

@@ -1,4 +1,4 @@
-// A load during which a second start fails: the window goes, the load ends later without it.
+// A load during which a second start fails: the window closes, and the load ends later without it.
 #include <gtest/gtest.h>
 
 #include <windows.h>
@@ -64,8 +64,8 @@ TEST_F(LoadEndsTest, TheWindowGoesUnderTheBoxOfAFailedLoad) {
     ExpectNothingLeft();
 }
 
-// Another thread's message comes in while the load shows its wait window, which it still uses after
-// the list window has gone.
+// A message from another thread comes in while the load shows its wait window, which the load still
+// uses after the list window has gone.
 TEST_F(LoadEndsTest, TheWindowGoesInTheMiddleOfALoad) {
     bool acted = false;
     const TBoxAnswerer boxes;

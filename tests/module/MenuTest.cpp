@@ -51,7 +51,8 @@ std::vector<TItem> PopupOf(const TSession& session, const std::string& button,
     return items;
 }
 
-// Sends a command of the menu and closes the run window that it opens; answers its caption.
+// Sends a command of the menu and closes the run window that it opens. Returns that window's
+// caption.
 std::string RunCaption(const TSession& session, int command) {
     std::string caption;
     const TUserScript actor(kRunClass, [&](HWND window) {

@@ -33,7 +33,7 @@ TEST(OwnerWatch, SeveralWindowsOfOneOwnerAreWatchedEachByItself) {
     DestroyWindow(host.Client());
     EXPECT_EQ(first.Handle(), nullptr);
     EXPECT_EQ(second.Handle(), nullptr);
-    // Nobody watches for it any more.
+    // Nobody watches the owner for it any more.
     EXPECT_NE(third.Handle(), nullptr);
 }
 

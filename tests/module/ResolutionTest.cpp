@@ -31,8 +31,8 @@ protected:
                    sizeof description, &description);
         return description;
     }
-    // Of a control, in the list window's client area.
-    RECT PlaceOf(const std::string& name) const {
+    // A control's rectangle in the list window's client area.
+    RECT RectOf(const std::string& name) const {
         RECT rect{};
         GetWindowRect(session_.Control(name), &rect);
         MapWindowPoints(nullptr, session_.List(), reinterpret_cast<POINT*>(&rect), 2);
@@ -97,13 +97,13 @@ TEST_F(ResolutionTest, TheGridFillsTheMiddleAndTheCloseButtonStaysAtTheRight) {
                      SWP_NOZORDER | SWP_NOMOVE);
         RECT client{};
         GetClientRect(session_.List(), &client);
-        const RECT grid = PlaceOf("aDBGrid");
+        const RECT grid = RectOf("aDBGrid");
         EXPECT_EQ(grid.left, 0);
         EXPECT_EQ(grid.top, Scaled(33));
         EXPECT_NEAR(grid.right, client.right, unit);
         EXPECT_NEAR(grid.bottom, client.bottom - Scaled(33), unit);
-        EXPECT_NEAR(PlaceOf("btnCloseBtn").right, client.right - Scaled(4), unit);
-        EXPECT_NEAR(PlaceOf("RefreshBtn").left, Scaled(4), unit);
+        EXPECT_NEAR(RectOf("btnCloseBtn").right, client.right - Scaled(4), unit);
+        EXPECT_NEAR(RectOf("RefreshBtn").left, Scaled(4), unit);
     }
 }
 

@@ -29,8 +29,8 @@ protected:
         RunLoopDry();
     }
 
-    // Opens the run window, starts a run, and acts while the scale is waited for. Returns when the
-    // run window has gone.
+    // Opens the run window, starts a run, and acts while the run waits for the scale. Returns when
+    // the run window has gone.
     void During(const std::function<void(HWND window)>& act) {
         const TDialogScript script(
             L"TSetPluForm",
@@ -44,7 +44,7 @@ protected:
         SendMessageW(session_.List(), WM_COMMAND, kWriteAll, 0);
         RunLoopDry();
     }
-    // Nothing of the module works any more: it leaves the memory.
+    // Expects that nothing of the module works any more, so that it leaves the memory.
     void ExpectNothingLeft(int completions = 1) {
         EXPECT_TRUE(acted_);
         EXPECT_EQ(session_.List(), nullptr);

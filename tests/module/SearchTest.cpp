@@ -37,7 +37,7 @@ protected:
     void SearchByName() const { Command(kSearchCommands + kNameColumn); }
     std::string Caption() const { return Utf8TextOf(session_.Control("SearchButton")); }
 
-    // Does what opens the dialog and answers it; a null answer is Esc.
+    // Opens the dialog by `open` and answers it; a null answer is Esc.
     template <class Open>
     TDialog Answer(const wchar_t* answer, Open open) {
         TDialog seen;
@@ -151,7 +151,7 @@ TEST_F(SearchTest, F3WithoutASearchTextOpensTheDialog) {
     EXPECT_EQ(CurrentArticle(), "12");
 }
 
-TEST_F(SearchTest, UnknownValueIsTold) {
+TEST_F(SearchTest, UnknownValueIsReported) {
     SearchByName();
     session_.Grid().ClickRow(1, kNameColumn);
     const TBoxAnswerer answerer;

@@ -1,5 +1,5 @@
-// What the module's configuration file may meet: it is held, read-only, or its folder is gone;
-// other programs keep their own lines in it.
+// What can happen to the module's configuration file: another program holds it, it is read-only,
+// its folder is gone, or other programs keep their own lines in it.
 #include <gtest/gtest.h>
 
 #include <windows.h>
@@ -21,7 +21,7 @@ constexpr DWORD kPathNotFound = 3;
 constexpr DWORD kAccessDenied = 5;
 constexpr DWORD kSharingViolation = 32;
 
-// The file as another program holds it.
+// Holds the file as another program does.
 class THeldFile {
 public:
     explicit THeldFile(DWORD sharing)
@@ -45,7 +45,7 @@ public:
     ~TReadOnly() { SetFileAttributesW(TConfiguration::File().c_str(), FILE_ATTRIBUTE_NORMAL); }
 };
 
-// The folder under another name, as if it were not there.
+// Renames the folder while it lives, as if it did not exist.
 class TMissingFolder {
 public:
     TMissingFolder() {
@@ -66,7 +66,7 @@ private:
     static path Away() { return Folder().parent_path() / "Operations-away"; }
 };
 
-// Nothing but the module and its file: no temporary one.
+// Expects nothing in the folder but the module and its file, and no temporary one.
 void ExpectNoLeftover() {
     for (const auto& entry : std::filesystem::directory_iterator(TMissingFolder::Folder()))
         EXPECT_EQ(entry.path().filename().string().find(".tmp"), std::string::npos) << entry.path();
@@ -97,7 +97,7 @@ protected:
     }
 };
 
-TEST_F(SettingsFileTest, AFileHeldByAnotherProgramIsToldInOneBoxAndKept) {
+TEST_F(SettingsFileTest, AFileHeldByAnotherProgramIsReportedInOneBoxAndKept) {
     session_.Start();
     {
         const THeldFile held(FILE_SHARE_READ);
@@ -108,13 +108,13 @@ TEST_F(SettingsFileTest, AFileHeldByAnotherProgramIsToldInOneBoxAndKept) {
     }
     EXPECT_EQ(Content(), kBefore);
     ExpectNoLeftover();
-    // The change is not lost: the next save is the window's own, when it closes.
+    // The change is not lost: the window saves it when it closes.
     session_.CloseList();
     EXPECT_TRUE(StartsWith(Content(), std::string(kWithoutScale) + "[PLUGRID]\r\n")) << Content();
     EXPECT_EQ(Content().find("[SCALE"), std::string::npos);
 }
 
-TEST_F(SettingsFileTest, AFileHeldWithoutSharingIsToldWithTheSharingViolation) {
+TEST_F(SettingsFileTest, AFileHeldWithoutSharingIsReportedWithTheSharingViolation) {
     session_.Start();
     {
         const THeldFile held(0);
@@ -126,7 +126,7 @@ TEST_F(SettingsFileTest, AFileHeldWithoutSharingIsToldWithTheSharingViolation) {
     ExpectNoLeftover();
 }
 
-TEST_F(SettingsFileTest, AReadOnlyFileIsToldInOneBoxAndKept) {
+TEST_F(SettingsFileTest, AReadOnlyFileIsReportedInOneBoxAndKept) {
     session_.Start();
     {
         const TReadOnly readOnly;
@@ -139,16 +139,16 @@ TEST_F(SettingsFileTest, AReadOnlyFileIsToldInOneBoxAndKept) {
     ExpectNoLeftover();
 }
 
-TEST_F(SettingsFileTest, AReadOnlyFileIsToldInOneBoxWhenTheWindowClosesWhichGoes) {
+TEST_F(SettingsFileTest, AReadOnlyFileIsReportedInOneBoxAndTheWindowStillCloses) {
     ExpectToldOnClosing<TReadOnly>();
 }
 
-TEST_F(SettingsFileTest, AHeldFileIsToldInOneBoxWhenTheWindowClosesWhichGoes) {
+TEST_F(SettingsFileTest, AHeldFileIsReportedInOneBoxAndTheWindowStillCloses) {
     ExpectToldOnClosing<THeldFile>(DWORD{FILE_SHARE_READ});
 }
 
-// The window of a failed start goes without a second box: it has changed no scale.
-TEST_F(SettingsFileTest, AFailedStartIsToldInOneBoxAlsoWhenTheFileCannotBeWritten) {
+// The window of a failed start closes without a second box, since it has changed no scale.
+TEST_F(SettingsFileTest, AFailedStartIsReportedInOneBoxAlsoWhenTheFileCannotBeWritten) {
     session_.connection.ShutDown();
     const TReadOnly readOnly;
     const TBoxAnswerer boxes;
@@ -159,8 +159,8 @@ TEST_F(SettingsFileTest, AFailedStartIsToldInOneBoxAlsoWhenTheFileCannotBeWritte
     EXPECT_EQ(Content(), kBefore);
 }
 
-// Held without sharing while the list opens: its twenty slots are empty then, and must not be
-// written over the file's scales.
+// Another program holds the file without sharing while the list opens. The list's twenty slots are
+// empty then, and must not be written over the file's scales.
 TEST_F(SettingsFileTest, AFileThatCouldNotBeReadLosesNothing) {
     {
         const THeldFile held(0);
@@ -176,7 +176,7 @@ TEST_F(SettingsFileTest, AFileThatCouldNotBeReadLosesNothing) {
         SendMessageW(session_.List(), WM_COMMAND, kSettingsCommand, 0);
         ExpectOneFileBox(boxes, "Tolvane.ini", "не може да бъде прочетен", kSharingViolation);
     }
-    // Readable again, it is read before the editor opens.
+    // The file can be read again, and is read before the editor opens.
     OpenSettings({[](HWND window) { EXPECT_EQ(TextOf(window, "edtScaleName"), "SCALE 3"); },
                   Pressing("btnCancel")});
     session_.CloseList();
@@ -184,7 +184,8 @@ TEST_F(SettingsFileTest, AFileThatCouldNotBeReadLosesNothing) {
     EXPECT_EQ(TConfiguration::Value("SCALE3", "ScaleName"), "SCALE 3");
 }
 
-// The layout is read again before the chooser opens, which writes one even when it is cancelled.
+// The layout is read again before the chooser opens, because the chooser saves one even when it is
+// cancelled.
 TEST_F(SettingsFileTest, ALayoutThatCouldNotBeReadIsTakenOverBeforeTheChooserOpens) {
     TConfiguration::Write("[PLUGRID]\r\nHiddenRows=01000000000000000000000000000000\r\n");
     session_.Start();
@@ -215,8 +216,8 @@ TEST_F(SettingsFileTest, ALayoutThatCouldNotBeReadIsTakenOverBeforeTheChooserOpe
     EXPECT_EQ(Content(), kept);
 }
 
-// Reading finds no scales and tells nothing; the folder is not made, so that saving fails.
-TEST_F(SettingsFileTest, AMissingFolderOpensAListWithoutScalesAndIsToldOnSaving) {
+// Reading finds no scales and reports nothing. Nobody makes the folder, so saving fails.
+TEST_F(SettingsFileTest, AMissingFolderOpensAListWithoutScalesAndIsReportedOnSaving) {
     const TMissingFolder missing;
     {
         const TBoxAnswerer boxes;

@@ -22,7 +22,7 @@ TEST_F(SettingsTest, AnAddedScaleIsSaved) {
                   Pressing("btnAddScale"),
                   [this](HWND) { SaveScreenshot(session_.host.Frame(), "settings-over-list"); },
                   Pressing("btnOk")});
-    // The file's own scale moved to the first slot; what is not a scale's stayed.
+    // The file's own scale has moved to the first slot; what belongs to no scale has stayed.
     EXPECT_EQ(Content(),
               "; by hand\r\n[OTHER]\r\nkey = value\r\n"
               "[SCALE1]\r\nScaleNumb=3\r\nScaleName=SCALE 3\r\nTCPAddress=10.0.0.5\r\n"

@@ -22,7 +22,7 @@ std::string Scale1(bool checked) {
            "\r\nBaudRate=0\r\nScaleType=16\r\nEncoding=2\r\nScaleAddr=0\r\nCommType=1\r\n";
 }
 
-// As AddScale adds it.
+// The section of a scale as AddScale adds it.
 std::string Added(int slot, int number) {
     const std::string digit = std::to_string(number);
     return "[SCALE" + std::to_string(slot) + "]\r\nScaleNumb=" + digit +
@@ -32,7 +32,7 @@ std::string Added(int slot, int number) {
            "ScaleAddr=0\r\nCommType=1\r\n";
 }
 
-// The file without the windows' own sections, which follow the first scales'.
+// The scales' sections, without those that the windows keep for themselves.
 std::string ScalesOf(const std::string& file) {
     std::string scales;
     bool isScale = false;
@@ -76,7 +76,8 @@ public:
             if (handle != nullptr) CloseHandle(handle);
     }
 
-    // This thread's windows answer meanwhile: showing a window asks the others of the desktop.
+    // Handles this thread's messages meanwhile, as a program that shows a window sends some to all
+    // others.
     bool HasDoneItsWork() const {
         return WaitAlive([this] { return IsSet(done_) || IsSet(process_.hProcess); }) &&
                IsSet(done_);
@@ -150,7 +151,7 @@ TEST_F(SharedFileTwoFrames, MarksAndAHandEditAndAnAddedScaleAreAllKept) {
 
 TEST_F(SharedFileTwoFrames, ConfirmingTheEditorInOneWindowKeepsTheOthersScale) {
     AddScale(session_.List(), 2);
-    // Both use the second slot; the later one takes the next.
+    // Both windows use the second slot; the one that saves later takes the next.
     AddScale(SecondList(), 3);
     EXPECT_EQ(Scales(), Scale1(true) + Added(2, 2) + Added(3, 3));
     CloseSecond();
@@ -166,7 +167,7 @@ TEST_F(SharedFileTwoFrames, DeletingAScaleInOneWindowDeletesNoOther) {
         SendMessageW(SecondList(), WM_COMMAND, 1005, 0);
     }
     EXPECT_EQ(Scales(), Added(2, 2));
-    // The first window still knows the deleted one, and has changed nothing in it.
+    // The first window still has the deleted scale, and has changed nothing in it.
     session_.CloseList();
     CloseSecond();
     EXPECT_EQ(Scales(), Added(2, 2));
@@ -184,7 +185,7 @@ TEST_F(SharedFileTwoFrames, AScaleForWhichTheFileHasNoRoomIsNamedInOneBox) {
               "Във файла с настройките вече има 20 везни, записани от друг прозорец. "
               "Не са записани: (ETS) - 10.0.0.33 (33)");
     EXPECT_EQ(Scales(), Scale1(true) + others);
-    // It is still in its window's list, and finds its place as soon as there is one.
+    // It is still in its window's list, and gets a slot as soon as one is free.
     {
         const TDialogScript editor(L"TScaleComunicationForm",
                                    {Pressing("btnDeleteScale"), Pressing("btnOk")});

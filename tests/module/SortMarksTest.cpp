@@ -38,13 +38,13 @@ TEST(SortMarks, ARefreshThatFailsLeavesNoneAndForgetsTheSort) {
         EXPECT_EQ(boxes.Seen().size(), 1U);
     }
     EXPECT_EQ(MarkedTitles(session), 0);
-    // Not the second click on the same title.
+    // This is not a second click on the same title.
     session.Grid().ClickTitle(kName);
     EXPECT_EQ(MarkOf(session, kName), HDF_SORTUP);
     EXPECT_EQ(MarkedTitles(session), 1);
 }
 
-TEST(SortMarks, AnEmptyListTurnsThemWithEveryClickAndTellsNothing) {
+TEST(SortMarks, AnEmptyListTurnsThemWithEveryClickAndReportsNothing) {
     TSession session("bare.fdb");
     session.Start();
     ASSERT_EQ(session.Grid().RowCount(), 0);

@@ -159,7 +159,7 @@ TEST_F(StartFailureTest, ALostConnectionOfASecondStartClosesTheOpenWindow) {
     EXPECT_EQ(Completions(), 2);
 }
 
-TEST_F(StartFailureTest, AConnectionThatDiesBeforeTheFirstQueryIsToldOnce) {
+TEST_F(StartFailureTest, AConnectionThatDiesBeforeTheFirstQueryIsReportedOnce) {
     TCuttingProxy proxy(TConnection::Server());
     const TConnection dying("shop.fdb", proxy.Address());
     // The server's next answer is to the start of the transaction.
@@ -169,13 +169,13 @@ TEST_F(StartFailureTest, AConnectionThatDiesBeforeTheFirstQueryIsToldOnce) {
     EXPECT_EQ(Completions(), 2);
 }
 
-TEST_F(StartBesideAnEmptyList, AConnectionThatTheServerHasEndedIsToldOnce) {
+TEST_F(StartBesideAnEmptyList, AConnectionThatTheServerHasEndedIsReportedOnce) {
     TConnection("bare.fdb").EndOthers();
     StartWith(&database_);
     EXPECT_EQ(Completions(), 2);
 }
 
-TEST_F(StartBesideAnEmptyList, BadArgumentsAreToldOnceWhenTheConnectionHasEndedToo) {
+TEST_F(StartBesideAnEmptyList, BadArgumentsAreReportedOnceWhenTheConnectionHasEndedToo) {
     TConnection("bare.fdb").EndOthers();
     database_.Size = 8;
     StartWith(&database_);
@@ -183,8 +183,8 @@ TEST_F(StartBesideAnEmptyList, BadArgumentsAreToldOnceWhenTheConnectionHasEndedT
     EXPECT_EQ(Completions(), 2);
 }
 
-// Nothing failed to start here: what the user's own click could not do is told.
-TEST_F(StartBesideAnEmptyList, ClosingTheListTellsThatTheConnectionHasEnded) {
+// Nothing failed to start here, so the module reports what the user's click could not do.
+TEST_F(StartBesideAnEmptyList, ClosingTheListReportsThatTheConnectionHasEnded) {
     TConnection("bare.fdb").EndOthers();
     const TBoxAnswerer answerer;
     session_.CloseList();
@@ -214,7 +214,7 @@ TEST(LoadFailure, ShowsTheErrorAndKeepsTheRowsBeforeIt) {
     EXPECT_EQ(session.Completions(), 0);
 }
 
-TEST(IndexFailure, IsToldAndTheLoadGoesOn) {
+TEST(IndexFailure, IsReportedAndTheLoadGoesOn) {
     TSession session("noindex.fdb");
     const TBoxAnswerer answerer;
     session.Start();

@@ -24,7 +24,7 @@ BOOL CALLBACK CollectUnnamed(HWND window, LPARAM parameter) {
     return TRUE;
 }
 
-// A host's print service; its object is a count.
+// A host's print service that counts its calls in its object.
 void TOLVANE_STDCALL CountPrint(void* object, const std::uint8_t*, const std::uint8_t*, void*) {
     ++*static_cast<int*>(object);
 }
@@ -130,7 +130,7 @@ TEST(Start, CompletionIsPostedWithBothParametersZero) {
     session.Start();
     SendMessageW(session.List(), WM_CLOSE, 0, 0);
     EXPECT_EQ(session.List(), nullptr);
-    // Waiting, not handled yet.
+    // The message waits, and is not handled yet.
     EXPECT_EQ(session.Completions(), 0);
     MSG message{};
     ASSERT_NE(PeekMessageW(&message, session.host.Frame(), session.messageId, session.messageId,

@@ -62,7 +62,7 @@ TEST_F(TwoFramesTest, StartingAgainReachesTheListOfItsOwnMainWindow) {
     first_.Grid().ClickTitle(3);
     first_.StartIn(second_);
     EXPECT_EQ(second_.ChildrenOfClass(L"TElicomPluScaleListForm"), 1);
-    // The other one is not loaded anew.
+    // The other list is not loaded anew.
     EXPECT_EQ(first_.Grid().Cell(0, 3), "Кашкавал");
 }
 
@@ -74,7 +74,7 @@ TEST_F(TwoFramesTest, BothUseTheHostsOnePrintServiceWithTheirOwnGrid) {
     EXPECT_EQ(first_.printed[1].grid, first_.Grid().Handle());
 }
 
-TEST_F(TwoFramesTest, TheEndOfEitherIsToldToTheApplication) {
+TEST_F(TwoFramesTest, TheApplicationIsNotifiedOfTheEndOfEither) {
     SendMessageW(SecondList(), WM_CLOSE, 0, 0);
     RunLoopDry();
     EXPECT_EQ(SecondList(), nullptr);

@@ -55,7 +55,7 @@ TEST_F(WaitFormTest, IsBorderlessWithABarOfTenPixelsAlongItsBottom) {
     SaveScreenshot(form_.Handle(), "wait-window");
 }
 
-TEST_F(WaitFormTest, TellsInBoldNavyOnItsColour) {
+TEST_F(WaitFormTest, ShowsItsTextInBoldNavyOnItsColour) {
     form_.Show(0);
     EXPECT_EQ(Utf8TextOf(form_.Handle()), "Моля, изчакайте...");
     EXPECT_EQ(PixelAt(form_.Handle(), {2, 2}), RGB(240, 202, 166));

@@ -11,7 +11,7 @@ namespace {
 
 constexpr const char* kNoConnection = "Няма връзка с базата данни";
 
-// Connects with settings that must fail; what the error box said.
+// Connects with settings that must fail. Returns the text of the error box.
 std::string FailureOf(const THostIni* ini) {
     THostSession session;
     if (ini != nullptr) session.WriteIni(*ini);
@@ -45,25 +45,25 @@ TEST(HostConnectionTest, TheStatusBarNamesTheConnectedDatabase) {
     EXPECT_TRUE(boxes.Seen().empty());
 }
 
-TEST(HostConnectionTest, AMissingSettingsFileIsToldWithTheKeyToFillIn) {
+TEST(HostConnectionTest, AMissingSettingsFileIsReportedWithTheKeyToFillIn) {
     const std::string text = FailureOf(nullptr);
     EXPECT_TRUE(Contains(text, "Не е зададена база данни."));
     EXPECT_TRUE(Contains(text, "Database=127.0.0.1/3050:C:\\Shop\\SHOP.FDB"));
 }
 
-TEST(HostConnectionTest, AMissingClientLibraryIsTold) {
+TEST(HostConnectionTest, AMissingClientLibraryIsReported) {
     THostIni ini = THostIni::Working();
     ini.clientLibrary = "C:\\none\\client.dll";
     EXPECT_TRUE(Contains(FailureOf(&ini), "C:\\none\\client.dll: не е намерена"));
 }
 
-TEST(HostConnectionTest, ALibraryThatIsNoClientIsTold) {
+TEST(HostConnectionTest, ALibraryThatIsNotAClientIsReported) {
     THostIni ini = THostIni::Working();
     ini.clientLibrary = "comdlg32.dll";
     EXPECT_TRUE(Contains(FailureOf(&ini), "comdlg32.dll: не е клиент на Firebird"));
 }
 
-TEST(HostConnectionTest, ARefusedConnectionIsToldInTheServersWords) {
+TEST(HostConnectionTest, ARefusedConnectionIsReportedInTheServersWords) {
     THostIni ini = THostIni::Working();
     ini.database = "127.0.0.1/1:/none.fdb";
     const std::string text = FailureOf(&ini);
@@ -71,7 +71,7 @@ TEST(HostConnectionTest, ARefusedConnectionIsToldInTheServersWords) {
     EXPECT_TRUE(Contains(text, "Unable to complete network request to host"));
 }
 
-TEST(HostConnectionTest, AWrongPasswordIsToldInTheServersWords) {
+TEST(HostConnectionTest, AWrongPasswordIsReportedInTheServersWords) {
     THostIni ini = THostIni::Working();
     ini.password = "wrong";
     EXPECT_TRUE(Contains(FailureOf(&ini), "Your user name and password are not defined"));

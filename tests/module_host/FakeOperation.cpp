@@ -53,7 +53,7 @@ void AddColumn(HWND grid, int index, const wchar_t* title, int width, int format
                  reinterpret_cast<LPARAM>(&column));
 }
 
-// Number, name, hidden and price; the price is shown in front of the name.
+// Number, name, hidden and price; the price is shown before the name.
 HWND MakeGrid(HWND parent) {
     const HWND grid = CreateWindowExW(0, WC_LISTVIEWW, nullptr,
                                       WS_CHILD | WS_VISIBLE | LVS_REPORT | LVS_OWNERDATA, 0, 0, 400,
@@ -69,7 +69,7 @@ HWND MakeGrid(HWND parent) {
     return grid;
 }
 
-void TellText(LVITEMW& item) {
+void GiveText(LVITEMW& item) {
     if ((item.mask & LVIF_TEXT) == 0) return;
     ++State().textsAsked;
     constexpr std::array<const wchar_t*, 4> kNames = {L"No", L"Article", L"Hidden", L"Price"};
@@ -79,7 +79,7 @@ void TellText(LVITEMW& item) {
 }
 
 void PrintGrid() {
-    // Counted texts: the length stands in front.
+    // Counted texts begin with their length.
     const std::string title = std::string("\x05", 1) + std::string("Отчет"_cp1251);
     const std::string time = std::string("\x15", 1) + "21.11.2026 - 07.08.09";
     State().print.Code(State().print.Object, reinterpret_cast<const std::uint8_t*>(title.data()),
@@ -93,7 +93,7 @@ LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lPar
             return 0;
         case WM_NOTIFY:
             if (reinterpret_cast<NMHDR*>(lParam)->code == LVN_GETDISPINFOW)
-                TellText(reinterpret_cast<NMLVDISPINFOW*>(lParam)->item);
+                GiveText(reinterpret_cast<NMLVDISPINFOW*>(lParam)->item);
             return 0;
         case WM_COMMAND:
             if (LOWORD(wParam) == kFakePrint) PrintGrid();

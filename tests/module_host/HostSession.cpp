@@ -71,7 +71,7 @@ void THostSession::OpenWorking() {
     if (!Form().IsConnected()) throw std::runtime_error("no connection");
 }
 
-// The end of the main window asks the loop to end; the next test needs it again.
+// The end of the main window posts a quit message, which must not end the next test's loop.
 void THostSession::Close() {
     form_.reset();
     MSG message{};

@@ -15,7 +15,7 @@ inline bool Contains(const std::string& text, const std::string& part) {
     return text.find(part) != std::string::npos;
 }
 
-// The settings that reach the real server of the tests, and the same with a line replaced.
+// The host's settings; Working gives those that reach the real server of the tests.
 struct THostIni {
     std::string database;
     std::string user = "SYSDBA";
@@ -39,7 +39,7 @@ public:
     void AddFile(const std::string& name, const std::string& bytes) const;
     void WriteIni(const THostIni& ini) const;
     void Open();
-    // With the fake operation and a connection.
+    // Opens the host with the fake operation and a connection.
     void OpenWorking();
     void Close();
 
@@ -58,7 +58,7 @@ private:
     std::unique_ptr<host::TTradeHostForm> form_;
 };
 
-// The places of the menus in the bar.
+// The positions of the menus in the bar.
 inline constexpr int kConnectionMenu = 0;
 inline constexpr int kOperationsMenu = 1;
 inline constexpr int kWindowsMenu = 2;

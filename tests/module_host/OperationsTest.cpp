@@ -127,7 +127,7 @@ TEST(HostOperationsTest, WithoutAConnectionTheUserIsToldHowToConnect) {
     EXPECT_FALSE(IsGreyed(session.Menu(kOperationsMenu), 0));
 }
 
-TEST(HostOperationsTest, ANumberThatNoOperationHasIsTold) {
+TEST(HostOperationsTest, ANumberThatNoOperationHasIsReported) {
     THostSession session;
     session.OpenWorking();
     const TBoxAnswerer boxes;

@@ -77,7 +77,7 @@ TEST_F(HostPrintJobTest, TheTableStandsInTrueSizeOnTheSheet) {
     // At 600 dots per inch, counted from the first dot that can be printed on, 18 points (150 dots)
     // from the sheet's edge. The first line drawn is the left one: it starts 12 mm from the sheet's
     // left edge (283.5 dots) and 12 + 13 mm from its upper edge (590.6 dots), and is 38 rows of
-    // 4.5 mm long (4039.4 dots). The sheet, told in whole points, is 2 dots smaller than A4.
+    // 4.5 mm long (4039.4 dots). The sheet, given in whole points, is 2 dots smaller than A4.
     const std::string text = file_.Output();
     std::smatch line;
     ASSERT_TRUE(std::regex_search(

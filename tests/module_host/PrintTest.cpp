@@ -120,7 +120,7 @@ TEST(HostPrintTest, ClosingTheHostsWindowsWithThePreviewOpenIsSurvived) {
     EXPECT_EQ(FindWindowW(kPreviewClass, nullptr), nullptr);
 }
 
-TEST(HostPrintTest, AGridThatIsNoWindowIsTold) {
+TEST(HostPrintTest, AGridThatIsNotAWindowIsReported) {
     THostSession session;
     session.OpenWorking();
     session.Command(host::kFirstOperation);
@@ -133,7 +133,7 @@ TEST(HostPrintTest, AGridThatIsNoWindowIsTold) {
 
 TEST(HostPrintTest, WithoutAPrinterTheUserIsTold) {
     THostSession session;
-    // Where there is a printer after all, nothing must come out of it.
+    // If there is a printer after all, nothing must come out of it.
     const TBoxAnswerer boxes(IDCANCEL);
     WithPreview(session, 10, [](HWND form) { Click(form, "btnPrint"); });
     ASSERT_EQ(boxes.Seen().size(), 1U);

@@ -3,10 +3,10 @@
 # looks whether each serves its own clients to the end.
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 export TOLVANE_BUILD=$tree/build
-# Of the user's own display and prefix.
+# The user's own display and prefix take no part.
 unset DISPLAY TOLVANE_INTERACTIVE TOLVANE_WINE
 
-# in_lane <lane> <command>...: of scripts/wine.sh.
+# in_lane <lane> <command>...: a command of scripts/wine.sh.
 in_lane() {
     TOLVANE_LANE=$1 bash -c 'source "$0"; "$@"' "$root/scripts/wine.sh" "${@:2}"
 }

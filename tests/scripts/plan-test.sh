@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
 # Runs small plans with scripts/plan.sh in a build folder of their own, and looks at what ran, when, and
-# what was said.
+# what was printed.
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 plan=$root/scripts/plan.sh
 mkdir "$tree/build"
 cd "$tree"
 
-# run_plan: the plan that comes by the standard input; $tree/ran is then what ran.
+# run_plan: runs the plan that comes by the standard input; $tree/ran is then what ran.
 run_plan() {
     : >"$tree/ran"
     {
@@ -27,7 +27,7 @@ job second "Second" ran second; after first
 PLAN
 expect_run "steps run in their order" 0 "first second" "second: ok"
 
-broken='bad() { ran bad; echo "the reason"; false; ran behind; }
+broken='bad() { ran bad; echo "the reason"; false; ran after; }
 other() { ran other; }
 job bad "Bad" bad
 job later "Later" ran later; after bad
@@ -51,7 +51,7 @@ job bad "Bad" bad
 job later "Later" ran later; after bad
 job other "Other" eval 'sleep 1; ran other'
 PLAN
-expect_run "a run goes on behind a failure when asked" 1 "other" "later: not run, as bad has not passed"
+expect_run "a run goes on after a failure when asked" 1 "other" "later: not run, as bad has not passed"
 
 echo one >"$tree/input"
 reading='job look "Look" ran look; reads "in*"
@@ -75,7 +75,7 @@ run_plan <<<"$reading"
 expect_run "leaves nothing that is up to date" 0 "look next" "look: ok"
 run_plan <<<'job look "Look" eval "ran look; echo three >input"; reads "in*"'
 run_plan <<<'job look "Look" eval "ran look; echo three >input"; reads "in*"'
-expect_run "nor does a change behind its back" 0 "look" "look: ok"
+expect_run "nor does a change of the file by the step itself" 0 "look" "look: ok"
 run_plan <<<'job look "Look" ran look; reads "nothing*"'
 expect_run "a pattern that fits nothing is a mistake" 1 "" "reads nothing*, and there is no such file"
 

@@ -9,7 +9,7 @@
 namespace tolvane::test {
 
 struct TPace {
-    int faster = 1;         // all time passes so many times as fast
+    int faster = 1;         // all time passes this many times as fast
     int shorterPauses = 1;  // pauses are divided by this; time-outs stay
     TMilliseconds longestPause = TMilliseconds::max();
 };

@@ -6,7 +6,7 @@
 
 namespace tolvane::test {
 
-// What test.sh has set for this program. Throws std::runtime_error when it has not.
+// An environment variable that test.sh sets. Throws std::runtime_error when it is not set.
 inline std::string Environment(const char* name) {
     const char* value = std::getenv(name);
     if (value == nullptr || *value == '\0')
@@ -15,7 +15,7 @@ inline std::string Environment(const char* name) {
     return value;
 }
 
-// How often to do something: a release asks for more than a short run does.
+// How often to do something; a release sets the variable to more than is usual.
 inline int CountFromEnvironment(const char* name, int usual) {
     const char* value = std::getenv(name);
     return value == nullptr ? usual : std::atoi(value);

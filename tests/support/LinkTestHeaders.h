@@ -1,6 +1,6 @@
 #pragma once
 
-// The same for the tests of channels.
+// What tests of channels include besides, to be precompiled.
 #include <asio/io_context.hpp>
 #include <asio/ip/tcp.hpp>
 #include <asio/ip/udp.hpp>

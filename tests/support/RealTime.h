@@ -11,7 +11,7 @@
 
 namespace tolvane::test {
 
-// What a wait may take beyond what it is bounded by.
+// By how much a wait may exceed its limit.
 constexpr TMilliseconds kTolerance{100};
 
 struct TCost {
@@ -24,15 +24,15 @@ TMilliseconds ThreadTime();
 
 TCost Measure(const std::function<void()>& action);
 
-// Fails when `action` ends before `expected` or more than the tolerance after it, or uses 5 % of a
-// core meanwhile. A busy machine can make one measurement late, but not five in a row; none may be
-// early.
+// Fails the test when `action` takes less than `expected` or more than that and the tolerance, or
+// when it works for 5 % of the expected time. A busy machine can make one measurement late, so only
+// five late ones in a row fail; a single early one fails.
 void ExpectLasts(TMilliseconds expected, const std::function<void()>& action);
 
-// Fails when `action` takes longer than the tolerance, five times in a row.
+// Fails the test when `action` takes longer than the tolerance five times in a row.
 void ExpectEndsAtOnce(const std::function<void()>& action);
 
-// The system's clock; lets a test act whenever somebody looks at it, on the thread that looks.
+// The system's clock. Calls `onLook` whenever it is read, on the thread that reads it.
 class TWatchedClock : public TClock {
 public:
     TTimePoint Now() const override {

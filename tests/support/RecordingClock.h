@@ -7,8 +7,8 @@
 
 namespace tolvane::test {
 
-// Time that passes only in pauses, which take no time and are written down, and by `perLook`
-// whenever somebody looks at the clock.
+// A clock that moves only by pauses, which take no real time and are recorded, and by `perLook`
+// each time it is read.
 class TRecordingClock : public TClock {
 public:
     TTimePoint Now() const override {
@@ -20,7 +20,7 @@ public:
         pauses.push_back(pause);
         now_ += pause;
     }
-    // What has passed since the clock was made.
+    // The time that has passed on it so far.
     TMilliseconds Passed() const {
         return std::chrono::duration_cast<TMilliseconds>(now_ - start_);
     }

@@ -1,6 +1,6 @@
 #pragma once
 
-// The same for the tests of windows.
+// What tests of windows include besides, to be precompiled.
 #include <windows.h>
 
 #include <commctrl.h>

@@ -53,7 +53,7 @@ struct TSide {
     std::function<void()> run;
 };
 
-// The best of some rounds of each side, turn by turn.
+// Takes the best of several rounds of each side, in turns.
 void Compare(const TSide& ours, const TSide& other, double atMost) {
     double best[2] = {std::numeric_limits<double>::max(), std::numeric_limits<double>::max()};
     for (int round = 0; round < kRounds; ++round) {

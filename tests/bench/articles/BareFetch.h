@@ -5,8 +5,8 @@
 
 namespace tolvane::bench {
 
-// Prepares and runs a query and fetches its rows into one row's space, by nothing but calls of the
-// client library. Returns the number of rows. `database` points to the attachment's handle.
+// Prepares and runs a query and fetches its rows into the space of one row, with calls of the
+// client library alone. Returns the number of rows. `database` points to the attachment's handle.
 std::size_t BareFetch(void* database, const std::string& text);
 
 }  // namespace tolvane::bench

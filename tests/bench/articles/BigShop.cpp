@@ -2,7 +2,8 @@
 
 namespace tolvane::bench {
 
-// A comment stands behind each semicolon that does not end a statement of the script.
+// A statement ends with a semicolon at the end of a line; the other semicolons have a comment after
+// them.
 std::string BigShopScript(int articles) {
     return R"(
 insert into N_CURRENCY values (1, 'Български лев', 'лв', 1, 1, 1);

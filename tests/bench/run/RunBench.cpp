@@ -62,7 +62,8 @@ public:
     void ShowRunError(std::string text) override { End("run", text); }
 };
 
-// Drivers of one virtual scale: the links that it has opened, whatever the settings name.
+// Makes drivers for one virtual scale over the links that it has opened, whatever the settings
+// name.
 class TFactory : public TRealScaleFactory {
 public:
     explicit TFactory(const simulator::TVirtualScale& scale)

@@ -39,7 +39,7 @@ protected:
         return ToUtf8(
             session_.DisplayText(session_.Articles().RowAt(0), TField::PLU_SELL_PRICE_LV));
     }
-    // Transactions of the host's connection, seen by itself: one more is the asking one's own.
+    // The host's connection counts its own transactions, the one that asks included.
     std::string Active() {
         return database_->Host().Ask(
             "select count(*) - 1 from MON$TRANSACTIONS where MON$ATTACHMENT_ID = "
@@ -108,7 +108,7 @@ TEST_F(ArticleSessionLoadTest, ALoadInsideALoadDoesNothing) {
     EXPECT_EQ(Numbers(), (TIntegers{1, 2, 3}));
 }
 
-// In the order of the names: Круши, Сок от ябълки, Ябълки.
+// By name: Круши, Сок от ябълки, Ябълки.
 TEST_F(ArticleSessionLoadTest, AClickOnATitleSortsAndTheNextOneTurnsTheOrderRound) {
     AddThree();
     session_.LoadArticles();
@@ -188,7 +188,7 @@ TEST_F(ArticleSessionLoadTest, EndCommitsWhatIsLeftOfATransaction) {
     session_.LoadArticles();
     const int before = std::stoi(commits());
     session_.End();
-    // Asking is committed too, after it has read.
+    // The query that counts the commits is committed too, but only after it has counted.
     EXPECT_EQ(std::stoi(commits()), before + 2);
     session_.LoadArticles();
     session_.Abandon();

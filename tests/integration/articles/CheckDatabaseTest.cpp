@@ -17,7 +17,7 @@ protected:
             table + "'");
     }
 
-    // Runs the check; a box must come when all is put away.
+    // Runs the check. Its error box may come only after everything has been released.
     std::string ErrorOfCheck() {
         view_.events.clear();
         view_.onEvent = [&](const std::string&) {
@@ -96,7 +96,7 @@ TEST_F(CheckDatabaseTest, ATableThatAnotherUserIsWritingToIsReportedAtOnce) {
     EXPECT_EQ(Indexes("SUPPLIES_PLUCONTROL"), "1");
 }
 
-TEST_F(CheckDatabaseTest, AUserWithoutTheRightIsTold) {
+TEST_F(CheckDatabaseTest, AUserWithoutTheRightGetsAnError) {
     Run("create or alter user TOLVANE_CLERK password 'clerk' using plugin Srp");
     TLogin clerk;
     clerk.user = "TOLVANE_CLERK";
@@ -112,7 +112,7 @@ TEST_F(CheckDatabaseTest, AUserWithoutTheRightIsTold) {
     Run("drop user TOLVANE_CLERK using plugin Srp");
 }
 
-// Who may not create one gets no error, as nothing but the count is run.
+// A user who may not create an index gets no error, because only the count is run.
 TEST_F(CheckDatabaseTest, WithTheIndexPresentOnlyTheCountQueryRuns) {
     Run("create index SUPPLIES_PLUCONTROL_PLUIDX on SUPPLIES_PLUCONTROL (SPCTRL_PLUNUMB)");
     Run("create or alter user TOLVANE_CLERK password 'clerk' using plugin Srp");

@@ -4,7 +4,7 @@
 
 #include "tests/integration/articles/LoadFixture.h"
 
-// A host keeps a number in whatever type it likes; the articles are the same.
+// Hosts keep numbers in columns of different types; the loaded articles must not differ.
 
 namespace tolvane::test {
 namespace {
@@ -89,7 +89,8 @@ TEST_P(PriceTypesTest, OfPricesRatesAndTaxes) {
     EXPECT_EQ(Float(0, TField::TAX_GROUP_WAT), 20.0);
 }
 
-// The converted prices are computed by the database, which does not compute with texts.
+// Without text types: the database computes the converted prices, and it does not compute with
+// texts.
 INSTANTIATE_TEST_SUITE_P(ColumnTypes, PriceTypesTest,
                          testing::Values("smallint", "integer", "bigint", "numeric(9,2)",
                                          "numeric(15,4)", "numeric(18,6)", "float",

@@ -68,7 +68,7 @@ TEST_F(DatabaseErrorsTest, CyrillicNamesInMessagesComeInCodePage1251) {
     EXPECT_NE(ToUtf8(error.what()).find("Магазин"), std::string::npos) << ToUtf8(error.what());
 }
 
-TEST_F(DatabaseErrorsTest, AWrongPasswordIsToldInTheServersWords) {
+TEST_F(DatabaseErrorsTest, AWrongPasswordIsReportedInTheServersWords) {
     TLogin login;
     login.password = "wrong";
     const TDatabaseError error = ErrorOf([&] { database_.Attach(login); });
@@ -79,7 +79,7 @@ TEST_F(DatabaseErrorsTest, AWrongPasswordIsToldInTheServersWords) {
     EXPECT_EQ(error.ErrorCode(), 335544472);
 }
 
-TEST_F(DatabaseErrorsTest, AServerThatIsNotThereIsToldInTheClientsWords) {
+TEST_F(DatabaseErrorsTest, AServerThatIsNotThereIsReportedInTheClientsWords) {
     TLogin login;
     login.address = "127.0.0.1/1";
     const TDatabaseError error = ErrorOf([&] { database_.Attach(login); });
@@ -87,7 +87,7 @@ TEST_F(DatabaseErrorsTest, AServerThatIsNotThereIsToldInTheClientsWords) {
     EXPECT_EQ(error.ErrorCode(), 335544721);
 }
 
-TEST_F(DatabaseErrorsTest, ANullInAColumnThatMustHaveAValueIsTold) {
+TEST_F(DatabaseErrorsTest, ANullInAColumnThatMustHaveAValueIsReported) {
     const TDatabaseError error = ErrorOf("insert into T values (null)");
     EXPECT_EQ(error.SqlCode(), -625);
     EXPECT_NE(std::string(error.what()).find("*** null ***"), std::string::npos) << error.what();

@@ -229,7 +229,7 @@ TEST_F(LoadTest, AnEmptyResultLeavesTheTableEmptyWithoutAWaitWindowAndWithoutAnE
     sort_.Clear();
     EXPECT_EQ(LoadEvents(), TEvents{"suspend"});
     EXPECT_EQ(articles_.RowCount(), 0U);
-    // It ends early on purpose: nothing is closed, committed or resumed.
+    // The load ends early on purpose: nothing is closed, committed or resumed.
     EXPECT_TRUE(query_->IsOpen());
     EXPECT_TRUE(transaction_->IsActive());
     EXPECT_EQ(sort_.field, std::nullopt);

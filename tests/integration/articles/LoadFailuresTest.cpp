@@ -12,8 +12,8 @@ using TEvents = std::vector<std::string>;
 
 class LoadFailuresTest : public LoadTest {
 protected:
-    // Loads, and checks that at the error box all is put away already. Returns the events before
-    // the box; its text is in error_.
+    // Loads, and checks that everything has been released when the error box comes. Returns the
+    // events before the box; error_ is its text.
     TEvents FailingLoad() {
         bool asked = false;
         view_.onEvent = [&](const std::string& event) {
@@ -43,7 +43,7 @@ TEST_F(LoadFailuresTest, ATextThatDoesNotConvertForTheScaleNumberKeepsTheRowsBef
     EXPECT_EQ(Integers(TField::PLU_SCALE_NUMB), (std::vector<int>{11, 12}));
 }
 
-TEST_F(LoadFailuresTest, AMissingTableIsToldInTheServersWords) {
+TEST_F(LoadFailuresTest, AMissingTableIsReportedInTheServersWords) {
     Run("drop table PROMOTIONS");
     AddArticle(1);
     EXPECT_EQ(FailingLoad(), (TEvents{"suspend", "hide", "resume"}));
@@ -65,7 +65,7 @@ TEST_F(LoadFailuresTest, AnErrorInThePromotionPassKeepsAllRows) {
     EXPECT_EQ(Float(0, TField::PromoPrice), 3.5);
 }
 
-TEST_F(LoadFailuresTest, AConnectionThatIsCutInMidFetchIsToldAndNothingHangs) {
+TEST_F(LoadFailuresTest, AConnectionThatIsCutInMidFetchIsReportedAndNothingHangs) {
     AddArticle(1);
     Run("insert into PLUES select X.N, 'K', X.N, 'Артикул с някакво име', 'E', 'L', 1, 2, 3, 1, 1, "
         "1, 2, 7, 0, '1', '0', 0 from (with recursive R as (select 2 N from RDB$DATABASE union all "
@@ -83,7 +83,7 @@ TEST_F(LoadFailuresTest, AConnectionThatIsCutInMidFetchIsToldAndNothingHangs) {
     EXPECT_EQ(articles_.RowCount(), 0U);
 }
 
-TEST_F(LoadFailuresTest, AConnectionThatTheServerHasEndedIsToldAtEachLoad) {
+TEST_F(LoadFailuresTest, AConnectionThatTheServerHasEndedIsReportedAtEachLoad) {
     AddArticle(1);
     Loader().LoadArticles();
     const std::string id = database_->Host().Ask("select current_connection from RDB$DATABASE");
@@ -93,7 +93,7 @@ TEST_F(LoadFailuresTest, AConnectionThatTheServerHasEndedIsToldAtEachLoad) {
     EXPECT_EQ(FailingLoad(), (TEvents{"suspend", "hide", "resume"}));
 }
 
-TEST_F(LoadFailuresTest, AHandleThatIsNoConnectionIsTold) {
+TEST_F(LoadFailuresTest, AHandleThatIsNotAConnectionIsReported) {
     void* nothing = nullptr;
     transaction_ = std::make_unique<TTransaction>(Library(), &nothing);
     query_ = std::make_unique<TQuery>(*transaction_);

@@ -99,17 +99,17 @@ std::vector<std::string> LoadTest::LoadEvents() {
     return view_.events;
 }
 
-std::string LoadTest::Text(std::size_t place, TField field) const {
-    return ToUtf8(articles_.Text(articles_.RowAt(place), field));
+std::string LoadTest::Text(std::size_t index, TField field) const {
+    return ToUtf8(articles_.Text(articles_.RowAt(index), field));
 }
 
-std::string LoadTest::Shown(std::size_t place, TField field) const {
+std::string LoadTest::Shown(std::size_t index, TField field) const {
     return ToUtf8(
-        articles_.DisplayText(articles_.RowAt(place), field, regional_, loader_->BaseCurrency()));
+        articles_.DisplayText(articles_.RowAt(index), field, regional_, loader_->BaseCurrency()));
 }
 
-double LoadTest::Float(std::size_t place, TField field) const {
-    return articles_.Float(articles_.RowAt(place), field);
+double LoadTest::Float(std::size_t index, TField field) const {
+    return articles_.Float(articles_.RowAt(index), field);
 }
 
 std::vector<int> LoadTest::Integers(TField field) const {

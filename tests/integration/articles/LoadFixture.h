@@ -14,7 +14,8 @@
 
 namespace tolvane::test {
 
-// What the loader told, in order: "suspend", "show 2", "step", "hide", "resume", "error <UTF-8>".
+// Records what the loader reports, in order: "suspend", "show 2", "step", "hide", "resume", "error
+// <UTF-8>".
 class TRecordingView : public TWaitView, public TLoadView {
 public:
     void Show(int count) override { Note("show " + std::to_string(count)); }
@@ -51,7 +52,8 @@ protected:
     // Binds the loader to the host's present connection.
     void Connect();
 
-    // One row; columns that are not given have a usual value: an article of the lev, in kilograms.
+    // Adds one row. A column that is not given gets a usual value: an article priced in leva and
+    // sold by the kilogram.
     void AddArticle(int number, const TColumns& columns = {});
     void AddPromotion(int id, int article, const TColumns& columns = {});
     void Insert(const std::string& table, const TColumns& columns);
@@ -59,10 +61,10 @@ protected:
 
     TArticleLoader& Loader() { return *loader_; }
     std::vector<std::string> LoadEvents();
-    // A field of the row at a place, as UTF-8.
-    std::string Text(std::size_t place, TField field) const;
-    std::string Shown(std::size_t place, TField field) const;
-    double Float(std::size_t place, TField field) const;
+    // A field of the row with this index in the table's order, as UTF-8.
+    std::string Text(std::size_t index, TField field) const;
+    std::string Shown(std::size_t index, TField field) const;
+    double Float(std::size_t index, TField field) const;
     std::vector<int> Integers(TField field) const;
 
     std::unique_ptr<TTestDatabase> database_;

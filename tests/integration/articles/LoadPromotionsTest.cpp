@@ -10,7 +10,7 @@ constexpr const char* kFarAhead = "'2199-12-31'";
 
 class LoadPromotionsTest : public LoadTest {
 protected:
-    // Loads one article of 5.00 with one promotion and tells whether it is active.
+    // Loads one article at 5.00 with one promotion. Returns whether the promotion is active.
     bool IsActive(const TColumns& promotion) {
         Run("delete from PROMOTIONS");
         Run("delete from PLUES");
@@ -138,10 +138,10 @@ TEST_F(LoadPromotionsTest, AnArticleWithTwoQualifyingOnesShowsTwoRowsEachWithIts
     AddPromotion(11, 1, {{"PR_PRICE", "2.5"}, {"PR_PRIORITY", "1"}});
     Loader().LoadArticles();
     ASSERT_EQ(articles_.RowCount(), 2U);
-    for (std::size_t place = 0; place < 2; ++place) {
-        const bool first = Integers(TField::PR_ID)[place] == 10;
-        EXPECT_TRUE(articles_.Boolean(articles_.RowAt(place), TField::HasActivePromotion));
-        EXPECT_EQ(Float(place, TField::PromoPrice), first ? 3.5 : 2.5);
+    for (std::size_t index = 0; index < 2; ++index) {
+        const bool first = Integers(TField::PR_ID)[index] == 10;
+        EXPECT_TRUE(articles_.Boolean(articles_.RowAt(index), TField::HasActivePromotion));
+        EXPECT_EQ(Float(index, TField::PromoPrice), first ? 3.5 : 2.5);
     }
     EXPECT_NE(Integers(TField::PR_ID)[0], Integers(TField::PR_ID)[1]);
 }

@@ -46,7 +46,7 @@ protected:
         query_.emplace(transaction_);
     }
 
-    // In a transaction that sees what is committed up to now.
+    // Opens the query in a transaction that sees everything committed so far.
     void Open(std::string_view text) {
         transaction_.Commit();
         transaction_.Start();
@@ -247,7 +247,7 @@ TEST_F(QueryTest, AStatementWithoutRowsCannotBeOpenedAndIsNotRun) {
     EXPECT_EQ(ErrorOf("insert into EVERY_TYPE (A_CHAR) values ('x')"), "Заявката не връща данни");
 }
 
-TEST_F(QueryTest, ABadStatementIsToldWithItsSqlCode) {
+TEST_F(QueryTest, ABadStatementIsReportedWithItsSqlCode) {
     query_->SetText("select from nowhere");
     try {
         query_->Open();
@@ -258,7 +258,7 @@ TEST_F(QueryTest, ABadStatementIsToldWithItsSqlCode) {
     }
 }
 
-TEST_F(QueryTest, AnErrorInALaterRowIsTold) {
+TEST_F(QueryTest, AnErrorInALaterRowIsReported) {
     EXPECT_NE(ErrorOf("select 1 / (N - 1) from (select 0 N from RDB$DATABASE union all select 1 N "
                       "from RDB$DATABASE) X")
                   .find("divide by zero"),

@@ -24,7 +24,7 @@ protected:
         query.Execute();
     }
     std::string Rows() { return database_.Attach()->Ask("select count(*) from T"); }
-    // Transactions of the host's connection, seen by itself: one more is the asking one's own.
+    // The host's connection counts its own transactions, the one that asks included.
     std::string Active() {
         return database_.Host().Ask(
             "select count(*) - 1 from MON$TRANSACTIONS where MON$ATTACHMENT_ID = "
@@ -102,7 +102,7 @@ TEST_F(TransactionTest, WithoutAHandleCellStartIsAnError) {
 }
 
 TEST_F(TransactionTest, AFailedCommitLeavesItActive) {
-    // Building a unique index over repeated values fails when it is committed or before.
+    // A unique index over repeated values fails when it is committed, if not before.
     database_.Host().Run("insert into T values (1)");
     database_.Host().Run("insert into T values (1)");
     TTransaction transaction = Make();

@@ -21,8 +21,8 @@ public:
         link->Connect();
         ASSERT_TRUE(channel->IsConnected()) << channel->LastError;
     }
-    // Each piece arrives only when the read has looked at the clock again, so that no two of them
-    // are read in one pass.
+    // Each piece arrives only after the read has looked at the clock again, so that no pass reads
+    // two of them.
     void SendsDuringTheRead(std::deque<TCmdBuffer> pieces) {
         // The first look sets the deadline.
         link->clock.onLook = [this, left = std::move(pieces), looks = 0]() mutable {
@@ -37,7 +37,7 @@ public:
         link->clock.onLook = nullptr;
         return code;
     }
-    // Lets the time of a silent read pass in a few looks at the clock.
+    // Lets a silent read time out after a few looks at the clock.
     void HurryClock() { link->clock.perLook = TMilliseconds(1000); }
 
     std::unique_ptr<TChannelLink> link;
@@ -136,7 +136,7 @@ TEST_P(ChannelContractTest, ReadAnswer_NoiseAfterAFrameNeverReachesTheNextReply)
     EXPECT_EQ(reply, (TCmdBuffer{0x02, 0x42, 0x03}));
 }
 
-// A late reply to the same command cannot be told from the right one: what each wire does with it.
+// A late reply to the same command looks like the right one. This is what each wire does with it.
 TEST_P(ChannelContractTest, ALateReply_BeforeTheNextRequestOnlyASerialLineThrowsAway) {
     HurryClock();
     EXPECT_EQ(Read(), kReadTimeout);
@@ -159,7 +159,7 @@ TEST_P(ChannelContractTest, ALateReply_AfterTheNextRequestIsTakenForItsAnswer) {
     EXPECT_EQ(reply, (TCmdBuffer{0x02, 0x4C, 0x03}));
 }
 
-// The second piece comes when the read is over, and the next request does not ask for it.
+// The second reply arrives after the read has ended, and answers no request.
 TEST_P(ChannelContractTest, ALateReply_ThatComesTwiceShiftsTheNextReplyExceptOnASerialLine) {
     EXPECT_TRUE(channel->SendData({0x04}));
     link->PeerSends({0x02, 0x4C, 0x03});

@@ -9,9 +9,9 @@
 
 namespace tolvane::test {
 
-// A channel and the peer at the other end of its wire. The channel's clock stands still except in
-// its own pauses and for what a test adds per look; a test moves the peer between two passes of a
-// read with the clock's onLook.
+// A channel and the peer at the other end of its wire. The channel's clock moves only by the
+// channel's own pauses and by what a test adds per look. The clock's onLook lets a test move the
+// peer between two passes of a read.
 class TChannelLink {
 public:
     virtual ~TChannelLink() = default;
@@ -19,12 +19,12 @@ public:
     virtual TDevComm& Channel() = 0;
     // Opens the channel and brings up its peer.
     virtual void Connect() = 0;
-    // One segment, one datagram, one write: it is there when this returns.
+    // Sends one segment, one datagram or one write, which has arrived when this returns.
     virtual void PeerSends(const TCmdBuffer& bytes) = 0;
     // The next `count` bytes that the channel sent; fewer when they do not come within seconds.
     virtual TCmdBuffer PeerReceives(std::size_t count) = 0;
 
-    // What the channel is called, and how its texts begin.
+    // The channel's description, and how its failure texts begin.
     std::string description;
     std::string sendFailure;
     std::string readFailure;

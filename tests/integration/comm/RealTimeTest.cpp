@@ -21,7 +21,8 @@ struct TWaitingLinkKind {
     std::unique_ptr<TWaitingLink> (*make)();
 };
 
-// Noise as fast as a line of 9600 bit/s carries it, with neither mark in it.
+// Noise without a start or an end byte, as much as a line of 9600 bit/s carries in ten
+// milliseconds.
 const TCmdBuffer kNoise(10, 0x55);
 
 class RealTimeTest : public testing::TestWithParam<TWaitingLinkKind> {
@@ -111,8 +112,8 @@ TEST_P(RealTimeUdpTest, EmptyDatagramsDoNotKeepTheReadBeyondItsDeadlineNorBusy) 
     EXPECT_EQ(reply, TCmdBuffer{});
 }
 
-// The peer's computer says that nobody has the port; that is no answer, and none to wait busily
-// for.
+// The peer's computer reports the port as closed. The read must not take that for an answer, nor
+// busily try again.
 TEST_P(RealTimeUdpTest, AScalePortThatIsClosedIsWaitedForUntilTheDeadlineAndNotBusily) {
     link->Close();
     ExpectLasts(kTimeout, [&] {
@@ -127,7 +128,8 @@ INSTANTIATE_TEST_SUITE_P(Links, RealTimeUdpTest,
 
 class RealTimeLossTest : public RealTimeTest {
 public:
-    // From the loss until a read, which has taken the beginning of a frame before, has ended.
+    // How long a read that has already taken the beginning of a frame goes on after the link is
+    // lost.
     TMilliseconds NoticedAfter(const std::function<void()>& lose) {
         link->Send({0x02, 0x41});
         std::promise<void> reading;
@@ -137,7 +139,7 @@ public:
             lost = SystemClock().Now();
             lose();
         });
-        // When the read sets out for its third wait, both bytes are taken.
+        // The read begins its third wait only after it has taken both bytes.
         link->clock.onLook = [&reading, looks = 0]() mutable {
             if (++looks == 4) reading.set_value();
         };
@@ -187,7 +189,7 @@ INSTANTIATE_TEST_SUITE_P(Links, RealTimeSerialLossTest,
                          testing::Values(TWaitingLinkKind{"Serial", MakeWaitingSerial}), kLinkName);
 #endif
 
-// Without this nothing here could find a wait that is busy.
+// Shows that the tests here would notice a busy wait.
 TEST(RealTimeCostTest, AThreadThatWorksIsSeenToWork) {
     const TTimePoint limit = SystemClock().Now() + TMilliseconds(10000);
     const TCost cost = Measure([&] {
@@ -210,7 +212,7 @@ public:
     std::string prefix;
 };
 
-TEST_F(RealTimeConnectTest, ARefusedConnectionIsToldAtOnce) {
+TEST_F(RealTimeConnectTest, ARefusedConnectionIsReportedAtOnce) {
     TTcpPeer peer;
     Aim(channel, "127.0.0.1", peer.Port());
     peer.StopListening();
@@ -219,13 +221,14 @@ TEST_F(RealTimeConnectTest, ARefusedConnectionIsToldAtOnce) {
 }
 
 #ifdef __linux__
-TEST_F(RealTimeConnectTest, AnUnreachableAddressIsToldAtOnce) {
+TEST_F(RealTimeConnectTest, AnUnreachableAddressIsReportedAtOnce) {
     Aim(channel, "255.255.255.255", 1001);
     ExpectEndsAtOnce([&] { EXPECT_FALSE(channel.Open()); });
     EXPECT_EQ(channel.LastError, prefix + "Network is unreachable (101)");
 }
 
-// A listener that never accepts lets one connection in and leaves the next without an answer.
+// The system completes the first connection to a listener that never accepts, and does not answer
+// the next one.
 TEST_F(RealTimeConnectTest, AConnectThatIsNeverAnsweredEndsAfter3000MsAndIsNotBusy) {
     TTcpPeer deaf(0);
     TDevCommTCP filler(SystemClock());

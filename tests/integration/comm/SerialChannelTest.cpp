@@ -67,7 +67,7 @@ TEST_F(SerialChannelTest, Open_SetsEightDataBitsOneStopBitNoParityAndNoFlowContr
     EXPECT_EQ(settings.c_lflag & (ICANON | ECHO), 0U);
 }
 
-// A pair of terminals takes no other data bits and no parity.
+// A pseudo-terminal takes no other number of data bits and no parity.
 TEST_F(SerialChannelTest, Open_SetsOtherLineSettingsToo) {
     channel.SetStopBits(sbTwoStopBits);
     channel.SetFlowControl(fcSoftware);
@@ -182,7 +182,7 @@ TEST_F(SerialChannelTest, APortWhoseOtherEndGoesInMidFrameFailsAtOnce) {
     EXPECT_LE(clock.Passed(), TMilliseconds(100));
 }
 
-// An adapter that was pulled out and put back has its name again, behind which is another device.
+// An adapter that was pulled out and put back has the same name, but is another device.
 TEST_F(SerialChannelTest, APortThatVanishedCanBeOpenedAgainWhenItIsBack) {
     const std::filesystem::path name =
         std::filesystem::temp_directory_path() / ("tolvane-port-" + std::to_string(::getpid()));

@@ -6,7 +6,7 @@
 
 namespace tolvane::test {
 
-// The far end of a pair of terminals; the near end is a serial port's path.
+// The far end of a pseudo-terminal; the near end is a path that a channel opens as its serial port.
 class TSerialPeer {
 public:
     TSerialPeer();
@@ -15,17 +15,17 @@ public:
     TSerialPeer& operator=(const TSerialPeer&) = delete;
 
     const std::string& PortName() const { return name_; }
-    // Returns when all of it waits in the port.
+    // Returns when all bytes have arrived in the port.
     void Send(const TCmdBuffer& bytes) const;
-    // Returns at once; beside a read on another thread.
+    // Returns at once, for a read on another thread.
     void Stream(const TCmdBuffer& bytes) const;
     TCmdBuffer Receive(std::size_t count);
     int BytesWaitingInPort() const;
-    // From now on the far end is told of purges instead of receiving bytes.
+    // From now on the far end gets notices of purges and no bytes.
     void NoticePurges() const;
     // Which of the port's buffers were purged since the last call: TIOCPKT_FLUSHREAD and -WRITE.
     int PurgesNoticed() const;
-    // The cable is pulled.
+    // Pulls the cable.
     void Close();
     // A descriptor of the near end, to look at the line settings.
     int PortDescriptor() const { return port_; }

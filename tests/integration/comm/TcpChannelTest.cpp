@@ -22,7 +22,7 @@ public:
         ASSERT_TRUE(channel.Open()) << channel.LastError;
         peer.Accept();
     }
-    // Runs `action` when the read has looked at the clock `look` times.
+    // Runs `action` at the `look`-th time that the read looks at the clock.
     void AtLook(int look, std::function<void()> action) {
         clock.onLook = [this, look, action = std::move(action)] {
             if (++looks == look) action();
@@ -43,7 +43,8 @@ public:
         EXPECT_EQ(channel.LastError,
                   "[TCP] Fail send data " + address + " - Socket is not connected.");
     }
-    // A whole exchange over a connection that is made anew, nothing of the earlier one in it.
+    // Opens a new connection and makes a whole exchange, in which nothing of the earlier connection
+    // may turn up.
     void ExpectOpensAgain() {
         clock.onLook = nullptr;
         Connect();
@@ -76,7 +77,7 @@ TEST_F(TcpChannelTest, Open_ARefusedConnectionFailsWithTheSystemsWordsAndNumber)
 }
 
 #ifdef __linux__
-// The address of everybody is nobody's to connect to, whatever the routes are.
+// Nobody can connect to the broadcast address, whatever the routes are.
 TEST_F(TcpChannelTest, Open_AnUnreachableAddressFailsAtOnceAndTheChannelOpensAgain) {
     Aim("255.255.255.255", 1001);
     ExpectOpenFails("Network is unreachable (101)");
@@ -87,7 +88,7 @@ TEST_F(TcpChannelTest, Open_AnUnreachableAddressFailsAtOnceAndTheChannelOpensAga
     EXPECT_EQ(Read(), kReadOk) << channel.LastError;
 }
 
-// A computer that lost its power says nothing more.
+// The peer's computer has lost its power: nothing more comes from it.
 TEST_F(TcpChannelTest, AHalfOpenConnectionToADeadPeerTimesOutAndOpensAgain) {
     Connect();
     EXPECT_TRUE(channel.SendData({0x04, 0x41, 0x03}));
@@ -101,8 +102,8 @@ TEST_F(TcpChannelTest, AHalfOpenConnectionToADeadPeerTimesOutAndOpensAgain) {
     EXPECT_EQ(Read(), kReadOk) << channel.LastError;
 }
 
-// One that was started again answers the next request by a reset. To let a socket go without a word
-// takes a right that not every user has; without it the peer stays dead.
+// A peer that was restarted answers the next request by a reset. Dropping a socket without a reset
+// needs a right that not every user has; without it the peer stays dead.
 TEST_F(TcpChannelTest, AHalfOpenConnectionToARestartedPeerIsFoundLostByTheNextExchange) {
     Connect();
     const bool restarted = peer.Vanish();
@@ -170,7 +171,8 @@ TEST_F(TcpChannelTest, Open_FailingLeavesAnEarlierConnectionClosed) {
 
 #ifdef __linux__
 TEST_F(TcpChannelTest, Open_AConnectThatIsNeverAnsweredFailsAfter3000Ms) {
-    // A listener that never accepts lets one connection in and leaves the next without an answer.
+    // The system completes the first connection to a listener that never accepts, and does not
+    // answer the next one.
     TTcpPeer deaf(0);
     Aim("127.0.0.1", deaf.Port());
     TDevCommTCP filler(clock);
@@ -253,7 +255,7 @@ TEST_F(TcpChannelTest, APeerThatClosesInMidFrameYieldsCode3AndThePartialReply) {
     ExpectOpensAgain();
 }
 
-// The reset may overtake the bytes that were sent before it: what was received is not promised.
+// The reset may overtake bytes that were sent before it, so what was received is left open.
 TEST_F(TcpChannelTest, APeerThatResetsInMidFrameYieldsCode3) {
     Connect();
     AtLook(2, [this] {

@@ -46,7 +46,8 @@ public:
         connection_.close();
     }
 #ifdef __linux__
-    // The connection ends without a word to the other side; false: this user may not do that.
+    // Drops the connection without telling the other side. Returns false when this user may not do
+    // that.
     bool Vanish() {
         const int repair = 1;
         const int handle = connection_.native_handle();

@@ -153,7 +153,8 @@ TEST_F(UdpChannelTest, ReadAnswer_AnEndByteBeyondByte100IsCutOff) {
     EXPECT_EQ(reply, TCmdBuffer(outside.begin(), outside.end() - 1));
 }
 
-// A socket layer that tells how long a datagram was, not how much of it is in the buffer.
+// A socket layer that returns the length of the whole datagram, not how much of it is in the
+// buffer.
 TEST_F(UdpChannelTest, ReadAnswer_AReportedLengthAbove100FailsWithCode1AtOnce) {
     channel.Close();
     std::size_t reported = 0;
@@ -164,20 +165,20 @@ TEST_F(UdpChannelTest, ReadAnswer_AReportedLengthAbove100FailsWithCode1AtOnce) {
         EXPECT_FALSE(error) << error.message();
         return TReceived{reported};
     };
-    TDevCommUDP told(clock, localPort, receive);
-    told.SetHost("127.0.0.1");
-    told.SetPort(peer.Port());
-    ASSERT_TRUE(told.Open()) << told.LastError;
+    TDevCommUDP reader(clock, localPort, receive);
+    reader.SetHost("127.0.0.1");
+    reader.SetPort(peer.Port());
+    ASSERT_TRUE(reader.Open()) << reader.LastError;
     TCmdBuffer frame = Datagram(100);
     frame[99] = 0x03;
     reported = 100;
     PeerSends(frame);
-    EXPECT_EQ(told.ReadAnswer(reply, 0x02, 0x03, 3000), kReadOk) << told.LastError;
+    EXPECT_EQ(reader.ReadAnswer(reply, 0x02, 0x03, 3000), kReadOk) << reader.LastError;
     EXPECT_EQ(reply, frame);
     reported = 101;
     PeerSends(frame);
-    EXPECT_EQ(told.ReadAnswer(reply, 0x02, 0x03, 3000), kReadWrongAnswer);
-    EXPECT_EQ(told.LastError, "[UDP] Fail read data " + address + " - Wrong answer. Too long.");
+    EXPECT_EQ(reader.ReadAnswer(reply, 0x02, 0x03, 3000), kReadWrongAnswer);
+    EXPECT_EQ(reader.LastError, "[UDP] Fail read data " + address + " - Wrong answer. Too long.");
     EXPECT_EQ(reply, TCmdBuffer{});
     EXPECT_EQ(clock.Passed(), TMilliseconds(0));
 }
@@ -189,7 +190,7 @@ TEST_F(UdpChannelTest, ReadAnswer_DatagramsFromAnySenderAreTaken) {
     EXPECT_EQ(reply, kFrame);
 }
 
-// Nobody may send to everybody without asking for it first.
+// A socket may send to the broadcast address only if it has asked for that.
 #ifdef __linux__
 TEST_F(UdpChannelTest, SendData_ThatTheSystemRefusesFailsWithItsWordsAndTheChannelGoesOn) {
     channel.SetHost("127.255.255.255");
@@ -203,7 +204,8 @@ TEST_F(UdpChannelTest, SendData_ThatTheSystemRefusesFailsWithItsWordsAndTheChann
 }
 #endif
 
-// A scale that is switched off: the sender hears nothing of it, and the read lasts its whole time.
+// The scale is switched off. Nothing tells the sender so, and the read lasts for its whole
+// time-out.
 TEST_F(UdpChannelTest, ReadAnswer_FromAScaleThatIsNotThereTimesOutAndTheChannelOpensAgain) {
     peer.Close();
     EXPECT_TRUE(channel.SendData({0x41}));

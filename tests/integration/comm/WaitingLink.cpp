@@ -36,7 +36,7 @@ public:
     }
     TDevComm& Channel() override { return channel_; }
     void Send(const TCmdBuffer& bytes) override { peer_.Send(bytes, port_); }
-    // The port that the channel sends to is nobody's from then on.
+    // From then on nobody has the port that the channel sends to.
     void Close() override { peer_.Close(); }
 
 private:

@@ -13,11 +13,11 @@ class TWaitingLink {
 public:
     virtual ~TWaitingLink() = default;
     virtual TDevComm& Channel() = 0;
-    // What was sent is there when this returns.
+    // The bytes have arrived when this returns.
     virtual void Send(const TCmdBuffer& bytes) = 0;
-    // From another thread, while the channel reads.
+    // For another thread, while the channel reads.
     virtual void Stream(const TCmdBuffer& bytes) { Send(bytes); }
-    // The peer goes away, in order and, where the wire knows that, at a stroke.
+    // The peer goes away: in an orderly way, or abruptly where the wire has such a thing.
     virtual void Close() = 0;
     virtual void Reset() { Close(); }
 

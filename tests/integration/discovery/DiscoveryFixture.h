@@ -21,14 +21,14 @@ using simulator::TScaleOptions;
 using simulator::TVirtualScale;
 using TFound = std::vector<TFoundDevice>;
 
-// A port that nobody held a moment ago.
+// A port that was free a moment ago.
 inline std::uint16_t FreePort() {
     asio::io_context io;
     const asio::ip::udp::socket socket(io, {asio::ip::address_v4::loopback(), 0});
     return socket.local_endpoint().port();
 }
 
-// A network of this computer alone.
+// Searches on this computer's loopback address alone.
 class DiscoveryFixture : public testing::Test {
 protected:
     DiscoveryFixture() {
@@ -39,7 +39,7 @@ protected:
     }
 
     TFound Find() const { return FoundDevices(SystemClock(), stop_, target_); }
-    // Where the scale listens for its probes.
+    // Aims the three probes at the ports on which the scale listens for them.
     void PointAt(const TVirtualScale& scale) {
         target_.ports = {scale.ProbePort(TProbe::Character), scale.ProbePort(TProbe::Find),
                          scale.ProbePort(TProbe::Converter)};

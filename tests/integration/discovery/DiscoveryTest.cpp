@@ -5,7 +5,7 @@
 namespace tolvane::test {
 namespace {
 
-// The system's time; the third look at it stops the search.
+// The system's clock; reading it for the third time stops the search.
 class TStoppingClock : public TClock {
 public:
     explicit TStoppingClock(std::atomic<bool>& stop) : stop_(stop) {}
@@ -65,7 +65,7 @@ TEST_F(DiscoveryTest, FindDevices_GoesOnWhenTheLocalPort5001IsTaken) {
                               {"127.0.0.1", TDeviceKind::TcpModule}}));
 }
 
-TEST_F(DiscoveryTest, FindDevices_AnAddressThatIsNoneFindsNothingAtOnce) {
+TEST_F(DiscoveryTest, FindDevices_SomethingThatIsNotAnAddressFindsNothingAtOnce) {
     target_.address = "scale.local";
     EXPECT_EQ(Find(), TFound{});
 }

@@ -38,7 +38,8 @@ protected:
         return options;
     }
 
-    // What the connection dialog does with a found device; loopback's scale has a port of its own.
+    // What the connection dialog makes of a found device, but with the port that the scale has on
+    // loopback.
     static TScaleSettings Settings(const TFoundDevice& device, std::uint16_t port) {
         TScaleSettings settings = SettingsOfNewScale({});
         settings.transport =

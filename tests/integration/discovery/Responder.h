@@ -22,7 +22,7 @@ public:
     explicit TResponder(std::vector<TReply> replies)
         : replies_(std::move(replies)), thread_([this] { Answer(); }) {}
     ~TResponder() {
-        // A probe of its own, if none has come.
+        // If no probe has come, this one ends the wait for it.
         asio::ip::udp::socket(io_, {loopback_, 0})
             .send_to(asio::buffer("x", 1), {loopback_, Port()});
         thread_.join();

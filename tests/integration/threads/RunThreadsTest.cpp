@@ -98,11 +98,12 @@ protected:
         articles_ = {table, table->Order()};
     }
 
-    // From 0 to `limit` - 1; a distribution of the standard library would depend on the library.
+    // A number from 0 to `limit` - 1. The distributions of standard libraries differ, so this draws
+    // by the remainder.
     unsigned Draw(unsigned limit) { return static_cast<unsigned>(random_() % limit); }
     void DrawFaults();
     void Work(TWork work, TSharedView& view, TRunStop& stop);
-    // What the user does meanwhile; true when he gave the whole run up.
+    // What the user does during the run. Returns true when the user has abandoned the whole run.
     bool Interfere(const TSharedView& view, TRunStop& stop);
     void OneRun();
 
@@ -116,7 +117,7 @@ protected:
     int looks_ = 0;
 };
 
-// One scale in three does something wrong.
+// Lets one scale in three misbehave.
 void RunThreads::DrawFaults() {
     using simulator::TFaultKind;
     constexpr std::array kKinds = {TFaultKind::Silent, TFaultKind::NoReply, TFaultKind::Split,
@@ -185,7 +186,7 @@ void RunThreads::OneRun() {
     const std::string end = "-----------------------------------------\n";
     ASSERT_GE(shown.log.size(), end.size());
     EXPECT_EQ(shown.log.substr(shown.log.size() - end.size()), end);
-    // Only a run that was given up leaves scales out.
+    // Only an abandoned run leaves scales out.
     const std::string last = "Старт на запис във везна: " + std::to_string(kScales) + "\n";
     if (!abandoned) {
         EXPECT_NE(shown.log.find(last), std::string::npos) << shown.log;

@@ -21,7 +21,7 @@ path Ballast() {
     return TConfiguration::File().parent_path() / "ballast";
 }
 
-// Takes every byte that the disk still has.
+// Fills the disk while it lives.
 class TFullDisk {
 public:
     TFullDisk() {
@@ -43,10 +43,10 @@ private:
         const std::vector<char> block(size, 'x');
         DWORD written = 0;
         int blocks = 0;
-        constexpr int kMost = 4096;  // no disk of this test has so many
+        constexpr int kMost = 4096;  // more than the disk of this test can hold
         while (blocks < kMost && WriteFile(handle_, block.data(), size, &written, nullptr) != 0)
             ++blocks;
-        EXPECT_LT(blocks, kMost) << "the disk does not get full";
+        EXPECT_LT(blocks, kMost) << "the disk never gets full";
         EXPECT_EQ(GetLastError(), kDiskFull);
     }
 
@@ -67,7 +67,7 @@ const std::set<std::string> kBallastAndOurs = {"Tolvane.dll", "Tolvane.ini", "ba
 
 using FullDiskTest = TSettingsSession;
 
-TEST_F(FullDiskTest, ConfirmingIsToldInOneBoxAndKeepsTheFileUntilThereIsRoomAgain) {
+TEST_F(FullDiskTest, ConfirmingFailsInOneBoxAndKeepsTheFileUntilThereIsRoomAgain) {
     session_.Start();
     {
         const TFullDisk full;
@@ -82,7 +82,7 @@ TEST_F(FullDiskTest, ConfirmingIsToldInOneBoxAndKeepsTheFileUntilThereIsRoomAgai
     EXPECT_EQ(Content(), kWithoutScale);
 }
 
-TEST_F(FullDiskTest, ClosingIsToldInOneBoxKeepsTheFileAndTheWindowGoes) {
+TEST_F(FullDiskTest, ClosingReportsOneBoxKeepsTheFileAndTheWindowStillCloses) {
     session_.Start();
     {
         const TFullDisk full;

@@ -7,7 +7,7 @@
 namespace tolvane::test {
 namespace {
 
-// Handle values go up in fours, and the lowest free one is given.
+// Handles are multiples of four, and the lowest free one is given.
 constexpr std::uintptr_t kHandleStep = 4;
 constexpr std::uintptr_t kHandleLimit = 4096;
 
@@ -28,7 +28,7 @@ HANDLE OpenComPort() {
         found = handle;
         ++count;
     }
-    EXPECT_EQ(count, 1) << "COM ports that are open";
+    EXPECT_EQ(count, 1) << "COM ports are open";
     return found;
 }
 

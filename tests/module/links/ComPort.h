@@ -6,13 +6,13 @@
 
 namespace tolvane::test {
 
-// The one COM port that this program has open, by whichever object: the handle stays that object's.
-// A failure when there is not exactly one.
+// The handle of the only COM port that this program has open; it still belongs to the object that
+// opened it. Fails the test when there is not exactly one.
 HANDLE OpenComPort();
 
 std::size_t BytesWaiting(HANDLE port);
 
-// Whether so many bytes wait in the port within seconds.
+// Whether that many bytes have arrived in the port within seconds.
 bool WaitForBytes(HANDLE port, std::size_t count);
 
 }  // namespace tolvane::test

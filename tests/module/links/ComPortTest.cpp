@@ -1,6 +1,6 @@
-// The serial channel on a COM port. Behind COM7 is an EVL that does not answer 3C and answers 48
-// 300 ms late; behind COM8 one that goes away at its second request. Its port is taken away, and
-// another put there, when the test asks for it by a file in TOLVANE_LINKS_FOLDER.
+// The serial channel on COM ports. On COM7 is an EVL that does not answer 3C and answers 48 late,
+// by 300 ms; on COM8 is one that goes away at its second request. When the test asks for it by a
+// file in TOLVANE_LINKS_FOLDER, that port is removed, and another one put there.
 #include <fstream>
 
 #include "comm/TDevCommRS232.h"
@@ -18,13 +18,13 @@ const TCmdBuffer kSetWeightMode = {0x04, 0x0D, 0x14, 0x50, 0x50, 0x03};
 const TCmdBuffer kGetVersion = {0x04, 0x0D, 0x14, 0x5C, 0x5C, 0x03};
 constexpr std::size_t kVersionLength = 23;
 
-// Returns when what was asked for is done.
+// Asks for something by a file. Returns when it has been done.
 void Ask(const std::string& what, const std::string& done) {
     const std::string files = Setting("FOLDER") + "\\plugged.";
     std::ofstream(files + what) << what;
     const TTimePoint deadline = SystemClock().Now() + TMilliseconds(60000);
     while (!std::ifstream(files + done)) {
-        ASSERT_LT(SystemClock().Now(), deadline) << "nobody answers \"" << what << "\"";
+        ASSERT_LT(SystemClock().Now(), deadline) << "nobody does what was asked for: " << what;
         SwitchToThread();
     }
 }
@@ -88,7 +88,7 @@ TEST_F(LinksSerialPortTest, APortThatVanishedIsOpenedAgainByTheSameChannelWhenIt
     Ask("unplug", "gone");
     EXPECT_FALSE(channel.Open());
     EXPECT_FALSE(channel.IsConnected());
-    // Wine keeps the name of such a port, and refuses the first question to it.
+    // Wine keeps the name of such a port and fails the first call on it.
     EXPECT_EQ(channel.LastError, "[RS232] Fail open \"COM8\" - " +
                                      SystemErrorText(std::error_code(1, std::system_category())));
     Ask("plug", "back");
@@ -118,8 +118,8 @@ TEST_P(LinksSerialSettingsTest, AScalesPortIsOpenedWithItsSpeedAndPlainLineSetti
 INSTANTIATE_TEST_SUITE_P(Speeds, LinksSerialSettingsTest,
                          testing::Values(9600, 19200, 38400, 57600, 115200));
 
-// The settings that a scale never has show that those above are not merely how the system finds a
-// port.
+// No scale has these settings. They show that those above are not merely what the system gives
+// every port.
 TEST_F(LinksSerialPortTest, OtherLineSettingsReachThePortToo) {
     channel.SetStopBits(sbTwoStopBits);
     channel.SetFlowControl(fcSoftware);

@@ -35,7 +35,7 @@ class FoundScaleTest : public LinksFixture {
 protected:
     void SetUp() override { std::ofstream(file_, std::ios::binary) << "[Host]\r\nTill=7\r\n"; }
 
-    // As the list window's command does: its table, the editor, and its save.
+    // Does what the list window's command does: loads the table, opens the editor, and saves.
     void AddScale(const TFoundChoice& choice) {
         TScaleTable table;
         table.Load(ReadIniFile(file_));
@@ -82,7 +82,7 @@ protected:
                 }};
     }
 
-    // As any other program reads the file.
+    // Reads the file as any other program does.
     std::string Saved(const wchar_t* section, const wchar_t* key) const {
         wchar_t text[128] = {};
         GetPrivateProfileStringW(section, key, L"(none)", text, 128, file_.c_str());

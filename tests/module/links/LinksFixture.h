@@ -20,7 +20,7 @@ inline void PrintTo(const TFoundDevice& device, std::ostream* out) {
 
 namespace tolvane::test {
 
-// TOLVANE_LINKS_<name> of the environment; a failure when it is not set.
+// The environment variable TOLVANE_LINKS_<name>; fails the test when it is not set.
 std::string Setting(const char* name);
 
 // The price in hundredths of an article in the state that the scale of that name has saved; -1 when
@@ -43,7 +43,7 @@ protected:
     void ExpectUpload(const TScaleRec& rec, const std::string& scale, int number,
                       const std::string& price, int hundredths);
 
-    // Without the pauses of the protocol; a serial read waits by the short ones.
+    // Cuts the protocol's pauses short, and leaves the short ones by which a serial read waits.
     TQuickClock clock{{.longestPause = TMilliseconds(10)}};
     TRealScaleFactory factory{clock};
 };

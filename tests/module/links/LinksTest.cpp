@@ -1,7 +1,7 @@
-// Virtual scales behind a COM port and at addresses of their own. The steps that start this program
-// start them too, and say in the environment where they are: TOLVANE_LINKS_SERIAL names the port of
-// an EVL with address 5 (behind COM6 is one that goes away at its second request); UDP1 and UDP2
-// name an ETS and an EVL, TCP an SI/S300 on port 1001.
+// Virtual scales on a COM port and at addresses of their own. The steps that start this program
+// start them too, and name them in the environment: TOLVANE_LINKS_SERIAL is the port of an EVL with
+// address 5 (on COM6 is one that goes away at its second request), TOLVANE_LINKS_UDP1 and _UDP2 are
+// the addresses of an ETS and an EVL, TOLVANE_LINKS_TCP is that of an SI/S300 on port 1001.
 #include "tests/module/links/LinksFixture.h"
 
 #include <asio/io_context.hpp>
@@ -74,7 +74,7 @@ TEST_F(LinksSerialTest, AComPortThatIsNotThereFailsWithTheSystemsWords) {
                   SystemErrorText(std::error_code(2, std::system_category())));
 }
 
-// A port whose other end has gone is "not ready" to every question.
+// The system answers "not ready" to every call on a port whose other end has gone.
 TEST_F(LinksSerialTest, AScaleThatGoesAwayFailsWithTheSystemsWordsAndLeavesOtherPortsAlone) {
     const std::string notReady = SystemErrorText(std::error_code(21, std::system_category()));
     const auto scale = factory.CreateRS232(6, 9600);

@@ -1,5 +1,5 @@
-// Searches by broadcast in a network that the steps set up anew for each of these suites; what
-// stands there is told at each.
+// Searches by broadcast in a network that the steps set up anew for each of these suites. Each
+// suite says what its network holds.
 #include <gtest/gtest.h>
 
 #include <windows.h>
@@ -172,7 +172,7 @@ TEST_F(SearchFloodTest, AFloodIsOneModuleAndHidesNoOther) {
     datagrams = 0;
     EXPECT_EQ(FoundDevices(SystemClock(), false, {}, counting), expected);
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
-    // The system drops what finds its buffer full.
+    // The system drops datagrams for which its buffer has no room.
     EXPECT_GE(datagrams, kReadAtLeast);
     EXPECT_LT(PrivateBytes(), before + kMostGrowth) << "after " << datagrams << " datagrams";
 }

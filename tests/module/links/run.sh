@@ -16,19 +16,19 @@ source "$SCRIPTS/network.sh"
 LINKS=$BUILD/links
 windows=$1 virtual_scale=$2 arguments=("${@:3}")
 
-# links_scale <name> <option>...: by itself, or where the network has a place of that name.
+# links_scale <name> <option>...: by itself, or where the network has a computer of that name.
 links_scale() {
-    local name=$1 place=()
+    local name=$1 where=()
     shift
-    if [[ $name == udp* || $name == tcp ]]; then place=(ip netns exec "$NETWORK_PREFIX-$name"); fi
+    if [[ $name == udp* || $name == tcp ]]; then where=(ip netns exec "$NETWORK_PREFIX-$name"); fi
     rm -f "$LINKS/$name".{json,ready}
-    "${place[@]}" "${SCALE_PRIORITY[@]}" "$virtual_scale" "$@" --save "$LINKS/$name.json" --save-on-weighing \
+    "${where[@]}" "${SCALE_PRIORITY[@]}" "$virtual_scale" "$@" --save "$LINKS/$name.json" --save-on-weighing \
         --ready-file "$LINKS/$name.ready" >"$LINKS/$name.out" 2>&1 </dev/null &
     printf '%s\n' "$!" >"$LINKS/$name.pid"
     wait_until 30 test -s "$LINKS/$name.ready" || fail "the scale $name does not get ready"
 }
 
-# links_at <place> <model> udp|tcp <port> <option>...: answers the searches for its kind.
+# links_at <name> <model> udp|tcp <port> <option>...: answers the searches for its kind.
 links_at() {
     links_scale "$1" --model "$2" --host "$(network_address "$1")" "--$3" "$4" --discovery "$3" "${@:5}"
 }
@@ -47,7 +47,7 @@ links_plug() {
 
 links_scales_end() {
     local name
-    # First, so that no scale is started behind this.
+    # First, so that no scale is started after this.
     if [ -n "${plugger:-}" ]; then kill "$plugger" 2>/dev/null || true; fi
     plugger=
     for name in serial pulled late plugged udp1 udp2 tcp; do

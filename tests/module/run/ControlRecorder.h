@@ -7,8 +7,8 @@
 
 namespace tolvane::test {
 
-// Writes down, in order, what the controls that it watches are told: "Label:text" for a text,
-// "Memo>line" for each line that is added, "Button on" and "Button off". Counts paintings. Must
+// Records, in order, what happens to the controls that it watches: "Label:text" for a text,
+// "Memo>line" for each line that is added, "Button on" and "Button off". Counts paintings. It must
 // live until the controls have gone.
 class TControlRecorder {
 public:

@@ -18,11 +18,11 @@ public:
 
     std::uint16_t Port() const;
 
-    // From now on the system makes the connections that it dropped so far, when they are tried
-    // again (about a second after the first time).
+    // From now on the system accepts connections, also those that it has dropped so far when they
+    // are tried again (about a second after the first attempt).
     void Hear();
-    // After Hear: what all the connections have sent, once their other ends are closed; waits for
-    // that. Nothing when there was none.
+    // After Hear: waits until the other ends of all connections are closed. Returns how many bytes
+    // they have sent, or nothing when there was no connection.
     std::optional<std::size_t> BytesReceived();
 
 private:

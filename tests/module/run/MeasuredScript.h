@@ -6,9 +6,9 @@
 
 namespace tolvane::test {
 
-// A user who also measures the message loop, whose every turn is a look of this script. A step that
-// waits for more than a minute, or a window that stays that long after the last one, ends the test
-// program, since the call that shows the windows would never return.
+// A user who also measures the message loop: each look of this script is a turn of the loop. A step
+// that waits for more than a minute, or a window that stays that long after the last step, ends the
+// test program, since the call that shows the windows would never return.
 class TMeasuredScript : public TUserScript {
 public:
     // Begins the measurement anew.

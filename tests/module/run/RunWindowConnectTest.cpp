@@ -13,8 +13,8 @@
 namespace tolvane::test {
 namespace {
 
-// What the user does while a scale is being connected: slots 1 and 2 are deaf, slot 3 is a scale
-// with room for two articles.
+// What the user does while a scale is being connected. The scales of slots 1 and 2 never answer a
+// connection; that of slot 3 has room for two articles.
 class RunWindowDeafScales : public TRunWindowTest {
 protected:
     RunWindowDeafScales() {
@@ -30,9 +30,9 @@ protected:
         }
         context_.clock = &clock_;
     }
-    // Scale 3 stands at the virtual scale of slot 2.
+    // Slot 3 has the virtual scale that was made for slot 2.
     simulator::TVirtualScale& LivingScale() { return Scale(2); }
-    // With the mouse, as long as the list takes it.
+    // Clicks an item's check box; the list must be enabled.
     static void ClickMark(int item) {
         const HWND list = Part("ScaleList");
         ASSERT_NE(IsWindowEnabled(list), 0);
@@ -40,11 +40,11 @@ protected:
         rect.left = LVIR_BOUNDS;
         SendMessageW(list, LVM_GETITEMRECT, static_cast<WPARAM>(item),
                      reinterpret_cast<LPARAM>(&rect));
-        const LPARAM place = MAKELPARAM(rect.left + 9, (rect.top + rect.bottom) / 2);
+        const LPARAM point = MAKELPARAM(rect.left + 9, (rect.top + rect.bottom) / 2);
         const bool before = TCheckList(list).IsChecked(item);
         // The list waits for the button's release or a drag before it returns.
-        PostMessageW(list, WM_LBUTTONUP, 0, place);
-        SendMessageW(list, WM_LBUTTONDOWN, MK_LBUTTON, place);
+        PostMessageW(list, WM_LBUTTONUP, 0, point);
+        SendMessageW(list, WM_LBUTTONDOWN, MK_LBUTTON, point);
         ASSERT_NE(TCheckList(list).IsChecked(item), before);
     }
     void ThenClickMarkWhileConnecting(int item) {
@@ -53,7 +53,7 @@ protected:
     }
 
     TDeafListener deaf_;
-    // A scale that cannot be reached is given up after a second.
+    // At this pace a run gives up a scale that it cannot reach after one second.
     TQuickClock clock_{{.faster = 3}};
 };
 
@@ -82,7 +82,7 @@ TEST_F(RunWindowDeafScales, AScaleTickedBeforeItsTurnIsErased) {
     EXPECT_TRUE(scales_[3].Checked);
 }
 
-// Slots 1 and 2 change places with slot 3: the scale that can be connected comes first.
+// The table is reordered: the scale that can be connected comes first, then the two that cannot.
 TEST_F(RunWindowDeafScales, AMarkThatAnotherProgramChangesOnceTheListIsDisabledCountsForNoRun) {
     std::swap(scales_[1], scales_[3]);
     scales_[1].Checked = true;

@@ -26,12 +26,12 @@ namespace tolvane::test {
 
 inline constexpr const char* kLogSeparator = "-----------------------------------------";
 
-// Each line with CR LF behind it.
+// Each line with CR LF after it.
 std::string Lines(const std::vector<std::string>& lines);
 
-// The run window over two scales (slots 1 and 2, of which only the first is checked) at virtual
-// scales, with articles 12 and 7, owned by a stand-in of the list window: a child of a main window,
-// as an MDI child is one.
+// The run window with two virtual scales (slots 1 and 2, of which only the first is checked) and
+// articles 12 and 7. Its owner stands for the list window and is a child of a main window, as an
+// MDI child is.
 class TRunWindowTest : public ::testing::Test {
 protected:
     TRunWindowTest();
@@ -45,7 +45,7 @@ protected:
     }
     // For tests that do nothing in the middle of a run.
     void ShortenPauses() { context_.clock = &shortPauses_; }
-    // From the first request on.
+    // The scale answers nothing, from the first request on.
     void SetSilent(int slot);
     // Price writes that have come to the scale.
     int PriceWrites(int slot);
@@ -59,9 +59,9 @@ protected:
     static std::string TextOf(const char* name) { return Utf8TextOf(Part(name)); }
     static std::string Log() { return TextOf("StatusMemo"); }
     static bool LogHas(const std::string& text) { return Log().find(text) != std::string::npos; }
-    // At rest with the closing line of a run.
+    // The window is at rest, and the log ends with the closing line of a run.
     static bool LogEnds();
-    // The control states of a run over listed articles and at rest.
+    // Expects the controls' states of a run over listed articles, or at rest.
     static void ExpectControls(bool running);
 
     // Steps of the user.
@@ -69,8 +69,8 @@ protected:
     void ThenAnswer(int button);
     void ThenClose();
 
-    // While a run works: its thread is one of the program's. Once it has ended, one of them must be
-    // gone. (A count would not do: the system starts threads of its own.)
+    // Call NoteThreads while a run works. After the run has ended, one of the threads noted must be
+    // gone. (A smaller number would prove nothing: the system starts threads of its own.)
     void NoteThreads() { threadsInRun_ = Threads(); }
     void ExpectThreadGone() const {
         const std::set<TThreadKey> now = Threads();
@@ -89,7 +89,7 @@ protected:
     TQuickClock shortPauses_{{.shorterPauses = 10}};
     std::array<std::unique_ptr<simulator::TVirtualScale>, 2> virtualScales_;
     TMeasuredScript script_;
-    std::string log_;  // as ThenClose met it
+    std::string log_;  // when ThenClose closed the window
     TSeenBox box_;     // the last that ThenAnswer answered
     std::set<TThreadKey> threadsInRun_;
 };

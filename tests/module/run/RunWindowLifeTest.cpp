@@ -45,7 +45,7 @@ TEST_F(RunWindowLife, TheWindowRepaintsMovesAndAnswersWhileAScaleIsSilent) {
                      EXPECT_EQ(rect.top, 44);
                      EXPECT_EQ(rect.right - rect.left, 777);
                      EXPECT_EQ(rect.bottom - rect.top, 555);
-                     // All of it within the first time-out.
+                     // All of that has happened within the first time-out.
                      EXPECT_EQ(Scale(1).State().requests.total, 1);
                      EXPECT_TRUE(IsRunning());
                      script_.Measure();

@@ -33,8 +33,8 @@ struct THeld {
     std::uintptr_t handle = NextHandle();
 };
 
-// Windows makes a few objects once, when they are first needed. An ending that leaked each time
-// would leave more: each is taken in about a quarter of the runs.
+// Windows makes a few objects once, when they are first needed. If one way to end a run leaked each
+// time, more would be left: each way is drawn in about a quarter of the runs.
 constexpr int kMadeOnce = 7;
 
 // Whether the runs have left nothing. The scales' own threads end a little later than the runs.
@@ -52,14 +52,16 @@ bool ComesDownTo(const THeld& before) {
 
 class RunWindowRandom : public TRunWindowTest {
 protected:
-    // From 0 to `limit` - 1; a distribution of the standard library would depend on the library.
+    // A number from 0 to `limit` - 1. The distributions of standard libraries differ, so this draws
+    // by the remainder.
     unsigned Draw(unsigned limit) { return static_cast<unsigned>(random_() % limit); }
-    // The list window's stand-in of one run; it may go in the middle of it.
+    // Stands for the list window in one run, and may go in the middle of it.
     HWND NewOwner() const {
         return CreateWindowExW(0, L"STATIC", L"List", WS_CHILD | WS_VISIBLE, 0, 0, 500, 400, frame_,
                                nullptr, nullptr, nullptr);
     }
-    // Those of the run; none when it has ended already, which the window may be about to show.
+    // Notes the threads of the run. There are none when it has ended, even before the window shows
+    // that.
     void NoteNewThreads() {
         const std::set<TThreadKey> now = Threads();
         std::set_difference(now.begin(), now.end(), threadsAtRest_.begin(), threadsAtRest_.end(),
@@ -147,7 +149,7 @@ TEST_F(RunWindowRandom, ARunMayBeEndedAtAnyTime) {
         static_cast<unsigned>(longest));
     EXPECT_GT(inTheMiddle, runs / 2);
     EXPECT_TRUE(!before || ComesDownTo(*before));
-    // The scales are as they should be after all that.
+    // After all that the scales still work.
     script_.When([] { return IsAtRest(); }, [] { Click(Part("SaveBtn")); });
     ThenClose();
     Show(2);

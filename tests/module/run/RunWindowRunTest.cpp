@@ -24,7 +24,7 @@ simulator::TScaleOptions SmallScale() {
     return options;
 }
 
-// Clicks a button of the form, past the message queue.
+// Clicks a button of the form directly, not through the message queue.
 void ClickAtOnce(HWND form, HWND button) {
     SendMessageW(form, WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(button), BN_CLICKED),
                  reinterpret_cast<LPARAM>(button));
@@ -81,7 +81,7 @@ TEST_F(RunWindowRun, AfterARunEveryControlIsEnabledAndBothLabelsAreEmpty) {
                      EXPECT_EQ(TextOf("ReadPropLabel"), "");
                      EXPECT_EQ(TextOf("lblStatus"), "");
                  });
-    // The window is ready for another one.
+    // The window is ready for another run.
     ThenStart("SaveBtn");
     script_.When([] { return IsRunning(); }, [] { ExpectControls(true); });
     ThenClose();
@@ -243,7 +243,7 @@ TEST_F(RunWindowRun, ASecondClickStartsNoSecondRun) {
                  });
     script_.When([] { return IsRunning(); },
                  [] {
-                     // As a program would, past the disabled buttons.
+                     // Presses the disabled buttons, as only a program can.
                      for (const char* name : {"SaveBtn", "DeleteBtn"})
                          ClickAtOnce(Form(), Part(name));
                      EXPECT_EQ(Box(), nullptr);
@@ -255,8 +255,8 @@ TEST_F(RunWindowRun, ASecondClickStartsNoSecondRun) {
     EXPECT_EQ(state.requests.byCommand.at(simulator::kSetPrgMode), 1);
 }
 
-// The first run's thread may still be there: the click counts all the same, and the end of that
-// thread is not taken for the end of the second run.
+// The first run's thread may still exist. The click counts all the same, and the end of that thread
+// is not taken for the end of the second run.
 TEST_F(RunWindowRun, AClickAsSoonAsTheButtonsAreBackStartsTheNextRun) {
     constexpr int kArticles = 20;
     SetArticles(ManyGoods(kArticles));

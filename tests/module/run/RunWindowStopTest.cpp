@@ -132,7 +132,7 @@ protected:
                      [this, action] {
                          NoteThreads();
                          action();
-                         // What is under way may still come to its scale.
+                         // A request that is under way may still reach its scale.
                          mostWrites_ = PriceWrites(1) + 1;
                          if (heldPause_) heldPause_->Release();
                          script_.Measure();
@@ -159,7 +159,7 @@ TEST_P(RunWindowStop, TakesEffectBeforeTheNextArticle) {
     ExpectPauseWasHeld();
     EXPECT_LE(PriceWrites(1), mostWrites_);
     if (IsDelete()) {
-        // The stop is taken back for the next scale.
+        // The stop is reset for the next scale.
         EXPECT_NE(log_.find("Успешно изтрити артикули от везна: Везна 2\r\n"), std::string::npos)
             << log_;
         EXPECT_EQ(PriceWrites(2), 3);
@@ -182,8 +182,8 @@ std::string CaseName(const ::testing::TestParamInfo<TCase>& info) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Write, RunWindowStop, ::testing::ValuesIn(kWriteCases), CaseName);
-// While the first scale of such a run is being connected the button is not enabled yet, and the
-// second scale of this one begins with the stop taken back.
+// While the first scale of such a run is being connected the stop button is not enabled yet, and
+// for the second scale of this one the stop is reset.
 INSTANTIATE_TEST_SUITE_P(Delete, RunWindowStop,
                          ::testing::Values(kDeleteCases[1], kDeleteCases[2], kDeleteCases[3]),
                          CaseName);
@@ -214,7 +214,7 @@ TEST_P(RunWindowClose, EndsTheRunAndThenTheWindow) {
     }
     std::printf("closing: %d turns of the message loop, longest gap %u ms\n", script_.Turns(),
                 static_cast<unsigned>(script_.LongestGap()));
-    // The host lives while the scale is waited for, here for seconds.
+    // The host's windows stay alive while the run waits for the scale, here for seconds.
     const bool waitsLong =
         GetParam().phase == TPhase::Connecting || GetParam().phase == TPhase::WaitingForAReply;
     if (waitsLong) {

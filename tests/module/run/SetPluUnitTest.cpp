@@ -127,7 +127,7 @@ TEST_F(SetPluUnit, CheckMarksAndChoicesAreKept) {
     Show(1);
 }
 
-TEST_F(SetPluUnit, ASettingsFileThatCannotBeWrittenIsToldAfterTheCheckMarksAreBack) {
+TEST_F(SetPluUnit, ASettingsFileThatCannotBeWrittenIsReportedAfterTheCheckMarksAreBack) {
     context_.iniFile = context_.iniFile / "no folder" / "x.ini";
     script_.When([] { return IsAtRest(); },
                  [] {
@@ -138,8 +138,8 @@ TEST_F(SetPluUnit, ASettingsFileThatCannotBeWrittenIsToldAfterTheCheckMarksAreBa
     EXPECT_TRUE(scales_[2].Checked);
 }
 
-// Another program has the file for a moment: the defaults would write another price than the shop
-// has chosen, and would be kept at the end.
+// Another program holds the file for a moment. With default settings the run would write other
+// prices than the shop has chosen, and closing the window would save those settings.
 TEST_F(SetPluUnit, WithSettingsThatCannotBeReadNoWindowComesAndTheyAreKept) {
     const std::string kept = "[SCALESETTINGS]\r\nPriceRadio_ItemIndex=1\r\n";
     PutFile(context_.iniFile, kept);

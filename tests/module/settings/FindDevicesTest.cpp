@@ -40,7 +40,7 @@ void DoubleClick(HWND window) {
                  reinterpret_cast<LPARAM>(List(window)));
 }
 
-// Waits until so many addresses are listed.
+// Waits until that many addresses are listed.
 void Listed(HWND window, int count) {
     EXPECT_TRUE(RunLoopUntil([&] { return Count(window) == count; }));
 }
@@ -60,7 +60,7 @@ void Searched(HWND window) {
 
 class FindDevicesTest : public testing::Test {
 protected:
-    // The form's answer after the steps.
+    // Shows the form and takes the steps. Returns its result.
     int Show(TDeviceSearch search, std::vector<TDialogScript::TStep> steps) {
         TFindDevicesForm form(host_.Frame(), std::move(search));
         const TDialogScript script(kFindDevicesFormClass, std::move(steps));
@@ -69,8 +69,8 @@ protected:
         return result;
     }
 
-    // An early choice of the one address that the first of three probes has found, by what the user
-    // does then.
+    // The same for a search of which the first probe of three has found an address: the user
+    // selects that and chooses it by `choice`.
     int ShowAndChooseEarly(const TDialogScript::TStep& choice) {
         early_.ended = 1;
         return Show(early_.Search(), {[](HWND window) { Press(window, "btnFind"); },
@@ -94,7 +94,7 @@ void CALLBACK CountTick(HWND, UINT, UINT_PTR, DWORD) {
 
 }  // namespace
 
-TEST_F(FindDevicesTest, LooksAsTold) {
+TEST_F(FindDevicesTest, LooksAsDescribed) {
     Show(Finds({}), {[](HWND window) {
              EXPECT_EQ(Utf8TextOf(window), "Налични везни");
              EXPECT_EQ(TextOf(window, "btnFind"), "Търси налични везни");
@@ -107,7 +107,7 @@ TEST_F(FindDevicesTest, LooksAsTold) {
          }});
 }
 
-TEST_F(FindDevicesTest, NoAnswersAreToldAndOkDoesNothing) {
+TEST_F(FindDevicesTest, NoAnswersAreReportedAndOkDoesNothing) {
     const TPicturedBoxes boxes("box-nothing-found");
     EXPECT_EQ(Show(Finds({}), {[](HWND window) { Press(window, "btnFind"); }, Searched,
                                [](HWND window) {
@@ -368,7 +368,7 @@ TEST_F(FindDevicesTest, ASearchTakesAboutThreeSecondsAndNotOnThisThread) {
 }
 
 // Whatever network this computer has.
-TEST_F(FindDevicesTest, TheNetworkIsSearchedAndNothingFoundIsTold) {
+TEST_F(FindDevicesTest, TheNetworkIsSearchedAndNothingFoundIsReported) {
     const TBoxAnswerer boxes;
     int count = -1;
     Show(NetworkSearch(), {[](HWND window) { Press(window, "btnFind"); },

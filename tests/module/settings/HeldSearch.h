@@ -9,7 +9,7 @@
 
 namespace tolvane::test {
 
-// A search that works until it is let go or stopped, and finds something then.
+// A search that works until the test releases or stops it, and then finds something.
 struct THeldSearch {
     std::atomic<bool> started{false};
     std::atomic<bool> released{false};
@@ -27,10 +27,11 @@ struct THeldSearch {
     }
 };
 
-// A search whose probes end one after the other, each when it is let go; a stop ends it.
+// A search whose probes end one after another, each when the test allows it; a stop ends the
+// search.
 struct TSteppedSearch {
     std::vector<std::vector<TFoundDevice>> probes;
-    std::atomic<std::size_t> ended{0};  // so many probes may have ended
+    std::atomic<std::size_t> ended{0};  // how many probes may end
     std::atomic<bool> sawStop{false};
 
     TDeviceSearch Search() {

@@ -50,7 +50,7 @@ bool Overlap(const RECT& a, const RECT& b) {
     return a.left < b.right && b.left < a.right && a.top < b.bottom && b.top < a.bottom;
 }
 
-// Texts that are drawn fit into their controls.
+// Expects that texts fit into the controls that draw them.
 void ExpectTextsFit(HWND window) {
     for (const HWND control : Children(window)) {
         const std::wstring className = ClassOf(control);
@@ -64,13 +64,13 @@ void ExpectTextsFit(HWND window) {
     }
 }
 
-// Arrows stand in the edit line that they belong to.
+// Arrows lie inside the edit line that they belong to.
 bool MayOverlap(HWND control) {
     return IsGroupBox(control) || ClassOf(control) == L"msctls_updown32";
 }
 
-// Controls lie inside the window, and none on another.
-void ExpectPlacesApart(HWND window) {
+// Expects that controls lie inside the window, and none over another.
+void ExpectControlsApart(HWND window) {
     RECT client{};
     GetClientRect(window, &client);
     MapWindowPoints(window, nullptr, reinterpret_cast<POINT*>(&client), 2);
@@ -100,19 +100,19 @@ TEST_F(LayoutTest, ConnectionDialog) {
     TfrmScaleSettings form(host_.Frame(), {}, {}, {},
                            {[](bool, std::vector<std::string>&) {}, search_});
     ExpectTextsFit(form.Handle());
-    ExpectPlacesApart(form.Handle());
+    ExpectControlsApart(form.Handle());
 }
 
 TEST_F(LayoutTest, ScaleList) {
     const TScaleComunicationForm form(host_.Frame(), {}, SystemScaleListServices());
     ExpectTextsFit(form.Handle());
-    ExpectPlacesApart(form.Handle());
+    ExpectControlsApart(form.Handle());
 }
 
 TEST_F(LayoutTest, FindDevices) {
     const TFindDevicesForm form(host_.Frame(), search_);
     ExpectTextsFit(form.Handle());
-    ExpectPlacesApart(form.Handle());
+    ExpectControlsApart(form.Handle());
 }
 
 TEST_F(LayoutTest, Hint) {

@@ -60,7 +60,7 @@ TEST(SettingsLeakTest, OpeningAndClosingLeavesNothingBehind) {
 }
 
 TEST(SettingsLeakTest, TheCountOfWindowsSeesAPlantedLeak) {
-    // The first window brings some of the system's own.
+    // The first window makes the system create some windows of its own.
     const THostFrame host;
     const int windows = ThreadWindows();
     const HWND planted =

@@ -78,8 +78,8 @@ private:
 
 }  // namespace
 
-// The list has the keys at first; five fields on is the button that adds, four further the one that
-// confirms.
+// The list has the focus at first. The fifth Tab reaches the button that adds a scale, three more
+// from there the one that confirms.
 TEST_P(ScaleKeyboardTest, AddsAScale) {
     const TDialogScript dialog(kScaleSettingsFormClass, Keys(GetParam().add));
     EXPECT_EQ(Show(kTwo, Keys(L"\t\t\t\t\t \t\t\t\r")), IDOK);
@@ -88,7 +88,8 @@ TEST_P(ScaleKeyboardTest, AddsAScale) {
     EXPECT_TRUE(scales_[2].Rec.Checked);
 }
 
-// By the arrows to the third scale, backwards over the cancel and OK buttons to the edit, and on.
+// The arrows go to the third scale, Shift+Tab back past the cancel and OK buttons to the one that
+// edits, and Tab on to OK.
 TEST_P(ScaleKeyboardTest, EditsAScale) {
     const TDialogScript dialog(kScaleSettingsFormClass, Keys(GetParam().edit));
     EXPECT_EQ(Show(Three(), Keys(L"↓↓⇤⇤⇤⇤ \t\t\r")), IDOK);

@@ -82,7 +82,7 @@ TEST_F(ScaleListTest, AnEmptyListShowsNothing) {
          }});
 }
 
-TEST_F(ScaleListTest, TheDialogForANewScaleStartsAsTold) {
+TEST_F(ScaleListTest, TheDialogForANewScaleStartsWithTheDefaults) {
     const TDialogScript dialog(
         kScaleSettingsFormClass, {[](HWND window) {
             EXPECT_EQ(Utf8TextOf(window), "Добавяне везна...");
@@ -294,7 +294,7 @@ TEST_F(ScaleListTest, ATwentyFirstScaleIsRefused) {
     EXPECT_EQ(scales_.size(), 20U);
 }
 
-TEST_F(ScaleListTest, TheWebPageIsAlwaysBehindHttp) {
+TEST_F(ScaleListTest, TheWebPageAlwaysBeginsWithHttp) {
     const std::vector<TScaleObj> scales = {EtsScale(1, "a", "192.168.1.10"),
                                            EtsScale(2, "b", "\" -x \"c:\\a"),
                                            EtsScale(3, "c", "file:///c:/x")};
@@ -388,7 +388,7 @@ TEST_F(ScaleListTest, GoesWithItsOwnerAndLeavesTheTable) {
     EXPECT_EQ(table[2].TCPPort, 100);
 }
 
-// The list, the connection dialog and the search, each in front of the one before, and the search
+// The list, the connection dialog and the search are open, each over the one before, and the search
 // works.
 TEST_F(ScaleListTest, AnyOfItsWindowsMayBeDestroyedWhileASearchWorks) {
     for (const wchar_t* destroyed :

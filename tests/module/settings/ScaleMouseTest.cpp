@@ -43,7 +43,7 @@ void PrintTo(const TTransportClicks& transport, std::ostream* out) {
     *out << transport.transport;
 }
 
-// The third digit of a group that is typed over would stay.
+// Typing over a group replaces digit by digit: a third digit would stay, so each group gets three.
 const TTransportClicks kTransportClicks[] = {
     {"RS232",
      {Up("udScaleNumb"), TPick{"cbScaleType", 2}, TPick{"cbbEncoding", 0}, Up("udScaleAddr"),
@@ -64,7 +64,7 @@ const TTransportClicks kTransportClicks[] = {
      {1, "(EVL) - 192.168.1.30 (1)", "10.0.0.8", 1001, 300, 2, 0, 2, 0}},
 };
 
-// Only what is at that point on the screen gets a click there.
+// The click must reach the control: nothing else may lie at that point of the screen.
 void Click(HWND control, POINT at) {
     POINT screen = at;
     ClientToScreen(control, &screen);
@@ -80,12 +80,12 @@ POINT Middle(HWND control) {
 }
 
 void ClickItem(HWND list, int item) {
-    RECT place{};
-    SendMessageW(list, LB_GETITEMRECT, static_cast<WPARAM>(item), reinterpret_cast<LPARAM>(&place));
-    Click(list, {place.left + 5, (place.top + place.bottom) / 2});
+    RECT rect{};
+    SendMessageW(list, LB_GETITEMRECT, static_cast<WPARAM>(item), reinterpret_cast<LPARAM>(&rect));
+    Click(list, {rect.left + 5, (rect.top + rect.bottom) / 2});
 }
 
-// Each control that is clicked, in steps of their own.
+// Makes the steps of each deed, one for each control that is clicked.
 struct TStepsOf {
     TSteps operator()(const TClick& click) const {
         return {[=](HWND window) {
@@ -131,7 +131,7 @@ TSteps Clicks(const TDeeds& deeds) {
     return steps;
 }
 
-// In the connection dialog, which is then confirmed.
+// Clicks in the connection dialog, which is then confirmed.
 TSteps ClicksAndOk(TDeeds deeds) {
     deeds.push_back(TClick{"btnOk"});
     return Clicks(deeds);

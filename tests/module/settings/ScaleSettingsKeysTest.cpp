@@ -6,7 +6,7 @@ namespace {
 
 class ScaleSettingsKeysTest : public ScaleSettingsFixture {
 protected:
-    // Where the focus is before each of so many Tab keys.
+    // Presses Tab `count` times, and notes before each where the focus is.
     TSteps Tabs(std::size_t count) {
         TSteps steps(count, [this](HWND) {
             names_.push_back(ComponentNameOf(GetFocus()));

@@ -49,7 +49,7 @@ protected:
     std::vector<std::string> ports_ = {"COM3", "COM1"};
     std::vector<std::int32_t> listed_;
     std::vector<TFoundDevice> found_;
-    std::vector<bool> sorts_;  // how the ports were asked for
+    std::vector<bool> sorts_;  // whether each request for the ports asked to sort them
     TScaleSettings confirmed_;
 };
 

@@ -1,5 +1,5 @@
-// A scale whose stored number lies outside the limits of the number field: it must not get another
-// one, and with it another scale's articles, because its dialog was opened and confirmed.
+// A scale whose stored number lies outside the limits of the number field. Opening and confirming
+// its dialog must not give it another number, and with that another scale's articles.
 #include <climits>
 
 #include "tests/module/settings/ScaleListFixture.h"
@@ -17,7 +17,7 @@ protected:
         listed_ = {number, 5};
         return Show(SettingsOf(rec, ports_), std::move(steps));
     }
-    // Focuses the field and presses a key there.
+    // Sets the focus to the number field and presses a key.
     static TStep KeyInTheNumber(int virtualKey) {
         return [virtualKey](HWND window) {
             SetFocus(ControlOf(window, "edtScaleNumb"));

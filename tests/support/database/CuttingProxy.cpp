@@ -55,7 +55,8 @@ struct TCuttingProxy::TEnds {
                 if (error) return Close();
                 if (bytesLeft != kUnarmed && (bytesLeft -= static_cast<long>(size)) < 0)
                     return Cut();
-                // Once it has this answer, the client may go on and arm the cut for the next one.
+                // Read first: a client that has this answer may already arm the cut for the next
+                // one.
                 const bool isLast = lastAnswer;
                 if (!Pass(fromServer, size, client)) return Close();
                 if (isLast) return Cut();

@@ -6,8 +6,8 @@
 
 namespace tolvane::test {
 
-// Stands between one client and a server, and cuts both connections at the moment that it is armed
-// for. Works on a thread of its own; called from the test's.
+// Passes everything on between one client and a server, and cuts both connections at a moment that
+// the test chooses. It works on a thread of its own; its functions are for the test's thread.
 class TCuttingProxy {
 public:
     // `server`: host/port with a dotted host.

@@ -14,7 +14,8 @@
 #include "tests/support/Environment.h"
 #include "text/Cp1251.h"
 
-// The client library's own arithmetic for passwords, and its first converter of texts, keep memory.
+// The client library never frees some memory of its password arithmetic and of its first text
+// converter.
 extern "C" const char* __lsan_default_suppressions();   // NOLINT: the sanitizer's name
 extern "C" const char* __lsan_default_suppressions() {  // NOLINT
     return "leak:libtommath\nleak:iconv_open\n";
@@ -55,7 +56,8 @@ void Create(const std::filesystem::path& file) {
     status.Check();
 }
 
-// Databases are copies of one that a script has made; the servers's user is ours.
+// Each script makes one database, of which tests get copies. The server runs as this user, who may
+// therefore copy its files.
 std::filesystem::path TemplateOf(const std::string& script) {
     struct TTemplates {
         std::map<std::string, std::filesystem::path> files;
@@ -104,7 +106,8 @@ TAttachment::TAttachment(const std::filesystem::path& file, const TLogin& login)
     AppendParameter(block, isc_dpb_user_name, login.user);
     AppendParameter(block, isc_dpb_password, login.password);
     AppendParameter(block, isc_dpb_lc_ctype, "WIN1251");
-    // Tests need no database that outlives a power failure; only its owner may say so.
+    // No test needs its database after a power failure, so nothing is forced to the disk. Only the
+    // owner may ask for that.
     if (login.user == TLogin().user)
         AppendParameter(block, isc_dpb_force_write, std::string_view("\0", 1));
     TStatus status(Library().Functions());

@@ -37,10 +37,10 @@ public:
 
     // What a host hands over: a pointer to its isc_db_handle.
     void* Handle();
-    // One statement, UTF-8, committed.
+    // Runs and commits one statement (UTF-8).
     void Run(std::string_view statement);
-    // Statements, each ended by a semicolon at the end of a line; lines that start with -- and
-    // commits are left out. All in one transaction, but definitions are committed as they come.
+    // Runs statements that each end with a semicolon at the end of a line. Skips lines that start
+    // with -- and statements "commit;". Commits after each definition and at the end.
     void RunScript(std::string_view script);
     // The first column of the first row as text.
     std::string Ask(std::string_view query);
@@ -52,7 +52,7 @@ private:
 
 const TClientLibrary& Library();
 
-// A database of its own, made from a script and removed at the end.
+// A database made by a script for one test, removed at the end.
 class TTestDatabase {
 public:
     explicit TTestDatabase(std::string_view script);
@@ -62,7 +62,7 @@ public:
 
     TAttachment& Host() { return *host_; }
     std::unique_ptr<TAttachment> Attach(const TLogin& login = {}) const;
-    // The host's own connection comes anew, by another login or address.
+    // Replaces the host's connection by one with another login or address.
     void Reconnect(const TLogin& login);
 
 private:

@@ -2,7 +2,7 @@
 
 namespace tolvane::test {
 
-// Of the list window's menu.
+// Commands of the list window's menu.
 inline constexpr int kWriteAll = 1002;
 inline constexpr int kDeleteMarked = 1003;
 inline constexpr int kDeleteAll = 1004;

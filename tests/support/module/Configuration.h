@@ -5,8 +5,8 @@
 
 namespace tolvane::test {
 
-// The module's configuration file and the host's own settings, beside this program as beside a
-// host. They are there as long as the object lives, and empty when it is made.
+// The module's configuration file and the host's settings file, which lie beside this program as
+// they do beside a host. Both are removed when the object is made and when it goes.
 class TConfiguration {
 public:
     TConfiguration();
@@ -17,7 +17,7 @@ public:
     static std::filesystem::path File();
     static std::string Bytes();
     static void Write(const std::string& bytes);
-    // One checked EVL named "A", number 1, on a TCP port of this machine.
+    // Writes a file with one checked EVL named "A", number 1, on a TCP port of this machine.
     static void WriteScale(int port);
     // The value of the key, or empty.
     static std::string Value(const std::string& section, const std::string& key);

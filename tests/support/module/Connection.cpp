@@ -30,7 +30,7 @@ void Check(const std::array<ISC_STATUS, 20>& status, const std::string& what) {
     throw std::runtime_error(what + ": " + text.data());
 }
 
-// The record of isc_start_multiple, which the public header leaves to its users.
+// The argument of isc_start_multiple; the public header does not define its type.
 struct TTransactionBlock {
     isc_db_handle* database;
     long optionsLength;

@@ -10,14 +10,15 @@
 
 namespace tolvane::test {
 
-// The host's connection: a real Firebird server through fbclient.dll. The environment tells where:
-// TOLVANE_FB_SERVER (host/port), TOLVANE_FB_FOLDER (the server's folder of databases) and
+// The host's connection: a real Firebird server through fbclient.dll. The environment says where it
+// is: TOLVANE_FB_SERVER (host/port), TOLVANE_FB_FOLDER (the server's folder of databases) and
 // TOLVANE_FB_PASSWORD (of SYSDBA).
 class TConnection {
 public:
     // host/port of the server.
     static std::string Server();
-    // `name`: "shop.fdb" or "empty.fdb"; `server`: whoever stands in front of the server.
+    // `name`: a database of that folder, as "shop.fdb"; `server`: the host/port to connect to,
+    // which may be a proxy's.
     explicit TConnection(const std::string& name, const std::string& server = Server());
     TConnection(const TConnection&) = delete;
     TConnection& operator=(const TConnection&) = delete;
@@ -29,7 +30,7 @@ public:
     void Execute(const std::string& sql);
     // The first column of the first row, an integer.
     long long Number(const std::string& sql);
-    // Ends the connection behind the module's back: what it runs from then on fails.
+    // Ends the connection without telling the module, whose later statements then fail.
     void ShutDown();
     // Has the server end this user's other connections to the database, transactions included.
     void EndOthers();

@@ -18,7 +18,7 @@ public:
     ~TLoadedModule();
 
     HMODULE Handle() const { return module_; }
-    // As a host does it; the module may stay in memory while a window of it is open.
+    // As a host does it. The module may stay in memory while one of its windows is open.
     void Unload();
 
     TGetOperationTitle GetTitle = nullptr;

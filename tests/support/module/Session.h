@@ -22,7 +22,8 @@ struct TPrinted {
     void* object = nullptr;
 };
 
-// A host with a frame, a connection and the module, as most tests need it; no settings yet.
+// A host with a frame, a connection and the module, as most tests need it. There is no
+// configuration file yet.
 class TSession {
 public:
     explicit TSession(const std::string& database = "shop.fdb");

@@ -27,17 +27,17 @@ protected:
         EXPECT_TRUE(script.IsDone());
         EXPECT_FALSE(script.WasLeftOpen());
     }
-    // Takes the file's only scale off the list and confirms.
+    // Deletes the file's only scale in the editor and confirms.
     void DeleteTheScale() const { OpenSettings({Pressing("btnDeleteScale"), Pressing("btnOk")}); }
 
     static constexpr const char* kBefore =
         "; by hand\r\n[SCALE3]\r\nTCPAddress=10.0.0.5\r\n[OTHER]\r\nkey = value\r\n";
-    // What is left of it without its scale.
+    // The same file without its scale.
     static constexpr const char* kWithoutScale = "; by hand\r\n[OTHER]\r\nkey = value\r\n";
     TSession session_;
 };
 
-// The system's words for an error, and its number as every message of the module shows it.
+// The system's text for an error and its number, as every message of the module shows them.
 inline std::string SystemWords(DWORD number) {
     wchar_t text[512] = {};
     FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, number, 0,
@@ -47,8 +47,8 @@ inline std::string SystemWords(DWORD number) {
     return Utf8(words) + " (" + std::to_string(number) + ")";
 }
 
-// Exactly one box, with the error icon and one button, about the configuration file: what failed,
-// why in the system's words, and its number.
+// Expects exactly one box, with the error icon and one button, that names the configuration file,
+// what failed, the reason in the system's words and its number.
 inline void ExpectOneFileBox(const TBoxAnswerer& boxes, const std::string& fileName,
                              const std::string& whatFailed, DWORD number) {
     ASSERT_EQ(boxes.Seen().size(), 1U);

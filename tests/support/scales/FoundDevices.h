@@ -7,7 +7,7 @@
 
 namespace tolvane::test {
 
-// What all three probes of a search have found.
+// Runs a whole search. Returns what its three probes have found.
 inline std::vector<TFoundDevice> FoundDevices(
     TClock& clock, const std::atomic<bool>& stop, const TDiscoveryTarget& target = {},
     const TProbeSocketFactory& makeSocket = &MakeProbeSocket) {

@@ -13,16 +13,17 @@
 
 namespace tolvane::test {
 
-// What one request meets.
+// How the peer answers one request.
 struct TScriptedReply {
-    // What ReadAnswer hands out as it stands, past the reading rule.
+    // What ReadAnswer returns as it is, without applying the reading rule.
     struct TVerbatim {
         std::int32_t code = kReadOk;
         TCmdBuffer reply;
         std::string error;
     };
 
-    std::vector<TCmdBuffer> pieces;  // come one per wait; an empty one: nothing came in that wait
+    std::vector<TCmdBuffer>
+        pieces;  // one arrives per wait; an empty one: nothing arrives in that wait
     std::optional<TVerbatim> verbatim;
     std::string sendError;  // not empty: the request does not go out
 };
@@ -56,7 +57,7 @@ public:
     bool dropped = false;   // the peer is gone
     bool* freed = nullptr;  // set when the channel is destroyed
 
-    // Bytes that come on their own.
+    // Lets bytes arrive that answer no request.
     void PeerSends(TCmdBuffer piece) { incoming_.push_back(std::move(piece)); }
 
     ~TScriptedChannel() override {

@@ -11,7 +11,7 @@ namespace tolvane::test {
 // A reply with any body. Each byte has a marker of its own before it, which the protocol allows and
 // the driver never does.
 TCmdBuffer Wire(const TCmdBuffer& body);
-// A right reply of a scale.
+// A correct reply of a scale.
 TCmdBuffer ReplyTo(std::uint8_t command, const TCmdBuffer& data, std::uint8_t address = 0);
 // The body of a request: address, command, data and checksum. The marker 0D says that 14 was added
 // to the bytes that follow it, 0C that nothing was.

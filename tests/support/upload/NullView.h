@@ -6,7 +6,7 @@
 
 namespace tolvane::test {
 
-// Shows nothing of a run but its error, which is left to whoever derives from it.
+// Ignores everything that a run shows; what becomes of an error is up to the derived class.
 class TNullView : public TRunView {
 public:
     void ClearLog() override {}

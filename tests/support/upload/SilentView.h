@@ -8,7 +8,7 @@
 
 namespace tolvane::test {
 
-// Shows nothing of a run; an error of it fails the test.
+// Ignores everything that a run shows; an error fails the test.
 class TSilentView : public TNullView {
 public:
     void ShowRunError(std::string text) override { ADD_FAILURE() << text; }

@@ -16,24 +16,24 @@
 
 namespace tolvane::test {
 
-// What happened, in order, one text (UTF-8) per event: requests that reached a scale as the hex
-// bytes of command and data, pauses, what the view was told.
+// What happened, in order, one text (UTF-8) per event: each request that reached a scale as the hex
+// bytes of command and data, each pause, and whatever the view was to show.
 using TEvents = std::vector<std::string>;
 
 // "4C 00 0C": bytes as two upper-case hex digits with blanks between.
 std::string Hex(const std::vector<std::uint8_t>& bytes);
-// The event of a text parameter of an article: the text's bytes padded with blanks to `length`;
-// with length 0 as they are.
+// The event of writing a text parameter of an article: the text's bytes, padded with blanks to
+// `length`; a length of 0 pads nothing.
 std::string Param(int plu, int parameter, std::string_view bytes, std::size_t length);
 
 struct TRequest {
     std::uint8_t address = 0;
     std::uint8_t command = 0;
     std::vector<std::uint8_t> data;
-    int plu = 0;  // of an article command
+    int plu = 0;  // the article's number in an article command
 };
 
-// A scale that takes every request and answers as told.
+// A scale that accepts every request, unless a test changes its answers.
 struct TFakeScale {
     std::string version = "1.23";
     int maxPlu = 3000;
@@ -46,7 +46,7 @@ struct TFakeScale {
     std::vector<TRequest> requests;
 };
 
-// Time that passes only in pauses.
+// A clock that moves only by pauses, which it records as events.
 class TFakeClock : public TClock {
 public:
     explicit TFakeClock(TEvents& events) : events_(events) {}
@@ -86,8 +86,8 @@ private:
     TEvents& events_;
 };
 
-// Gives each driver the next scale of `scales` (the last one again when they run out). Records
-// "open TCP 10.0.0.1:1001" and "freed" as drivers come and go.
+// Gives each driver the next scale of `scales`, and the last one again when there are no more.
+// Records "open TCP 10.0.0.1:1001" and "freed" as drivers come and go.
 class TFakeFactory : public TScaleFactory {
 public:
     TFakeFactory(TEvents& events, TClock& clock) : events_(events), clock_(clock) {}
@@ -107,7 +107,7 @@ private:
     std::size_t next_ = 0;
 };
 
-// One row of the article table; a believable article that every scale takes.
+// One row of the article table. As it is made, every scale takes it.
 struct TArticle {
     std::int32_t number = 101;
     std::int32_t scaleNumber = 12;
@@ -132,7 +132,7 @@ struct TArticle {
 TArticle Goods(std::int32_t number, std::string_view name);
 // Articles 12 ("Домати") and 7 ("Яйца").
 std::vector<TArticle> TwoGoods();
-// So many articles "A", numbered from 1.
+// `count` articles named "A", numbered from 1.
 std::vector<TArticle> ManyGoods(int count);
 
 std::shared_ptr<const TArticleTable> TableOf(const std::vector<TArticle>& articles);

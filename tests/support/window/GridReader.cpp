@@ -174,7 +174,7 @@ void TGridReader::ClickRow(int row, int column, bool control, bool shift) const 
     WPARAM keys = MK_LBUTTON;
     if (control) keys |= MK_CONTROL;
     if (shift) keys |= MK_SHIFT;
-    // The button goes up while the list waits to see whether a drag begins.
+    // Posted first: the list waits for the button to go up or for a drag before it returns.
     PostMessageW(grid_, WM_LBUTTONUP, keys & ~static_cast<WPARAM>(MK_LBUTTON), at);
     SendMessageW(grid_, WM_LBUTTONDOWN, keys, at);
     RunLoopDry();

@@ -28,10 +28,10 @@ public:
     int FocusedRow() const;
     std::vector<int> SelectedRows() const;
 
-    // As the user does it.
+    // What a user does with the mouse.
     void ClickTitle(int column) const;
     void DoubleClickTitle(int column) const;
-    void DragTitleEdge(int column, int by) const;  // the right one, by so many pixels
+    void DragTitleEdge(int column, int by) const;  // its right edge, `by` pixels to the right
     void ClickRow(int row, int column, bool control = false, bool shift = false) const;
 
 private:

@@ -20,7 +20,7 @@ public:
 
     HWND Frame() const { return frame_; }
     HWND Client() const { return client_; }
-    // How often a message of that number reached the frame.
+    // How many messages with that number have reached the frame.
     int Received(UINT message) const;
     void Forget() { received_.clear(); }
     // Makes an MDI child of the host's own, carrying a component name (null: none).
@@ -37,9 +37,10 @@ private:
     std::map<UINT, int> received_;
 };
 
-// Runs the host's message loop until the condition holds; false when it did not in `seconds`.
+// Runs the host's message loop until the condition holds. Returns false when it does not within
+// `seconds`.
 bool RunLoopUntil(const std::function<bool()>& condition, int seconds = 20);
-// Runs the loop until no message waits.
+// Handles the messages that wait.
 void RunLoopDry();
 
 }  // namespace tolvane::test

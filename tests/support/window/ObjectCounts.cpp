@@ -52,9 +52,10 @@ std::uintptr_t NextHandle() {
     return reinterpret_cast<std::uintptr_t>(event);
 }
 
-// The low word of a handle is its place in the table, two per entry. With more menus than the table
-// has holes, the highest place tells how many entries are taken. Each call leaves as many holes as
-// it had menus, and what was taken then and is free now are more of them.
+// The low word of a handle is twice its index in the table of such objects. This makes more menus
+// than the table has free entries, so that their highest index shows how many entries were taken.
+// Each call leaves as many free entries as it had menus, and objects that have gone since add to
+// them; the next call therefore makes more menus.
 int UserObjects() {
     static int menuCount = 1000;
     constexpr int kMoreHoles = 40;

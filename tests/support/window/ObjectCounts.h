@@ -9,8 +9,8 @@
 
 namespace tolvane::test {
 
-// What the process holds of each kind, told by means that also work where the system's own counts
-// are stubs.
+// How many objects of each kind the process holds, found in ways that also work where the system's
+// own counts are stubs.
 
 // Entries of the process's table of GDI objects.
 int GdiObjects();
@@ -24,11 +24,11 @@ int NextAtom();
 int ThreadWindows();
 // Bytes of memory that only this process uses, whole pages.
 std::size_t PrivateBytes();
-// Bytes of the blocks that are taken in the process's heaps.
+// Bytes of all blocks allocated in the process's heaps.
 std::size_t HeapBytes();
 
-// The threads of this program, each by its number, which may be given again, and by when it was
-// made.
+// The threads of this program, each by its number and, as numbers are used again, by its start
+// time.
 using TThreadKey = std::pair<DWORD, std::uint64_t>;
 std::set<TThreadKey> Threads();
 

@@ -51,7 +51,8 @@ TEST_F(ArticleSearchTest, StartsAtTheGivenPlaceAndDoesNotWrap) {
 }
 
 TEST_F(ArticleSearchTest, F3OnTheLastMatchingRowWrapsToTheFirstMatchFromTheTop) {
-    // What F3 does: on from the row behind the current one, then once from the top.
+    // What F3 does: it searches from the row after the current one to the end, then once from the
+    // top.
     EXPECT_EQ(Find(TField::PLU_NAME, 3, "ябълки"_cp1251), std::nullopt);
     EXPECT_EQ(Find(TField::PLU_NAME, 0, "ябълки"_cp1251), 1U);
 }

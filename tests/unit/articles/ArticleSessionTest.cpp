@@ -81,7 +81,7 @@ TEST_F(ArticleSessionTest, ASearchTextIsInUpperCaseAndKeepsItsBlanks) {
     EXPECT_EQ(ToUtf8(session_.SearchText()), " ЯБЪЛКИ ");
 }
 
-TEST_F(ArticleSessionTest, ASearchTextOfBlanksIsNone) {
+TEST_F(ArticleSessionTest, ASearchTextOfBlanksCountsAsNoText) {
     session_.SetSearchText("a");
     session_.SetSearchText("   ");
     EXPECT_EQ(session_.SearchText(), "");

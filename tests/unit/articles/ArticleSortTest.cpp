@@ -77,7 +77,7 @@ TEST(SortArticles, TextsAreSortedWithoutRegardToCaseInAlphabeticalOrder) {
     EXPECT_EQ(Numbers(table), (TNumbers{3, 2, 4, 1}));
 }
 
-TEST(SortArticles, LongTextsWithTheSameBeginningAreTold) {
+TEST(SortArticles, LongTextsWithTheSameBeginningAreToldApart) {
     TArticleTable table;
     Add(table, 1, "Сирене краве Б"_cp1251);
     Add(table, 2, "сирене краве а"_cp1251);

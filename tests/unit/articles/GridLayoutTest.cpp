@@ -100,7 +100,7 @@ TEST(GridLayout, UnknownRepeatedAndColumnlessFieldsAreIgnored) {
     EXPECT_EQ(fields, first);
 }
 
-TEST(GridLayout, AWidthThatIsNoneTakesTheFirstOne) {
+TEST(GridLayout, AWidthThatIsNotANumberTakesTheFirstOne) {
     for (const char* width : {"", "x", "-1", "10001", "12x", "99999999999"}) {
         const TIniDocument document("[PLUGRID]\r\naDBGrid_Column1=SHIPMENTNUMB," +
                                     std::string(width) + "\r\n");

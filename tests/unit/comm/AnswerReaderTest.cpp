@@ -12,8 +12,8 @@ namespace {
 
 using test::TRecordingClock;
 
-// Gives one piece per call; the clock stands still meanwhile. When none is left, each call waits
-// 100 ms of the clock in vain.
+// Gives one piece per call, during which the clock stands still. When none is left, each call waits
+// for 100 ms of the clock and gives nothing.
 class TPieces : public TByteReceiver {
 public:
     explicit TPieces(TRecordingClock& clock) : clock_(clock) {}

@@ -14,7 +14,7 @@ namespace {
 using TBytes = std::vector<std::uint8_t>;
 using TFound = std::vector<TFoundDevice>;
 
-// What one probe meets.
+// What happens to one probe.
 struct TScriptedProbe {
     struct TStep {
         std::string sender;
@@ -23,7 +23,7 @@ struct TScriptedProbe {
     };
     bool openFails = false;
     bool sendFails = false;
-    std::deque<TStep> steps;  // one per wait; then silence
+    std::deque<TStep> steps;  // one per wait, and silence after them
 };
 
 // What one probe did.
@@ -35,15 +35,15 @@ struct TRecordedProbe {
     std::vector<TMilliseconds> waits;
 };
 
-// The network as the search sees it; a wait without a datagram passes the time it asked for, one
-// with a datagram passes none.
+// The network as the search sees it. A wait that gets a datagram takes no time; one that gets none
+// takes all the time it asked for.
 class TScriptedNetwork {
 public:
     std::deque<TScriptedProbe> script;
     std::vector<TRecordedProbe> probes;
     TRecordingClock clock;
     std::atomic<bool> stop{false};
-    int open = 0;  // sockets that live
+    int open = 0;  // sockets that exist
     std::function<void()> onWait;
 
     TFound Find() { return FoundDevices(clock, stop, {}, MakeSocket()); }
@@ -108,7 +108,7 @@ protected:
 
 }  // namespace
 
-TEST_F(DeviceDiscoveryTest, FindDevices_SendsTheThreeProbesAsTold) {
+TEST_F(DeviceDiscoveryTest, FindDevices_SendsTheThreeProbes) {
     network_.Find();
     ASSERT_EQ(network_.probes.size(), 3U);
     EXPECT_EQ(network_.probes[0].request, TBytes{0x58});

@@ -16,7 +16,7 @@ public:
     TCmdBuffer reply;
 };
 
-TEST_F(ScriptedChannelTest, EachRequestMeetsTheNextReply) {
+TEST_F(ScriptedChannelTest, EachRequestTakesTheNextReply) {
     channel.script = {Answer({0x02, 0x41, 0x03}), Answer({0x02, 0x42, 0x03})};
     for (const std::uint8_t letter : TCmdBuffer{0x41, 0x42}) {
         EXPECT_TRUE(channel.SendData({letter}));

@@ -62,7 +62,7 @@ const auto kName = [](const auto& row) { return row.param.name; };
 INSTANTIATE_TEST_SUITE_P(Errors, LostConnectionTest, testing::ValuesIn(kLosses), kName);
 INSTANTIATE_TEST_SUITE_P(Errors, OtherReadFailureTest, testing::ValuesIn(kOtherFailures), kName);
 
-TEST(LostConnectionByPeerTest, AnEndOfTheStreamIsOneAndSuccessIsNone) {
+TEST(LostConnectionByPeerTest, AnEndOfTheStreamCountsAsOneAndSuccessDoesNot) {
     EXPECT_TRUE(IsLostConnection(asio::error::eof));
     EXPECT_FALSE(IsLostConnection({}));
 }

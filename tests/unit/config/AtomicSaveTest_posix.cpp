@@ -56,7 +56,7 @@ TEST(WriteIniFile, LeavesTheOldOrTheNewFileWholeWhenItIsKilled) {
         ASSERT_TRUE(found == firstBytes || found == secondBytes) << "kill " << kill;
         if (folder.FileCount() > 1) ++leftovers;
     }
-    // Some kill has to have met a save half done, or nothing was tried here.
+    // At least one kill must have hit a half-done save; otherwise this has shown nothing.
     EXPECT_GT(leftovers, 0);
     WriteIniFile(file, first);
     EXPECT_EQ(folder.FileCount(), 1U);

@@ -49,7 +49,7 @@ public:
         const HANDLE either[] = {started_, process_.hProcess};
         return WaitForMultipleObjects(2, either, FALSE, kDeadlineMs) == WAIT_OBJECT_0;
     }
-    // Whether it was still at work after so long, and ended by the kill.
+    // Kills it after that time. Returns whether it was still at work then.
     bool DiesAfter(DWORD milliseconds) const {
         if (WaitForSingleObject(process_.hProcess, milliseconds) != WAIT_TIMEOUT) return false;
         TerminateProcess(process_.hProcess, kKilled);
@@ -78,13 +78,13 @@ TEST(WriteIniFile, LeavesTheOldOrTheNewFileWholeWhenItIsKilled) {
         const std::string found = GetFile(file);
         ASSERT_TRUE(found == versions[0] || found == versions[1]) << "kill " << kill;
         if (folder.FileCount() > 1) ++leftovers;
-        // The next save, which need not change anything, takes away what the killed one left.
+        // The next save, even of unchanged content, removes what the killed one left.
         WriteIniFile(file, TIniDocument(found));
         ASSERT_EQ(folder.FileCount(), 1U) << "kill " << kill;
         ASSERT_TRUE(GetFile(file) == found) << "kill " << kill;
     }
     RecordProperty("leftovers", leftovers);
-    // Some kill has to have met a save half done, or nothing was tried here.
+    // At least one kill must have hit a half-done save; otherwise this has shown nothing.
     EXPECT_GT(leftovers, 0);
     WriteIniFile(file, TIniDocument("[A]\r\nk=1\r\n"));
     EXPECT_EQ(folder.FileCount(), 1U);

@@ -21,7 +21,8 @@ void WriteWidth(TIniDocument& document) {
 }
 constexpr const char* kLayout = "[PLUGRID]\r\nWidth=7\r\n";
 
-// Where names have case, a file named as for saving stands for both.
+// The file has the name that a store saves under. A store also reads other spellings, which differ
+// only on systems whose file names have case.
 class ConfigurationStoreTest : public testing::Test {
 protected:
     ConfigurationStoreTest()
@@ -31,7 +32,7 @@ protected:
         PutFile(file_, content);
         store_.Load(&Ignore);
     }
-    // A folder in the file's place cannot be read as a file.
+    // Puts a folder where the file should be, so that it cannot be read.
     void OpenUnreadable() {
         std::filesystem::create_directory(file_);
         store_.Load(&Ignore);

@@ -17,7 +17,7 @@ TEST(FileLock, IsHeldByOneAtATimeAndLeavesNothing) {
     {
         const TFileLock first(folder / "a.ini");
         EXPECT_TRUE(first.IsHeld());
-        // It waits its two seconds in vain.
+        // It waits for its two seconds in vain.
         EXPECT_FALSE(TFileLock(folder / "a.ini").IsHeld());
     }
     EXPECT_TRUE(TFileLock(folder / "a.ini").IsHeld());

@@ -43,11 +43,11 @@ TEST(IniDocument, TakesLinesThatStartWithASemicolonForComments) {
     EXPECT_EQ(Read("; [A]\nk=1\n"), "missing");
 }
 
-TEST(IniDocument, KeepsACommentBehindAValueAsItsPart) {
+TEST(IniDocument, KeepsACommentAfterAValueAsItsPart) {
     EXPECT_EQ(Read("[A]\nk=1 ; note\n"), "1 ; note");
 }
 
-TEST(IniDocument, BearsTextBehindASectionsHeader) {
+TEST(IniDocument, AllowsTextAfterASectionsHeader) {
     EXPECT_EQ(Read("[A] ; note\nk=v\n"), "v");
     EXPECT_EQ(Read("[A] ; note [x]\nk=v\n"), "v");
 }

@@ -153,7 +153,7 @@ TEST(IniDocument, ErasesASectionButNotTheCommentsDirectlyAboveTheNextHeader) {
               "; of B\r\n  # too\r\n[B]\r\nx=1\r\n");
     EXPECT_EQ(WithoutA("[A]\n;only\n[B]\n"), ";only\n[B]\n");
     EXPECT_EQ(WithoutA("[A]\n; of A\nk=1\n[B]\n"), "[B]\n");
-    // A blank line parts a comment from the header.
+    // A blank line separates a comment from the header.
     EXPECT_EQ(WithoutA("[A]\nk=1\n; of A\n \n; of B\n[B]\n"), "; of B\n[B]\n");
 }
 

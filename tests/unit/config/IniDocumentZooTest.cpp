@@ -107,19 +107,19 @@ TEST(IniDocumentZoo, KeepsAForeignFileByteForByteButForItsOwnValues) {
               "CommType=0\r\n"_cp1251);
 }
 
-TEST(IniDocumentZoo, ReadsAndWritesUtf8BehindItsByteOrderMark) {
+TEST(IniDocumentZoo, ReadsAndWritesUtf8AfterItsByteOrderMark) {
     TIniDocument document("\xEF\xBB\xBF[A]\r\nk=\xD0\x92\xD0\xB5\xD0\xB7\xD0\xBD\xD0\xB0\r\n");
     EXPECT_EQ(document.Value("A", "k"), "Везна"_cp1251);
     document.WriteText("A", "k", "Кг"_cp1251);
     EXPECT_EQ(document.Bytes(), "\xEF\xBB\xBF[A]\r\nk=\xD0\x9A\xD0\xB3\r\n");
 }
 
-TEST(IniDocumentZoo, ReadsCodePageBytesBehindAUtf8MarkToo) {
+TEST(IniDocumentZoo, ReadsCodePageBytesAfterAUtf8MarkToo) {
     const TIniDocument document("\xEF\xBB\xBF[A]\r\nk=\xC2\xE5\xE7\xED\xE0\r\n");
     EXPECT_EQ(document.Value("A", "k"), "Везна"_cp1251);
 }
 
-TEST(IniDocumentZoo, ReadsAndWritesUtf16BehindItsByteOrderMark) {
+TEST(IniDocumentZoo, ReadsAndWritesUtf16AfterItsByteOrderMark) {
     TIniDocument document("\xFF\xFE[\0A\0]\0\n\0 \0k\0=\0\x12\x04\r\0\n\0"s);
     EXPECT_EQ(document.Value("a", "K"), "В"_cp1251);
     document.WriteText("A", "k", "я"_cp1251);
@@ -129,7 +129,7 @@ TEST(IniDocumentZoo, ReadsAndWritesUtf16BehindItsByteOrderMark) {
               "1\0\r\0\n\0"s);
 }
 
-TEST(IniDocumentZoo, ReadsAndWritesUtf16OfTheOtherByteOrderBehindItsMark) {
+TEST(IniDocumentZoo, ReadsAndWritesUtf16OfTheOtherByteOrderAfterItsMark) {
     TIniDocument document("\xFE\xFF\0[\0A\0]\0\n\0 \0k\0=\x04\x12\0\r\0\n"s);
     EXPECT_EQ(document.Value("a", "K"), "В"_cp1251);
     document.WriteText("A", "k", "я"_cp1251);
@@ -180,7 +180,7 @@ TEST(IniDocumentZoo, KeepsGarbageBytesAndReadsTheSectionsBetween) {
         for (int i = 0; i < 500; ++i)
             garbage += static_cast<char>(random() & 0xFFU);
         garbage += "\n[SCALE7]\nTCPAddress=10.0.0.7\n";
-        // A byte order mark of UTF-16 would make the text behind the garbage another one.
+        // After a UTF-16 byte order mark the text after the garbage would be read as UTF-16.
         if (garbage.starts_with("\xFF\xFE") || garbage.starts_with("\xFE\xFF")) garbage[0] = 'x';
         TIniDocument document(garbage);
         EXPECT_EQ(document.Bytes(), garbage);
@@ -207,8 +207,8 @@ TEST(IniDocumentZoo, KeepsGarbageOfUtf16) {
     }
 }
 
-// A step that is quadratic in the file's lines takes minutes for these; the test's time limit then
-// ends it.
+// A step that is quadratic in the number of lines would take minutes here and run into the test's
+// time limit.
 TEST(IniDocumentZoo, TakesAMebibyteOfManySections) {
     std::string bytes;
     while (bytes.size() < kMebibyte)

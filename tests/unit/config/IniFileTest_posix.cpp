@@ -50,7 +50,7 @@ std::string SaveErrorWithRoomFor(rlim_t bytes, const path& file) {
     return text;
 }
 
-TEST(ReadIniFile, AnswersAnEmptyDocumentWhereAFileStandsForAFolder) {
+TEST(ReadIniFile, GivesAnEmptyDocumentWhereAFileStandsForAFolder) {
     const TScratchFolder folder;
     PutFile(folder / "a", "[A]\r\nk=1\r\n");
     EXPECT_EQ(ReadIniFile(folder / "a" / "b.ini").Bytes(), "");

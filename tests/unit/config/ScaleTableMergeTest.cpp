@@ -12,12 +12,12 @@
 namespace tolvane {
 namespace {
 
-// A window that was opened on one content of the file and is saved into another.
+// A window that has read one version of the file and saves its changes into another.
 class ScaleTableMerge : public ::testing::Test {
 protected:
     using TChange = std::function<void(TScaleTable&)>;
 
-    // The file afterwards, of a window that was opened on `opened` and then changed.
+    // Returns what a window makes of `fileNow` when it has read `opened`, was changed, and saves.
     std::string Saved(const std::string& opened, const TChange& change,
                       const std::string& fileNow) {
         TScaleTable known;
@@ -35,7 +35,7 @@ protected:
     static TChange Put(int slot, const TScaleRec& rec) {
         return [slot, rec](TScaleTable& table) { table[slot] = rec; };
     }
-    // As the editor does it: the scales after it move up.
+    // As the editor does it: the other scales move up.
     static void DeleteFirst(TScaleTable& table) {
         for (int slot = 1; slot < kScaleSlots; ++slot)
             table[slot] = table[slot + 1];
@@ -48,7 +48,7 @@ protected:
 };
 
 TEST_F(ScaleTableMerge, InAnUnchangedFileTheWholeTableIsWritten) {
-    // Missing keys are written, an unused section goes: what a save has always done.
+    // Every save writes missing keys and removes unused sections.
     EXPECT_EQ(Saved("[SCALE1]\r\nScaleName=A\r\nTCPAddress=10.0.0.1\r\nTCPPort=100\r\n"
                     "ScaleType=16\r\nCommType=1\r\n[SCALE3]\r\nScaleName=old\r\n",
                     Nothing,
@@ -70,7 +70,7 @@ TEST_F(ScaleTableMerge, AScaleThatAnotherWindowHasAddedStays) {
 
 TEST_F(ScaleTableMerge, AScaleThatAnotherWindowHasRemovedStaysRemoved) {
     EXPECT_EQ(Saved(a_ + b_, Nothing, a_), a_);
-    // Its mark alone does not bring it back.
+    // A changed mark alone does not bring a deleted scale back.
     EXPECT_EQ(Saved(a_ + b_, Unmark(2), a_), a_);
 }
 

@@ -31,7 +31,7 @@ std::string ModuleReads(const path& file, const char* section, const char* key) 
     return ReadIniFile(file).ReadText(section, key, kMissing);
 }
 
-// What both read must be the text that was worked out by hand.
+// Expects that both readers return the text, which was worked out by hand.
 void ExpectBothRead(const std::string& bytes, const std::string& value) {
     const TScratchFolder folder;
     const path file = folder / "a.ini";

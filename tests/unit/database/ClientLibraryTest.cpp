@@ -10,8 +10,8 @@
 namespace tolvane {
 namespace {
 
-// What this system looks for without a name, and a library of its own that every program has
-// loaded.
+// The library that is looked for when no name is given, and one of the system's that every program
+// has loaded.
 #ifdef _WIN32
 constexpr const char* kUsualNames = "fbclient.dll, gds32.dll";
 constexpr const char* kOtherLibrary = "kernel32.dll";

@@ -7,7 +7,7 @@
 
 namespace tolvane::test {
 
-// Without what else a value of the kind holds.
+// A value of the kind with nothing else set.
 inline TColumnValue Value(TValueKind kind) {
     TColumnValue value;
     value.kind = kind;

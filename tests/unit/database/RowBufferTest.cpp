@@ -92,7 +92,8 @@ TEST(RowBuffer, UsesTheLengthOfTextsAndNotOfTheirColumns) {
     TRowBuffer buffer({{TValueKind::Text, 0}});
     for (int row = 0; row < 100000; ++row)
         buffer.Append(std::vector<TColumnValue>{Text("0123456789")});
-    // A pointer and a null bit, a length and ten characters per row, and at most two blocks spare.
+    // Per row a pointer, a byte for nulls, a length and ten characters; besides at most two spare
+    // blocks.
     EXPECT_LE(buffer.MemoryUsed(), 100000 * (sizeof(void*) + 1 + 4 + 10) + 2 * 0x20000);
 }
 

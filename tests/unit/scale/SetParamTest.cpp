@@ -13,7 +13,7 @@ constexpr std::int32_t kS300 = 300;
 
 class SetParamTest : public TScaleTest {
 public:
-    // The request's data after the text of one parameter was accepted.
+    // Writes one parameter, which the scale accepts. Returns the request's data.
     TCmdBuffer Sent(std::int32_t plu, std::int32_t parameter, std::string_view text,
                     std::uint8_t codeTable = 0) {
         channel->sent.clear();
@@ -100,7 +100,7 @@ TEST_F(SetParamTest, TheTextGoesThroughTheCodeTable) {
               Bytes({0, 1, 0, 1, 31, 0x91, 0xA8, 0xE0, 0xA5, 0xAD}, spaces));
 }
 
-// Whatever the text, the frame's own bytes stand in no body.
+// No text puts a frame's start or end byte into the body.
 TEST_F(SetParamTest, NoByteOfATextLooksLikeTheFramesStartOrEnd) {
     for (std::uint8_t codeTable = 0; codeTable < 3; ++codeTable) {
         for (int byte = 0; byte < 256; ++byte) {

@@ -11,7 +11,7 @@ TIpMask MaskOf(std::string_view text) {
     return mask;
 }
 
-// Types one character after the other; the caret's last place.
+// Types one character after another. Returns the caret's final position.
 int TypeAll(TIpMask& mask, std::string_view keys, int caret = 0) {
     for (const char key : keys) {
         const auto next = mask.Type(key, {caret, caret});
@@ -85,7 +85,7 @@ TEST(IpMaskTest, Type_TakesDigitsOnly) {
     EXPECT_EQ(mask.Text(), "1  .2  .3  .4  ");
 }
 
-TEST(IpMaskTest, Type_InFrontOfADotWritesBehindIt) {
+TEST(IpMaskTest, Type_BeforeADotWritesAfterIt) {
     TIpMask mask = MaskOf("1.2.3.4");
     EXPECT_EQ(mask.Type('9', {3, 3}), 5);
     EXPECT_EQ(mask.Text(), "1  .9  .3  .4  ");
@@ -100,7 +100,7 @@ TEST(IpMaskTest, Type_BlanksTheSelectionFirstButNoDot) {
     EXPECT_EQ(mask.Text(), "192.17 .   .10 ");
 }
 
-TEST(IpMaskTest, Type_TakesNothingBehindTheLastPlace) {
+TEST(IpMaskTest, Type_TakesNothingAfterTheLastPosition) {
     TIpMask mask = MaskOf("192.168.001.010");
     EXPECT_EQ(mask.Type('7', {15, 15}), std::nullopt);
     EXPECT_EQ(mask.Type('.', {12, 15}), std::nullopt);

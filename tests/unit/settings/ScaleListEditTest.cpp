@@ -97,7 +97,7 @@ TEST(ScaleListEditTest, DetailsOf_ASerialScaleShowsItsSpeed) {
     EXPECT_EQ(DetailsOf(rec).portOrSpeedLabel, "Скорост на устройството за комуникация."_cp1251);
 }
 
-TEST(ScaleListEditTest, WebPageOf_IsTheAddressBehindHttp) {
+TEST(ScaleListEditTest, WebPageOf_IsTheAddressAfterHttp) {
     EXPECT_EQ(WebPageOf("192.168.1.10"), "http://192.168.1.10");
     EXPECT_EQ(WebPageOf("COM3"), "http://COM3");
     EXPECT_EQ(WebPageOf("10.0.0.5:80/a"), "http://10.0.0.5:80/a");
@@ -109,7 +109,7 @@ TEST(ScaleListEditTest, WebPageOf_BlanksAndQuotesCannotStartASecondWord) {
     EXPECT_EQ(WebPageOf("'a'\t\r\n"), "http://%27a%27%09%0D%0A");
 }
 
-TEST(ScaleListEditTest, WebPageOf_AnAddressWithASchemeOfItsOwnStaysBehindHttp) {
+TEST(ScaleListEditTest, WebPageOf_AnAddressWithASchemeOfItsOwnStaysAfterHttp) {
     EXPECT_EQ(WebPageOf("file:///c:/x"), "http://file:///c:/x");
     EXPECT_EQ(WebPageOf("\\\\srv\\a.exe"), "http://%5C%5Csrv%5Ca.exe");
     EXPECT_EQ(WebPageOf("u@h?a&b|c%41"), "http://u%40h%3Fa%26b%7Cc%2541");

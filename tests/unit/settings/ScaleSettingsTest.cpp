@@ -68,7 +68,7 @@ TEST(ScaleSettingsTest, RulesOf_UdpEnablesTheAddressOnlyAndResetsThePortTo1001) 
     EXPECT_EQ(rules.portText, "1001");
 }
 
-TEST(ScaleSettingsTest, SettingsOfNewScale_StartsAsTold) {
+TEST(ScaleSettingsTest, SettingsOfNewScale_StartsWithTheDefaults) {
     const TScaleSettings settings = SettingsOfNewScale({"COM1", "COM2"});
     EXPECT_EQ(settings.number, 1);
     EXPECT_EQ(settings.numberBefore, 0);

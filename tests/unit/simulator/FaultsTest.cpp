@@ -74,7 +74,7 @@ TEST_P(ReplyFaultTest, AReplyFault_ChangesJustTheseBytes) {
 INSTANTIATE_TEST_SUITE_P(All, ReplyFaultTest, testing::ValuesIn(kReplyFaults),
                          [](const auto& entry) { return entry.param.name; });
 
-TEST(FaultsTest, ErrorForTheVersion_StillSaysTheVersion) {
+TEST(FaultsTest, ErrorForTheVersion_StillReportsTheVersion) {
     TScaleCore scale = Scale({.faults = {{.kind = TFaultKind::Error, .code = 3}}});
     EXPECT_EQ(Sent(scale.Answer(Bytes(kAskVersion))),
               Bytes("02 0D 14 5C 17 45 42 44 48 14 14 14 14 B4 23 14 14 14 14 14 16 D3 03"));
@@ -200,7 +200,7 @@ TEST(FaultsTest, AScript_DoesOneFaultAfterTheOther) {
     now += milliseconds(3999);
     EXPECT_TRUE(scale.Answer(Bytes(kAskPrgMode)).steps.empty());
     now += milliseconds(1);
-    // What came during the silence has no number.
+    // Requests that came during the silence are not counted.
     const TReplyPlan late = scale.Answer(Bytes(kAskPrgMode));
     EXPECT_TRUE(late.detached);
     EXPECT_EQ(late.steps.size(), 2U);

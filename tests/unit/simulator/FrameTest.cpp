@@ -31,7 +31,7 @@ TEST(FrameTest, DecodeRequest_ReadsTheControlBytesOfTheFrameAsData) {
     EXPECT_EQ(request.data, Bytes("02 03 04 0C 0D"));
 }
 
-TEST(FrameTest, DecodeRequest_TellsAWrongChecksum) {
+TEST(FrameTest, DecodeRequest_ReportsAWrongChecksum) {
     const TRequest request = DecodeRequest(Bytes("04 0D 14 5C 5D 03"));
     EXPECT_EQ(request.defect, TDefect::Checksum);
     EXPECT_EQ(request.command, 0x48);
@@ -95,7 +95,7 @@ TEST(RequestParserTest, Feed_SurvivesGarbageBeforeBetweenAndInsideFrames) {
     EXPECT_EQ(parser.GarbageCount(), 8U);
 }
 
-// The longest request: a text of 255 bytes in which each byte has a marker of its own in front.
+// The longest request: a text of 255 bytes with a marker before each of them.
 TEST(RequestParserTest, Feed_TakesTheLongestFrameAndDropsALongerOne) {
     TBytes frame{0x04};
     for (int byte = 0; byte < 263; ++byte)

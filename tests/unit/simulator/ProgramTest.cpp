@@ -139,7 +139,7 @@ TEST_F(ProgramTest, Load_BringsTheArticlesBack) {
     EXPECT_EQ(program.Wait(), 0);
 }
 
-TEST_F(ProgramTest, AFailure_IsToldInOneLineAndByTheExitCode) {
+TEST_F(ProgramTest, AFailure_IsReportedInOneLineAndByTheExitCode) {
     TProgram program({"--show", Path("none.json")});
     EXPECT_EQ(program.Rest(), "virtual-scale: cannot read " + Path("none.json") + "\n");
     EXPECT_EQ(program.Wait(), 1);

@@ -28,7 +28,7 @@ TEST_F(ScaleCommandsTest, ModeCommands_ChangeTheMode) {
     EXPECT_FALSE(scale_.State().programming);
 }
 
-TEST_F(ScaleCommandsTest, GetVersion_SaysVersionCapacityAndLabelMode) {
+TEST_F(ScaleCommandsTest, GetVersion_ReportsVersionCapacityAndLabelMode) {
     EXPECT_EQ(Ask(scale_, kAskVersion), Bytes(kVersion));
 }
 
@@ -212,20 +212,20 @@ TEST(ScaleTest, Requests_KeepsTheBytesAsTheyCame) {
     EXPECT_EQ(requests[1].request.defect, TDefect::Checksum);
 }
 
-TEST(ScaleTest, OnWeighing_IsToldOnceAfterProgramming) {
-    std::vector<TScaleState> told;
+TEST(ScaleTest, OnWeighing_IsCalledOnceAfterProgramming) {
+    std::vector<TScaleState> reported;
     TCoreOptions options;
-    options.onWeighing = [&](const TScaleState& state) { told.push_back(state); };
+    options.onWeighing = [&](const TScaleState& state) { reported.push_back(state); };
     TScaleCore scale(options);
     Ask(scale, kAskWeightMode);
     Ask(scale, kAskPrgMode);
     Ask(scale, "04 0D 14 5D 14 40 15 64 15 14 DB 03");
-    EXPECT_TRUE(told.empty());
+    EXPECT_TRUE(reported.empty());
     Ask(scale, kAskWeightMode);
     Ask(scale, kAskWeightMode);
-    ASSERT_EQ(told.size(), 1U);
-    EXPECT_EQ(told[0].articles.at(300).price, 150);
-    EXPECT_FALSE(told[0].programming);
+    ASSERT_EQ(reported.size(), 1U);
+    EXPECT_EQ(reported[0].articles.at(300).price, 150);
+    EXPECT_FALSE(reported[0].programming);
 }
 
 }  // namespace

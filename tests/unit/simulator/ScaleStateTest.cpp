@@ -11,7 +11,7 @@
 namespace tolvane::simulator {
 namespace {
 
-TEST(BestBeforeDays, AreTheBytesBehindTheFirstMostSignificantFirst) {
+TEST(BestBeforeDays, AreTheBytesAfterTheFirstMostSignificantFirst) {
     const auto days = [](TBytes bytes) {
         TArticle article;
         article.texts[4].bytes = std::move(bytes);

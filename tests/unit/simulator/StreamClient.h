@@ -28,7 +28,7 @@ public:
         asio::write(stream_, asio::buffer(bytes));
     }
 
-    // As many bytes as that, fewer when the stream ends or the time is over; see Error().
+    // Receives `count` bytes, or fewer when the stream ends or the time is over; see Error().
     TBytes Receive(std::size_t count, std::chrono::milliseconds patience = kPatience) {
         TBytes bytes(count);
         std::size_t received = 0;

@@ -51,7 +51,7 @@ TEST(FormatDate, ShowsTheNumberOfAMonthWithoutAName) {
     EXPECT_EQ(DateBy("dd-MMM-yyyy"), "05-03-2024");
 }
 
-TEST(FormatDate, BearsADateThatIsNone) {
+TEST(FormatDate, AllowsADateThatDoesNotExist) {
     EXPECT_EQ(DateBy("dd.MMM.yyyy", {0, 0, 0}), "00.00.0000");
 }
 

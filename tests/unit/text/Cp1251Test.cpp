@@ -142,7 +142,7 @@ TEST(ContainsUpperCased, FindsTheNeedleInAnyCase) {
     EXPECT_FALSE(ContainsUpperCased("Сидер"_cp1251, needle));
 }
 
-TEST(ContainsUpperCased, FindsANeedleBehindAFalseStart) {
+TEST(ContainsUpperCased, FindsANeedleAfterAFalseStart) {
     EXPECT_TRUE(ContainsUpperCased("aab", "AB"));
     EXPECT_FALSE(ContainsUpperCased("aaa", "AB"));
 }

@@ -17,7 +17,7 @@ TEST(ParseIpV4Test, GroupsAreDecimalWhateverTheirLeadingZeros) {
     EXPECT_EQ(ParseIpV4(" 127.0.0.1 "), 0x7F000001U);
 }
 
-TEST(ParseIpV4Test, AnythingElseIsNone) {
+TEST(ParseIpV4Test, AnythingElseIsNotAnAddress) {
     for (const char* text :
          {"",           ".",        "...",       "1.2.3",     "1.2.3.4.5",
           "1.2.3.4.",   ".1.2.3.4", "1..2.3",    "256.1.1.1", "1.1.1.256",

@@ -77,7 +77,7 @@ TEST_F(DeleteTranscript, AnArticleThatIsNotValidIsNotDeletedEither) {
     EXPECT_TRUE(State(1).articles.at(7).IsCleared());
 }
 
-// A delete pass without lines would clear the whole scale: here none is made.
+// A delete pass without lines would clear the whole scale, so there must be none here.
 TEST_F(DeleteTranscript, WhereNoListedArticleIsForTheScaleNothingIsSentAndTheDeleteIsLoggedAsDone) {
     AddScales(3);
     Write({Goods(9, "Лук"_cp1251)});
@@ -172,7 +172,7 @@ TEST_F(DeleteTranscript, EverythingIsDeletedInEveryCheckedScale) {
     EXPECT_TRUE(State(3).articles.at(1).IsCleared());
 }
 
-TEST_F(DeleteTranscript, ARefusedNameIsNotTold) {
+TEST_F(DeleteTranscript, ARefusedNameIsNotReported) {
     AddScale();
     SetCapacity(1, 2);
     simulator::TFault refused;

@@ -29,7 +29,7 @@ TFault Always(TFaultKind kind) {
     return fault;
 }
 
-// What a scale logs that takes both articles.
+// The log of a scale that takes both articles.
 std::string Written(const std::string& scale) {
     return Summary(2, 2) + Start(scale) + std::string(kConnected) +
            "   Везна EVL - Ver: 1.04; Max.PLU: 4000; Mode: 2\n"

@@ -11,7 +11,7 @@ using StopTranscript = TranscriptTest;
 const std::string kWriteVersion = "   Везна EVL - Ver: 1.04; Max.PLU: 4000; Mode: 2\n";
 const std::string kDeleteVersion = "   - Ver: 1.04; Max.PLU: 4000; Mode:2\n";
 
-// A scale's part in a run over the listed articles, up to its connection.
+// The log of a scale in a run over the listed articles, up to its connection.
 std::string Opened(const std::string& scale) {
     return "Обработени 2 артикула.\n"
            "Валидни са 2 артикула.\n"
@@ -30,7 +30,7 @@ std::string OpenedAndWritten(const std::string& scale) {
            scale + "\n\n";
 }
 
-// Stopped while the first article was written.
+// The log of a scale in which the run was stopped while it wrote the first article.
 std::string StoppedInWork(const std::string& scale) {
     return Opened(scale) + kWriteVersion +
            "Fail! Plu: 12 \"Домати\" Операцията прекратена от петребителя.\n"
@@ -38,7 +38,7 @@ std::string StoppedInWork(const std::string& scale) {
            scale + "\n\n";
 }
 
-// Stopped earlier in the run, in another scale.
+// The log of a scale after the run was stopped in an earlier one.
 std::string StoppedBefore(const std::string& scale) {
     return Opened(scale) + kWriteVersion +
            "Fail! Plu: 0 \"\" Операцията прекратена от петребителя.\n"
@@ -103,7 +103,7 @@ TEST_F(StopTranscript, InTheSecondScaleWhileListedArticlesAreDeleted) {
     EXPECT_TRUE(State(3).programming);
 }
 
-// A scale of three articles in a run that deletes everything.
+// The log of a scale of three articles in a run that deletes everything.
 std::string Deleted(const std::string& scale) {
     return "-----------------------------------------\n"
            "Старт на запис във везна: " +

@@ -36,13 +36,13 @@ public:
     std::function<void(const std::string&)> onProgress;
 };
 
-// What a run reaches a scale by: "COM3", "10.0.0.3".
+// A virtual scale that a run can reach.
 struct TShopScale {
     std::unique_ptr<simulator::TScaleCore> core;
-    std::string openError;  // not empty: there is no way to it
+    std::string openError;  // not empty: opening its channel fails so
 };
 
-// Drivers straight to virtual scales, found by their addresses.
+// Makes drivers that talk straight to virtual scales, by address: "COM3", "10.0.0.3".
 class TShopFactory : public TScaleFactory {
 public:
     explicit TShopFactory(TClock& clock) : clock_(clock) {}
@@ -65,13 +65,13 @@ class TranscriptTest : public ::testing::Test {
 protected:
     TranscriptTest();
 
-    // Scale n, the n-th that is added: "Везна n", checked, at 10.0.0.n:1001 or, serial, at COMn
-    // with the protocol address n. An EVL says version 1.04, 4000 articles and label mode 2.
+    // Adds scale n, the n-th: "Везна n", checked, at 10.0.0.n:1001 or, serial, at COMn with the
+    // protocol address n. An EVL reports version 1.04, 4000 articles and label mode 2.
     TScaleObj& AddScale(simulator::TModel model = simulator::TModel::Evl,
                         std::uint8_t transport = kCommTcp);
     void AddScales(int count);
     void SetCapacity(int scale, int capacity);
-    // There is no way to the scale: opening its channel fails so.
+    // Makes opening the scale's channel fail with this error.
     void SetDead(int scale, std::string_view error);
     void SetFaults(int scale, const std::vector<simulator::TFault>& faults);
     // The user presses the stop button when this label text comes for the n-th time.
@@ -96,7 +96,7 @@ private:
     TRegionalSettings regional_;
 };
 
-// The log's parts. `count` articles are looked at, and as many lines are valid.
+// Parts of the log. Of `count` articles that a run looks at, `valid` make a line.
 std::string Summary(int count, int valid);
 std::string Start(std::string_view scale);
 inline constexpr std::string_view kConnected = "Осъществена връзка с устройството за комуникация\n";

@@ -53,7 +53,7 @@ TEST_F(WriteTranscript, OneScaleOfThreeIsChecked) {
               (std::vector<std::string>{"Запис артикул: 12 Домати", "Запис артикул: 7 Яйца", ""}));
 }
 
-// What a successful write of one article logs of a scale.
+// The log of a scale into which one article was written.
 std::string Written(const std::string& number, const std::string& version) {
     return "Обработени 1 артикула.\n"
            "Валидни са 1 артикула.\n"
@@ -138,7 +138,7 @@ TEST_F(WriteTranscript, AnUnknownTransportIsOneFailureAmongOthers) {
     EXPECT_EQ(factory_.reached, (std::vector<std::string>{"TCP 10.0.0.2:1001"}));
 }
 
-// Article n of 300 is wrong in the way n modulo 15 says; ways 0 and 14 are right.
+// Article n of 300 is wrong in way n modulo 15; ways 0 and 14 are right.
 TArticle ArticleOfKind(int number, const std::string& name) {
     TArticle article = Goods(number, name);
     switch ((number - 1) % 15) {
@@ -193,7 +193,7 @@ TArticle ArticleOfKind(int number, const std::string& name) {
     return article;
 }
 
-// What 15 articles log, the first of which is the n-th.
+// The log of 15 articles, of which the first is the n-th.
 std::string RefusalsFrom(int n) {
     const auto named = [n](int kind) { return "  Артикул \"Стока " + std::to_string(n + kind); };
     return named(1) + "\" няма коректен баркод\n  ->> и ще бъде игнориран\n" +  //

@@ -226,7 +226,7 @@ TEST_F(ArticleLineBuilderTest, ASeparatorInATextNeverShiftsTheFields) {
 
 TEST_F(ArticleLineBuilderTest, ABarcodeWithASeparatorIsNoCorrectBarcode) {
     TArticle article = Tomatoes();
-    // As fields of their own these characters would be read as a price of 9.00.
+    // If they split the field, these characters would be read as a price of 9.00.
     article.barcode = "||||9";
     EXPECT_EQ(Line(article), "");
     EXPECT_EQ(log_,

@@ -7,7 +7,7 @@
 
 namespace tolvane::test {
 
-// At the n-th request of a command; 0: at each.
+// A fault at the `request`-th request of a command, or at each of them when that is 0.
 inline simulator::TFault Fault(simulator::TFaultKind kind, std::uint8_t command, int request,
                                int code = 0) {
     simulator::TFault fault;
@@ -28,7 +28,7 @@ inline constexpr std::uint8_t kPrice = 0x4A;
 inline constexpr std::uint8_t kPiecePrice = 0x4B;
 inline constexpr std::uint8_t kParam = 0x4C;
 
-// What the driver says of a bad reply.
+// How the driver reports a bad reply.
 inline const std::string kSilence =
     "[ReadResponce][SCRIPT] Fail read data (peer) - Read timeout occured";
 inline const std::string kMisheard =
@@ -39,7 +39,7 @@ inline const std::string kNotTheAddress =
 inline const std::string kNotTheSum = "Unexpected answer from scale. Invalid Checksum. ";
 inline const std::string kNotTheCommand = "Unexpected answer from scale. Command does not match.";
 
-// What the scale's command says of no reply.
+// How a command reports that no good reply came.
 inline const std::string kPrgFails = "[SetPrgMode] ErrCode: 1000, Fail set Weight mode: ";
 inline const std::string kVersionFails = "[GetVersion] ErrCode: 0, Fail get version: ";
 inline const std::string kPriceFails = "[SetPrice] ErrCode: 0, Fail set PLU price: ";

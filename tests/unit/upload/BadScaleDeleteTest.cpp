@@ -15,7 +15,7 @@ using simulator::TFaultKind;
 struct TBadDelete {
     std::string name;
     TFault fault;
-    std::string error;  // behind "ProcessDelete >> "; empty: the pass succeeds
+    std::string error;  // after "ProcessDelete >> "; empty: the pass succeeds
     std::string commands;
     bool programming;  // how the scale is left
     std::string first;
@@ -33,7 +33,7 @@ const std::string kOld = "250 'Old' 0,1";
 const std::string kUnnamed = "0 'Old' 0,1";  // only the price was cleared
 const std::string kGone = "cleared";
 
-// Both forms of the pass go this way before their first article.
+// Both kinds of delete pass do this before their first article.
 const std::vector<TBadDelete> kBeforeDeletes = {
     {"IsSilentFromTheStart", Fault(TFaultKind::Silent, kWeight, 1), kPrgFails + kSilence,
      "3C 36 3C", false, kOld, kOld, kOld},
@@ -57,7 +57,7 @@ const std::vector<TBadDelete> kBeforeDeletes = {
     {"RefusesTheVersion", Fault(TFaultKind::Error, kVersion, 1, 3),
      "[GetVersion] ErrCode: 3, Fail get version: Scale return Error code: 3", "3C 36 48 3C", false,
      kOld, kOld, kOld},
-    // What it was asked last it never heard.
+    // It never got the last request.
     {"GoesSilentAtTheVersion", Fault(TFaultKind::Silent, kVersion, 1), kVersionFails + kSilence,
      "3C 36 48 3C", true, kOld, kOld, kOld},
     {"AnswersTheVersionWithAWrongCommand", Fault(TFaultKind::WrongCommand, kVersion, 1),

@@ -15,7 +15,7 @@ using namespace test;  // NOLINT: the texts and faults of bad scales
 using simulator::TFault;
 using simulator::TFaultKind;
 
-// A text as a failure names it: cut and padded, before it goes through the scale's code table.
+// A text as a failure quotes it: cut and padded, before it goes through the scale's code table.
 struct TSentText {
     int parameter;
     std::string_view label;
@@ -36,7 +36,7 @@ std::string Padded(std::string_view text, std::size_t length) {
 constexpr std::string_view kLine =
     "50012|22012|1|0|0|1.00|0|5| Домати |Розови|c1|abcdefghijklmnopqrstuvwxyz123456789|c3|Л-7|0|0|101|"_cp1251;
 
-// Everything that an S300 scale in label mode 2 is sent of it, in order.
+// All the texts that an S300 scale in label mode 2 gets of it, in order.
 const std::vector<TSentText> kTexts = {
     {0, "Име1"_cp1251, Padded("Домати"_cp1251, 31)},
     {4, "Годност"_cp1251, "\x01\x05"},
@@ -59,8 +59,9 @@ protected:
         options.scale.model = simulator::TModel::S300;
         options.scale.labelMode = 2;
     }
-    // The pass fails at the parameter's text, having sent it that many times; the scale stays in
-    // programming mode and holds the texts before it, and it as well when it obeyed.
+    // Expects that the pass fails at the parameter's text after sending it that many times. The
+    // scale then stays in programming mode and holds the earlier texts, and this one too if it
+    // obeyed.
     void ExpectFailure(TFaultKind kind, int code, const std::string& reason, int times,
                        bool obeyed) {
         TFault fault = Fault(kind, kParam, 0, code);

@@ -243,7 +243,7 @@ TEST_F(FailedUploadTest, ASerialScaleThatIsMisheardAtEveryPriceIsAsked11Times) {
     EXPECT_EQ(Commands(), kStart +
                               "4A:12 4A:12 4A:12 4A:12 4A:12 4A:12 "
                               "4A:12 4A:12 4A:12 4A:12 4A:12");
-    // The two of the pass, then none, 10, 100 and seven of 200 before the repeats.
+    // The two pauses of the pass; then, before the repeats, none, 10, 100 and seven times 200.
     std::vector<TMilliseconds> pauses = {TMilliseconds(500), TMilliseconds(800), TMilliseconds(10),
                                          TMilliseconds(100)};
     pauses.insert(pauses.end(), 7, TMilliseconds(200));

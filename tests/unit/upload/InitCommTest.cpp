@@ -29,14 +29,15 @@ protected:
         rec.ScaleType = kScaleTypeEts;
         return rec;
     }
-    // The one event of opening a scale.
+    // Connects. Returns the only event of opening the scale.
     std::string Opened(const TScaleRec& rec) {
         events_.clear();
         EXPECT_TRUE(session_.InitComm(rec));
         const TEvents opened = test::Filtered(events_, {"open"});
         return opened.size() == 1 ? opened.front() : "not one opening";
     }
-    // Wrong answers until the driver gives up: one request more than it repeats.
+    // Answers wrongly until the driver gives up. Returns the number of requests: one more than the
+    // driver repeats.
     std::size_t RequestsUntilGivenUp() {
         scale_->wrongAnswers = true;
         EXPECT_FALSE(session_.ProcessUpload({}, {}));

@@ -11,7 +11,7 @@ namespace {
 
 using test::TEvents;
 
-// From the article table over the article line to the request, in a scale of 3000 articles.
+// From the article table through the article line to the request, for a scale of 3000 articles.
 class PassArticleTest : public test::TCorePassTest {
 protected:
     PassArticleTest() {
@@ -30,7 +30,7 @@ protected:
         }).Build(table->Order(), 1, lines);
         return lines;
     }
-    // The requests' data with this command, of a pass.
+    // The data of all requests with this command.
     TEvents Data(std::uint8_t command) const {
         TEvents found;
         for (const simulator::TRecordedRequest& recorded : core->Requests()) {
@@ -51,7 +51,7 @@ protected:
     }
 
     test::TArticle article_;
-    TEvents log_;  // of the lines, UTF-8
+    TEvents log_;  // of making the lines, UTF-8
 };
 
 struct TPriceCase {
@@ -78,7 +78,7 @@ const std::vector<TPriceCase> kPrices = {
     {"TheHighestInHundredthsRounded", 21474836.474, "21474836.47", nullptr, "21474836.47"},
     {"RoundsUpBeyondTheHundredths", 21474836.475, "21474836.48"},
     {"BeyondTheHundredths", 21474836.48, "21474836.48"},
-    // 4,294,967,297 hundredths, one more than 32 bits count
+    // 4,294,967,297 hundredths: 1 in their lowest 32 bits
     {"NotTheLowest32BitsOfIt", 42949672.97, "42949672.97"},
     {"FarBeyond", 99999999999.99, "99999999999.99"},
     {"WithAnExponentInItsUsualText", 1e15, "1000000000000000.00"},

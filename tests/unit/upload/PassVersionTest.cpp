@@ -16,11 +16,12 @@ const std::string kArticle300 = "4A:300 4C:300.0 4C:300.4 4C:300.5 ";
 const std::string kListed12 = "49:12 4C:12.0 ";
 const std::string kListed300 = "49:300 4C:300.0 ";
 
-// A version reply of so many data bytes from a scale "1.04" of 3000 (B8 0B) articles in mode 3.
+// A version reply with this number of data bytes from a scale "1.04" of 3000 (B8 0B) articles in
+// mode 3.
 struct TReplyLength {
     int length;
-    const char* uploadVersion;  // what an upload's log says of it
-    const char* deleteVersion;  // what a delete's does
+    const char* uploadVersion;  // how an upload's log shows it
+    const char* deleteVersion;  // how a delete's does
     std::string articles;
     std::string listed;
     int everything;  // requests of a delete of everything: 3 before the articles, 2 for each, 1

@@ -329,7 +329,7 @@ TEST_F(ProcessUploadTest, APriceOf10000FailsBeforeItIsSent) {
     EXPECT_EQ(Sent(), (TEvents{"3C", "36", "48"}));
 }
 
-// The bytes of 0 and 256 days hold a zero byte, and the failure names them whole.
+// The bytes of 0 and 256 days contain a zero byte, and the failure quotes them whole.
 TEST_F(ProcessUploadTest, ARefusedBestBeforeIsNamedWithItsZeroByte) {
     scale_->errorCode = [](const test::TRequest& request) -> std::uint8_t {
         return request.command == 0x4C && request.data.at(3) == 4 ? 5 : 0;

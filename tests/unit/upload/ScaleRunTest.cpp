@@ -53,14 +53,14 @@ protected:
         TScaleRun(factory_, clock_, view_, stop_, regional_)
             .RunDeleteEverything(items, TRunMarks(items));
     }
-    // The user's hand on ScaleList while the n-th scale (from 1) is being connected.
+    // Does what a user does at ScaleList while the n-th scale (from 1) is being connected.
     void WhileConnecting(std::size_t number, const std::function<void()>& action) {
         factory_.onOpen = [this, number, action] {
             if (Opened().size() == number) action();
         };
     }
     TEvents Opened() const { return test::Filtered(events_, {"open"}); }
-    // Without requests and pauses: what the user sees, with the coming and going of drivers.
+    // What the user sees, and how drivers come and go; no requests, no pauses.
     TEvents Seen() const {
         return test::Filtered(events_, {"clear", "log:", "connection:", "progress:", "running",
                                         "at rest", "choices", "error:", "open", "freed"});
@@ -452,7 +452,8 @@ TEST_F(ScaleRunTest, AWindowClosedBeforeProgrammingLeavesTheScaleInWeighingMode)
     };
     Run(items, {Goods(1, "A")});
     Scale(1).errorCode = nullptr;
-    // the weighing mode only, and no pause before the end of a programming that never began
+    // Only the command for weighing mode, without the pause that ends a programming mode: there was
+    // none.
     EXPECT_EQ(test::Filtered(events_, {"3C", "36", "48", "wait"}), (TEvents{"3C", "wait 500"}));
 }
 

@@ -22,7 +22,7 @@ constexpr UINT kRunMessage = WM_APP + 1;
 constexpr int kNever = 0;
 constexpr int kAlways = INT_MAX;
 
-// How often each call still fails. The calls have no place for a pointer to the test.
+// How often each call still fails. It is global, as the calls take no pointer to the test.
 struct TFailures {
     std::atomic<int> posts = kNever;
     std::atomic<int> notifications = kNever;
@@ -96,7 +96,7 @@ bool RunLoopUntil(Condition holds) {
     return true;
 }
 
-// Longer than Run goes on without a pause.
+// Works for longer than Run does without a pause.
 void WorkLong() {
     constexpr DWORD kLongMs = 15;
     const DWORD start = GetTickCount();
@@ -125,7 +125,8 @@ protected:
         calls.setTimer = &StartTimer;
         return calls;
     }
-    // Work that notes its number; every third piece of it ends a turn of the queue.
+    // A task that notes its number. Every third task takes so long that the queue's turn ends with
+    // it.
     TPostQueue::TTask Noting(int number) {
         return [this, number] {
             if (number % 3 == 2) WorkLong();
@@ -206,7 +207,7 @@ TEST_P(PostQueueFailures, WorkOfTheWindowsOwnThreadComes) {
     EXPECT_EQ(ran_, UpTo(5));
 }
 
-TEST_P(PostQueueFailures, AnExceptionIsToldAndHoldsNoOtherWorkBack) {
+TEST_P(PostQueueFailures, AnExceptionIsReportedAndHoldsNoOtherWorkBack) {
     queue_.Post([] { throw std::runtime_error("a"); });
     for (int number = 0; number < 5; ++number)
         queue_.Post(Noting(number));
@@ -225,7 +226,7 @@ TEST_F(PostQueue, TheUsersInputComesBetweenTheTurns) {
         WorkLong();
     });
     queue_.Post([&more] { more = false; });
-    // Its own turn of the loop, so that the rest waits for the timer.
+    // Handles only the queue's own message, so that the rest of the work waits for the timer.
     MSG message{};
     ASSERT_NE(GetMessageW(&message, nullptr, kRunMessage, kRunMessage), 0);
     DispatchMessageW(&message);
@@ -254,7 +255,7 @@ TEST_F(PostQueue, WorkPostedAfterDetachIsDroppedWhateverFails) {
     EXPECT_TRUE(ran_.empty());
 }
 
-// The work comes while the window's thread waits for the end of its thread.
+// The work arrives while the window's thread waits for the end of the thread that posted it.
 TEST_F(PostQueue, WorkMayWaitForTheThreadThatPostedIt) {
     FailBoth();
     std::atomic<bool> waits = false;

@@ -8,8 +8,8 @@
 
 namespace tolvane::test {
 
-// Time that stands still, unless a read is to end in a time-out: `passed` then says at each look
-// how much of the read's time has passed. A read that really hangs gets its time-out all the same.
+// A clock that stands still unless a read is meant to time out: `leftAtLook` then says at each look
+// how much of the read's time is left. A read that really hangs still times out.
 class TSoakClock : public TClock {
 public:
     TTimePoint Now() const override {
@@ -23,8 +23,7 @@ public:
         if (std::chrono::steady_clock::now() - started_ > kPatience) now_ = deadline_;
         return now_;
     }
-    // The real thread naps, so that the scale comes to work; the time that passes is the read's
-    // own.
+    // The thread really naps, so that the scale gets to work. This clock does not move by it.
     void Sleep(TMilliseconds) override { std::this_thread::sleep_for(kNap); }
 
     void BeginRead(TMilliseconds timeout) {
@@ -35,7 +34,7 @@ public:
     }
     void EndRead() { reading_ = false; }
 
-    // By the number of the look, from 2 on: what is left of the read's time. Unset: all of it.
+    // What is left of the read's time at a look, counted from 2 on. Unset: all of it.
     std::function<TMilliseconds(int look)> leftAtLook;
 
 private:

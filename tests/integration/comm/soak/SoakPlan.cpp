@@ -113,7 +113,8 @@ std::vector<TSoakFault> MakeFaults() {
 class TDraw {
 public:
     explicit TDraw(std::uint32_t seed) : random_(seed) {}
-    // 0 to limit - 1; the remainder, since what a distribution draws depends on the library.
+    // A number from 0 to `limit` - 1. The distributions of standard libraries differ, so this draws
+    // by the remainder.
     std::size_t operator()(std::size_t limit) { return random_() % limit; }
 
 private:

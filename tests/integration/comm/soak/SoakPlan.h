@@ -9,13 +9,13 @@
 
 namespace tolvane::test {
 
-// What a soak sends, what the scale is told to do wrong, and what must come of it. Everything
-// follows from the seed, and nothing is taken from the code under test.
+// What a soak sends, which faults the scale shows, and what must come of it. Everything follows
+// from the seed, and nothing is taken from the code under test.
 
 enum class TWire { Tcp, Udp, Serial };
 
 enum class TResult {
-    NotDrawn,  // the fault says nothing definite on this wire
+    NotDrawn,  // nothing definite follows from the fault on this wire
     Answered,
     Timeout,
     WrongAnswer,   // after all repeats
@@ -27,7 +27,7 @@ enum class TResult {
     Address,       // of another scale
     OtherCommand,  // one more than the right one
     Checksum,      // one more than the right one
-    DataBit,       // a right frame but for one bit of its data
+    DataBit,       // a frame that is right except for one bit of its data
     Foreign,       // another sender's reply to another command
     Stale          // the reply to the exchange before; accepted when that was of the same command
 };
@@ -39,10 +39,10 @@ enum class TAfter {
     Drain,    // replies wait in the socket: read them
     Restart,  // the scale, whose port is gone, and then open the channel
     HangUp,   // the scale ends the connection: wait for that; the next exchange finds it lost
-    Hold      // the scale keeps its reply back: the next exchange gets it
+    Hold      // the scale withholds its reply: the next exchange gets it
 };
 
-// How the time of a read passes that ends in a time-out.
+// How time passes in a read that ends in a time-out.
 enum class TSilence {
     Wait,       // really waits for the last 10 ms of it
     AtOnce,     // without another look at the wire
@@ -61,7 +61,7 @@ struct TSoakFault {
     std::array<TOnWire, 3> onWire;  // by TWire
     TSilence silence = TSilence::Wait;
     bool obeys = true;
-    // Bytes that the channel drops in front of the reply, per faulty reply; -1: all of it.
+    // Bytes that the channel drops before the reply, per faulty reply; -1: all of it.
     int dropped = 0;
 };
 
@@ -75,7 +75,7 @@ struct TSoakExchange {
     TSoakCommand command = TSoakCommand::Version;
     int plu = 1;
     int hundredths = 0;
-    const TSoakFault* fault = nullptr;  // none: the scale does everything right
+    const TSoakFault* fault = nullptr;  // null: the scale does everything right
     TOnWire expected{};
     TSoakCommand heldCommand = TSoakCommand::Version;  // with Stale: whose reply it is
 };

@@ -41,13 +41,13 @@ bool Within10Seconds(TCondition condition) {
     return true;
 }
 
-// A right reply to the command but for one bit of its only data byte, all in the offset state.
+// A reply to the command that is right except for one bit of its only data byte, all of it offset.
 simulator::TBytes WithFlippedBit(std::uint8_t command) {
     const auto sent = static_cast<std::uint8_t>(command + 0x14);
     return {0x02, 0x0D, 0x14, sent, 0x15, sent, 0x03};
 }
 
-// What a channel drops in front of the reply to this attempt; -1: everything.
+// How many bytes a channel drops before the reply to this attempt; -1: everything.
 int DroppedBytes(const TSoakExchange& exchange, int attempt) {
     if (exchange.fault == nullptr) return 0;
     const bool faulty = exchange.fault->fault.request == 0 || attempt == 1;
@@ -109,8 +109,8 @@ void TSoakRun::Do(const TSoakExchange& exchange) {
     CleanUp(exchange.expected.after);
 }
 
-// A fault is told to the scale for its exchange alone; one that holds a reply back stays for the
-// next, which gets it.
+// The scale has a fault for one exchange alone. A fault that withholds a reply stays for the next
+// exchange, which gets that reply.
 void TSoakRun::Script(const TSoakExchange& exchange) {
     if (exchange.expected.result == TResult::Stale) return;
     simulator::TFaultScript script;
@@ -177,7 +177,7 @@ void TSoakRun::Restart() {
     Reopen();
 }
 
-// The replies that nobody has read are all there, and nothing else is.
+// Reads the replies that nobody has read yet: all of them must be there, and nothing else.
 void TSoakRun::Drain() {
     const int planned = scale_.PlannedBytes(requests_);
     drained_ = exchange_->expected.result == TResult::Stale ? planned - lastReply_ : planned;
@@ -187,7 +187,7 @@ void TSoakRun::Drain() {
     drained_ = -1;
 }
 
-// The purge that goes before a request must find all that it has to remove.
+// Waits for the bytes that the purge before a request has to remove.
 void TSoakRun::AwaitSurplus() const {
     if (wire_ != TWire::Serial || surplus_ <= 0) return;
     EXPECT_TRUE(Within10Seconds([&] {

@@ -52,7 +52,7 @@ private:
     TSoakHooks hooks_;
     std::string address_;
     std::unique_ptr<TElicomScale> driver_;
-    int port_ = -1;  // this side's own view of the serial port
+    int port_ = -1;  // the test's own descriptor of the serial port
     const TSoakExchange* exchange_ = nullptr;
     bool scripted_ = false;
     int requests_ = 0;   // all that went out

@@ -1,5 +1,6 @@
-// Thousands of exchanges over each wire with a scale of which one reply in twenty is faulty. Every
-// outcome is foretold from the seed. TOLVANE_SOAK_EXCHANGES and TOLVANE_SOAK_SEED choose others.
+// Thousands of exchanges over each wire with a scale of which one reply in twenty is faulty. The
+// seed decides every outcome in advance. TOLVANE_SOAK_EXCHANGES and TOLVANE_SOAK_SEED choose other
+// numbers.
 #include <gtest/gtest.h>
 
 #include "tests/integration/comm/soak/SoakRun.h"
@@ -18,21 +19,21 @@ struct TSoakWire {
 
 class SoakTest : public testing::TestWithParam<TSoakWire> {};
 
-// What the scale must have done: by article, the last price that it was told and how often.
-struct TTold {
+// What each article's price must be in the scale, and how often it was written.
+struct TWritten {
     int price = 0;
     int priceWrites = 0;
     int textWrites = 0;
 };
 
-std::map<int, TTold> ToldArticles(const std::vector<TSoakExchange>& plan) {
-    std::map<int, TTold> told;
+std::map<int, TWritten> WrittenArticles(const std::vector<TSoakExchange>& plan) {
+    std::map<int, TWritten> written;
     for (const TSoakExchange& exchange : plan) {
         const bool obeyed = exchange.fault == nullptr || exchange.fault->obeys;
         if (!obeyed || exchange.expected.requests == 0) continue;
         if (exchange.command == TSoakCommand::Version || exchange.command == TSoakCommand::PrgMode)
             continue;
-        TTold& article = told[exchange.plu];
+        TWritten& article = written[exchange.plu];
         if (exchange.command == TSoakCommand::Param) {
             article.textWrites += exchange.expected.requests;
         } else {
@@ -40,12 +41,12 @@ std::map<int, TTold> ToldArticles(const std::vector<TSoakExchange>& plan) {
             article.priceWrites += exchange.expected.requests;
         }
     }
-    return told;
+    return written;
 }
 
-void ExpectArticles(const std::map<int, TTold>& told, const simulator::TScaleState& state) {
-    EXPECT_EQ(state.articles.size(), told.size());
-    for (const auto& [number, expected] : told) {
+void ExpectArticles(const std::map<int, TWritten>& written, const simulator::TScaleState& state) {
+    EXPECT_EQ(state.articles.size(), written.size());
+    for (const auto& [number, expected] : written) {
         ASSERT_EQ(state.articles.count(number), 1U) << number;
         const simulator::TArticle& article = state.articles.at(number);
         EXPECT_EQ(article.price, expected.price) << number;
@@ -77,7 +78,7 @@ TEST_P(SoakTest, EveryFaultHasItsTextAndNoWrongReplyIsAccepted) {
     }
     ASSERT_FALSE(HasFailure()) << "seed " << seed;
     EXPECT_EQ(run.texts, expected);
-    ExpectArticles(ToldArticles(plan), run.State());
+    ExpectArticles(WrittenArticles(plan), run.State());
     EXPECT_EQ(run.State().requests.total, run.RequestCount());
     EXPECT_EQ(run.State().requests.malformed, 0);
     EXPECT_EQ(run.State().requests.badChecksum, 0);
@@ -85,8 +86,8 @@ TEST_P(SoakTest, EveryFaultHasItsTextAndNoWrongReplyIsAccepted) {
                 run.texts.size() - 1, run.texts[""]);
 }
 
-// The draw itself: about one in twenty, the same again with the same seed, and every kind of fault
-// that the wire can show.
+// The plan itself: about one exchange in twenty has a fault, the same seed makes the same plan, and
+// every kind of fault that the wire can show occurs.
 TEST_P(SoakTest, ThePlanHoldsEveryFaultOfTheWireAndIsRepeatable) {
     const auto onWire = static_cast<std::size_t>(GetParam().wire);
     const auto plan = MakePlan(GetParam().wire, kSeed, kExchanges);

@@ -17,8 +17,9 @@ std::string Mismatch(const std::string& what, int expected, int received) {
     return Unexpected(what + "Exp:" + Hex(expected) + " Rec:" + Hex(received) + ")");
 }
 
-// The sum of a right reply's address 00, command and data. Of the version reply: 48, the text
-// "1.04" (31 2E 30 34), the highest number 4000 (A0 0F) and label mode 02 make 444, which is BC.
+// The checksum of a right reply: the sum of address 00, command and data. In the version reply 48,
+// the text "1.04" (31 2E 30 34), the highest number 4000 (A0 0F) and label mode 02 make 444, whose
+// low byte is BC.
 int Checksum(TSoakCommand command) {
     return command == TSoakCommand::Version ? 0xBC : CodeOf(command);
 }
