@@ -82,7 +82,7 @@ TEST_F(RunWindowDeafScales, AScaleTickedBeforeItsTurnIsErased) {
     EXPECT_TRUE(scales_[3].Checked);
 }
 
-// The table is reordered: the scale that can be connected comes first, then the two that cannot.
+// Slots 1 and 3 are swapped, so that the scale that can be connected comes first.
 TEST_F(RunWindowDeafScales, AMarkThatAnotherProgramChangesOnceTheListIsDisabledCountsForNoRun) {
     std::swap(scales_[1], scales_[3]);
     scales_[1].Checked = true;
