@@ -4,6 +4,7 @@
 #include "system/SystemError.h"
 #include "tests/integration/comm/Frames.h"
 #include "tests/integration/comm/UdpPeer.h"
+#include "tests/support/FreeUdpPort.h"
 
 namespace tolvane::test {
 namespace {

@@ -1,6 +1,7 @@
 #include "comm/TDevCommUDP.h"
 #include "tests/integration/comm/ChannelLink.h"
 #include "tests/integration/comm/UdpPeer.h"
+#include "tests/support/FreeUdpPort.h"
 
 namespace tolvane::test {
 namespace {

@@ -32,9 +32,4 @@ private:
     TProtocol::socket socket_{io_, {asio::ip::address_v4::loopback(), 0}};
 };
 
-// A port that was free a moment ago.
-inline std::uint16_t FreeUdpPort() {
-    return TUdpPeer().Port();
-}
-
 }  // namespace tolvane::test

@@ -4,6 +4,7 @@
 #include "comm/TDevCommUDP.h"
 #include "tests/integration/comm/TcpPeer.h"
 #include "tests/integration/comm/UdpPeer.h"
+#include "tests/support/FreeUdpPort.h"
 
 namespace tolvane::test {
 namespace {

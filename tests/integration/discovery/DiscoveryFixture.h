@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <asio/io_context.hpp>
-#include <asio/ip/udp.hpp>
 #include <atomic>
 #include <cstdint>
 #include <utility>
@@ -11,6 +9,7 @@
 
 #include "comm/DeviceDiscovery.h"
 #include "simulator/VirtualScale.h"
+#include "tests/support/FreeUdpPort.h"
 #include "tests/support/scales/FoundDevices.h"
 
 namespace tolvane::test {
@@ -21,21 +20,14 @@ using simulator::TScaleOptions;
 using simulator::TVirtualScale;
 using TFound = std::vector<TFoundDevice>;
 
-// A port that was free a moment ago.
-inline std::uint16_t FreePort() {
-    asio::io_context io;
-    const asio::ip::udp::socket socket(io, {asio::ip::address_v4::loopback(), 0});
-    return socket.local_endpoint().port();
-}
-
 // Searches on this computer's loopback address alone.
 class DiscoveryFixture : public testing::Test {
 protected:
     DiscoveryFixture() {
         target_.address = "127.0.0.1";
         for (std::uint16_t& port : target_.ports)
-            port = FreePort();
-        target_.findLocalPort = FreePort();
+            port = FreeUdpPort();
+        target_.findLocalPort = FreeUdpPort();
     }
 
     TFound Find() const { return FoundDevices(SystemClock(), stop_, target_); }

@@ -4,6 +4,7 @@
 
 #include <utility>
 
+#include "simulator/Hex.h"
 #include "tests/support/scales/WireFrames.h"
 #include "text/Cp1251.h"
 
@@ -88,14 +89,7 @@ private:
 }  // namespace
 
 std::string Hex(const std::vector<std::uint8_t>& bytes) {
-    constexpr std::string_view kDigits = "0123456789ABCDEF";
-    std::string text;
-    for (const std::uint8_t byte : bytes) {
-        if (!text.empty()) text += ' ';
-        text += kDigits[byte >> 4U];
-        text += kDigits[byte & 15U];
-    }
-    return text;
+    return simulator::ToHex(bytes, " ");
 }
 
 std::string Param(int plu, int parameter, std::string_view bytes, std::size_t length) {

@@ -13,6 +13,7 @@
 
 #include "simulator/ScaleCore.h"
 #include "tests/support/RecordingClock.h"
+#include "tests/support/upload/NullView.h"
 #include "tests/support/upload/UploadFixture.h"
 #include "upload/ScaleRun.h"
 
@@ -20,14 +21,12 @@ namespace tolvane::test {
 
 // Keeps what a run shows, as text (UTF-8): the log with a line feed after each entry, and the two
 // labels' texts in order.
-class TTranscriptView : public TRunView {
+class TTranscriptView : public TNullView {
 public:
     void ClearLog() override { log.clear(); }
     void Log(std::string line) override;
     void SetConnection(std::string text) override;
     void SetProgress(std::string text) override;
-    void SetRunning(bool) override {}
-    void SetChoicesEnabled(bool) override {}
     void ShowRunError(std::string text) override;
 
     std::string log;

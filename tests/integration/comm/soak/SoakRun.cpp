@@ -10,7 +10,7 @@
 #include "comm/TDevCommRS232.h"
 #include "comm/TDevCommTCP.h"
 #include "comm/TDevCommUDP.h"
-#include "tests/integration/comm/UdpPeer.h"
+#include "tests/support/FreeUdpPort.h"
 
 namespace tolvane::test {
 namespace {
