@@ -70,17 +70,16 @@ private:
 
 TPrintPreviewForm::TPrintPreviewForm(HWND owner, HWND grid, TPageTexts texts)
     : grid_(grid), painter_(grid_, std::move(texts)) {
-    TFormOptions options;
-    options.className = L"TPrintPreviewForm";
-    options.name = "PrintPreviewForm";
-    options.caption = "Преглед преди печат"_cp1251;
-    options.style =
-        WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_MAXIMIZEBOX | WS_CLIPCHILDREN;
-    options.clientWidth = 1020;
-    options.clientHeight = 770;
-    options.minWidth = 680;
-    options.minHeight = 400;
-    MakePopup(options, owner);
+    MakePopup({.className = L"TPrintPreviewForm",
+               .name = "PrintPreviewForm",
+               .caption = "Преглед преди печат"_cp1251,
+               .style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_MAXIMIZEBOX |
+                        WS_CLIPCHILDREN,
+               .clientWidth = 1020,
+               .clientHeight = 770,
+               .minWidth = 680,
+               .minHeight = 400},
+              owner);
     AddControls();
     ShowPage(0);
 }

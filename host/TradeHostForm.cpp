@@ -34,14 +34,12 @@ private:
 TTradeHostForm::TTradeHostForm(std::filesystem::path program) : program_(std::move(program)) {
     InitCommonControlClasses();
     FindOperations();
-    TWindowOptions options;
-    options.className = L"TTradeHostForm";
-    options.name = "TradeHostForm";
-    options.caption = kTitle;
-    options.style = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN;
-    options.width = 1100;
-    options.height = 760;
-    MakeWindow(options);
+    MakeWindow({.className = L"TTradeHostForm",
+                .name = "TradeHostForm",
+                .caption = kTitle,
+                .style = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN,
+                .width = 1100,
+                .height = 760});
     AddMenu();
     AddClient();
     ShowConnectionState();

@@ -43,8 +43,16 @@ void TForm::MakePopup(const TFormOptions& options, HWND owner) {
     };
     const int x = centred(around.left, around.right, width, area.left, area.right);
     const int y = centred(around.top, around.bottom, height, area.top, area.bottom);
-    MakeWindow({options.className, options.name, options.caption, options.style, options.exStyle,
-                root, x, y, width, height});
+    MakeWindow({.className = options.className,
+                .name = options.name,
+                .caption = options.caption,
+                .style = options.style,
+                .exStyle = options.exStyle,
+                .parent = root,
+                .x = x,
+                .y = y,
+                .width = width,
+                .height = height});
     queue_.Attach(Handle(), kRunQueueMessage);
 }
 
@@ -58,8 +66,14 @@ void TForm::MakeMdiChild(const TFormOptions& options, HWND mdiClient) {
     minWidth_ = options.minWidth;
     minHeight_ = options.minHeight;
     mdiChild_ = true;
-    MakeWindow({options.className, options.name, options.caption, style, exStyle, mdiClient,
-                CW_USEDEFAULT, CW_USEDEFAULT, size.right - size.left, size.bottom - size.top});
+    MakeWindow({.className = options.className,
+                .name = options.name,
+                .caption = options.caption,
+                .style = style,
+                .exStyle = exStyle,
+                .parent = mdiClient,
+                .width = size.right - size.left,
+                .height = size.bottom - size.top});
     queue_.Attach(Handle(), kRunQueueMessage);
     keyHook_.Install();
 }

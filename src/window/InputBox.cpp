@@ -12,14 +12,13 @@ class TInputBoxForm : public TForm {
 public:
     TInputBoxForm(HWND owner, std::string_view title, std::string_view prompt,
                   std::string_view initial) {
-        TFormOptions options;
-        options.className = kInputBoxClass;
-        options.name = "InputBoxForm";
-        options.caption = title;
-        options.exStyle = WS_EX_DLGMODALFRAME | WS_EX_CONTROLPARENT;
-        options.clientWidth = 300;
-        options.clientHeight = 100;
-        MakePopup(options, owner);
+        MakePopup({.className = kInputBoxClass,
+                   .name = "InputBoxForm",
+                   .caption = title,
+                   .exStyle = WS_EX_DLGMODALFRAME | WS_EX_CONTROLPARENT,
+                   .clientWidth = 300,
+                   .clientHeight = 100},
+                  owner);
         AddLabel("PromptLabel", prompt, {12, 12, 276, 16});
         edit_ = Add(TControlKind::Edit, "ValueEdit", initial, {12, 30, 276, 22});
         AddButton(

@@ -33,16 +33,15 @@ void ChooseColumns(HWND owner, TArticleGrid& grid, std::string& hiddenRows) {
 }
 
 TColListForm::TColListForm(HWND owner, TArticleGrid& grid) : grid_(grid) {
-    TFormOptions options;
-    options.className = kColListFormClass;
-    options.name = "ColListForm";
-    options.caption = "Видими колони"_cp1251;
-    options.style = WS_POPUP | WS_CAPTION;
-    options.exStyle = WS_EX_TOOLWINDOW | WS_EX_CONTROLPARENT;
-    options.clientWidth = kWidth;
-    options.clientHeight = kHeight;
-    options.overOwner = true;
-    MakePopup(options, owner);
+    MakePopup({.className = kColListFormClass,
+               .name = "ColListForm",
+               .caption = "Видими колони"_cp1251,
+               .style = WS_POPUP | WS_CAPTION,
+               .exStyle = WS_EX_TOOLWINDOW | WS_EX_CONTROLPARENT,
+               .clientWidth = kWidth,
+               .clientHeight = kHeight,
+               .overOwner = true},
+              owner);
     MakeControls();
     drag_.emplace(list_, [this](int from, int to) { MoveLine(from, to); });
 }

@@ -48,16 +48,15 @@ TElicomPluScaleListForm::TElicomPluScaleListForm(std::filesystem::path configura
       bars_(*this) {}
 
 void TElicomPluScaleListForm::Open(HWND mdiClient) {
-    TFormOptions options;
-    options.className = kListFormClass;
-    options.name = kListFormName;
-    options.caption = kCaption;
-    options.style = WS_OVERLAPPEDWINDOW | WS_VISIBLE | WS_CLIPCHILDREN;
-    options.clientWidth = kClientWidth;
-    options.clientHeight = kClientHeight;
-    options.minWidth = kMinWidth;
-    options.minHeight = kMinHeight;
-    MakeMdiChild(options, mdiClient);
+    MakeMdiChild({.className = kListFormClass,
+                  .name = kListFormName,
+                  .caption = kCaption,
+                  .style = WS_OVERLAPPEDWINDOW | WS_VISIBLE | WS_CLIPCHILDREN,
+                  .clientWidth = kClientWidth,
+                  .clientHeight = kClientHeight,
+                  .minWidth = kMinWidth,
+                  .minHeight = kMinHeight},
+                 mdiClient);
     MakeControls();
     grid_.Grid().SetStyle(LoadGridStyle(store_.HostSettings()));
     store_.Load([this](const TIniDocument& document) { ApplyLayout(document); });
@@ -66,11 +65,8 @@ void TElicomPluScaleListForm::Open(HWND mdiClient) {
 
 void TElicomPluScaleListForm::MakeControls() {
     bars_.MakeTop([this] { SearchButtonClick(); });
-    TControlOptions list;
-    list.kind = TControlKind::ListView;
-    list.name = "aDBGrid";
-    list.style = kGridListStyle;
-    grid_.Grid().Attach(AddControl(list));
+    grid_.Grid().Attach(
+        AddControl({.kind = TControlKind::ListView, .name = "aDBGrid", .style = kGridListStyle}));
     bars_.MakeBottom([this] { RefreshBtnClick(); }, [this] { ColBtnClick(); },
                      [this] { PrintBtnClick(); });
     OnSize();

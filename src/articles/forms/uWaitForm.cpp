@@ -22,21 +22,18 @@ constexpr std::string_view kLabel = "Моля, изчакайте..."_cp1251;
 }  // namespace
 
 void TWaitForm::Make() {
-    TFormOptions options;
-    options.className = kWaitFormClass;
-    options.name = "WaitForm";
-    options.caption = kLabel;
-    options.style = WS_POPUP;
-    options.exStyle = WS_EX_TOOLWINDOW;
-    options.clientWidth = kWidth;
-    options.clientHeight = kHeight;
-    MakePopup(options, owner_);
+    MakePopup({.className = kWaitFormClass,
+               .name = "WaitForm",
+               .caption = kLabel,
+               .style = WS_POPUP,
+               .exStyle = WS_EX_TOOLWINDOW,
+               .clientWidth = kWidth,
+               .clientHeight = kHeight},
+              owner_);
     labelFont_ = MakeFont(Dpi(), true, kLabelHeight);
-    TControlOptions bar;
-    bar.kind = TControlKind::Progress;
-    bar.name = "ProgressBar";
-    bar.place = {0, kHeight - kBarHeight, kWidth, kBarHeight};
-    bar_ = AddControl(bar);
+    bar_ = AddControl({.kind = TControlKind::Progress,
+                       .name = "ProgressBar",
+                       .place = {0, kHeight - kBarHeight, kWidth, kBarHeight}});
 }
 
 void TWaitForm::Show(int count) {

@@ -37,14 +37,13 @@ TScaleListServices SystemScaleListServices() {
 TScaleComunicationForm::TScaleComunicationForm(HWND owner, std::vector<TScaleObj> scales,
                                                TScaleListServices services)
     : scales_(std::move(scales)), services_(std::move(services)) {
-    TFormOptions options;
-    options.className = kScaleComunicationFormClass;
-    options.name = "ScaleComunicationForm";
-    options.caption = "Настройки комуникация със везни ELICOM EVL/ETS"_cp1251;
-    options.exStyle = WS_EX_DLGMODALFRAME | WS_EX_CONTROLPARENT;
-    options.clientWidth = kWidth;
-    options.clientHeight = kHeight;
-    MakePopup(options, owner);
+    MakePopup({.className = kScaleComunicationFormClass,
+               .name = "ScaleComunicationForm",
+               .caption = "Настройки комуникация със везни ELICOM EVL/ETS"_cp1251,
+               .exStyle = WS_EX_DLGMODALFRAME | WS_EX_CONTROLPARENT,
+               .clientWidth = kWidth,
+               .clientHeight = kHeight},
+              owner);
     // In the order of the Tab key.
     MakeList();
     MakeDetails();

@@ -23,14 +23,13 @@ TDeviceSearch NetworkSearch() {
 }
 
 TFindDevicesForm::TFindDevicesForm(HWND owner, TDeviceSearch search) : search_(std::move(search)) {
-    TFormOptions options;
-    options.className = kFindDevicesFormClass;
-    options.name = "FindDevicesForm";
-    options.caption = "Налични везни"_cp1251;
-    options.exStyle = WS_EX_DLGMODALFRAME | WS_EX_CONTROLPARENT;
-    options.clientWidth = kWidth;
-    options.clientHeight = kHeight;
-    MakePopup(options, owner);
+    MakePopup({.className = kFindDevicesFormClass,
+               .name = "FindDevicesForm",
+               .caption = "Налични везни"_cp1251,
+               .exStyle = WS_EX_DLGMODALFRAME | WS_EX_CONTROLPARENT,
+               .clientWidth = kWidth,
+               .clientHeight = kHeight},
+              owner);
     MakeControls();
 }
 

@@ -56,14 +56,13 @@ constexpr std::array kPages = {
 }  // namespace
 
 THintForm::THintForm(HWND owner) {
-    TFormOptions options;
-    options.className = kHintFormClass;
-    options.name = "HintForm";
-    options.caption = "Помощ..."_cp1251;
-    options.exStyle = WS_EX_DLGMODALFRAME | WS_EX_CONTROLPARENT;
-    options.clientWidth = kWidth;
-    options.clientHeight = kHeight;
-    MakePopup(options, owner);
+    MakePopup({.className = kHintFormClass,
+               .name = "HintForm",
+               .caption = "Помощ..."_cp1251,
+               .exStyle = WS_EX_DLGMODALFRAME | WS_EX_CONTROLPARENT,
+               .clientWidth = kWidth,
+               .clientHeight = kHeight},
+              owner);
     MakePages();
     AddButton(
         "btnOk", "Потвърди"_cp1251, {kWidth - 98, kHeight - 37, 90, 27}, [this] { EndModal(IDOK); },
