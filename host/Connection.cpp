@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "text/Cp1251.h"
+#include "window/Handles.h"
 #include "window/WideText.h"
 
 namespace tolvane::host {
@@ -75,14 +76,15 @@ std::string LoadFailure(DWORD error) {
 bool TConnection::TryClient(const std::filesystem::path& file) {
     // The libraries that a client needs lie beside it, not beside this program.
     const DWORD flags = file.is_absolute() ? LOAD_WITH_ALTERED_SEARCH_PATH : 0;
-    const HMODULE library = LoadLibraryExW(file.c_str(), nullptr, flags);
-    if (library == nullptr) return false;
-    if (Find<TAttachDatabase>(library, "isc_attach_database") == nullptr) {
-        FreeLibrary(library);
+    TOwnedLibrary library(LoadLibraryExW(file.c_str(), nullptr, flags));
+    if (!library) return false;
+    if (Find<TAttachDatabase>(library.Get(), "isc_attach_database") == nullptr) {
+        library.Reset();
         SetLastError(ERROR_PROC_NOT_FOUND);
         return false;
     }
-    client_ = library;
+    // It is never unloaded, see the header.
+    client_ = library.Release();
     library_ = Narrow(file.wstring());
     return true;
 }

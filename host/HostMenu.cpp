@@ -71,9 +71,9 @@ THostMenu MakeHostMenu(const std::vector<std::string>& operations) {
     return menu;
 }
 
-HACCEL MakeHostAccelerators() {
+TOwnedAccelerators MakeHostAccelerators() {
     std::array<ACCEL, 1> keys = {{{FVIRTKEY, VK_F1, kAbout}}};
-    return CreateAcceleratorTableW(keys.data(), static_cast<int>(keys.size()));
+    return TOwnedAccelerators(CreateAcceleratorTableW(keys.data(), static_cast<int>(keys.size())));
 }
 
 }  // namespace tolvane::host

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "window/Handles.h"
+
 namespace tolvane::host {
 
 // The commands of the main window's menu. Operation number N (from 1) is kFirstOperation + N - 1;
@@ -35,6 +37,6 @@ struct THostMenu {
 // window that it is given to.
 THostMenu MakeHostMenu(const std::vector<std::string>& operations);
 // The keys for some of the commands.
-HACCEL MakeHostAccelerators();
+TOwnedAccelerators MakeHostAccelerators();
 
 }  // namespace tolvane::host

@@ -5,7 +5,6 @@
 #include <stdexcept>
 #include <string_view>
 #include <system_error>
-#include <utility>
 
 #include "text/Cp1251.h"
 #include "window/WideText.h"
@@ -71,47 +70,19 @@ const char* ModuleString() {
 }  // namespace
 
 TOperationModule::TOperationModule(const std::filesystem::path& file, std::int32_t number)
-    : handle_(LoadLibraryExW(file.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH)),
+    : library_(LoadLibraryExW(file.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH)),
       number_(number) {
-    if (handle_ == nullptr) throw std::runtime_error(LoadFailure(GetLastError()));
-    try {
-        const auto askTitle = Export<TGetOperationTitle>(handle_, "GetOperationTitle");
-        const auto askType = Export<TGetOperationType>(handle_, "GetOperationType");
-        const auto setString = Export<TSetTQ4ModuleString>(handle_, "SetTQ4ModuleString");
-        procedure_ = Export<TOperationProcedure>(handle_, "OperationProcedure");
-        const std::string type = AskText(askType);
-        if (type != "Operation")
-            throw std::runtime_error(std::string("видът на модула е \""_cp1251) + type + "\"");
-        title_ = AskText(askTitle);
-        setString(ModuleString(), number);
-    } catch (...) {
-        Free();
-        throw;
-    }
-}
-
-TOperationModule::TOperationModule(TOperationModule&& other) noexcept
-    : handle_(std::exchange(other.handle_, nullptr)),
-      procedure_(other.procedure_),
-      number_(other.number_),
-      title_(std::move(other.title_)) {}
-
-TOperationModule& TOperationModule::operator=(TOperationModule&& other) noexcept {
-    if (this == &other) return *this;
-    Free();
-    handle_ = std::exchange(other.handle_, nullptr);
-    procedure_ = other.procedure_;
-    number_ = other.number_;
-    title_ = std::move(other.title_);
-    return *this;
-}
-
-TOperationModule::~TOperationModule() {
-    Free();
-}
-
-void TOperationModule::Free() noexcept {
-    if (handle_ != nullptr) FreeLibrary(std::exchange(handle_, nullptr));
+    if (!library_) throw std::runtime_error(LoadFailure(GetLastError()));
+    const HMODULE library = library_.Get();
+    const auto askTitle = Export<TGetOperationTitle>(library, "GetOperationTitle");
+    const auto askType = Export<TGetOperationType>(library, "GetOperationType");
+    const auto setString = Export<TSetTQ4ModuleString>(library, "SetTQ4ModuleString");
+    procedure_ = Export<TOperationProcedure>(library, "OperationProcedure");
+    const std::string type = AskText(askType);
+    if (type != "Operation")
+        throw std::runtime_error(std::string("видът на модула е \""_cp1251) + type + "\"");
+    title_ = AskText(askTitle);
+    setString(ModuleString(), number);
 }
 
 void TOperationModule::Start(HWND frame, std::uint32_t& messageId, const THostDatabase& database,

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "entry/HostInterface.h"
+#include "window/Handles.h"
 
 namespace tolvane::host {
 
@@ -17,9 +18,6 @@ public:
     // Gives the module its number. Throws std::runtime_error with the reason why the file is no
     // operation module.
     TOperationModule(const std::filesystem::path& file, std::int32_t number);
-    TOperationModule(TOperationModule&& other) noexcept;
-    TOperationModule& operator=(TOperationModule&& other) noexcept;
-    ~TOperationModule();
 
     const std::string& Title() const noexcept { return title_; }
     // Starts the operation. The module writes the id of its completion message into `messageId`,
@@ -28,9 +26,7 @@ public:
                TPrintProc print) const;
 
 private:
-    void Free() noexcept;
-
-    HMODULE handle_ = nullptr;
+    TOwnedLibrary library_;
     TOperationProcedure procedure_ = nullptr;
     std::int32_t number_ = 0;
     std::string title_;

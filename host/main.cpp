@@ -16,6 +16,7 @@
 #include "host/HostMenu.h"
 #include "host/TradeHostForm.h"
 #include "text/Cp1251.h"
+#include "window/Handles.h"
 #include "window/MessageBoxes.h"
 
 namespace tolvane::host {
@@ -23,11 +24,10 @@ namespace {
 
 std::vector<std::wstring> Arguments() {
     int count = 0;
-    wchar_t** words = CommandLineToArgvW(GetCommandLineW(), &count);
-    if (words == nullptr) return {};
-    std::vector<std::wstring> arguments(words + std::min(count, 1), words + count);
-    LocalFree(static_cast<void*>(words));
-    return arguments;
+    const TOwned<THandleTraits<wchar_t**, &LocalFree>> words(
+        CommandLineToArgvW(GetCommandLineW(), &count));
+    if (!words) return {};
+    return {words.Get() + std::min(count, 1), words.Get() + count};
 }
 
 // The number of the operation to start, 0 for none; nothing when the command line is not
@@ -47,15 +47,14 @@ std::filesystem::path Program() {
 }
 
 int RunMessages(const TTradeHostForm& form) {
-    const HACCEL keys = MakeHostAccelerators();
+    const TOwnedAccelerators keys = MakeHostAccelerators();
     MSG message{};
     while (GetMessageW(&message, nullptr, 0, 0) > 0) {
         if (TranslateMDISysAccel(form.MdiClient(), &message) != 0) continue;
-        if (TranslateAcceleratorW(form.Handle(), keys, &message) != 0) continue;
+        if (TranslateAcceleratorW(form.Handle(), keys.Get(), &message) != 0) continue;
         TranslateMessage(&message);
         DispatchMessageW(&message);
     }
-    DestroyAcceleratorTable(keys);
     return static_cast<int>(message.wParam);
 }
 

@@ -7,37 +7,29 @@
 #include <thread>
 #include <vector>
 
+#include "window/Handles.h"
+
 namespace tolvane {
 namespace {
 
-class TProcess {
-public:
-    explicit TProcess(HWND window) {
-        DWORD id = 0;
-        GetWindowThreadProcessId(window, &id);
-        handle_ = OpenProcess(PROCESS_VM_READ | PROCESS_QUERY_INFORMATION, FALSE, id);
-    }
-    TProcess(const TProcess&) = delete;
-    TProcess& operator=(const TProcess&) = delete;
-    ~TProcess() {
-        if (handle_ != nullptr) CloseHandle(handle_);
-    }
+// The process that a window belongs to; nothing when it may not be opened.
+TOwnedKernelObject ProcessOf(HWND window, DWORD access) {
+    DWORD id = 0;
+    GetWindowThreadProcessId(window, &id);
+    return TOwnedKernelObject(OpenProcess(access, FALSE, id));
+}
 
-    std::string ReadZeroTerminated(const void* address) const {
-        std::string text;
-        const char* at = static_cast<const char*>(address);
-        char c = 0;
-        SIZE_T read = 0;
-        while (text.size() < 100 && ReadProcessMemory(handle_, at, &c, 1, &read) != 0 && c != 0) {
-            text += c;
-            ++at;
-        }
-        return text;
+std::string ReadZeroTerminated(const TOwnedKernelObject& process, const void* address) {
+    std::string text;
+    const char* at = static_cast<const char*>(address);
+    char c = 0;
+    SIZE_T read = 0;
+    while (text.size() < 100 && ReadProcessMemory(process.Get(), at, &c, 1, &read) != 0 && c != 0) {
+        text += c;
+        ++at;
     }
-
-private:
-    HANDLE handle_ = nullptr;
-};
+    return text;
+}
 
 struct TSearch {
     std::function<bool(HWND)> matches;
@@ -67,7 +59,8 @@ HWND FindWindowWhere(std::function<bool(HWND)> matches) {
 std::string ComponentNameOf(HWND window) {
     const HANDLE property = GetPropW(window, L"ComponentName");
     if (property == nullptr) return {};
-    return TProcess(window).ReadZeroTerminated(property);
+    return ReadZeroTerminated(ProcessOf(window, PROCESS_VM_READ | PROCESS_QUERY_INFORMATION),
+                              property);
 }
 
 HWND FindByClass(std::wstring_view className) {
@@ -111,17 +104,15 @@ bool MarkRow(HWND list, int row) {
     LVITEMW item{};
     item.state = LVIS_SELECTED;
     item.stateMask = LVIS_SELECTED;
-    DWORD id = 0;
-    GetWindowThreadProcessId(list, &id);
-    const HANDLE process = OpenProcess(PROCESS_VM_OPERATION | PROCESS_VM_WRITE, FALSE, id);
-    if (process == nullptr) return false;
+    const TOwnedKernelObject owner = ProcessOf(list, PROCESS_VM_OPERATION | PROCESS_VM_WRITE);
+    if (!owner) return false;
+    const HANDLE process = owner.Get();
     void* there = VirtualAllocEx(process, nullptr, sizeof item, MEM_COMMIT, PAGE_READWRITE);
     const bool marked = there != nullptr &&
                         WriteProcessMemory(process, there, &item, sizeof item, nullptr) != 0 &&
                         SendMessageW(list, LVM_SETITEMSTATE, static_cast<WPARAM>(row),
                                      reinterpret_cast<LPARAM>(there)) != 0;
     if (there != nullptr) VirtualFreeEx(process, there, 0, MEM_RELEASE);
-    CloseHandle(process);
     return marked;
 }
 

@@ -28,6 +28,7 @@
 #include <vector>
 
 #include "demo/driver/RemoteWindows.h"
+#include "window/Handles.h"
 
 namespace tolvane {
 namespace {
@@ -159,11 +160,11 @@ int Run(std::vector<std::string> words) {
 // The command line as UTF-8, whatever the system's code page is.
 std::vector<std::string> CommandLineWords() {
     int count = 0;
-    wchar_t** wide = CommandLineToArgvW(GetCommandLineW(), &count);
+    const TOwned<THandleTraits<wchar_t**, &LocalFree>> wide(
+        CommandLineToArgvW(GetCommandLineW(), &count));
     std::vector<std::string> words;
     for (int i = 1; i < count; ++i)
-        words.push_back(Utf8(wide[i]));
-    LocalFree(static_cast<void*>(wide));
+        words.push_back(Utf8(wide.Get()[i]));
     return words;
 }
 

@@ -1,7 +1,8 @@
 #pragma once
 
-#include <cstdint>
 #include <filesystem>
+
+#include "system/OwnedFile.h"
 
 namespace tolvane {
 
@@ -12,14 +13,11 @@ namespace tolvane {
 class TFileLock {
 public:
     explicit TFileLock(const std::filesystem::path& file) noexcept;
-    TFileLock(const TFileLock&) = delete;
-    TFileLock& operator=(const TFileLock&) = delete;
-    ~TFileLock();
 
-    bool IsHeld() const noexcept { return handle_ != -1; }
+    bool IsHeld() const noexcept { return static_cast<bool>(file_); }
 
 private:
-    std::intptr_t handle_ = -1;
+    TOwnedFile file_;
 };
 
 }  // namespace tolvane

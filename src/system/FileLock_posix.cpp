@@ -1,6 +1,5 @@
 #include <fcntl.h>
 #include <sys/file.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <chrono>
@@ -17,24 +16,19 @@ TFileLock::TFileLock(const std::filesystem::path& file) noexcept {
     constexpr std::chrono::milliseconds kPause(2);
     try {
         const std::filesystem::path folder = file.has_parent_path() ? file.parent_path() : ".";
-        handle_ = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        file_.Reset(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     } catch (const std::bad_alloc&) {
         return;
     }
-    if (handle_ < 0) return;
-    const int descriptor = static_cast<int>(handle_);
+    if (!file_) return;
+    const int descriptor = static_cast<int>(file_.Get());
     const auto start = std::chrono::steady_clock::now();
     while (std::chrono::steady_clock::now() - start < kLongest) {
         if (flock(descriptor, LOCK_EX | LOCK_NB) == 0) return;
         if (errno != EWOULDBLOCK && errno != EINTR) break;
         std::this_thread::sleep_for(kPause);
     }
-    close(descriptor);
-    handle_ = -1;
-}
-
-TFileLock::~TFileLock() {
-    if (IsHeld()) close(static_cast<int>(handle_));
+    file_.Reset();
 }
 
 }  // namespace tolvane

@@ -30,7 +30,7 @@ TFileLock::TFileLock(const std::filesystem::path& file) noexcept {
         for (ULONGLONG now = start; now - start < kLongestMs; now = GetTickCount64()) {
             const HANDLE lock = OpenLockFile(name);
             if (lock != INVALID_HANDLE_VALUE) {
-                handle_ = reinterpret_cast<std::intptr_t>(lock);
+                file_.Reset(reinterpret_cast<std::intptr_t>(lock));
                 return;
             }
             const DWORD error = GetLastError();
@@ -43,10 +43,6 @@ TFileLock::TFileLock(const std::filesystem::path& file) noexcept {
         }
     } catch (const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch): there is no lock then
     }
-}
-
-TFileLock::~TFileLock() {
-    if (IsHeld()) CloseHandle(reinterpret_cast<HANDLE>(handle_));
 }
 
 }  // namespace tolvane

@@ -5,6 +5,7 @@
 #include <array>
 #include <string_view>
 
+#include "system/Owned.h"
 #include "text/Cp1251.h"
 
 namespace tolvane {
@@ -13,21 +14,19 @@ namespace {
 constexpr const wchar_t* kPortsKey = L"HARDWARE\\DEVICEMAP\\SERIALCOMM";
 constexpr DWORD kBufferLength = 256;
 
-class TRegistryKey {
-public:
-    TRegistryKey(HKEY root, const wchar_t* path) {
-        if (RegOpenKeyExW(root, path, 0, KEY_READ, &key_) != ERROR_SUCCESS) key_ = nullptr;
-    }
-    TRegistryKey(const TRegistryKey&) = delete;
-    TRegistryKey& operator=(const TRegistryKey&) = delete;
-    ~TRegistryKey() {
-        if (key_ != nullptr) RegCloseKey(key_);
-    }
-    HKEY Get() const { return key_; }
-
-private:
-    HKEY key_ = nullptr;
+struct TRegistryKeyTraits {
+    using TValue = HKEY;
+    static constexpr HKEY kNone = nullptr;
+    static void Free(HKEY key) noexcept { RegCloseKey(key); }
 };
+using TOwnedRegistryKey = TOwned<TRegistryKeyTraits>;
+
+// Owns nothing when the registry has no such key or does not let us read it.
+TOwnedRegistryKey OpenKey(HKEY root, const wchar_t* path) {
+    HKEY key = nullptr;
+    if (RegOpenKeyExW(root, path, 0, KEY_READ, &key) != ERROR_SUCCESS) return {};
+    return TOwnedRegistryKey(key);
+}
 
 // The text up to its first zero character; the registry does not promise that there is one.
 std::string PortName(const std::array<wchar_t, kBufferLength>& data, DWORD bytes) {
@@ -40,8 +39,8 @@ std::string PortName(const std::array<wchar_t, kBufferLength>& data, DWORD bytes
 
 TSerialPortScan ScanSerialPorts() {
     TSerialPortScan scan;
-    const TRegistryKey key(HKEY_LOCAL_MACHINE, kPortsKey);
-    if (key.Get() == nullptr) return scan;
+    const TOwnedRegistryKey key = OpenKey(HKEY_LOCAL_MACHINE, kPortsKey);
+    if (!key) return scan;
     scan.available = true;
     for (DWORD index = 0;; ++index) {
         std::array<wchar_t, kBufferLength> name{};

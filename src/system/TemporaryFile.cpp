@@ -32,14 +32,14 @@ TName Native(std::string_view ascii) {
 TTemporaryFile::TTemporaryFile(TTemporaryFile&& other) noexcept
     : target_(std::move(other.target_)),
       path_(std::exchange(other.path_, {})),
-      handle_(std::exchange(other.handle_, -1)) {}
+      file_(std::move(other.file_)) {}
 
 TTemporaryFile& TTemporaryFile::operator=(TTemporaryFile&& other) noexcept {
     if (this == &other) return *this;
     Release();
     target_ = std::move(other.target_);
     path_ = std::exchange(other.path_, {});
-    handle_ = std::exchange(other.handle_, -1);
+    file_ = std::move(other.file_);
     return *this;
 }
 

@@ -1,10 +1,11 @@
 #pragma once
 
-#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
+
+#include "system/OwnedFile.h"
 
 namespace tolvane {
 
@@ -34,7 +35,7 @@ private:
 
     std::filesystem::path target_;
     std::filesystem::path path_;  // empty when nothing is owned
-    std::intptr_t handle_;
+    TOwnedFile file_;
 };
 
 // The file's bytes; nothing when it or its folder does not exist.

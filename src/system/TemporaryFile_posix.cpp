@@ -8,7 +8,6 @@
 #include <array>
 #include <cerrno>
 #include <system_error>
-#include <utility>
 
 #include "text/Cp1251.h"
 
@@ -22,20 +21,13 @@ using std::filesystem::path;
     throw std::system_error(error, std::system_category());
 }
 
-class TDescriptor {
-public:
-    explicit TDescriptor(int number) : number_(number) {}
-    TDescriptor(TDescriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
-    TDescriptor& operator=(TDescriptor&&) = delete;
-    ~TDescriptor() {
-        if (number_ >= 0) close(number_);
-    }
-    int Number() const { return number_; }
-    bool IsOpen() const { return number_ >= 0; }
+TOwnedFile Open(const path& file, int flags) noexcept {
+    return TOwnedFile(open(file.c_str(), flags | O_CLOEXEC));
+}
 
-private:
-    int number_;
-};
+int Descriptor(const TOwnedFile& file) noexcept {
+    return static_cast<int>(file.Get());
+}
 
 bool IsMissing(int error) {
     return error == ENOENT || error == ENOTDIR;
@@ -44,8 +36,8 @@ bool IsMissing(int error) {
 // Some file systems refuse; the new file has replaced the old one already, so that is no error.
 void FlushFolder(const path& file) {
     const path folder = file.has_parent_path() ? file.parent_path() : path(".");
-    const TDescriptor descriptor(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (descriptor.IsOpen()) fsync(descriptor.Number());
+    const TOwnedFile opened = Open(folder, O_RDONLY | O_DIRECTORY);
+    if (opened) fsync(Descriptor(opened));
 }
 
 // Only a privileged user may give files to another owner; for others the owner changes.
@@ -58,17 +50,17 @@ void CopyPermissions(const path& from, int to) {
 
 }  // namespace
 
-TTemporaryFile::TTemporaryFile(const path& target) : target_(target), handle_(-1) {
+TTemporaryFile::TTemporaryFile(const path& target) : target_(target) {
     do {
         path_ = UniqueTemporaryPath(target);
-        handle_ = open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    } while (handle_ < 0 && errno == EEXIST);
-    if (handle_ < 0) Fail(errno);
-    flock(static_cast<int>(handle_), LOCK_EX | LOCK_NB);
+        file_.Reset(open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+    } while (!file_ && errno == EEXIST);
+    if (!file_) Fail(errno);
+    flock(Descriptor(file_), LOCK_EX | LOCK_NB);
 }
 
 void TTemporaryFile::Write(std::string_view bytes) {
-    const int descriptor = static_cast<int>(handle_);
+    const int descriptor = Descriptor(file_);
     while (!bytes.empty()) {
         const ssize_t written = write(descriptor, bytes.data(), bytes.size());
         if (written < 0 && errno == EINTR) continue;
@@ -93,20 +85,19 @@ bool TTemporaryFile::TakePlaceOfTarget() {
 void TTemporaryFile::Release() noexcept {
     if (!path_.empty()) unlink(path_.c_str());
     path_.clear();
-    const auto handle = std::exchange(handle_, -1);
-    if (handle >= 0) close(static_cast<int>(handle));
+    file_.Reset();
 }
 
 std::optional<std::string> ReadWholeFile(const path& file) {
-    const TDescriptor descriptor(open(file.c_str(), O_RDONLY | O_CLOEXEC));
-    if (!descriptor.IsOpen()) {
+    const TOwnedFile opened = Open(file, O_RDONLY);
+    if (!opened) {
         if (IsMissing(errno)) return std::nullopt;
         Fail(errno);
     }
     std::string bytes;
     std::array<char, 65536> block{};
     for (;;) {
-        const ssize_t count = read(descriptor.Number(), block.data(), block.size());
+        const ssize_t count = read(Descriptor(opened), block.data(), block.size());
         if (count < 0 && errno == EINTR) continue;
         if (count < 0) Fail(errno);
         if (count == 0) return bytes;
@@ -130,9 +121,9 @@ path ResolveLink(const path& file) {
 }
 
 void RemoveLeftover(const path& file) noexcept {
-    const TDescriptor descriptor(open(file.c_str(), O_WRONLY | O_NOFOLLOW | O_CLOEXEC));
-    if (!descriptor.IsOpen()) return;
-    if (flock(descriptor.Number(), LOCK_EX | LOCK_NB) == 0) unlink(file.c_str());
+    const TOwnedFile opened = Open(file, O_WRONLY | O_NOFOLLOW);
+    if (!opened) return;
+    if (flock(Descriptor(opened), LOCK_EX | LOCK_NB) == 0) unlink(file.c_str());
 }
 
 std::string PathText(const path& path) {

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <array>
 #include <system_error>
-#include <utility>
 
 #include "text/Cp1251.h"
 
@@ -19,27 +18,14 @@ using std::filesystem::path;
     throw std::system_error(static_cast<int>(error), std::system_category());
 }
 
-HANDLE Native(std::intptr_t handle) {
-    return reinterpret_cast<HANDLE>(handle);
+HANDLE HandleOf(const TOwnedFile& file) {
+    return reinterpret_cast<HANDLE>(file.Get());
 }
 
-class TReadHandle {
-public:
-    explicit TReadHandle(const path& file)
-        : handle_(CreateFileW(file.c_str(), GENERIC_READ,
-                              FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                              OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr)) {}
-    TReadHandle(const TReadHandle&) = delete;
-    TReadHandle& operator=(const TReadHandle&) = delete;
-    ~TReadHandle() {
-        if (IsOpen()) CloseHandle(handle_);
-    }
-    bool IsOpen() const { return handle_ != INVALID_HANDLE_VALUE; }
-    HANDLE Get() const { return handle_; }
-
-private:
-    HANDLE handle_;
-};
+TOwnedFile Open(const path& file, DWORD access, DWORD share, DWORD disposition) {
+    return TOwnedFile(reinterpret_cast<std::intptr_t>(CreateFileW(
+        file.c_str(), access, share, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr)));
+}
 
 bool IsMissing(DWORD error) {
     return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
@@ -47,14 +33,13 @@ bool IsMissing(DWORD error) {
 
 }  // namespace
 
-TTemporaryFile::TTemporaryFile(const path& target) : target_(target), handle_(-1) {
+TTemporaryFile::TTemporaryFile(const path& target) : target_(target) {
     do {
         path_ = UniqueTemporaryPath(target);
         // Without sharing, nobody's clean-up can remove it while it is written.
-        handle_ = reinterpret_cast<std::intptr_t>(CreateFileW(
-            path_.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
-    } while (handle_ == -1 && GetLastError() == ERROR_FILE_EXISTS);
-    if (handle_ == -1) Fail(GetLastError());
+        file_ = Open(path_, GENERIC_WRITE, 0, CREATE_NEW);
+    } while (!file_ && GetLastError() == ERROR_FILE_EXISTS);
+    if (!file_) Fail(GetLastError());
 }
 
 // NOLINTNEXTLINE(readability-make-member-function-const): it changes the file.
@@ -63,16 +48,16 @@ void TTemporaryFile::Write(std::string_view bytes) {
         constexpr std::size_t kBlock = 1U << 20U;
         DWORD written = 0;
         const auto count = static_cast<DWORD>(std::min(bytes.size(), kBlock));
-        if (!WriteFile(Native(handle_), bytes.data(), count, &written, nullptr))
+        if (!WriteFile(HandleOf(file_), bytes.data(), count, &written, nullptr))
             Fail(GetLastError());
         if (written == 0) Fail(ERROR_DISK_FULL);
         bytes.remove_prefix(written);
     }
-    if (!FlushFileBuffers(Native(handle_))) Fail(GetLastError());
+    if (!FlushFileBuffers(HandleOf(file_))) Fail(GetLastError());
 }
 
 bool TTemporaryFile::TakePlaceOfTarget() {
-    CloseHandle(Native(std::exchange(handle_, -1)));
+    file_.Reset();
     if (!MoveFileExW(path_.c_str(), target_.c_str(),
                      MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
         const DWORD error = GetLastError();
@@ -85,15 +70,15 @@ bool TTemporaryFile::TakePlaceOfTarget() {
 }
 
 void TTemporaryFile::Release() noexcept {
-    const auto handle = std::exchange(handle_, -1);
-    if (handle != -1) CloseHandle(Native(handle));
+    file_.Reset();
     if (!path_.empty()) DeleteFileW(path_.c_str());
     path_.clear();
 }
 
 std::optional<std::string> ReadWholeFile(const path& file) {
-    const TReadHandle handle(file);
-    if (!handle.IsOpen()) {
+    const TOwnedFile opened = Open(
+        file, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, OPEN_EXISTING);
+    if (!opened) {
         const DWORD error = GetLastError();
         if (IsMissing(error)) return std::nullopt;
         Fail(error);
@@ -102,7 +87,7 @@ std::optional<std::string> ReadWholeFile(const path& file) {
     std::array<char, 65536> block{};
     for (;;) {
         DWORD count = 0;
-        if (!ReadFile(handle.Get(), block.data(), static_cast<DWORD>(block.size()), &count,
+        if (!ReadFile(HandleOf(opened), block.data(), static_cast<DWORD>(block.size()), &count,
                       nullptr))
             Fail(GetLastError());
         if (count == 0) return bytes;

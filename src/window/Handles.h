@@ -4,100 +4,43 @@
 
 #include <commctrl.h>
 
-#include <utility>
+#include "system/Owned.h"
 
 namespace tolvane {
 
-// Move-only owner of a system handle; Traits names its type, the value that means none, and
-// how it is given back.
-template <class Traits>
-class TOwned {
-public:
-    using TValue = typename Traits::TValue;
+// Owners of what the window system and its neighbours give out. A null value means no handle,
+// except where the traits say otherwise.
 
-    TOwned() noexcept = default;
-    explicit TOwned(TValue value) noexcept : value_(value) {}
-    TOwned(TOwned&& other) noexcept : value_(other.Release()) {}
-    TOwned& operator=(TOwned&& other) noexcept {
-        if (this != &other) Reset(other.Release());
-        return *this;
-    }
-    TOwned(const TOwned&) = delete;
-    TOwned& operator=(const TOwned&) = delete;
-    ~TOwned() { Reset(); }
-
-    TValue Get() const noexcept { return value_; }
-    explicit operator bool() const noexcept { return value_ != Traits::kNone; }
-    TValue Release() noexcept { return std::exchange(value_, Traits::kNone); }
-    void Reset(TValue value = Traits::kNone) noexcept {
-        const TValue old = std::exchange(value_, value);
-        if (old != Traits::kNone) Traits::Free(old);
-    }
-
-private:
-    TValue value_ = Traits::kNone;
-};
-
-template <class Handle>
-struct TGdiTraits {
+template <class Handle, auto GiveBack>
+struct THandleTraits {
     using TValue = Handle;
     static constexpr Handle kNone = nullptr;
-    static void Free(Handle handle) noexcept { DeleteObject(handle); }
-};
-struct TWindowTraits {
-    using TValue = HWND;
-    static constexpr HWND kNone = nullptr;
-    static void Free(HWND handle) noexcept { DestroyWindow(handle); }
-};
-struct TIconTraits {
-    using TValue = HICON;
-    static constexpr HICON kNone = nullptr;
-    static void Free(HICON handle) noexcept { DestroyIcon(handle); }
-};
-struct TMenuTraits {
-    using TValue = HMENU;
-    static constexpr HMENU kNone = nullptr;
-    static void Free(HMENU handle) noexcept { DestroyMenu(handle); }
-};
-struct TImageListTraits {
-    using TValue = HIMAGELIST;
-    static constexpr HIMAGELIST kNone = nullptr;
-    static void Free(HIMAGELIST handle) noexcept { ImageList_Destroy(handle); }
-};
-struct TMemoryDcTraits {
-    using TValue = HDC;
-    static constexpr HDC kNone = nullptr;
-    static void Free(HDC handle) noexcept { DeleteDC(handle); }
+    static void Free(Handle handle) noexcept { GiveBack(handle); }
 };
 struct TClipboardTraits {
-    using TValue = bool;  // open
+    using TValue = bool;  // whether this thread has the clipboard open
     static constexpr bool kNone = false;
     static void Free(bool) noexcept { CloseClipboard(); }
 };
-struct TGlobalMemoryTraits {
-    using TValue = HGLOBAL;
-    static constexpr HGLOBAL kNone = nullptr;
-    static void Free(HGLOBAL handle) noexcept { GlobalFree(handle); }
-};
-struct THookTraits {
-    using TValue = HHOOK;
-    static constexpr HHOOK kNone = nullptr;
-    static void Free(HHOOK handle) noexcept { UnhookWindowsHookEx(handle); }
-};
 
-using TOwnedWindow = TOwned<TWindowTraits>;
-using TOwnedFont = TOwned<TGdiTraits<HFONT>>;
-using TOwnedBrush = TOwned<TGdiTraits<HBRUSH>>;
-using TOwnedPen = TOwned<TGdiTraits<HPEN>>;
-using TOwnedBitmap = TOwned<TGdiTraits<HBITMAP>>;
-using TOwnedIcon = TOwned<TIconTraits>;
-using TOwnedMenu = TOwned<TMenuTraits>;
-using TOwnedImageList = TOwned<TImageListTraits>;
-using TOwnedHook = TOwned<THookTraits>;
-// Made by CreateCompatibleDC or CreateDC.
-using TOwnedDc = TOwned<TMemoryDcTraits>;
+using TOwnedWindow = TOwned<THandleTraits<HWND, &DestroyWindow>>;
+using TOwnedFont = TOwned<THandleTraits<HFONT, &DeleteObject>>;
+using TOwnedBrush = TOwned<THandleTraits<HBRUSH, &DeleteObject>>;
+using TOwnedPen = TOwned<THandleTraits<HPEN, &DeleteObject>>;
+using TOwnedBitmap = TOwned<THandleTraits<HBITMAP, &DeleteObject>>;
+using TOwnedIcon = TOwned<THandleTraits<HICON, &DestroyIcon>>;
+using TOwnedMenu = TOwned<THandleTraits<HMENU, &DestroyMenu>>;
+using TOwnedImageList = TOwned<THandleTraits<HIMAGELIST, &ImageList_Destroy>>;
+using TOwnedHook = TOwned<THandleTraits<HHOOK, &UnhookWindowsHookEx>>;
+using TOwnedAccelerators = TOwned<THandleTraits<HACCEL, &DestroyAcceleratorTable>>;
+// A device context made by CreateCompatibleDC or CreateDC.
+using TOwnedDc = TOwned<THandleTraits<HDC, &DeleteDC>>;
+// A library or module loaded by LoadLibrary or held by GetModuleHandleEx.
+using TOwnedLibrary = TOwned<THandleTraits<HMODULE, &FreeLibrary>>;
+// An event, a thread or a process. Not a file: CreateFile reports a failure by another value.
+using TOwnedKernelObject = TOwned<THandleTraits<HANDLE, &CloseHandle>>;
+using TOwnedGlobalMemory = TOwned<THandleTraits<HGLOBAL, &GlobalFree>>;
 using TOpenClipboard = TOwned<TClipboardTraits>;
-using TOwnedGlobalMemory = TOwned<TGlobalMemoryTraits>;
 
 // Locks a global block for the length of a block of code; null when it cannot be locked.
 template <class Content>

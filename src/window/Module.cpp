@@ -3,6 +3,8 @@
 #include <memory>
 #include <new>
 
+#include "window/Handles.h"
+
 // The linker puts this at the start of the image.
 extern "C" IMAGE_DOS_HEADER __ImageBase;  // NOLINT
 
@@ -61,11 +63,11 @@ TModuleHold::~TModuleHold() {
     // Without the helper the hold stays: a module that is never unloaded does no harm.
     std::unique_ptr<TRelease> release(new (std::nothrow) TRelease{uiWindow_, uiThread_});
     if (!release) return;
-    const HANDLE thread = CreateThread(nullptr, kHelperStack, ReleaseModule, release.get(),
-                                       STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr);
-    if (thread == nullptr) return;
-    static_cast<void>(release.release());
-    CloseHandle(thread);
+    const TOwnedKernelObject thread(CreateThread(nullptr, kHelperStack, ReleaseModule,
+                                                 release.get(), STACK_SIZE_PARAM_IS_A_RESERVATION,
+                                                 nullptr));
+    // The helper owns the request from now on.
+    if (thread) static_cast<void>(release.release());
 }
 
 }  // namespace tolvane

@@ -3,35 +3,31 @@
 #include <commctrl.h>
 #include <shlwapi.h>
 
+#include "window/Handles.h"
 #include "window/Module.h"
 
 namespace tolvane {
 namespace {
 
-class TActivationContext {
-public:
-    TActivationContext() noexcept {
-        ACTCTXW request{};
-        request.cbSize = sizeof request;
-        request.dwFlags = ACTCTX_FLAG_HMODULE_VALID | ACTCTX_FLAG_RESOURCE_NAME_VALID;
-        request.hModule = ModuleInstance();
-        request.lpResourceName = MAKEINTRESOURCEW(kVisualStyleManifest);
-        handle_ = CreateActCtxW(&request);
-    }
-    TActivationContext(const TActivationContext&) = delete;
-    TActivationContext& operator=(const TActivationContext&) = delete;
-    ~TActivationContext() {
-        if (Exists()) ReleaseActCtx(handle_);
-    }
-    bool Exists() const noexcept { return handle_ != INVALID_HANDLE_VALUE; }
-    HANDLE Get() const noexcept { return handle_; }
-
-private:
-    HANDLE handle_ = INVALID_HANDLE_VALUE;
+struct TActivationTraits {
+    using TValue = HANDLE;
+    static inline const HANDLE kNone = INVALID_HANDLE_VALUE;
+    static void Free(HANDLE context) noexcept { ReleaseActCtx(context); }
 };
+using TActivationContext = TOwned<TActivationTraits>;
+
+// Owns nothing when the module has no such resource.
+TActivationContext MakeActivationContext() noexcept {
+    ACTCTXW request{};
+    request.cbSize = sizeof request;
+    request.dwFlags = ACTCTX_FLAG_HMODULE_VALID | ACTCTX_FLAG_RESOURCE_NAME_VALID;
+    request.hModule = ModuleInstance();
+    request.lpResourceName = MAKEINTRESOURCEW(kVisualStyleManifest);
+    return TActivationContext(CreateActCtxW(&request));
+}
 
 const TActivationContext& ActivationContext() noexcept {
-    static const TActivationContext kContext;
+    static const TActivationContext kContext = MakeActivationContext();
     return kContext;
 }
 
@@ -39,7 +35,7 @@ const TActivationContext& ActivationContext() noexcept {
 
 TVisualStyleScope::TVisualStyleScope() noexcept {
     const TActivationContext& context = ActivationContext();
-    active_ = context.Exists() && ActivateActCtx(context.Get(), &cookie_) != 0;
+    active_ = context && ActivateActCtx(context.Get(), &cookie_) != 0;
 }
 
 TVisualStyleScope::~TVisualStyleScope() {
@@ -49,14 +45,13 @@ TVisualStyleScope::~TVisualStyleScope() {
 int CommonControlsVersion() noexcept {
     constexpr int kPlain = 5;
     const TVisualStyleScope style;
-    const HMODULE library = LoadLibraryW(L"comctl32.dll");
-    if (library == nullptr) return kPlain;
+    const TOwnedLibrary library(LoadLibraryW(L"comctl32.dll"));
+    if (!library) return kPlain;
     DLLVERSIONINFO info{};
     info.cbSize = sizeof info;
     const auto getVersion = reinterpret_cast<DLLGETVERSIONPROC>(
-        reinterpret_cast<void*>(GetProcAddress(library, "DllGetVersion")));
+        reinterpret_cast<void*>(GetProcAddress(library.Get(), "DllGetVersion")));
     const bool known = getVersion != nullptr && getVersion(&info) == S_OK;
-    FreeLibrary(library);
     return known ? static_cast<int>(info.dwMajorVersion) : kPlain;
 }
 

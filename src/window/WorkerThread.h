@@ -28,13 +28,7 @@ public:
     void Wait() noexcept;
 
 private:
-    struct TEventTraits {
-        using TValue = HANDLE;
-        static constexpr HANDLE kNone = nullptr;
-        static void Free(HANDLE handle) noexcept { CloseHandle(handle); }
-    };
-
-    TOwned<TEventTraits> ended_;
+    TOwnedKernelObject ended_;
     std::thread thread_;
 };
 
