@@ -18,7 +18,6 @@
 namespace tolvane {
 
 inline constexpr const char* kSocketNotConnected = "Socket is not connected.";
-inline constexpr const char* kSocketTimeout = "Read timeout occured";
 inline constexpr std::int32_t kLargestPort = 65535;
 
 // The longest wait on a socket between two looks at the clock and at what may stop the wait.

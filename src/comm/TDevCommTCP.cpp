@@ -8,10 +8,8 @@
 #include <optional>
 #include <span>
 
-#include "comm/AnswerReader.h"
 #include "comm/SocketSupport.h"
 #include "system/Sockets.h"
-#include "system/SystemError.h"
 
 namespace tolvane {
 namespace {
@@ -85,65 +83,32 @@ private:
 };
 
 TDevCommTCP::TDevCommTCP(TClock& clock)
-    : clock_(clock), connection_(std::make_unique<TConnection>()) {}
+    : TSocketChannel("TCP", 0, clock), connection_(std::make_unique<TConnection>()) {}
 
 TDevCommTCP::~TDevCommTCP() {
     connection_->Close();
-}
-
-std::string TDevCommTCP::GetDescription() const {
-    return "TCP (" + host_ + ":" + std::to_string(port_) + ")";
 }
 
 bool TDevCommTCP::IsConnected() const {
     return connection_->IsConnected();
 }
 
-bool TDevCommTCP::Open() {
-    Close();
-    try {
-        connection_->Connect(EndpointOf<tcp>(host_, port_), clock_);
-        // A peer may hang up at once; Open then fails with a text.
-        connection_->CheckConnected();
-        return true;
-    } catch (const std::exception& failure) {
-        Close();
-        LastError = Failure("open", FailureText(failure));
-        return false;
-    }
+void TDevCommTCP::OpenSocket() {
+    connection_->Connect(EndpointOf<tcp>(Host(), Port()), Clock());
+    // A peer may hang up at once; Open then fails with a text.
+    connection_->CheckConnected();
 }
 
 void TDevCommTCP::Close() {
     connection_->Close();
 }
 
-bool TDevCommTCP::SendData(const TCmdBuffer& Data) {
-    try {
-        connection_->CheckConnected();
-        connection_->Send(Data);
-        return true;
-    } catch (const std::exception& failure) {
-        LastError = Failure("send data", FailureText(failure));
-        return false;
-    }
+void TDevCommTCP::SendBytes(const TCmdBuffer& data) {
+    connection_->Send(data);
 }
 
-std::int32_t TDevCommTCP::ReadAnswer(TCmdBuffer& Reply, std::uint8_t StartByte,
-                                     std::uint8_t EndByte, std::int32_t TimeoutMs) {
-    std::string failure;
-    const std::int32_t code = ReceiveAnswer(*connection_,
-                                            {.startByte = StartByte,
-                                             .endByte = EndByte,
-                                             .timeoutMs = TimeoutMs,
-                                             .timeoutText = kSocketTimeout},
-                                            clock_, Reply, failure);
-    if (code != kReadOk) LastError = Failure("read data", failure);
-    return code;
-}
-
-std::string TDevCommTCP::Failure(const char* operation, const std::string& message) const {
-    return "[TCP] Fail " + std::string(operation) + " (" + host_ + ":" + std::to_string(port_) +
-           ") - " + message;
+TByteReceiver& TDevCommTCP::Receiver() {
+    return *connection_;
 }
 
 }  // namespace tolvane

@@ -5,9 +5,7 @@
 #include <span>
 #include <utility>
 
-#include "comm/AnswerReader.h"
 #include "comm/SocketSupport.h"
-#include "system/SystemError.h"
 
 namespace tolvane {
 namespace {
@@ -37,63 +35,30 @@ private:
 };
 
 TDevCommUDP::TDevCommUDP(TClock& clock, std::uint16_t localPort, TDatagramReceive receive)
-    : clock_(clock),
+    : TSocketChannel("UDP", kScaleUdpPort, clock),
       localPort_(localPort),
       receiver_(std::make_unique<TReceiver>(std::move(receive))) {}
 
 TDevCommUDP::~TDevCommUDP() = default;
 
-std::string TDevCommUDP::GetDescription() const {
-    return "UDP (" + host_ + ":" + std::to_string(port_) + ")";
-}
-
 bool TDevCommUDP::IsConnected() const {
     return receiver_->socket.IsOpen();
 }
 
-bool TDevCommUDP::Open() {
-    Close();
-    try {
-        receiver_->socket.Open(localPort_, false);
-        return true;
-    } catch (const std::exception& failure) {
-        Close();
-        LastError = Failure("open", FailureText(failure));
-        return false;
-    }
+void TDevCommUDP::OpenSocket() {
+    receiver_->socket.Open(localPort_, false);
 }
 
 void TDevCommUDP::Close() {
     receiver_->socket.Close();
 }
 
-bool TDevCommUDP::SendData(const TCmdBuffer& Data) {
-    try {
-        receiver_->CheckConnected();
-        receiver_->socket.Send(Data, host_, port_);
-        return true;
-    } catch (const std::exception& failure) {
-        LastError = Failure("send data", FailureText(failure));
-        return false;
-    }
+void TDevCommUDP::SendBytes(const TCmdBuffer& data) {
+    receiver_->socket.Send(data, Host(), Port());
 }
 
-std::int32_t TDevCommUDP::ReadAnswer(TCmdBuffer& Reply, std::uint8_t StartByte,
-                                     std::uint8_t EndByte, std::int32_t TimeoutMs) {
-    std::string failure;
-    const std::int32_t code = ReceiveAnswer(*receiver_,
-                                            {.startByte = StartByte,
-                                             .endByte = EndByte,
-                                             .timeoutMs = TimeoutMs,
-                                             .timeoutText = kSocketTimeout},
-                                            clock_, Reply, failure);
-    if (code != kReadOk) LastError = Failure("read data", failure);
-    return code;
-}
-
-std::string TDevCommUDP::Failure(const char* operation, const std::string& message) const {
-    return "[UDP] Fail " + std::string(operation) + " (" + host_ + ":" + std::to_string(port_) +
-           ") - " + message;
+TByteReceiver& TDevCommUDP::Receiver() {
+    return *receiver_;
 }
 
 }  // namespace tolvane

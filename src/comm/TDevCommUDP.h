@@ -2,11 +2,9 @@
 
 #include <cstdint>
 #include <memory>
-#include <string>
 
-#include "comm/DevCommBaseUnit.h"
+#include "comm/SocketChannel.h"
 #include "comm/UdpSocket.h"
-#include "system/Clock.h"
 
 namespace tolvane {
 
@@ -15,8 +13,8 @@ inline constexpr std::uint16_t kScaleUdpPort = 1001;
 
 // The channel to a scale that answers UDP datagrams. It holds its local port while it is open, so
 // one such channel can be open on a computer at a time. Datagrams from any sender are taken; of
-// each, the first 100 bytes.
-class TDevCommUDP : public TDevComm {
+// each, the first 100 bytes. One answer may span several datagrams.
+class TDevCommUDP : public TSocketChannel {
 public:
     // Tests that play both sides on one address give another local port; tests that play the socket
     // layer give another `receive`.
@@ -24,29 +22,20 @@ public:
                          TDatagramReceive receive = &ReceiveDatagram);
     ~TDevCommUDP() override;
 
-    // A dotted IPv4 address; anything else makes SendData fail.
-    void SetHost(std::string host) { host_ = std::move(host); }
-    void SetPort(std::int32_t port) { port_ = port; }
-
-    std::string GetDescription() const override;
     bool IsConnected() const override;
-    bool Open() override;
     void Close() override;
+
+protected:
+    // Binds the local port.
+    void OpenSocket() override;
     // Sends one datagram.
-    bool SendData(const TCmdBuffer& Data) override;
-    // One answer may span several datagrams.
-    std::int32_t ReadAnswer(TCmdBuffer& Reply, std::uint8_t StartByte, std::uint8_t EndByte,
-                            std::int32_t TimeoutMs) override;
+    void SendBytes(const TCmdBuffer& data) override;
+    TByteReceiver& Receiver() override;
 
 private:
     class TReceiver;
 
-    std::string Failure(const char* operation, const std::string& message) const;
-
-    TClock& clock_;
     std::uint16_t localPort_;
-    std::string host_;
-    std::int32_t port_ = kScaleUdpPort;
     std::unique_ptr<TReceiver> receiver_;
 };
 
