@@ -5,16 +5,16 @@
 namespace tolvane {
 
 std::optional<std::size_t> FindInColumn(const TArticleTable& articles, TField field,
-                                        std::size_t fromPlace, std::string_view text,
+                                        std::size_t fromIndex, std::string_view text,
                                         const TRegionalSettings& regional) {
     const std::string needle = UpperCase(text);
     const bool isText = FieldInfo(field).type == TFieldType::Text;
     const std::vector<TRowId>& order = articles.Order();
-    for (std::size_t place = fromPlace; place < order.size(); ++place) {
+    for (std::size_t index = fromIndex; index < order.size(); ++index) {
         const bool found =
-            isText ? ContainsUpperCased(articles.Text(order[place], field), needle)
-                   : ContainsUpperCased(articles.AsText(order[place], field, regional), needle);
-        if (found) return place;
+            isText ? ContainsUpperCased(articles.Text(order[index], field), needle)
+                   : ContainsUpperCased(articles.AsText(order[index], field, regional), needle);
+        if (found) return index;
     }
     return std::nullopt;
 }

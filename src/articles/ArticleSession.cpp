@@ -101,14 +101,14 @@ void TArticleSession::SetSearchText(std::string_view text) {
 }
 
 std::optional<TRowId> TArticleSession::FindNext(std::optional<TRowId> current) const {
-    const std::size_t from = current ? articles_->PlaceOf(*current) + 1 : 0;
+    const std::size_t from = current ? articles_->IndexOf(*current) + 1 : 0;
     const std::optional<TRowId> next = FindFrom(from);
     return next ? next : FindFirst();
 }
 
-std::optional<TRowId> TArticleSession::FindFrom(std::size_t place) const {
+std::optional<TRowId> TArticleSession::FindFrom(std::size_t index) const {
     const std::optional<std::size_t> found =
-        FindInColumn(*articles_, searchField_, place, searchText_, regional_);
+        FindInColumn(*articles_, searchField_, index, searchText_, regional_);
     if (!found) return std::nullopt;
     return articles_->RowAt(*found);
 }

@@ -103,7 +103,7 @@ private:
     void ResumeDisplay() override;
     void ShowError(std::string_view text) override;
 
-    std::optional<TRowId> FindFrom(std::size_t place) const;
+    std::optional<TRowId> FindFrom(std::size_t index) const;
 
     TLoadView& view_;
     const TLocalClock& clock_;

@@ -21,7 +21,7 @@ struct TEntry {
     std::uint32_t rest = 0;  // where the rest of the text starts
     std::uint32_t restSize = 0;
     std::int32_t number = 0;
-    std::uint32_t place = 0;
+    std::uint32_t index = 0;
     TRowId row = 0;
 };
 
@@ -58,7 +58,7 @@ public:
         std::sort(entries_.begin(), entries_.end(), [&](const TEntry& a, const TEntry& b) {
             const int order = Compare(a, b);
             if (order != 0) return ascending ? order < 0 : order > 0;
-            return a.place < b.place;
+            return a.index < b.index;
         });
         std::vector<TRowId> order;
         order.reserve(entries_.size());
@@ -71,7 +71,7 @@ private:
     void Add(TRowId row) {
         TEntry entry;
         entry.row = row;
-        entry.place = static_cast<std::uint32_t>(articles_.PlaceOf(row));
+        entry.index = static_cast<std::uint32_t>(articles_.IndexOf(row));
         entry.number = articles_.Integer(row, TField::PLU_NUMB);
         switch (FieldInfo(field_).type) {
             case TFieldType::Integer:

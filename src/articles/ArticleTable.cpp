@@ -54,7 +54,7 @@ void TArticleTable::EachColumn(Self& self, Visitor visit) {
         visit(column);
     visit(self.promotions_);
     visit(self.order_);
-    visit(self.places_);
+    visit(self.indexes_);
 }
 
 std::int32_t TArticleTable::Integer(TRowId row, TField field) const {
@@ -109,10 +109,10 @@ void TArticleTable::Reserve(std::size_t rows) {
 TRowId TArticleTable::Append() {
     const std::size_t row = order_.size();
     // The column that is reserved last shows whether all have room.
-    if (row == places_.capacity()) Reserve(std::max(row + row / 2, kFewRows));
+    if (row == indexes_.capacity()) Reserve(std::max(row + row / 2, kFewRows));
     EachColumn(*this, [](auto& column) { column.emplace_back(); });
     order_.back() = static_cast<TRowId>(row);
-    places_.back() = static_cast<std::uint32_t>(row);
+    indexes_.back() = static_cast<std::uint32_t>(row);
     return static_cast<TRowId>(row);
 }
 
@@ -137,8 +137,8 @@ void TArticleTable::SetText(TRowId row, TField field, std::string_view value) {
 void TArticleTable::SetOrder(const std::vector<TRowId>& order) {
     assert(order.size() == order_.size());
     std::copy(order.begin(), order.end(), order_.begin());
-    for (std::size_t place = 0; place < order_.size(); ++place)
-        places_[order_[place]] = static_cast<std::uint32_t>(place);
+    for (std::size_t index = 0; index < order_.size(); ++index)
+        indexes_[order_[index]] = static_cast<std::uint32_t>(index);
 }
 
 std::size_t TArticleTable::MemoryUsed() const {

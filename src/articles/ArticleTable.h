@@ -20,15 +20,15 @@ namespace tolvane {
 using TRowId = std::uint32_t;
 
 // mdPlues: the weighted articles in memory, built for 100,000 rows in a 32-bit process. Rows have
-// an identity (TRowId, in order of appending) and a place in the current order. Texts are code page
-// 1251 and cut to their field's length when stored. Reading is safe from several threads while no
-// one writes; a copy is independent.
+// an identity (TRowId, in order of appending) and an index in the current order. Texts are code
+// page 1251 and cut to their field's length when stored. Reading is safe from several threads while
+// no one writes; a copy is independent.
 class TArticleTable {
 public:
     std::size_t RowCount() const { return order_.size(); }
-    // The row at a place of the current order, and the place of a row.
-    TRowId RowAt(std::size_t place) const { return order_.at(place); }
-    std::size_t PlaceOf(TRowId row) const { return places_.at(row); }
+    // The row at an index of the current order, and the index of a row.
+    TRowId RowAt(std::size_t index) const { return order_.at(index); }
+    std::size_t IndexOf(TRowId row) const { return indexes_.at(row); }
     const std::vector<TRowId>& Order() const { return order_; }
 
     // Values by type; asking for a field of another type is a programming error (assert). A row
@@ -93,7 +93,7 @@ private:
     std::vector<std::uint8_t> promotions_;
     TTextArena arena_;
     std::vector<TRowId> order_;
-    std::vector<std::uint32_t> places_;
+    std::vector<std::uint32_t> indexes_;  // by row
 };
 
 }  // namespace tolvane

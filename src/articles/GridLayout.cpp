@@ -11,13 +11,13 @@ constexpr std::string_view kSection = "PLUGRID";
 constexpr std::string_view kWindow = "ElicomPluScaleListForm";
 constexpr std::string_view kHiddenRows = "HiddenRows";
 constexpr std::string_view kResolution = "aDBGrid_PixelsPerInch";
-constexpr std::string_view kColumn = "aDBGrid_Column";  // + place from 1; "field name,width"
+constexpr std::string_view kColumn = "aDBGrid_Column";  // + position from 1; "field name,width"
 constexpr std::string_view kStyleSection = "PLU_LIST_STYLE";
 constexpr int kUsualResolution = 96;
 constexpr int kWidest = 10000;
 
-std::string ColumnKey(std::size_t place) {
-    return std::string(kColumn) + std::to_string(place + 1);
+std::string ColumnKey(std::size_t index) {
+    return std::string(kColumn) + std::to_string(index + 1);
 }
 
 int Scaled(int width, int from, int to) {
@@ -55,9 +55,9 @@ TGridLayout LoadGridLayout(const TIniDocument& document, int dotsPerInch) {
         });
     int resolution = document.ReadInteger(kSection, kResolution, kUsualResolution);
     if (resolution <= 0) resolution = kUsualResolution;
-    auto next = columns.begin();  // the columns before it have their places
-    for (std::size_t place = 0; place < columns.size(); ++place) {
-        const std::string text = document.ReadText(kSection, ColumnKey(place), "");
+    auto next = columns.begin();  // the columns before it are in order already
+    for (std::size_t index = 0; index < columns.size(); ++index) {
+        const std::string text = document.ReadText(kSection, ColumnKey(index), "");
         const TStoredColumn stored = Parse(text);
         const std::optional<TField> field = FieldByName(stored.field);
         const auto found = std::find_if(next, columns.end(), [&](const TColumnLayout& column) {
@@ -77,10 +77,10 @@ void SaveGridLayout(const TGridLayout& layout, int dotsPerInch, TIniDocument& do
     if (layout.place) SaveWindowPlace(*layout.place, kSection, kWindow, document);
     document.WriteText(kSection, kHiddenRows, layout.hiddenRows);
     document.WriteInteger(kSection, kResolution, dotsPerInch);
-    for (std::size_t place = 0; place < layout.columns.size(); ++place) {
-        const TColumnLayout& column = layout.columns[place];
+    for (std::size_t index = 0; index < layout.columns.size(); ++index) {
+        const TColumnLayout& column = layout.columns[index];
         document.WriteText(
-            kSection, ColumnKey(place),
+            kSection, ColumnKey(index),
             std::string(FieldInfo(column.field).name) + "," + std::to_string(column.width));
     }
 }

@@ -11,21 +11,21 @@
 namespace tolvane {
 namespace {
 
-// Finds the first row, in order, by article and promotion number.
-class TArticleIndex {
+// Finds the first row, in order, that has an article number and a promotion number.
+class TFirstRows {
 public:
-    explicit TArticleIndex(const TArticleTable& articles) {
+    explicit TFirstRows(const TArticleTable& articles) {
         entries_.reserve(articles.RowCount());
-        for (std::size_t place = 0; place < articles.RowCount(); ++place) {
-            const TRowId row = articles.RowAt(place);
+        for (std::size_t index = 0; index < articles.RowCount(); ++index) {
+            const TRowId row = articles.RowAt(index);
             entries_.push_back({articles.Integer(row, TField::PLU_NUMB),
                                 articles.Integer(row, TField::PR_ID),
-                                static_cast<std::uint32_t>(place)});
+                                static_cast<std::uint32_t>(index)});
         }
         std::sort(entries_.begin(), entries_.end());
     }
 
-    std::optional<std::size_t> FirstPlace(std::int32_t article, std::int32_t promotion) const {
+    std::optional<std::size_t> IndexOf(std::int32_t article, std::int32_t promotion) const {
         const auto found =
             std::lower_bound(entries_.begin(), entries_.end(), TEntry{article, promotion, 0});
         if (found == entries_.end() || std::get<0>(*found) != article ||
@@ -60,20 +60,20 @@ void MarkPromotedArticles(const TQuery& promotions, TArticleTable& articles,
                           const TLocalDateTime& now, const TRegionalSettings& regional) {
     if (promotions.RowCount() == 0) return;
     const TPromotionColumns columns(promotions);
-    const TArticleIndex index(articles);
+    const TFirstRows firstRows(articles);
     const auto text = [&](std::size_t i, std::size_t column) {
         return promotions.AsText(i, column, regional);
     };
     for (std::size_t i = 0; i < promotions.RowCount(); ++i) {
         if (promotions.IsNull(i, columns.promotion)) continue;
-        const auto place = index.FirstPlace(promotions.AsInteger(i, columns.article, regional),
-                                            promotions.AsInteger(i, columns.promotion, regional));
-        if (!place) continue;
+        const auto index = firstRows.IndexOf(promotions.AsInteger(i, columns.article, regional),
+                                             promotions.AsInteger(i, columns.promotion, regional));
+        if (!index) continue;
         const std::string days = text(i, columns.days);
         const std::string fromTime = text(i, columns.fromTime);
         const std::string toTime = text(i, columns.toTime);
         if (!IsPromotionValid({days, fromTime, toTime}, now, regional)) continue;
-        const TRowId row = articles.RowAt(*place);
+        const TRowId row = articles.RowAt(*index);
         const auto price = PromotionalPrice(promotions.AsInteger(i, columns.packetType, regional),
                                             articles.Float(row, TField::PLU_SELL_PRICE),
                                             promotions.AsFloat(i, columns.price, regional));

@@ -38,8 +38,8 @@ public:
 private:
     // TGridView
     std::size_t RowCount() const override { return order_.size(); }
-    TRowId RowAt(std::size_t position) const override { return order_[position]; }
-    std::size_t PlaceOf(TRowId row) const override { return places_[row]; }
+    TRowId RowAt(std::size_t index) const override { return order_[index]; }
+    std::size_t IndexOf(TRowId row) const override { return places_[row]; }
     std::string CellText(TRowId row, std::size_t key) const override { return text(row, key); }
     bool IsPromoted(TRowId row) const override { return promoted(row); }
     COLORREF PromotionColour() const override { return RGB(1, 2, 3); }

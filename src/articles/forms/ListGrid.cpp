@@ -67,12 +67,12 @@ std::size_t TListGrid::RowCount() const {
     return session_.ShownRowCount();
 }
 
-TRowId TListGrid::RowAt(std::size_t place) const {
-    return session_.Articles().RowAt(place);
+TRowId TListGrid::RowAt(std::size_t index) const {
+    return session_.Articles().RowAt(index);
 }
 
-std::size_t TListGrid::PlaceOf(TRowId row) const {
-    return session_.Articles().PlaceOf(row);
+std::size_t TListGrid::IndexOf(TRowId row) const {
+    return session_.Articles().IndexOf(row);
 }
 
 std::string TListGrid::CellText(TRowId row, std::size_t key) const {

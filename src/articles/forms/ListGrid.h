@@ -36,8 +36,8 @@ public:
 private:
     // TGridView
     std::size_t RowCount() const override;
-    TRowId RowAt(std::size_t place) const override;
-    std::size_t PlaceOf(TRowId row) const override;
+    TRowId RowAt(std::size_t index) const override;
+    std::size_t IndexOf(TRowId row) const override;
     std::string CellText(TRowId row, std::size_t key) const override;
     bool IsPromoted(TRowId row) const override;
     COLORREF PromotionColour() const override;

@@ -99,7 +99,7 @@ TEST(ArticleTable, RowsAreCheckedAgainstTheirCount) {
     EXPECT_NO_THROW(table.Integer(0, TField::PLU_NUMB));
     EXPECT_THROW(table.Integer(1, TField::PLU_NUMB), std::out_of_range);
     EXPECT_THROW(table.RowAt(1), std::out_of_range);
-    EXPECT_THROW(table.PlaceOf(1), std::out_of_range);
+    EXPECT_THROW(table.IndexOf(1), std::out_of_range);
 }
 
 TEST(ArticleTable, ThousandsOfRowsKeepTheirTexts) {
@@ -122,9 +122,9 @@ TEST(ArticleTable, SetOrderMovesPlacesAndKeepsIdentities) {
         table.SetInteger(table.Append(), TField::PLU_NUMB, 10 + i);
     table.SetOrder({2, 0, 1});
     EXPECT_EQ(table.RowAt(0), 2U);
-    EXPECT_EQ(table.PlaceOf(2), 0U);
-    EXPECT_EQ(table.PlaceOf(0), 1U);
-    EXPECT_EQ(table.PlaceOf(1), 2U);
+    EXPECT_EQ(table.IndexOf(2), 0U);
+    EXPECT_EQ(table.IndexOf(0), 1U);
+    EXPECT_EQ(table.IndexOf(1), 2U);
     EXPECT_EQ(table.Integer(2, TField::PLU_NUMB), 12);
     EXPECT_EQ(table.Append(), 3U);
     EXPECT_EQ(table.RowAt(3), 3U);

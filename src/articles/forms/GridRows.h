@@ -1,0 +1,54 @@
+#pragma once
+
+#include <windows.h>
+
+#include <cstddef>
+#include <optional>
+#include <vector>
+
+#include "articles/forms/GridView.h"
+#include "articles/forms/RowMarks.h"
+
+namespace tolvane {
+
+// The rows of the article grid in its list view: which one is current, which ones are marked and
+// in what order. Interface thread.
+class TGridRows {
+public:
+    // The view outlives the object.
+    explicit TGridRows(const TGridView& view) : view_(view) {}
+
+    // Takes the list view into use. Comes once, before the other functions.
+    void Attach(HWND list) { list_ = list; }
+
+    // Shows rows that replace the former ones: without marks, the first row is the current one.
+    void Replace();
+    // Shows the same rows in another order. The marks stay with their rows; the current row is then
+    // the one that stands where the former one stood.
+    void Reorder();
+
+    std::optional<TRowId> Current() const;
+    // Makes the row current and brings it into view; marks stay.
+    void SetCurrent(TRowId row);
+    std::vector<TRowId> Marked() const { return marks_.InOrder(); }
+    bool HasMarks() const { return marks_.Count() > 0; }
+
+    // Takes over what the user has marked. Returns whether the message was a change of state.
+    bool HandleChange(const NMHDR& header);
+
+    // The indexes of the rows that are in sight: the first, and the one after the last.
+    std::size_t FirstDrawn() const;
+    std::size_t EndOfDrawn() const;
+
+private:
+    void ShowMarks();
+    void ChangeMarks(int from, int to, bool marked);
+    void StoreMarks(int from, int to, bool marked);
+
+    const TGridView& view_;
+    HWND list_ = nullptr;
+    TRowMarks marks_;
+    bool quiet_ = false;  // what the list view reports comes from this class, not from the user
+};
+
+}  // namespace tolvane

@@ -1,0 +1,164 @@
+#include "articles/forms/GridTitles.h"
+
+#include <commctrl.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "articles/forms/GridDrawing.h"
+#include "window/VisualStyle.h"
+
+namespace tolvane {
+namespace {
+
+constexpr int kThemedVersion = 6;
+constexpr int kTextMargin = 8;
+
+}  // namespace
+
+void TGridTitles::Attach(HWND list) {
+    list_ = list;
+    if (CommonControlsVersion() >= kThemedVersion) return;
+    sortImages_ = MakeSortImages(dpi_);
+    SendMessageW(Header(), HDM_SETIMAGELIST, 0, reinterpret_cast<LPARAM>(sortImages_.Get()));
+}
+
+HWND TGridTitles::Header() const {
+    return reinterpret_cast<HWND>(SendMessageW(list_, LVM_GETHEADER, 0, 0));
+}
+
+std::optional<std::size_t> TGridTitles::ColumnOfView(int view) const {
+    if (view < 0 || static_cast<std::size_t>(view) >= shown_.size()) return std::nullopt;
+    return shown_[static_cast<std::size_t>(view)];
+}
+
+int TGridTitles::ViewOfColumn(std::size_t column) const {
+    const auto found = std::find(shown_.begin(), shown_.end(), column);
+    return found == shown_.end() ? -1 : static_cast<int>(found - shown_.begin());
+}
+
+bool TGridTitles::Replace(std::vector<TGridColumnState> columns) {
+    const bool hadColumns = !columns_.empty();
+    const std::size_t entered = hadColumns ? At(current_).key : 0;
+    SendMessageW(list_, WM_SETREDRAW, FALSE, 0);
+    for (std::size_t count = shown_.size(); count > 0; --count)
+        SendMessageW(list_, LVM_DELETECOLUMN, count - 1, 0);
+    shown_.clear();
+    columns_ = std::move(columns);
+    for (std::size_t i = 0; i < columns_.size(); ++i) {
+        if (columns_[i].visible) Insert(i);
+    }
+    if (!shown_.empty() && ViewOfColumn(current_) < 0) current_ = shown_.front();
+    SendMessageW(list_, WM_SETREDRAW, TRUE, 0);
+    InvalidateRect(list_, nullptr, TRUE);
+    SetSortMark(sortColumn_, sortAscending_);
+    return hadColumns && !shown_.empty() && At(current_).key != entered;
+}
+
+void TGridTitles::Insert(std::size_t index) {
+    TGridColumnState& state = columns_[index];
+    LVCOLUMNW column{};
+    column.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_FMT;
+    column.fmt = state.right ? LVCFMT_RIGHT : LVCFMT_LEFT;
+    column.cx = state.width + (shown_.empty() ? IndicatorWidth() : 0);
+    column.pszText = state.title.data();
+    SendMessageW(list_, LVM_INSERTCOLUMNW, shown_.size(), reinterpret_cast<LPARAM>(&column));
+    shown_.push_back(index);
+}
+
+int TGridTitles::ViewWidth(std::size_t view) const {
+    const auto width = static_cast<int>(SendMessageW(list_, LVM_GETCOLUMNWIDTH, view, 0));
+    return view == 0 ? std::max(0, width - IndicatorWidth()) : width;
+}
+
+void TGridTitles::ReadWidths() const {
+    for (std::size_t view = 0; view < shown_.size(); ++view)
+        columns_[shown_[view]].width = ViewWidth(view);
+}
+
+std::vector<TGridColumnState> TGridTitles::Columns() const {
+    ReadWidths();
+    return columns_;
+}
+
+void TGridTitles::Move(std::size_t from, std::size_t to) {
+    std::vector<TGridColumnState> columns = Columns();
+    const auto at = [&](std::size_t index) {
+        return columns.begin() + static_cast<std::ptrdiff_t>(index);
+    };
+    // Where a column that stood at an index stands afterwards.
+    const auto moved = [&](std::size_t index) {
+        if (index == from) return to;
+        if (from < index && index <= to) return index - 1;
+        if (to <= index && index < from) return index + 1;
+        return index;
+    };
+    if (from < to)
+        std::rotate(at(from), at(from + 1), at(to + 1));
+    else
+        std::rotate(at(to), at(from), at(from + 1));
+    current_ = moved(current_);
+    if (sortColumn_) sortColumn_ = moved(*sortColumn_);
+    // The same column stays the current one, under another index.
+    columns_ = columns;
+    Replace(std::move(columns));
+}
+
+void TGridTitles::SetSortMark(std::optional<std::size_t> column, bool ascending) {
+    sortColumn_ = column;
+    sortAscending_ = ascending;
+    for (std::size_t view = 0; view < shown_.size(); ++view) {
+        HDITEMW item{};
+        item.mask = HDI_FORMAT;
+        SendMessageW(Header(), HDM_GETITEMW, view, reinterpret_cast<LPARAM>(&item));
+        item.fmt &=
+            ~(HDF_SORTUP | HDF_SORTDOWN | HDF_IMAGE | HDF_BITMAP_ON_RIGHT | HDF_JUSTIFYMASK);
+        // A list view aligns its first title to the left, whatever it was told.
+        item.fmt |= columns_[shown_[view]].right ? HDF_RIGHT : HDF_LEFT;
+        if (column == shown_[view]) {
+            item.fmt |= ascending ? HDF_SORTUP : HDF_SORTDOWN;
+            if (sortImages_) {
+                item.mask |= HDI_IMAGE;
+                item.fmt |= HDF_IMAGE | HDF_BITMAP_ON_RIGHT;
+                item.iImage = ascending ? kSortUpImage : kSortDownImage;
+            }
+        }
+        SendMessageW(Header(), HDM_SETITEMW, view, reinterpret_cast<LPARAM>(&item));
+    }
+}
+
+void TGridTitles::SetStyle(TGridStyle style) {
+    std::vector<TGridColumnState> columns = Columns();
+    style_ = style;
+    Replace(std::move(columns));
+}
+
+int TGridTitles::IndicatorWidth() const {
+    return tolvane::IndicatorWidth(style_, dpi_);
+}
+
+void TGridTitles::SetTextWidth(int view, int pixels) {
+    const int width = pixels + dpi_.Scale(kTextMargin) + (view == 0 ? IndicatorWidth() : 0);
+    SendMessageW(list_, LVM_SETCOLUMNWIDTH, static_cast<WPARAM>(view), width);
+}
+
+RECT TGridTitles::CellRect(int view, const RECT& row) const {
+    RECT cell{};
+    SendMessageW(Header(), HDM_GETITEMRECT, static_cast<WPARAM>(view),
+                 reinterpret_cast<LPARAM>(&cell));
+    // The header is scrolled sideways together with the list.
+    MapWindowPoints(Header(), list_, reinterpret_cast<POINT*>(&cell), 2);
+    return {cell.left, row.top, cell.right, row.bottom};
+}
+
+void TGridTitles::ScrollTo(int view) {
+    const RECT cell = CellRect(view, {});
+    RECT client{};
+    GetClientRect(list_, &client);
+    int by = 0;
+    if (cell.right > client.right) by = cell.right - client.right;
+    if (cell.left - by < 0) by = cell.left;
+    if (by != 0) SendMessageW(list_, LVM_SCROLL, static_cast<WPARAM>(by), 0);
+}
+
+}  // namespace tolvane
