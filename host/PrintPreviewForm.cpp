@@ -85,13 +85,13 @@ TPrintPreviewForm::TPrintPreviewForm(HWND owner, HWND grid, TPageTexts texts)
 }
 
 void TPrintPreviewForm::AddControls() {
-    const auto place = [](int x) { return TPlace{x, 7, 90, 26}; };
+    const auto place = [](int x) { return TBounds{x, 7, 90, 26}; };
     AddButton("btnPrevious", "< Назад"_cp1251, place(8), &TPrintPreviewForm::ShowPrevious);
     AddButton("btnNext", "Напред >"_cp1251, place(104), &TPrintPreviewForm::ShowNext);
     AddLabel("lblPage", {}, {204, 13, 130, 16});
     const HWND combo = AddControl({.kind = TControlKind::ComboList,
                                    .name = "cbOrientation",
-                                   .place = {340, 9, 130, 120},
+                                   .bounds = {340, 9, 130, 120},
                                    .action = [this] { ChooseOrientation(); }});
     AddComboItem(combo, "Хоризонтален лист"_cp1251);
     AddComboItem(combo, "Вертикален лист"_cp1251);

@@ -22,7 +22,7 @@ private:
 };
 
 // A rectangle at 96 dots per inch.
-struct TPlace {
+struct TBounds {
     int x = 0;
     int y = 0;
     int width = 0;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 
 #include "text/Cp1251.h"
 #include "window/FlatButton.h"
@@ -78,16 +79,38 @@ void TForm::MakeMdiChild(const TFormOptions& options, HWND mdiClient) {
     keyHook_.Install();
 }
 
+HWND TForm::AddControl(const TControlOptions& options) {
+    const int id = options.id != 0 ? options.id : nextId_++;
+    const HWND control = MakeControl(Handle(), id, dpi_, font_.Get(), options);
+    if (options.action) actions_[id] = options.action;
+    return control;
+}
+
+HWND TForm::Add(TControlKind kind, const char* name, std::string_view text, const TBounds& bounds,
+                DWORD style) {
+    return AddControl({.kind = kind, .name = name, .text = text, .bounds = bounds, .style = style});
+}
+
+HWND TForm::AddLabel(const char* name, std::string_view text, const TBounds& bounds, DWORD style) {
+    return Add(TControlKind::Label, name, text, bounds, style);
+}
+
+HWND TForm::AddButton(const char* name, std::string_view text, const TBounds& bounds,
+                      std::function<void()> click, int id) {
+    return AddControl(
+        {.name = name, .text = text, .bounds = bounds, .action = std::move(click), .id = id});
+}
+
 HWND TForm::Control(std::string_view name) const {
     const HWND control = FindComponent(Handle(), name);
     if (control == nullptr) throw TWindowError("no control " + std::string(name));
     return control;
 }
 
-void TForm::Place(HWND control, const TPlace& place) const {
+void TForm::Place(HWND control, const TBounds& bounds) const {
     // A control that moves to where a neighbour was must not bring that one's picture along.
-    SetWindowPos(control, nullptr, dpi_.Scale(place.x), dpi_.Scale(place.y),
-                 dpi_.Scale(place.width), dpi_.Scale(place.height),
+    SetWindowPos(control, nullptr, dpi_.Scale(bounds.x), dpi_.Scale(bounds.y),
+                 dpi_.Scale(bounds.width), dpi_.Scale(bounds.height),
                  SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOCOPYBITS);
 }
 
@@ -168,7 +191,7 @@ LRESULT TForm::HandleMessage(const TMessage& message) {
             queue_.Run();
             return 0;
         case kHookKeyMessage:
-            return !modal_ && TranslateKey(*reinterpret_cast<MSG*>(message.lParam)) ? TRUE : FALSE;
+            return !modal_ && HandleKeyDown(*reinterpret_cast<MSG*>(message.lParam)) ? TRUE : FALSE;
         default:
             return DefaultProc(message);
     }

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "window/Dpi.h"
+#include "window/FormControls.h"
 #include "window/Handles.h"
 #include "window/KeyHook.h"
 #include "window/PostQueue.h"
@@ -30,43 +31,9 @@ struct TFormOptions {
     bool overOwner = false;
 };
 
-enum class TControlKind {
-    Button,
-    CheckBox,
-    RadioButton,  // the first of a group needs WS_GROUP
-    GroupBox,
-    Label,
-    Edit,
-    Memo,       // multi-line, read-only, vertical scroll bar
-    ComboList,  // drop-down list without an edit line; height is that of the opened list
-    CheckList,  // see CheckList.h
-    ListBox,    // its notifications come to OnCommand when it has no action
-    ListView,   // report mode
-    Progress,
-    UpDown,  // the arrows of the edit line that was added before it
-    Tabs,
-    VerticalLine,  // sunken separator
-    HorizontalLine,
-    SunkenPanel,     // a bar's border
-    FlatButton,      // drawn by the form, see FlatButton.h
-    FlatDropButton,  // the same with a small arrow
-};
-
-struct TControlOptions {
-    TControlKind kind = TControlKind::Button;
-    const char* name = nullptr;  // component name
-    std::string_view text{};     // code page 1251
-    TPlace place{};              // at 96 dots per inch
-    DWORD style = 0;             // added to the kind's own style
-    // Buttons: the click. Combo lists and list boxes: another item was chosen by the user.
-    std::function<void()> action{};
-    // IDOK makes the default button (Enter), IDCANCEL the cancel button (Esc); 0 gives a number.
-    int id = 0;
-};
-
-// Base of every form: a window with controls, sized at 96 dots per inch. Keys work without the
-// host's help: a form shown with ShowModal has a message loop of its own, an MDI child hooks the
-// thread's messages. All functions belong to the interface thread.
+// Base of every form: a window with controls, whose sizes are given at 96 dots per inch. Keys work
+// without the host's help: ShowModal runs a message loop of its own, an MDI child hooks the
+// thread's messages. Interface thread. FormKeys.cpp holds the keys, FormModal.cpp holds ShowModal.
 class TForm : public TWindow {
 public:
     ~TForm() override;
@@ -93,28 +60,29 @@ public:
     // Makes a control; throws TWindowError.
     HWND AddControl(const TControlOptions& options);
     // AddControl with the options that most controls need; the names are component names.
-    HWND Add(TControlKind kind, const char* name, std::string_view text, const TPlace& place,
+    HWND Add(TControlKind kind, const char* name, std::string_view text, const TBounds& bounds,
              DWORD style = 0);
-    HWND AddLabel(const char* name, std::string_view text, const TPlace& place, DWORD style = 0);
-    HWND AddButton(const char* name, std::string_view text, const TPlace& place,
+    HWND AddLabel(const char* name, std::string_view text, const TBounds& bounds, DWORD style = 0);
+    HWND AddButton(const char* name, std::string_view text, const TBounds& bounds,
                    std::function<void()> click, int id = 0);
     template <class TDerived>
-    HWND AddButton(const char* name, std::string_view text, const TPlace& place,
+    HWND AddButton(const char* name, std::string_view text, const TBounds& bounds,
                    void (TDerived::*click)(), int id = 0) {
         const auto form = static_cast<TDerived*>(this);
         return AddButton(
-            name, text, place, [form, click] { (form->*click)(); }, id);
+            name, text, bounds, [form, click] { (form->*click)(); }, id);
     }
-    // Moves a control to a place at 96 dots per inch.
-    void Place(HWND control, const TPlace& place) const;
+    // Moves and sizes a control.
+    void Place(HWND control, const TBounds& bounds) const;
     // The client area at 96 dots per inch, rounded down.
     SIZE ClientSize() const;
 
     // Any thread, through a copy of the queue: work for the interface thread, in order.
     TPostQueue& Queue() noexcept { return queue_; }
 
-    // Handles a key message on its way to this form or a control of it; true when it is done with.
-    bool TranslateKey(MSG& message);
+    // Handles a WM_KEYDOWN on its way to this form or to a control of it. Returns whether the key
+    // is used up.
+    bool HandleKeyDown(MSG& message);
 
 protected:
     TForm();
@@ -147,7 +115,8 @@ private:
     LRESULT HandleCommand(const TMessage& message);
     LRESULT HandleMinMax(const TMessage& message);
     LRESULT HandleFocus(const TMessage& message);
-    bool Translate(MSG& message);
+    // The same for any message of the loop; catches and shows what is thrown.
+    bool HandleKeyMessage(MSG& message);
     bool MoveFocus(HWND focus, bool back);
     bool PressEnter(HWND focus);
     void RunModalLoop();
@@ -176,17 +145,7 @@ inline constexpr UINT kHookKeyMessage = WM_APP + 2;
 // Forms may use messages from here on.
 inline constexpr UINT kFirstFormMessage = WM_APP + 16;
 
-// As of the message that is being handled.
+// Whether a key was down when the message that is being handled was posted.
 bool IsKeyDown(int virtualKey);
-// Appends a line to a memo and scrolls to it, unless a part of the text is selected: a user who
-// reads there keeps the selection and the place.
-void AppendLine(HWND memo, std::string_view text);
-// The items of a combo list.
-void AddComboItem(HWND combo, std::string_view text);
-int ComboIndex(HWND combo);  // -1 when none is chosen
-void SetComboIndex(HWND combo, int index);
-// Check boxes and radio buttons.
-bool IsChecked(HWND button);
-void SetChecked(HWND button, bool checked);
 
 }  // namespace tolvane

@@ -1,13 +1,16 @@
+#include "window/FormControls.h"
+
+#include <commctrl.h>
+
 #include <array>
 #include <string>
-#include <utility>
 
 #include "window/CheckList.h"
 #include "window/FlatButton.h"
-#include "window/Form.h"
 #include "window/Module.h"
 #include "window/VisualStyle.h"
 #include "window/WideText.h"
+#include "window/Window.h"
 
 namespace tolvane {
 namespace {
@@ -15,35 +18,35 @@ namespace {
 struct TKind {
     TControlKind kind;
     const wchar_t* className;
-    DWORD style;
-    DWORD exStyle;
+    DWORD style = 0;
+    DWORD exStyle = 0;
 };
 
 constexpr std::array kKinds = {
-    TKind{TControlKind::Button, WC_BUTTONW, WS_TABSTOP | BS_PUSHBUTTON, 0},
-    TKind{TControlKind::CheckBox, WC_BUTTONW, WS_TABSTOP | BS_AUTOCHECKBOX, 0},
-    TKind{TControlKind::RadioButton, WC_BUTTONW, WS_TABSTOP | BS_AUTORADIOBUTTON, 0},
-    TKind{TControlKind::GroupBox, WC_BUTTONW, BS_GROUPBOX, 0},
-    TKind{TControlKind::Label, WC_STATICW, SS_LEFT | SS_NOPREFIX, 0},
+    TKind{TControlKind::Button, WC_BUTTONW, WS_TABSTOP | BS_PUSHBUTTON},
+    TKind{TControlKind::CheckBox, WC_BUTTONW, WS_TABSTOP | BS_AUTOCHECKBOX},
+    TKind{TControlKind::RadioButton, WC_BUTTONW, WS_TABSTOP | BS_AUTORADIOBUTTON},
+    TKind{TControlKind::GroupBox, WC_BUTTONW, BS_GROUPBOX},
+    TKind{TControlKind::Label, WC_STATICW, SS_LEFT | SS_NOPREFIX},
     TKind{TControlKind::Edit, WC_EDITW, WS_TABSTOP | ES_AUTOHSCROLL, WS_EX_CLIENTEDGE},
     TKind{TControlKind::Memo, WC_EDITW,
           WS_TABSTOP | WS_VSCROLL | ES_MULTILINE | ES_AUTOVSCROLL | ES_READONLY, WS_EX_CLIENTEDGE},
-    TKind{TControlKind::ComboList, WC_COMBOBOXW, WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST, 0},
+    TKind{TControlKind::ComboList, WC_COMBOBOXW, WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST},
     TKind{TControlKind::CheckList, WC_LISTVIEWW,
           WS_TABSTOP | LVS_REPORT | LVS_NOCOLUMNHEADER | LVS_SINGLESEL | LVS_SHOWSELALWAYS,
           WS_EX_CLIENTEDGE},
     TKind{TControlKind::ListBox, WC_LISTBOXW,
           WS_TABSTOP | WS_VSCROLL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT, WS_EX_CLIENTEDGE},
     TKind{TControlKind::ListView, WC_LISTVIEWW, WS_TABSTOP | LVS_REPORT, WS_EX_CLIENTEDGE},
-    TKind{TControlKind::Progress, PROGRESS_CLASSW, 0, 0},
+    TKind{TControlKind::Progress, PROGRESS_CLASSW},
     TKind{TControlKind::UpDown, UPDOWN_CLASSW,
-          UDS_AUTOBUDDY | UDS_SETBUDDYINT | UDS_ALIGNRIGHT | UDS_ARROWKEYS | UDS_NOTHOUSANDS, 0},
-    TKind{TControlKind::Tabs, WC_TABCONTROLW, WS_TABSTOP | WS_CLIPSIBLINGS, 0},
-    TKind{TControlKind::VerticalLine, WC_STATICW, SS_ETCHEDVERT, 0},
-    TKind{TControlKind::HorizontalLine, WC_STATICW, SS_ETCHEDHORZ, 0},
+          UDS_AUTOBUDDY | UDS_SETBUDDYINT | UDS_ALIGNRIGHT | UDS_ARROWKEYS | UDS_NOTHOUSANDS},
+    TKind{TControlKind::Tabs, WC_TABCONTROLW, WS_TABSTOP | WS_CLIPSIBLINGS},
+    TKind{TControlKind::VerticalLine, WC_STATICW, SS_ETCHEDVERT},
+    TKind{TControlKind::HorizontalLine, WC_STATICW, SS_ETCHEDHORZ},
     TKind{TControlKind::SunkenPanel, WC_STATICW, SS_LEFT, WS_EX_STATICEDGE},
-    TKind{TControlKind::FlatButton, WC_BUTTONW, WS_TABSTOP | BS_OWNERDRAW, 0},
-    TKind{TControlKind::FlatDropButton, WC_BUTTONW, WS_TABSTOP | BS_OWNERDRAW, 0},
+    TKind{TControlKind::FlatButton, WC_BUTTONW, WS_TABSTOP | BS_OWNERDRAW},
+    TKind{TControlKind::FlatDropButton, WC_BUTTONW, WS_TABSTOP | BS_OWNERDRAW},
 };
 
 const TKind& KindOf(TControlKind kind) {
@@ -55,40 +58,23 @@ const TKind& KindOf(TControlKind kind) {
 
 }  // namespace
 
-HWND TForm::AddControl(const TControlOptions& options) {
+HWND MakeControl(HWND parent, int id, TDpi dpi, HFONT font, const TControlOptions& options) {
     const TVisualStyleScope visualStyle;
     const TKind& kind = KindOf(options.kind);
     DWORD style = kind.style | options.style | WS_CHILD | WS_VISIBLE;
     if (options.kind == TControlKind::Button && options.id == IDOK) style |= BS_DEFPUSHBUTTON;
-    const int id = options.id != 0 ? options.id : nextId_++;
+    const TBounds& bounds = options.bounds;
     const HWND control = CreateWindowExW(
-        kind.exStyle, kind.className, Wide(options.text).c_str(), style,
-        dpi_.Scale(options.place.x), dpi_.Scale(options.place.y), dpi_.Scale(options.place.width),
-        dpi_.Scale(options.place.height), Handle(),
+        kind.exStyle, kind.className, Wide(options.text).c_str(), style, dpi.Scale(bounds.x),
+        dpi.Scale(bounds.y), dpi.Scale(bounds.width), dpi.Scale(bounds.height), parent,
         reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), ModuleInstance(), nullptr);
     if (control == nullptr)
         throw TWindowError("CreateWindowEx: " + SystemErrorText(GetLastError()));
     SetComponentName(control, options.name);
-    SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font_.Get()), FALSE);
-    if (options.action) actions_[id] = options.action;
+    SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
     if (options.kind == TControlKind::CheckList) PrepareCheckList(control);
     if (options.kind == TControlKind::FlatDropButton) SetFlatButtonArrow(control, true);
     return control;
-}
-
-HWND TForm::Add(TControlKind kind, const char* name, std::string_view text, const TPlace& place,
-                DWORD style) {
-    return AddControl({.kind = kind, .name = name, .text = text, .place = place, .style = style});
-}
-
-HWND TForm::AddLabel(const char* name, std::string_view text, const TPlace& place, DWORD style) {
-    return Add(TControlKind::Label, name, text, place, style);
-}
-
-HWND TForm::AddButton(const char* name, std::string_view text, const TPlace& place,
-                      std::function<void()> click, int id) {
-    return AddControl(
-        {.name = name, .text = text, .place = place, .action = std::move(click), .id = id});
 }
 
 void AppendLine(HWND memo, std::string_view text) {

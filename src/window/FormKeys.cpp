@@ -1,7 +1,7 @@
+#include <exception>
+
 #include "window/Form.h"
 #include "window/MessageBoxes.h"
-
-#include <exception>
 
 namespace tolvane {
 namespace {
@@ -46,7 +46,7 @@ bool TForm::PressEnter(HWND focus) {
     return true;
 }
 
-bool TForm::TranslateKey(MSG& message) {
+bool TForm::HandleKeyDown(MSG& message) {
     if (message.message != WM_KEYDOWN) return false;
     const auto key = static_cast<UINT>(message.wParam);
     const HWND focus = message.hwnd;
@@ -68,12 +68,12 @@ bool TForm::TranslateKey(MSG& message) {
     }
 }
 
-bool TForm::Translate(MSG& message) {
+bool TForm::HandleKeyMessage(MSG& message) {
     const bool own = message.hwnd == Handle() || IsChild(Handle(), message.hwnd) != 0;
     if (!own) return false;
     const TKeep keep(*this);
     try {
-        if (TranslateKey(message)) return true;
+        if (HandleKeyDown(message)) return true;
         // Underlined letters.
         return message.message == WM_SYSCHAR && Handle() != nullptr &&
                IsDialogMessageW(Handle(), &message) != 0;

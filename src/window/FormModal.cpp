@@ -67,7 +67,7 @@ void TForm::RunModalLoop() {
         const BOOL got = GetMessageW(&message, nullptr, 0, 0);
         if (got == 0) PostQuitMessage(static_cast<int>(message.wParam));
         if (got <= 0) return;
-        if (Translate(message)) continue;
+        if (HandleKeyMessage(message)) continue;
         TranslateMessage(&message);
         DispatchMessageW(&message);
     }

@@ -44,11 +44,11 @@ void TListBars::MakeTop(TClick search) {
     form_.AddControl({.kind = TControlKind::FlatButton,
                       .name = "SearchButton",
                       .text = "Търси:"_cp1251,
-                      .place = {kMargin, kButtonTop, 180, kButtonHeight},
+                      .bounds = {kMargin, kButtonTop, 180, kButtonHeight},
                       .action = std::move(search)});
     form_.AddControl({.kind = TControlKind::FlatDropButton,
                       .name = "SearchMenuButton",
-                      .place = {184, kButtonTop, 24, kButtonHeight},
+                      .bounds = {184, kButtonTop, 24, kButtonHeight},
                       .action = [this] { DropMenu(searchMenu_.Get(), "SearchMenuButton"); }});
     form_.Add(TControlKind::VerticalLine, "SearchBevel", {}, {212, 5, 2, 23});
     MakeSaveButton();
@@ -61,7 +61,7 @@ void TListBars::MakeSaveButton() {
         form_.AddControl({.kind = TControlKind::FlatDropButton,
                           .name = "SaveButton",
                           .text = "Везни Elicom EVL/ETS"_cp1251,
-                          .place = {218, kButtonTop, 242, kButtonHeight},
+                          .bounds = {218, kButtonTop, 242, kButtonHeight},
                           .action = [this] { DropMenu(saveMenu_.Get(), "SaveButton"); }});
     SendMessageW(save, WM_SETFONT, reinterpret_cast<WPARAM>(form_.BoldFont()), FALSE);
     const int iconSize = form_.Dpi().Scale(kScaleIconSize);
@@ -72,20 +72,21 @@ void TListBars::MakeSaveButton() {
 }
 
 void TListBars::MakeBottom(TClick refresh, TClick columns, TClick print) {
-    const TPlace place{0, 0, kButtonWidth, kButtonHeight};
-    form_.AddButton("RefreshBtn", "Обнови"_cp1251, place, std::move(refresh));
-    form_.AddButton("ColBtn", "Колони"_cp1251, place, std::move(columns));
-    form_.AddButton("PrintBtn", "Печат"_cp1251, place, std::move(print));
+    // Arrange gives them their positions.
+    const TBounds later{0, 0, kButtonWidth, kButtonHeight};
+    form_.AddButton("RefreshBtn", "Обнови"_cp1251, later, std::move(refresh));
+    form_.AddButton("ColBtn", "Колони"_cp1251, later, std::move(columns));
+    form_.AddButton("PrintBtn", "Печат"_cp1251, later, std::move(print));
     form_.Add(TControlKind::VerticalLine, "PrintBevel", {}, {0, 0, 2, 23});
     form_.AddButton(
-        "btnCloseBtn", "Затвори"_cp1251, place, [this] { form_.Close(); }, IDCANCEL);
+        "btnCloseBtn", "Затвори"_cp1251, later, [this] { form_.Close(); }, IDCANCEL);
 }
 
 void TListBars::Arrange(HWND grid) const {
     const SIZE client = form_.ClientSize();
     const int bottom = client.cy - kBarHeight;
     const int top = bottom + kButtonTop;
-    const auto place = [this](const char* name, const TPlace& at) {
+    const auto place = [this](const char* name, const TBounds& at) {
         form_.Place(form_.Control(name), at);
     };
     form_.Place(grid, {0, kBarHeight, client.cx, bottom - kBarHeight});

@@ -33,7 +33,7 @@ void TWaitForm::Make() {
     labelFont_ = MakeFont(Dpi(), true, kLabelHeight);
     bar_ = AddControl({.kind = TControlKind::Progress,
                        .name = "ProgressBar",
-                       .place = {0, kHeight - kBarHeight, kWidth, kBarHeight}});
+                       .bounds = {0, kHeight - kBarHeight, kWidth, kBarHeight}});
 }
 
 void TWaitForm::Show(int count) {

@@ -53,7 +53,7 @@ TScaleComunicationForm::TScaleComunicationForm(HWND owner, std::vector<TScaleObj
 void TScaleComunicationForm::MakeList() {
     scaleListBox_ = AddControl({.kind = TControlKind::ListBox,
                                 .name = "ScaleListBox",
-                                .place = {8, 8, 272, kHeight - 88},
+                                .bounds = {8, 8, 272, kHeight - 88},
                                 .action = [this] { ScaleListBoxClick(); }});
     for (const TScaleObj& scale : scales_)
         SendMessageW(scaleListBox_, LB_ADDSTRING, 0,

@@ -13,8 +13,8 @@ namespace {
 
 constexpr int kWidth = 560;
 constexpr int kHeight = 330;
-constexpr TPlace kPageControl = {8, 8, kWidth - 16, kHeight - 56};
-constexpr TPlace kText = {22, 44, kWidth - 44, kHeight - 104};
+constexpr TBounds kPageControl = {8, 8, kWidth - 16, kHeight - 56};
+constexpr TBounds kText = {22, 44, kWidth - 44, kHeight - 104};
 
 struct THintPage {
     std::string_view caption;

@@ -71,8 +71,8 @@ public:
     void MakeButtons();
 
 private:
-    HWND AddCombo(const char* name, const TPlace& place, std::span<const std::string_view> items);
-    TSpinEdit AddSpinEdit(const char* name, const char* arrowsName, const TPlace& place,
+    HWND AddCombo(const char* name, const TBounds& bounds, std::span<const std::string_view> items);
+    TSpinEdit AddSpinEdit(const char* name, const char* arrowsName, const TBounds& bounds,
                           std::int32_t lowest, std::int32_t highest);
 
     TForm& form_;
@@ -89,19 +89,19 @@ void TScaleSettingsControls::Make(TForm& form, const TScaleSettingsActions& acti
     maker.MakeButtons();
 }
 
-HWND TScaleSettingsControls::TMaker::AddCombo(const char* name, const TPlace& place,
+HWND TScaleSettingsControls::TMaker::AddCombo(const char* name, const TBounds& bounds,
                                               std::span<const std::string_view> items) {
-    const HWND combo = form_.Add(TControlKind::ComboList, name, {}, place);
+    const HWND combo = form_.Add(TControlKind::ComboList, name, {}, bounds);
     for (const std::string_view item : items)
         AddComboItem(combo, item);
     return combo;
 }
 
 TSpinEdit TScaleSettingsControls::TMaker::AddSpinEdit(const char* name, const char* arrowsName,
-                                                      const TPlace& place, std::int32_t lowest,
+                                                      const TBounds& bounds, std::int32_t lowest,
                                                       std::int32_t highest) {
     TSpinEdit spin;
-    spin.edit = form_.Add(TControlKind::Edit, name, {}, place, ES_NUMBER);
+    spin.edit = form_.Add(TControlKind::Edit, name, {}, bounds, ES_NUMBER);
     spin.arrows = form_.Add(TControlKind::UpDown, arrowsName, {}, {});
     spin.limits.lowest = lowest;
     spin.limits.highest = highest;
@@ -115,7 +115,7 @@ void TScaleSettingsControls::TMaker::MakeIdentity() {
                                     "Кодова табл:"_cp1251};
     constexpr std::array kNames = {"lblScaleNumb", "lblScaleName", "lblScaleType", "lblEncoding"};
     const auto field = [](int row, int height) {
-        return TPlace{kIdentityField, kIdentityTop + row * kRow, 300, height};
+        return TBounds{kIdentityField, kIdentityTop + row * kRow, 300, height};
     };
     const auto label = [&](int row) {
         form_.AddLabel(kNames[static_cast<std::size_t>(row)],
@@ -148,7 +148,7 @@ void TScaleSettingsControls::TMaker::MakeTransports() {
             form_.AddControl({.kind = TControlKind::RadioButton,
                               .name = radio.name,
                               .text = radio.caption,
-                              .place = {radio.left, kTransportTop + 18, 120, 18},
+                              .bounds = {radio.left, kTransportTop + 18, 120, 18},
                               .style = group,
                               .action = click});
     }

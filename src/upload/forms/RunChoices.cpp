@@ -36,7 +36,7 @@ void TRunChoices::Make(const std::function<HWND(const TControlOptions&)>& add) {
 }
 
 void TRunChoices::Place(int left, int top,
-                        const std::function<void(HWND, const TPlace&)>& place) const {
+                        const std::function<void(HWND, const TBounds&)>& place) const {
     place(priceRadio_, {left, top, kWidth, 64});
     int buttonTop = top + 18;
     for (const HWND button : priceButtons_) {

@@ -19,7 +19,7 @@ public:
     // Makes the controls through the form's AddControl, in the order of the Tab key.
     void Make(const std::function<HWND(const TControlOptions&)>& add);
     // Places them through the form's Place, `left` and `top` at 96 dots per inch.
-    void Place(int left, int top, const std::function<void(HWND, const TPlace&)>& place) const;
+    void Place(int left, int top, const std::function<void(HWND, const TBounds&)>& place) const;
 
     void Show(const TLineChoices& choices) const;
     TLineChoices Current() const;

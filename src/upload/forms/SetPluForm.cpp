@@ -128,7 +128,7 @@ void TSetPluForm::OnSize() {
     Place(lblScales_, {kMargin, kMargin, 120, kLabelHeight});
     Place(scaleList_, {kMargin, kListTop, choicesLeft - 2 * kMargin, kListHeight});
     choices_.Place(choicesLeft, kMargin,
-                   [this](HWND control, const TPlace& place) { Place(control, place); });
+                   [this](HWND control, const TBounds& place) { Place(control, place); });
     Place(readPropLabel_, {kMargin, connectionTop, inner, kLabelHeight});
     Place(statusMemo_, {kMargin, memoTop, inner, statusTop - 4 - memoTop});
     Place(lblStatus_, {kMargin, statusTop, inner, kLabelHeight});
