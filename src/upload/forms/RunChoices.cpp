@@ -11,42 +11,34 @@ constexpr int kOpenedComboHeight = 150;
 
 }  // namespace
 
-void TRunChoices::Make(const std::function<HWND(const TControlOptions&)>& add) {
+void TRunChoices::Make(TForm& form) {
     constexpr std::array<const char*, kPriceCaptions.size()> kNames = {"PriceRadio0",
                                                                        "PriceRadio1"};
-    priceRadio_ =
-        add({.kind = TControlKind::GroupBox, .name = "PriceRadio", .text = "Цена"_cp1251});
+    priceRadio_ = form.Add(TControlKind::GroupBox, "PriceRadio", "Цена"_cp1251, {});
     for (std::size_t i = 0; i < priceButtons_.size(); ++i)
-        priceButtons_[i] = add({.kind = TControlKind::RadioButton,
-                                .name = kNames[i],
-                                .text = kPriceCaptions[i],
-                                .style = i == 0 ? DWORD{WS_GROUP} : DWORD{0}});
-    lblPluName1_ = add({.kind = TControlKind::Label,
-                        .name = "lblPluName1",
-                        .text = "Име 1"_cp1251,
-                        .style = WS_GROUP});
-    cbPluName1_ = add({.kind = TControlKind::ComboList, .name = "cbPluName1"});
-    lblPluName2_ =
-        add({.kind = TControlKind::Label, .name = "lblPluName2", .text = "Име 2"_cp1251});
-    cbPluName2_ = add({.kind = TControlKind::ComboList, .name = "cbPluName2"});
+        priceButtons_[i] = form.Add(TControlKind::RadioButton, kNames[i], kPriceCaptions[i], {},
+                                    i == 0 ? DWORD{WS_GROUP} : DWORD{0});
+    lblPluName1_ = form.AddLabel("lblPluName1", "Име 1"_cp1251, {}, WS_GROUP);
+    cbPluName1_ = form.Add(TControlKind::ComboList, "cbPluName1", {}, {});
+    lblPluName2_ = form.AddLabel("lblPluName2", "Име 2"_cp1251, {});
+    cbPluName2_ = form.Add(TControlKind::ComboList, "cbPluName2", {}, {});
     for (const HWND combo : {cbPluName1_, cbPluName2_}) {
         for (const TNameChoice& choice : kNameChoices)
             AddComboItem(combo, choice.caption);
     }
 }
 
-void TRunChoices::Place(int left, int top,
-                        const std::function<void(HWND, const TBounds&)>& place) const {
-    place(priceRadio_, {left, top, kWidth, 64});
+void TRunChoices::Arrange(const TForm& form, int left, int top) const {
+    form.Place(priceRadio_, {left, top, kWidth, 64});
     int buttonTop = top + 18;
     for (const HWND button : priceButtons_) {
-        place(button, {left + 10, buttonTop, kWidth - 20, 19});
+        form.Place(button, {left + 10, buttonTop, kWidth - 20, 19});
         buttonTop += 21;
     }
-    place(lblPluName1_, {left, top + 70, kWidth, kLabelHeight});
-    place(cbPluName1_, {left, top + 87, kWidth, kOpenedComboHeight});
-    place(lblPluName2_, {left, top + 116, kWidth, kLabelHeight});
-    place(cbPluName2_, {left, top + 133, kWidth, kOpenedComboHeight});
+    form.Place(lblPluName1_, {left, top + 70, kWidth, kLabelHeight});
+    form.Place(cbPluName1_, {left, top + 87, kWidth, kOpenedComboHeight});
+    form.Place(lblPluName2_, {left, top + 116, kWidth, kLabelHeight});
+    form.Place(cbPluName2_, {left, top + 133, kWidth, kOpenedComboHeight});
 }
 
 void TRunChoices::Show(const TLineChoices& choices) const {

@@ -3,7 +3,6 @@
 #include <windows.h>
 
 #include <array>
-#include <functional>
 
 #include "upload/ArticleLine.h"
 #include "window/Form.h"
@@ -16,10 +15,10 @@ class TRunChoices {
 public:
     static constexpr int kWidth = 280;  // at 96 dots per inch
 
-    // Makes the controls through the form's AddControl, in the order of the Tab key.
-    void Make(const std::function<HWND(const TControlOptions&)>& add);
-    // Places them through the form's Place, `left` and `top` at 96 dots per inch.
-    void Place(int left, int top, const std::function<void(HWND, const TBounds&)>& place) const;
+    // Makes the controls on the form, in the order of the Tab key. Throws TWindowError.
+    void Make(TForm& form);
+    // Moves them there; `left` and `top` at 96 dots per inch.
+    void Arrange(const TForm& form, int left, int top) const;
 
     void Show(const TLineChoices& choices) const;
     TLineChoices Current() const;

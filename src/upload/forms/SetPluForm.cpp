@@ -18,18 +18,9 @@
 namespace tolvane {
 namespace {
 
-// Sizes at 96 dots per inch.
-constexpr int kMargin = 8;
-constexpr int kClientWidth = 680;
-constexpr int kClientHeight = 500;
+// The smallest outer size, at 96 dots per inch.
 constexpr int kMinWidth = 620;
 constexpr int kMinHeight = 420;
-constexpr int kListTop = 26;
-constexpr int kListHeight = 140;
-constexpr int kLabelHeight = 16;
-constexpr int kButtonHeight = 27;
-constexpr int kButtonWidth = 100;
-constexpr int kDeleteWidth = 220;
 
 }  // namespace
 
@@ -42,17 +33,18 @@ TSetPluForm::TSetPluForm(HWND owner, const TRunKind& kind, const TRunContext& co
                .caption = kind_.caption,
                .style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_MAXIMIZEBOX,
                .exStyle = WS_EX_DLGMODALFRAME,  // no icon in the caption
-               .clientWidth = kClientWidth,
-               .clientHeight = kClientHeight,
+               .clientWidth = TSetPluControls::kFormWidth,
+               .clientHeight = TSetPluControls::kFormHeight,
                .minWidth = kMinWidth,
                .minHeight = kMinHeight},
               owner);
-    // In the order of the Tab key.
-    AddScales();
-    choices_.Make([this](const TControlOptions& control) { return AddControl(control); });
-    AddLog();
-    AddButtons();
-    Restore(settings);
+    controls_.Make(*this, kind_, items_,
+                   {.save = [this] { SaveBtnClick(); },
+                    .deleteEverything = [this] { DeleteBtnClick(); },
+                    .stop = [this] { StopReadBtnClick(); },
+                    .close = [this] { OnCancel(); }});
+    controls_.choices.Show(settings.choices);
+    if (settings.place) RestorePosition(*settings.place);
     OnSize();
 }
 
@@ -62,111 +54,41 @@ TSetPluForm::~TSetPluForm() {
     Queue().Detach();
 }
 
-HWND TSetPluForm::Add(TControlKind kind, const char* name, std::string_view text, DWORD style) {
-    return AddControl({.kind = kind, .name = name, .text = text, .style = style});
-}
-
-HWND TSetPluForm::AddButton(const char* name, std::string_view text, TClick click, int id) {
-    return AddControl(
-        {.name = name, .text = text, .action = [this, click] { (this->*click)(); }, .id = id});
-}
-
-void TSetPluForm::AddScales() {
-    lblScales_ = Add(TControlKind::Label, "lblScales", "Везни"_cp1251);
-    scaleList_ = Add(TControlKind::CheckList, "ScaleList");
-    TCheckList list(scaleList_);
-    for (const TScaleObj& item : items_)
-        list.Add(item.Rec.ScaleName.View());
-    if (!items_.empty()) list.SetCurrent(0);
-}
-
-void TSetPluForm::AddLog() {
-    readPropLabel_ = Add(TControlKind::Label, "ReadPropLabel", {}, SS_ENDELLIPSIS);
-    statusMemo_ = Add(TControlKind::Memo, "StatusMemo");
-    log_.Attach(Handle(), statusMemo_);
-    lblStatus_ = Add(TControlKind::Label, "lblStatus", {}, SS_ENDELLIPSIS);
-}
-
-void TSetPluForm::AddButtons() {
-    saveBtn_ = AddButton("SaveBtn", kind_.saveCaption, &TSetPluForm::SaveBtnClick);
-    if (!kind_.saveVisible) ShowWindow(saveBtn_, SW_HIDE);
-    deleteBtn_ =
-        AddButton("DeleteBtn", "Изтриване на всички артикули"_cp1251, &TSetPluForm::DeleteBtnClick);
-    stopReadBtn_ = AddButton("StopReadBtn", "Прекъсни"_cp1251, &TSetPluForm::StopReadBtnClick);
-    EnableWindow(stopReadBtn_, FALSE);
-    okBtn_ = AddButton("OkBtn", "Затвори"_cp1251, &TSetPluForm::OnCancel, IDCANCEL);
-}
-
-void TSetPluForm::Restore(const TRunSettings& settings) {
-    choices_.Show(settings.choices);
-    if (settings.place) RestorePlace(*settings.place);
-}
-
-void TSetPluForm::RestorePlace(const TWindowPlace& place) {
+void TSetPluForm::RestorePosition(const TWindowPlace& place) {
     maximized_ = place.maximized;
     MoveToPlacement(Handle(),
                     {place.left, place.top, place.left + place.width, place.top + place.height});
 }
 
 void TSetPluForm::OnShow() {
-    TCheckList list(scaleList_);
+    TCheckList list(controls_.scaleList);
     for (std::size_t i = 0; i < items_.size(); ++i)
         list.SetChecked(static_cast<int>(i), items_[i].Rec.Checked);
     if (maximized_) ShowWindow(Handle(), SW_SHOWMAXIMIZED);
 }
 
 void TSetPluForm::OnSize() {
-    if (okBtn_ == nullptr) return;
-    const SIZE client = ClientSize();
-    const int width = client.cx;
-    const int inner = width - 2 * kMargin;
-    const int choicesLeft = width - kMargin - TRunChoices::kWidth;
-    const int buttonsTop = client.cy - kMargin - kButtonHeight;
-    const int statusTop = buttonsTop - kMargin - kLabelHeight;
-    const int connectionTop = kListTop + kListHeight + kMargin;
-    const int memoTop = connectionTop + kLabelHeight + 2;
-    Place(lblScales_, {kMargin, kMargin, 120, kLabelHeight});
-    Place(scaleList_, {kMargin, kListTop, choicesLeft - 2 * kMargin, kListHeight});
-    choices_.Place(choicesLeft, kMargin,
-                   [this](HWND control, const TBounds& place) { Place(control, place); });
-    Place(readPropLabel_, {kMargin, connectionTop, inner, kLabelHeight});
-    Place(statusMemo_, {kMargin, memoTop, inner, statusTop - 4 - memoTop});
-    Place(lblStatus_, {kMargin, statusTop, inner, kLabelHeight});
-    PlaceButtons(width, buttonsTop);
-    SendMessageW(scaleList_, LVM_SETCOLUMNWIDTH, 0, LVSCW_AUTOSIZE_USEHEADER);
-    InvalidateRect(Handle(), nullptr, TRUE);
-}
-
-void TSetPluForm::PlaceButtons(int width, int top) {
-    int left = kMargin;
-    const auto place = [&](HWND button, int buttonWidth) {
-        Place(button, {left, top, buttonWidth, kButtonHeight});
-        left += buttonWidth + kMargin;
-    };
-    if (kind_.saveVisible) place(saveBtn_, kButtonWidth);
-    place(deleteBtn_, kDeleteWidth);
-    place(stopReadBtn_, kButtonWidth);
-    left = width - kMargin - kButtonWidth;
-    place(okBtn_, kButtonWidth);
+    controls_.Arrange(*this);
 }
 
 bool TSetPluForm::OnKey(UINT virtualKey, HWND focus) {
     const bool selectsAll = virtualKey == 'A' && GetKeyState(VK_CONTROL) < 0 &&
-                            GetKeyState(VK_MENU) >= 0 && focus == statusMemo_;
-    if (selectsAll) SendMessageW(statusMemo_, EM_SETSEL, 0, -1);
+                            GetKeyState(VK_MENU) >= 0 && focus == controls_.statusMemo;
+    if (selectsAll) SendMessageW(controls_.statusMemo, EM_SETSEL, 0, -1);
     return selectsAll;
 }
 
 LRESULT TSetPluForm::OnNotify(NMHDR& header) {
     // A disabled list keeps its marks.
-    const bool mayChange = header.hwndFrom == scaleList_ && IsWindowEnabled(scaleList_) != 0;
+    const bool mayChange =
+        header.hwndFrom == controls_.scaleList && IsWindowEnabled(controls_.scaleList) != 0;
     if (mayChange && header.code == LVN_ITEMCHANGED) PublishMarks();
     return TForm::OnNotify(header);
 }
 
 TRunSettings TSetPluForm::CurrentSettings() const {
     TRunSettings settings;
-    settings.choices = choices_.Current();
+    settings.choices = controls_.choices.Current();
     const TPlacement placement = PlacementOf(Handle());
     const RECT& outer = placement.outer;
     settings.place = TWindowPlace{outer.left, outer.top, outer.right - outer.left,
@@ -176,14 +98,14 @@ TRunSettings TSetPluForm::CurrentSettings() const {
 
 std::vector<TScaleObj> TSetPluForm::CurrentItems() const {
     std::vector<TScaleObj> items = items_;
-    const TCheckList list(scaleList_);
+    const TCheckList list(controls_.scaleList);
     for (std::size_t i = 0; i < items.size(); ++i)
         items[i].Rec.Checked = list.IsChecked(static_cast<int>(i));
     return items;
 }
 
 void TSetPluForm::PublishMarks() {
-    const TCheckList list(scaleList_);
+    const TCheckList list(controls_.scaleList);
     for (std::size_t i = 0; i < items_.size(); ++i)
         marks_->Set(i, list.IsChecked(static_cast<int>(i)));
 }
@@ -196,7 +118,7 @@ void TSetPluForm::StartRun(Body body) {
     worker_.Wait();
     if (running_ || closing_) return;
     if (const HWND focus = GetFocus(); focus != nullptr) startedBy_ = focus;
-    if (startedBy_ == nullptr) startedBy_ = okBtn_;
+    if (startedBy_ == nullptr) startedBy_ = controls_.okBtn;
     // The thread has its own copy of everything, so that it never looks back at the form.
     worker_.Start(
         [body = std::move(body), stop = stop_, queue = Queue(), regional = SystemRegionalSettings(),
@@ -213,9 +135,10 @@ void TSetPluForm::StartRun(Body body) {
 void TSetPluForm::SaveBtnClick() {
     TRunArticles articles{context_.articles, RowsOfRun(*context_.articles, kind_.markedOnly,
                                                        context_.marked, context_.current)};
-    StartRun(
-        [items = CurrentItems(), articles = std::move(articles), choices = choices_.Current(),
-         write = kind_.write](TScaleRun& run) { run.RunListed(items, articles, choices, write); });
+    StartRun([items = CurrentItems(), articles = std::move(articles),
+              choices = controls_.choices.Current(), write = kind_.write](TScaleRun& run) {
+        run.RunListed(items, articles, choices, write);
+    });
 }
 
 void TSetPluForm::DeleteBtnClick() {
@@ -250,7 +173,7 @@ void TSetPluForm::RunEnded(unsigned run) {
     if (run != run_) return;
     worker_.Wait();
     running_ = false;
-    log_.Flush();
+    controls_.log.Flush();
     if (closing_) EndModal(IDCANCEL);
 }
 
@@ -277,12 +200,13 @@ void TSetPluForm::StoreResults() {
 }
 
 LRESULT TSetPluForm::HandleMessage(const TMessage& message) {
-    if (message.id == WM_TIMER && log_.HandleTimer(message.wParam)) return 0;
+    if (message.id == WM_TIMER && controls_.log.HandleTimer(message.wParam)) return 0;
     if (message.id == WM_SETCURSOR && closing_ && LOWORD(message.lParam) == HTCLIENT) {
         SetCursor(LoadCursorW(nullptr, IDC_WAIT));
         return TRUE;
     }
-    if (message.id == WM_CTLCOLORSTATIC && reinterpret_cast<HWND>(message.lParam) == statusMemo_) {
+    if (message.id == WM_CTLCOLORSTATIC &&
+        reinterpret_cast<HWND>(message.lParam) == controls_.statusMemo) {
         // A read-only memo is grey by default; a log is there to be read.
         SetBkColor(reinterpret_cast<HDC>(message.wParam), GetSysColor(COLOR_WINDOW));
         return reinterpret_cast<LRESULT>(GetSysColorBrush(COLOR_WINDOW));
@@ -291,44 +215,46 @@ LRESULT TSetPluForm::HandleMessage(const TMessage& message) {
 }
 
 void TSetPluForm::ClearLog() {
-    log_.Clear();
+    controls_.log.Clear();
 }
 
 void TSetPluForm::Log(std::string line) {
-    log_.Add(line);
+    controls_.log.Add(line);
 }
 
 void TSetPluForm::SetConnection(std::string text) {
-    log_.Flush();
-    SetWindowText(readPropLabel_, text);
+    controls_.log.Flush();
+    SetWindowText(controls_.readPropLabel, text);
 }
 
 void TSetPluForm::SetProgress(std::string text) {
-    log_.Flush();
-    SetWindowText(lblStatus_, text);
+    controls_.log.Flush();
+    SetWindowText(controls_.lblStatus, text);
 }
 
 void TSetPluForm::SetRunning(bool running) {
-    log_.Flush();
+    controls_.log.Flush();
     // The run has finished: a user who sees the buttons enabled may start the next one.
     if (!running) running_ = false;
-    EnableWindow(stopReadBtn_, running ? TRUE : FALSE);
+    EnableWindow(controls_.stopReadBtn, running ? TRUE : FALSE);
     const HWND focus = GetFocus();
-    for (const HWND control : {saveBtn_, okBtn_, deleteBtn_, scaleList_})
+    for (const HWND control :
+         {controls_.saveBtn, controls_.okBtn, controls_.deleteBtn, controls_.scaleList})
         EnableWindow(control, running ? FALSE : TRUE);
     // A disabled control would swallow the keys.
     const bool lost =
         focus == nullptr || (IsChild(Handle(), focus) != 0 && IsWindowEnabled(focus) == 0);
-    if (lost && GetActiveWindow() == Handle()) SetFocus(running ? stopReadBtn_ : startedBy_);
+    if (lost && GetActiveWindow() == Handle())
+        SetFocus(running ? controls_.stopReadBtn : startedBy_);
 }
 
 void TSetPluForm::SetChoicesEnabled(bool enabled) {
-    log_.Flush();
-    choices_.Enable(enabled);
+    controls_.log.Flush();
+    controls_.choices.Enable(enabled);
 }
 
 void TSetPluForm::ShowRunError(std::string text) {
-    log_.Flush();
+    controls_.log.Flush();
     ShowError(Handle(), text);
 }
 

@@ -4,7 +4,6 @@
 
 #include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "upload/RunKind.h"
@@ -12,8 +11,7 @@
 #include "upload/RunSettings.h"
 #include "upload/RunView.h"
 #include "upload/ScaleRun.h"
-#include "upload/forms/RunChoices.h"
-#include "upload/forms/RunLog.h"
+#include "upload/forms/SetPluControls.h"
 #include "upload/forms/SetPluUnit.h"
 #include "window/Form.h"
 #include "window/WorkerThread.h"
@@ -43,20 +41,9 @@ protected:
     LRESULT HandleMessage(const TMessage& message) override;
 
 private:
-    using TClick = void (TSetPluForm::*)();
+    void RestorePosition(const TWindowPlace& place);
 
-    // What is made once.
-    HWND Add(TControlKind kind, const char* name, std::string_view text = {}, DWORD style = 0);
-    HWND AddButton(const char* name, std::string_view text, TClick click, int id = 0);
-    void AddScales();
-    void AddLog();
-    void AddButtons();
-    void Restore(const TRunSettings& settings);
-    void RestorePlace(const TWindowPlace& place);
-
-    void PlaceButtons(int width, int top);
-
-    // What the controls say now.
+    // What the controls show now.
     TRunSettings CurrentSettings() const;
     std::vector<TScaleObj> CurrentItems() const;
     // Gives the list's check marks to a run that deletes everything.
@@ -96,17 +83,7 @@ private:
 
     // Each change of another control flushes the log first, so that the window shows what happened
     // in its order.
-    TRunLog log_;
-    TRunChoices choices_;
-    HWND lblScales_ = nullptr;
-    HWND scaleList_ = nullptr;
-    HWND readPropLabel_ = nullptr;
-    HWND statusMemo_ = nullptr;
-    HWND lblStatus_ = nullptr;
-    HWND saveBtn_ = nullptr;
-    HWND deleteBtn_ = nullptr;
-    HWND stopReadBtn_ = nullptr;
-    HWND okBtn_ = nullptr;
+    TSetPluControls controls_;
 
     TWorkerThread worker_;
 };
