@@ -32,7 +32,7 @@ void Trace(const TBytes& frame, const TReplyPlan& plan) {
 }
 
 // The lines that say where the scale listens. A file gets them first and as a whole.
-void TellReady(const TVirtualScale& scale, const std::string& path) {
+void PrintReady(const TVirtualScale& scale, const std::string& path) {
     std::string lines;
     for (const std::string& endpoint : scale.Endpoints())
         lines += "ready " + endpoint + '\n';
@@ -76,7 +76,7 @@ void Serve(const TProgramOptions& program) {
     TEndSignals signals;
     TVirtualScale scale(std::move(options));
     scale.Start();
-    TellReady(scale, program.readyPath);
+    PrintReady(scale, program.readyPath);
     signals.Wait();
     scale.Stop();
     if (program.print) std::cout << PrintState(scale.State()) << std::flush;

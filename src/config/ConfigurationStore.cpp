@@ -47,14 +47,14 @@ void TConfigurationStore::Load(const TReadLayout& read) {
     read(document.value_or(TIniDocument()));
 }
 
-void TConfigurationStore::NeedScales() {
+void TConfigurationStore::EnsureScalesLoaded() {
     if (scalesLoaded_) return;
     scales_.Load(ReadIniFile(file_));
     savedScales_ = scales_;
     scalesLoaded_ = true;
 }
 
-void TConfigurationStore::NeedLayout(const TReadLayout& read) {
+void TConfigurationStore::EnsureLayoutLoaded(const TReadLayout& read) {
     if (layoutLoaded_) return;
     read(ReadIniFile(file_));
     layoutLoaded_ = true;

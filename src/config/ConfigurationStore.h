@@ -24,12 +24,12 @@ public:
     const std::filesystem::path& File() const { return file_; }
 
     // Reads the scales and hands the document over. Throws only what `read` throws: a file that
-    // cannot be read counts as empty until NeedScales or NeedLayout.
+    // cannot be read counts as empty until EnsureScalesLoaded or EnsureLayoutLoaded.
     void Load(const TReadLayout& read);
     // Each reads the file now if Load could not read it, and throws TFileError if it still cannot
-    // be read. NeedLayout then hands the document over.
-    void NeedScales();
-    void NeedLayout(const TReadLayout& read);
+    // be read. EnsureLayoutLoaded then hands the document over.
+    void EnsureScalesLoaded();
+    void EnsureLayoutLoaded(const TReadLayout& read);
     // The host's settings; an empty document when they cannot be read.
     TIniDocument HostSettings() const;
 

@@ -91,7 +91,7 @@ void LoadForm(TElicomPluScaleListForm& form) {
 }
 
 // Shows the exception that is being handled.
-void TellCurrentFailure(const TStartArguments& arguments) noexcept {
+void ShowCurrentException(const TStartArguments& arguments) noexcept {
     try {
         std::string text(kErrorTag);
         text += '\r';
@@ -112,7 +112,7 @@ bool Try(const TStartArguments& arguments, Work work) noexcept {
         work();
         return true;
     } catch (...) {
-        TellCurrentFailure(arguments);
+        ShowCurrentException(arguments);
     }
     return false;
 }

@@ -7,12 +7,11 @@
 #include <vector>
 
 #include "articles/PrintTime.h"
+#include "articles/forms/ListLayout.h"
 #include "system/LocalTime.h"
 #include "text/Cp1251.h"
 #include "text/Failure.h"
-#include "window/InputBox.h"
 #include "window/MessageBoxes.h"
-#include "window/Placement.h"
 
 namespace tolvane {
 namespace {
@@ -24,27 +23,13 @@ constexpr int kMinHeight = 305;
 constexpr std::string_view kCaption = "Списък ТЕГЛОВИ артикули"_cp1251;
 constexpr std::string_view kPrintTitle = "Теглови артикули"_cp1251;
 
-void RestorePlace(HWND window, const TWindowPlace& place) {
-    MoveToPlacement(window,
-                    {place.left, place.top, place.left + place.width, place.top + place.height});
-    if (place.maximized)
-        SendMessageW(GetParent(window), WM_MDIMAXIMIZE, reinterpret_cast<WPARAM>(window), 0);
-}
-
-TWindowPlace PlaceOf(HWND window) {
-    const TPlacement placement = PlacementOf(window);
-    const RECT& outer = placement.outer;
-    return {outer.left, outer.top, outer.right - outer.left, outer.bottom - outer.top,
-            placement.maximized};
-}
-
 }  // namespace
 
 TElicomPluScaleListForm::TElicomPluScaleListForm(std::filesystem::path configurationFile,
                                                  std::filesystem::path hostSettings)
     : store_(std::move(configurationFile), std::move(hostSettings)),
       session_(*this, SystemLocalClock(), &SystemRegionalSettings),
-      grid_(Dpi(), session_, [this](TField field) { SelectSearchField(field); }),
+      grid_(Dpi(), session_, [this](TField field) { Search().SelectField(field); }),
       bars_(*this) {}
 
 void TElicomPluScaleListForm::Open(HWND mdiClient) {
@@ -59,7 +44,7 @@ void TElicomPluScaleListForm::Open(HWND mdiClient) {
                  mdiClient);
     MakeControls();
     grid_.Grid().SetStyle(LoadGridStyle(store_.HostSettings()));
-    store_.Load([this](const TIniDocument& document) { ApplyLayout(document); });
+    store_.Load([this](const TIniDocument& document) { ApplyListLayout(document, *this, grid_); });
     FreeAfterDestroy();
 }
 
@@ -70,18 +55,6 @@ void TElicomPluScaleListForm::MakeControls() {
     bars_.MakeBottom([this] { RefreshBtnClick(); }, [this] { ColBtnClick(); },
                      [this] { PrintBtnClick(); });
     OnSize();
-}
-
-void TElicomPluScaleListForm::ApplyLayout(const TIniDocument& document) {
-    const TGridLayout layout = LoadGridLayout(document, Dpi().DotsPerInch());
-    grid_.SetLayout(layout);
-    if (layout.place) RestorePlace(Handle(), *layout.place);
-}
-
-void TElicomPluScaleListForm::WriteLayout(TIniDocument& document) const {
-    TGridLayout layout = grid_.Layout();
-    layout.place = PlaceOf(Handle());
-    SaveGridLayout(layout, Dpi().DotsPerInch(), document);
 }
 
 void TElicomPluScaleListForm::FocusGrid() {
@@ -143,7 +116,7 @@ bool TElicomPluScaleListForm::OnKey(UINT virtualKey, HWND focus) {
     }
     if (control || shift) return false;
     if (virtualKey == VK_F3) {
-        FindNext();
+        Search().FindNext();
         return true;
     }
     if (virtualKey == VK_F5) {
@@ -165,21 +138,22 @@ void TElicomPluScaleListForm::CloseAtOnce() {
 
 void TElicomPluScaleListForm::OnClose() {
     session_.End();
-    EndWork();
+    SaveAndShowFailure();
 }
 
 // A window that goes with the host's main window leaves the transaction to be rolled back: the host
 // may have closed its connection already.
 void TElicomPluScaleListForm::OnDestroy() {
-    EndWork();
+    SaveAndShowFailure();
     // A load that still runs uses the wait window; it goes with this object then.
     if (!session_.IsLoading()) wait_.reset();
     Ended();
 }
 
-void TElicomPluScaleListForm::EndWork() {
+void TElicomPluScaleListForm::SaveAndShowFailure() {
     try {
-        store_.SaveAtEnd([this](TIniDocument& document) { WriteLayout(document); });
+        store_.SaveAtEnd(
+            [this](TIniDocument& document) { WriteListLayout(*this, grid_, document); });
     } catch (const std::exception&) {
         // What failed the start has been shown already; a lost scale is shown all the same.
         if (!session_.IsAbandoned() || store_.HasUnsavedScales())
@@ -217,41 +191,16 @@ void TElicomPluScaleListForm::RebuildSearchMenu() {
     SearchMenuClick(0);
 }
 
-// The search text is kept.
-void TElicomPluScaleListForm::SelectSearchField(TField field) {
-    session_.SelectSearchField(field);
-    bars_.ShowSearchField(field);
+TListSearch TElicomPluScaleListForm::Search() {
+    return {.form = *this, .session = session_, .grid = grid_, .bars = bars_};
 }
 
 void TElicomPluScaleListForm::SearchMenuClick(std::size_t column) {
-    if (column >= Grid().ColumnCount()) return;
-    session_.SetSearchText({});
-    SelectSearchField(grid_.FieldOf(column));
+    Search().SelectColumn(column);
 }
 
 void TElicomPluScaleListForm::SearchButtonClick() {
-    if (session_.IsBusy()) return;
-    std::optional<std::string> answer;
-    {
-        const TArticleSession::THold hold(session_);
-        answer = AskText(Handle(), bars_.SearchCaption(), "Стойност"_cp1251);
-    }
-    if (Handle() == nullptr) return;
-    session_.SetSearchText(answer.value_or(std::string()));
-    if (session_.SearchText().empty()) return;
-    if (const std::optional<TRowId> found = session_.FindFirst()) {
-        grid_.Grid().SetCurrentRow(*found);
-        FocusGrid();
-    } else {
-        ShowInformation(Handle(), "Не е намерен артикул."_cp1251);
-    }
-}
-
-void TElicomPluScaleListForm::FindNext() {
-    if (session_.SearchText().empty())
-        SearchButtonClick();
-    else if (const std::optional<TRowId> found = session_.FindNext(Grid().CurrentRow()))
-        grid_.Grid().SetCurrentRow(*found);
+    Search().AskAndFindFirst();
 }
 
 void TElicomPluScaleListForm::RefreshBtnClick() {
@@ -262,8 +211,8 @@ void TElicomPluScaleListForm::RefreshBtnClick() {
 
 void TElicomPluScaleListForm::ColBtnClick() {
     if (session_.IsBusy()) return;
-    store_.NeedLayout([this](const TIniDocument& document) {
-        ApplyLayout(document);
+    store_.EnsureLayoutLoaded([this](const TIniDocument& document) {
+        ApplyListLayout(document, *this, grid_);
         grid_.ShowSortMark();
     });
     {
@@ -273,16 +222,17 @@ void TElicomPluScaleListForm::ColBtnClick() {
     // A window that went meanwhile has saved itself.
     if (Handle() == nullptr) return;
     FillSearchMenu();
-    store_.SaveLayout([this](TIniDocument& document) { WriteLayout(document); });
+    store_.SaveLayout([this](TIniDocument& document) { WriteListLayout(*this, grid_, document); });
 }
 
 void TElicomPluScaleListForm::PrintBtnClick() {
     Print(kPrintTitle, PrintTime(SystemLocalClock().Now()), Grid().Handle());
 }
 
+// Every run: the menu items of all four have this one handler, which is named after the last.
 void TElicomPluScaleListForm::NDeleteAllClick(TRunNumber number) {
     if (session_.IsBusy() || session_.Articles().RowCount() == 0) return;
-    store_.NeedScales();
+    store_.EnsureScalesLoaded();
     {
         const TArticleSession::THold hold(session_);
         OpenRun(number);
@@ -293,7 +243,7 @@ void TElicomPluScaleListForm::NDeleteAllClick(TRunNumber number) {
 
 void TElicomPluScaleListForm::NSettingsClick() {
     if (session_.IsBusy()) return;
-    store_.NeedScales();
+    store_.EnsureScalesLoaded();
     const TArticleSession::THold hold(session_);
     EditScales();
 }

@@ -7,6 +7,7 @@
 #include "articles/ArticleSession.h"
 #include "articles/forms/ListBars.h"
 #include "articles/forms/ListGrid.h"
+#include "articles/forms/ListSearch.h"
 #include "articles/forms/uWaitForm.h"
 #include "config/ConfigurationStore.h"
 #include "config/RunNumber.h"
@@ -70,13 +71,10 @@ private:
     void ShowError(std::string_view text) override;
 
     void MakeControls();
-    void ApplyLayout(const TIniDocument& document);
-    void WriteLayout(TIniDocument& document) const;
     void FillSearchMenu();
-    void SelectSearchField(TField field);
-    void FindNext();
-    // Saves the scales and the layout, however the window ends, and shows a failure.
-    void EndWork();
+    TListSearch Search();
+    // Saves the scales and the layout, however the window ends; only the first call saves.
+    void SaveAndShowFailure();
 
     void SearchMenuClick(std::size_t column);
     void SearchButtonClick();

@@ -163,13 +163,13 @@ TEST_F(ConfigurationStoreTest, WhatCouldNotBeReadIsNotWritten) {
 
 TEST_F(ConfigurationStoreTest, NeededScalesAreReadAndWrittenThen) {
     OpenUnreadable();
-    EXPECT_NE(ErrorOf([&] { store_.NeedScales(); }), "no error");
+    EXPECT_NE(ErrorOf([&] { store_.EnsureScalesLoaded(); }), "no error");
     MakeReadable(a_);
-    store_.NeedScales();
+    store_.EnsureScalesLoaded();
     EXPECT_EQ(store_.Scales()[1].ScaleName.Str(), "A");
     store_.Scales()[2] = NetworkScale(2, "B");
     // What is loaded is not loaded again: the change stays.
-    store_.NeedScales();
+    store_.EnsureScalesLoaded();
     store_.SaveAtEnd(&WriteWidth);
     EXPECT_EQ(GetFile(file_), a_ + b_);
 }
@@ -181,11 +181,11 @@ TEST_F(ConfigurationStoreTest, ANeededLayoutIsHandedOverOnceAndWrittenThen) {
         EXPECT_EQ(document.Bytes(), a_);
         ++read;
     };
-    EXPECT_NE(ErrorOf([&] { store_.NeedLayout(count); }), "no error");
+    EXPECT_NE(ErrorOf([&] { store_.EnsureLayoutLoaded(count); }), "no error");
     EXPECT_EQ(read, 0);
     MakeReadable(a_);
-    store_.NeedLayout(count);
-    store_.NeedLayout(count);
+    store_.EnsureLayoutLoaded(count);
+    store_.EnsureLayoutLoaded(count);
     EXPECT_EQ(read, 1);
     store_.SaveAtEnd(&WriteWidth);
     EXPECT_EQ(GetFile(file_), a_ + kLayout);
@@ -193,7 +193,7 @@ TEST_F(ConfigurationStoreTest, ANeededLayoutIsHandedOverOnceAndWrittenThen) {
 
 TEST_F(ConfigurationStoreTest, AReadableLayoutIsNotReadAgain) {
     Open(a_);
-    store_.NeedLayout([](const TIniDocument&) { FAIL(); });
+    store_.EnsureLayoutLoaded([](const TIniDocument&) { FAIL(); });
 }
 
 // The name that a store gives to the file that it makes in "<folder>/Магазин 中/Operations".
@@ -253,8 +253,8 @@ TEST_F(ConfigurationNamesTest, MessagesNameTheFileThatTheOperationUses) {
         }
         return "no error";
     };
-    EXPECT_EQ(nameIn([&] { store.NeedScales(); }), "Tolvane.ini");
-    EXPECT_EQ(nameIn([&] { store.NeedLayout(&Ignore); }), "Tolvane.ini");
+    EXPECT_EQ(nameIn([&] { store.EnsureScalesLoaded(); }), "Tolvane.ini");
+    EXPECT_EQ(nameIn([&] { store.EnsureLayoutLoaded(&Ignore); }), "Tolvane.ini");
     EXPECT_EQ(nameIn([&] { store.SaveLayout(&WriteWidth); }), "Tolvane.ini");
     EXPECT_EQ(nameIn([&] { store.SaveScales(); }), "Tolvane.Ini");
     EXPECT_EQ(nameIn([&] { store.SaveAtEnd(&WriteWidth); }), "Tolvane.Ini");
