@@ -2,7 +2,6 @@
 
 #include <commctrl.h>
 
-#include <algorithm>
 #include <utility>
 
 #include "host/HostSettings.h"
@@ -33,7 +32,7 @@ private:
 
 TTradeHostForm::TTradeHostForm(std::filesystem::path program) : program_(std::move(program)) {
     InitCommonControlClasses();
-    FindOperations();
+    operations_.Load(program_.parent_path() / "Operations");
     MakeWindow({.className = L"TTradeHostForm",
                 .name = "TradeHostForm",
                 .caption = kTitle,
@@ -49,18 +48,8 @@ TTradeHostForm::~TTradeHostForm() {
     Destroy();
 }
 
-void TTradeHostForm::FindOperations() {
-    TFoundModules found = FindModules(program_.parent_path() / "Operations");
-    for (TOperationModule& module : found.modules)
-        operations_.push_back({std::move(module)});
-    refused_ = std::move(found.refused);
-}
-
 void TTradeHostForm::AddMenu() {
-    std::vector<std::string> titles;
-    for (const TOperation& operation : operations_)
-        titles.push_back(operation.module.Title());
-    menu_ = MakeHostMenu(titles);
+    menu_ = MakeHostMenu(operations_.Titles());
     SetMenu(Handle(), menu_.bar);
 }
 
@@ -120,7 +109,7 @@ LRESULT TTradeHostForm::DefaultProc(const TMessage& message) {
 
 bool TTradeHostForm::HandleCommand(int id) {
     const int number = id - kFirstOperation + 1;
-    if (number >= 1 && number <= static_cast<int>(operations_.size())) {
+    if (operations_.Has(number)) {
         StartOperation(number);
         return true;
     }
@@ -169,8 +158,7 @@ bool TTradeHostForm::HandleWindowCommand(int id) {
 
 // A module works on the connection until its operation has ended.
 bool TTradeHostForm::MayChangeConnection() const {
-    const bool running = std::any_of(operations_.begin(), operations_.end(),
-                                     [](const TOperation& operation) { return operation.running; });
+    const bool running = operations_.IsAnyRunning();
     if (running)
         ShowWarning(Handle(),
                     "Затворете прозорците на операциите, преди да смените връзката."_cp1251);
@@ -215,7 +203,7 @@ void TTradeHostForm::ShowConnectionState() const {
 }
 
 void TTradeHostForm::StartOperation(int number) {
-    if (number < 1 || number > static_cast<int>(operations_.size())) {
+    if (!operations_.Has(number)) {
         std::string text("Няма операция с номер "_cp1251);
         ShowError(Handle(), text += std::to_string(number) + ".");
         return;
@@ -226,31 +214,21 @@ void TTradeHostForm::StartOperation(int number) {
             "Няма връзка с базата данни. Изберете \"Връзка с базата\", \"Свързване\"."_cp1251);
         return;
     }
-    TOperation& operation = operations_[static_cast<std::size_t>(number - 1)];
-    operation.database = {sizeof(THostDatabase), connection_.HandleCell(),
-                          connection_.ClientLibrary()};
-    SetRunning(operation, true);
-    operation.module.Start(Handle(), operation.messageId, operation.database,
-                           MakePrintProc(Handle()));
+    const THostDatabase database = {sizeof(THostDatabase), connection_.HandleCell(),
+                                    connection_.ClientLibrary()};
+    ShowRunning(number, true);
+    operations_.Start(number, Handle(), database, MakePrintProc(Handle()));
 }
 
-// A completion message may come twice, and while the operation is still being started.
 bool TTradeHostForm::HandleCompletion(UINT message) {
-    for (TOperation& operation : operations_) {
-        if (operation.messageId == 0 || operation.messageId != message) continue;
-        SetRunning(operation, false);
-        return true;
-    }
-    return false;
+    const int number = operations_.TakeCompletion(message);
+    if (number != 0) ShowRunning(number, false);
+    return number != 0;
 }
 
-void TTradeHostForm::SetRunning(TOperation& operation, bool running) {
-    operation.running = running;
-    for (std::size_t i = 0; i < operations_.size(); ++i) {
-        if (&operations_[i] == &operation)
-            EnableMenuItem(menu_.operations, static_cast<UINT>(i),
-                           MF_BYPOSITION | (running ? MF_GRAYED : MF_ENABLED));
-    }
+void TTradeHostForm::ShowRunning(int number, bool running) const {
+    EnableMenuItem(menu_.operations, static_cast<UINT>(number - 1),
+                   MF_BYPOSITION | (running ? MF_GRAYED : MF_ENABLED));
 }
 
 // Asks every child to close; false when one stays.
@@ -269,11 +247,12 @@ void TTradeHostForm::ShowModules() const {
     text += Narrow((program_.parent_path() / "Operations").wstring());
     text += "\r\n\r\nОперации:"_cp1251;
     int number = 0;
-    for (const TOperation& operation : operations_)
-        text += "\r\n" + std::to_string(++number) + ". " + operation.module.Title();
-    if (operations_.empty()) text += "\r\nняма"_cp1251;
-    if (!refused_.empty()) text += "\r\n\r\nФайлове, които не са операции:"_cp1251;
-    for (const std::string& line : refused_)
+    const std::vector<std::string> titles = operations_.Titles();
+    for (const std::string& title : titles)
+        text += "\r\n" + std::to_string(++number) + ". " + title;
+    if (titles.empty()) text += "\r\nняма"_cp1251;
+    if (!operations_.Refused().empty()) text += "\r\n\r\nФайлове, които не са операции:"_cp1251;
+    for (const std::string& line : operations_.Refused())
         text += "\r\n- " + line;
     ShowInformation(Handle(), text);
 }

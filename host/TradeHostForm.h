@@ -2,15 +2,13 @@
 
 #include <windows.h>
 
-#include <cstdint>
-#include <deque>
 #include <filesystem>
 #include <string>
 #include <vector>
 
 #include "host/Connection.h"
 #include "host/HostMenu.h"
-#include "host/OperationModule.h"
+#include "host/Operations.h"
 #include "window/Window.h"
 
 namespace tolvane::host {
@@ -36,21 +34,14 @@ protected:
     LRESULT DefaultProc(const TMessage& message) override;
 
 private:
-    struct TOperation {
-        TOperationModule module;
-        THostDatabase database{};  // lives as long as the module may look at it
-        std::uint32_t messageId = 0;
-        bool running = false;
-    };
-
-    void FindOperations();
     void AddMenu();
     void AddClient();
     void Layout() const;
     bool HandleCommand(int id);
     bool HandleWindowCommand(int id);
     bool HandleCompletion(UINT message);
-    void SetRunning(TOperation& operation, bool running);
+    // Greys the operation's menu item while it runs.
+    void ShowRunning(int number, bool running) const;
     bool MayChangeConnection() const;
     bool CloseChildren();
     void Disconnect();
@@ -61,8 +52,7 @@ private:
 
     std::filesystem::path program_;
     TConnection connection_;
-    std::deque<TOperation> operations_;  // addresses stay
-    std::vector<std::string> refused_;
+    TOperations operations_;
     THostMenu menu_;
     HWND client_ = nullptr;
     HWND statusBar_ = nullptr;

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+#include <deque>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "entry/HostInterface.h"
+#include "host/OperationModule.h"
+
+namespace tolvane::host {
+
+// The operations that the host offers, and which of them run. An operation's number is its position
+// in the menu, from 1 on. Interface thread.
+class TOperations {
+public:
+    // Loads the operation modules of a folder. Comes once.
+    void Load(const std::filesystem::path& folder);
+
+    std::vector<std::string> Titles() const;
+    // A line for each file of the folder that is not an operation module.
+    const std::vector<std::string>& Refused() const { return refused_; }
+
+    bool Has(int number) const;
+    bool IsAnyRunning() const;
+    // Starts an operation that there is. It counts as running before its module is called.
+    void Start(int number, HWND frame, const THostDatabase& database, TPrintProc print);
+    // The number of the operation whose completion message this is, which then no longer runs; 0
+    // for any other message. The message may come twice, and before Start returns.
+    int TakeCompletion(UINT message);
+
+private:
+    struct TOperation {
+        TOperationModule module;
+        THostDatabase database{};  // as long as the module may look at it
+        std::uint32_t messageId = 0;
+        bool running = false;
+    };
+    std::deque<TOperation> operations_;  // their addresses stay
+    std::vector<std::string> refused_;
+};
+
+}  // namespace tolvane::host
