@@ -74,7 +74,7 @@ std::string LoadFailure(DWORD error) {
 }  // namespace
 
 bool TConnection::TryClient(const std::filesystem::path& file) {
-    // The libraries that a client needs lie beside it, not beside this program.
+    // The libraries that a client needs are in its folder, not in this program's.
     const DWORD flags = file.is_absolute() ? LOAD_WITH_ALTERED_SEARCH_PATH : 0;
     TOwnedLibrary library(LoadLibraryExW(file.c_str(), nullptr, flags));
     if (!library) return false;

@@ -27,15 +27,16 @@ public:
     TConnection& operator=(const TConnection&) = delete;
     ~TConnection() { Close(); }
 
-    // Throws TConnectionError. An open connection is closed first. `folder`: where a client library
-    // lies that is given by a path that is not a full one.
+    // Closes an open connection first. A relative path of a client library counts from `folder`.
+    // Throws TConnectionError.
     void Open(const THostSettings& settings, const std::filesystem::path& folder);
     void Close() noexcept;
     bool IsOpen() const noexcept { return handle_ != 0; }
-    // server/port:path of the open connection; empty when there is none.
+    // server/port:path of the open connection; empty when no connection is open.
     const std::string& Database() const noexcept { return database_; }
 
-    // The attachment handle's cell, and the library's name as a module finds it.
+    // The cell that holds the attachment handle, and the name under which a module finds the client
+    // library.
     void* HandleCell() noexcept { return &handle_; }
     const char* ClientLibrary() const noexcept { return library_.c_str(); }
 
@@ -46,7 +47,7 @@ private:
     std::string ErrorText() const;
 
     HMODULE client_ = nullptr;
-    std::optional<std::string> wanted_;  // by what setting client_ was loaded
+    std::optional<std::string> wanted_;  // the setting with which client_ was loaded
     std::string library_;
     std::uint32_t handle_ = 0;
     std::string database_;

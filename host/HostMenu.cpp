@@ -43,7 +43,7 @@ HMENU AddMenu(HMENU bar, std::string_view caption, const std::array<TMenuLine, N
     return menu;
 }
 
-// A title is shown as it is: an ampersand in it marks no key.
+// A title is shown unchanged: an ampersand in it does not mark a key.
 std::wstring MenuText(std::string_view title) {
     std::wstring text;
     for (const wchar_t c : Wide(title)) {

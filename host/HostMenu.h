@@ -10,7 +10,7 @@
 namespace tolvane::host {
 
 // The commands of the main window's menu. Operation number N (from 1) is kFirstOperation + N - 1;
-// the windows of the list get numbers from kFirstChild on.
+// the items of the window list have numbers from kFirstChild on.
 enum TCommand : int {
     kConnect = 100,
     kDisconnect,
@@ -33,10 +33,10 @@ struct THostMenu {
     HMENU windows = nullptr;
 };
 
-// A menu bar, with the titles of the operations (code page 1251) as they are. It belongs to the
-// window that it is given to.
+// Makes a menu bar that shows the titles of the operations (code page 1251) unchanged. The window
+// that gets the bar owns it.
 THostMenu MakeHostMenu(const std::vector<std::string>& operations);
-// The keys for some of the commands.
+// The keys of some of the commands.
 TOwnedAccelerators MakeHostAccelerators();
 
 }  // namespace tolvane::host

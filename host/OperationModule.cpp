@@ -7,6 +7,7 @@
 #include <system_error>
 
 #include "text/Cp1251.h"
+#include "text/Failure.h"
 #include "window/WideText.h"
 
 namespace tolvane::host {
@@ -57,7 +58,7 @@ std::string AskText(void(TOLVANE_STDCALL* function)(const char**)) {
     return TextOf(text);
 }
 
-// A text of the host's own that a module may read for as long as it is loaded.
+// A text of the host that a module may read for as long as it is loaded.
 const char* ModuleString() {
     struct TText {
         THostTextHeader header{1251, 1, -1, 9};
@@ -96,7 +97,7 @@ TFoundModules FindModules(const std::filesystem::path& folder) {
         try {
             found.modules.emplace_back(file, static_cast<std::int32_t>(found.modules.size()) + 1);
         } catch (const std::exception& error) {
-            found.refused.push_back(Narrow(file.filename().wstring()) + ": " + error.what());
+            found.refused.push_back(Narrow(file.filename().wstring()) + ": " + MessageOf(error));
         }
     }
     return found;

@@ -15,8 +15,8 @@ namespace tolvane::host {
 // One operation module, loaded. Texts are code page 1251.
 class TOperationModule {
 public:
-    // Gives the module its number. Throws std::runtime_error with the reason why the file is no
-    // operation module.
+    // Loads the module and gives it its number. Throws std::runtime_error with the reason why the
+    // file is not an operation module.
     TOperationModule(const std::filesystem::path& file, std::int32_t number);
 
     const std::string& Title() const noexcept { return title_; }

@@ -26,10 +26,11 @@ public:
 
     bool Has(int number) const;
     bool IsAnyRunning() const;
-    // Starts an operation that there is. It counts as running before its module is called.
+    // Starts an existing operation. It counts as running even before its module is called.
     void Start(int number, HWND frame, const THostDatabase& database, TPrintProc print);
-    // The number of the operation whose completion message this is, which then no longer runs; 0
-    // for any other message. The message may come twice, and before Start returns.
+    // If this is the completion message of an operation, marks it as no longer running and returns
+    // its number; returns 0 for any other message. The message may come twice, and before Start
+    // returns.
     int TakeCompletion(UINT message);
 
 private:

@@ -99,7 +99,7 @@ TSheetPlace PlaceOnSheet(const TPaper& paper, const TSheet& sheet) {
     constexpr double kTenthsPerInch = 254;
     const double trueWidth = paper.width * sheet.dotsPerInchX / kTenthsPerInch;
     const double trueHeight = paper.height * sheet.dotsPerInchY / kTenthsPerInch;
-    // A sheet that is smaller by rounding only holds the page in true size.
+    // On a sheet that is smaller only by rounding, the page still has its true size.
     constexpr double kRounding = 1.01;
     const double fitting = std::min(sheet.width / trueWidth, sheet.height / trueHeight);
     const double scale = fitting * kRounding >= 1 ? 1 : fitting;

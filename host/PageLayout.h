@@ -5,7 +5,7 @@
 
 namespace tolvane::host {
 
-// A sheet and how a table lies on it. Lengths are tenths of a millimetre.
+// A sheet of paper and the margins of a table on it. Lengths are tenths of a millimetre.
 struct TPaper {
     int width = 2970;  // A4, landscape
     int height = 2100;
@@ -23,18 +23,18 @@ struct TPlacedColumn {
     int width = 0;
 };
 
-// Pages are numbered from 0: all rows of the first columns (the first strip), then all rows of the
-// next ones that did not fit beside them. Nothing here depends on the number of rows, so a long
-// table costs nothing. A table that is a little too wide is drawn smaller instead of in strips; a
-// strip's columns are widened (by kMostWidening at most) to fill the page.
+// Divides a table into pages, numbered from 0. The columns that fit beside each other make a strip;
+// the pages of the first strip, with all rows, come before those of the second. A table that is a
+// little too wide is drawn smaller instead of in strips. A strip's columns are widened (by
+// kMostWidening at most) to fill the page. The cost does not depend on the number of rows.
 class TPageLayout {
 public:
     static constexpr int kSmallestScale = 70;  // percent
     static constexpr int kStripScale = 85;     // percent
     static constexpr int kMostWidening = 130;  // percent
 
-    // `columnWidths` in true size; a column wider than the page is cut to it, one of width 0 is
-    // left out.
+    // `columnWidths` in true size. A column that is wider than the page is narrowed to it; a column
+    // of width 0 is left out.
     TPageLayout(TPaper paper, const std::vector<int>& columnWidths, std::size_t rowCount);
 
     // At least one page, also for an empty table.
@@ -45,7 +45,7 @@ public:
     std::size_t FirstRow(std::size_t page) const;
     std::size_t EndRow(std::size_t page) const;
     const TPaper& Paper() const { return paper_; }
-    // Percent of the true size, for the table's texts; its rows are that much lower.
+    // The percentage of the true size at which the table's texts and rows are drawn.
     int Scale() const { return scale_; }
     int RowHeight() const;
 
@@ -62,7 +62,7 @@ private:
     std::vector<std::vector<TPlacedColumn>> strips_;
 };
 
-// A printer's sheet in its own dots: the whole of it, the first dot that can be printed on, and the
+// A printer's sheet in dots of the printer: its size, the first dot that can be printed, and the
 // dots per inch.
 struct TSheet {
     int width = 0;
@@ -80,8 +80,8 @@ struct TSheetPlace {
     int height = 0;
 };
 
-// Where a page goes on a sheet: in the middle, in true size if the sheet is large enough, else as
-// large as it can be.
+// Where a page is printed on a sheet: centred, in true size if the sheet is large enough, else as
+// large as possible.
 TSheetPlace PlaceOnSheet(const TPaper& paper, const TSheet& sheet);
 
 }  // namespace tolvane::host

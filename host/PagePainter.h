@@ -10,14 +10,14 @@
 
 namespace tolvane::host {
 
-// What every page shows above the table.
+// The texts above the table on every page.
 struct TPageTexts {
     std::wstring title;
     std::wstring dateTime;
 };
 
-// Draws pages of a grid, the same on the screen and on a printer. Reads from the grid only the rows
-// of the page that it draws.
+// Draws pages of a grid, the same way on a screen and on a printer. Reads only the rows of the page
+// that it draws. The grid outlives it.
 class TPagePainter {
 public:
     TPagePainter(const TGridReader& grid, TPageTexts texts);

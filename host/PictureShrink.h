@@ -5,9 +5,9 @@
 
 namespace tolvane::host {
 
-// Makes a picture smaller by a whole number of times: each dot becomes the mean of the square of
-// dots that it stands for. `large` holds rows of 32-bit dots, 8 bits a colour, width * times
-// across; the result holds width * height dots of that kind.
+// Shrinks a picture to 1/times of its width and height: each dot of the result is the mean of a
+// square of times * times dots. `large` has rows of width * times dots of 32 bits, 8 bits per
+// colour; the result has width * height such dots.
 std::vector<std::uint32_t> ShrinkPicture(const std::uint32_t* large, int width, int height,
                                          int times);
 

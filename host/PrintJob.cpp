@@ -14,7 +14,7 @@ void SetOrientation(HGLOBAL deviceMode, bool landscape) {
     mode.Get()->dmOrientation = landscape ? DMORIENT_LANDSCAPE : DMORIENT_PORTRAIT;
 }
 
-// The default printer as the dialog's start; the dialog reports itself when there is no printer.
+// Sets the dialog to the default printer. If there is no printer, the dialog itself says so.
 bool AskDefaultPrinter(HWND owner, PRINTDLGW& dialog) {
     PRINTDLGW defaults{};
     defaults.lStructSize = sizeof defaults;

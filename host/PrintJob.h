@@ -10,7 +10,7 @@
 
 namespace tolvane::host {
 
-// A printer that the user has chosen, and the pages (from 0) that he wants.
+// The printer and the pages (from 0) that the user has chosen.
 class TPrinter {
 public:
     TPrinter(HDC dc, std::size_t firstPage, std::size_t endPage)
@@ -28,14 +28,14 @@ private:
 
 enum class TPrintChoice { Chosen, Cancelled, NoPrinter };
 
-// The system's print dialog, set to the paper's orientation. `printer` gets what was chosen; its
-// device context is null otherwise.
+// Shows the system's print dialog, set to the paper's orientation. Stores the choice in `printer`;
+// without a choice, its device context is null.
 TPrintChoice ChoosePrinter(HWND owner, const TPageLayout& layout, TPrinter& printer);
 
 enum class TPrintResult { Done, Stopped, Failed };
 
-// Prints the pages. `goOn` is asked before each, with its number from 0; when it answers false,
-// nothing more is sent and the job is given up.
+// Prints the pages. Calls `goOn` before each page, with its number from 0; when that returns false,
+// cancels the job.
 TPrintResult PrintPages(const TPrinter& printer, const TPagePainter& painter,
                         const std::function<bool(std::size_t page)>& goOn);
 

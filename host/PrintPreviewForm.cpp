@@ -23,7 +23,8 @@ constexpr int kGap = 12;
 
 enum TOrientation : int { kLandscape, kPortrait };
 
-// The drawing of a page for the screen, in dots across, and how much larger than seen it may be.
+// A page is drawn larger than it appears on the screen and then shrunk: the widest drawing in dots,
+// and the largest factor.
 constexpr int kLargestPicture = 4000;
 constexpr int kMostTimes = 3;
 
@@ -151,13 +152,13 @@ bool TPrintPreviewForm::OnKey(UINT virtualKey, HWND focus) {
     }
 }
 
-// While it prints, closing only stops the printing.
+// During printing, closing the window only stops the printing.
 bool TPrintPreviewForm::CanClose(int) {
     stop_ = true;
     return !printing_;
 }
 
-// The largest rectangle of the paper's shape under the bar, in its middle.
+// The largest rectangle of the paper's shape that fits below the bar, centred.
 RECT TPrintPreviewForm::PageArea() const {
     RECT client{};
     GetClientRect(Handle(), &client);
@@ -207,7 +208,7 @@ void TPrintPreviewForm::Paint() {
     BitBlt(painting.Dc(), 0, 0, client.right, client.bottom, picture.Dc(), 0, 0, SRCCOPY);
 }
 
-// The page is drawn larger and made smaller: its letters are but a few dots high, and would be
+// Draws the page larger and shrinks the picture: drawn directly, letters of a few dots would be
 // neither readable nor as wide as on paper.
 void TPrintPreviewForm::DrawPage(HDC dc, const RECT& page) const {
     const int width = page.right - page.left;

@@ -12,8 +12,8 @@ namespace tolvane::host {
 
 class TPrinter;
 
-// The preview of a grid's pages: turns them, lays them across or upright, prints them. Only the
-// page that is seen is read from the grid.
+// The preview of a grid's pages: shows one at a time, in landscape or portrait, and prints them.
+// Reads only the visible page from the grid.
 class TPrintPreviewForm final : public TForm {
 public:
     TPrintPreviewForm(HWND owner, HWND grid, TPageTexts texts);

@@ -6,6 +6,7 @@
 
 #include "host/PrintPreviewForm.h"
 #include "text/Cp1251.h"
+#include "text/Failure.h"
 #include "window/MessageBoxes.h"
 #include "window/WideText.h"
 
@@ -17,7 +18,7 @@ std::wstring CountedText(const std::uint8_t* text) {
     return Wide(std::string_view(reinterpret_cast<const char*>(text + 1), text[0]));
 }
 
-// Called by a module: nothing may be thrown at it.
+// A module calls this, so it must not throw.
 void TOLVANE_STDCALL Print(void* object, const std::uint8_t* title, const std::uint8_t* dateTime,
                            void* grid) noexcept {
     const auto frame = static_cast<HWND>(object);
@@ -30,7 +31,7 @@ void TOLVANE_STDCALL Print(void* object, const std::uint8_t* title, const std::u
                                   {CountedText(title), CountedText(dateTime)});
         preview.ShowModal();
     } catch (const std::exception& error) {
-        ShowError(frame, error.what());
+        ShowError(frame, MessageOf(error));
     }
 }
 

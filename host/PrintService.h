@@ -6,8 +6,8 @@
 
 namespace tolvane::host {
 
-// The print service that the host hands to its operations: shows a preview of the list view, drawn
-// from its visible columns, from where it can be printed. `frame` owns the preview.
+// The print service that the host gives its operations: shows a preview of the visible columns of a
+// list view, which the user can print from there. `frame` owns the preview.
 TPrintProc MakePrintProc(HWND frame);
 
 }  // namespace tolvane::host

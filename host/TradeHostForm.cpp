@@ -7,6 +7,7 @@
 #include "host/HostSettings.h"
 #include "host/PrintService.h"
 #include "text/Cp1251.h"
+#include "text/Failure.h"
 #include "window/MessageBoxes.h"
 #include "window/Module.h"
 #include "window/VisualStyle.h"
@@ -70,7 +71,7 @@ void TTradeHostForm::AddClient() {
 void TTradeHostForm::Layout() const {
     if (client_ == nullptr || statusBar_ == nullptr) return;
     SendMessageW(statusBar_, WM_SIZE, 0, 0);
-    // The size grip would be seen where it was as well.
+    // Without this, the size grip would also stay visible at its old position.
     InvalidateRect(statusBar_, nullptr, TRUE);
     RECT area{};
     RECT bar{};
@@ -156,7 +157,7 @@ bool TTradeHostForm::HandleWindowCommand(int id) {
     }
 }
 
-// A module works on the connection until its operation has ended.
+// A module uses the connection until its operation has ended.
 bool TTradeHostForm::MayChangeConnection() const {
     const bool running = operations_.IsAnyRunning();
     if (running)
@@ -175,7 +176,7 @@ void TTradeHostForm::Connect() {
             ReadHostSettings(std::filesystem::path(program_).replace_extension(".ini")),
             program_.parent_path());
     } catch (const std::exception& error) {
-        failure = error.what();
+        failure = MessageOf(error);
     }
     ShowConnectionState();
     if (!failure.empty()) ShowError(Handle(), failure);
@@ -231,7 +232,7 @@ void TTradeHostForm::ShowRunning(int number, bool running) const {
                    MF_BYPOSITION | (running ? MF_GRAYED : MF_ENABLED));
 }
 
-// Asks every child to close; false when one stays.
+// Asks every child to close; returns false when one stays.
 bool TTradeHostForm::CloseChildren() {
     HWND child = GetWindow(client_, GW_CHILD);
     while (child != nullptr) {

@@ -17,16 +17,16 @@ namespace tolvane::host {
 // the print service.
 class TTradeHostForm final : public TWindow {
 public:
-    // `program` is the executable file: the settings lie beside it with the ending .ini, the
-    // modules in the folder "Operations".
+    // `program` is the executable file. Its folder holds the settings (its name with the extension
+    // .ini) and the folder "Operations" with the modules.
     explicit TTradeHostForm(std::filesystem::path program);
     ~TTradeHostForm() override;
 
     HWND MdiClient() const noexcept { return client_; }
     bool IsConnected() const noexcept { return connection_.IsOpen(); }
-    // Connects to the database with the current settings; shows the user why that fails.
+    // Reads the settings and connects to the database; shows the user why it failed.
     void Connect();
-    // Starts the operation with that number, its place in the menu from 1 up.
+    // Starts the operation with this number: its position in the menu, from 1 on.
     void StartOperation(int number);
 
 protected:

@@ -1,5 +1,5 @@
 // TradeHost.exe [--start N]: a small trade system that runs operation modules. --start N starts the
-// operation with number N (its place in the menu, from 1 up) at once.
+// operation with number N (its position in the menu, from 1 on) at once.
 
 #include <windows.h>
 
@@ -16,6 +16,7 @@
 #include "host/HostMenu.h"
 #include "host/TradeHostForm.h"
 #include "text/Cp1251.h"
+#include "text/Failure.h"
 #include "window/Handles.h"
 #include "window/MessageBoxes.h"
 
@@ -30,8 +31,7 @@ std::vector<std::wstring> Arguments() {
     return {words.Get() + std::min(count, 1), words.Get() + count};
 }
 
-// The number of the operation to start, 0 for none; nothing when the command line is not
-// understood.
+// The number of the operation to start, 0 for no operation; nothing when the arguments are wrong.
 std::optional<int> OperationToStart(const std::vector<std::wstring>& arguments) {
     if (arguments.empty()) return 0;
     if (arguments.size() != 2 || arguments[0] != L"--start") return std::nullopt;
@@ -59,7 +59,7 @@ int RunMessages(const TTradeHostForm& form) {
 }
 
 int Run(int show) {
-    // This program reports a library that cannot be loaded, not a box of the system.
+    // When a library cannot be loaded, this program says so; the system must not show its own box.
     SetErrorMode(SEM_FAILCRITICALERRORS);
     TTradeHostForm form(Program());
     ShowWindow(form.Handle(), show);
@@ -79,7 +79,7 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int show) {
     try {
         return tolvane::host::Run(show);
     } catch (const std::exception& error) {
-        tolvane::ShowError(nullptr, error.what());
+        tolvane::ShowError(nullptr, tolvane::MessageOf(error));
         return 1;
     }
 }

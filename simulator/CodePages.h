@@ -8,7 +8,7 @@
 
 namespace tolvane::simulator {
 
-// How the scale's own display reads text bytes. Windows is code page 1251; Pc866 the DOS code page
+// How the scale's display interprets text bytes. Windows is code page 1251; Pc866 the DOS code page
 // 866; Pc855 the scales' DOS Cyrillic, with the letters А to я in one row from 0x80 to 0xBF.
 enum class TCodeTable { Windows, Pc855, Pc866 };
 
@@ -16,8 +16,8 @@ enum class TCodeTable { Windows, Pc855, Pc866 };
 std::string_view CodeTableName(TCodeTable table);
 std::optional<TCodeTable> CodeTableByName(std::string_view name);
 
-// The text as UTF-8. Zero bytes are dropped, as they are padding, and so are trailing blanks; a
-// byte without a character becomes U+FFFD.
+// The text as UTF-8. Drops zero bytes, which are padding, and trailing blanks; a byte without a
+// character becomes U+FFFD.
 std::string DecodeText(std::span<const std::uint8_t> bytes, TCodeTable table);
 
 }  // namespace tolvane::simulator

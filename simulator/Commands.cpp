@@ -4,8 +4,8 @@ namespace tolvane::simulator {
 
 namespace {
 
-// One row per run of parameters with the same length; a length of kFree means "as it comes",
-// kLong for the model's own.
+// One row per range of parameters with the same length. kFree stands for any length, kLong for the
+// model's longTextLength.
 constexpr int kFree = -1;
 constexpr int kLong = -2;
 struct TLengthRow {

@@ -11,8 +11,8 @@ enum class TModel { Evl, Ets, S300 };
 
 struct TModelProperties {
     std::string_view name;
-    std::string_view versionText;  // the reply of a scale of this model by default
-    int capacity;                  // highest article number, by default
+    std::string_view versionText;  // the default reply of this model
+    int capacity;                  // default highest article number
     int longTextLength;            // of the text parameters 19 to 22
 };
 
@@ -66,7 +66,7 @@ enum class TRefusal : std::uint8_t {
     WrongAddress = 10      // when the scale is set to answer it
 };
 
-// The length of a text parameter (0 to 31), or nothing when it is free: 4 and 5.
+// The length of a text parameter (0 to 31); nothing for 4 and 5, which have any length.
 std::optional<int> TextLength(TModel model, int parameter);
 inline constexpr int kHighestParameter = 31;
 inline constexpr int kBestBeforeParameter = 4;

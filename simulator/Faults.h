@@ -43,9 +43,9 @@ enum class TFaultKind {
     Reset          // "reset": obeys and resets the connection instead of the reply
 };
 
-// One fault and the requests that it applies to. Requests are numbered from 1 as they arrive,
-// with a `command` among the requests of that command. `request` means only this one; otherwise
-// `from` (and `to`) bound a range. A percentage below 100 applies it to so many of them by chance.
+// One fault and the requests that it applies to. Requests are numbered from 1 as they arrive; with
+// a `command`, only its requests are counted. `request` selects a single request; otherwise `from`
+// and `to` bound a range. With `percent` below 100 the fault hits that share of them at random.
 struct TFault {
     TFaultKind kind = TFaultKind::NoReply;
     int request = 0;  // 0: not set, and so for `from` and `to`
@@ -67,7 +67,7 @@ struct TFaultScript {
 
 std::string_view FaultName(TFaultKind kind);
 
-// A list of faults, or an object with "faults" and "seed". Both throw std::runtime_error that names
+// Read a list of faults, or an object with "faults" and "seed". Throw std::runtime_error that names
 // the fault and the key.
 TFaultScript FaultsFromJson(const nlohmann::json& json);
 TFaultScript LoadFaults(const std::string& path);

@@ -22,7 +22,7 @@ inline constexpr std::uint8_t kOffset = 0x14;
 
 enum class TDefect {
     None,
-    Stuffing,  // no marker before it, or a byte that cannot be part of its run
+    Stuffing,  // a byte before the first marker, or one that cannot stand in its run
     TooShort,  // fewer than address, command and checksum
     Checksum
 };
@@ -37,7 +37,8 @@ struct TRequest {
 // Takes a request frame apart, start and end byte included. Never fails; see `defect`.
 TRequest DecodeRequest(std::span<const std::uint8_t> frame);
 
-// Address, command, data and a checksum that is off by `checksumError`, between 02 and 03.
+// Encodes address, command, data and a checksum, which is wrong by `checksumError`, between 02 and
+// 03.
 TBytes EncodeReply(std::uint8_t address, std::uint8_t command, const TBytes& data,
                    std::uint8_t checksumError = 0);
 
@@ -45,9 +46,9 @@ TBytes EncodeReply(std::uint8_t address, std::uint8_t command, const TBytes& dat
 // marker of its own.
 inline constexpr std::size_t kLongestBody = 1 + 1 + (5 + 255) + 1;
 
-// Cuts a stream of bytes into request frames. Bytes outside a frame, and a frame that grows
-// beyond kLongestFrame, is dropped and counted; a start byte inside a frame starts anew, since
-// no body contains it.
+// Cuts a stream of bytes into request frames. Drops and counts bytes outside a frame and frames
+// longer than kLongestFrame. A start byte inside a frame begins a new frame, because no body
+// contains it.
 class TRequestParser {
 public:
     static constexpr std::size_t kLongestFrame = 1 + 2 * kLongestBody + 1;

@@ -5,8 +5,8 @@
 
 namespace tolvane::simulator {
 
-// Carries one plan out. It is kept alive by the timer or the write that it waits for, which keep
-// the link alive as well; it does not itself, since a link's waiting writes lead back to here.
+// Carries one plan out. The timer or the write that it waits for keeps it alive, and the link too.
+// It does not hold the link itself, because the link's waiting writes hold this object.
 class TPlanRun : public std::enable_shared_from_this<TPlanRun> {
 public:
     using TLinkPointer = std::shared_ptr<TLink>;
@@ -41,7 +41,7 @@ private:
         }
         link->Enqueue({std::move(step.bytes),
                        [self = shared_from_this()](const TLinkPointer& sender, bool sent) {
-                           // Nothing more can be said to a client that has gone.
+                           // A client that has gone gets nothing more.
                            if (!sent) self->index_ = self->plan_.steps.size();
                            self->Next(sender);
                        }});

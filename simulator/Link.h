@@ -12,8 +12,8 @@ namespace tolvane::simulator {
 // What a scale does with a request frame.
 using TAnswer = std::function<TReplyPlan(const TBytes& frame)>;
 
-// One client's wire, as the plans see it. It is used on the thread of its executor only, and lives
-// while it reads, writes or waits for a plan's time.
+// The connection to one client, on which plans are carried out. Used only on the thread of its
+// executor; exists as long as it reads, writes or waits for a step's time.
 class TLink : public std::enable_shared_from_this<TLink> {
 public:
     explicit TLink(asio::any_io_executor executor) : executor_(std::move(executor)) {}
@@ -21,7 +21,7 @@ public:
     TLink(const TLink&) = delete;
     TLink& operator=(const TLink&) = delete;
 
-    // Carries the plan out after those before it; a detached one at once.
+    // Carries the plan out after the earlier plans; a detached plan at once.
     void Perform(TReplyPlan plan);
     const asio::any_io_executor& Executor() const { return executor_; }
 

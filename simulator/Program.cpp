@@ -31,7 +31,8 @@ void Trace(const TBytes& frame, const TReplyPlan& plan) {
     std::cout.flush();
 }
 
-// The lines that say where the scale listens. A file gets them first and as a whole.
+// Prints where the scale listens. A file, if wanted, is written first, and appears only when it is
+// complete.
 void PrintReady(const TVirtualScale& scale, const std::string& path) {
     std::string lines;
     for (const std::string& endpoint : scale.Endpoints())

@@ -15,11 +15,11 @@ struct TProgramOptions {
     std::string showPath{};
     bool print = false;
     bool trace = false;
-    std::optional<int> exitCode{};  // set when the program has nothing more to do
+    std::optional<int> exitCode{};  // set when the program has to end now
 };
 
-// Reads the command line; help and what is wrong with it are printed here. Throws
-// std::runtime_error for a file that cannot be read and for a bad fault.
+// Reads the command line; prints the help and its errors itself. Throws std::runtime_error for a
+// file that cannot be read and for a bad fault.
 TProgramOptions ParseProgramOptions(int argc, const char* const* argv);
 
 }  // namespace tolvane::simulator

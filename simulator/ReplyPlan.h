@@ -12,7 +12,7 @@ namespace tolvane::simulator {
 
 // What a link does to answer one request: the steps in order, each `delay` after the one before,
 // then the ending. A detached plan runs beside the plans of later requests; all others run one
-// after another. A plan without steps is silence.
+// after another. A plan without steps sends nothing.
 struct TSendStep {
     std::chrono::milliseconds delay{0};
     TBytes bytes{};      // one segment or datagram; an empty one matters to UDP only
@@ -33,9 +33,9 @@ struct TReply {
     TBytes data{};
 };
 
-// The faults are applied in the order of their kinds: first to the frame's contents, then to its
-// bytes, then to the time and the connection. Those that keep the scale from obeying (Error,
-// NoReply, Silent) and Held are the caller's.
+// Applies the faults in the order of their kinds: first to the frame's contents, then to its bytes,
+// then to the time and the connection. The caller handles Held and the faults that keep the scale
+// from obeying (Error, NoReply, Silent).
 TReplyPlan BuildPlan(const TReply& reply, std::span<const TFault> faults);
 
 }  // namespace tolvane::simulator

@@ -23,7 +23,8 @@ std::optional<int> Decimal(std::span<const std::uint8_t> bytes) {
     return value;
 }
 
-// What a request of this command carries, or nothing for SetParam, whose requests name it.
+// The number of data bytes of this command; nothing for SetParam, whose requests contain their
+// length.
 std::optional<std::size_t> DataLength(std::uint8_t command) {
     switch (command) {
         case kSetPrice:

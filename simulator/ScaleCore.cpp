@@ -134,7 +134,7 @@ bool TScaleCore::Applies(const TFault& fault, int number) {
     if (fault.request != 0 && number != fault.request) return false;
     if (fault.from != 0 && number < fault.from) return false;
     if (fault.to != 0 && number > fault.to) return false;
-    // Drawn by hand: what a distribution of the standard library draws depends on the library.
+    // Not by a distribution of the standard library: its numbers depend on the library.
     constexpr double kRange = 4294967296.0;
     return fault.percent >= 100 || static_cast<double>(random_()) / kRange * 100 < fault.percent;
 }

@@ -18,26 +18,26 @@ namespace tolvane::simulator {
 struct TCoreOptions {
     TScaleProperties scale{};
     int versionReplyLength = 17;       // data bytes of the version reply, error code included
-    bool answersBadChecksum = false;   // otherwise such a request is met with silence
+    bool answersBadChecksum = false;   // otherwise such a request gets no reply
     bool answersWrongAddress = false;  // the same
     bool keepsRequests = true;         // whether Requests() grows
     TFaultScript faults{};
     // Articles, mode and counts to start from; its `scale` is not used.
     std::optional<TScaleState> initialState{};
-    // After each change from programming to weighing mode, on the thread that serves the links.
+    // Called after each change from programming to weighing mode, on the thread that serves the
+    // links.
     std::function<void(const TScaleState&)> onWeighing{};
-    // Each frame that came and what is done about it, on the same thread.
+    // Called with each frame that came and the plan of its reply, on the same thread.
     std::function<void(const TBytes&, const TReplyPlan&)> onExchange{};
 };
 
 struct TRecordedRequest {
     TBytes frame;          // as it came, start and end byte included
-    TRequest request;      // as it was taken apart
+    TRequest request;      // decoded
     bool ignored = false;  // arrived while the scale was silent
 };
 
-// The scale itself, without a wire: a request frame goes in, what is to be sent comes out. All
-// operations may be called from any thread.
+// The scale itself, without a wire: takes a request frame and returns what to send. Any thread.
 class TScaleCore {
 public:
     using TNow = std::function<std::chrono::steady_clock::time_point()>;

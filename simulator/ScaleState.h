@@ -38,7 +38,7 @@ struct TTextParameter {
 struct TArticle {
     int number = 0;
     std::optional<int> price;   // hundredths
-    std::optional<int> weight;  // the weight field's six digits as a number (thousandths)
+    std::optional<int> weight;  // thousandths: the six digits of the weight field
     std::optional<bool> pieces;
     std::optional<int> tare;
     std::optional<int> label;
@@ -47,7 +47,7 @@ struct TArticle {
 
     // Text parameter 0 to 31 as UTF-8, empty when it was never written.
     std::string Text(int parameter, TCodeTable table) const;
-    // The days of parameter 4: after its first byte, the most significant one first.
+    // The days in parameter 4: the bytes after its first, the most significant first.
     std::optional<int> BestBefore() const;
     // Cleared by a delete: price 0 and a name that begins with a zero byte.
     bool IsCleared() const;
@@ -56,7 +56,7 @@ struct TArticle {
 };
 
 struct TRequestCounts {
-    int total = 0;      // frames that came, whatever became of them
+    int total = 0;      // all frames that came
     int refused = 0;    // answered with an error code of the scale's own
     int ignored = 0;    // arrived while a fault kept the scale silent
     int malformed = 0;  // stuffing wrong or too short
@@ -81,7 +81,7 @@ struct TScaleState {
 nlohmann::json ToJson(const TScaleState& state);
 TScaleState FromJson(const nlohmann::json& json);
 
-// Through a temporary file in the same folder, so that a reader meets the old or the new file.
+// SaveState writes a temporary file first, so that a reader finds either the old or the new file.
 // Both throw std::runtime_error with the file's name.
 void SaveState(const TScaleState& state, const std::string& path);
 TScaleState LoadState(const std::string& path);

@@ -19,7 +19,7 @@ public:
     TStreamLink(TStream stream, TAnswer answer)
         : TLink(stream.get_executor()), stream_(std::move(stream)), answer_(std::move(answer)) {}
 
-    // Reads requests until the stream breaks. The link lives as long as it reads.
+    // Reads requests until the stream ends. The link exists as long as it reads.
     void Read() {
         const auto self = std::static_pointer_cast<TStreamLink>(shared_from_this());
         stream_.async_read_some(asio::buffer(buffer_),
@@ -38,7 +38,7 @@ protected:
             [done = std::move(done)](const std::error_code& error, std::size_t) { done(!error); });
     }
 
-    // The stream was read to its end, or closed by a fault.
+    // Is called when the stream has ended or a fault has closed it.
     virtual void Broken() {}
 
     TStream& Stream() { return stream_; }

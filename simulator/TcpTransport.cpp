@@ -94,7 +94,8 @@ private:
         session->Start();
     }
 
-    // Out of descriptors, perhaps: trying again at once would only keep the processor busy.
+    // The system may be out of descriptors; trying again at once would only keep the processor
+    // busy.
     void AcceptLater() {
         retry_.expires_after(std::chrono::milliseconds(100));
         retry_.async_wait([self = shared_from_this()](const std::error_code& error) {

@@ -18,8 +18,8 @@ public:
     TTransport(const TTransport&) = delete;
     TTransport& operator=(const TTransport&) = delete;
 
-    // On the io_context's thread: gives up all that is under way. The context's run then notifies
-    // each operation that it was aborted, and nothing follows.
+    // On the io_context's thread: cancels all operations. The context's run then notifies each of
+    // them that it was aborted; no new ones follow.
     virtual void Close() = 0;
     // "tcp 127.0.0.1:1001", "udp ...", "serial /dev/pts/3"
     virtual std::string Endpoint() const = 0;
@@ -42,13 +42,13 @@ std::shared_ptr<TTransport> ListenUdp(asio::io_context& io, const std::string& h
 std::shared_ptr<TTransport> AnswerProbe(asio::io_context& io, const TProbeOptions& options);
 
 // A serial port by its device path or port name, 8 data bits, one stop bit, no parity. When its
-// other end goes away it is opened again as soon as that is possible. Throws std::system_error.
+// other end disappears, it is opened again as soon as that is possible. Throws std::system_error.
 std::shared_ptr<TTransport> ListenSerial(asio::io_context& io, const std::string& device,
                                          unsigned baudRate, TAnswer answer);
 
-// The scale's end of a new pseudo terminal; clients open the other end, whose name Device() returns
-// and to which a symbolic link is laid at `link` unless that is empty. Throws
-// std::system_error, or std::runtime_error on a system that has no pseudo terminals.
+// The scale's end of a new pseudo terminal. Clients open the other end: Device() returns its name,
+// and `link`, unless empty, becomes a symbolic link to it. Throws std::system_error, or
+// std::runtime_error on a system that has no pseudo terminals.
 std::shared_ptr<TTransport> ListenPty(asio::io_context& io, const std::string& link,
                                       TAnswer answer);
 

@@ -12,7 +12,7 @@ namespace {
 
 using asio::ip::udp;
 
-// A UDP socket that hands on every datagram.
+// A UDP socket that passes every datagram on.
 class TUdpReceiver : public TTransport, public std::enable_shared_from_this<TUdpReceiver> {
 public:
     TUdpReceiver(asio::io_context& io, const udp::endpoint& endpoint, bool shared)
@@ -52,7 +52,7 @@ protected:
     const std::shared_ptr<udp::socket>& Socket() const { return socket_; }
 
 private:
-    // Windows reports a client that has gone as an error of the next reception.
+    // Windows reports a client that has gone as an error of the next receive.
     void ReceiveLater() {
         retry_.expires_after(std::chrono::milliseconds(1));
         retry_.async_wait([self = shared_from_this()](const std::error_code& error) {

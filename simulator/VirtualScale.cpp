@@ -33,12 +33,12 @@ struct TVirtualScale::TRuntime {
             probes[probe.probe] = AnswerProbe(io, probe);
     }
 
-    // The thread that has started an operation is also notified of its end.
+    // The end of an operation is reported on the thread that started it.
     void Serve() {
         Run([this] { io.run(); });
         if (!closing) return;
         io.restart();
-        // What waits for a time of its own is dropped.
+        // Operations that still wait for a time are dropped.
         Run([this] { io.run_for(std::chrono::milliseconds(100)); });
     }
 
@@ -53,7 +53,7 @@ struct TVirtualScale::TRuntime {
     }
 
 private:
-    // Nothing that one request does may end the scale.
+    // No request may end the scale.
     template <class Body>
     static void Run(Body body) {
         for (;;) {

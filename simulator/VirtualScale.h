@@ -35,14 +35,14 @@ public:
     TVirtualScale(const TVirtualScale&) = delete;
     TVirtualScale& operator=(const TVirtualScale&) = delete;
 
-    // Opens every link and serves them. Throws std::system_error or std::runtime_error when one
-    // cannot be opened; then none is.
+    // Opens all links and serves them. When one cannot be opened, opens none and throws
+    // std::system_error or std::runtime_error.
     void Start();
-    // Closes every link at once, whatever it is doing. What the scale holds stays, and Start
-    // may follow.
+    // Closes all links at once, even during a reply. The scale keeps its contents and can be
+    // started again.
     void Stop() noexcept;  // NOLINT(bugprone-exception-escape)
 
-    // Of a started scale; 0 or empty when it has no such link.
+    // For a started scale; 0 or empty when it has no such link.
     std::uint16_t Port() const;
     std::uint16_t UdpPort() const;
     std::uint16_t ProbePort(TProbe probe) const;

@@ -12,7 +12,7 @@
 namespace tolvane {
 namespace {
 
-// The process that a window belongs to; nothing when it may not be opened.
+// The process that a window belongs to; owns nothing when it cannot be opened.
 TOwnedKernelObject ProcessOf(HWND window, DWORD access) {
     DWORD id = 0;
     GetWindowThreadProcessId(window, &id);

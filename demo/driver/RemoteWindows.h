@@ -9,23 +9,23 @@
 
 namespace tolvane {
 
-// Windows of other processes on the same desktop, found as their owner named them.
+// Windows of other processes on the same desktop, found by the names that their owner gave them.
 
 // The component name that a window carries in its property "ComponentName", read from the process
-// that owns it; empty when it has none.
+// that owns it; empty when it has no name.
 std::string ComponentNameOf(HWND window);
-// The first visible window of the class, top-level or child; null when there is none.
+// The first visible window of the class, top-level or child; null when there is no such window.
 HWND FindByClass(std::wstring_view className);
-// The first window, top-level or child, with the component name; null when there is none.
+// The first window, top-level or child, with the component name; null when there is no such window.
 HWND FindByComponentName(std::string_view name);
 std::string Utf8(std::wstring_view text);
 // A window's text as UTF-8.
 std::string TextOf(HWND window);
-// Whether neither the window nor any of its visible descendants waits for painting.
+// Whether the window and all its visible descendants are painted.
 bool IsPainted(HWND window);
-// Marks a row of a list view, beside what is marked already; false when it cannot.
+// Marks a row of a list view and keeps the other marks; returns false when that fails.
 bool MarkRow(HWND list, int row);
-// Asks until the condition holds; false when `seconds` have passed first.
+// Waits until the condition holds; returns false when `seconds` have passed first.
 bool WaitFor(int seconds, const std::function<bool()>& condition);
 
 }  // namespace tolvane

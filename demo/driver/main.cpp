@@ -3,17 +3,17 @@
 //   window-driver rows NAME COUNT        waits until the list view NAME has COUNT rows or more
 //   window-driver mark NAME FROM TO      marks rows of the list view NAME, from 0
 //   window-driver window CLASS           waits until a window of the class is visible
-//   window-driver gone CLASS             waits until there is none
+//   window-driver gone CLASS             waits until no window of the class is visible
 //   window-driver enabled NAME           waits until the control is enabled
 //   window-driver command CLASS NUMBER   posts a menu command to the window of the class
 //   window-driver click NAME             presses a button
 //   window-driver close CLASS            asks the window to close
 //   window-driver text NAME              prints the control's text as UTF-8
 //   window-driver contains NAME TEXT     waits until the control's text contains TEXT (UTF-8)
-//   window-driver painted CLASS          waits until nothing of the window is left to be painted
+//   window-driver painted CLASS          waits until all of the window is painted
 //   window-driver place CLASS X Y W H    moves and sizes the window
 //
-// Every call waits up to --seconds (60) for what it needs, and ends with 1 when that did not come.
+// Every call waits up to --seconds (60) for what it needs, and exits with 1 when that did not come.
 
 #include <windows.h>
 

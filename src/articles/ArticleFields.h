@@ -65,9 +65,9 @@ struct TFieldInfo {
     TField field;
     std::string_view name;  // ASCII
     TFieldType type;
-    std::uint8_t maxChars;   // of a text; 0 for other types
     std::string_view label;  // code page 1251
     TDisplay display;
+    std::uint8_t maxChars = 0;  // of a text
 };
 
 namespace detail {
@@ -81,40 +81,39 @@ inline constexpr std::uint8_t kLot = 50;
 inline constexpr std::uint8_t kComment = 100;
 
 inline constexpr auto kFieldTable = std::to_array<TFieldInfo>({
-    {PLU_NUMB, "PLU_NUMB", Integer, 0, "Арт.No:"_cp1251, Plain},
-    {PLU_N_NUMB, "PLU_N_NUMB", Text, kShort, "Ном.код"_cp1251, Plain},
-    {PLU_SCALE_NUMB, "PLU_SCALE_NUMB", Integer, 0, "No: за везна"_cp1251, Plain},
-    {PLU_NAME, "PLU_NAME", Text, kShort, "Име"_cp1251, Plain},
-    {PLU_ECR_NAME, "PLU_ECR_NAME", Text, kShort, "Касово име"_cp1251, Plain},
-    {PLU_FOREGHN_NAME, "PLU_FOREGHN_NAME", Text, kShort, "Етикетно име"_cp1251, Plain},
-    {PLU_BARCODE, "PLU_BARCODE", Text, kShort, "Баркод"_cp1251, Plain},
-    {LABEL_BESTBEFORE, "LABEL_BESTBEFORE", Text, kShort, "Срок годност"_cp1251, Plain},
-    {PRIMARYUNIT_NAME, "PRIMARYUNIT_NAME", Text, kShort, "Мярка"_cp1251, Plain},
-    {PRIMARYUNIT_ONLY_INT, "PRIMARYUNIT_ONLY_INT", Text, kShort, "Цели колич."_cp1251, YesNo},
-    {PLU_SELL_DISABLED, "PLU_SELL_DISABLED", Text, kShort, "Забранен"_cp1251, YesNo},
-    {PLU_BUY_PRICE, "PLU_BUY_PRICE", Float, 0, "Пок.цена"_cp1251, ThreeDecimals},
-    {CURR_NAME, "CURR_NAME", Text, kShort, "Пок.вал."_cp1251, Plain},
-    {PLU_BUY_PRICE_LV, "PLU_BUY_PRICE_LV", Float, 0, "Пок.ЛВ.цена"_cp1251, ThreeDecimalsBase},
-    {PLU_SELL_PRICE, "PLU_SELL_PRICE", Float, 0, "Прод.цена"_cp1251, TwoDecimals},
-    {PLU_TRADE_PRICE, "PLU_TRADE_PRICE", Float, 0, "Прод.цена едро"_cp1251, TwoDecimals},
-    {CURR_SELL_NAME, "CURR_SELL_NAME", Text, kShort, "Прод.вал."_cp1251, Plain},
-    {PLU_SELL_PRICE_LV, "PLU_SELL_PRICE_LV", Float, 0, "Прод.ЛВ.цена"_cp1251, TwoDecimalsBase},
-    {PLU_TRADE_PRICE_LV, "PLU_TRADE_PRICE_LV", Float, 0, "Прод.ЛВ.цена едро"_cp1251,
-     TwoDecimalsBase},
-    {PLU_FORTERMINALS, "PLU_FORTERMINALS", Text, kShort, "За терм."_cp1251, Plain},
-    {PLU_FORSCALES, "PLU_FORSCALES", Text, kShort, "За везни"_cp1251, Plain},
-    {TAX_GROUP_NAME, "TAX_GROUP_NAME", Text, kShort, "Дан.Гр."_cp1251, Plain},
-    {TAX_GROUP_WAT, "TAX_GROUP_WAT", Float, 0, "ДДС"_cp1251, Percent},
-    {HasActivePromotion, "HasActivePromotion", Boolean, 0, "В промоция"_cp1251, YesNo},
-    {PR_ID, "PR_ID", Integer, 0, "PR_ID", Plain},
-    {PromoPrice, "PromoPrice", Float, 0, "Пром.цена"_cp1251, FourDecimals},
-    {PromoFromData, "PromoFromData", Text, kShort, "В пром.от"_cp1251, Plain},
-    {PromoToDate, "PromoToDate", Text, kShort, "В пром.до"_cp1251, Plain},
-    {PLU_GRP_NAME, "PLU_GRP_NAME", Text, kShort, "Група"_cp1251, Plain},
-    {LABEL_COMMENT1, "LABEL_COMMENT1", Text, kComment, "Ет. текст 1"_cp1251, Plain},
-    {LABEL_COMMENT2, "LABEL_COMMENT2", Text, kComment, "Ет. текст 2"_cp1251, Plain},
-    {LABEL_COMMENT3, "LABEL_COMMENT3", Text, kComment, "Ет. текст 3"_cp1251, Plain},
-    {SHIPMENTNUMB, "SHIPMENTNUMB", Text, kLot, "Партида (самок.)"_cp1251, Plain},
+    {PLU_NUMB, "PLU_NUMB", Integer, "Арт.No:"_cp1251, Plain},
+    {PLU_N_NUMB, "PLU_N_NUMB", Text, "Ном.код"_cp1251, Plain, kShort},
+    {PLU_SCALE_NUMB, "PLU_SCALE_NUMB", Integer, "No: за везна"_cp1251, Plain},
+    {PLU_NAME, "PLU_NAME", Text, "Име"_cp1251, Plain, kShort},
+    {PLU_ECR_NAME, "PLU_ECR_NAME", Text, "Касово име"_cp1251, Plain, kShort},
+    {PLU_FOREGHN_NAME, "PLU_FOREGHN_NAME", Text, "Етикетно име"_cp1251, Plain, kShort},
+    {PLU_BARCODE, "PLU_BARCODE", Text, "Баркод"_cp1251, Plain, kShort},
+    {LABEL_BESTBEFORE, "LABEL_BESTBEFORE", Text, "Срок годност"_cp1251, Plain, kShort},
+    {PRIMARYUNIT_NAME, "PRIMARYUNIT_NAME", Text, "Мярка"_cp1251, Plain, kShort},
+    {PRIMARYUNIT_ONLY_INT, "PRIMARYUNIT_ONLY_INT", Text, "Цели колич."_cp1251, YesNo, kShort},
+    {PLU_SELL_DISABLED, "PLU_SELL_DISABLED", Text, "Забранен"_cp1251, YesNo, kShort},
+    {PLU_BUY_PRICE, "PLU_BUY_PRICE", Float, "Пок.цена"_cp1251, ThreeDecimals},
+    {CURR_NAME, "CURR_NAME", Text, "Пок.вал."_cp1251, Plain, kShort},
+    {PLU_BUY_PRICE_LV, "PLU_BUY_PRICE_LV", Float, "Пок.ЛВ.цена"_cp1251, ThreeDecimalsBase},
+    {PLU_SELL_PRICE, "PLU_SELL_PRICE", Float, "Прод.цена"_cp1251, TwoDecimals},
+    {PLU_TRADE_PRICE, "PLU_TRADE_PRICE", Float, "Прод.цена едро"_cp1251, TwoDecimals},
+    {CURR_SELL_NAME, "CURR_SELL_NAME", Text, "Прод.вал."_cp1251, Plain, kShort},
+    {PLU_SELL_PRICE_LV, "PLU_SELL_PRICE_LV", Float, "Прод.ЛВ.цена"_cp1251, TwoDecimalsBase},
+    {PLU_TRADE_PRICE_LV, "PLU_TRADE_PRICE_LV", Float, "Прод.ЛВ.цена едро"_cp1251, TwoDecimalsBase},
+    {PLU_FORTERMINALS, "PLU_FORTERMINALS", Text, "За терм."_cp1251, Plain, kShort},
+    {PLU_FORSCALES, "PLU_FORSCALES", Text, "За везни"_cp1251, Plain, kShort},
+    {TAX_GROUP_NAME, "TAX_GROUP_NAME", Text, "Дан.Гр."_cp1251, Plain, kShort},
+    {TAX_GROUP_WAT, "TAX_GROUP_WAT", Float, "ДДС"_cp1251, Percent},
+    {HasActivePromotion, "HasActivePromotion", Boolean, "В промоция"_cp1251, YesNo},
+    {PR_ID, "PR_ID", Integer, "PR_ID", Plain},
+    {PromoPrice, "PromoPrice", Float, "Пром.цена"_cp1251, FourDecimals},
+    {PromoFromData, "PromoFromData", Text, "В пром.от"_cp1251, Plain, kShort},
+    {PromoToDate, "PromoToDate", Text, "В пром.до"_cp1251, Plain, kShort},
+    {PLU_GRP_NAME, "PLU_GRP_NAME", Text, "Група"_cp1251, Plain, kShort},
+    {LABEL_COMMENT1, "LABEL_COMMENT1", Text, "Ет. текст 1"_cp1251, Plain, kComment},
+    {LABEL_COMMENT2, "LABEL_COMMENT2", Text, "Ет. текст 2"_cp1251, Plain, kComment},
+    {LABEL_COMMENT3, "LABEL_COMMENT3", Text, "Ет. текст 3"_cp1251, Plain, kComment},
+    {SHIPMENTNUMB, "SHIPMENTNUMB", Text, "Партида (самок.)"_cp1251, Plain, kLot},
 });
 
 constexpr bool FieldsAreInOrder() {
@@ -153,7 +152,7 @@ constexpr const TFieldInfo& FieldInfo(TField field) {
 constexpr std::size_t FieldSlot(TField field) {
     return kFieldSlots[static_cast<std::size_t>(field)];
 }
-// Exact name; nothing when there is no such field.
+// By its exact name; nothing when there is no such field.
 std::optional<TField> FieldByName(std::string_view name);
 
 }  // namespace tolvane

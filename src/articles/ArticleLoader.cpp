@@ -73,12 +73,12 @@ void TArticleLoader::CheckDatabase() {
     if (!error.empty()) parts_.view.ShowError("[FCheckDB failed]: " + error);
 }
 
-// Leaves neither an active transaction nor an open query behind.
+// Closes the query and rolls back an active transaction.
 void TArticleLoader::Abandon() noexcept {
     try {
         if (parts_.transaction.IsActive()) parts_.transaction.Rollback();
     } catch (const std::exception&) {
-        // What led here is the error to show.
+        // The error that led here is the one to show.
     }
     parts_.query.Close();
 }

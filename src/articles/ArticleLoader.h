@@ -13,7 +13,7 @@
 
 namespace tolvane {
 
-// The wait window. Hide comes also when it is not shown.
+// The wait window, as a load uses it. Hide may be called while it is not shown.
 class TWaitView {
 public:
     virtual ~TWaitView() = default;
@@ -27,17 +27,18 @@ public:
 class TLoadView {
 public:
     virtual ~TLoadView() = default;
-    // The table is empty now, and its rows are not to be shown until ResumeDisplay. Either may come
-    // twice in a row: the last one counts.
+    // The table is empty; show no rows until ResumeDisplay. Either function may be called twice in
+    // a row.
     virtual void SuspendDisplay() = 0;
-    // The rows are complete, or what an error has left of them; the first one is the current one.
+    // The rows are complete, or an error has ended the load early. The first row is the current
+    // one.
     virtual void ResumeDisplay() = 0;
     // A box with an error sign and an OK button; code page 1251.
     virtual void ShowError(std::string_view text) = 0;
 };
 
-// Fills the article table from the host's database, on the interface thread. The query and the
-// transaction are the list window's own ones; the query runs on that transaction.
+// Fills the article table from the host's database. Interface thread. The query and the transaction
+// belong to the list window; the query runs on that transaction.
 class TArticleLoader {
 public:
     struct TParts {
@@ -59,8 +60,8 @@ public:
     // Creates the index that the article query needs when it is missing. A failure is shown.
     void CheckDatabase();
     // Empties and fills the table and marks the promotions. A failure is shown; the rows that were
-    // read stay. An empty result ends it early: the display stays suspended, the query open and the
-    // transaction active.
+    // read stay. When there are no articles, it ends early: the display stays suspended, the query
+    // open and the transaction active.
     void LoadArticles();
 
 private:

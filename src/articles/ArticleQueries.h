@@ -11,7 +11,7 @@ namespace tolvane {
 std::string BaseCurrencyQuery();
 // One row per article, barcode and qualifying promotion, ordered by article number.
 std::string ArticleQuery();
-// The promotions of the weighted articles, by article number and priority.
+// The promotions of the weighted articles, ordered by article number and priority.
 std::string_view PromotionQuery();
 
 // The index that keeps the article query's lookup of the latest lot fast.

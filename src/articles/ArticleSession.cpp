@@ -124,7 +124,8 @@ void TArticleSession::End() {
         else
             transaction.Commit();
     } catch (const std::exception&) {
-        // What failed the start has been shown already, and is often the same dead connection.
+        // The error that made the start fail has been shown already, and this one often has the
+        // same cause: a dead connection.
         if (!abandoned_) view_.ShowError(MessageOfCurrentException());
     }
 }

@@ -29,9 +29,9 @@ public:
     ~TArticleSession() override;
 
     // Sets where the SQL runs: the client library's name (null: the usual ones) and the host's
-    // handle cell. Does nothing if the session already uses this cell and it still holds the same
-    // connection. The cell outlives the session, and the wait window its last load. Throws
-    // TDatabaseError; the session then has no connection.
+    // handle cell. Does nothing if the session already uses this cell and the cell still holds the
+    // same connection. The cell must outlive the session; the wait window must outlive its last
+    // load. Throws TDatabaseError; the session then has no connection.
     void Connect(const char* clientLibrary, void* handle, TWaitView& wait);
     // These two need a connection. ReadBaseCurrency throws TDatabaseError; CheckDatabase creates
     // the index that the article query needs, and shows a failure.
@@ -43,7 +43,7 @@ public:
     void Refresh();
 
     bool IsLoading() const { return loading_; }
-    // Nothing may change now: a load is going on, or somebody holds the session or keeps the
+    // Whether nothing may change: a load is going on, or somebody holds the session or keeps the
     // articles.
     bool IsBusy() const { return loading_ || holds_ > 0 || articles_.use_count() > 1; }
     // Keeps a session busy for the length of a block.
@@ -58,27 +58,27 @@ public:
         int& holds_;
     };
 
-    // mdPlues.
+    // The table mdPlues.
     const TArticleTable& Articles() const { return *articles_; }
-    // The articles stay as they are for as long as the caller keeps the pointer.
+    // The articles do not change for as long as the caller keeps the pointer.
     std::shared_ptr<const TArticleTable> KeepArticles() const { return articles_; }
     // The number of rows to show: none from the start of a load until its rows are complete.
     std::size_t ShownRowCount() const { return suspended_ ? 0 : articles_->RowCount(); }
-    // As the grid shows it; code page 1251.
+    // A cell's text in the grid; code page 1251.
     std::string DisplayText(TRowId row, TField field) const;
 
     const TSortState& Sort() const { return sort_; }
-    // As a click on the field's title: sorts by another field ascending, by the same one the other
-    // way round. Returns whether there were rows to sort.
+    // Does what a click on the field's title does: sorts by another field in ascending order, and
+    // reverses the order of the same field. Returns whether there were rows to sort.
     bool ClickTitle(TField field);
 
-    // The search looks for SearchText in SearchField, in any case of letters; the text is in upper
+    // The search looks for SearchText in SearchField, without regard to case; the text is in upper
     // case.
     TField SearchField() const { return searchField_; }
     const std::string& SearchText() const { return searchText_; }
     // Selects the field and keeps the text.
     void SelectSearchField(TField field) { searchField_ = field; }
-    // A text of blanks counts as none.
+    // A text of blanks counts as empty.
     void SetSearchText(std::string_view text);
     // The first row that has the text.
     std::optional<TRowId> FindFirst() const { return FindFrom(0); }
@@ -91,8 +91,8 @@ public:
     // Whether the window may close now.
     bool MayEnd() const { return !loading_ || abandoned_; }
     // Closes the query and commits an open transaction; an abandoned session rolls it back. Shows a
-    // failure unless the session is abandoned. Does nothing during a load, which ends its
-    // transaction itself.
+    // failure unless the session is abandoned. Does nothing during a load: the load ends its own
+    // transaction.
     void End();
 
 private:

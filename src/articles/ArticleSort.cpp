@@ -13,8 +13,9 @@ namespace {
 
 constexpr std::size_t kPrefix = sizeof(std::uint64_t);
 
-// A row with what it is sorted by: a number whose order as unsigned is the order of the values, or
-// for a text its first characters, upper-cased, in two numbers, and the rest elsewhere.
+// A row and its sort key. For a number, the key is an unsigned number with the same order. For a
+// text, it is the first characters in upper case, packed into two numbers; the rest is kept
+// elsewhere.
 struct TEntry {
     std::uint64_t key = 0;
     std::uint64_t second = 0;
@@ -32,7 +33,7 @@ std::uint64_t IntegerKey(std::int32_t value) {
 }
 
 std::uint64_t FloatKey(double value) {
-    if (value == 0) value = 0;  // one zero, whatever its sign
+    if (value == 0) value = 0;  // makes -0 the same as 0
     std::uint64_t bits = 0;
     std::memcpy(&bits, &value, sizeof(bits));
     return (bits & kSignBit) != 0 ? ~bits : bits | kSignBit;

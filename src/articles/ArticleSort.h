@@ -6,7 +6,7 @@
 
 namespace tolvane {
 
-// By which field the articles were sorted last, and which way.
+// By which field the articles were last sorted, and in which order.
 struct TSortState {
     std::optional<TField> field;
     bool ascending = true;
@@ -15,15 +15,16 @@ struct TSortState {
     void Clear() { field.reset(); }
     // After a load: the query's own order.
     void SetLoaded() { *this = {TField::PLU_NUMB, true}; }
-    // A click on a column's title: another field sorts ascending, the same one flips.
+    // A click on a column's title: another field sorts in ascending order, the same one is
+    // reversed.
     void ClickTitle(TField clicked) {
         ascending = field != clicked || !ascending;
         field = clicked;
     }
 };
 
-// Sorts by the field and then by the article number, without regard to case; descending turns both
-// around. Rows that are equal in both keep their order.
+// Sorts by the field and then by the article number, without regard to case; a descending sort
+// reverses both. Rows that are equal in both keep their order.
 void SortArticles(TArticleTable& articles, TField field, bool ascending);
 
 }  // namespace tolvane

@@ -108,7 +108,7 @@ void TArticleTable::Reserve(std::size_t rows) {
 
 TRowId TArticleTable::Append() {
     const std::size_t row = order_.size();
-    // The column that is reserved last shows whether all have room.
+    // Reserve makes room in this column last, so its room shows that of all.
     if (row == indexes_.capacity()) Reserve(std::max(row + row / 2, kFewRows));
     EachColumn(*this, [](auto& column) { column.emplace_back(); });
     order_.back() = static_cast<TRowId>(row);

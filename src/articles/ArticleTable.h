@@ -19,10 +19,10 @@ namespace tolvane {
 // A reference to one row that stays valid through sorting, until the table is emptied.
 using TRowId = std::uint32_t;
 
-// mdPlues: the weighted articles in memory, built for 100,000 rows in a 32-bit process. Rows have
-// an identity (TRowId, in order of appending) and an index in the current order. Texts are code
-// page 1251 and cut to their field's length when stored. Reading is safe from several threads while
-// no one writes; a copy is independent.
+// mdPlues: the weighted articles in memory, compact enough for 100,000 rows in a 32-bit process. A
+// row has an identity (TRowId, in order of appending) and an index in the current order. Texts are
+// code page 1251 and are cut to their field's length when stored. Several threads may read while
+// nobody writes; a copy is independent.
 class TArticleTable {
 public:
     std::size_t RowCount() const { return order_.size(); }
@@ -31,8 +31,8 @@ public:
     std::size_t IndexOf(TRowId row) const { return indexes_.at(row); }
     const std::vector<TRowId>& Order() const { return order_; }
 
-    // Values by type; asking for a field of another type is a programming error (assert). A row
-    // that the table does not have throws std::out_of_range.
+    // Values by type. The field must have that type (assert). Throws std::out_of_range for a row
+    // that the table does not have.
     std::int32_t Integer(TRowId row, TField field) const;
     double Float(TRowId row, TField field) const;
     bool Boolean(TRowId row, TField field) const;
@@ -41,7 +41,7 @@ public:
         return arena_.Text(At(texts_[SlotOf(field, TFieldType::Text)], row));
     }
     // Any field's value as text, without a display rule: a number has the system's decimal
-    // separator and no more digits than it needs, a Boolean is "1" or "0" as a flag's text is.
+    // separator and no more digits than it needs, a Boolean is "1" or "0".
     std::string AsText(TRowId row, TField field, const TRegionalSettings& regional) const;
     // As the grid shows it, by the field's display rule; baseCurrency is the abbreviation.
     std::string DisplayText(TRowId row, TField field, const TRegionalSettings& regional,
@@ -49,7 +49,7 @@ public:
 
     // Removes all rows and frees their memory.
     void Clear();
-    // Makes room for so many rows in all; saves memory and time when the number is known.
+    // Makes room for this many rows in all, which saves memory and time when the number is known.
     void Reserve(std::size_t rows);
     // Adds a row of zeros and empty texts at the end of the current order.
     TRowId Append();
@@ -86,7 +86,7 @@ private:
     template <class Self, class Visitor>
     static void EachColumn(Self& self, Visitor visit);
 
-    // By column, because a search or a sort reads one or two columns of all rows.
+    // Stored by column, because a search or a sort reads one or two columns of all rows.
     std::array<std::vector<double>, kFloats> floats_;
     std::array<std::vector<std::int32_t>, kIntegers> integers_;
     std::array<std::vector<TTextArena::TPosition>, kTexts> texts_;

@@ -21,20 +21,20 @@ struct TColumnLayout {
 struct TGridLayout {
     // Every column of kGridColumns once, in the order of the grid.
     std::array<TColumnLayout, kGridColumns.size()> columns{};
-    // '1' for a hidden column, in the order of the grid, as the column chooser has left it.
+    // '1' for a hidden column, in the order of the grid, as the column chooser left it.
     std::string hiddenRows;
-    std::optional<TWindowPlace> place;  // nothing until the window was closed once
+    std::optional<TWindowPlace> place;  // nothing before the window is closed for the first time
 };
 
-// Columns that the file does not name come last, in their first order; a name that occurs twice
-// counts once. Widths are turned into pixels of the resolution.
+// Columns that the file does not name come last, in the order of kGridColumns; a name that occurs
+// twice counts once. Widths are converted into pixels of the resolution.
 TGridLayout LoadGridLayout(const TIniDocument& document, int dotsPerInch);
 void SaveGridLayout(const TGridLayout& layout, int dotsPerInch, TIniDocument& document);
 
-// Whether the text hides the column; nothing when it does not reach so far.
+// Whether the text hides the column at this position; nothing when the text is too short to say.
 std::optional<bool> IsHidden(std::string_view hiddenRows, std::size_t column);
 
-// The appearance of the host's lists.
+// What the host's lists look like.
 struct TGridStyle {
     bool horizontalLines = true;
     bool verticalLines = true;

@@ -16,12 +16,12 @@ struct TPromotionTimes {
     std::string_view toTime;
 };
 
-// Whether the promotion is valid now, by day of week and time of day, both ends exclusive and to
-// the second. An invalid time never matches.
+// Whether the promotion is valid now, by day of the week and time of day. Times count to the
+// second, and both ends are exclusive. With an invalid time a promotion is never valid.
 bool IsPromotionValid(const TPromotionTimes& times, const TLocalDateTime& now,
                       const TRegionalSettings& regional);
 
-// The promotional price of an article; nothing for a packet type that does not change the price.
+// The promotional price of an article; nothing for a packet type that leaves the price alone.
 // `value` is the new price, or for packet type 4 the change in per cent.
 std::optional<double> PromotionalPrice(std::int32_t packetType, double retailPrice, double value);
 

@@ -11,7 +11,8 @@ struct TRgb {
     bool operator==(const TRgb&) const = default;
 };
 
-// The background of an article in promotion: cream with a little of the system's window colour.
+// The background of an article that is in a promotion: cream, mixed with a little of the system's
+// window colour.
 constexpr TRgb PromotionColour(TRgb window) {
     constexpr TRgb kCream = {255, 251, 240};
     constexpr int kWeight = 16;

@@ -8,9 +8,9 @@
 
 namespace tolvane {
 
-// Marks the rows whose promotion is valid now, from the open promotion query with all its rows.
-// Of several rows with the same article and promotion only the first in order is marked. Throws
-// TDatabaseError when a column is missing or a value does not convert.
+// Marks the rows whose promotion is valid now, by the open promotion query, which must have fetched
+// all its rows. Of several rows with the same article and promotion only the first in order is
+// marked. Throws TDatabaseError when a column is missing or a value does not convert.
 void MarkPromotedArticles(const TQuery& promotions, TArticleTable& articles,
                           const TLocalDateTime& now, const TRegionalSettings& regional);
 

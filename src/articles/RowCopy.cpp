@@ -16,7 +16,8 @@ struct TFieldSource {
     std::string_view alias;
 };
 
-// Where each field comes from; the promotion fields start empty and come later.
+// The query's column of each field. The fields of promotions start empty; the promotion pass fills
+// them.
 constexpr auto kSources = std::to_array<TFieldSource>({
     {PLU_NUMB, "PLU_NUMB"},
     {PLU_SCALE_NUMB, "Код за везна"_cp1251},
@@ -51,8 +52,8 @@ constexpr auto kSources = std::to_array<TFieldSource>({
 
 constexpr std::int32_t kNoPromotion = -1;
 
-// The scale number goes through its text, whatever its type: "7" and 7 are the same, a blank one
-// is not a number.
+// The scale number is read from its text, whatever its type: "7" and 7 are the same, and a blank
+// text is not a number.
 std::int32_t ScaleNumber(const std::string& text) {
     if (const auto number = ParseInteger(text)) return *number;
     throw TDatabaseError(std::string("Колона "_cp1251)

@@ -8,16 +8,16 @@
 
 namespace tolvane {
 
-// Keeps many short texts in few blocks. A text that was stored lately, as a unit of measure or a
-// group is for row after row, is not stored again.
+// Keeps many short texts in a few blocks. A text that was stored recently is not stored again: a
+// unit of measure or a group repeats in row after row.
 class TTextArena {
 public:
     // Where a text lies; 0 is the empty text.
     using TPosition = std::uint32_t;
     static constexpr std::size_t kLongest = 255;
 
-    // A text longer than kLongest is a programming error (assert). Throws std::length_error when
-    // the positions are used up (4 GiB of text).
+    // A text may be kLongest bytes long (assert). Throws std::length_error when the positions are
+    // used up (4 GiB of text).
     TPosition Store(std::string_view text);
     // Valid until Clear. `position` comes from Store.
     std::string_view Text(TPosition position) const {

@@ -30,7 +30,7 @@ struct TReadRequest {
     std::string_view timeoutText;
 };
 
-// Adds one received byte to the reply, or drops it as noise before the start byte. Answers whether
+// Adds one received byte to the reply, or drops it as noise before the start byte. Returns whether
 // it was the end byte. Throws CommException when the end byte comes before the start byte.
 bool TakeByte(std::uint8_t byte, const TReadRequest& request, TCmdBuffer& reply);
 

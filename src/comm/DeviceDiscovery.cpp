@@ -22,7 +22,7 @@ constexpr std::array<std::uint8_t, 20> kConverter = {0x43, 0x21, 0x30, 0x39};
 
 struct TProbe {
     std::span<const std::uint8_t> request;
-    std::uint16_t localPort;
+    std::uint16_t localPort = 0;  // 0: any free one
     TDeviceKind kind;
 };
 
@@ -92,9 +92,9 @@ std::unique_ptr<TProbeSocket> MakeProbeSocket() {
 void FindDevices(TClock& clock, const std::atomic<bool>& stop, const TProbeReport& report,
                  const TDiscoveryTarget& target, const TProbeSocketFactory& makeSocket) {
     const std::array<TProbe, 3> probes = {
-        TProbe{kCharacter, 0, TDeviceKind::UdpModule},
-        TProbe{kFind, target.findLocalPort, TDeviceKind::UdpModule},
-        TProbe{kConverter, 0, TDeviceKind::TcpModule},
+        TProbe{.request = kCharacter, .kind = TDeviceKind::UdpModule},
+        TProbe{.request = kFind, .localPort = target.findLocalPort, .kind = TDeviceKind::UdpModule},
+        TProbe{.request = kConverter, .kind = TDeviceKind::TcpModule},
     };
     const TSearch search{clock, stop, target, makeSocket};
     for (std::size_t i = 0; i < probes.size() && !stop; ++i) {

@@ -42,7 +42,7 @@ public:
     };
 
     virtual ~TProbeSocket() = default;
-    // Local port 0: any.
+    // Local port 0 means any free one.
     virtual void Open(std::uint16_t localPort) = 0;
     virtual void Broadcast(std::span<const std::uint8_t> request, const std::string& address,
                            std::uint16_t port) = 0;

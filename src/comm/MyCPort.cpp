@@ -122,7 +122,8 @@ bool TComPort::ReadByte(std::uint8_t& byte) {
     if (BytesWaiting() == 0) return false;
     std::error_code error;
     const std::size_t count = port_->port.read_some(asio::buffer(&byte, 1), error);
-    // A port that has vanished since reports the end of a file; the next call finds the reason.
+    // A port that has disappeared since then reports the end of a file; the next call finds the
+    // reason.
     if (error && error != asio::error::eof) throw std::system_error(error);
     return count == 1;
 }

@@ -80,9 +80,9 @@ public:
     bool Connected() const;
     void PurgeBuffers();
     std::size_t BytesWaiting();
-    // Takes one byte that waits in the port. Answers false when there is none; never waits.
+    // Takes one byte that waits in the port. Returns false when there is none; never waits.
     bool ReadByte(std::uint8_t& byte);
-    // Answers how many bytes were written.
+    // Returns how many bytes were written.
     std::size_t Write(const std::uint8_t* bytes, std::size_t count);
 
 private:

@@ -34,7 +34,7 @@ public:
     // std::runtime_error for any other host and when the system has sent only a part of the
     // datagram.
     void Send(std::span<const std::uint8_t> data, const std::string& host, std::int32_t port);
-    // Waits at most `limit` for one datagram; the socket must be open. Answers nothing when none
+    // Waits at most `limit` for one datagram; the socket must be open. Returns nothing when none
     // came, and when the system reports only that nobody received an earlier datagram of this
     // socket.
     std::optional<TReceived> Receive(std::span<std::uint8_t> buffer, TMilliseconds limit);

@@ -13,8 +13,8 @@
 namespace tolvane {
 namespace {
 
-// Not the extension of the file that is loaded: messages about saving show this one. The system's
-// file names have no case, so both are the same file.
+// The loaded file has ".ini"; messages about saving show this spelling. The system ignores the case
+// of file names, so both are the same file.
 constexpr const char* kExtensionForSaving = ".Ini";
 
 std::optional<TIniDocument> TryRead(const std::filesystem::path& file) {
@@ -89,7 +89,7 @@ void TConfigurationStore::Save(bool scales, const TWriteLayout& layout) {
     const std::filesystem::path file = FileForSaving();
     std::vector<int> leftOut;
     UpdateIniFile(file, [&](TIniDocument& document) {
-        // Nobody has removed the scales of a file that is not there.
+        // When the file is missing, nobody has removed its scales.
         std::error_code ignored;
         if (scales && !std::filesystem::exists(file, ignored))
             scales_.Save(document);

@@ -18,16 +18,16 @@ public:
     // Puts the layout into the file's document.
     using TWriteLayout = std::function<void(TIniDocument&)>;
 
-    // The module's file, as it is named for loading, and the host's own settings. Reads nothing.
+    // The module's file, under the name for loading, and the host's own settings. Reads nothing.
     TConfigurationStore(std::filesystem::path file, std::filesystem::path hostSettings);
 
     const std::filesystem::path& File() const { return file_; }
 
-    // Reads the scales and hands the document over. Throws only what `read` throws: a file that
-    // cannot be read counts as empty until EnsureScalesLoaded or EnsureLayoutLoaded.
+    // Reads the scales and passes the document to `read`. Throws only what `read` throws: a file
+    // that cannot be read counts as empty until EnsureScalesLoaded or EnsureLayoutLoaded.
     void Load(const TReadLayout& read);
-    // Each reads the file now if Load could not read it, and throws TFileError if it still cannot
-    // be read. EnsureLayoutLoaded then hands the document over.
+    // Each reads the file now if Load could not, and throws TFileError if that fails again.
+    // EnsureLayoutLoaded then passes the document to `read`.
     void EnsureScalesLoaded();
     void EnsureLayoutLoaded(const TReadLayout& read);
     // The host's settings; an empty document when they cannot be read.
@@ -42,15 +42,15 @@ public:
     void SaveScales();
     // Throws TFileError.
     void SaveLayout(const TWriteLayout& write) const;
-    // Saves the scales and the layout, each if it could be read. Only the first call does anything,
-    // whether it succeeds or not. Throws as SaveScales does.
+    // Saves the scales and the layout, each only if it could be read. Only the first call does
+    // anything, whether it succeeds or not. Throws as SaveScales does.
     void SaveAtEnd(const TWriteLayout& write);
     // Whether scales that this window has added, changed or removed are not in the file.
     bool HasUnsavedScales() const;
 
 private:
     std::filesystem::path FileForSaving() const;
-    // Both in one step. An empty function leaves the layout as the file has it.
+    // Saves both in one step. An empty function leaves the file's layout as it is.
     void Save(bool scales, const TWriteLayout& layout);
 
     std::filesystem::path file_;

@@ -12,7 +12,7 @@ namespace {
 
 std::string KeyName(std::string_view upperSection, std::string_view key) {
     std::string name(upperSection);
-    name += '\n';  // in no name of a section
+    name += '\n';  // no section's name contains it
     return name += UpperCase(key);
 }
 
@@ -160,7 +160,7 @@ void TIniDocument::AppendKey(std::string_view section, std::string_view key,
                                      [](const std::string& line) { return !line.empty(); });
     EndLine(*before);
     std::string line = EncodeIni(std::string(key) + '=' + QuoteIni(value), encoding_);
-    // A CR alone among other line ends is a stray one, which not every reader takes for an end.
+    // A CR alone, in a file with other line ends, is not a line end to every reader.
     const std::string_view end = IniLineEnd(*before, encoding_);
     line += end == EncodeIni("\r", encoding_) ? std::string_view(lineEnd_) : end;
     target.lines.insert(at, std::move(line));
@@ -179,7 +179,7 @@ std::size_t TIniDocument::SectionForWriting(std::string_view section) {
 
 void TIniDocument::EndLine(std::string& line) const {
     if (!IniLineEnd(line, encoding_).empty()) return;
-    // A left-over odd byte would shift all units after it.
+    // An odd byte left over would shift all units after it.
     if (line.size() % IniUnitSize(encoding_) != 0) line += '\0';
     line += lineEnd_;
 }

@@ -39,7 +39,7 @@ public:
 
     // The value of an existing key is replaced in its line; a new key comes after the section's
     // last key, a new section at the end. A value that starts or ends with a blank or starts with a
-    // quote is written in quotes, so that every reader gets it back as it was.
+    // quote is written in quotes, so that every program reads it back unchanged.
     void WriteText(std::string_view section, std::string_view key, std::string_view value);
     void WriteInteger(std::string_view section, std::string_view key, std::int32_t value);
     // "1" or "0".

@@ -17,8 +17,8 @@ constexpr bool IsBlank(unsigned unit) {
     return unit == ' ' || (unit >= '\t' && unit <= '\r') || unit == 0x1A;
 }
 
-// A text as units of its encoding: bytes, or 16-bit units of UTF-16. A left-over odd byte at the
-// end is no unit.
+// A text as units of its encoding: bytes, or 16-bit units of UTF-16. An odd byte left over at the
+// end is not a unit.
 class TUnits {
 public:
     TUnits(std::string_view bytes, TIniEncoding encoding)
@@ -67,7 +67,7 @@ bool IsQuote(char c) {
     return c == '"' || c == '\'';
 }
 
-// The no-break space too, which readers of their own may drop.
+// The no-break space too, because some other programs drop it.
 bool IsDroppedAtEnds(char c) {
     return IsBlank(static_cast<unsigned char>(c)) || c == '\xA0';
 }
@@ -161,7 +161,7 @@ TIniValueRange FindIniValue(std::string_view line, TIniEncoding encoding) {
 }
 
 std::string UnquoteIni(std::string_view value) {
-    value = value.substr(0, value.find('\0'));  // where the system's texts end
+    value = value.substr(0, value.find('\0'));  // the system's texts end there
     if (value.size() > 1 && IsQuote(value.front()) && value.front() == value.back())
         value = value.substr(1, value.size() - 2);
     return std::string(value);

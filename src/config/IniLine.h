@@ -12,7 +12,7 @@ namespace tolvane {
 // with the mark that says so, UTF-8 or UTF-16 of either byte order.
 enum class TIniEncoding : std::uint8_t { Cp1251, Utf8, Utf16Le, Utf16Be };
 
-// Bytes of the encoding's units, of which every line is a whole number.
+// The size of a unit of the encoding in bytes. A line consists of whole units.
 constexpr std::size_t IniUnitSize(TIniEncoding encoding) {
     return encoding == TIniEncoding::Utf16Le || encoding == TIniEncoding::Utf16Be ? 2 : 1;
 }
@@ -23,8 +23,8 @@ struct TIniMark {
 };
 TIniMark ReadIniMark(std::string_view file);
 
-// The file's text in code page 1251. Bytes under a UTF-8 mark that are no UTF-8 were written by a
-// program that ignores the mark, and are code page 1251 already.
+// The file's text in code page 1251. Bytes after a UTF-8 mark that are not UTF-8 were written by a
+// program that ignores the mark; they are code page 1251 already.
 std::string DecodeIni(std::string_view bytes, TIniEncoding encoding);
 std::string EncodeIni(std::string_view text, TIniEncoding encoding);
 
@@ -35,7 +35,7 @@ std::string_view IniLineEnd(std::string_view line, TIniEncoding encoding);
 
 enum class TIniLineKind : std::uint8_t {
     Other,    // blank, a comment, or nothing that means something
-    Section,  // [name], whatever follows
+    Section,  // [name]; any text may follow
     Key,      // name = value
     BareKey   // a name alone: it has no value, but hides later keys of that name
 };
@@ -46,7 +46,7 @@ struct TIniLine {
     std::string name;
 };
 TIniLine ReadIniLine(std::string_view line, TIniEncoding encoding);
-// Whether a person means the line as a comment: it starts with ';', or with '#', which the system's
+// Whether the line is a comment to a person: it starts with ';', or with '#', which the system's
 // INI calls take for a name like any other.
 bool IsIniComment(std::string_view line, TIniEncoding encoding);
 
@@ -57,9 +57,10 @@ struct TIniValueRange {
 };
 TIniValueRange FindIniValue(std::string_view line, TIniEncoding encoding);
 
-// A value as it is read: up to a zero byte, without one pair of quotes around it.
+// A value as a program reads it: up to a zero byte, without one pair of quotes around it.
 std::string UnquoteIni(std::string_view value);
-// A value as it is written, so that UnquoteIni and the system's calls give it back.
+// A value as it is written to the file, so that UnquoteIni and the system's calls read it back
+// unchanged.
 std::string QuoteIni(std::string_view value);
 
 }  // namespace tolvane

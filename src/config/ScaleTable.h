@@ -20,10 +20,10 @@ public:
         return slots_[static_cast<std::size_t>(slot - 1)];
     }
 
-    // Reads sections SCALE1 to SCALE20; a slot without a section becomes empty. A communication
-    // type other than 0, 1, 2 leaves the slot's as it was.
+    // Reads sections SCALE1 to SCALE20; a slot without a section becomes empty. When the file's
+    // connection type is not 0, 1 or 2, the slot keeps the type that it had.
     void Load(const TIniDocument& document);
-    // Writes the slots in use and erases the sections of the others; all else in the document
+    // Writes the slots in use and erases the sections of the others. The rest of the document
     // stays.
     void Save(TIniDocument& document) const;
     // The same for one slot.

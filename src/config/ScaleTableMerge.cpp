@@ -13,7 +13,7 @@ constexpr int kNoSlot = 0;
 
 using TSlotFlags = std::array<bool, kScaleSlots + 1>;  // by slot, from 1 on
 
-// Slots out of use are the same whatever is left in them.
+// Two slots out of use count as equal, with any values left in them.
 bool IsSameSlot(const TScaleRec& a, const TScaleRec& b) {
     return a == b || (!IsInUse(a) && !IsInUse(b));
 }
@@ -23,8 +23,8 @@ bool IsSameButMark(const TScaleRec& a, TScaleRec b) {
     return IsInUse(a) && a == b;
 }
 
-// Where the table holds a scale, its mark apart: `first` when it is there, else the first slot that
-// is not left out.
+// The slot that holds a scale, the check mark aside: `first` if it is there, else the first slot
+// that is not left out.
 int SlotOf(const TScaleRec& rec, const TScaleTable& table, int first,
            const TSlotFlags& leftOut = {}) {
     const auto holds = [&](int slot) {
@@ -37,9 +37,9 @@ int SlotOf(const TScaleRec& rec, const TScaleTable& table, int first,
     return kNoSlot;
 }
 
-// For each current scale the slot in which it was known, and which known scales are still there. A
-// scale that is found nowhere as it was has been changed: it is the one with its number or else,
-// when the number was changed, the one in its slot with its name or address.
+// For each current scale, the slot that it had in the known table; and which known scales are still
+// there. A known scale that is not found unchanged has been changed: it is now the scale with its
+// number or, when its number was changed, the scale in its slot with its name or address.
 class TOrigins {
 public:
     TOrigins(const TScaleTable& known, const TScaleTable& current)
@@ -53,7 +53,7 @@ public:
     bool IsKept(int knownSlot) const { return isKept_[static_cast<std::size_t>(knownSlot)]; }
 
 private:
-    // Asks for the origin of each current scale that has none yet.
+    // Calls `find` for each current scale whose origin is still unknown.
     template <class Find>
     void Pair(Find find) {
         for (int slot = 1; slot <= kScaleSlots; ++slot) {
@@ -83,7 +83,7 @@ private:
     TSlotFlags isKept_{};
 };
 
-// The others' table with this window's changes.
+// Applies this window's changes to the others' table.
 class TMerge {
 public:
     TMerge(const TScaleTable& known, const TScaleTable& others)
@@ -94,7 +94,7 @@ public:
         if (at != kNoSlot) merged_[at].TCPPort = 0;
     }
     void Change(const TScaleRec& known, const TScaleRec& current, int knownSlot, int slot) {
-        const int at = PlaceOf(known, knownSlot);
+        const int at = SlotInOthers(known, knownSlot);
         const bool onlyMark = IsSameButMark(known, current);
         if (at == kNoSlot) {
             if (!onlyMark) Add(current, slot);
@@ -122,9 +122,9 @@ public:
     const std::vector<int>& LeftOut() const { return leftOut_; }
 
 private:
-    // The others may have changed a known scale, too: it is then the only one with its number that
-    // is no other known scale.
-    int PlaceOf(const TScaleRec& known, int knownSlot) const {
+    // The others may have changed a known scale too. It is then the only scale with its number that
+    // is not another known scale.
+    int SlotInOthers(const TScaleRec& known, int knownSlot) const {
         int found = SlotOf(known, others_, knownSlot);
         if (found != kNoSlot) return found;
         for (int slot = 1; slot <= kScaleSlots; ++slot) {
@@ -177,7 +177,7 @@ bool HasSameScales(const TScaleTable& a, const TScaleTable& b) {
 
 std::vector<int> SaveScaleChanges(const TScaleTable& known, const TScaleTable& current,
                                   TIniDocument& document) {
-    // Loading keeps the earlier type of connection when the file holds an unknown one.
+    // Load keeps the earlier connection type when the file holds an unknown one.
     TScaleTable others = known;
     others.Load(document);
     if (HasSameScales(others, known)) {

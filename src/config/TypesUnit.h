@@ -16,7 +16,7 @@ struct TShortText {
     char characters[N] = {};
 
     TShortText() = default;
-    TShortText(std::string_view text) { *this = text; }  // NOLINT: a text is a text
+    TShortText(std::string_view text) { *this = text; }  // NOLINT: any text can be stored
     TShortText& operator=(std::string_view text) {
         length = static_cast<std::uint8_t>(text.size() < N ? text.size() : N);
         std::copy_n(text.begin(), length, characters);
@@ -47,7 +47,7 @@ constexpr bool IsKnownConnection(std::int32_t commType) {
     return commType == kCommSerial || IsNetworkConnection(commType);
 }
 
-// One configured scale; copied whole.
+// One configured scale.
 struct TScaleRec {
     std::int32_t ScaleNumb = 0;  // the number that the user knows the scale by, 1 to 60
     TShortText<50> ScaleName;    // code page 1251
@@ -64,7 +64,7 @@ struct TScaleRec {
 };
 static_assert(std::is_trivially_copyable_v<TScaleRec>);
 
-// What a list of scales holds per item.
+// An item of a list of scales.
 struct TScaleObj {
     TScaleRec Rec;
 };

@@ -8,7 +8,7 @@
 
 namespace tolvane {
 
-// Where a window was when it was last closed; pixels, outer size.
+// Where a window was when it was last closed: its outer rectangle in pixels.
 struct TWindowPlace {
     std::int32_t left = 0;
     std::int32_t top = 0;
@@ -18,7 +18,7 @@ struct TWindowPlace {
 };
 
 // Kept in a section as keys that begin with the window's name: "<window>_Left", "_Top", "_Width",
-// "_Height" and "_Maximized". Answers nothing when the section holds no size.
+// "_Height" and "_Maximized". Returns nothing when the section holds no size.
 std::optional<TWindowPlace> LoadWindowPlace(const TIniDocument& document, std::string_view section,
                                             std::string_view window);
 void SaveWindowPlace(const TWindowPlace& place, std::string_view section, std::string_view window,

@@ -20,7 +20,7 @@ public:
 
     // For isc_dsql_prepare and, when Grow returns true, isc_dsql_describe.
     XSQLDA* Descriptor() noexcept { return reinterpret_cast<XSQLDA*>(descriptor_.data()); }
-    // Whether there were more columns than space, which there is now.
+    // Makes more space if there are more columns than space; returns whether that was so.
     bool Grow();
     // After the columns are described: makes the space for a row.
     void Bind();

@@ -32,13 +32,13 @@ public:
     void FetchAll();
     // Runs a statement that returns no rows.
     void Execute();
-    // Frees rows and statement; nothing when it is not open.
+    // Frees the rows and the statement; does nothing when it is not open.
     void Close() noexcept;
     bool IsOpen() const noexcept;
 
     std::size_t RowCount() const noexcept;
     std::size_t ColumnCount() const noexcept;
-    // The index of a column by its alias, exactly; throws when there is none.
+    // The index of the column with exactly this alias; throws when there is no such column.
     std::size_t Column(std::string_view alias) const;
     // A wrong row or column throws std::out_of_range. A value's text is valid until Close.
     TColumnValue Value(std::size_t row, std::size_t column) const;

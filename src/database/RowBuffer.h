@@ -15,8 +15,8 @@ struct TColumnType {
     std::int8_t scale = 0;
 };
 
-// Holds fetched rows in blocks, each value in the space that it needs: a short text takes its own
-// length, not its column's.
+// Holds fetched rows in blocks. A value takes only the space that it needs: a text its own length,
+// not its column's.
 class TRowBuffer {
 public:
     TRowBuffer() = default;
@@ -26,7 +26,7 @@ public:
     void Append(std::span<const TColumnValue> values);
     std::size_t RowCount() const noexcept { return rowCount_; }
     std::size_t ColumnCount() const noexcept { return columns_.size(); }
-    // Throws std::out_of_range. A text is valid as long as the buffer.
+    // Throws std::out_of_range. A text is valid for as long as the buffer exists.
     TColumnValue Value(std::size_t row, std::size_t column) const;
     // Bytes on the heap.
     std::size_t MemoryUsed() const noexcept;

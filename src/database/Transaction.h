@@ -9,19 +9,19 @@ namespace tolvane {
 
 struct TTransactionState;
 
-// Which connection a handle cell (isc_db_handle) holds at this moment: another number is another
-// connection, 0 is no connection. Any thread.
+// A number for the connection that a handle cell (isc_db_handle) holds now: another connection has
+// another number, and 0 means no connection. Any thread.
 std::uintptr_t ConnectionIn(const void* database) noexcept;
 
-// A transaction on the host's connection: snapshot, writing allowed, and a lock that another holds
-// is an error at once instead of a wait. One thread.
+// A transaction on the host's connection: snapshot, writing allowed, and a lock that somebody else
+// holds is an error at once; it does not wait. One thread.
 class TTransaction {
 public:
     // `database` points to the connection's handle cell (isc_db_handle); Start fails when it is
     // null. Both arguments must outlive this object.
     TTransaction(const TClientLibrary& library, void* database);
     TTransaction(TTransaction&&) noexcept;
-    // What was active in the target is rolled back.
+    // An active transaction of the target is rolled back.
     TTransaction& operator=(TTransaction&& other) noexcept;
     // Rolls back when active; never commits.
     ~TTransaction();

@@ -6,9 +6,9 @@
 namespace tolvane {
 
 // The list window inside the host: it opens the module's other windows, uses the host's print
-// service and posts the completion message when it ends. Its hold on the module is a base class,
-// which is destroyed last: the code of the others is in memory until then. Made by new only; it
-// frees itself when its window goes. Interface thread.
+// service and posts the completion message when it ends. Its hold on the module is its first base
+// class and so is destroyed last: until then the code of the other destructors stays in memory.
+// Must be made by new; deletes itself when its window is destroyed. Interface thread.
 class TModuleListForm final : private TModuleHold, public TElicomPluScaleListForm {
 public:
     // Makes and shows the window in the frame's MDI client. Throws TWindowError.

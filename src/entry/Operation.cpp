@@ -38,7 +38,7 @@ bool IsOfThisThread(HWND window) {
     return GetWindowThreadProcessId(window, nullptr) == GetCurrentThreadId();
 }
 
-// The frame's MDI client. What the host gave is checked before anything is made of it.
+// The frame's MDI client. Throws when an argument from the host is wrong, before anything is made.
 HWND CheckArguments(const TStartArguments& arguments) {
     Require(arguments.messageId != nullptr,
             "Липсва място за номера на съобщението за край (MessageId)."_cp1251);
@@ -78,7 +78,7 @@ void BringToFront(const TWindow& form, HWND client) {
     SendMessageW(client, WM_MDIACTIVATE, reinterpret_cast<WPARAM>(form.Handle()), 0);
 }
 
-// The window may go at any time in here: its user or the host may close it.
+// During each of these steps the user or the host may close the window.
 void LoadForm(TElicomPluScaleListForm& form) {
     PumpMessages();
     const auto isOpen = [&] { return form.Handle() != nullptr; };
@@ -120,7 +120,7 @@ bool Try(const TStartArguments& arguments, Work work) noexcept {
 void RegisterCompletion(const TStartArguments& arguments) {
     TModuleState& state = ModuleState();
     state.operationNo = arguments.operationNo;
-    // An open window of an earlier start still has to report its end.
+    // An open window of an earlier start still needs a valid handle to report its end.
     if (IsWindow(arguments.appHandle) != 0) state.appHandle = arguments.appHandle;
     state.messageId =
         RegisterWindowMessageA(("DLL_" + std::to_string(arguments.operationNo)).c_str());
@@ -128,15 +128,16 @@ void RegisterCompletion(const TStartArguments& arguments) {
     state.printProc = arguments.printProc;
 }
 
-// No window of that main window stays after a failed start, one of an earlier start included.
+// After a failed start no list window stays open in that main window, not even one of an earlier
+// start.
 void CloseListForm(HWND mainForm) {
     const HWND client = FindWindowExW(mainForm, nullptr, L"MDIClient", nullptr);
     if (client == nullptr || !IsOfThisThread(client)) return;
     if (TElicomPluScaleListForm* form = FindListForm(client)) form->CloseAtOnce();
 }
 
-// Throws what the start throws. Called again while the list loads or one of its own windows is open
-// in front of it, it brings the list to the front and no more.
+// While the list is loading or has a window of its own in front of it, a repeated start only brings
+// it to the front. Throws why the start failed.
 void OpenAndLoad(const TStartArguments& arguments) {
     const HWND client = CheckArguments(arguments);
     TElicomPluScaleListForm* form = FindListForm(client);

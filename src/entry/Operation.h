@@ -18,12 +18,12 @@ struct TStartArguments {
     TPrintProc printProc{};
 };
 
-// Shows the list window of the MDI frame, made or brought to the front, and loads it. A failure is
-// shown in one error box, the window closes, and the completion message is posted. Interface
-// thread.
+// Makes the list window of the MDI frame, or brings it to the front, and loads its articles. A
+// failure is shown in one error box, the window closes, and the completion message is posted.
+// Interface thread.
 void StartOperation(const TStartArguments& arguments);
 
-// Gives back the window classes of all forms; when the module is unloaded.
+// Unregisters the window classes of all forms. For when the module is unloaded.
 void ReleaseWindowClasses() noexcept;
 
 }  // namespace tolvane

@@ -10,8 +10,10 @@
 #include "comm/TDevCommTCP.h"
 #include "comm/TDevCommUDP.h"
 #include "config/SerialSpeeds.h"
+#include "scale/PackedDecimal.h"
 #include "scale/ScaleCommands.h"
 #include "scale/ScaleFrame.h"
+#include "scale/TextParameters.h"
 #include "system/SystemError.h"
 #include "text/Failure.h"
 
@@ -53,6 +55,14 @@ void CheckPlu(std::int32_t plu) {
 
 void NoData(TCmdBuffer& /*data*/) {}
 void NoFields(const TCmdBuffer& /*reply*/) {}
+
+// The three bytes that begin the data of every article command.
+void AppendPlu(std::int32_t plu, TCmdBuffer& data) {
+    const auto lowByte = [](std::int32_t number) {
+        return static_cast<std::uint8_t>(number & 0xFF);
+    };
+    data.insert(data.end(), {std::uint8_t{0}, lowByte(plu % 256), lowByte(plu / 256)});
+}
 
 // The common rule of every command. `build` fills the request's data and may refuse the arguments
 // by throwing; `take` reads the reply's fields before its error code is judged.
@@ -202,12 +212,10 @@ bool TElicomScale::SetPriceC(std::int32_t& ErrCode, std::int32_t PLU, double Pri
 
 bool TElicomScale::SetParam(std::int32_t& ErrCode, std::int32_t PLU, std::int32_t ParN,
                             std::string_view Text, std::uint8_t CodeTable) {
-    std::string text(Text);
-    if (const auto length = ParameterLength(ParN, ScaleType))
-        text.resize(static_cast<std::size_t>(*length), ' ');
+    const std::string text = FitParameter(Text, ParN, ScaleType);
     const std::string prefix = "Fail set parameter: Plu:" + std::to_string(PLU) +
                                " ParN:" + std::to_string(ParN) + " ParT:\"" + text + "\"\r\n";
-    const TScaleCommand command{kSetParamCode, 0, prefix};
+    const TScaleCommand command{kSetParamCode, prefix};
     const bool written = Run(*this, command, ErrCode, [&](TCmdBuffer& data) {
         AppendPlu(PLU, data);
         TDevCommBase::AppendByte(static_cast<std::uint8_t>(ParN & 0xFF), data);

@@ -11,13 +11,12 @@
 namespace tolvane {
 
 // The driver of one label scale over one channel. Every command is one request and one reply; it
-// answers false on failure and leaves the description in LastError. ErrCode is the scale's own
-// error code when it sent one. Used by one thread at a time; blocks for the exchange and its
-// pauses.
+// returns false on failure and leaves the reason in LastError. ErrCode is the scale's own error
+// code when it sent one. Used by one thread at a time; blocks for the exchange and its pauses.
 class TElicomScale {
 public:
-    // Takes over the channel. `needsSerialTimeouts`: the channel is a serial line (1000 ms per
-    // reply instead of 3000).
+    // Owns the channel. `needsSerialTimeouts`: the channel is a serial line, whose replies may take
+    // 1000 ms instead of 3000.
     TElicomScale(std::unique_ptr<TDevComm> channel, bool needsSerialTimeouts, TClock& clock);
     // "COM" + port number, 8 data bits, one stop bit, no parity, no flow control.
     static std::unique_ptr<TElicomScale> CreateRS232(std::int32_t portNumber,
@@ -54,7 +53,8 @@ public:
                   std::uint8_t CodeTable);
 
 private:
-    // Sends the request, again after a wrong answer, until a reply has come; throws otherwise.
+    // Sends the request, and again after a wrong answer, until a reply has come; throws when none
+    // comes.
     void Exchange(const TCmdBuffer& frame, TCmdBuffer& reply);
 
     bool serialTimeouts_;

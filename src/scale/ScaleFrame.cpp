@@ -103,7 +103,7 @@ TCmdBuffer DecodeReply(std::span<const std::uint8_t> reply, std::uint8_t address
     if (reply.size() < kShortestReply) Fail("Answer is too short.");
     if (reply.front() != kReplyStart)
         Fail("Error STX byte (Exp:02 Rec:" + Hex(reply.front()) + ")");
-    // The text names the start byte although the end byte is meant; users know it so.
+    // The text says "ETX" but names the start byte that was expected; users know this text.
     if (reply.back() != kFrameEnd) Fail("Error ETX byte (Exp:02 Rec:" + Hex(reply.back()) + ")");
     TCmdBuffer body = ShiftDecode(reply.subspan(1, reply.size() - kFrameBytes));
     if (body.size() < kBodyOverhead) Fail("Answer is too short.");

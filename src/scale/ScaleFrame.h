@@ -21,7 +21,7 @@ inline constexpr std::uint8_t kFrameEnd = 0x03;
 inline constexpr std::uint8_t kOffsetMarker = 0x0D;
 inline constexpr std::uint8_t kPlainMarker = 0x0C;
 
-// A whole request as it goes over the wire.
+// The bytes of a whole request on the wire.
 TCmdBuffer EncodeRequest(std::uint8_t address, std::uint8_t command,
                          std::span<const std::uint8_t> data);
 
@@ -29,7 +29,7 @@ TCmdBuffer EncodeRequest(std::uint8_t address, std::uint8_t command,
 TCmdBuffer ShiftDecode(std::span<const std::uint8_t> encoded);
 
 // The data of a whole reply as it came over the wire, expected from this address to this command.
-// Throws std::runtime_error with the reason when the reply is another or malformed.
+// Throws std::runtime_error with the reason when the reply is malformed or is not the expected one.
 TCmdBuffer DecodeReply(std::span<const std::uint8_t> reply, std::uint8_t address,
                        std::uint8_t command);
 

@@ -20,7 +20,7 @@ bool IsDot(int position) {
     return position % kGroupStride == TIpMask::kPlaces;
 }
 
-// The place at or after a position; a caret before a dot writes after it.
+// The first place at or after a position: at a dot, a digit goes after it.
 int PlaceAt(int position) {
     return IsDot(position) ? position + 1 : position;
 }

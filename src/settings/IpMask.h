@@ -6,8 +6,8 @@
 
 namespace tolvane {
 
-// The text of an address field: four groups of three places for digits with fixed dots between
-// them, always 15 characters; an empty place is a space. Positions count characters from 0 to 15
+// The text of an address field: four groups of three digit places with fixed dots between them,
+// always 15 characters; an empty place is a space. A position is an index into the text, 0 to 15
 // (after the last place).
 class TIpMask {
 public:
@@ -15,7 +15,8 @@ public:
     static constexpr int kPlaces = 3;
     static constexpr int kLength = kGroups * (kPlaces + 1) - 1;
 
-    // Part of the text, as an edit control reports its selection: from start to before end.
+    // A part of the text, as an edit control reports its selection: from `start` up to, but not
+    // including, `end`.
     struct TSelection {
         int start = 0;
         int end = 0;
@@ -24,22 +25,23 @@ public:
     };
 
     const std::string& Text() const { return text_; }
-    // Digits go to their groups' places, left aligned; what fits no place is dropped. Blanks are
-    // skipped.
+    // Puts the digits into the places of their groups, left-aligned. Skips blanks and drops what
+    // does not fit.
     void SetText(std::string_view text);
 
-    // What the user does. The result is where the caret is then, or nothing when the key or the
-    // text is refused; the mask is then as it was.
+    // What the user does. Each function returns the caret's new position; nothing means that the
+    // key or the text was refused and the mask is as it was.
 
-    // Digits take the next place and move on over the dots; '.' and ',' go to the next group, but
-    // stay at the beginning of one that has just been reached. What is selected is blanked first.
+    // A digit takes the next place and moves the caret over a dot. '.' and ',' move the caret to
+    // the next group, but not from the start of a group that it has just reached. Selected places
+    // are blanked first.
     std::optional<int> Type(char character, TSelection selection);
-    // An address with dots replaces everything from any place; digits alone are typed from the
-    // selection's start on.
+    // An address with dots replaces the whole text, wherever the caret is; digits alone are typed
+    // at the start of the selection.
     std::optional<int> Paste(std::string_view text, TSelection selection);
-    // The selection, or the place before the caret.
+    // Blanks the selection, or the place before the caret.
     int Backspace(TSelection selection);
-    // The selection, or the place at the caret.
+    // Blanks the selection, or the place at the caret.
     int Delete(TSelection selection);
 
 private:

@@ -23,7 +23,7 @@ constexpr std::int32_t kPortOfNoNumber = 1001;
 constexpr std::int32_t kLargestPort = 65535;
 constexpr std::int32_t kLargestIpPart = 255;
 constexpr int kDefaultEncoding = 2;
-// One more than there are code tables: such a record opens the dialog without a choice.
+// One more than there are code tables: with this value the dialog opens without a choice.
 constexpr int kLargestEncoding = 3;
 constexpr std::string_view kUsualSerialPort = "COM1";
 
@@ -38,8 +38,8 @@ constexpr std::array<TType, kScaleTypeNames.size()> kTypes = {
     TType{kScaleTypeS300, "(SI) - "},
 };
 
-// The numbers that `convert` makes of the trimmed pieces between the dots, with dots; nothing when
-// it makes nothing of one.
+// Converts each trimmed piece between the dots and joins the numbers with dots; nothing when
+// `convert` refuses a piece.
 template <class Convert>
 std::optional<std::string> RejoinAddress(std::string_view text, Convert convert) {
     std::string joined;
@@ -87,7 +87,7 @@ std::string SerialPortToStore(const TScaleSettings& settings, const TScaleRec& b
                                                 : before.TCPAddress.Str();
 }
 
-// What adding and editing have in common.
+// Copies the settings that a new and an edited scale have in common.
 void ReadBack(const TScaleSettings& settings, TScaleRec& rec) {
     rec.ScaleName = settings.name;
     if (settings.encoding >= 0) rec.Encoding = settings.encoding;
@@ -104,7 +104,7 @@ void ReadBack(const TScaleSettings& settings, TScaleRec& rec) {
     if (rec.ScaleName.Empty()) rec.ScaleName = DefaultScaleName(rec);
 }
 
-// Made positive; the smallest integer, which has no counterpart, becomes the largest.
+// The absolute value; the smallest integer, which has none, becomes the largest.
 std::int32_t Positive(std::int32_t number) {
     if (number >= 0) return number;
     return number == INT32_MIN ? INT32_MAX : -number;

@@ -35,7 +35,7 @@ inline constexpr std::int32_t kHighestScaleAddress = 255;
 // With the values of TScaleRec::CommType.
 enum class TTransport : std::uint8_t { Serial = kCommSerial, Tcp = kCommTcp, Udp = kCommUdp };
 
-// What the connection dialog shows and the user changes. Choices are indexes, -1 when nothing is
+// What the connection dialog shows and the user changes. A choice is an index, -1 when nothing is
 // chosen.
 struct TScaleSettings {
     std::int32_t number = kLowestScaleNumber;
@@ -63,10 +63,10 @@ TTransportRules RulesOf(TTransport transport);
 
 enum class TSettingsField { None, Number, Port, IpAddress, SerialPort };
 
-// The first thing that is wrong with the settings; text is empty when nothing is.
+// The first fault in the settings; the text is empty when there is no fault.
 struct TSettingsFault {
     TSettingsField field = TSettingsField::None;
-    bool isError = false;  // else a warning
+    bool isError = false;  // otherwise a warning
     std::string_view text;
 };
 
@@ -80,32 +80,34 @@ public:
     explicit TConversionError(std::string_view text);
 };
 
-// What a spin edit takes: the numbers within the limits and the one that it was filled with.
+// What a spin edit accepts: the numbers within the limits, and the number that it was first given.
 struct TSpinLimits {
     std::int32_t lowest = 0;
     std::int32_t highest = 0;
     std::optional<std::int32_t> kept;
 
-    // The number itself when it is allowed, else the nearest limit.
+    // The number itself if it is allowed, else the nearest limit.
     std::int32_t Nearest(std::int32_t value) const;
-    // The value of the edit's text: the lower limit when it is not an integer, 0 when it is 0, else
-    // the nearest allowed number.
+    // The value of the edit's text: the lower limit for a text that is not an integer, 0 for 0,
+    // otherwise the nearest allowed number.
     std::int32_t ValueOf(std::string_view text) const;
 };
 
-// The place of a serial port in the list, whatever the case of its name; -1 when it is not there.
+// The index of a serial port in the list, without regard to the case of its name; -1 when the list
+// does not have it.
 int SerialPortIndex(std::span<const std::string> ports, std::string_view name);
 
-// The dialog of a scale to be added.
+// The settings with which the dialog opens for a new scale.
 TScaleSettings SettingsOfNewScale(std::vector<std::string> serialPorts);
-// The dialog of a listed scale; `serialPorts` are taken for a serial one.
+// The settings with which the dialog opens for a listed scale. Only a serial scale gets
+// `serialPorts`.
 TScaleSettings SettingsOf(const TScaleRec& rec, std::vector<std::string> serialPorts);
 
-// The scale that the confirmed settings describe, checked for runs, with a default name when it has
-// none. Throws TConversionError.
+// The scale that the confirmed settings describe: with its check mark set, and with a default name
+// if it has no name. Throws TConversionError.
 TScaleRec NewScale(const TScaleSettings& settings);
-// Brings confirmed settings into a listed scale. What has no choice stays as it was. Throws
-// TConversionError, and leaves the scale as it was then.
+// Copies confirmed settings into a listed scale. A field without a choice keeps its value. Throws
+// TConversionError and then leaves the scale as it was.
 void ApplySettings(const TScaleSettings& settings, TScaleRec& rec);
 
 // "(EVL) - 192.168.1.10 (3)"; empty for an unknown type.

@@ -21,7 +21,8 @@ HANDLE OpenLockFile(const std::wstring& name) noexcept {
 TFileLock::TFileLock(const std::filesystem::path& file) noexcept {
     constexpr DWORD kPauseMs = 2;
     constexpr ULONGLONG kLongestMs = 2000;
-    // A file that is about to be removed is denied for a moment, a folder without rights for ever.
+    // Access to a file that is just being removed is denied for a moment; without the right to
+    // write in the folder, it is always denied.
     constexpr ULONGLONG kLongestDeniedMs = 100;
     try {
         const std::wstring name = file.wstring() + L".tolvane-lock";
@@ -41,7 +42,8 @@ TFileLock::TFileLock(const std::filesystem::path& file) noexcept {
                 return;
             Sleep(kPauseMs);
         }
-    } catch (const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch): there is no lock then
+    } catch (
+        const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch): the object then holds no lock
     }
 }
 

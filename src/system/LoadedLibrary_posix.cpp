@@ -7,7 +7,7 @@ namespace tolvane {
 
 void* FindLoadedLibrary(const char* name) {
     void* const library = dlopen(ToUtf8(name).c_str(), RTLD_LAZY | RTLD_NOLOAD);
-    // The handle stays good: whoever loaded the library keeps it.
+    // The handle stays valid, because whoever loaded the library keeps it loaded.
     if (library != nullptr) dlclose(library);
     return library;
 }

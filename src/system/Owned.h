@@ -4,9 +4,8 @@
 
 namespace tolvane {
 
-// Move-only owner of a handle that the system has given out. Traits names the handle's type
-// (TValue), the value that means that there is no handle (kNone), and how a handle is given back
-// (Free, which never throws).
+// Move-only owner of a handle of the system. Traits has the handle's type (TValue), the value that
+// stands for no handle (kNone), and the function that frees a handle (Free, which never throws).
 template <class Traits>
 class TOwned {
 public:
@@ -25,9 +24,9 @@ public:
 
     TValue Get() const noexcept { return value_; }
     explicit operator bool() const noexcept { return value_ != Traits::kNone; }
-    // Hands the handle to the caller, who must give it back.
+    // Passes ownership to the caller.
     TValue Release() noexcept { return std::exchange(value_, Traits::kNone); }
-    // Gives the handle back and owns `value` from now on.
+    // Frees the handle and owns `value` from now on.
     void Reset(TValue value = Traits::kNone) noexcept {
         const TValue old = std::exchange(value_, value);
         if (old != Traits::kNone) Traits::Free(old);

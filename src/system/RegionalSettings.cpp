@@ -91,7 +91,8 @@ int OnTwelveHourDial(int hour) {
     return (hour + 11) % 12 + 1;
 }
 
-// At most two digits of hours, minutes or seconds are shown, whatever the pattern's count.
+// Hours, minutes and seconds have at most two digits, even if the pattern repeats its letter more
+// often.
 std::size_t TimeDigits(const TPiece& piece) {
     return piece.count < 2 ? 1 : 2;
 }
@@ -166,7 +167,7 @@ private:
         return true;
     }
 
-    // A text without the half of the day has its hour on the dial of twenty-four hours.
+    // Without "am" or "pm", the hour counts from 0 to 23.
     bool TakeHalfOfDay(const TPiece& piece) {
         const std::string morning = HalfOfDay(piece, 0, regional_);
         const std::string afternoon = HalfOfDay(piece, 12, regional_);

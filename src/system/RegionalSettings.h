@@ -9,8 +9,8 @@
 
 namespace tolvane {
 
-// The form of numbers, dates and times in texts: the system's regional settings, or a test's.
-// The patterns use the system's own letters (d, M, y, H, h, m, s, tt; quoted text is literal).
+// How numbers, dates and times are written: the system's regional settings, or a test's. The
+// patterns use the system's own letters (d, M, y, H, h, m, s, tt; quoted text is literal).
 struct TRegionalSettings {
     char decimalSeparator = ',';
     std::string shortDatePattern = "dd.MM.yyyy";
@@ -32,8 +32,8 @@ TRegionalSettings SystemRegionalSettings();
 
 std::string FormatDate(TDate date, const TRegionalSettings& regional);
 std::string FormatTime(TTimeOfDay time, const TRegionalSettings& regional);
-// A text as FormatTime makes it, seconds and blanks optional, or hours, minutes and seconds with
-// colons whatever the settings; nothing when it is no time of day.
+// A text as FormatTime makes it, seconds and blanks optional, or, with any settings, hours, minutes
+// and seconds with colons; nothing when the text is not a time of day.
 std::optional<TTimeOfDay> ParseTime(std::string_view text, const TRegionalSettings& regional);
 
 }  // namespace tolvane

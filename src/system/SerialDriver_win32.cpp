@@ -25,7 +25,8 @@ void SetUpSerialDriver(std::intptr_t handle) {
     Check(SetCommMask(AsHandle(handle), kWatchedEvents));
     Check(SetupComm(AsHandle(handle), kDriverBuffer, kDriverBuffer));
     COMMTIMEOUTS timeouts{};
-    timeouts.ReadIntervalTimeout = MAXDWORD;  // a read takes what is there and never waits
+    timeouts.ReadIntervalTimeout =
+        MAXDWORD;  // a read takes the bytes that have arrived and never waits
     timeouts.WriteTotalTimeoutMultiplier = 0;
     timeouts.WriteTotalTimeoutConstant = 0;
     Check(SetCommTimeouts(AsHandle(handle), &timeouts));

@@ -27,15 +27,15 @@ public:
 // which the next receive then reports. False when the time is over or a signal came. Any thread.
 bool WaitReadable(std::uintptr_t socket, TMilliseconds limit);
 
-// What came with one datagram.
+// One received datagram.
 struct TReceived {
     std::size_t length = 0;    // as the system reports it; 0 with an error
     std::uint32_t sender = 0;  // IPv4, most significant byte first; 0: unknown
 };
 
-// Takes one datagram from a non-blocking socket; what does not fit into the buffer is lost,
-// and the length may then be the buffer's. `error`
-// is of Asio's system category, and clear on success.
+// Takes one datagram from a non-blocking socket; bytes that do not fit into the buffer are lost,
+// and the length may then be the buffer's. `error` is in Asio's system category, and cleared on
+// success.
 TReceived ReceiveDatagram(std::uintptr_t socket, std::span<std::uint8_t> buffer,
                           std::error_code& error);
 

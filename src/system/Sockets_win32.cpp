@@ -34,7 +34,7 @@ TReceived ReceiveDatagram(std::uintptr_t socket, std::span<std::uint8_t> buffer,
         recvfrom(static_cast<SOCKET>(socket), reinterpret_cast<char*>(buffer.data()),
                  static_cast<int>(buffer.size()), 0, reinterpret_cast<sockaddr*>(&sender), &length);
     const int failure = count < 0 ? WSAGetLastError() : 0;
-    // A longer datagram has filled the buffer; its own length is not reported.
+    // The datagram was longer than the buffer; the system does not report its length.
     if (failure == WSAEMSGSIZE) return {buffer.size(), ntohl(sender.sin_addr.s_addr)};
     if (failure != 0) {
         error.assign(failure, asio::error::get_system_category());
@@ -44,8 +44,8 @@ TReceived ReceiveDatagram(std::uintptr_t socket, std::span<std::uint8_t> buffer,
 }
 
 void IgnoreUnreachablePeers(std::uintptr_t socket) {
-    // SIO_UDP_CONNRESET; not every header set names it. A system without it answers such a receive
-    // with an error, which TUdpSocket takes as nothing received.
+    // SIO_UDP_CONNRESET, which not every set of headers defines. On a system without it such a
+    // receive fails, and TUdpSocket treats that error as nothing received.
     constexpr DWORD kConnectionReset = IOC_IN | IOC_VENDOR | 12;
     BOOL report = FALSE;
     DWORD returned = 0;

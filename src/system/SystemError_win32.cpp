@@ -10,7 +10,7 @@
 namespace tolvane {
 namespace {
 
-// Asks for UTF-16, since the narrow call answers in the system's code page, whichever that is.
+// Asks for UTF-16, because the narrow call returns text in the system's code page.
 std::string SystemMessage(int number, TFullStop fullStop) {
     wchar_t text[512];
     const DWORD length = FormatMessageW(
@@ -25,7 +25,7 @@ std::string SystemMessage(int number, TFullStop fullStop) {
     return message.empty() ? std::string("System error") : FromUtf16(message);
 }
 
-// The socket library's category of system errors answers in the system's code page.
+// The socket library's own category of system errors would return text in the system's code page.
 bool IsOfTheSystem(const std::error_category& category) {
     return category == std::system_category() || std::string_view(category.name()) == "asio.system";
 }

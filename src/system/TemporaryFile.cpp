@@ -12,7 +12,8 @@ constexpr std::string_view kEnd = ".tmp";
 constexpr std::string_view kHexDigits = "0123456789abcdef";
 constexpr std::size_t kUniqueDigits = 16;
 
-// In the system's own characters: a foreign file's name need not be convertible to any other.
+// In the system's own characters: the name of another program's file may not be convertible to any
+// others.
 using TName = std::filesystem::path::string_type;
 
 TName Folded(const std::filesystem::path& file) {

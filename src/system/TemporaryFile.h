@@ -13,7 +13,8 @@ namespace tolvane {
 // system's own number (errno, GetLastError).
 
 // A new file beside `target`, named after it. The destructor removes it unless it has replaced the
-// target. The file is locked meanwhile, so that another program does not remove it as a leftover.
+// target. The file is locked as long as this object owns it, so that no other program removes it as
+// a leftover.
 class TTemporaryFile {
 public:
     explicit TTemporaryFile(const std::filesystem::path& target);
@@ -26,7 +27,7 @@ public:
     const std::filesystem::path& Path() const { return path_; }
     // Writes all bytes and has the system put them on the disk.
     void Write(std::string_view bytes);
-    // Replaces the target and keeps its permissions. Answers false, and changes nothing, when
+    // Replaces the target and keeps its permissions. Returns false, and changes nothing, when
     // another program has removed the temporary file meanwhile.
     bool TakePlaceOfTarget();
 
@@ -40,19 +41,19 @@ private:
 
 // The file's bytes; nothing when it or its folder does not exist.
 std::optional<std::string> ReadWholeFile(const std::filesystem::path& file);
-// Throws when the file exists and must not be written, although its folder's rights would allow
+// Throws when the file exists and is write-protected. Its folder's rights alone would allow
 // replacing it.
 void RequireWritable(const std::filesystem::path& file);
-// The file that a link points to; the path itself when it is no link.
+// The file that a link points to; the path itself when it is not a link.
 std::filesystem::path ResolveLink(const std::filesystem::path& file);
 // Removes a temporary file of a killed save. The file stays when it is in use or cannot be removed.
 void RemoveLeftover(const std::filesystem::path& file) noexcept;
 // A path in code page 1251; what the code page lacks becomes '?'.
 std::string PathText(const std::filesystem::path& path);
 
-// A name of its own for each save: the target's with ".tolvane-", 16 hexadecimal digits and ".tmp".
+// A new name for each save: the target's with ".tolvane-", 16 hexadecimal digits and ".tmp".
 std::filesystem::path UniqueTemporaryPath(const std::filesystem::path& target);
-// Whether a file's name is one of those (letters without regard to case).
+// Whether a file has such a name, without regard to case.
 bool IsTemporaryOf(const std::filesystem::path& target, const std::filesystem::path& file);
 
 }  // namespace tolvane

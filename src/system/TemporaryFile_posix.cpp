@@ -33,14 +33,16 @@ bool IsMissing(int error) {
     return error == ENOENT || error == ENOTDIR;
 }
 
-// Some file systems refuse; the new file has replaced the old one already, so that is no error.
+// Some file systems cannot do this. That is not an error: the new file has already replaced the old
+// one.
 void FlushFolder(const path& file) {
     const path folder = file.has_parent_path() ? file.parent_path() : path(".");
     const TOwnedFile opened = Open(folder, O_RDONLY | O_DIRECTORY);
     if (opened) fsync(Descriptor(opened));
 }
 
-// Only a privileged user may give files to another owner; for others the owner changes.
+// Only a privileged user may give a file to its old owner; otherwise the user who saves becomes the
+// owner.
 void CopyPermissions(const path& from, int to) {
     struct stat old {};
     if (stat(from.c_str(), &old) != 0) return;
@@ -105,7 +107,7 @@ std::optional<std::string> ReadWholeFile(const path& file) {
     }
 }
 
-// The mode is looked at too, since the system's administrator may write anything.
+// Also checks the mode, because to the administrator every file is writable.
 void RequireWritable(const path& file) {
     struct stat status {};
     if (stat(file.c_str(), &status) != 0) return;

@@ -36,7 +36,7 @@ bool IsMissing(DWORD error) {
 TTemporaryFile::TTemporaryFile(const path& target) : target_(target) {
     do {
         path_ = UniqueTemporaryPath(target);
-        // Without sharing, nobody's clean-up can remove it while it is written.
+        // Without sharing, no other program can remove the file while it is being written.
         file_ = Open(path_, GENERIC_WRITE, 0, CREATE_NEW);
     } while (!file_ && GetLastError() == ERROR_FILE_EXISTS);
     if (!file_) Fail(GetLastError());

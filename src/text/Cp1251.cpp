@@ -62,12 +62,12 @@ constexpr auto kUpper = [] {
 
 struct TUtf8Step {
     char32_t codePoint;  // meaningless when not valid
-    std::size_t length;  // bytes to go on by, at least 1
+    std::size_t length;  // bytes to advance by, at least 1
     bool valid;
 };
 
-// Lead byte ranges with the range of the second byte; this is what keeps out overlong forms,
-// surrogates and what lies above U+10FFFF.
+// Lead byte ranges with the range of the second byte; this rules out overlong forms, surrogates and
+// code points above U+10FFFF.
 struct TUtf8Lead {
     std::uint8_t first, last;
     std::uint8_t secondFirst, secondLast;

@@ -91,8 +91,8 @@ struct TCp1251Literal {
 
 inline namespace literals {
 
-// "Баркод"_cp1251: the text's code page 1251 bytes, converted by the compiler; a character that
-// the code page lacks does not compile. data() is zero-terminated and lives for ever.
+// "Баркод"_cp1251: the text's code page 1251 bytes, converted by the compiler; a character that the
+// code page lacks does not compile. data() is zero-terminated and valid until the program ends.
 #ifdef TOLVANE_CLANG_TIDY
 // Version 14 crashes when it prints a call of a literal operator template; code that is only looked
 // at, never run, can do with the plain form.

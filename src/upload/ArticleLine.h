@@ -12,9 +12,9 @@
 
 namespace tolvane {
 
-// An article line is what one article is to one scale: the fields of kLineFields as text, each
-// followed by this character. The format has no escape; the builder never lets the character into a
-// field.
+// An article line says what one scale gets of one article: the fields of kLineFields as text, each
+// followed by this character. The character cannot be escaped; the builder keeps it out of the
+// fields.
 inline constexpr char kLineSeparator = '|';
 
 // How the parser stores a field.
@@ -49,7 +49,7 @@ enum class TLineSource : std::uint8_t {
 struct TLineField {
     TLineTarget target;
     TLineSource source = TLineSource::Zero;
-    TField field = TField::PLU_NUMB;  // of an ArticleField
+    TField field = TField::PLU_NUMB;  // for ArticleField
 };
 
 // The fields of a line, in order; the builder and the parser both follow this table.
@@ -86,7 +86,7 @@ inline constexpr auto kLineFields = std::to_array<TLineField>({
      .field = TField::PLU_NUMB},
 });
 
-// Item indexes of the run window's choices.
+// What the user has chosen in the run window, as item indexes.
 struct TLineChoices {
     int price = 0;
     int name1 = 1;
@@ -110,14 +110,14 @@ inline constexpr auto kNameChoices = std::to_array<TNameChoice>({
     {"АРТИКУЛЕН НОМЕР"_cp1251, TField::PLU_NUMB},
 });
 
-// Whether a comma-separated list of scale numbers names the scale, or holds 0, which means every
-// scale. Reads the list from the left and stops at the first part that is not an integer: what
-// follows it does not count.
+// Whether a comma-separated list of scale numbers contains this scale's or 0, which means every
+// scale. The list ends at its first part that is not an integer.
 bool IsForScale(std::string_view forScales, std::int32_t scaleNumber);
 
-// Empties the texts of `plu` and fills it field by field. Answers whether the line has all fields;
-// when one is missing, the fields before it are set and the others keep their values. A field that
-// should be a number and is not takes its default. Text after the last field is ignored.
+// Empties the texts of `plu` and sets its members field by field. Returns whether the line has all
+// fields; when one is missing, the fields before it are set and the other numbers keep their
+// values. A number field that does not hold a number takes its default. Text after the last field
+// is ignored.
 bool ParseArticleLine(std::string_view line, char decimalSeparator, TPLUD& plu);
 
 }  // namespace tolvane

@@ -9,6 +9,7 @@
 
 #include "text/Cp1251.h"
 #include "text/Numbers.h"
+#include "upload/LogLines.h"
 
 namespace tolvane {
 namespace {
@@ -17,9 +18,6 @@ constexpr std::size_t kBarcodeLength = 5;
 constexpr std::int32_t kLongestBestBefore = 365;
 // Replaces the separator inside a text.
 constexpr char kSeparatorSubstitute = '/';
-
-constexpr std::string_view kIgnored = "  ->> и ще бъде игнориран"_cp1251;
-constexpr std::string_view kNotMarkable = "  ->> и няма да може да бъде маркиран от везната"_cp1251;
 
 template <std::size_t N, class T>
 std::string_view CaptionAt(const std::array<T, N>& choices, int index) {
@@ -52,10 +50,9 @@ void TArticleLineBuilder::Build(const std::vector<TRowId>& rows, std::int32_t sc
         std::string line = BuildLine(row, scaleNumber);
         if (!line.empty()) lines.push_back(std::move(line));
     }
-    constexpr std::string_view kArticles = " артикула."_cp1251;
-    log_(Joined({"Обработени "_cp1251, std::to_string(rows.size()), kArticles}));
-    log_(Joined({"Валидни са "_cp1251, std::to_string(lines.size()), kArticles}));
-    log_("Ще бъдат записани само валидните артикули"_cp1251);
+    log_(ProcessedCountLine(rows.size()));
+    log_(ValidCountLine(lines.size()));
+    log_(OnlyValidLine());
 }
 
 std::string TArticleLineBuilder::BuildLine(TRowId row, std::int32_t scaleNumber) const {
@@ -114,8 +111,8 @@ TArticleLineBuilder::TFault TArticleLineBuilder::AppendBarcode(TRowId row,
                                                                std::string& line) const {
     const std::string_view barcode = articles_.Text(row, TField::PLU_BARCODE);
     line += barcode;
-    // A barcode that holds the separator cannot be carried: with another character instead it would
-    // be another barcode.
+    // A line cannot carry a barcode that contains the separator, and a barcode with another
+    // character in its place would be a different one.
     if (barcode.size() == kBarcodeLength && barcode.find(kLineSeparator) == barcode.npos)
         return std::nullopt;
     return TLineFault::Barcode;
@@ -151,9 +148,9 @@ std::int32_t TArticleLineBuilder::IntegerOf(TRowId row, TField field) const {
     // The database has no value for an article without a unit of measure.
     if (text.empty()) return 0;
     if (const std::optional<std::int32_t> number = ParseInteger(text)) return *number;
-    throw std::runtime_error(Joined({"Артикул \""_cp1251, articles_.Text(row, TField::PLU_NAME),
-                                     "\": стойността \""_cp1251, text, "\" на поле "_cp1251,
-                                     FieldInfo(field).name, " не е цяло число."_cp1251}));
+    throw std::runtime_error(
+        Joined({"Артикул \""_cp1251, NameOf(row), "\": стойността \""_cp1251, text,
+                "\" на поле "_cp1251, FieldInfo(field).name, " не е цяло число."_cp1251}));
 }
 
 TArticleLineBuilder::TFault TArticleLineBuilder::AppendName(TRowId row, int choice,
@@ -178,23 +175,27 @@ void TArticleLineBuilder::AppendArticleField(TRowId row, TField field, std::stri
 }
 
 void TArticleLineBuilder::LogSkipped(TRowId row, TLineFault fault) const {
-    const auto log = [&](std::string_view reason, std::string_view caption,
-                         std::string_view consequence) {
-        log_(Joined(
-            {"  Артикул \""_cp1251, articles_.Text(row, TField::PLU_NAME), "\"", reason, caption}));
+    const auto log = [this](const std::string& reason, std::string_view consequence) {
+        log_(reason);
         log_(consequence);
     };
     switch (fault) {
         case TLineFault::Barcode:
-            return log(" няма коректен баркод"_cp1251, {}, kIgnored);
+            return log(NoBarcodeLine(NameOf(row)), IgnoredLine());
         case TLineFault::ZeroPrice:
-            return log(" има нулева "_cp1251, CaptionAt(kPriceCaptions, choices_.price),
-                       kNotMarkable);
+            return log(ZeroPriceLine(NameOf(row), CaptionAt(kPriceCaptions, choices_.price)),
+                       NotMarkableLine());
         case TLineFault::Name1:
-            return log(" няма коректно "_cp1251, CaptionAt(kNameChoices, choices_.name1), kIgnored);
+            return log(NoNameLine(NameOf(row), CaptionAt(kNameChoices, choices_.name1)),
+                       IgnoredLine());
         case TLineFault::Name2:
-            return log(" няма коректно "_cp1251, CaptionAt(kNameChoices, choices_.name2), kIgnored);
+            return log(NoNameLine(NameOf(row), CaptionAt(kNameChoices, choices_.name2)),
+                       IgnoredLine());
     }
+}
+
+std::string_view TArticleLineBuilder::NameOf(TRowId row) const {
+    return articles_.Text(row, TField::PLU_NAME);
 }
 
 std::vector<TRowId> RowsOfRun(const TArticleTable& articles, bool markedOnly,

@@ -32,14 +32,14 @@ struct TArticleLine {
     std::string line{};                 // empty when the article is left out
 };
 
-// Makes article lines for one scale at a time. The table outlives the builder and does not change
-// meanwhile. Calls `log` on the caller's thread. One thread at a time.
+// Makes article lines for one scale at a time. The table must outlive the builder and must not
+// change while it is used. Calls `log` on the caller's thread. One thread at a time.
 class TArticleLineBuilder {
 public:
     TArticleLineBuilder(const TArticleTable& articles, TLineChoices choices,
                         const TRegionalSettings& regional, TLogLine log);
 
-    // Replaces `lines` by the lines of those rows that are meant for the scale and valid, in the
+    // Replaces `lines` by the lines of the rows that are valid and meant for the scale, in the
     // order of `rows`. Logs why an article is left out, then the three summary lines. Throws
     // std::runtime_error when a field that must be an integer holds something else.
     void Build(const std::vector<TRowId>& rows, std::int32_t scaleNumber,
@@ -66,6 +66,7 @@ private:
     // Throws std::runtime_error for a text that is not an integer; an empty one is 0.
     std::int32_t IntegerOf(TRowId row, TField field) const;
     void LogSkipped(TRowId row, TLineFault fault) const;
+    std::string_view NameOf(TRowId row) const;
 
     const TArticleTable& articles_;
     TLineChoices choices_;

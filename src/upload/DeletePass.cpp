@@ -10,6 +10,7 @@
 #include "upload/ArticleDelete.h"
 #include "upload/ArticleLine.h"
 #include "upload/LabelTexts.h"
+#include "upload/LogLines.h"
 
 namespace tolvane {
 namespace {
@@ -43,8 +44,7 @@ bool TDeletePass::Run(const std::vector<std::string>& lines) {
 bool TDeletePass::Delete(const std::vector<std::string>& lines) {
     const std::optional<TScaleVersion> version = mode_.Enter();
     if (!version) return false;
-    parts_.view.Log("   - Ver: " + version->text + "; Max.PLU: " + std::to_string(version->maxPlu) +
-                    "; Mode:" + std::to_string(version->mode));
+    parts_.view.Log(DeleteVersionLine(*version));
     return lines.empty() ? DeleteEverything(version->maxPlu) : DeleteListed(lines, version->maxPlu);
 }
 

@@ -19,14 +19,14 @@ public:
     std::string LastError;
 
     // Deletes the articles of the lines, or every article of the scale when there are no lines.
-    // Skips a line that is not whole and an article whose number the scale does not have. Answers
-    // false after a failure or a stop and leaves the text in LastError. The scale stays in
-    // programming mode only after a stop. Throws nothing.
+    // Skips an incomplete line and an article whose number the scale does not have. Returns false
+    // after a failure or a stop and leaves the text in LastError. The scale stays in programming
+    // mode only after a stop. Throws nothing.
     bool Run(const std::vector<std::string>& lines);
 
 private:
-    // All of these answer false when the user has stopped the pass or the run was abandoned, and
-    // throw what fails.
+    // These return false when the user has stopped the pass or the run was abandoned, and throw
+    // when something fails.
     bool Delete(const std::vector<std::string>& lines);
     bool DeleteEverything(std::int32_t maxPlu);
     bool DeleteListed(const std::vector<std::string>& lines, std::int32_t maxPlu);

@@ -11,23 +11,23 @@
 
 namespace tolvane {
 
-// What a scale reports of itself.
+// What a scale reports about itself.
 struct TScaleVersion {
     std::int32_t maxPlu = 0;  // the highest article number
     std::int32_t mode = 0;    // label mode, 0 to 3
     std::string text;         // code page 1251
 };
 
-// The ways into a scale's programming mode and out of it, with their pauses. All parts outlive the
-// object; one thread at a time.
+// Takes a scale into programming mode and out of it, with the pauses that it needs. The arguments
+// outlive the object. One thread at a time.
 class TProgrammingMode {
 public:
     TProgrammingMode(TElicomScale& scale, TClock& clock, const TRunStop& stop)
         : scale_(scale), clock_(clock), stop_(stop) {}
 
     // Puts the scale into programming mode and reads its version. Throws TFailure with the text of
-    // the command that failed. Answers nothing when the run was abandoned before the request for
-    // programming mode; the request is not sent then.
+    // the command that failed. Returns nothing, and does not send the request for programming mode,
+    // when the run was abandoned before it.
     std::optional<TScaleVersion> Enter();
     // Puts the scale back into weighing mode. Answers whether the scale has confirmed it.
     bool Leave();

@@ -12,8 +12,8 @@ namespace tolvane {
 struct TRunKind {
     TRunNumber number;
     std::string_view caption;  // of the window, code page 1251
-    bool markedOnly;           // else all articles
-    bool write;                // else the articles are deleted
+    bool markedOnly;           // otherwise all articles
+    bool write;                // otherwise the articles are deleted
     bool saveVisible;
     std::string_view saveCaption;
 };
@@ -45,8 +45,8 @@ inline constexpr auto kRunKinds = std::to_array<TRunKind>({
      .saveCaption = "Изтрий"_cp1251},
 });
 
-// Null for a number outside the table: the number comes from a window's command, which other
-// programs can send too.
+// Null for a number outside the table: other programs can send the window a command with any
+// number.
 constexpr const TRunKind* RunKind(TRunNumber number) {
     for (const TRunKind& kind : kRunKinds) {
         if (kind.number == number) return &kind;

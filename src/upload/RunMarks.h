@@ -10,8 +10,8 @@
 
 namespace tolvane {
 
-// The check marks of ScaleList during a run, by item. The window sets them; the run reads each mark
-// when it comes to the item. Any thread.
+// The check marks of ScaleList during a run, by item. The window sets them; the run reads a mark
+// when it reaches the item. Any thread.
 class TRunMarks {
 public:
     explicit TRunMarks(const std::vector<TScaleObj>& items) noexcept {
@@ -19,7 +19,7 @@ public:
             Set(i, items[i].Rec.Checked);
     }
 
-    // An index without an item does nothing.
+    // Does nothing for an index without an item.
     void Set(std::size_t item, bool checked) noexcept {
         if (item < marks_.size()) marks_[item] = checked;
     }

@@ -7,11 +7,11 @@
 
 namespace tolvane {
 
-// The items of ScaleList: the slots that a run can use, in slot order. Rec.Checked is the check
-// mark.
+// The items of ScaleList: the slots that a run can use, in slot order, each with its check mark
+// (Rec.Checked).
 std::vector<TScaleObj> RunItems(const TScaleTable& scales);
-// Puts the items, with their check marks, into the slots from 1 on; the slots after them become
-// empty. Items beyond the last slot are left out. Without any item the table stays as it is.
+// Puts the items, with their check marks, into the slots from 1 on; the other slots become empty.
+// Items beyond the last slot are left out. With no items at all, the table does not change.
 void StoreRunItems(const std::vector<TScaleObj>& items, TScaleTable& scales);
 
 }  // namespace tolvane

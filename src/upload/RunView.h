@@ -5,33 +5,35 @@
 
 namespace tolvane {
 
-// Shows what a run does. The run calls it on its own thread, in the order of its steps. Texts are
-// code page 1251.
+// Shows what a run is doing. The run calls it on its own thread, in the order of its steps. Texts
+// are code page 1251.
 class TRunView {
 public:
     virtual ~TRunView() = default;
 
     virtual void ClearLog() = 0;
-    // Adds one entry at the log's end. The text of a scale's failure may hold a line break.
+    // Adds one entry at the log's end. The entry may contain line breaks.
     virtual void Log(std::string line) = 0;
-    // ReadPropLabel: the connection of the scale in work.
+    // ReadPropLabel: the connection of the current scale.
     virtual void SetConnection(std::string text) = 0;
-    // lblStatus: what is being done.
+    // lblStatus: the current step.
     virtual void SetProgress(std::string text) = 0;
-    // During a run StopReadBtn is enabled and SaveBtn, OkBtn, DeleteBtn and ScaleList are disabled;
-    // at rest it is the other way round. A run without an error ends with SetRunning(false).
+    // During a run only StopReadBtn is enabled; between runs, SaveBtn, OkBtn, DeleteBtn and
+    // ScaleList are enabled and StopReadBtn is not. A run that meets no error ends with
+    // SetRunning(false).
     virtual void SetRunning(bool running) = 0;
     // cbPluName1, cbPluName2 and PriceRadio.
     virtual void SetChoicesEnabled(bool enabled) = 0;
-    // An error outside the scale layer ended the run. The controls stay as they are.
+    // An error outside the scale layer has ended the run. The controls stay as they are.
     virtual void ShowRunError(std::string text) = 0;
 };
 
-// How the interface thread ends a run. The run reads it between articles and before it puts a scale
-// into programming mode. Any thread.
+// How the interface thread stops a run. The run reads it between articles and before it puts a
+// scale into programming mode. Any thread.
 class TRunStop {
 public:
-    // The user's stop: ends the pass over a scale. A run that begins takes the stop back.
+    // The user's stop: ends the pass over the current scale. A run that begins cancels an earlier
+    // stop with TakeBack.
     void Stop() noexcept { stopped_ = true; }
     // The window closes: ends the whole run. Cannot be taken back.
     void Abandon() noexcept { abandoned_ = true; }

@@ -9,7 +9,7 @@
 
 namespace tolvane {
 
-// Makes drivers whose channels are not open yet. Tests make drivers over channels of their own.
+// Makes drivers whose channels are not open yet. Tests supply their own channels.
 class TScaleFactory {
 public:
     virtual ~TScaleFactory() = default;

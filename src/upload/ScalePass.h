@@ -6,7 +6,7 @@
 
 namespace tolvane {
 
-// What a pass over one scale works with. All parts outlive the pass.
+// What a pass over one scale needs. The parts outlive the pass.
 struct TPassParts {
     TElicomScale& scale;  // open
     TClock& clock;

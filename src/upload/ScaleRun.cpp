@@ -10,12 +10,11 @@
 #include "text/Cp1251.h"
 #include "text/Failure.h"
 #include "upload/ArticleLineBuilder.h"
+#include "upload/LogLines.h"
 #include "upload/RunMarks.h"
 
 namespace tolvane {
 namespace {
-
-constexpr std::string_view kSeparatorLine = "-----------------------------------------";
 
 constexpr std::string_view kUnknownSpeed = "N/A";
 
@@ -60,21 +59,21 @@ void TScaleRun::Guarded(Body body) noexcept {
 bool TScaleRun::BeginLog(const std::vector<TScaleObj>& items) {
     view_.ClearLog();
     if (!items.empty()) return true;
-    view_.Log(std::string("Не е дефинирана нито една везна."_cp1251));
+    view_.Log(NoScalesLine());
     return false;
 }
 
 void TScaleRun::EndLog(bool anyChecked) {
-    if (!anyChecked) view_.Log(std::string("Не е избрана нито една везна."_cp1251));
+    if (!anyChecked) view_.Log(NoScaleCheckedLine());
     session_.LastError.clear();
     view_.SetConnection({});
     view_.SetProgress({});
-    view_.Log(std::string(kSeparatorLine));
+    view_.Log(SeparatorLine());
 }
 
 void TScaleRun::LogStart(const std::string& name) {
-    view_.Log(std::string(kSeparatorLine));
-    view_.Log(std::string("Старт на запис във везна: "_cp1251) + name);
+    view_.Log(SeparatorLine());
+    view_.Log(StartLine(name));
 }
 
 bool TScaleRun::Connect(const TScaleRec& rec) {
@@ -84,7 +83,7 @@ bool TScaleRun::Connect(const TScaleRec& rec) {
         return false;
     }
     if (!session_.InitComm(rec)) return false;
-    view_.Log(std::string("Осъществена връзка с устройството за комуникация"_cp1251));
+    view_.Log(ConnectedLine());
     return true;
 }
 
@@ -99,7 +98,7 @@ void TScaleRun::RunListed(const std::vector<TScaleObj>& items, const TRunArticle
         for (const TScaleObj& item : items) {
             if (!item.Rec.Checked || stop_.IsAbandoned()) continue;
             anyChecked = true;
-            ListedInScale(item.Rec, articles, choices, write);
+            ProcessListed(item.Rec, articles, choices, write);
         }
         EndLog(anyChecked || stop_.IsAbandoned());
         view_.SetChoicesEnabled(true);
@@ -107,7 +106,7 @@ void TScaleRun::RunListed(const std::vector<TScaleObj>& items, const TRunArticle
     });
 }
 
-void TScaleRun::ListedInScale(const TScaleRec& rec, const TRunArticles& articles,
+void TScaleRun::ProcessListed(const TScaleRec& rec, const TRunArticles& articles,
                               TLineChoices choices, bool write) {
     const TArticleLineBuilder builder(
         *articles.table, choices, regional_,
@@ -127,10 +126,10 @@ void TScaleRun::ListedInScale(const TScaleRec& rec, const TRunArticles& articles
     }
     session_.Close();
     if (succeeded) {
-        view_.Log(std::string("Успешно записани артикули във везна: "_cp1251) + name);
+        view_.Log(WrittenLine(name));
     } else {
         view_.Log(session_.LastError);
-        view_.Log(std::string("Грешка при запис артикули във везна: "_cp1251) + name);
+        view_.Log(NotWrittenLine(name));
     }
     view_.Log({});
 }
@@ -143,17 +142,17 @@ void TScaleRun::RunDeleteEverything(const std::vector<TScaleObj>& items,
         for (std::size_t i = 0; i < items.size(); ++i) {
             if (!marks.IsSet(i) || stop_.IsAbandoned()) continue;
             anyChecked = true;
-            EverythingInScale(items[i].Rec);
+            DeleteEverythingIn(items[i].Rec);
         }
         EndLog(anyChecked || stop_.IsAbandoned());
         view_.SetRunning(false);
     });
 }
 
-void TScaleRun::EverythingInScale(const TScaleRec& rec) {
+void TScaleRun::DeleteEverythingIn(const TScaleRec& rec) {
     const std::string name = rec.ScaleName.Str();
     LogStart(name);
-    // Each scale begins without a stop. A stop during the connecting counts for this scale.
+    // Each scale begins without a stop. A stop while it is being connected counts.
     stop_.TakeBack();
     bool succeeded = Connect(rec);
     if (succeeded) {
@@ -162,9 +161,7 @@ void TScaleRun::EverythingInScale(const TScaleRec& rec) {
     }
     session_.Close();
     if (!succeeded) view_.Log(session_.LastError);
-    view_.Log(std::string(succeeded ? "Успешно изтрити артикули от везна: "_cp1251
-                                    : "Грешка при изтриване артикули от везна: "_cp1251) +
-              name);
+    view_.Log(succeeded ? AllDeletedLine(name) : NotAllDeletedLine(name));
 }
 
 }  // namespace tolvane

@@ -17,13 +17,13 @@ namespace tolvane {
 
 class TRunMarks;
 
-// The articles of a run: a table that does not change while the run lives, and its rows in order.
+// The articles of a run: a table that does not change during the run, and its rows in order.
 struct TRunArticles {
     std::shared_ptr<const TArticleTable> table;
     std::vector<TRowId> rows;
 };
 
-// Works through the checked scales, one after another, and shows each step in the view. Runs on the
+// Processes the checked scales one after another and shows each step in the view. Runs on the
 // caller's thread, which should be a worker: it blocks for all exchanges and pauses. Throws
 // nothing: an error outside the scale layer goes to TRunView::ShowRunError and ends the run.
 class TScaleRun {
@@ -36,21 +36,21 @@ public:
     void RunListed(const std::vector<TScaleObj>& items, const TRunArticles& articles,
                    TLineChoices choices, bool write) noexcept;
     // DeleteBtn: deletes every article of the scales. The user may change the marks until the first
-    // scale is connected, so the run reads `marks` when it comes to an item, not Rec.Checked.
+    // scale is connected, so the run reads `marks` when it reaches an item, not Rec.Checked.
     void RunDeleteEverything(const std::vector<TScaleObj>& items, const TRunMarks& marks) noexcept;
 
 private:
     template <class Body>
     void Guarded(Body body) noexcept;
-    // Clears the log. Answers false and logs the reason when the list holds no scale.
+    // Clears the log. Returns false and logs the reason when the list holds no scale.
     bool BeginLog(const std::vector<TScaleObj>& items);
     void EndLog(bool anyChecked);
     void LogStart(const std::string& name);
-    // Sets the connection line and opens the scale; a failure is in session_.LastError.
+    // Shows the connection and opens the scale; the reason of a failure is in session_.LastError.
     bool Connect(const TScaleRec& rec);
-    void ListedInScale(const TScaleRec& rec, const TRunArticles& articles, TLineChoices choices,
+    void ProcessListed(const TScaleRec& rec, const TRunArticles& articles, TLineChoices choices,
                        bool write);
-    void EverythingInScale(const TScaleRec& rec);
+    void DeleteEverythingIn(const TScaleRec& rec);
 
     TRunView& view_;
     TRunStop& stop_;
@@ -59,7 +59,7 @@ private:
 };
 
 // The connection of a scale as ReadPropLabel shows it: the host and the port or speed. Only the
-// host when the connection type is unknown.
+// host for an unknown connection type.
 std::string ConnectionText(const TScaleRec& rec);
 
 }  // namespace tolvane

@@ -15,8 +15,8 @@
 namespace tolvane {
 
 // Works on one scale at a time: opens its driver, writes or deletes articles through it, closes it.
-// Blocks for all exchanges and pauses; used on the run's thread. A failed operation answers false
-// and leaves its text (code page 1251) in LastError; no operation throws.
+// Blocks for all exchanges and pauses; used on the run's thread. An operation that fails returns
+// false and leaves its text (code page 1251) in LastError; no operation throws.
 class TScaleSession {
 public:
     TScaleSession(TScaleFactory& factory, TClock& clock, TRunView& view, const TRunStop& stop,
@@ -24,19 +24,20 @@ public:
 
     std::string LastError;
 
-    // Makes the driver of a configured scale and opens it. Destroys the driver of the scale before.
-    // The session keeps the new driver also when it does not open.
+    // Makes the driver of a configured scale and opens it. Destroys the previous driver. The
+    // session keeps the new driver even if it does not open.
     bool InitComm(const TScaleRec& Rec);
-    // Runs a TWritePass over the article lines. False, with LastError as it was, without a driver.
+    // Runs a TWritePass over the article lines. Without a driver, returns false and leaves
+    // LastError as it was.
     bool ProcessUpload(const std::vector<std::string>& Lines, const TScaleRec& Rec);
     // Runs a TDeletePass: over the article lines or, without any line, over every article of the
-    // scale. False, with LastError as it was, without a driver.
+    // scale. Without a driver, returns false and leaves LastError as it was.
     bool ProcessDelete(const std::vector<std::string>& Lines);
     // Destroys the driver, which closes its channel.
     void Close() noexcept { driver_.reset(); }
 
 private:
-    // Of the driver, which there must be.
+    // There must be a driver.
     TPassParts Parts() const;
 
     TScaleFactory& factory_;

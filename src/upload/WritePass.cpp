@@ -11,24 +11,12 @@
 #include "text/Failure.h"
 #include "upload/ArticleLine.h"
 #include "upload/ArticleWriter.h"
+#include "upload/LogLines.h"
 
 namespace tolvane {
 namespace {
 
 constexpr std::string_view kStopped = "Операцията прекратена от петребителя."_cp1251;
-
-std::string_view VersionPrefix(std::int32_t scaleType) {
-    switch (scaleType) {
-        case kScaleTypeEvl:
-            return "   Везна EVL - Ver: "_cp1251;
-        case kScaleTypeEts:
-            return "   Везна ETS - Ver: "_cp1251;
-        case kScaleTypeS300:
-            return "   Везна S300 - Ver: "_cp1251;
-        default:
-            return {};
-    }
-}
 
 std::string ProgressText(const TPLUD& plu) {
     std::string text("Запис артикул: "_cp1251);
@@ -65,14 +53,12 @@ void TWritePass::WriteLines(const std::vector<std::string>& lines) {
             ++written;
     }
     mode_.Leave();
-    parts_.view.Log(std::string("   Брой записани артикули: "_cp1251) + std::to_string(written));
+    parts_.view.Log(WrittenCountLine(written));
 }
 
 void TWritePass::LogVersion(const TScaleVersion& version) {
-    const std::string_view prefix = VersionPrefix(rec_.ScaleType);
-    if (prefix.empty()) return;
-    parts_.view.Log(std::string(prefix) + version.text + "; Max.PLU: " +
-                    std::to_string(version.maxPlu) + "; Mode: " + std::to_string(version.mode));
+    const std::string line = WriteVersionLine(rec_.ScaleType, version);
+    if (!line.empty()) parts_.view.Log(line);
 }
 
 bool TWritePass::WriteArticle(TArticleWriter& writer) {

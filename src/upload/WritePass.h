@@ -21,21 +21,21 @@ public:
     // The failure's text (code page 1251), with the article at which the pass ended.
     std::string LastError;
 
-    // Writes the article lines in order. Skips a line that is not whole, an article whose number
-    // the scale does not have, and one without a price. Answers false after a failure or a stop and
-    // leaves the text in LastError; the scale then stays in programming mode. Throws nothing.
+    // Writes the article lines in order. Skips an incomplete line, an article whose number the
+    // scale does not have, and an article without a price. Returns false after a failure or a stop
+    // and leaves the text in LastError; the scale then stays in programming mode. Throws nothing.
     bool Run(const std::vector<std::string>& lines);
 
 private:
     void WriteLines(const std::vector<std::string>& lines);
     void LogVersion(const TScaleVersion& version);
-    // Writes plu_; false when the scale does not take it.
+    // Writes plu_; returns false for an article that is skipped.
     bool WriteArticle(TArticleWriter& writer);
 
     TPassParts parts_;
     const TScaleRec& rec_;
     TProgrammingMode mode_;
-    TPLUD plu_;  // the article in work
+    TPLUD plu_;  // the article that is being written
 };
 
 }  // namespace tolvane

@@ -7,23 +7,24 @@
 
 namespace tolvane {
 
-// A list of lines with check boxes (a list view of kind CheckList). A light handle, not an owner.
+// A list of lines with check boxes (a list view of kind CheckList). A plain handle, not an owner.
+// Lines count from 0. Interface thread.
 class TCheckList {
 public:
     explicit TCheckList(HWND list) noexcept : list_(list) {}
 
     int Count() const;
     void Clear();
-    // The new line's index.
+    // Adds a line at the end and returns its index.
     int Add(std::string_view text, bool checked = false);
     std::string Text(int index) const;
     bool IsChecked(int index) const;
     void SetChecked(int index, bool checked);
-    // The line with the focus, or -1.
+    // The line that has the focus, or -1.
     int Current() const;
     void SetCurrent(int index);
     void Remove(int index);
-    // Takes a line out and puts it at the other's place, with its check.
+    // Takes a line out, with its check mark, and inserts it at the other index.
     void Move(int from, int to);
 
 private:

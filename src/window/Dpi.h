@@ -6,8 +6,8 @@
 
 namespace tolvane {
 
-// Sizes in this program are for 96 dots per inch; this converts them into the pixels of the
-// system's resolution.
+// Converts sizes, which this program gives for 96 dots per inch, into pixels of the system's
+// resolution, and back.
 class TDpi {
 public:
     explicit TDpi(int dotsPerInch) noexcept : dotsPerInch_(dotsPerInch) {}
@@ -31,8 +31,8 @@ struct TBounds {
 
 // The module's font: Tahoma of 8 points, or of another pixel height at 96 dots per inch.
 TOwnedFont MakeFont(TDpi dpi, bool bold = false, int pixelHeight = 0);
-// The font that the user has chosen for lists in the system; the module's own where the system has
-// none.
+// The font that the user has chosen for lists in the system; the module's own where there is no
+// such setting.
 TOwnedFont MakeListFont(TDpi dpi);
 // Height in pixels of a line of text in the font.
 int TextHeight(HFONT font);

@@ -6,15 +6,16 @@
 
 namespace tolvane {
 
-// Flat buttons are owner-drawn; a form draws them by itself. What they look like beyond their text
-// and font is kept as window properties.
+// Flat buttons are drawn by their form. Their arrow and icon are kept as window properties.
+// Interface thread.
 
-// A small arrow at the right edge (alone in the middle when the button has no text).
+// Sets whether the button has a small arrow: at its right edge, or in the middle of a button
+// without text.
 void SetFlatButtonArrow(HWND button, bool arrow);
-// An icon in front of the text; the button does not own it.
+// Sets the icon in front of the text. The button does not own it.
 void SetFlatButtonIcon(HWND button, HICON icon);
 void DrawFlatButton(const DRAWITEMSTRUCT& item, TDpi dpi);
-// Before the button goes.
+// Removes the properties; for when the button is being destroyed.
 void RemoveFlatButtonLook(HWND button) noexcept;
 
 }  // namespace tolvane

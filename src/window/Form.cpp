@@ -108,7 +108,8 @@ HWND TForm::Control(std::string_view name) const {
 }
 
 void TForm::Place(HWND control, const TBounds& bounds) const {
-    // A control that moves to where a neighbour was must not bring that one's picture along.
+    // Without SWP_NOCOPYBITS, a control that moves to where its neighbour was could keep the
+    // neighbour's picture.
     SetWindowPos(control, nullptr, dpi_.Scale(bounds.x), dpi_.Scale(bounds.y),
                  dpi_.Scale(bounds.width), dpi_.Scale(bounds.height),
                  SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOCOPYBITS);
@@ -155,7 +156,7 @@ LRESULT TForm::HandleMessage(const TMessage& message) {
             return HandleCommand(message);
         case WM_NOTIFY: {
             auto& header = *reinterpret_cast<NMHDR*>(message.lParam);
-            // An MDI child gets no message when its frame goes to the back.
+            // An MDI child gets no message of its own when its frame loses the focus.
             if (header.code == NM_KILLFOCUS) lastFocus_ = header.hwndFrom;
             return OnNotify(header);
         }

@@ -27,7 +27,7 @@ struct TFormOptions {
     int clientHeight = 0;
     int minWidth = 0;
     int minHeight = 0;
-    // Centred on the owner itself and not on its top-level window.
+    // Whether the form is centred on the owner itself instead of its top-level window.
     bool overOwner = false;
 };
 
@@ -38,28 +38,29 @@ class TForm : public TWindow {
 public:
     ~TForm() override;
 
-    // Shows the form until it is closed and returns its modal result (IDCANCEL for the close box,
-    // Esc, and when the form or the program ends meanwhile). The thread's other windows are
-    // disabled for that time. The window stays (hidden) until the object goes or Destroy is called.
+    // Shows the form until it is closed and returns its modal result: IDCANCEL for the close box
+    // and Esc, and when the form is destroyed or the program ends. Disables the thread's other
+    // windows for that time. Afterwards the window is hidden; it exists until the object is
+    // destroyed or Destroy is called.
     int ShowModal();
     // Ends ShowModal with the result, unless CanClose refuses.
     void EndModal(int result);
-    // What the close box does: a modal form ends with IDCANCEL, any other is destroyed, if CanClose
-    // agrees and after OnClose.
+    // Does what the close box does, if CanClose allows it: ends a modal form with IDCANCEL, and
+    // destroys any other form after OnClose.
     void Close();
     bool IsModal() const noexcept { return modal_; }
 
     const TDpi& Dpi() const noexcept { return dpi_; }
     HFONT Font() const noexcept { return font_.Get(); }
     HFONT BoldFont() const noexcept { return boldFont_.Get(); }
-    // The control with the component name; throws TWindowError when there is none.
+    // The control with the component name; throws TWindowError when the form has no such control.
     HWND Control(std::string_view name) const;
 
-    // For the form itself and for the classes that it is made of.
+    // The next functions are for the form itself and for the classes that it consists of.
 
     // Makes a control; throws TWindowError.
     HWND AddControl(const TControlOptions& options);
-    // AddControl with the options that most controls need; the names are component names.
+    // AddControl with the options that most controls need.
     HWND Add(TControlKind kind, const char* name, std::string_view text, const TBounds& bounds,
              DWORD style = 0);
     HWND AddLabel(const char* name, std::string_view text, const TBounds& bounds, DWORD style = 0);
@@ -77,11 +78,11 @@ public:
     // The client area at 96 dots per inch, rounded down.
     SIZE ClientSize() const;
 
-    // Any thread, through a copy of the queue: work for the interface thread, in order.
+    // Runs work on the interface thread, in order. Other threads use a copy of the queue.
     TPostQueue& Queue() noexcept { return queue_; }
 
-    // Handles a WM_KEYDOWN on its way to this form or to a control of it. Returns whether the key
-    // is used up.
+    // Handles a WM_KEYDOWN for this form or a control of it, before the control gets it. Returns
+    // whether the control must not get it.
     bool HandleKeyDown(MSG& message);
 
 protected:
@@ -92,20 +93,21 @@ protected:
     // Makes and shows an MDI child; `mdiClient` is the frame's window of class "MDIClient".
     void MakeMdiChild(const TFormOptions& options, HWND mdiClient);
 
-    // Reactions; the base class does nothing unless its line says otherwise.
-    virtual void OnSize() {}  // after every change of size: place the controls
-    virtual void OnShow() {}  // ShowModal, before the window is seen
+    // What happens to the form. The base class does nothing, except where a comment says otherwise.
+    virtual void OnSize() {}  // after every change of size: arrange the controls
+    virtual void OnShow() {}  // in ShowModal, before the window appears
     virtual bool CanClose(int /*result*/) { return true; }
-    virtual void OnClose() {}    // the form is about to be destroyed by Close
-    virtual void OnDestroy() {}  // WM_DESTROY, however it came
-    // Commands that no control's action took: menu items, posted commands.
+    virtual void OnClose() {}    // before Close destroys the form
+    virtual void OnDestroy() {}  // on WM_DESTROY, whoever destroys the form
+    // Commands without an action of a control: menu items, posted commands.
     virtual void OnCommand(int /*id*/, int /*code*/, HWND /*control*/) {}
     virtual LRESULT OnNotify(NMHDR& /*header*/) { return 0; }
-    // A key before anything else sees it; true when handled. Modifiers as in GetKeyState.
+    // A key, before anything else handles it. Returns whether it is handled.
     virtual bool OnKey(UINT /*virtualKey*/, HWND /*focus*/) { return false; }
-    // Esc. The base clicks the cancel button if there is an enabled one, else closes a modal form.
+    // The Esc key. The base class clicks the cancel button if it is enabled; without such a button
+    // it closes a modal form.
     virtual void OnCancel();
-    // A system setting changed (colours, fonts).
+    // A setting of the system has changed: colours, fonts.
     virtual void OnSettingChange() {}
 
     LRESULT HandleMessage(const TMessage& message) override;
@@ -115,7 +117,7 @@ private:
     LRESULT HandleCommand(const TMessage& message);
     LRESULT HandleMinMax(const TMessage& message);
     LRESULT HandleFocus(const TMessage& message);
-    // The same for any message of the loop; catches and shows what is thrown.
+    // Does so for any message of the loop; shows what HandleKeyDown throws.
     bool HandleKeyMessage(MSG& message);
     bool MoveFocus(HWND focus, bool back);
     bool PressEnter(HWND focus);
@@ -138,11 +140,12 @@ private:
     bool mdiChild_ = false;
 };
 
-// The message that makes a form run its queue.
+// Makes a form run its queue.
 inline constexpr UINT kRunQueueMessage = WM_APP + 1;
-// The message by which the key hook hands a key on (lParam: MSG*); answers TRUE when it is done.
+// From the key hook: a key for the form (lParam: MSG*). The result is TRUE when the form has
+// handled it.
 inline constexpr UINT kHookKeyMessage = WM_APP + 2;
-// Forms may use messages from here on.
+// The first message number that forms may use for themselves.
 inline constexpr UINT kFirstFormMessage = WM_APP + 16;
 
 // Whether a key was down when the message that is being handled was posted.

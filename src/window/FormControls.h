@@ -37,19 +37,19 @@ struct TControlOptions {
     std::string_view text{};     // code page 1251
     TBounds bounds{};            // at 96 dots per inch
     DWORD style = 0;             // added to the kind's own style
-    // Buttons: the click. Combo lists and list boxes: another item was chosen by the user.
+    // What a click on a button does, or the choice of another item in a combo list or list box.
     std::function<void()> action{};
-    // IDOK makes the default button (Enter), IDCANCEL the cancel button (Esc); 0 gives a number.
+    // IDOK makes a button the default one (Enter), IDCANCEL the cancel button (Esc); for 0 the form
+    // picks a number.
     int id = 0;
 };
 
-// Makes a control of a form, with a component name; throws TWindowError. Buttons and lists report
-// to `parent` with the number `id`. The action is the form's business. Interface thread, as for
-// everything below.
+// Makes a control that reports to `parent` with the number `id`. Ignores the action, which the form
+// keeps. Throws TWindowError. Interface thread, as all functions below.
 HWND MakeControl(HWND parent, int id, TDpi dpi, HFONT font, const TControlOptions& options);
 
-// Appends a line to a memo and scrolls to it. While text is selected there, the user is reading:
-// the selection and the lines in view then stay.
+// Appends a line to a memo and scrolls to it. While a text is selected, the user is reading: the
+// selection and the visible lines then stay.
 void AppendLine(HWND memo, std::string_view text);
 // The items of a combo list.
 void AddComboItem(HWND combo, std::string_view text);

@@ -1,5 +1,6 @@
 #include <exception>
 
+#include "text/Failure.h"
 #include "window/Form.h"
 #include "window/MessageBoxes.h"
 
@@ -37,7 +38,7 @@ bool TForm::PressEnter(HWND focus) {
     const bool pushes = (code & DLGC_BUTTON) != 0 && (code & DLGC_RADIOBUTTON) == 0;
     const HWND button = pushes ? focus : GetDlgItem(Handle(), IDOK);
     if (button == nullptr || IsWindowEnabled(button) == 0) return false;
-    // A click would take the focus, and the field that has it would settle what was typed.
+    // BM_CLICK would move the focus, and the field that loses it would correct the typed text.
     if (pushes)
         SendMessageW(button, BM_CLICK, 0, 0);
     else
@@ -62,7 +63,7 @@ bool TForm::HandleKeyDown(MSG& message) {
             OnCancel();
             return true;
         default:
-            // Between the buttons of a group; every other control has its own use for arrows.
+            // Arrows move between the buttons of a group. Every other control uses them itself.
             return IsArrow(key) && (DialogCode(focus) & DLGC_BUTTON) != 0 &&
                    IsDialogMessageW(Handle(), &message) != 0;
     }
@@ -74,11 +75,11 @@ bool TForm::HandleKeyMessage(MSG& message) {
     const TKeep keep(*this);
     try {
         if (HandleKeyDown(message)) return true;
-        // Underlined letters.
+        // The underlined letters of captions.
         return message.message == WM_SYSCHAR && Handle() != nullptr &&
                IsDialogMessageW(Handle(), &message) != 0;
     } catch (const std::exception& error) {
-        ShowError(Handle(), error.what());
+        ShowError(Handle(), MessageOf(error));
         return true;
     }
 }

@@ -5,7 +5,7 @@
 namespace tolvane {
 namespace {
 
-// Disables the thread's visible top-level windows, all but one, and enables them again.
+// Disables all visible top-level windows of the thread but one, and enables them again.
 class TDisabledWindows {
 public:
     explicit TDisabledWindows(HWND except) : except_(except) {
@@ -55,7 +55,7 @@ int TForm::ShowModal() {
     disabled.Enable();
     if (Handle() != nullptr) ShowWindow(Handle(), SW_HIDE);
     if (owner != nullptr && IsWindow(owner) != 0) SetActiveWindow(owner);
-    // The owner would give it to the first control of its active child.
+    // The owner would give the focus to the first control of its active child.
     if (IsWindowVisible(focusBefore) != 0 && IsWindowEnabled(focusBefore) != 0)
         SetFocus(focusBefore);
     return modalResult_ != 0 ? modalResult_ : IDCANCEL;

@@ -8,8 +8,7 @@
 
 namespace tolvane {
 
-// Owners of what the window system and its neighbours give out. A null value means no handle,
-// except where the traits say otherwise.
+// Owners of the handles that Windows gives out. A null handle is no handle.
 
 template <class Handle, auto GiveBack>
 struct THandleTraits {
@@ -42,7 +41,8 @@ using TOwnedKernelObject = TOwned<THandleTraits<HANDLE, &CloseHandle>>;
 using TOwnedGlobalMemory = TOwned<THandleTraits<HGLOBAL, &GlobalFree>>;
 using TOpenClipboard = TOwned<TClipboardTraits>;
 
-// Locks a global block for the length of a block of code; null when it cannot be locked.
+// Locks a global memory block until the end of a scope. Get returns null when it could not be
+// locked.
 template <class Content>
 class TLockedGlobal {
 public:
@@ -61,7 +61,7 @@ private:
     Content* content_;
 };
 
-// Begins and ends the painting of a window, also when it fails.
+// Paints a window: begins in the constructor and ends in the destructor.
 class TPainting {
 public:
     explicit TPainting(HWND window) noexcept : window_(window), dc_(BeginPaint(window, &paint_)) {}
@@ -76,7 +76,7 @@ private:
     HDC dc_;
 };
 
-// The device context of a window (or of the screen), given back at the end of the block.
+// The device context of a window, or of the screen for null. Releases it in the destructor.
 class TWindowDc {
 public:
     explicit TWindowDc(HWND window) noexcept : window_(window), dc_(GetDC(window)) {}
@@ -90,7 +90,7 @@ private:
     HDC dc_;
 };
 
-// Selects an object into a device context for the length of a block.
+// Selects an object into a device context until the end of a scope.
 class TSelected {
 public:
     TSelected(HDC dc, HGDIOBJ object) noexcept : dc_(dc), old_(SelectObject(dc, object)) {}

@@ -29,7 +29,7 @@ public:
         SendMessageW(edit_, EM_SETSEL, 0, -1);
     }
 
-    // The text is read while the window is there, whatever happens to it later.
+    // Reads the text while the window exists.
     std::optional<std::string> Ask() {
         if (ShowModal() != IDOK || Handle() == nullptr) return std::nullopt;
         return WindowText(edit_);

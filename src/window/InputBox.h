@@ -8,7 +8,8 @@
 
 namespace tolvane {
 
-// Asks for one line of text, code page 1251; nothing when the user cancels or the owner goes.
+// Asks the user for a line of text; texts are code page 1251. Returns nothing when the user cancels
+// or the owner is destroyed. Throws TWindowError. Interface thread.
 std::optional<std::string> AskText(HWND owner, std::string_view title, std::string_view prompt,
                                    std::string_view initial = {});
 

@@ -24,7 +24,7 @@ bool MenuOrMoveIsOn() {
 bool OfferKey(MSG& message) {
     const TWindow* window = OwnWindowAround(message.hwnd);
     if (window == nullptr || window->Handle() == nullptr || MenuOrMoveIsOn()) return false;
-    // Through the window procedure: it keeps the form alive and ends exceptions.
+    // Through the window procedure, which keeps the form alive and catches exceptions.
     return SendMessageW(window->Handle(), kHookKeyMessage, 0, reinterpret_cast<LPARAM>(&message)) !=
            0;
 }
@@ -39,7 +39,7 @@ LRESULT CALLBACK TKeyHook::Procedure(int code, WPARAM wParam, LPARAM lParam) noe
     auto& message = *reinterpret_cast<MSG*>(lParam);
     if (code == HC_ACTION && wParam == PM_REMOVE && message.message == WM_KEYDOWN &&
         OfferKey(message)) {
-        // The key is done with; what the host's loop gets means nothing to any window.
+        // The form has handled the key: the host's loop gets a message that does nothing.
         message.message = WM_NULL;
         message.wParam = 0;
         message.lParam = 0;

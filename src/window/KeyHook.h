@@ -6,13 +6,12 @@
 
 namespace tolvane {
 
-// While it lives, keys that the thread's message loop fetches for a non-modal form of this module
-// (or a control of it) are offered to the form first, so that they work in a host whose loop knows
-// nothing of the form. Menus and the moving of windows keep their keys. Several hooks of one thread
-// exist side by side.
+// Offers a non-modal form of this module the keys that the thread's message loop retrieves for the
+// form or its controls, so that they work although the host's loop does not know the form. Keys of
+// menus, and keys that move a window, are not offered. A thread may have several hooks.
 class TKeyHook {
 public:
-    // Interface thread. Without a hook (the system refused it) the form still works by mouse.
+    // Interface thread. If the system refuses the hook, the form still works with the mouse.
     void Install() noexcept;
     void Remove() noexcept { hook_.Reset(); }
 

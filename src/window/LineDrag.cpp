@@ -80,9 +80,10 @@ int TLineDrag::TargetAt(POINT point) const {
     return line == line_ ? -1 : line;
 }
 
-// The list view would wait for the mouse in a loop of its own, and change a check box at once.
+// The list view itself would wait for the mouse in its own message loop, and change a check box at
+// once.
 bool TLineDrag::Press(WPARAM buttons, POINT point) {
-    // The buttons' state covers Ctrl and Shift, not Alt.
+    // `buttons` also tells of Ctrl and Shift, but not of Alt.
     if (buttons != MK_LBUTTON || GetKeyState(VK_MENU) < 0) return false;
     LVHITTESTINFO hit{};
     hit.pt = point;
@@ -127,7 +128,7 @@ void TLineDrag::Cancel() noexcept {
     if (GetCapture() == list_) ReleaseCapture();
 }
 
-// Lines that are out of sight are reached by dragging beyond the list's edge.
+// Dragging beyond the list's edge scrolls, to reach lines that are not visible.
 void TLineDrag::ScrollAtEdge() {
     RECT client{};
     RECT line{};

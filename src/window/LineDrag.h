@@ -6,10 +6,10 @@
 
 namespace tolvane {
 
-// Lets the user drag the lines of a check list to other places, by their text or their check box,
-// and move the current line with Ctrl and the up and down arrows. The lines stay where they are;
-// `moved` is to move them. A click on a check box that became no drag ticks it when the button goes
-// up. Belongs to the form that has the list, and goes before it.
+// Lets the user move the lines of a check list: drag them by their text or check box, or move the
+// current line with Ctrl and the up and down arrows. It only calls `moved`, which must move the
+// line. A click on a check box changes it when the button is released without a drag. The form that
+// has the list owns this object and destroys it before the list. Interface thread.
 class TLineDrag {
 public:
     using TMoved = std::function<void(int from, int to)>;
@@ -20,13 +20,13 @@ public:
     ~TLineDrag();
 
     bool IsDragging() const noexcept { return dragging_; }
-    // Ends a drag without a drop.
+    // Ends a drag without moving the line.
     void Cancel() noexcept;
 
 private:
     static LRESULT CALLBACK ListProcedure(HWND list, UINT id, WPARAM wParam, LPARAM lParam,
                                           UINT_PTR subclass, DWORD_PTR drag) noexcept;
-    // True when the list is not to see the message.
+    // Returns whether the list must not get the message.
     bool Handle(UINT id, WPARAM wParam, LPARAM lParam);
     bool Press(WPARAM buttons, POINT point);
     void Move(POINT point);

@@ -6,14 +6,14 @@
 
 namespace tolvane {
 
-// Message boxes with texts in code page 1251. The owner may be null; the box is modal to it and
-// returns when it is answered.
+// Message boxes with texts in code page 1251. The owner may be null. Each function returns when the
+// user has closed the box. Interface thread.
 
 void ShowError(HWND owner, std::string_view text);
 void ShowInformation(HWND owner, std::string_view text);
 void ShowWarning(HWND owner, std::string_view text);
-// A warning with Yes and No; true for Yes. Enter answers No, and a box that cannot be shown counts
-// as No.
+// Shows a warning with Yes and No and returns whether the user chose Yes. No is the default button;
+// a box that cannot be shown counts as No.
 bool AskWarning(HWND owner, std::string_view text);
 
 }  // namespace tolvane

@@ -24,7 +24,7 @@ BOOL CALLBACK TakeFirst(HWND window, LPARAM found) {
     return FALSE;
 }
 
-// Any window of the thread will do when the frame has gone.
+// If the frame has been destroyed, any other window of the thread serves.
 HWND WindowOf(const TRelease& release) {
     HWND window = release.uiWindow;
     if (IsWindow(window) != 0) return window;
@@ -33,7 +33,7 @@ HWND WindowOf(const TRelease& release) {
     return window;
 }
 
-// The message is answered when the thread of the window fetches messages, that is, when this
+// SendMessageTimeout returns when the window's thread retrieves messages, that is, when this
 // module's code is no longer on its stack.
 DWORD WINAPI ReleaseModule(void* parameter) {
     const HMODULE module = ModuleInstance();
@@ -60,7 +60,7 @@ TModuleHold::TModuleHold(HWND uiWindow) noexcept
 
 TModuleHold::~TModuleHold() {
     if (module_ == nullptr) return;
-    // Without the helper the hold stays: a module that is never unloaded does no harm.
+    // Without the helper the module stays loaded, which does no harm.
     std::unique_ptr<TRelease> release(new (std::nothrow) TRelease{uiWindow_, uiThread_});
     if (!release) return;
     const TOwnedKernelObject thread(CreateThread(nullptr, kHelperStack, ReleaseModule,

@@ -7,12 +7,12 @@ namespace tolvane {
 // The DLL or program that this code is linked into (not the process that loaded it).
 HINSTANCE ModuleInstance() noexcept;
 
-// The number of the module's icon resource; forms carry it when it is there.
+// The number of the module's icon resource, which forms show if the module has it.
 inline constexpr int kModuleIcon = 1;
 
-// Keeps this module in memory while it lives, so that a host that unloads it too early does not
-// take the code from under an open window. Giving the last hold back happens on a helper thread,
-// after this thread has returned to its message loop; `uiWindow` is a window of it.
+// Keeps this module loaded as long as the object exists, so that a host that unloads it too early
+// does not remove the code of an open window. A helper thread releases the module after this thread
+// has returned to its message loop; `uiWindow` is a window of this thread.
 class TModuleHold {
 public:
     explicit TModuleHold(HWND uiWindow) noexcept;

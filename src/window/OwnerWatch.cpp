@@ -7,7 +7,7 @@
 namespace tolvane {
 namespace {
 
-// An owner may be watched for several windows at a time.
+// Several watches may watch one owner.
 UINT_PTR NumberOf(const TOwnerWatch& watch) {
     return reinterpret_cast<UINT_PTR>(&watch);
 }

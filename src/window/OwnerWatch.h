@@ -6,8 +6,8 @@ namespace tolvane {
 
 class TWindow;
 
-// While it lives, `window` is destroyed when `owner` is, although the system owner of a popup is
-// always a top-level window. Interface thread; both windows belong to it.
+// Destroys `window` when `owner` is destroyed. The system does that only for a top-level owner.
+// Interface thread; both windows belong to it.
 class TOwnerWatch {
 public:
     TOwnerWatch(HWND owner, TWindow& window) noexcept;

@@ -9,7 +9,7 @@ bool IsMdiChild(HWND window) {
     return (GetWindowLongW(window, GWL_STYLE) & WS_CHILD) != 0;
 }
 
-// Whether enough of a title bar would be seen to take hold of it.
+// Whether enough of the title bar would be visible to drag it.
 bool IsInSight(HWND window, const RECT& outer) {
     const int title = GetSystemMetrics(SM_CYCAPTION);
     const RECT grip{outer.left, outer.top, outer.right, outer.top + title};
@@ -29,7 +29,7 @@ RECT OuterNow(HWND window) {
     return outer;
 }
 
-// Where a maximized window goes when it is restored; it stays maximized until then.
+// Sets where a maximized window goes when it is restored; it stays maximized until then.
 void SetPlaceToRestore(HWND window, const RECT& outer) {
     MINMAXINFO limits{};
     SendMessageW(window, WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&limits));
@@ -43,7 +43,7 @@ void SetPlaceToRestore(HWND window, const RECT& outer) {
     placement.rcNormalPosition = normal;
     placement.showCmd = SW_SHOWMAXIMIZED;
     SetWindowPlacement(window, &placement);
-    // Some systems bring a maximized window's hidden edges into sight with that.
+    // On some systems that call makes a maximized window's hidden edges visible.
     SetWindowPos(window, nullptr, now.left, now.top, now.right - now.left, now.bottom - now.top,
                  SWP_NOZORDER | SWP_NOACTIVATE);
 }
@@ -58,7 +58,7 @@ TPlacement PlacementOf(HWND window) {
     GetWindowPlacement(window, &placement);
     result.outer = placement.rcNormalPosition;
     if (result.maximized || IsIconic(window) != 0) return result;
-    // The normal position of a window on the screen leaves the task bar out.
+    // rcNormalPosition of a top-level window does not count the task bar.
     result.outer = OuterNow(window);
     return result;
 }

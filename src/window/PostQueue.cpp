@@ -15,7 +15,7 @@ struct TPostQueue::TState {
     std::deque<TTask> tasks;
     HWND window = nullptr;
     UINT message = 0;
-    bool announced = false;  // a message or a timer is under way, or Run is at work
+    bool announced = false;  // a message or a timer is on its way, or Run is working
 
     bool IsOwnThread() const {
         return GetWindowThreadProcessId(window, nullptr) == GetCurrentThreadId();
@@ -23,8 +23,8 @@ struct TPostQueue::TState {
     bool SetContinueTimer() const {
         return calls.setTimer(window, message, USER_TIMER_MINIMUM, &Continue) != 0;
     }
-    // A timer must belong to the calling thread. A message that is sent from another thread needs
-    // no room in the queue of the posted ones.
+    // A timer must belong to the calling thread. From another thread a sent message serves: it
+    // needs no room in the queue of posted messages.
     bool BringLater() const {
         if (calls.postMessage(window, message, 0, 0) != 0) return true;
         return IsOwnThread() ? SetContinueTimer()
@@ -45,8 +45,8 @@ struct TPostQueue::TState {
             if (GetTickCount() - start >= kSliceMs) return;
         }
     }
-    // After a slice. What is left waits for a timer: a posted message would come before all that
-    // the user does and before every painting. False: work is left, and nothing brings it later.
+    // After a slice. The work that is left waits for a timer: a posted message would come before
+    // all input and painting. Returns false when work is left and the window cannot be reached.
     bool EndSlice() {
         const std::lock_guard lock(mutex);
         const bool isWaiting = window != nullptr && !tasks.empty();
@@ -54,7 +54,8 @@ struct TPostQueue::TState {
             isWaiting && (SetContinueTimer() || calls.postMessage(window, message, 0, 0) != 0);
         return announced || !isWaiting;
     }
-    // The message is sent to the timer's own thread: it runs at once, whatever the queue holds.
+    // The message is sent within the timer's own thread, so it is handled at once, before posted
+    // messages.
     static void CALLBACK Continue(HWND timerWindow, UINT, UINT_PTR runMessage, DWORD) {
         KillTimer(timerWindow, runMessage);
         SendMessageW(timerWindow, static_cast<UINT>(runMessage), 0, 0);
@@ -67,7 +68,7 @@ void TPostQueue::Attach(HWND window, UINT message) {
     const std::lock_guard lock(state_->mutex);
     state_->window = window;
     state_->message = message;
-    // What was under way to an earlier window has gone with it.
+    // A message to an earlier window was lost with that window.
     state_->announced = false;
 }
 
@@ -99,7 +100,7 @@ bool TPostQueue::Announce() {
 }
 
 void TPostQueue::Run() {
-    // A task may end the window that owns the queue.
+    // A task may destroy the window that owns the queue.
     const std::shared_ptr<TState> state = state_;
     std::exception_ptr failure;
     do {

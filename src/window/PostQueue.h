@@ -7,33 +7,33 @@
 
 namespace tolvane {
 
-// The system calls that bring a queue's work to its window. Any of them may fail: a thread's
-// message queue can be full, the system can be out of timers.
+// The system calls that a queue uses to reach its window. Any of them may fail: a thread's message
+// queue can be full, the system can run out of timers.
 struct TQueueCalls {
     decltype(&PostMessageW) postMessage = &PostMessageW;
     decltype(&SendNotifyMessageW) sendNotifyMessage = &SendNotifyMessageW;
     decltype(&SetTimer) setTimer = &SetTimer;
 };
 
-// Carries work from any thread to the thread of a window, in the order of posting. Copies share one
-// queue. Work that is posted after Detach is dropped.
+// Runs work that any thread posts on the thread of a window, in the order of posting. Copies share
+// one queue. Work posted after Detach is dropped.
 class TPostQueue {
 public:
     using TTask = std::function<void()>;
 
     explicit TPostQueue(const TQueueCalls& calls = {});
 
-    // Interface thread: `window` receives `message` when there is work, and answers it with Run.
+    // Interface thread: `window` receives `message` when there is work, and must then call Run.
     void Attach(HWND window, UINT message);
     void Detach() noexcept;
-    // Any thread. On the interface thread the work runs at once when nothing can bring it later. On
-    // another one, false means that the work waits for a later Post or Announce.
+    // Any thread. If the window cannot be reached: on the interface thread the work runs at once;
+    // on another thread the result is false, and the work waits for the next Post or Announce.
     bool Post(TTask task);
-    // Tries again to bring what waits to the window; false when that failed.
+    // Tries again to reach the window; false when that failed.
     bool Announce();
-    // Interface thread: runs what is waiting, at most about 10 ms in one go (the rest follows with
-    // the next message, so that the window stays alive; or now, when there can be no next message).
-    // Throws the first exception that a task has thrown.
+    // Interface thread: runs the waiting work for about 10 ms. The rest runs with a later message,
+    // so that the window stays responsive; if there can be no later message, it runs now. Throws
+    // the first exception that a task has thrown.
     void Run();
 
 private:

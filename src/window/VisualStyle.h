@@ -7,8 +7,9 @@ namespace tolvane {
 // The number of the manifest resource that asks for version 6 of the common controls.
 inline constexpr int kVisualStyleManifest = 2;
 
-// While it lives, windows that this thread creates get the themed common controls of this module's
-// manifest, whatever the host uses. Without the resource or the controls the plain ones are used.
+// While it exists, windows that this thread creates use the themed common controls of this module's
+// manifest, independently of the host. Without that resource or those controls they use the plain
+// ones.
 class TVisualStyleScope {
 public:
     TVisualStyleScope() noexcept;
@@ -23,7 +24,7 @@ private:
 
 // The version of the common controls that windows created now would get: 5 or 6.
 int CommonControlsVersion() noexcept;
-// Registers the classes of the common controls; call before the first list view or progress bar.
+// Registers the classes of the common controls. Must be called before the first of them is made.
 void InitCommonControlClasses() noexcept;
 
 }  // namespace tolvane

@@ -7,7 +7,8 @@
 
 namespace tolvane {
 
-// Code page 1251 to the UTF-16 of the Win32 calls and back ('?' for what the code page lacks).
+// Convert between code page 1251 and the UTF-16 of the Win32 calls; a character that the code page
+// lacks becomes '?'.
 std::wstring Wide(std::string_view text);
 std::string Narrow(std::wstring_view text);
 

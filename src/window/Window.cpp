@@ -18,7 +18,7 @@ constexpr const wchar_t* kNameProperty = L"ComponentName";
 
 void* CreationParameter(HWND window, LPARAM lParam) {
     const void* parameter = reinterpret_cast<const CREATESTRUCTW*>(lParam)->lpCreateParams;
-    // An MDI child's parameter comes wrapped.
+    // For an MDI child, the parameter is inside an MDICREATESTRUCT.
     if ((GetWindowLongW(window, GWL_EXSTYLE) & WS_EX_MDICHILD) != 0)
         return reinterpret_cast<void*>(static_cast<const MDICREATESTRUCTW*>(parameter)->lParam);
     return const_cast<void*>(parameter);
@@ -45,7 +45,7 @@ BOOL CALLBACK CompareName(HWND window, LPARAM parameter) {
 
 TWindow::~TWindow() {
     if (handle_ == nullptr) return;
-    // The object's own handlers are gone already.
+    // The derived object's handlers no longer exist.
     RemoveComponentNames(handle_);
     SetWindowLongPtrW(handle_, GWLP_USERDATA, 0);
     DestroyWindow(handle_);
@@ -165,7 +165,7 @@ HWND FindComponent(HWND parent, std::string_view name) {
 namespace {
 
 void Pump(UINT kinds) {
-    // A window that never validates itself would keep the queue busy for ever.
+    // Without a limit, a window that never validates itself would keep this loop going for ever.
     constexpr DWORD kPatienceMs = 250;
     const DWORD start = GetTickCount();
     MSG message{};

@@ -7,7 +7,7 @@
 
 namespace tolvane {
 
-// A window or another system object could not be made; the message is code page 1251 text.
+// A window could not be made or found; the message is in code page 1251.
 class TWindowError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
@@ -20,8 +20,8 @@ struct TMessage {
 };
 
 struct TWindowOptions {
-    const wchar_t* className = nullptr;  // the form's class name; registered when needed
-    const char* name = nullptr;          // component name, lives as long as the program
+    const wchar_t* className = nullptr;  // the form's window class, registered when needed
+    const char* name = nullptr;          // component name; must live as long as the program
     std::string_view caption;            // code page 1251
     DWORD style = WS_OVERLAPPEDWINDOW;
     DWORD exStyle = 0;      // WS_EX_MDICHILD makes an MDI child of `parent`, the MDI client
@@ -33,10 +33,11 @@ struct TWindowOptions {
     int height = CW_USEDEFAULT;
 };
 
-// A window whose procedure is an object. Exceptions end at the window procedure, in HandleError.
-// A window made by the program's own code lives as long as its object; FreeAfterDestroy turns that
-// round: the object (made by new) then goes when its window has gone and none of its functions is
-// running any more. Not movable: the window points to the object.
+// A window whose messages an object handles. The window procedure catches exceptions and passes
+// them to HandleError. The destructor destroys the window. With FreeAfterDestroy it is the other
+// way round: when the window is destroyed, the object, which must have been made by new, is deleted
+// as soon as none of its functions is running. Not movable: the window points to the object.
+// Interface thread.
 class TWindow {
 public:
     TWindow() = default;
@@ -44,11 +45,12 @@ public:
     TWindow& operator=(const TWindow&) = delete;
     virtual ~TWindow();
 
-    // Null before the window is made and after it has gone.
+    // Null before the window is made and after it is destroyed.
     HWND Handle() const noexcept { return handle_; }
     void Destroy() noexcept;
 
-    // Keeps the object from being freed for the length of a block, as during a message.
+    // Keeps the object from being deleted until the end of a scope. Every message is handled in
+    // such a scope.
     class TKeep {
     public:
         explicit TKeep(TWindow& window) noexcept : window_(window) { ++window_.depth_; }
@@ -72,7 +74,8 @@ protected:
     // What the system does with a message that nobody handles (DefWindowProc, DefMDIChildProc,
     // ...).
     virtual LRESULT DefaultProc(const TMessage& message);
-    // An exception's text arrived at the window procedure; shows it in an error box.
+    // Is called with the text of an exception that has reached the window procedure. Shows it in an
+    // error box.
     virtual void HandleError(std::string_view text);
 
 private:
@@ -87,22 +90,22 @@ private:
     bool gone_ = false;
 };
 
-// Gives a window class of this module back; nothing happens while a window of it is open.
+// Unregisters a window class of this module; has no effect while a window of the class exists.
 void UnregisterWindowClass(const wchar_t* className) noexcept;
 
 // The component name of a window, kept as the window property "ComponentName".
 void SetComponentName(HWND window, const char* name);
-// Empty when the window has none. Same process only.
+// Empty when the window has no name. Only for windows of this process.
 std::string_view ComponentName(HWND window);
-// Takes the names from a window's children; for the time when the window is being destroyed.
+// Removes the names of a window's children. For when the window is being destroyed.
 void RemoveComponentNames(HWND parent) noexcept;
 // The descendant with that component name, or null.
 HWND FindComponent(HWND parent, std::string_view name);
 
-// Lets the waiting messages of this thread run, for a quarter of a second at most. WM_QUIT stays in
+// Handles the waiting messages of this thread, for a quarter of a second at most. WM_QUIT stays in
 // the queue.
 void PumpMessages();
-// Lets windows of this thread that wait for it paint; nothing that the user does comes in.
+// Handles only painting and sent messages of this thread; clicks and keys keep waiting.
 void PumpPaintMessages();
 
 }  // namespace tolvane

@@ -11,8 +11,8 @@ namespace tolvane {
 
 namespace {
 
-// The window waits for the end of its run: it must hear of it even when memory is short now, or
-// when nothing can be sent to it for a while.
+// The window waits for the end of its job, so it must be notified even if memory is short or the
+// window cannot be reached for a while.
 void PostSurely(TPostQueue& queue, const std::function<void()>& done) noexcept {
     constexpr DWORD kRetryMs = 100;
     for (bool isQueued = false;;) {
@@ -54,7 +54,8 @@ void TWorkerThread::Wait() noexcept {
         if (result == WAIT_OBJECT_0 || result == WAIT_FAILED) break;
         PumpPaintMessages();
     }
-    // Work that came in as a sent message may have waited for the same body.
+    // A sent message that was handled meanwhile may have waited for the same job and joined the
+    // thread.
     if (thread_.joinable()) thread_.join();
 }
 

@@ -10,8 +10,8 @@
 
 namespace tolvane {
 
-// A thread for one body of work at a time, which waits on a wire: a run, or a search for devices.
-// Used from the interface thread.
+// A thread for one job at a time that waits on a wire: a run, or a search for devices. All
+// functions are for the interface thread.
 class TWorkerThread {
 public:
     TWorkerThread() = default;
@@ -19,12 +19,12 @@ public:
     TWorkerThread& operator=(const TWorkerThread&) = delete;
     ~TWorkerThread() { Wait(); }
 
-    // Waits for an earlier body, then runs `body` on the thread. Afterwards runs `done` on the
-    // interface thread through the queue, also when `body` has thrown. An exception of `body` is
-    // dropped, so `body` reports its failures itself. Throws std::runtime_error when the system
-    // gives no event, std::system_error when it gives no thread.
+    // Waits for an earlier job, then runs `body` on the thread. Afterwards runs `done` on the
+    // interface thread through the queue, even if `body` has thrown. Drops an exception of `body`,
+    // which must therefore report its failures itself. Throws std::runtime_error when the system
+    // has no event, std::system_error when it has no thread.
     void Start(std::function<void()> body, TPostQueue queue, std::function<void()> done);
-    // Returns when the body has ended; meanwhile windows paint and answer what other threads send.
+    // Returns when the job has ended. Meanwhile it handles painting and sent messages.
     void Wait() noexcept;
 
 private:

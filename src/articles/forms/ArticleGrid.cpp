@@ -16,7 +16,7 @@ constexpr int kRowMargin = 5;
 }  // namespace
 
 TArticleGrid::TArticleGrid(TDpi dpi, TGridView& view)
-    : dpi_(dpi), view_(view), font_(MakeListFont(dpi)), titles_(dpi), rows_(view) {}
+    : dpi_(dpi), view_(view), font_(MakeListFont(dpi)), header_(dpi), rows_(view) {}
 
 TArticleGrid::~TArticleGrid() {
     if (IsWindow(list_) != 0) RemoveWindowSubclass(list_, &ListProcedure, 0);
@@ -28,7 +28,7 @@ void TArticleGrid::Attach(HWND list) {
     SetWindowSubclass(list, &ListProcedure, 0, reinterpret_cast<DWORD_PTR>(this));
     constexpr DWORD kStyle = LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER;
     SendMessageW(list_, LVM_SETEXTENDEDLISTVIEWSTYLE, kStyle, static_cast<LPARAM>(kStyle));
-    titles_.Attach(list);
+    header_.Attach(list);
     rows_.Attach(list);
 }
 
@@ -40,7 +40,7 @@ LRESULT CALLBACK TArticleGrid::ListProcedure(HWND list, UINT id, WPARAM wParam, 
         const auto& header = *reinterpret_cast<const NMHEADERW*>(lParam);
         const bool isDoubleClick = header.hdr.code == static_cast<UINT>(HDN_ITEMDBLCLICKW) ||
                                    header.hdr.code == static_cast<UINT>(HDN_ITEMDBLCLICKA);
-        if (isDoubleClick && header.hdr.hwndFrom == self.titles_.Header()) {
+        if (isDoubleClick && header.hdr.hwndFrom == self.header_.Control()) {
             self.TitleDoubleClicked(header.iItem);
             return 0;
         }
@@ -51,7 +51,7 @@ LRESULT CALLBACK TArticleGrid::ListProcedure(HWND list, UINT id, WPARAM wParam, 
 
 void TArticleGrid::TitleDoubleClicked(int view) noexcept {
     try {
-        if (const auto column = titles_.ColumnOfView(view)) AutoFit(*column);
+        if (const auto column = header_.ColumnOfView(view)) AutoFit(*column);
     } catch (...) {  // NOLINT(bugprone-empty-catch): out of memory; the width stays
     }
 }
@@ -61,7 +61,7 @@ int TArticleGrid::RowHeight() const {
 }
 
 void TArticleGrid::SetColumns(std::vector<TGridColumnState> columns) {
-    if (titles_.Replace(std::move(columns))) view_.ColumnEntered(titles_.Current());
+    if (header_.Replace(std::move(columns))) view_.ColumnEntered(header_.Current());
 }
 
 void TArticleGrid::ShowColumns(const std::vector<bool>& visible) {
@@ -72,26 +72,26 @@ void TArticleGrid::ShowColumns(const std::vector<bool>& visible) {
 }
 
 std::wstring TArticleGrid::TextAt(TRowId row, std::size_t column) const {
-    return Wide(view_.CellText(row, titles_.At(column).key));
+    return Wide(view_.CellText(row, header_.At(column).key));
 }
 
 void TArticleGrid::AutoFit(std::size_t column) {
-    const int view = titles_.ViewOfColumn(column);
+    const int view = header_.ViewOfColumn(column);
     if (view < 0) return;
     const TWindowDc dc(list_);
     const auto widthOf = [&](const std::wstring& text) {
         return TextWidth(dc.Get(), font_.Get(), text.c_str(), static_cast<int>(text.size()));
     };
-    int width = widthOf(titles_.At(column).title);
+    int width = widthOf(header_.At(column).title);
     const std::size_t end = rows_.EndOfDrawn();
     for (std::size_t index = rows_.FirstDrawn(); index < end; ++index)
         width = std::max(width, widthOf(TextAt(view_.RowAt(index), column)));
-    if (width > 0) titles_.SetTextWidth(view, width);
+    if (width > 0) header_.SetTextWidth(view, width);
 }
 
 LRESULT TArticleGrid::FillText(NMLVDISPINFOW& info) const {
     LVITEMW& item = info.item;
-    const std::optional<std::size_t> column = titles_.ColumnOfView(item.iSubItem);
+    const std::optional<std::size_t> column = header_.ColumnOfView(item.iSubItem);
     if ((item.mask & LVIF_TEXT) == 0 || item.pszText == nullptr || item.cchTextMax <= 0) return 0;
     item.pszText[0] = L'\0';
     if (!column || item.iItem < 0 || static_cast<std::size_t>(item.iItem) >= view_.RowCount())
@@ -104,22 +104,22 @@ LRESULT TArticleGrid::FillText(NMLVDISPINFOW& info) const {
 }
 
 void TArticleGrid::EnterColumn(int view) {
-    const std::optional<std::size_t> column = titles_.ColumnOfView(view);
-    if (!column || *column == titles_.Current()) return;
-    titles_.SetCurrent(*column);
+    const std::optional<std::size_t> column = header_.ColumnOfView(view);
+    if (!column || *column == header_.Current()) return;
+    header_.SetCurrent(*column);
     InvalidateRect(list_, nullptr, FALSE);
     view_.ColumnEntered(*column);
 }
 
 void TArticleGrid::StepColumn(int step) {
-    const int view = titles_.ViewOfColumn(titles_.Current()) + step;
-    if (!titles_.ColumnOfView(view)) return;
-    titles_.ScrollTo(view);
+    const int view = header_.ViewOfColumn(header_.Current()) + step;
+    if (!header_.ColumnOfView(view)) return;
+    header_.ScrollTo(view);
     EnterColumn(view);
 }
 
 void TArticleGrid::ClickCurrentTitle() {
-    if (titles_.ViewOfColumn(titles_.Current()) >= 0) view_.TitleClicked(titles_.Current());
+    if (header_.ViewOfColumn(header_.Current()) >= 0) view_.TitleClicked(header_.Current());
 }
 
 bool TArticleGrid::HandleKey(UINT virtualKey) {
@@ -136,7 +136,7 @@ std::optional<LRESULT> TArticleGrid::HandleNotify(NMHDR& header) {
             return FillText(reinterpret_cast<NMLVDISPINFOW&>(header));
         case LVN_COLUMNCLICK:
             if (const auto column =
-                    titles_.ColumnOfView(reinterpret_cast<NMLISTVIEW&>(header).iSubItem))
+                    header_.ColumnOfView(reinterpret_cast<NMLISTVIEW&>(header).iSubItem))
                 view_.TitleClicked(*column);
             return 0;
         case NM_CLICK:
@@ -146,7 +146,7 @@ std::optional<LRESULT> TArticleGrid::HandleNotify(NMHDR& header) {
             return 0;
         case LVN_ODFINDITEMW:
         case LVN_ODFINDITEMA:
-            // A typed letter: 0 would be the first row.
+            // The search for a typed letter: 0 would be the first row.
             return -1;
         default:
             return std::nullopt;
@@ -175,27 +175,27 @@ bool TArticleGrid::HandleDraw(const DRAWITEMSTRUCT& item) {
     const TSelected selectedFont(item.hDC, font_.Get());
     SetBkMode(item.hDC, TRANSPARENT);
     SetTextColor(item.hDC, colours.text);
-    for (std::size_t view = 0; view < titles_.ShownCount(); ++view)
+    for (std::size_t view = 0; view < header_.ShownCount(); ++view)
         DrawCell(item, row, static_cast<int>(view), current);
-    if (titles_.Style().indicator) {
-        RECT area = titles_.CellRect(0, item.rcItem);
-        area.right = area.left + titles_.IndicatorWidth();
+    if (header_.Style().indicator) {
+        RECT area = header_.CellRect(0, item.rcItem);
+        area.right = area.left + header_.IndicatorWidth();
         DrawIndicator(item.hDC, area, marked, current, dpi_);
     }
     return true;
 }
 
 void TArticleGrid::DrawCell(const DRAWITEMSTRUCT& item, TRowId row, int view, bool current) const {
-    RECT cell = titles_.CellRect(view, item.rcItem);
+    RECT cell = header_.CellRect(view, item.rcItem);
     if (RectVisible(item.hDC, &cell) == 0) return;
-    DrawCellLines(item.hDC, cell, titles_.Style());
-    if (view == 0) cell.left += titles_.IndicatorWidth();
-    const std::size_t column = titles_.ColumnOfView(view).value();
-    if (current && column == titles_.Current() && GetFocus() == list_) {
+    DrawCellLines(item.hDC, cell, header_.Style());
+    if (view == 0) cell.left += header_.IndicatorWidth();
+    const std::size_t column = header_.ColumnOfView(view).value();
+    if (current && column == header_.Current() && GetFocus() == list_) {
         const RECT frame{cell.left, cell.top, cell.right - 1, cell.bottom - 1};
         DrawFocusRect(item.hDC, &frame);
     }
-    DrawCellText(item.hDC, cell, TextAt(row, column), titles_.At(column).right, dpi_);
+    DrawCellText(item.hDC, cell, TextAt(row, column), header_.At(column).right, dpi_);
 }
 
 }  // namespace tolvane

@@ -11,8 +11,8 @@
 #include <vector>
 
 #include "articles/GridLayout.h"
+#include "articles/forms/GridHeader.h"
 #include "articles/forms/GridRows.h"
-#include "articles/forms/GridTitles.h"
 #include "articles/forms/GridView.h"
 #include "window/Dpi.h"
 #include "window/Handles.h"
@@ -21,7 +21,7 @@ namespace tolvane {
 
 // The article grid: a standard list view with owner data whose rows this class draws. It keeps
 // marks in the order of marking (TGridRows), and a current column, a sort mark and the widths of
-// the columns (TGridTitles). The list view is made with kGridListStyle and belongs to the form,
+// the columns (TGridHeader). The list view is made with kGridListStyle and belongs to the form,
 // which passes its messages on. Interface thread.
 class TArticleGrid {
 public:
@@ -39,15 +39,15 @@ public:
     // Replaces all columns; the list view shows the visible ones in this order.
     void SetColumns(std::vector<TGridColumnState> columns);
     // All columns, with the widths that the user gave them.
-    std::vector<TGridColumnState> Columns() const { return titles_.Columns(); }
-    std::size_t ColumnCount() const { return titles_.Count(); }
+    std::vector<TGridColumnState> Columns() const { return header_.Columns(); }
+    std::size_t ColumnCount() const { return header_.Count(); }
     // Throws std::out_of_range.
-    std::size_t KeyOf(std::size_t column) const { return titles_.At(column).key; }
+    std::size_t KeyOf(std::size_t column) const { return header_.At(column).key; }
     // Takes a column out and inserts it at the other index; indexes among all columns.
-    void MoveColumn(std::size_t from, std::size_t to) { titles_.Move(from, to); }
+    void MoveColumn(std::size_t from, std::size_t to) { header_.Move(from, to); }
     // One entry per column.
     void ShowColumns(const std::vector<bool>& visible);
-    void SetStyle(TGridStyle style) { titles_.SetStyle(style); }
+    void SetStyle(TGridStyle style) { header_.SetStyle(style); }
 
     // Shows rows that replace the former ones: without marks, the first row is the current one.
     void RowsReplaced() { rows_.Replace(); }
@@ -64,15 +64,15 @@ public:
     void ClickCurrentTitle();
     // Marks the title of the column by which the rows are sorted; nullopt removes the mark.
     void SetSortMark(std::optional<std::size_t> column, bool ascending) {
-        titles_.SetSortMark(column, ascending);
+        header_.SetSortMark(column, ascending);
     }
     // Sets a column's width to its widest text among the title and the drawn rows, plus 8 pixels at
     // 96 dots per inch.
     void AutoFit(std::size_t column);
 
-    // The form passes these the messages that may concern the list view. HandleNotify returns the
-    // answer to WM_NOTIFY, or nullopt if the message is not for the grid; the others return whether
-    // it was. RowHeight answers WM_MEASUREITEM, in pixels.
+    // The form passes these functions the messages that may concern the list view. HandleNotify
+    // returns the result of WM_NOTIFY, or nullopt if the message is not for the grid; the others
+    // return whether it was. RowHeight is the height for WM_MEASUREITEM, in pixels.
     std::optional<LRESULT> HandleNotify(NMHDR& header);
     bool HandleKey(UINT virtualKey);
     bool HandleDraw(const DRAWITEMSTRUCT& item);
@@ -97,7 +97,7 @@ private:
     TGridView& view_;
     TOwnedFont font_;
     HWND list_ = nullptr;
-    TGridTitles titles_;
+    TGridHeader header_;
     TGridRows rows_;
 };
 

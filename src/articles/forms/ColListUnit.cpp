@@ -110,7 +110,7 @@ bool TColListForm::CanClose(int result) {
     return true;
 }
 
-// Esc gives a drag up first.
+// During a drag, Esc ends the drag only.
 void TColListForm::OnCancel() {
     if (drag_->IsDragging())
         drag_->Cancel();

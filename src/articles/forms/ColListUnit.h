@@ -13,10 +13,10 @@ namespace tolvane {
 
 inline constexpr const wchar_t* kColListFormClass = L"TColListForm";
 
-// Shows the column chooser for the grid until it is closed. A column that is dragged moves in the
-// grid at once; which ones are visible changes when the choice is confirmed. `hiddenRows` gets a
-// character per column: '1' when it was hidden, at the opening or, once confirmed, at the end. The
-// chooser goes with the owner.
+// Shows the column chooser for the grid until it is closed. A dragged column moves in the grid at
+// once; columns appear and disappear when the user confirms. `hiddenRows` gets a character per
+// column, '1' for a hidden one: as confirmed, or else as it was when the chooser opened. When the
+// owner is destroyed, so is the chooser. Throws TWindowError. Interface thread.
 void ChooseColumns(HWND owner, TArticleGrid& grid, std::string& hiddenRows);
 
 // The column chooser. See ChooseColumns.

@@ -10,21 +10,20 @@
 
 namespace tolvane {
 
-// What the grid draws, apart from what it shows. Rectangles and widths are in pixels. Interface
-// thread.
+// How the parts of a grid row are drawn. Rectangles and widths are in pixels. Interface thread.
 
 // The indicator's width, 0 when the style has none.
 int IndicatorWidth(TGridStyle style, TDpi dpi);
 // The current row's background when other rows are marked: a light shade of the highlight colour.
 COLORREF CurrentRowColour();
-// The lines at the right and the lower edge of a cell.
+// Draws the lines at a cell's right and lower edges, as far as the style has them.
 void DrawCellLines(HDC dc, const RECT& cell, TGridStyle style);
-// A cell's text, cut with an ellipsis, inside the cell's margins.
+// Draws a cell's text inside the cell's margins; a text that is too long ends in an ellipsis.
 void DrawCellText(HDC dc, RECT cell, const std::wstring& text, bool right, TDpi dpi);
-// An arrow in the current row, else a dot in a marked one.
+// Draws the indicator: an arrow in the current row, a dot in any other marked row.
 void DrawIndicator(HDC dc, const RECT& area, bool marked, bool current, TDpi dpi);
 
-// Images of the sort marks, for a header that has none of its own.
+// The images of the sort marks, for a header that cannot draw sort marks itself.
 inline constexpr int kSortUpImage = 0;
 inline constexpr int kSortDownImage = 1;
 TOwnedImageList MakeSortImages(TDpi dpi);

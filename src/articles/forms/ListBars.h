@@ -24,11 +24,11 @@ public:
 
     explicit TListBars(TForm& form) : form_(form) {}
 
-    // Tab goes through the controls in the order in which they are made, so the form makes the grid
-    // between these two. Both throw TWindowError.
+    // Make the controls of a bar; throw TWindowError. The Tab key follows the order of making, so
+    // the form makes the grid between the two calls.
     void MakeTop(TClick search);
     void MakeBottom(TClick refresh, TClick columns, TClick print);
-    // After a change of size: moves the bottom bar and gives the grid the room between the bars.
+    // After a change of size: moves the bottom bar, and the grid to the room between the bars.
     void Arrange(HWND grid) const;
     // On WM_PAINT: draws the bars' borders.
     void Paint() const;

@@ -29,8 +29,11 @@ void TListGrid::SetLayout(const TGridLayout& layout) {
     columns.reserve(layout.columns.size());
     for (const TColumnLayout& column : layout.columns) {
         const bool hidden = IsHidden(layout.hiddenRows, columns.size()).value_or(false);
-        columns.push_back({static_cast<std::size_t>(column.field), Wide(TitleOf(column.field)),
-                           column.width, IsNumber(column.field), !hidden});
+        columns.push_back({.key = static_cast<std::size_t>(column.field),
+                           .title = Wide(TitleOf(column.field)),
+                           .width = column.width,
+                           .right = IsNumber(column.field),
+                           .visible = !hidden});
     }
     grid_.SetColumns(std::move(columns));
 }

@@ -23,9 +23,9 @@ public:
     TArticleGrid& Grid() { return grid_; }
     const TArticleGrid& Grid() const { return grid_; }
 
-    // Replaces the columns; the layout's place is not the grid's.
+    // Replaces the columns. The window's place in the layout is not used.
     void SetLayout(const TGridLayout& layout);
-    // The columns as they are now, without a place.
+    // The columns as they are now, without the window's place.
     TGridLayout Layout() const;
     // Lets the user choose the columns until the chooser is closed; see TColListForm.
     void ChooseColumns(HWND owner);

@@ -101,7 +101,7 @@ void TElicomPluScaleListForm::OnCommand(int id, int /*code*/, HWND /*control*/) 
         SearchMenuClick(static_cast<std::size_t>(id - kFirstSearchCommand));
 }
 
-// The bars' buttons take the focus here, so the grid's keys work on them as well.
+// The bars' buttons take the focus, so these keys also work while a button has it.
 bool TElicomPluScaleListForm::OnKey(UINT virtualKey, HWND focus) {
     const bool control = IsKeyDown(VK_CONTROL);
     const bool shift = IsKeyDown(VK_SHIFT);
@@ -130,7 +130,7 @@ bool TElicomPluScaleListForm::CanClose(int /*result*/) {
     return session_.MayEnd();
 }
 
-// A load that is still going on ends later, without the window.
+// A load that is still going on ends later, when the window is gone.
 void TElicomPluScaleListForm::CloseAtOnce() {
     session_.Abandon();
     Close();
@@ -141,11 +141,11 @@ void TElicomPluScaleListForm::OnClose() {
     SaveAndShowFailure();
 }
 
-// A window that goes with the host's main window leaves the transaction to be rolled back: the host
-// may have closed its connection already.
+// This also runs when the host's main window is destroyed. The transaction is then rolled back, not
+// committed: the host may have closed its connection already.
 void TElicomPluScaleListForm::OnDestroy() {
     SaveAndShowFailure();
-    // A load that still runs uses the wait window; it goes with this object then.
+    // A load that still runs needs the wait window, which is then destroyed with this object.
     if (!session_.IsLoading()) wait_.reset();
     Ended();
 }
@@ -155,7 +155,8 @@ void TElicomPluScaleListForm::SaveAndShowFailure() {
         store_.SaveAtEnd(
             [this](TIniDocument& document) { WriteListLayout(*this, grid_, document); });
     } catch (const std::exception&) {
-        // What failed the start has been shown already; a lost scale is shown all the same.
+        // After a failed start its error has been shown already; that a scale is lost must be shown
+        // all the same.
         if (!session_.IsAbandoned() || store_.HasUnsavedScales())
             ShowError(MessageOfCurrentException());
     }
@@ -219,7 +220,7 @@ void TElicomPluScaleListForm::ColBtnClick() {
         const TArticleSession::THold hold(session_);
         grid_.ChooseColumns(Handle());
     }
-    // A window that went meanwhile has saved itself.
+    // A window that was destroyed in the meantime has saved its layout itself.
     if (Handle() == nullptr) return;
     FillSearchMenu();
     store_.SaveLayout([this](TIniDocument& document) { WriteListLayout(*this, grid_, document); });
@@ -237,7 +238,8 @@ void TElicomPluScaleListForm::NDeleteAllClick(TRunNumber number) {
         const TArticleSession::THold hold(session_);
         OpenRun(number);
     }
-    // The window went while the run was open; the check marks have come back since.
+    // The window was destroyed, and saved, while the run window was open; the check marks came back
+    // after that.
     if (Handle() == nullptr) store_.SaveScales();
 }
 

@@ -18,13 +18,12 @@ namespace tolvane {
 inline constexpr const wchar_t* kListFormClass = L"TElicomPluScaleListForm";
 inline constexpr const char* kListFormName = "ElicomPluScaleListForm";
 
-// The article list window, an MDI child. What it decides is in its session and its store; what it
-// needs from the rest of the module are the functions that a derived class implements. Interface
-// thread.
+// The article list window, an MDI child. Its session and its store make the decisions; a derived
+// class connects it with the rest of the module. Interface thread.
 class TElicomPluScaleListForm : public TForm, private TLoadView {
 public:
-    // Gives the session the host's connection, see TArticleSession::Connect. Comes before the
-    // session is used. Throws TDatabaseError.
+    // Gives the session the host's connection, see TArticleSession::Connect. Must come before any
+    // other use of the session. Throws TDatabaseError.
     void Connect(const char* clientLibrary, void* handle);
     TArticleSession& Session() { return session_; }
     // Fills the search menu in the order of the columns and selects the first one.
@@ -35,12 +34,13 @@ public:
     void CloseAtOnce();
 
 protected:
-    // The module's configuration file, as it is named for loading, and the host's own settings.
+    // The module's configuration file, under the name for loading, and the host's own settings.
     TElicomPluScaleListForm(std::filesystem::path configurationFile,
                             std::filesystem::path hostSettings);
-    // Makes and shows the window, reads the settings, and lets the object, which was made by new,
-    // free itself when its window goes. The derived class calls this at the end of its constructor,
-    // so that its functions below can be called. Throws TWindowError.
+    // Makes and shows the window and reads the settings. From then on the object, which must have
+    // been made by new, deletes itself when its window is destroyed. The derived class calls this
+    // at the end of its constructor, because the window calls the functions below. Throws
+    // TWindowError.
     void Open(HWND mdiClient);
 
     TConfigurationStore& Store() { return store_; }
@@ -52,7 +52,7 @@ protected:
     virtual void EditScales() = 0;
     // Prints the list view. The texts are in code page 1251.
     virtual void Print(std::string_view title, std::string_view dateTime, HWND grid) = 0;
-    // Comes once, while the window is being destroyed and after it has saved.
+    // Is called once, while the window is being destroyed and after it has saved.
     virtual void Ended() = 0;
 
     LRESULT HandleMessage(const TMessage& message) override;

@@ -8,14 +8,14 @@
 
 namespace tolvane {
 
-// The marked rows, in the order in which they were marked. Marks belong to rows, not to places, so
-// they stand through sorting. Marking and unmarking cost the same for any number of rows.
+// The marked rows, in the order in which they were marked. Marks belong to rows, not to indexes, so
+// sorting does not change them. The cost of a mark does not depend on the number of rows.
 class TRowMarks {
 public:
-    // Forgets all marks; rows are 0 to count - 1 from now on.
+    // Removes all marks; from now on the rows are 0 to rowCount - 1.
     void Reset(std::size_t rowCount);
     void Clear();
-    // Marking a marked row again does not change its place in the order.
+    // Marking a marked row again does not change its position in the order.
     void Mark(TRowId row);
     void Unmark(TRowId row);
     bool IsMarked(TRowId row) const;
@@ -23,7 +23,7 @@ public:
     std::vector<TRowId> InOrder() const;
 
 private:
-    std::vector<std::uint32_t> sequence_;  // when the row was marked; 0: it is not
+    std::vector<std::uint32_t> sequence_;  // by row: the number of its mark; 0 without a mark
     std::uint32_t last_ = 0;
     std::size_t count_ = 0;
 };

@@ -50,7 +50,7 @@ void TWaitForm::Show(int count) {
 
 void TWaitForm::Step() {
     if (Handle() == nullptr || position_ >= maximum_) return;
-    // Painting takes far longer than a row: the bar moves by hundredths of its way.
+    // Painting takes far longer than loading a row, so the bar moves in hundredths.
     const auto hundredths = [this] { return std::int64_t{position_} * 100 / maximum_; };
     const std::int64_t before = hundredths();
     ++position_;

@@ -10,10 +10,10 @@ inline constexpr const wchar_t* kWaitFormClass = L"TWaitForm";
 // The wait window "Моля, изчакайте..." with its progress bar. Its window is made on first use.
 class TWaitForm : public TForm, public TWaitView {
 public:
-    // The window stands in the middle of the owner's top-level window.
+    // The window is centred on the owner's top-level window.
     explicit TWaitForm(HWND owner) : owner_(owner) {}
 
-    // TWaitView. Show lets the window paint; nothing that the user does comes in meanwhile.
+    // TWaitView. Show lets windows paint; clicks and keys wait.
     void Show(int count) override;
     void Step() override;
     void Hide() override;

@@ -34,7 +34,7 @@ public:
         return Show(0);
     }
 
-    // Answers whether the key was the mask's business.
+    // Returns whether the mask has handled the key.
     bool Type(WPARAM character) {
         if (character == kBackspace) {
             Show(mask_.Backspace(Selection()));
@@ -92,7 +92,7 @@ LRESULT Handle(TMaskedEdit& masked, HWND edit, UINT id, WPARAM wParam, LPARAM lP
             break;
         case WM_KEYDOWN:
             if (wParam != VK_DELETE) break;
-            // With Shift it cuts, as everywhere.
+            // With Shift, Delete cuts, as everywhere.
             if (GetKeyState(VK_SHIFT) < 0) SendMessageW(edit, WM_COPY, 0, 0);
             masked.Delete();
             return 0;
@@ -109,7 +109,7 @@ LRESULT Handle(TMaskedEdit& masked, HWND edit, UINT id, WPARAM wParam, LPARAM lP
         case WM_CLEAR:
             masked.Clear();
             return 0;
-        // The edit line's own memory knows nothing of the mask.
+        // The edit line's own undo does not know the mask.
         case WM_UNDO:
         case EM_UNDO:
         case EM_CANUNDO:

@@ -4,8 +4,8 @@
 
 namespace tolvane {
 
-// Makes an edit line show and keep an address mask (see TIpMask): whatever is typed, pasted, cut or
-// set goes through the mask, which lives as long as the edit line. Throws TWindowError.
+// Gives an edit line an address mask (see TIpMask): every typed, pasted, cut or set text goes
+// through the mask, which lives as long as the edit line. Throws TWindowError. Interface thread.
 void MakeIpMaskEdit(HWND edit);
 
 }  // namespace tolvane

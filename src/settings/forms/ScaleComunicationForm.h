@@ -24,12 +24,13 @@ struct TScaleListServices {
 };
 TScaleListServices SystemScaleListServices();
 
-// The window that adds, edits and removes configured scales. It works on its own list.
+// The window that adds, edits and removes configured scales. It changes only its own list.
+// Interface thread.
 class TScaleComunicationForm : public TForm {
 public:
     TScaleComunicationForm(HWND owner, std::vector<TScaleObj> scales, TScaleListServices services);
 
-    // In list order; of use after ShowModal answered IDOK.
+    // The edited list, in its order; valid after ShowModal has returned IDOK.
     const std::vector<TScaleObj>& Scales() const { return scales_; }
 
     // Opens the web page of the shown scale, or warns when there is no address.
@@ -49,7 +50,7 @@ private:
     void ShowDetails();
     std::vector<std::int32_t> Numbers() const;
     std::vector<std::string> SerialPorts() const;
-    // Shows the dialog; its settings when it was confirmed and this window is still there.
+    // Shows the dialog. Returns its settings if the user confirmed it and this window still exists.
     std::optional<TScaleSettings> Ask(std::string_view caption, const TScaleSettings& settings);
 
     void ScaleListBoxClick();

@@ -30,9 +30,9 @@ std::string TSpinEdit::Text() const {
 }
 
 void TSpinEdit::Show(std::int32_t value) const {
-    // The arrows write what they are set to into the edit, and know no number outside the limits.
+    // The arrows write their value into the edit line and cannot have a value outside the limits.
     SendMessageW(arrows, UDM_SETPOS32, 0, std::clamp(value, limits.lowest, limits.highest));
-    // Arrows that have the value already leave the text unchanged.
+    // Arrows that already have the value do not write it.
     const std::string text = std::to_string(value);
     if (Text() != text) SetWindowText(edit, text);
 }

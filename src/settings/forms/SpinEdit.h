@@ -9,7 +9,8 @@
 
 namespace tolvane {
 
-// An edit line for whole numbers with up and down arrows. Light handles, not owners.
+// An edit line for whole numbers with up and down arrows. Plain handles, not owners. Interface
+// thread.
 struct TSpinEdit {
     HWND edit = nullptr;
     HWND arrows = nullptr;
@@ -17,14 +18,14 @@ struct TSpinEdit {
 
     // Applies the limits to the arrows.
     void Prepare() const;
-    // Shows the value as it is. One outside the limits stays allowed beside those within them.
+    // Shows the value unchanged. If it is outside the limits, it is allowed from now on.
     void Fill(std::int32_t value);
-    // The lowest for a text that is not a number; zero stays zero whatever the limits are.
+    // The lowest allowed number for a text that is not a number; 0 for 0, even outside the limits.
     std::int32_t Value() const { return limits.ValueOf(Text()); }
-    // Shows a value that is allowed; when the field is left.
+    // Shows the nearest allowed value. For when the focus leaves the field.
     void Settle() const { Show(limits.Nearest(Value())); }
-    // Called before the arrows take a step. A number outside the limits is replaced by the nearest
-    // limit, and true means that the arrows must not go on from there.
+    // Called before the arrows take a step. Replaces a number outside the limits by the nearest
+    // limit and returns true: the arrows must not take the step then.
     bool EnterLimits() const;
 
 private:

@@ -58,11 +58,11 @@ void TFindDevicesForm::btnFindClick() {
     const auto report = [this, queue = Queue()](const std::vector<TFoundDevice>& found) mutable {
         queue.Post([this, found] { AddFound(found); });
     };
-    // A search that fails has found what it has reported.
+    // When a search fails, what it has reported still counts.
     worker_.Start([search = search_, stop = stop_, report] { search(*stop, report); }, Queue(),
                   [this] { SearchEnded(); });
     searching_ = true;
-    // Before its button is disabled: a disabled control would swallow the keys.
+    // Before the button that has the focus is disabled: it would swallow the keys.
     SetFocus(lstDevices_);
     EnableWindow(btnFind_, FALSE);
     SetCursor(LoadCursorW(nullptr, IDC_APPSTARTING));
@@ -101,7 +101,8 @@ void TFindDevicesForm::OnCommand(int, int code, HWND control) {
     if (control == lstDevices_ && code == LBN_DBLCLK) btnOKClick();
 }
 
-// The first way out counts: without a search the window would be gone by the second.
+// The first of several attempts to close counts: without a search, the window would have closed at
+// it.
 bool TFindDevicesForm::CanClose(int result) {
     if (!searching_) return true;
     if (!closing_) closing_ = result;

@@ -16,21 +16,23 @@ namespace tolvane {
 
 inline constexpr const wchar_t* kFindDevicesFormClass = L"TFindDevicesForm";
 
-// Runs on a thread of its own and reports what it finds as it goes on; returns soon after `stop`.
+// A search. It is called on a thread of its own, reports what it finds while it goes on, and
+// returns soon after `stop` is set.
 using TDeviceSearch =
     std::function<void(const std::atomic<bool>& stop, const TProbeReport& report)>;
 
-// Searches the local network as the scales' modules expect it.
+// The search that the network modules of the scales answer.
 TDeviceSearch NetworkSearch();
 
-// The window that searches the network for scales. While a search works the window stays alive, and
-// what has been found can be chosen; closing it, with a choice or without, stops the search first.
+// The window that searches the network for scales. During a search the window stays responsive, and
+// the user can choose what has been found. Closing the window, with a choice or without, stops the
+// search first. Interface thread.
 class TFindDevicesForm : public TForm {
 public:
     TFindDevicesForm(HWND owner, TDeviceSearch search);
     ~TFindDevicesForm() override;
 
-    // What was chosen when ShowModal answered IDOK.
+    // The chosen device after ShowModal has returned IDOK.
     const std::optional<TFoundDevice>& Chosen() const { return chosen_; }
 
 protected:

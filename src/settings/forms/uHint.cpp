@@ -70,7 +70,7 @@ THintForm::THintForm(HWND owner) {
 }
 
 void THintForm::MakePages() {
-    // The texts first: they lie in front of the page control.
+    // The texts come first, so that they are in front of the page control.
     for (std::size_t i = 0; i < kPages.size(); ++i)
         pages_[i] = AddLabel(kPages[i].name, kPages[i].text, kText);
     pageControl_ = Add(TControlKind::Tabs, "PageControl", {}, kPageControl);
@@ -94,7 +94,8 @@ void THintForm::ShowPage(std::size_t page) {
         ShowWindow(pages_[i], i == page ? SW_SHOWNA : SW_HIDE);
 }
 
-// Themed pages have the colour of a window; on plain ones the texts look like a sheet of paper.
+// The texts get the colour of a window. Themed pages have it too; on plain pages a text looks like
+// a sheet of paper.
 LRESULT THintForm::PageColour(const TMessage& message) {
     SetBkColor(reinterpret_cast<HDC>(message.wParam), GetSysColor(COLOR_WINDOW));
     SetTextColor(reinterpret_cast<HDC>(message.wParam), GetSysColor(COLOR_WINDOWTEXT));

@@ -11,7 +11,7 @@ namespace tolvane {
 
 inline constexpr const wchar_t* kHintFormClass = L"THintForm";
 
-// The help window of the connection dialog: a tab for each kind of link.
+// The help window of the connection dialog: a tab for each kind of connection. Interface thread.
 class THintForm : public TForm {
 public:
     explicit THintForm(HWND owner);

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "settings/forms/uHint.h"
-#include "system/SerialPorts.h"
+#include "system/SerialPortList.h"
 #include "text/Cp1251.h"
 #include "window/MessageBoxes.h"
 #include "window/WideText.h"
@@ -128,7 +128,7 @@ void TfrmScaleSettings::SelectTransport(TTransport transport) {
 }
 
 void TfrmScaleSettings::RadioClick(TTransport transport) {
-    // A click on the chosen one changes nothing.
+    // A click on the transport that is already chosen changes nothing.
     if (transport != transport_) SelectTransport(transport);
 }
 
@@ -190,10 +190,10 @@ void TfrmScaleSettings::OnShow() {
 }
 
 void TfrmScaleSettings::OnCommand(int, int code, HWND control) {
-    // Not for a box in front of the dialog, which may be about what was typed.
+    // Not while a message box is in front of the dialog: it may be about the typed text.
     const HWND focus = GetFocus();
     if (code != EN_KILLFOCUS || IsChild(Handle(), focus) == 0) return;
-    // Number zero is refused when the dialog is confirmed, not corrected unseen.
+    // On confirming, number 0 is refused with a message instead of corrected without one.
     const bool confirms = focus == GetDlgItem(Handle(), IDOK);
     if (confirms && control == controls_.edtScaleNumb.edit && controls_.edtScaleNumb.Value() == 0)
         return;

@@ -16,29 +16,29 @@
 namespace tolvane {
 
 inline constexpr const wchar_t* kScaleSettingsFormClass = L"TfrmScaleSettings";
-// The caption of a dialog that gets an empty one.
+// The caption of a dialog that is given an empty one.
 inline constexpr std::string_view kScaleSettingsCaption = "Scale Settings";
 
 // What the dialog needs from the computer.
 struct TScaleSettingsServices {
-    // Replaces the items by the computer's serial ports, sorted when asked to; leaves them when the
-    // computer has no list of its ports. Called on the interface thread.
+    // Replaces the items by the computer's serial ports, sorted if `sort` is set. Does not change
+    // them when the computer has no list of its ports. Called on the interface thread.
     std::function<void(bool sort, std::vector<std::string>& items)> listSerialPorts;
     TDeviceSearch search;
 };
-// The ports of the system's registry and the search of the local network (on a thread of its own).
-// They keep nothing open between calls, and throw nothing but std::bad_alloc. Any thread.
+// The system's list of serial ports, and the search of the local network. They keep nothing open
+// between calls and throw only std::bad_alloc. Any thread.
 TScaleSettingsServices SystemSettingsServices();
 
-// The dialog that edits one scale's identity and connection. It answers IDOK only with settings
-// that pass CheckSettings.
+// The dialog that edits one scale's identity and connection. ShowModal returns IDOK only with
+// settings that pass CheckSettings. Interface thread.
 class TfrmScaleSettings : public TForm {  // NOLINT(readability-identifier-naming)
 public:
     // `listed`: the numbers of all scales in the list, the edited one's included.
     TfrmScaleSettings(HWND owner, std::string_view caption, const TScaleSettings& settings,
                       std::vector<std::int32_t> listed, TScaleSettingsServices services);
 
-    // The confirmed settings when ShowModal answered IDOK.
+    // The confirmed settings after ShowModal has returned IDOK.
     const TScaleSettings& Settings() const { return settings_; }
 
 protected:
@@ -54,7 +54,7 @@ private:
     TScaleSettings Current() const;
     void ShowSerialPorts();
     void EnableControls();
-    // As if the user had chosen it: also sets the port field and, for serial, the port list.
+    // Does what a choice of the user does: also sets the port field and, for serial, the port list.
     void SelectTransport(TTransport transport);
     void RadioClick(TTransport transport);
     void RefreshSerialPorts(bool sort);

@@ -24,7 +24,7 @@ struct TScaleSettingsActions {
     std::function<void()> cancel;
 };
 
-// The controls of the dialog of one scale. Light handles; the form owns the controls. Interface
+// The controls of the dialog of one scale. Plain handles; the form owns the controls. Interface
 // thread.
 class TScaleSettingsControls {
 public:

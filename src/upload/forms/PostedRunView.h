@@ -8,8 +8,8 @@
 
 namespace tolvane {
 
-// Carries a run's calls from its thread to the window's thread, in order. The window must live
-// until the queue is detached; calls after that are dropped.
+// Passes a run's calls from its thread to the window's thread, in order. The window must live until
+// the queue is detached; later calls are dropped.
 class TPostedRunView : public TRunView {
 public:
     TPostedRunView(TPostQueue queue, TRunView& window)

@@ -9,7 +9,7 @@
 
 namespace tolvane {
 
-// The controls of the run window that choose the price and the two label names. Light handles; the
+// The controls of the run window that choose the price and the two label names. Plain handles; the
 // form owns the controls. Interface thread.
 class TRunChoices {
 public:

@@ -7,8 +7,8 @@
 
 #include "config/TypesUnit.h"
 #include "upload/RunKind.h"
+#include "upload/forms/LogMemo.h"
 #include "upload/forms/RunChoices.h"
-#include "upload/forms/RunLog.h"
 #include "window/Form.h"
 
 namespace tolvane {
@@ -21,8 +21,8 @@ struct TSetPluActions {
     std::function<void()> close;
 };
 
-// The controls of the run window: what they are and where they stand. Light handles; the form owns
-// the controls. Interface thread.
+// The controls of the run window and their positions. Plain handles; the form owns the controls.
+// Interface thread.
 class TSetPluControls {
 public:
     // The client area at first, at 96 dots per inch.
@@ -45,7 +45,7 @@ public:
     HWND stopReadBtn = nullptr;
     HWND okBtn = nullptr;
     TRunChoices choices;
-    TRunLog log;  // writes into statusMemo
+    TLogMemo log;  // writes into statusMemo
 
 private:
     void MakeScales(TForm& form, const std::vector<TScaleObj>& scales);

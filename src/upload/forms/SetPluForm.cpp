@@ -26,7 +26,7 @@ constexpr int kMinHeight = 420;
 
 TSetPluForm::TSetPluForm(HWND owner, const TRunKind& kind, const TRunContext& context)
     : kind_(kind), context_(context), items_(RunItems(*context.scales)) {
-    // Comes first: without the kept choices a run could take another price than the shop's.
+    // Comes first: without the saved choices a run could use a different price from the shop's.
     const TRunSettings settings = LoadRunSettings(ReadIniFile(context_.iniFile));
     MakePopup({.className = kSetPluFormClass,
                .name = "SetPluForm",
@@ -79,7 +79,7 @@ bool TSetPluForm::OnKey(UINT virtualKey, HWND focus) {
 }
 
 LRESULT TSetPluForm::OnNotify(NMHDR& header) {
-    // A disabled list keeps its marks.
+    // The marks of a disabled list do not change.
     const bool mayChange =
         header.hwndFrom == controls_.scaleList && IsWindowEnabled(controls_.scaleList) != 0;
     if (mayChange && header.code == LVN_ITEMCHANGED) PublishMarks();
@@ -112,14 +112,15 @@ void TSetPluForm::PublishMarks() {
 
 template <class Body>
 void TSetPluForm::StartRun(Body body) {
-    // A window that was closed under a question stays until the question is answered.
+    // A window that is closed while a question is open stays until the question is answered.
     if (running_ || closing_) return;
-    // The thread of the former run may still have to end; meanwhile another program may click.
+    // The thread of the previous run may still be ending; during the wait, another program may
+    // click.
     worker_.Wait();
     if (running_ || closing_) return;
     if (const HWND focus = GetFocus(); focus != nullptr) startedBy_ = focus;
     if (startedBy_ == nullptr) startedBy_ = controls_.okBtn;
-    // The thread has its own copy of everything, so that it never looks back at the form.
+    // The thread has its own copy of everything, so that it never reads the form.
     worker_.Start(
         [body = std::move(body), stop = stop_, queue = Queue(), regional = SystemRegionalSettings(),
          clock = context_.clock, this]() mutable {
@@ -169,7 +170,7 @@ bool TSetPluForm::CanClose(int) {
 }
 
 void TSetPluForm::RunEnded(unsigned run) {
-    // The next run has begun between SetRunning(false) and the end of this run's thread.
+    // The next run began between SetRunning(false) and the end of this run's thread.
     if (run != run_) return;
     worker_.Wait();
     running_ = false;
@@ -182,7 +183,7 @@ void TSetPluForm::OnDestroy() {
     try {
         StoreResults();
     } catch (const TFileError&) {
-        // The host is taking its windows down; it is no time for a message box.
+        // The host is destroying its windows; a message box would come too late.
     }
 }
 
@@ -207,7 +208,7 @@ LRESULT TSetPluForm::HandleMessage(const TMessage& message) {
     }
     if (message.id == WM_CTLCOLORSTATIC &&
         reinterpret_cast<HWND>(message.lParam) == controls_.statusMemo) {
-        // A read-only memo is grey by default; a log is there to be read.
+        // A read-only memo is grey by default, which is hard to read.
         SetBkColor(reinterpret_cast<HDC>(message.wParam), GetSysColor(COLOR_WINDOW));
         return reinterpret_cast<LRESULT>(GetSysColorBrush(COLOR_WINDOW));
     }
@@ -234,14 +235,14 @@ void TSetPluForm::SetProgress(std::string text) {
 
 void TSetPluForm::SetRunning(bool running) {
     controls_.log.Flush();
-    // The run has finished: a user who sees the buttons enabled may start the next one.
+    // The run has finished: once the buttons are enabled, the user may start the next one.
     if (!running) running_ = false;
     EnableWindow(controls_.stopReadBtn, running ? TRUE : FALSE);
     const HWND focus = GetFocus();
     for (const HWND control :
          {controls_.saveBtn, controls_.okBtn, controls_.deleteBtn, controls_.scaleList})
         EnableWindow(control, running ? FALSE : TRUE);
-    // A disabled control would swallow the keys.
+    // A disabled control that has the focus would swallow the keys.
     const bool lost =
         focus == nullptr || (IsChild(Handle(), focus) != 0 && IsWindowEnabled(focus) == 0);
     if (lost && GetActiveWindow() == Handle())

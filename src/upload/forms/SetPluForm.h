@@ -18,16 +18,16 @@
 
 namespace tolvane {
 
-// The run window. At most one run works at a time, on a thread of its own. The form's queue carries
-// its calls of TRunView to the interface thread.
+// The run window. At most one run works at a time, on a thread of its own; the form's queue passes
+// its calls of TRunView to the interface thread. Interface thread.
 class TSetPluForm : public TForm, private TRunView {
 public:
-    // Throws TFileError when the kept settings cannot be read.
+    // Throws TWindowError, and TFileError when the saved settings cannot be read.
     TSetPluForm(HWND owner, const TRunKind& kind, const TRunContext& context);
     ~TSetPluForm() override;
 
-    // After ShowModal: ends a run that still works, puts the check marks back and saves the
-    // window's settings. Throws TFileError. Only the first call does anything.
+    // After ShowModal: ends a run that is still working, copies the check marks into the scale
+    // table and saves the window's settings. Throws TFileError. Only the first call does anything.
     void Finish();
 
 protected:
@@ -52,11 +52,11 @@ private:
     void SaveBtnClick();
     void DeleteBtnClick();
     void StopReadBtnClick();
-    // Starts a run; nothing happens while one works or when the window is closing.
+    // Starts a run; does nothing while one is working or when the window is closing.
     template <class Body>
     void StartRun(Body body);
     void RunEnded(unsigned run);
-    // Check marks and settings, once.
+    // Saves check marks and settings; only the first call does anything.
     void StoreResults();
 
     // TRunView
@@ -78,7 +78,7 @@ private:
     std::shared_ptr<TRunStop> stop_ = std::make_shared<TRunStop>();
     unsigned run_ = 0;          // the number of the latest run
     bool running_ = false;      // until SetRunning(false), or its end after an error
-    bool closing_ = false;      // closes now or, with a run, at its end
+    bool closing_ = false;      // the window closes now, or when the run has ended
     HWND startedBy_ = nullptr;  // gets the focus after the run
 
     // Each change of another control flushes the log first, so that the window shows what happened

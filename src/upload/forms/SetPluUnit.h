@@ -18,18 +18,17 @@ namespace tolvane {
 struct TRunContext {
     // Must not change while the window is open.
     std::shared_ptr<const TArticleTable> articles;
-    std::vector<TRowId> marked;      // in the order of marking
-    std::optional<TRowId> current;   // the article of such a run when none is marked
-    TScaleTable* scales = nullptr;   // gets the check marks back when the window closes
-    std::filesystem::path iniFile;   // the module's configuration file
+    std::vector<TRowId> marked;     // in the order of marking
+    std::optional<TRowId> current;  // the article of a run over marked articles when none is marked
+    TScaleTable* scales = nullptr;  // receives the check marks when the window closes
+    std::filesystem::path iniFile;  // the module's configuration file
     TClock* clock = &SystemClock();  // of deadlines and pauses; outlives the window
 };
 
 // Shows the run window and returns when it has closed and its run has ended. Does nothing without
-// articles, or for a number outside TRunNumber. `owner` is the list window; the run window
-// closes with it. Throws TWindowError; throws TFileError when the window's settings cannot be read
-// (then no window appears) or saved (then the check marks are already back in the table). Interface
-// thread.
+// articles, or for a number outside TRunNumber. `owner` is the list window; when it is destroyed,
+// so is the run window. Throws TWindowError. Throws TFileError when the window's settings cannot be
+// read (no window appears then) or saved (the table has the check marks then). Interface thread.
 void ShowRunWindow(HWND owner, TRunNumber number, const TRunContext& context);
 
 inline constexpr const wchar_t* kSetPluFormClass = L"TSetPluForm";

@@ -1,5 +1,5 @@
 #include "scale/DevElicomScaleUnit.h"
-#include "scale/ScaleCommands.h"
+#include "scale/TextParameters.h"
 #include "tests/unit/scale/ScaleFixture.h"
 #include "text/Cp1251.h"
 

@@ -1,4 +1,4 @@
-#include "system/SerialPorts.h"
+#include "system/SerialPortList.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "upload/forms/RunLog.h"
+#include "upload/forms/LogMemo.h"
 
 #include "window/Form.h"
 #include "window/WideText.h"
@@ -6,7 +6,7 @@
 namespace tolvane {
 namespace {
 
-// Few enough lines at once for the window to stay alive, and no line later than the delay.
+// So few lines at once that the window stays responsive, and no line later than the delay.
 constexpr std::size_t kMostLines = 150;
 constexpr UINT kDelayMs = 50;
 constexpr UINT_PTR kTimer = 1;
@@ -26,18 +26,18 @@ void AppendEntry(std::string_view entry, std::string& text) {
 
 }  // namespace
 
-void TRunLog::Attach(HWND window, HWND memo) {
+void TLogMemo::Attach(HWND window, HWND memo) {
     window_ = window;
     memo_ = memo;
     SendMessageW(memo_, EM_SETLIMITTEXT, 0, 0);
 }
 
-void TRunLog::Clear() {
+void TLogMemo::Clear() {
     Flush();
     SetWindowText(memo_, {});
 }
 
-void TRunLog::Add(std::string_view entry) {
+void TLogMemo::Add(std::string_view entry) {
     if (pendingLines_ == 0) {
         SetTimer(window_, kTimer, kDelayMs, nullptr);
     } else {
@@ -47,7 +47,7 @@ void TRunLog::Add(std::string_view entry) {
     if (++pendingLines_ >= kMostLines) Flush();
 }
 
-void TRunLog::Flush() {
+void TLogMemo::Flush() {
     if (pendingLines_ == 0) return;
     KillTimer(window_, kTimer);
     AppendLine(memo_, pending_);
@@ -55,7 +55,7 @@ void TRunLog::Flush() {
     pendingLines_ = 0;
 }
 
-bool TRunLog::HandleTimer(WPARAM timer) {
+bool TLogMemo::HandleTimer(WPARAM timer) {
     if (timer != kTimer) return false;
     Flush();
     return true;

@@ -25,14 +25,14 @@ struct TGridColumnState {
 // The columns of the article grid and the title row that shows them: order, widths, the current
 // column, the sort mark. Columns are named by their index among all columns; a "view" is the index
 // of a shown column in the list view. Interface thread.
-class TGridTitles {
+class TGridHeader {
 public:
-    explicit TGridTitles(TDpi dpi) : dpi_(dpi) {}
+    explicit TGridHeader(TDpi dpi) : dpi_(dpi) {}
 
     // Takes the list view into use. Comes once, before the other functions.
     void Attach(HWND list);
     // The list view's header control.
-    HWND Header() const;
+    HWND Control() const;
 
     // Replaces all columns; the list view shows the visible ones in this order. Returns whether
     // that has made another column the current one.
@@ -46,7 +46,8 @@ public:
     const TGridColumnState& At(std::size_t column) const { return columns_.at(column); }
 
     std::size_t ShownCount() const { return shown_.size(); }
-    // Nothing for a view that there is not, -1 for a hidden column.
+    // ColumnOfView returns nothing for a view that does not exist, ViewOfColumn -1 for a hidden
+    // column.
     std::optional<std::size_t> ColumnOfView(int view) const;
     int ViewOfColumn(std::size_t column) const;
 

@@ -1,4 +1,4 @@
-#include "articles/forms/GridTitles.h"
+#include "articles/forms/GridHeader.h"
 
 #include <commctrl.h>
 
@@ -16,28 +16,28 @@ constexpr int kTextMargin = 8;
 
 }  // namespace
 
-void TGridTitles::Attach(HWND list) {
+void TGridHeader::Attach(HWND list) {
     list_ = list;
     if (CommonControlsVersion() >= kThemedVersion) return;
     sortImages_ = MakeSortImages(dpi_);
-    SendMessageW(Header(), HDM_SETIMAGELIST, 0, reinterpret_cast<LPARAM>(sortImages_.Get()));
+    SendMessageW(Control(), HDM_SETIMAGELIST, 0, reinterpret_cast<LPARAM>(sortImages_.Get()));
 }
 
-HWND TGridTitles::Header() const {
+HWND TGridHeader::Control() const {
     return reinterpret_cast<HWND>(SendMessageW(list_, LVM_GETHEADER, 0, 0));
 }
 
-std::optional<std::size_t> TGridTitles::ColumnOfView(int view) const {
+std::optional<std::size_t> TGridHeader::ColumnOfView(int view) const {
     if (view < 0 || static_cast<std::size_t>(view) >= shown_.size()) return std::nullopt;
     return shown_[static_cast<std::size_t>(view)];
 }
 
-int TGridTitles::ViewOfColumn(std::size_t column) const {
+int TGridHeader::ViewOfColumn(std::size_t column) const {
     const auto found = std::find(shown_.begin(), shown_.end(), column);
     return found == shown_.end() ? -1 : static_cast<int>(found - shown_.begin());
 }
 
-bool TGridTitles::Replace(std::vector<TGridColumnState> columns) {
+bool TGridHeader::Replace(std::vector<TGridColumnState> columns) {
     const bool hadColumns = !columns_.empty();
     const std::size_t entered = hadColumns ? At(current_).key : 0;
     SendMessageW(list_, WM_SETREDRAW, FALSE, 0);
@@ -55,7 +55,7 @@ bool TGridTitles::Replace(std::vector<TGridColumnState> columns) {
     return hadColumns && !shown_.empty() && At(current_).key != entered;
 }
 
-void TGridTitles::Insert(std::size_t index) {
+void TGridHeader::Insert(std::size_t index) {
     TGridColumnState& state = columns_[index];
     LVCOLUMNW column{};
     column.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_FMT;
@@ -66,22 +66,22 @@ void TGridTitles::Insert(std::size_t index) {
     shown_.push_back(index);
 }
 
-int TGridTitles::ViewWidth(std::size_t view) const {
+int TGridHeader::ViewWidth(std::size_t view) const {
     const auto width = static_cast<int>(SendMessageW(list_, LVM_GETCOLUMNWIDTH, view, 0));
     return view == 0 ? std::max(0, width - IndicatorWidth()) : width;
 }
 
-void TGridTitles::ReadWidths() const {
+void TGridHeader::ReadWidths() const {
     for (std::size_t view = 0; view < shown_.size(); ++view)
         columns_[shown_[view]].width = ViewWidth(view);
 }
 
-std::vector<TGridColumnState> TGridTitles::Columns() const {
+std::vector<TGridColumnState> TGridHeader::Columns() const {
     ReadWidths();
     return columns_;
 }
 
-void TGridTitles::Move(std::size_t from, std::size_t to) {
+void TGridHeader::Move(std::size_t from, std::size_t to) {
     std::vector<TGridColumnState> columns = Columns();
     const auto at = [&](std::size_t index) {
         return columns.begin() + static_cast<std::ptrdiff_t>(index);
@@ -104,13 +104,13 @@ void TGridTitles::Move(std::size_t from, std::size_t to) {
     Replace(std::move(columns));
 }
 
-void TGridTitles::SetSortMark(std::optional<std::size_t> column, bool ascending) {
+void TGridHeader::SetSortMark(std::optional<std::size_t> column, bool ascending) {
     sortColumn_ = column;
     sortAscending_ = ascending;
     for (std::size_t view = 0; view < shown_.size(); ++view) {
         HDITEMW item{};
         item.mask = HDI_FORMAT;
-        SendMessageW(Header(), HDM_GETITEMW, view, reinterpret_cast<LPARAM>(&item));
+        SendMessageW(Control(), HDM_GETITEMW, view, reinterpret_cast<LPARAM>(&item));
         item.fmt &=
             ~(HDF_SORTUP | HDF_SORTDOWN | HDF_IMAGE | HDF_BITMAP_ON_RIGHT | HDF_JUSTIFYMASK);
         // A list view aligns its first title to the left, whatever it was told.
@@ -123,35 +123,35 @@ void TGridTitles::SetSortMark(std::optional<std::size_t> column, bool ascending)
                 item.iImage = ascending ? kSortUpImage : kSortDownImage;
             }
         }
-        SendMessageW(Header(), HDM_SETITEMW, view, reinterpret_cast<LPARAM>(&item));
+        SendMessageW(Control(), HDM_SETITEMW, view, reinterpret_cast<LPARAM>(&item));
     }
 }
 
-void TGridTitles::SetStyle(TGridStyle style) {
+void TGridHeader::SetStyle(TGridStyle style) {
     std::vector<TGridColumnState> columns = Columns();
     style_ = style;
     Replace(std::move(columns));
 }
 
-int TGridTitles::IndicatorWidth() const {
+int TGridHeader::IndicatorWidth() const {
     return tolvane::IndicatorWidth(style_, dpi_);
 }
 
-void TGridTitles::SetTextWidth(int view, int pixels) {
+void TGridHeader::SetTextWidth(int view, int pixels) {
     const int width = pixels + dpi_.Scale(kTextMargin) + (view == 0 ? IndicatorWidth() : 0);
     SendMessageW(list_, LVM_SETCOLUMNWIDTH, static_cast<WPARAM>(view), width);
 }
 
-RECT TGridTitles::CellRect(int view, const RECT& row) const {
+RECT TGridHeader::CellRect(int view, const RECT& row) const {
     RECT cell{};
-    SendMessageW(Header(), HDM_GETITEMRECT, static_cast<WPARAM>(view),
+    SendMessageW(Control(), HDM_GETITEMRECT, static_cast<WPARAM>(view),
                  reinterpret_cast<LPARAM>(&cell));
     // The header is scrolled sideways together with the list.
-    MapWindowPoints(Header(), list_, reinterpret_cast<POINT*>(&cell), 2);
+    MapWindowPoints(Control(), list_, reinterpret_cast<POINT*>(&cell), 2);
     return {cell.left, row.top, cell.right, row.bottom};
 }
 
-void TGridTitles::ScrollTo(int view) {
+void TGridHeader::ScrollTo(int view) {
     const RECT cell = CellRect(view, {});
     RECT client{};
     GetClientRect(list_, &client);

@@ -8,21 +8,21 @@
 
 namespace tolvane {
 
-// The log of the run window. An append costs more the longer the log is, so lines wait for one
-// another and go into the memo together. Interface thread.
-class TRunLog {
+// The log of the run window. Appending to a long memo is slow, so the log collects lines and
+// appends them together. Interface thread.
+class TLogMemo {
 public:
-    // `window` gets the WM_TIMER messages, `memo` the lines; both outlive the log's use.
+    // `window` gets the WM_TIMER messages, `memo` the lines. Both must exist while the log is used.
     void Attach(HWND window, HWND memo);
 
     // Empties the memo.
     void Clear();
-    // One entry at the end, code page 1251. The memo shows it within 50 ms, or when Flush is
+    // Adds an entry at the end, code page 1251. The memo shows it within 50 ms, or when Flush is
     // called.
     void Add(std::string_view entry);
-    // Shows the lines that wait.
+    // Shows the collected lines now.
     void Flush();
-    // True for a message of the log's own timer, which is then done with.
+    // Handles a WM_TIMER of the log's own timer; returns whether it was one.
     bool HandleTimer(WPARAM timer);
 
 private:
