@@ -17,7 +17,7 @@ namespace tolvane::host {
 // in the menu, from 1 on. Interface thread.
 class TOperations {
 public:
-    // Loads the operation modules of a folder. Comes once.
+    // Loads the operation modules of a folder. Must be called once.
     void Load(const std::filesystem::path& folder);
 
     std::vector<std::string> Titles() const;

@@ -41,7 +41,7 @@ private:
         }
         link->Enqueue({std::move(step.bytes),
                        [self = shared_from_this()](const TLinkPointer& sender, bool sent) {
-                           // A client that has gone gets nothing more.
+                           // Nothing more is sent to a client that has disconnected.
                            if (!sent) self->index_ = self->plan_.steps.size();
                            self->Next(sender);
                        }});

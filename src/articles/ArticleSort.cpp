@@ -48,7 +48,7 @@ std::uint64_t Prefix(std::string_view text) {
 
 class TSorter {
 public:
-    // Rows are read in the order in which they lie in memory, not in the current one.
+    // Reads the rows in their order in memory, not in the current order.
     TSorter(const TArticleTable& articles, TField field) : articles_(articles), field_(field) {
         entries_.reserve(articles.RowCount());
         for (TRowId row = 0; row < articles.RowCount(); ++row)

@@ -27,7 +27,7 @@ std::string MessageLines(const TClientFunctions& functions, const ISC_STATUS* ve
     }
 }
 
-// Texts lie in buffers of the client library that it soon uses again, so they are copied.
+// The texts are in buffers that the client library soon reuses, so they are copied.
 std::vector<TStatusArgument> CopyArguments(std::span<const ISC_STATUS> vector) {
     std::vector<TStatusArgument> arguments;
     for (std::size_t i = 0; i + 1 < vector.size() && vector[i] != isc_arg_end;) {

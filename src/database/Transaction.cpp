@@ -76,7 +76,7 @@ void TTransaction::Rollback() {
     Require(IsActive(), true);
     TStatus status(state_->functions);
     state_->functions.rollbackTransaction(status, &state_->handle);
-    // A transaction that cannot even be rolled back is gone with its connection.
+    // A transaction that cannot even be rolled back has been lost with its connection.
     state_->handle = {};
     status.Check();
 }

@@ -31,7 +31,7 @@ public:
     TArticleGrid& operator=(const TArticleGrid&) = delete;
     ~TArticleGrid();
 
-    // Takes the list view into use. Comes once, before the other functions but Handle.
+    // Takes the list view into use. Must be called once, before the other functions except Handle.
     void Attach(HWND list);
     // Null before Attach.
     HWND Handle() const noexcept { return list_; }
@@ -51,8 +51,8 @@ public:
 
     // Shows rows that replace the former ones: without marks, the first row is the current one.
     void RowsReplaced() { rows_.Replace(); }
-    // Shows the same rows in another order. The marks stay with their rows; the current row is then
-    // the one that stands where the former one stood.
+    // Shows the same rows in another order. The marks stay with their rows; the row at the index of
+    // the former current row becomes the current one.
     void RowsReordered() { rows_.Reorder(); }
 
     std::optional<TRowId> CurrentRow() const { return rows_.Current(); }

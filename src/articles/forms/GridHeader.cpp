@@ -86,7 +86,7 @@ void TGridHeader::Move(std::size_t from, std::size_t to) {
     const auto at = [&](std::size_t index) {
         return columns.begin() + static_cast<std::ptrdiff_t>(index);
     };
-    // Where a column that stood at an index stands afterwards.
+    // The new index of the column that was at `index`.
     const auto moved = [&](std::size_t index) {
         if (index == from) return to;
         if (from < index && index <= to) return index - 1;

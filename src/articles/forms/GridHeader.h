@@ -29,7 +29,7 @@ class TGridHeader {
 public:
     explicit TGridHeader(TDpi dpi) : dpi_(dpi) {}
 
-    // Takes the list view into use. Comes once, before the other functions.
+    // Takes the list view into use. Must be called once, before the other functions.
     void Attach(HWND list);
     // The list view's header control.
     HWND Control() const;

@@ -18,13 +18,13 @@ public:
     // The view outlives the object.
     explicit TGridRows(const TGridView& view) : view_(view) {}
 
-    // Takes the list view into use. Comes once, before the other functions.
+    // Takes the list view into use. Must be called once, before the other functions.
     void Attach(HWND list) { list_ = list; }
 
     // Shows rows that replace the former ones: without marks, the first row is the current one.
     void Replace();
-    // Shows the same rows in another order. The marks stay with their rows; the current row is then
-    // the one that stands where the former one stood.
+    // Shows the same rows in another order. The marks stay with their rows; the row at the index of
+    // the former current row becomes the current one.
     void Reorder();
 
     std::optional<TRowId> Current() const;
