@@ -1,11 +1,11 @@
 #include "host/Connection.h"
 
 #include <array>
-#include <initializer_list>
 #include <string_view>
 #include <vector>
 
 #include "text/Cp1251.h"
+#include "text/Joined.h"
 #include "window/Handles.h"
 #include "window/WideText.h"
 
@@ -49,13 +49,6 @@ std::string ParameterBlock(const THostSettings& settings) {
     AddText(block, kCharacterSet, "WIN1251");
     AddText(block, kDialect, std::string_view("\3", 1));
     return block;
-}
-
-std::string Joined(std::initializer_list<std::string_view> parts) {
-    std::string text;
-    for (const std::string_view part : parts)
-        text += part;
-    return text;
 }
 
 std::string LoadFailure(DWORD error) {

@@ -7,7 +7,7 @@
 namespace tolvane {
 namespace {
 
-constexpr const char* kTimeoutText = "Read timeout occured";
+constexpr const char* kSocketTimeoutText = "Read timeout occured";
 
 }  // namespace
 
@@ -43,7 +43,7 @@ std::int32_t TSocketChannel::ReadAnswer(TCmdBuffer& Reply, std::uint8_t StartByt
                                             {.startByte = StartByte,
                                              .endByte = EndByte,
                                              .timeoutMs = TimeoutMs,
-                                             .timeoutText = kTimeoutText},
+                                             .timeoutText = kSocketTimeoutText},
                                             clock_, Reply, failure);
     if (code != kReadOk) Fail("read data", failure);
     return code;

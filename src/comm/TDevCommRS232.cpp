@@ -10,7 +10,7 @@ namespace tolvane {
 namespace {
 
 constexpr TMilliseconds kPoll{10};
-constexpr const char* kTimeoutText = "Read timeour occured";
+constexpr const char* kSerialTimeoutText = "Read timeour occured";
 
 }  // namespace
 
@@ -80,7 +80,7 @@ std::int32_t TDevCommRS232::ReadAnswer(TCmdBuffer& Reply, std::uint8_t StartByte
                                             {.startByte = StartByte,
                                              .endByte = EndByte,
                                              .timeoutMs = TimeoutMs,
-                                             .timeoutText = kTimeoutText},
+                                             .timeoutText = kSerialTimeoutText},
                                             clock_, Reply, failure);
     if (code != kReadOk) LastError = "[RS232] Fail receive data (" + name_ + "): " + failure;
     return code;

@@ -2,12 +2,12 @@
 
 #include <algorithm>
 #include <array>
-#include <initializer_list>
 #include <stdexcept>
 #include <type_traits>
 #include <utility>
 
 #include "text/Cp1251.h"
+#include "text/Joined.h"
 #include "text/Numbers.h"
 #include "upload/LogLines.h"
 
@@ -28,13 +28,6 @@ std::string_view CaptionAt(const std::array<T, N>& choices, int index) {
     } else {
         return choice;
     }
-}
-
-std::string Joined(std::initializer_list<std::string_view> parts) {
-    std::string text;
-    for (const std::string_view part : parts)
-        text += part;
-    return text;
 }
 
 }  // namespace

@@ -1,19 +1,11 @@
 #include "upload/LogLines.h"
 
-#include <initializer_list>
-
 #include "config/TypesUnit.h"
 #include "text/Cp1251.h"
+#include "text/Joined.h"
 
 namespace tolvane {
 namespace {
-
-std::string Joined(std::initializer_list<std::string_view> parts) {
-    std::string text;
-    for (const std::string_view part : parts)
-        text += part;
-    return text;
-}
 
 std::string ArticleLine(std::string_view article, std::string_view fault, std::string_view choice) {
     return Joined({"  Артикул \""_cp1251, article, "\"", fault, choice});
