@@ -63,7 +63,8 @@ TEST_F(RunWindowLife, TheWindowRepaintsMovesAndAnswersWhileAScaleIsSilent) {
     EXPECT_EQ(answers, 20);
     std::printf("silent scale: %d turns of the message loop, longest gap %u ms\n", turns,
                 static_cast<unsigned>(gap));
-    EXPECT_GE(turns, 50);
+    // On a busy computer the turns are few; an interface thread that waits for the run makes none.
+    EXPECT_GE(turns, 10);
     EXPECT_NE(log_.find("Fail! Plu: 0 \"\" [SetPrgMode] ErrCode: 1000, Fail set Weight mode: "
                         "[ReadResponce][TCP] Fail read data (127.0.0.1:" +
                         std::to_string(scales_[1].TCPPort) +

@@ -50,7 +50,8 @@ TEST_F(RunWindowLog, TwentyThousandLinesComeWhileTheWindowStaysAlive) {
     EXPECT_GT(firstVisible, 19900);
     std::printf("20,000 lines: %d turns of the message loop, %u stages, longest gap %u ms\n", turns,
                 static_cast<unsigned>(seen.size()), static_cast<unsigned>(gap));
-    EXPECT_GE(turns, 50);
+    // On a busy computer the turns are few; an interface thread that waits for the run makes none.
+    EXPECT_GE(turns, 10);
     EXPECT_GE(seen.size(), 20U);
 }
 
