@@ -17,13 +17,14 @@ may_include() {
         src/articles) echo "text system config database" ;;
         src/upload) echo "text system config comm database scale articles" ;;
         src/settings) echo "text config" ;;
-        src/window) echo "text system" ;;
+        src/window) echo "text system config" ;;
         src/settings/forms) echo "text system config comm settings window" ;;
         src/articles/forms) echo "text system config database articles window" ;;
         src/upload/forms) echo "text system config comm scale articles upload window" ;;
         src/entry) echo "text system config comm database scale articles upload settings window articles/forms upload/forms settings/forms" ;;
         host) echo "text system config window host entry/HostInterface.h" ;;
         simulator) echo "text simulator" ;;
+        demo/driver) echo "text window" ;;
         *) return 1 ;;
     esac
 }
@@ -48,7 +49,7 @@ violation() {
 }
 
 windows_allowed() {
-    [[ $1 == src/window/* || $1 == src/entry/* || $1 == src/*/forms/* || $1 == host/* ]] ||
+    [[ $1 == src/window/* || $1 == src/entry/* || $1 == src/*/forms/* || $1 == host/* || $1 == demo/driver/* ]] ||
         [[ ($1 == src/system/* || $1 == simulator/*) && $1 == *_win32.cpp ]]
 }
 
@@ -97,9 +98,19 @@ while IFS= read -r file; do
     layer=$(layer_of "$file")
     [[ -n $layer ]] || { violation "$file" 1 "lies in no known folder"; continue; }
     while IFS=: read -r line text; do
-        [[ $text =~ ^[[:space:]]*#[[:space:]]*include[[:space:]]*[\<\"]([^\>\"]+)[\>\"] ]] || continue
-        check_include "$file" "$line" "${BASH_REMATCH[1]}" "$layer"
+        [[ $text =~ ^[[:space:]]*#[[:space:]]*include[[:space:]]*([\<\"])([^\>\"]+)[\>\"] ]] || continue
+        if [[ ${BASH_REMATCH[1]} == '"' && ( ${BASH_REMATCH[2]} != */* || ${BASH_REMATCH[2]} == *..* ) ]]; then
+            violation "$file" "$line" "\"${BASH_REMATCH[2]}\" is not named from src or the root on"
+            continue
+        fi
+        check_include "$file" "$line" "${BASH_REMATCH[2]}" "$layer"
     done < <(grep -nE '^[[:space:]]*#[[:space:]]*include' "$file" || true)
-done < <(find src host simulator -type f \( -name '*.cpp' -o -name '*.h' \) | sort)
+done < <(find src host simulator demo -type f \( -name '*.cpp' -o -name '*.h' \) | sort)
+
+# The drawing in the docs, where the tree has one.
+if [[ -e docs/architecture.md && -e scripts/draw-layers.sh ]] &&
+    ! diff <(scripts/draw-layers.sh) <(sed -n '/^```mermaid/,/^```$/p' docs/architecture.md | sed '1d;$d'); then
+    violation docs/architecture.md 1 "its drawing is not what scripts/draw-layers.sh draws"
+fi
 
 exit $bad

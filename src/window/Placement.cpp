@@ -50,20 +50,23 @@ void SetPlaceToRestore(HWND window, const RECT& outer) {
 
 }  // namespace
 
-TPlacement PlacementOf(HWND window) {
-    TPlacement result;
-    result.maximized = IsZoomed(window) != 0;
+TWindowPlace PlaceOf(HWND window) {
     WINDOWPLACEMENT placement{};
     placement.length = sizeof placement;
     GetWindowPlacement(window, &placement);
-    result.outer = placement.rcNormalPosition;
-    if (result.maximized || IsIconic(window) != 0) return result;
+    const bool maximized = IsZoomed(window) != 0;
+    RECT outer = placement.rcNormalPosition;
     // rcNormalPosition of a top-level window does not count the task bar.
-    result.outer = OuterNow(window);
-    return result;
+    if (!maximized && IsIconic(window) == 0) outer = OuterNow(window);
+    return {.left = outer.left,
+            .top = outer.top,
+            .width = outer.right - outer.left,
+            .height = outer.bottom - outer.top,
+            .maximized = maximized};
 }
 
-void MoveToPlacement(HWND window, const RECT& outer) {
+void MoveTo(HWND window, const TWindowPlace& place) {
+    const RECT outer{place.left, place.top, place.left + place.width, place.top + place.height};
     if (!IsInSight(window, outer)) return;
     if (IsZoomed(window) != 0) {
         SetPlaceToRestore(window, outer);

@@ -131,7 +131,7 @@ TEST(KeptPlace, OfAMaximizedWindowIsNoSmallerThanItMayBe) {
     session.Start();
     SendMessageW(session.host.Client(), WM_MDIMAXIMIZE, reinterpret_cast<WPARAM>(session.List()),
                  0);
-    MoveToPlacement(session.List(), {15, 25, 15 + 100, 25 + 100});
+    MoveTo(session.List(), {.left = 15, .top = 25, .width = 100, .height = 100});
     EXPECT_NE(IsZoomed(session.List()), 0);
     SendMessageW(session.host.Client(), WM_MDIRESTORE, reinterpret_cast<WPARAM>(session.List()), 0);
     const RECT place = PlaceOf(session);

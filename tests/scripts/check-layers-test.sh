@@ -10,7 +10,7 @@ expect_line() { # title, file, its only line, expected words ("" for no complain
     local expected="0 "
     rm -rf "${tree:?}"/*
     mkdir -p "$tree"/src/{text,system,config,settings/forms,comm,scale,articles,upload/forms,database,window,entry} \
-        "$tree"/{host,simulator}
+        "$tree"/{host,simulator,demo/driver}
     printf '%s\n' "$3" >"$tree/$2"
     run "$root/scripts/check-layers.sh" "$tree"
     [ -z "$4" ] || expected="1 $2:1: *$4*"
@@ -18,10 +18,10 @@ expect_line() { # title, file, its only line, expected words ("" for no complain
 }
 
 expect_include "Windows in portable code" src/scale/a.cpp '<windows.h>' "Windows halves of src/system and the simulator only"
-expect_include "Windows in a half of the room for systems" src/system/a_win32.cpp '<windows.h>' ""
-expect_include "Windows in that room's portable code" src/system/a.cpp '<windows.h>' "Windows halves of src/system and the simulator only"
-expect_line "a half for Windows in another room" src/comm/a_win32.cpp '' "is for src/system"
-expect_line "a half for Linux in another room" src/config/a_posix.cpp '' "is for src/system"
+expect_include "Windows in a half of the folder for systems" src/system/a_win32.cpp '<windows.h>' ""
+expect_include "Windows in that folder's portable code" src/system/a.cpp '<windows.h>' "Windows halves of src/system and the simulator only"
+expect_line "a half for Windows in another folder" src/comm/a_win32.cpp '' "is for src/system"
+expect_line "a half for Linux in another folder" src/config/a_posix.cpp '' "is for src/system"
 expect_include "Windows in a form" src/upload/forms/a.cpp '<windows.h>' ""
 expect_include "client library outside database" src/articles/a.cpp '<ibase.h>' "src/database only"
 expect_include "client library in database" src/database/a.cpp '<ibase.h>' ""
@@ -34,6 +34,9 @@ expect_include "portable code uses a form" src/upload/a.cpp '"upload/forms/SetPl
 expect_include "a form uses what lies under it" src/upload/forms/a.cpp '"upload/ScaleRun.h"' ""
 expect_include "simulator uses the driver" simulator/a.cpp '"scale/ScaleFrame.h"' "must not include"
 expect_include "host uses module internals" host/a.cpp '"entry/ModuleState.h"' "must not include"
+expect_include "the demo's driver uses the module" demo/driver/a.cpp '"upload/ScaleRun.h"' "must not include"
+expect_include "a header of its own folder without the folder" src/scale/a.cpp '"ScaleFrame.h"' "is not named from src"
+expect_include "a header by a way up" src/comm/a.cpp '"../config/TypesUnit.h"' "is not named from src"
 expect_include "host uses the host interface" host/a.cpp '"entry/HostInterface.h"' ""
 
 for reading in 'std::chrono::system_clock::now();' 'std::chrono::steady_clock::now();' 'time(nullptr);' \

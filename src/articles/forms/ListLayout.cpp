@@ -7,20 +7,9 @@ namespace tolvane {
 namespace {
 
 void RestorePlace(HWND window, const TWindowPlace& place) {
-    MoveToPlacement(window,
-                    {place.left, place.top, place.left + place.width, place.top + place.height});
+    MoveTo(window, place);
     if (place.maximized)
         SendMessageW(GetParent(window), WM_MDIMAXIMIZE, reinterpret_cast<WPARAM>(window), 0);
-}
-
-TWindowPlace PlaceOf(HWND window) {
-    const TPlacement placement = PlacementOf(window);
-    const RECT& outer = placement.outer;
-    return {.left = outer.left,
-            .top = outer.top,
-            .width = outer.right - outer.left,
-            .height = outer.bottom - outer.top,
-            .maximized = placement.maximized};
 }
 
 }  // namespace

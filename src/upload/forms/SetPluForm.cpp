@@ -56,8 +56,7 @@ TSetPluForm::~TSetPluForm() {
 
 void TSetPluForm::RestorePosition(const TWindowPlace& place) {
     maximized_ = place.maximized;
-    MoveToPlacement(Handle(),
-                    {place.left, place.top, place.left + place.width, place.top + place.height});
+    MoveTo(Handle(), place);
 }
 
 void TSetPluForm::OnShow() {
@@ -89,10 +88,7 @@ LRESULT TSetPluForm::OnNotify(NMHDR& header) {
 TRunSettings TSetPluForm::CurrentSettings() const {
     TRunSettings settings;
     settings.choices = controls_.choices.Current();
-    const TPlacement placement = PlacementOf(Handle());
-    const RECT& outer = placement.outer;
-    settings.place = TWindowPlace{outer.left, outer.top, outer.right - outer.left,
-                                  outer.bottom - outer.top, placement.maximized};
+    settings.place = PlaceOf(Handle());
     return settings;
 }
 
