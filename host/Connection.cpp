@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "system/LoadedLibrary.h"
 #include "text/Cp1251.h"
 #include "text/Joined.h"
 #include "window/Handles.h"
@@ -60,7 +61,7 @@ std::string LoadFailure(DWORD error) {
         case ERROR_PROC_NOT_FOUND:
             return std::string("не е клиент на Firebird или InterBase"_cp1251);
         default:
-            return SystemErrorText(error);
+            return WindowsErrorText(error);
     }
 }
 
@@ -85,7 +86,7 @@ bool TConnection::TryClient(const std::filesystem::path& file) {
 void TConnection::LoadClient(const std::string& wanted, const std::filesystem::path& folder) {
     if (client_ != nullptr && wanted_ == wanted) return;
     std::vector<std::string> names = {wanted};
-    if (wanted.empty()) names = {"fbclient.dll", "gds32.dll"};
+    if (wanted.empty()) names = UsualClientLibraries();
     std::string reasons;
     for (const std::string& name : names) {
         std::filesystem::path file(Wide(name));

@@ -36,7 +36,7 @@ std::string LoadFailure(DWORD error) {
         case ERROR_MOD_NOT_FOUND:
             return std::string("липсва библиотека, от която се нуждае"_cp1251);
         default:
-            return SystemErrorText(error);
+            return WindowsErrorText(error);
     }
 }
 

@@ -36,11 +36,11 @@ public:
 private:
     struct TOperation {
         TOperationModule module;
-        THostDatabase database{};  // as long as the module may look at it
+        THostDatabase database{};  // must outlive the module's use
         std::uint32_t messageId = 0;
         bool running = false;
     };
-    std::deque<TOperation> operations_;  // their addresses stay
+    std::deque<TOperation> operations_;  // addresses stay valid
     std::vector<std::string> refused_;
 };
 

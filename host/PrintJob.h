@@ -13,6 +13,8 @@ namespace tolvane::host {
 // The printer and the pages (from 0) that the user has chosen.
 class TPrinter {
 public:
+    // None.
+    TPrinter() = default;
     TPrinter(HDC dc, std::size_t firstPage, std::size_t endPage)
         : dc_(dc), firstPage_(firstPage), endPage_(endPage) {}
 
@@ -22,8 +24,8 @@ public:
 
 private:
     TOwnedDc dc_;
-    std::size_t firstPage_;
-    std::size_t endPage_;
+    std::size_t firstPage_ = 0;
+    std::size_t endPage_ = 0;
 };
 
 enum class TPrintChoice { Chosen, Cancelled, NoPrinter };

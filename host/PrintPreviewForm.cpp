@@ -47,7 +47,7 @@ public:
     TPicture(int width, int height) : dc_(CreateCompatibleDC(nullptr)) {
         const BITMAPINFO info = PictureFormat(width, height);
         bitmap_.Reset(CreateDIBSection(dc_.Get(), &info, DIB_RGB_COLORS, &dots_, nullptr, 0));
-        if (!bitmap_) throw TWindowError(SystemErrorText(ERROR_NOT_ENOUGH_MEMORY));
+        if (!bitmap_) throw TWindowError(WindowsErrorText(ERROR_NOT_ENOUGH_MEMORY));
         before_ = SelectObject(dc_.Get(), bitmap_.Get());
     }
     TPicture(const TPicture&) = delete;
@@ -230,7 +230,7 @@ void TPrintPreviewForm::Print() {
         stop_ = true;
         return;
     }
-    TPrinter printer(nullptr, 0, 0);
+    TPrinter printer;
     switch (ChoosePrinter(Handle(), painter_.Layout(), printer)) {
         case TPrintChoice::Cancelled:
             return;

@@ -63,7 +63,7 @@ void TTradeHostForm::AddClient() {
         CreateWindowExW(0, STATUSCLASSNAMEW, nullptr, WS_CHILD | WS_VISIBLE | SBARS_SIZEGRIP, 0, 0,
                         0, 0, Handle(), nullptr, ModuleInstance(), nullptr);
     if (client_ == nullptr || statusBar_ == nullptr)
-        throw TWindowError(SystemErrorText(GetLastError()));
+        throw TWindowError(WindowsErrorText(GetLastError()));
     SetComponentName(statusBar_, "StatusBar");
     Layout();
 }

@@ -8,13 +8,13 @@
 
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
-# A line is as long as its letters are many.
+# Count characters, not bytes.
 export LC_ALL=C.UTF-8
 # The last commit from before the rule.
 RULE_SINCE=394f761857a3917252dbcb3b8c671680bba87065
 
-# check_message <name> [being-written]: the message comes by the standard input. One that is being written
-# may be meant for another commit.
+# check_message <name> [being-written]: the message is read from the standard input. One that is
+# being written may be meant for another commit.
 check_message() {
     local first second reason=
     IFS= read -r first || true

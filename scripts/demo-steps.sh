@@ -232,7 +232,7 @@ demo_held() {
     done < <(demo_scales) | sort
 }
 
-# Each scale must have got its articles. That a scale should hold none would be a mistake in this check.
+# Each scale must have got its articles. A scale that should hold none is a mistake here.
 demo_check_scales() {
     demo_expected >"$DEMO/expected.txt"
     demo_held >"$DEMO/held.txt"

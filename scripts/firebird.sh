@@ -33,7 +33,7 @@ firebird_isql() {
         isql-fb -bail -quiet "$@"
 }
 
-# The folder stands for an installation: the system's program parts by links, settings of its own.
+# Stands in for an installation: links to the system's programs, its own settings.
 # The character sets are copied: the server does not find them through a link.
 firebird_make_folder() {
     local entry
@@ -85,7 +85,7 @@ firebird_runs() {
     process_is "$(firebird_pid)" "/usr/sbin/firebird -p $(firebird_port)"
 }
 
-# Whether the server lets a user in; the security database answers by the server's own alias.
+# Whether the server lets a user in; the security database is reached by the server's alias.
 firebird_accepts() {
     firebird_runs || return 0
     firebird_isql -user "$FIREBIRD_USER" -password "$FIREBIRD_PASSWORD" \

@@ -1,18 +1,18 @@
 # shellcheck shell=bash disable=SC1091
 # Sourced: a shop's network on one machine, made of network namespaces. The shop's computer is
-# 192.168.10.1, the scales follow from 192.168.10.11 on, each in a namespace of its own; all hang on
+# 192.168.10.1, the scales follow from 192.168.10.11 on, each in a namespace of its own; all are on
 # one switch. Nothing of it touches the machine's own network. Needs root.
 #
 #   network_refusal           prints why namespaces cannot be made here; nothing when they can
 #   network_up <scale>...     makes the network anew, for these scales
 #   network_is_up             whether it is there
 #   network_address <scale>   prints the scale's address
-#   network_enter <command>   goes on as this command, on the shop's computer
+#   network_enter <command>   replaces this process by the command, on the shop's computer
 #   network_at <scale> <command>...
 #                             runs the command beside the scale
-#   network_down              takes away what network_up has made for this build folder, a killed run's
-#                             included, and nothing else; what still runs there goes on without a
-#                             network
+#   network_down              takes away the networks that network_up has made for this build folder,
+#                             including those of a killed run, and nothing else; what still runs there
+#                             goes on without a network
 #
 # The names carry the build folder's, so that two runs can stand side by side.
 

@@ -53,7 +53,7 @@ has_i386() {
     dpkg --print-foreign-architectures | grep -qx i386
 }
 
-# One administrator's command line that brings what is missing.
+# One administrator's command line that installs what is missing.
 explain_to_administrator() {
     {
         say "These packages are missing, and installing them needs root. An administrator can run:"
@@ -66,8 +66,8 @@ explain_to_administrator() {
     exit 1
 }
 
-# A fresh Firebird package starts its server, which nobody asked for: keep it from starting while
-# it is being installed. Where an administrator's policy exists, that one stays in charge.
+# A fresh Firebird package starts its server: prevent that while it is being installed; an existing
+# policy is kept.
 forbid_server_start() {
     [ -e "$POLICY" ] && return 0
     cat >"$POLICY" <<'POLICY_TEXT'
@@ -96,7 +96,7 @@ keep_server_off() {
     fi || say "the system's Firebird server could not be switched off"
 }
 
-# Once for both of two groups.
+# Runs at most once in ten minutes, unless $UPDATED has been removed.
 update_indexes() {
     [ -z "$(find "$UPDATED" -mmin -10 2>/dev/null)" ] || return 0
     if apt-get update -o DPkg::Lock::Timeout=300 -o Acquire::Retries=3; then
@@ -159,7 +159,7 @@ install_packages() {
     is_installed firebird3.0-server && server_was_here=yes
     export DEBIAN_FRONTEND=noninteractive
     trap restore_settings EXIT
-    # A first group may ask for it early, as each new architecture costs an update.
+    # An earlier group may ask for it, since each new architecture needs an update.
     if ! has_i386 && { [ "${TOLVANE_I386_SOON:-}" = 1 ] || [[ " $* " == *:i386\ * ]]; }; then
         say "adding the architecture i386"
         dpkg --add-architecture i386

@@ -14,9 +14,9 @@
 #                         lib.sh it is to be called as a statement of its own.
 #   plan_end              ends what still runs
 #
-# PLAN_ALL=yes runs what is up to date too, PLAN_FORCED those steps of it; PLAN_KEEP_GOING=yes goes on
-# after a failure. A step runs
-# in a subshell as `step` of lib.sh runs it; STEP_RESULTS names a folder of its own, for what it counts.
+# PLAN_ALL=yes runs what is up to date too. PLAN_FORCED: the steps that run even when up to date.
+# PLAN_KEEP_GOING=yes goes on after a failure. A step runs in a subshell as `step` of lib.sh runs it;
+# STEP_RESULTS names a folder of its own, for what it counts.
 
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 

@@ -12,7 +12,7 @@ source "$ROOT/tests/module_host/steps.sh"
 
 LANES=(a b c d)
 
-# test_in_lane <lane> <command>...: the variables above are the lane's from here on.
+# test_in_lane <lane> <command>...: from here on the variables above are the lane's.
 test_in_lane() {
     export TOLVANE_LANE=$1
     shift
@@ -154,14 +154,14 @@ test_demo_deletes() {
         "$BUILD/native/tests/demo/test_deletes"
 }
 
-# test_sum <member> <file>...: of the programs' own counts.
+# test_sum <member> <file>...: sums a count over the programs' results.
 test_sum() {
     local sum
     sum=$(sed -n "/^  \"$1\"/{s/[^0-9]//g;p}" "${@:2}" | paste -sd+)
     printf '%d\n' "$((${sum:-0}))"
 }
 
-# test_report <folder of results>...: the sum of all; the plain last line is for whoever reads only that.
+# test_report <folder of results>...: the sum of all, as a plain last line.
 test_report() {
     local files tests failures
     mapfile -t files < <(find "$@" -name '*.json' 2>/dev/null)

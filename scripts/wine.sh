@@ -8,7 +8,7 @@
 #                                1251|1252 and comma|point: the system code page, and the user's
 #                                number, date and time formats, of every program that follows
 #   wine_run <program> <argument>...
-#                                runs the program so; its exit code comes back
+#                                runs the program and returns its exit code
 #   wine_com_port <COM5> <path>  maps a port name to a pty; ends the prefix's Wine processes
 #   screenshot <file.png>        the private display as a picture
 #   wine_stop                    ends every Wine process of the prefix, and no other

@@ -4,8 +4,9 @@
 #
 #   1,000 kills of a save, on either system
 #   1,000 cycles of opening and closing the list window
-#   1,000 runs stopped or closed at random times      100,000 exchanges over each wire with faults
-#   the coverage of scale, comm, upload and config, in a build of its own
+#   1,000 runs stopped or closed at random times
+#   100,000 exchanges over each wire with faults
+#   the coverage, see tests/coverage
 
 export TOLVANE_LANE=a
 source "$(dirname "${BASH_SOURCE[0]}")/../scripts/lib.sh"

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # generate.sh <functions.txt> <fbclient.spec> <forwards.h>: the export list of the library and the
-# forwards that need no hand, both from the table of prototypes.
+# forwards that can be generated, both from the table of prototypes.
 
 set -euo pipefail
 

@@ -11,9 +11,9 @@ struct TSortState {
     std::optional<TField> field;
     bool ascending = true;
 
-    // Before a refresh.
+    // Forgets the sort; called before a refresh.
     void Clear() { field.reset(); }
-    // After a load: the query's own order.
+    // Sets the query's own order; called after a load.
     void SetLoaded() { *this = {TField::PLU_NUMB, true}; }
     // A click on a column's title: another field sorts in ascending order, the same one is
     // reversed.

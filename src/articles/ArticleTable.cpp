@@ -14,26 +14,26 @@ constexpr std::string_view kYes = "ДА"_cp1251;
 constexpr std::string_view kNo = "НЕ"_cp1251;
 
 struct TNumberFormat {
-    int integerDigits;
-    int decimals;
-    bool percent;
-    bool currency;
+    int integerDigits = 1;
+    int decimals = 2;
+    bool percent = false;
+    bool currency = false;
 };
 
 constexpr TNumberFormat NumberFormat(TDisplay display) {
     switch (display) {
         case TDisplay::ThreeDecimals:
-            return {1, 3, false, false};
+            return {.decimals = 3};
         case TDisplay::FourDecimals:
-            return {1, 4, false, false};
+            return {.decimals = 4};
         case TDisplay::TwoDecimalsBase:
-            return {1, 2, false, true};
+            return {.currency = true};
         case TDisplay::ThreeDecimalsBase:
-            return {1, 3, false, true};
+            return {.decimals = 3, .currency = true};
         case TDisplay::Percent:
-            return {2, 2, true, false};
+            return {.integerDigits = 2, .percent = true};
         default:
-            return {1, 2, false, false};
+            return {};
     }
 }
 
@@ -108,7 +108,7 @@ void TArticleTable::Reserve(std::size_t rows) {
 
 TRowId TArticleTable::Append() {
     const std::size_t row = order_.size();
-    // Reserve makes room in this column last, so its room shows that of all.
+    // Reserve enlarges this column last, so its capacity is that of all.
     if (row == indexes_.capacity()) Reserve(std::max(row + row / 2, kFewRows));
     EachColumn(*this, [](auto& column) { column.emplace_back(); });
     order_.back() = static_cast<TRowId>(row);

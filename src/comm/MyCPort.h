@@ -44,7 +44,8 @@ enum TComEvent {
     evRx80Full
 };
 
-// Bit/s by TBaudRate; 0 for brCustom.
+// Bit/s by TBaudRate, every speed of the port driver; 0 for brCustom. The speeds of scales are in
+// config/SerialSpeeds.h.
 inline constexpr std::array<std::int32_t, 16> kBitsPerSecond = {
     0,     110,   300,   600,   1200,  2400,   4800,   9600,
     14400, 19200, 38400, 56000, 57600, 115200, 128000, 256000};

@@ -20,7 +20,7 @@ namespace tolvane {
 inline constexpr const char* kSocketNotConnected = "Socket is not connected.";
 inline constexpr std::int32_t kLargestPort = 65535;
 
-// The longest wait on a socket between two looks at the clock and at what may stop the wait.
+// The longest single wait on a socket before the clock and the stop are checked again.
 inline constexpr TMilliseconds kLongestSocketWait{100};
 
 // The socket library's form of an address and a port. Throws std::runtime_error with a text for the

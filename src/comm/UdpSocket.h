@@ -12,7 +12,7 @@
 
 namespace tolvane {
 
-// What ReceiveDatagram does.
+// The signature of ReceiveDatagram; tests give another.
 using TDatagramReceive = std::function<TReceived(
     std::uintptr_t socket, std::span<std::uint8_t> buffer, std::error_code& error)>;
 

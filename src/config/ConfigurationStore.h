@@ -18,7 +18,8 @@ public:
     // Puts the layout into the file's document.
     using TWriteLayout = std::function<void(TIniDocument&)>;
 
-    // The module's file, under the name for loading, and the host's own settings. Reads nothing.
+    // The module's file, as ModuleConfigurationFile gives it, and the host's own settings. Reads
+    // nothing.
     TConfigurationStore(std::filesystem::path file, std::filesystem::path hostSettings);
 
     const std::filesystem::path& File() const { return file_; }

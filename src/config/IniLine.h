@@ -34,7 +34,7 @@ std::vector<std::string_view> SplitIniLines(std::string_view bytes, TIniEncoding
 std::string_view IniLineEnd(std::string_view line, TIniEncoding encoding);
 
 enum class TIniLineKind : std::uint8_t {
-    Other,    // blank, a comment, or nothing that means something
+    Other,    // a blank line, a comment or anything else
     Section,  // [name]; any text may follow
     Key,      // name = value
     BareKey   // a name alone: it has no value, but hides later keys of that name

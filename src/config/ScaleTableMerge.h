@@ -11,10 +11,10 @@ namespace tolvane {
 // the window loaded or last saved it, `current` as it is now.
 //
 // A document whose scales are still the known ones gets the whole current table. Any other document
-// keeps its scales; only the scales that the window has added, changed, marked or removed are
-// added, changed, marked or removed there, in whichever slot they now are. A scale that the others
-// have removed stays removed, unless the window has changed more than its mark; a scale that they
-// have changed is not removed. Where both have changed the same scale, the window's values count.
+// gets only this window's changes, each applied to the scale in whichever slot it now has. A scale
+// that the others have removed stays removed, unless the window has changed more than its mark; a
+// scale that they have changed is not removed. Where both have changed the same scale, the window's
+// values count.
 //
 // Returns the slots of the added scales for which the document has no room; these are not saved.
 std::vector<int> SaveScaleChanges(const TScaleTable& known, const TScaleTable& current,

@@ -30,7 +30,8 @@ struct TShortText {
     }
 };
 
-// Scale model codes as the configuration file holds them; any other code selects nothing.
+// Scale model codes as the configuration file holds them; the dialog shows no model for any other
+// code.
 inline constexpr std::int32_t kScaleTypeEvl = 16;
 inline constexpr std::int32_t kScaleTypeEts = 5000;
 inline constexpr std::int32_t kScaleTypeS300 = 300;

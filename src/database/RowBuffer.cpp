@@ -110,8 +110,8 @@ void TRowBuffer::Append(std::span<const TColumnValue> values) {
                 break;
             case TValueKind::Date:
             case TValueKind::Timestamp: {
-                char* const behind = Put(at, value.days);
-                if (value.kind == TValueKind::Timestamp) Put(behind, value.ticks);
+                char* const after = Put(at, value.days);
+                if (value.kind == TValueKind::Timestamp) Put(after, value.ticks);
                 break;
             }
             case TValueKind::Null:

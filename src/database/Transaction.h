@@ -13,8 +13,8 @@ struct TTransactionState;
 // another number, and 0 means no connection. Any thread.
 std::uintptr_t ConnectionIn(const void* database) noexcept;
 
-// A transaction on the host's connection: snapshot, writing allowed, and a lock that somebody else
-// holds is an error at once; it does not wait. One thread.
+// A transaction on the host's connection: a snapshot that may write, and that fails at once when
+// somebody else holds a lock. One thread.
 class TTransaction {
 public:
     // `database` points to the connection's handle cell (isc_db_handle); Start fails when it is

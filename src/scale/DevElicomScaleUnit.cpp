@@ -65,7 +65,7 @@ void AppendPlu(std::int32_t plu, TCmdBuffer& data) {
 }
 
 // The common rule of every command. `build` fills the request's data and may refuse the arguments
-// by throwing; `take` reads the reply's fields before its error code is judged.
+// by throwing; `take` reads the reply's fields before its error code is checked.
 template <class TBuild, class TTake>
 bool Run(TElicomScale& scale, const TScaleCommand& command, std::int32_t& errCode, TBuild build,
          TTake take) {

@@ -64,9 +64,11 @@ bool IsNumberTaken(const TScaleSettings& settings, std::span<const std::int32_t>
 
 TSettingsFault CheckNetwork(TScaleSettings& settings) {
     const std::int32_t port = ParseIntegerOr(settings.port, -1);
-    if (port < 0 || port > kLargestPort) return {TSettingsField::Port, false, kInvalidPort};
+    if (port < 0 || port > kLargestPort)
+        return {.field = TSettingsField::Port, .text = kInvalidPort};
     const auto address = RejoinAddress(settings.ipAddress, &IpPart);
-    if (!address) return {TSettingsField::IpAddress, true, kInvalidAddress};
+    if (!address)
+        return {.field = TSettingsField::IpAddress, .isError = true, .text = kInvalidAddress};
     settings.ipAddress = *address;
     return {};
 }
@@ -115,20 +117,21 @@ std::int32_t Positive(std::int32_t number) {
 TTransportRules RulesOf(TTransport transport) {
     switch (transport) {
         case TTransport::Tcp:
-            return {false, true, true, kTcpModulePort};
+            return {.ipControls = true, .portField = true, .portText = kTcpModulePort};
         case TTransport::Udp:
-            return {false, true, false, kUsualPort};
+            return {.ipControls = true, .portText = kUsualPort};
         default:
-            return {true, false, false, {}};
+            return {.serialControls = true};
     }
 }
 
 TSettingsFault CheckSettings(TScaleSettings& settings, std::span<const std::int32_t> listed) {
-    if (IsNumberTaken(settings, listed)) return {TSettingsField::Number, false, kNumberTaken};
+    if (IsNumberTaken(settings, listed))
+        return {.field = TSettingsField::Number, .text = kNumberTaken};
     if (IsNetworkConnection(static_cast<std::uint8_t>(settings.transport)))
         return CheckNetwork(settings);
     if (settings.serialPorts.empty() || settings.serialPort < 0)
-        return {TSettingsField::SerialPort, false, kNoSerialPort};
+        return {.field = TSettingsField::SerialPort, .text = kNoSerialPort};
     return {};
 }
 

@@ -54,10 +54,10 @@ struct TScaleSettings {
 
 // Which controls a transport needs.
 struct TTransportRules {
-    bool serialControls;  // address, port list with its button, speed
-    bool ipControls;      // address, search
-    bool portField;
-    std::string_view portText;  // what a switch to the transport puts into the port field
+    bool serialControls = false;  // address, port list with its button, speed
+    bool ipControls = false;      // address, search
+    bool portField = false;
+    std::string_view portText{};  // what a switch to the transport puts into the port field
 };
 TTransportRules RulesOf(TTransport transport);
 
@@ -67,7 +67,7 @@ enum class TSettingsField { None, Number, Port, IpAddress, SerialPort };
 struct TSettingsFault {
     TSettingsField field = TSettingsField::None;
     bool isError = false;  // otherwise a warning
-    std::string_view text;
+    std::string_view text{};
 };
 
 // Checks the settings in the dialog's order; `listed` are the numbers of all scales in the list,
@@ -88,8 +88,8 @@ struct TSpinLimits {
 
     // The number itself if it is allowed, else the nearest limit.
     std::int32_t Nearest(std::int32_t value) const;
-    // The value of the edit's text: the lower limit for a text that is not an integer, 0 for 0,
-    // otherwise the nearest allowed number.
+    // The typed number or its nearest limit. 0 stays 0; a text that is not a number gives the lower
+    // limit.
     std::int32_t ValueOf(std::string_view text) const;
 };
 

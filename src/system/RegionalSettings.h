@@ -18,7 +18,7 @@ struct TRegionalSettings {
     std::string morning;    // text of "tt" before noon, code page 1251
     std::string afternoon;  // text of "tt" from noon on
     // Names for patterns with MMM, MMMM, ddd, dddd, from January and Monday on; a month without a
-    // name is shown by its number, a day of the week without one not at all.
+    // name is shown by its number, a day of the week without a name is left out.
     std::array<std::string, 12> shortMonths = {};
     std::array<std::string, 12> longMonths = {};
     std::array<std::string, 7> shortDays = {};

@@ -9,7 +9,7 @@
 
 namespace tolvane {
 
-// Where systems differ in their sockets. `socket` is the system's own handle.
+// What differs between systems in sockets. `socket` is the system's own handle.
 
 // Keeps the system's socket library ready while it lives. The system counts the users of the
 // library, so each channel holds an object of its own. The constructor throws std::system_error
@@ -23,8 +23,9 @@ public:
     TSocketLibrary& operator=(const TSocketLibrary&) = delete;
 };
 
-// Waits at most `limit` until the socket has something to read: bytes, the peer's end, or an error,
-// which the next receive then reports. False when the time is over or a signal came. Any thread.
+// Waits at most `limit` until the socket has something to read: bytes, the end of the connection,
+// or an error, which the next receive then reports. False when the time is over or a signal came.
+// Any thread.
 bool WaitReadable(std::uintptr_t socket, TMilliseconds limit);
 
 // One received datagram.

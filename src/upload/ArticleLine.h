@@ -12,9 +12,9 @@
 
 namespace tolvane {
 
-// An article line says what one scale gets of one article: the fields of kLineFields as text, each
-// followed by this character. The character cannot be escaped; the builder keeps it out of the
-// fields.
+// An article line holds what one scale receives about one article: the fields of kLineFields as
+// text, each followed by this character. The character cannot be escaped; the builder keeps it out
+// of the fields.
 inline constexpr char kLineSeparator = '|';
 
 // How the parser stores a field.

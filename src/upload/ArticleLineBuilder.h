@@ -25,7 +25,7 @@ enum class TLineFault : std::uint8_t {
     Name2,
 };
 
-// What one article is to one scale.
+// The result for one article and one scale.
 struct TArticleLine {
     bool isForScale = false;
     std::optional<TLineFault> fault{};  // of an article that is meant for the scale
@@ -51,7 +51,7 @@ public:
     TArticleLine LineFor(TRowId row, std::int32_t scaleNumber) const;
 
 private:
-    // What keeps an article from having a line; nothing when it is as it should be.
+    // Why an article has no line; nothing when it has one.
     using TFault = std::optional<TLineFault>;
 
     // Each appends a field's text without its separator.

@@ -29,7 +29,7 @@ public:
     TArticleWriter(TElicomScale& scale, const TScaleRec& rec, const TScaleVersion& version)
         : scale_(scale), rec_(rec), maxPlu_(version.maxPlu), mode_(version.mode) {}
 
-    // Cuts the article's number to the digits that the scale has. Answers whether the scale has an
+    // Cuts the article's number to the digits that the scale has. Returns whether the scale has an
     // article of this number.
     bool CutNumber(TPLUD& plu) const;
     // Writes the article, whose number is cut and whose price is above 0. Throws TScaleRefusal

@@ -15,7 +15,7 @@ std::string SeparatorLine();
 std::string NoScalesLine();
 std::string NoScaleCheckedLine();
 
-// One scale of a run.
+// Lines about one scale of a run.
 std::string StartLine(std::string_view scale);
 std::string ConnectedLine();
 std::string WrittenLine(std::string_view scale);
@@ -23,14 +23,14 @@ std::string NotWrittenLine(std::string_view scale);
 std::string AllDeletedLine(std::string_view scale);
 std::string NotAllDeletedLine(std::string_view scale);
 
-// What the passes say. A write pass has no version line, but an empty text, for a scale of an
+// Lines of the passes. A write pass has no version line, but an empty text, for a scale of an
 // unknown type.
 std::string WriteVersionLine(std::int32_t scaleType, const TScaleVersion& version);
 std::string DeleteVersionLine(const TScaleVersion& version);
 std::string WrittenCountLine(int written);
 
-// What the builder of article lines says: the counts, and each article that it leaves out, in two
-// lines. `choice` is the caption of the chosen name or price.
+// Lines of the article line builder: the counts, and each article that it leaves out, in two lines.
+// `choice` is the caption of the chosen name or price.
 std::string ProcessedCountLine(std::size_t articles);
 std::string ValidCountLine(std::size_t articles);
 std::string OnlyValidLine();

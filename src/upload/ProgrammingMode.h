@@ -29,7 +29,7 @@ public:
     // the command that failed. Returns nothing, and does not send the request for programming mode,
     // when the run was abandoned before it.
     std::optional<TScaleVersion> Enter();
-    // Puts the scale back into weighing mode. Answers whether the scale has confirmed it.
+    // Puts the scale back into weighing mode. Returns whether the scale has confirmed it.
     bool Leave();
 
 private:

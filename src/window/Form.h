@@ -117,7 +117,7 @@ private:
     LRESULT HandleCommand(const TMessage& message);
     LRESULT HandleMinMax(const TMessage& message);
     LRESULT HandleFocus(const TMessage& message);
-    // Does so for any message of the loop; shows what HandleKeyDown throws.
+    // Offers any message of the loop to HandleKeyDown; shows what that throws.
     bool HandleKeyMessage(MSG& message);
     bool MoveFocus(HWND focus, bool back);
     bool PressEnter(HWND focus);

@@ -69,7 +69,7 @@ HWND MakeControl(HWND parent, int id, TDpi dpi, HFONT font, const TControlOption
         dpi.Scale(bounds.y), dpi.Scale(bounds.width), dpi.Scale(bounds.height), parent,
         reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), ModuleInstance(), nullptr);
     if (control == nullptr)
-        throw TWindowError("CreateWindowEx: " + SystemErrorText(GetLastError()));
+        throw TWindowError("CreateWindowEx: " + WindowsErrorText(GetLastError()));
     SetComponentName(control, options.name);
     SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
     if (options.kind == TControlKind::CheckList) PrepareCheckList(control);

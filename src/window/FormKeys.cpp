@@ -78,8 +78,8 @@ bool TForm::HandleKeyMessage(MSG& message) {
         // The underlined letters of captions.
         return message.message == WM_SYSCHAR && Handle() != nullptr &&
                IsDialogMessageW(Handle(), &message) != 0;
-    } catch (const std::exception& error) {
-        ShowError(Handle(), MessageOf(error));
+    } catch (...) {
+        HandleError(MessageOfCurrentException());
         return true;
     }
 }

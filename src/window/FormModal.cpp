@@ -51,11 +51,11 @@ int TForm::ShowModal() {
     if (GetFocus() == Handle()) SetFocus(GetNextDlgTabItem(Handle(), nullptr, FALSE));
     RunModalLoop();
     modal_ = false;
-    // The owner first: a window that hides while its owner is disabled activates another program.
+    // Enable the owner first: hiding a window whose owner is disabled activates another program.
     disabled.Enable();
     if (Handle() != nullptr) ShowWindow(Handle(), SW_HIDE);
     if (owner != nullptr && IsWindow(owner) != 0) SetActiveWindow(owner);
-    // The owner would give the focus to the first control of its active child.
+    // Otherwise the owner would give the focus to the first control of its active child.
     if (IsWindowVisible(focusBefore) != 0 && IsWindowEnabled(focusBefore) != 0)
         SetFocus(focusBefore);
     return modalResult_ != 0 ? modalResult_ : IDCANCEL;

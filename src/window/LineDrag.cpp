@@ -83,7 +83,7 @@ int TLineDrag::TargetAt(POINT point) const {
 // The list view itself would wait for the mouse in its own message loop, and change a check box at
 // once.
 bool TLineDrag::Press(WPARAM buttons, POINT point) {
-    // `buttons` also tells of Ctrl and Shift, but not of Alt.
+    // `buttons` also reports Ctrl and Shift, but not of Alt.
     if (buttons != MK_LBUTTON || GetKeyState(VK_MENU) < 0) return false;
     LVHITTESTINFO hit{};
     hit.pt = point;

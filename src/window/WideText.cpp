@@ -28,7 +28,7 @@ void SetWindowText(HWND window, std::string_view text) {
     SetWindowTextW(window, Wide(text).c_str());
 }
 
-std::string SystemErrorText(DWORD error) {
+std::string WindowsErrorText(DWORD error) {
     return SystemErrorText({static_cast<int>(error), std::system_category()}, TFullStop::Kept);
 }
 

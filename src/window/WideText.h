@@ -16,7 +16,7 @@ std::string Narrow(std::wstring_view text);
 std::string WindowText(HWND window);
 void SetWindowText(HWND window, std::string_view text);
 
-// The system's own description of an error number, with the number: "Access is denied. (5)".
-std::string SystemErrorText(DWORD error);
+// SystemErrorText of an error of Windows, with the full stop: "Access is denied. (5)".
+std::string WindowsErrorText(DWORD error);
 
 }  // namespace tolvane

@@ -76,7 +76,7 @@ void TWindow::RegisterWindowClass(const wchar_t* className) {
     definition.hbrBackground = GetSysColorBrush(COLOR_BTNFACE);
     definition.lpszClassName = className;
     if (RegisterClassExW(&definition) == 0 && GetLastError() != ERROR_CLASS_ALREADY_EXISTS)
-        throw TWindowError("RegisterClassEx: " + SystemErrorText(GetLastError()));
+        throw TWindowError("RegisterClassEx: " + WindowsErrorText(GetLastError()));
 }
 
 void TWindow::MakeWindow(const TWindowOptions& options) {
@@ -86,7 +86,8 @@ void TWindow::MakeWindow(const TWindowOptions& options) {
     const HWND window = CreateWindowExW(
         options.exStyle, options.className, Wide(options.caption).c_str(), options.style, options.x,
         options.y, options.width, options.height, options.parent, nullptr, ModuleInstance(), this);
-    if (window == nullptr) throw TWindowError("CreateWindowEx: " + SystemErrorText(GetLastError()));
+    if (window == nullptr)
+        throw TWindowError("CreateWindowEx: " + WindowsErrorText(GetLastError()));
     SetComponentName(window, options.name);
 }
 

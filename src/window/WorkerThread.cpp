@@ -32,7 +32,7 @@ void TWorkerThread::Start(std::function<void()> body, TPostQueue queue,
                           std::function<void()> done) {
     Wait();
     ended_.Reset(CreateEventW(nullptr, TRUE, FALSE, nullptr));
-    if (!ended_) throw std::runtime_error("CreateEvent: " + SystemErrorText(GetLastError()));
+    if (!ended_) throw std::runtime_error("CreateEvent: " + WindowsErrorText(GetLastError()));
     thread_ = std::thread([body = std::move(body), queue = std::move(queue), done = std::move(done),
                            ended = ended_.Get()]() mutable {
         try {

@@ -2,9 +2,6 @@
 """Prints line and branch coverage per folder from gcovr's JSON, and the branches that no test takes.
 
 report.py ROOT COVERAGE.JSON
-
-Branches on lines marked GCOVR_EXCL_BR_LINE do not count. The mark is for system calls that no test can
-make fail; the reason follows the mark.
 """
 
 import json

@@ -1,7 +1,7 @@
 # shellcheck shell=bash disable=SC2034
 # Sourced by the tests of scripts.
 #
-#   run <command>...                     $out is then what the command printed, by both outputs, $code its code
+#   run <command>...                     $out is then what the command printed on stdout and stderr, $code its code
 #   expect <title> <pattern> <found>     one line; "found" must fit the pattern, in which * stands for any text
 #   expect_end                           ends the script, with 1 when anything did not fit
 #

@@ -6,7 +6,7 @@ plan=$root/scripts/plan.sh
 mkdir "$tree/build"
 cd "$tree"
 
-# run_plan: runs the plan that comes by the standard input; $tree/ran is then what ran.
+# run_plan: runs the plan that is read from the standard input; $tree/ran is then what ran.
 run_plan() {
     : >"$tree/ran"
     {

@@ -1,6 +1,6 @@
 #pragma once
 
-// What tests of channels include besides, to be precompiled.
+// Precompiled: further headers of tests of channels.
 #include <asio/io_context.hpp>
 #include <asio/ip/tcp.hpp>
 #include <asio/ip/udp.hpp>

@@ -1,6 +1,6 @@
 #pragma once
 
-// What most files include of the standard library, to be precompiled.
+// Precompiled: the headers of the standard library that most files include.
 #include <algorithm>
 #include <array>
 #include <atomic>

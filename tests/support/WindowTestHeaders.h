@@ -1,6 +1,6 @@
 #pragma once
 
-// What tests of windows include besides, to be precompiled.
+// Precompiled: further headers of tests of windows.
 #include <windows.h>
 
 #include <commctrl.h>

@@ -49,9 +49,9 @@ LRESULT CALLBACK TArticleGrid::ListProcedure(HWND list, UINT id, WPARAM wParam, 
     return DefSubclassProc(list, id, wParam, lParam);
 }
 
-void TArticleGrid::TitleDoubleClicked(int view) noexcept {
+void TArticleGrid::TitleDoubleClicked(int shown) noexcept {
     try {
-        if (const auto column = header_.ColumnOfView(view)) AutoFit(*column);
+        if (const auto column = header_.ColumnAtShown(shown)) AutoFit(*column);
     } catch (...) {  // NOLINT(bugprone-empty-catch): out of memory; the width stays
     }
 }
@@ -76,8 +76,8 @@ std::wstring TArticleGrid::TextAt(TRowId row, std::size_t column) const {
 }
 
 void TArticleGrid::AutoFit(std::size_t column) {
-    const int view = header_.ViewOfColumn(column);
-    if (view < 0) return;
+    const int shown = header_.ShownIndexOf(column);
+    if (shown < 0) return;
     const TWindowDc dc(list_);
     const auto widthOf = [&](const std::wstring& text) {
         return TextWidth(dc.Get(), font_.Get(), text.c_str(), static_cast<int>(text.size()));
@@ -86,12 +86,12 @@ void TArticleGrid::AutoFit(std::size_t column) {
     const std::size_t end = rows_.EndOfDrawn();
     for (std::size_t index = rows_.FirstDrawn(); index < end; ++index)
         width = std::max(width, widthOf(TextAt(view_.RowAt(index), column)));
-    if (width > 0) header_.SetTextWidth(view, width);
+    if (width > 0) header_.SetTextWidth(shown, width);
 }
 
 LRESULT TArticleGrid::FillText(NMLVDISPINFOW& info) const {
     LVITEMW& item = info.item;
-    const std::optional<std::size_t> column = header_.ColumnOfView(item.iSubItem);
+    const std::optional<std::size_t> column = header_.ColumnAtShown(item.iSubItem);
     if ((item.mask & LVIF_TEXT) == 0 || item.pszText == nullptr || item.cchTextMax <= 0) return 0;
     item.pszText[0] = L'\0';
     if (!column || item.iItem < 0 || static_cast<std::size_t>(item.iItem) >= view_.RowCount())
@@ -103,8 +103,8 @@ LRESULT TArticleGrid::FillText(NMLVDISPINFOW& info) const {
     return 0;
 }
 
-void TArticleGrid::EnterColumn(int view) {
-    const std::optional<std::size_t> column = header_.ColumnOfView(view);
+void TArticleGrid::EnterColumn(int shown) {
+    const std::optional<std::size_t> column = header_.ColumnAtShown(shown);
     if (!column || *column == header_.Current()) return;
     header_.SetCurrent(*column);
     InvalidateRect(list_, nullptr, FALSE);
@@ -112,14 +112,14 @@ void TArticleGrid::EnterColumn(int view) {
 }
 
 void TArticleGrid::StepColumn(int step) {
-    const int view = header_.ViewOfColumn(header_.Current()) + step;
-    if (!header_.ColumnOfView(view)) return;
-    header_.ScrollTo(view);
-    EnterColumn(view);
+    const int shown = header_.ShownIndexOf(header_.Current()) + step;
+    if (!header_.ColumnAtShown(shown)) return;
+    header_.ScrollTo(shown);
+    EnterColumn(shown);
 }
 
 void TArticleGrid::ClickCurrentTitle() {
-    if (header_.ViewOfColumn(header_.Current()) >= 0) view_.TitleClicked(header_.Current());
+    if (header_.ShownIndexOf(header_.Current()) >= 0) view_.TitleClicked(header_.Current());
 }
 
 bool TArticleGrid::HandleKey(UINT virtualKey) {
@@ -136,7 +136,7 @@ std::optional<LRESULT> TArticleGrid::HandleNotify(NMHDR& header) {
             return FillText(reinterpret_cast<NMLVDISPINFOW&>(header));
         case LVN_COLUMNCLICK:
             if (const auto column =
-                    header_.ColumnOfView(reinterpret_cast<NMLISTVIEW&>(header).iSubItem))
+                    header_.ColumnAtShown(reinterpret_cast<NMLISTVIEW&>(header).iSubItem))
                 view_.TitleClicked(*column);
             return 0;
         case NM_CLICK:
@@ -146,7 +146,7 @@ std::optional<LRESULT> TArticleGrid::HandleNotify(NMHDR& header) {
             return 0;
         case LVN_ODFINDITEMW:
         case LVN_ODFINDITEMA:
-            // The search for a typed letter: 0 would be the first row.
+            // A typed letter selects no row (0 would be the first).
             return -1;
         default:
             return std::nullopt;
@@ -175,8 +175,8 @@ bool TArticleGrid::HandleDraw(const DRAWITEMSTRUCT& item) {
     const TSelected selectedFont(item.hDC, font_.Get());
     SetBkMode(item.hDC, TRANSPARENT);
     SetTextColor(item.hDC, colours.text);
-    for (std::size_t view = 0; view < header_.ShownCount(); ++view)
-        DrawCell(item, row, static_cast<int>(view), current);
+    for (std::size_t shown = 0; shown < header_.ShownCount(); ++shown)
+        DrawCell(item, row, static_cast<int>(shown), current);
     if (header_.Style().indicator) {
         RECT area = header_.CellRect(0, item.rcItem);
         area.right = area.left + header_.IndicatorWidth();
@@ -185,12 +185,12 @@ bool TArticleGrid::HandleDraw(const DRAWITEMSTRUCT& item) {
     return true;
 }
 
-void TArticleGrid::DrawCell(const DRAWITEMSTRUCT& item, TRowId row, int view, bool current) const {
-    RECT cell = header_.CellRect(view, item.rcItem);
+void TArticleGrid::DrawCell(const DRAWITEMSTRUCT& item, TRowId row, int shown, bool current) const {
+    RECT cell = header_.CellRect(shown, item.rcItem);
     if (RectVisible(item.hDC, &cell) == 0) return;
     DrawCellLines(item.hDC, cell, header_.Style());
-    if (view == 0) cell.left += header_.IndicatorWidth();
-    const std::size_t column = header_.ColumnOfView(view).value();
+    if (shown == 0) cell.left += header_.IndicatorWidth();
+    const std::size_t column = header_.ColumnAtShown(shown).value();
     if (current && column == header_.Current() && GetFocus() == list_) {
         const RECT frame{cell.left, cell.top, cell.right - 1, cell.bottom - 1};
         DrawFocusRect(item.hDC, &frame);

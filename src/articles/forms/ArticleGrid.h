@@ -85,13 +85,13 @@ private:
     };
     static LRESULT CALLBACK ListProcedure(HWND list, UINT id, WPARAM wParam, LPARAM lParam,
                                           UINT_PTR subclass, DWORD_PTR grid) noexcept;
-    void TitleDoubleClicked(int view) noexcept;
+    void TitleDoubleClicked(int shown) noexcept;
     LRESULT FillText(NMLVDISPINFOW& info) const;
-    void EnterColumn(int view);
+    void EnterColumn(int shown);
     void StepColumn(int step);
     std::wstring TextAt(TRowId row, std::size_t column) const;
     TRowColours ColoursOf(TRowId row, bool marked, bool current) const;
-    void DrawCell(const DRAWITEMSTRUCT& item, TRowId row, int view, bool current) const;
+    void DrawCell(const DRAWITEMSTRUCT& item, TRowId row, int shown, bool current) const;
 
     TDpi dpi_;
     TGridView& view_;

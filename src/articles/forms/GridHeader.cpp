@@ -27,12 +27,12 @@ HWND TGridHeader::Control() const {
     return reinterpret_cast<HWND>(SendMessageW(list_, LVM_GETHEADER, 0, 0));
 }
 
-std::optional<std::size_t> TGridHeader::ColumnOfView(int view) const {
-    if (view < 0 || static_cast<std::size_t>(view) >= shown_.size()) return std::nullopt;
-    return shown_[static_cast<std::size_t>(view)];
+std::optional<std::size_t> TGridHeader::ColumnAtShown(int shown) const {
+    if (shown < 0 || static_cast<std::size_t>(shown) >= shown_.size()) return std::nullopt;
+    return shown_[static_cast<std::size_t>(shown)];
 }
 
-int TGridHeader::ViewOfColumn(std::size_t column) const {
+int TGridHeader::ShownIndexOf(std::size_t column) const {
     const auto found = std::find(shown_.begin(), shown_.end(), column);
     return found == shown_.end() ? -1 : static_cast<int>(found - shown_.begin());
 }
@@ -48,7 +48,7 @@ bool TGridHeader::Replace(std::vector<TGridColumnState> columns) {
     for (std::size_t i = 0; i < columns_.size(); ++i) {
         if (columns_[i].visible) Insert(i);
     }
-    if (!shown_.empty() && ViewOfColumn(current_) < 0) current_ = shown_.front();
+    if (!shown_.empty() && ShownIndexOf(current_) < 0) current_ = shown_.front();
     SendMessageW(list_, WM_SETREDRAW, TRUE, 0);
     InvalidateRect(list_, nullptr, TRUE);
     SetSortMark(sortColumn_, sortAscending_);
@@ -66,14 +66,14 @@ void TGridHeader::Insert(std::size_t index) {
     shown_.push_back(index);
 }
 
-int TGridHeader::ViewWidth(std::size_t view) const {
-    const auto width = static_cast<int>(SendMessageW(list_, LVM_GETCOLUMNWIDTH, view, 0));
-    return view == 0 ? std::max(0, width - IndicatorWidth()) : width;
+int TGridHeader::ShownWidth(std::size_t shown) const {
+    const auto width = static_cast<int>(SendMessageW(list_, LVM_GETCOLUMNWIDTH, shown, 0));
+    return shown == 0 ? std::max(0, width - IndicatorWidth()) : width;
 }
 
 void TGridHeader::ReadWidths() const {
-    for (std::size_t view = 0; view < shown_.size(); ++view)
-        columns_[shown_[view]].width = ViewWidth(view);
+    for (std::size_t shown = 0; shown < shown_.size(); ++shown)
+        columns_[shown_[shown]].width = ShownWidth(shown);
 }
 
 std::vector<TGridColumnState> TGridHeader::Columns() const {
@@ -107,15 +107,15 @@ void TGridHeader::Move(std::size_t from, std::size_t to) {
 void TGridHeader::SetSortMark(std::optional<std::size_t> column, bool ascending) {
     sortColumn_ = column;
     sortAscending_ = ascending;
-    for (std::size_t view = 0; view < shown_.size(); ++view) {
+    for (std::size_t shown = 0; shown < shown_.size(); ++shown) {
         HDITEMW item{};
         item.mask = HDI_FORMAT;
-        SendMessageW(Control(), HDM_GETITEMW, view, reinterpret_cast<LPARAM>(&item));
+        SendMessageW(Control(), HDM_GETITEMW, shown, reinterpret_cast<LPARAM>(&item));
         item.fmt &=
             ~(HDF_SORTUP | HDF_SORTDOWN | HDF_IMAGE | HDF_BITMAP_ON_RIGHT | HDF_JUSTIFYMASK);
         // A list view aligns its first title to the left, whatever it was told.
-        item.fmt |= columns_[shown_[view]].right ? HDF_RIGHT : HDF_LEFT;
-        if (column == shown_[view]) {
+        item.fmt |= columns_[shown_[shown]].right ? HDF_RIGHT : HDF_LEFT;
+        if (column == shown_[shown]) {
             item.fmt |= ascending ? HDF_SORTUP : HDF_SORTDOWN;
             if (sortImages_) {
                 item.mask |= HDI_IMAGE;
@@ -123,7 +123,7 @@ void TGridHeader::SetSortMark(std::optional<std::size_t> column, bool ascending)
                 item.iImage = ascending ? kSortUpImage : kSortDownImage;
             }
         }
-        SendMessageW(Control(), HDM_SETITEMW, view, reinterpret_cast<LPARAM>(&item));
+        SendMessageW(Control(), HDM_SETITEMW, shown, reinterpret_cast<LPARAM>(&item));
     }
 }
 
@@ -137,22 +137,22 @@ int TGridHeader::IndicatorWidth() const {
     return tolvane::IndicatorWidth(style_, dpi_);
 }
 
-void TGridHeader::SetTextWidth(int view, int pixels) {
-    const int width = pixels + dpi_.Scale(kTextMargin) + (view == 0 ? IndicatorWidth() : 0);
-    SendMessageW(list_, LVM_SETCOLUMNWIDTH, static_cast<WPARAM>(view), width);
+void TGridHeader::SetTextWidth(int shown, int pixels) {
+    const int width = pixels + dpi_.Scale(kTextMargin) + (shown == 0 ? IndicatorWidth() : 0);
+    SendMessageW(list_, LVM_SETCOLUMNWIDTH, static_cast<WPARAM>(shown), width);
 }
 
-RECT TGridHeader::CellRect(int view, const RECT& row) const {
+RECT TGridHeader::CellRect(int shown, const RECT& row) const {
     RECT cell{};
-    SendMessageW(Control(), HDM_GETITEMRECT, static_cast<WPARAM>(view),
+    SendMessageW(Control(), HDM_GETITEMRECT, static_cast<WPARAM>(shown),
                  reinterpret_cast<LPARAM>(&cell));
     // The header is scrolled sideways together with the list.
     MapWindowPoints(Control(), list_, reinterpret_cast<POINT*>(&cell), 2);
     return {cell.left, row.top, cell.right, row.bottom};
 }
 
-void TGridHeader::ScrollTo(int view) {
-    const RECT cell = CellRect(view, {});
+void TGridHeader::ScrollTo(int shown) {
+    const RECT cell = CellRect(shown, {});
     RECT client{};
     GetClientRect(list_, &client);
     int by = 0;

@@ -23,8 +23,8 @@ struct TGridColumnState {
 };
 
 // The columns of the article grid and the title row that shows them: order, widths, the current
-// column, the sort mark. Columns are named by their index among all columns; a "view" is the index
-// of a shown column in the list view. Interface thread.
+// column, the sort mark. Columns are named by their index among all columns; `shown` is a
+// column's index among the shown ones, as the list view counts. Interface thread.
 class TGridHeader {
 public:
     explicit TGridHeader(TDpi dpi) : dpi_(dpi) {}
@@ -46,10 +46,10 @@ public:
     const TGridColumnState& At(std::size_t column) const { return columns_.at(column); }
 
     std::size_t ShownCount() const { return shown_.size(); }
-    // ColumnOfView returns nothing for a view that does not exist, ViewOfColumn -1 for a hidden
-    // column.
-    std::optional<std::size_t> ColumnOfView(int view) const;
-    int ViewOfColumn(std::size_t column) const;
+    // ColumnAtShown returns nothing for an index that no shown column has, ShownIndexOf -1 for a
+    // hidden column.
+    std::optional<std::size_t> ColumnAtShown(int shown) const;
+    int ShownIndexOf(std::size_t column) const;
 
     std::size_t Current() const { return current_; }
     void SetCurrent(std::size_t column) { current_ = column; }
@@ -63,20 +63,20 @@ public:
     // The width before the first column, in pixels; 0 in a style without an indicator.
     int IndicatorWidth() const;
     // Makes a shown column wide enough for a text of so many pixels.
-    void SetTextWidth(int view, int pixels);
+    void SetTextWidth(int shown, int pixels);
     // A shown column's part of a row, in the list view's coordinates.
-    RECT CellRect(int view, const RECT& row) const;
-    void ScrollTo(int view);
+    RECT CellRect(int shown, const RECT& row) const;
+    void ScrollTo(int shown);
 
 private:
-    int ViewWidth(std::size_t view) const;
+    int ShownWidth(std::size_t shown) const;
     void ReadWidths() const;
     void Insert(std::size_t column);
 
     TDpi dpi_;
     HWND list_ = nullptr;
     mutable std::vector<TGridColumnState> columns_;
-    std::vector<std::size_t> shown_;  // by view: the index among all columns
+    std::vector<std::size_t> shown_;  // of the shown ones: the index among all columns
     std::size_t current_ = 0;
     std::optional<std::size_t> sortColumn_;
     bool sortAscending_ = true;

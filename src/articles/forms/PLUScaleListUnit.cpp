@@ -155,8 +155,7 @@ void TElicomPluScaleListForm::SaveAndShowFailure() {
         store_.SaveAtEnd(
             [this](TIniDocument& document) { WriteListLayout(*this, grid_, document); });
     } catch (const std::exception&) {
-        // After a failed start its error has been shown already; that a scale is lost must be shown
-        // all the same.
+        // The error of a failed start has been shown; the loss of a scale must still be shown.
         if (!session_.IsAbandoned() || store_.HasUnsavedScales())
             ShowError(MessageOfCurrentException());
     }
@@ -238,8 +237,8 @@ void TElicomPluScaleListForm::NDeleteAllClick(TRunNumber number) {
         const TArticleSession::THold hold(session_);
         OpenRun(number);
     }
-    // The window was destroyed, and saved, while the run window was open; the check marks came back
-    // after that.
+    // The list window was destroyed, and saved, while the run window was open; the check marks
+    // changed after that.
     if (Handle() == nullptr) store_.SaveScales();
 }
 

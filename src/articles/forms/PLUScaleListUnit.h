@@ -34,7 +34,8 @@ public:
     void CloseAtOnce();
 
 protected:
-    // The module's configuration file, under the name for loading, and the host's own settings.
+    // The module's configuration file, as ModuleConfigurationFile gives it, and the host's own
+    // settings.
     TElicomPluScaleListForm(std::filesystem::path configurationFile,
                             std::filesystem::path hostSettings);
     // Makes and shows the window and reads the settings. From then on the object, which must have

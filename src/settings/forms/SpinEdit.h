@@ -20,7 +20,8 @@ struct TSpinEdit {
     void Prepare() const;
     // Shows the value unchanged. If it is outside the limits, it is allowed from now on.
     void Fill(std::int32_t value);
-    // The lowest allowed number for a text that is not a number; 0 for 0, even outside the limits.
+    // The typed number or its nearest limit. 0 stays 0; a text that is not a number gives the lower
+    // limit.
     std::int32_t Value() const { return limits.ValueOf(Text()); }
     // Shows the nearest allowed value. For when the focus leaves the field.
     void Settle() const { Show(limits.Nearest(Value())); }

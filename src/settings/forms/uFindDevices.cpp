@@ -62,7 +62,7 @@ void TFindDevicesForm::btnFindClick() {
     worker_.Start([search = search_, stop = stop_, report] { search(*stop, report); }, Queue(),
                   [this] { SearchEnded(); });
     searching_ = true;
-    // Before the button that has the focus is disabled: it would swallow the keys.
+    // Move the focus before its button is disabled: a disabled button swallows keys.
     SetFocus(lstDevices_);
     EnableWindow(btnFind_, FALSE);
     SetCursor(LoadCursorW(nullptr, IDC_APPSTARTING));
@@ -101,8 +101,7 @@ void TFindDevicesForm::OnCommand(int, int code, HWND control) {
     if (control == lstDevices_ && code == LBN_DBLCLK) btnOKClick();
 }
 
-// The first of several attempts to close counts: without a search, the window would have closed at
-// it.
+// The first attempt to close decides the result, as it would if no search were running.
 bool TFindDevicesForm::CanClose(int result) {
     if (!searching_) return true;
     if (!closing_) closing_ = result;

@@ -193,7 +193,7 @@ void TfrmScaleSettings::OnCommand(int, int code, HWND control) {
     // Not while a message box is in front of the dialog: it may be about the typed text.
     const HWND focus = GetFocus();
     if (code != EN_KILLFOCUS || IsChild(Handle(), focus) == 0) return;
-    // On confirming, number 0 is refused with a message instead of corrected without one.
+    // OK refuses number 0 with a message, so it is not corrected silently here.
     const bool confirms = focus == GetDlgItem(Handle(), IDOK);
     if (confirms && control == controls_.edtScaleNumb.edit && controls_.edtScaleNumb.Value() == 0)
         return;

@@ -6,7 +6,8 @@
 namespace tolvane {
 namespace {
 
-// So few lines at once that the window stays responsive, and no line later than the delay.
+// At most this many lines are added at a time, so that the window stays responsive; none waits
+// longer than the delay.
 constexpr std::size_t kMostLines = 150;
 constexpr UINT kDelayMs = 50;
 constexpr UINT_PTR kTimer = 1;

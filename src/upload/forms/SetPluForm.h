@@ -81,8 +81,8 @@ private:
     bool closing_ = false;      // the window closes now, or when the run has ended
     HWND startedBy_ = nullptr;  // gets the focus after the run
 
-    // Each change of another control flushes the log first, so that the window shows what happened
-    // in its order.
+    // The log is flushed before any other control changes, so that the window shows events in
+    // order.
     TSetPluControls controls_;
 
     TWorkerThread worker_;

@@ -23,7 +23,7 @@ disk_refusal() {
     fi
 }
 
-# Nothing of Wine may keep the disk, or run on without it.
+# No Wine process may use the disk or outlive it.
 disk_end() {
     local code=$?
     wine_stop || true

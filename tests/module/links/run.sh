@@ -33,8 +33,7 @@ links_at() {
     links_scale "$1" --model "$2" --host "$(network_address "$1")" "--$3" "$4" --discovery "$3" "${@:5}"
 }
 
-# links_plug: takes the port away under COM8, and puts another with a scale there, each when the tests
-# ask for it.
+# links_plug: removes COM8's port and puts another with a scale there, each when the tests ask.
 links_plug() {
     wait_until 300 test -e "$LINKS/plugged.unplug" || return 0
     end_process "$(cat "$LINKS/plugged.pid")" virtual-scale || true

@@ -69,8 +69,7 @@ protected:
         return result;
     }
 
-    // The same for a search of which the first probe of three has found an address: the user
-    // selects that and chooses it by `choice`.
+    // The same, but the user chooses, by `choice`, an address that the first of three probes found.
     int ShowAndChooseEarly(const TDialogScript::TStep& choice) {
         early_.ended = 1;
         return Show(early_.Search(), {[](HWND window) { Press(window, "btnFind"); },

@@ -107,7 +107,7 @@ private:
     std::size_t next_ = 0;
 };
 
-// One row of the article table. As it is made, every scale takes it.
+// One row of the article table. With its defaults every scale takes it.
 struct TArticle {
     std::int32_t number = 101;
     std::int32_t scaleNumber = 12;

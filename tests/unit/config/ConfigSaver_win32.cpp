@@ -34,7 +34,7 @@ void LockForEver(HANDLE started) {
 }  // namespace
 }  // namespace tolvane
 
-// Ending at all is a failure that the test sees.
+// It never ends by itself; if it does, the test fails.
 int main(int count, char** arguments) {
     if (count != 3) return 2;
     const HANDLE started = OpenEventA(EVENT_MODIFY_STATE, FALSE, arguments[2]);

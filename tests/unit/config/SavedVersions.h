@@ -12,8 +12,8 @@ inline int Kills() {
     return test::CountFromEnvironment("TOLVANE_KILLS", 200);
 }
 
-// One of the contents that the program which is killed saves in turn. It fills many blocks, so that
-// a save takes a while and a torn file shows.
+// One of the versions that the killed program saves in turn. It fills many blocks, so that a save
+// takes a while and a torn file shows.
 inline TIniDocument SavedVersion(char letter) {
     TIniDocument document;
     for (int i = 0; i < 2000; ++i)
