@@ -13,7 +13,7 @@
 #include "scale/PackedDecimal.h"
 #include "scale/ScaleCommands.h"
 #include "scale/ScaleFrame.h"
-#include "scale/TextParameters.h"
+#include "scale/TextLengths.h"
 #include "system/SystemError.h"
 #include "text/Failure.h"
 

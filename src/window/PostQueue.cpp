@@ -25,7 +25,7 @@ struct TPostQueue::TState {
     }
     // A timer must belong to the calling thread. From another thread a sent message serves: it
     // needs no room in the queue of posted messages.
-    bool BringLater() const {
+    bool RequestRun() const {
         if (calls.postMessage(window, message, 0, 0) != 0) return true;
         return IsOwnThread() ? SetContinueTimer()
                              : calls.sendNotifyMessage(window, message, 0, 0) != 0;
@@ -91,7 +91,7 @@ bool TPostQueue::Announce() {
     {
         const std::lock_guard lock(state_->mutex);
         if (state_->window == nullptr || state_->tasks.empty()) return true;
-        if (!state_->announced) state_->announced = state_->BringLater();
+        if (!state_->announced) state_->announced = state_->RequestRun();
         if (state_->announced) return true;
         if (!state_->IsOwnThread()) return false;
     }

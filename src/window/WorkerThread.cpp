@@ -13,7 +13,7 @@ namespace {
 
 // The window waits for the end of its job, so it must be notified even if memory is short or the
 // window cannot be reached for a while.
-void PostSurely(TPostQueue& queue, const std::function<void()>& done) noexcept {
+void PostUntilAccepted(TPostQueue& queue, const std::function<void()>& done) noexcept {
     constexpr DWORD kRetryMs = 100;
     for (bool isQueued = false;;) {
         try {
@@ -39,7 +39,7 @@ void TWorkerThread::Start(std::function<void()> body, TPostQueue queue,
             body();
         } catch (...) {  // NOLINT(bugprone-empty-catch): nothing may unwind into the host
         }
-        PostSurely(queue, done);
+        PostUntilAccepted(queue, done);
         SetEvent(ended);
     });
 }

@@ -7,7 +7,6 @@
 #include <cstdio>
 #include <memory>
 #include <mutex>
-#include <random>
 #include <string>
 #include <thread>
 #include <utility>
@@ -15,6 +14,7 @@
 
 #include "simulator/VirtualScale.h"
 #include "tests/support/Clocks.h"
+#include "tests/support/Draw.h"
 #include "tests/support/scales/TestScales.h"
 #include "tests/support/upload/UploadFixture.h"
 #include "text/Cp1251.h"
@@ -98,16 +98,13 @@ protected:
         articles_ = {table, table->Order()};
     }
 
-    // A number from 0 to `limit` - 1. The distributions of standard libraries differ, so this draws
-    // by the remainder.
-    unsigned Draw(unsigned limit) { return static_cast<unsigned>(random_() % limit); }
     void DrawFaults();
     void Work(TWork work, TSharedView& view, TRunStop& stop);
     // What the user does during the run. Returns true when the user has abandoned the whole run.
     bool Interfere(const TSharedView& view, TRunStop& stop);
     void OneRun();
 
-    std::mt19937 random_{471};
+    TDraw draw_{471};
     TQuickClock clock_{{.faster = 30}};
     std::array<std::unique_ptr<simulator::TVirtualScale>, kScales> scales_;
     std::vector<TScaleObj> items_;
@@ -124,10 +121,10 @@ void RunThreads::DrawFaults() {
                                    TFaultKind::Drop, TFaultKind::NoStx};
     for (const auto& scale : scales_) {
         simulator::TFaultScript script;
-        if (Draw(3) == 0) {
+        if (draw_(3) == 0) {
             simulator::TFault fault;
-            fault.kind = kKinds.at(Draw(kKinds.size()));
-            fault.request = static_cast<int>(Draw(20)) + 1;
+            fault.kind = kKinds.at(draw_(kKinds.size()));
+            fault.request = static_cast<int>(draw_(20)) + 1;
             script.faults.push_back(fault);
         }
         scale->SetFaults(script);
@@ -147,10 +144,10 @@ void RunThreads::Work(TWork work, TSharedView& view, TRunStop& stop) {
 }
 
 bool RunThreads::Interfere(const TSharedView& view, TRunStop& stop) {
-    const unsigned actions = Draw(6);
+    const unsigned actions = draw_(6);
     for (unsigned i = 0; i < actions; ++i) {
-        std::this_thread::sleep_for(std::chrono::microseconds(Draw(60000)));
-        switch (Draw(5)) {
+        std::this_thread::sleep_for(std::chrono::microseconds(draw_(60000)));
+        switch (draw_(5)) {
             case 0:
                 stop.Stop();
                 ++stops_;
@@ -161,7 +158,7 @@ bool RunThreads::Interfere(const TSharedView& view, TRunStop& stop) {
                 return true;
             default:
                 looks_ += view.Shown().changes > 0 ? 1 : 0;
-                looks_ += scales_.at(Draw(kScales))->State().requests.total > 0 ? 1 : 0;
+                looks_ += scales_.at(draw_(kScales))->State().requests.total > 0 ? 1 : 0;
                 break;
         }
     }
@@ -169,7 +166,7 @@ bool RunThreads::Interfere(const TSharedView& view, TRunStop& stop) {
 }
 
 void RunThreads::OneRun() {
-    const auto work = static_cast<TWork>(Draw(static_cast<unsigned>(TWork::Count)));
+    const auto work = static_cast<TWork>(draw_(static_cast<unsigned>(TWork::Count)));
     DrawFaults();
     TSharedView view;
     TRunStop stop;

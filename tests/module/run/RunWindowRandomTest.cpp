@@ -4,11 +4,11 @@
 #include <cstdio>
 #include <iterator>
 #include <optional>
-#include <random>
 #include <set>
 #include <string>
 
 #include "RunWindowFixture.h"
+#include "tests/support/Draw.h"
 #include "tests/support/Environment.h"
 #include "tests/support/window/ObjectCounts.h"
 #include "window/CheckList.h"
@@ -52,9 +52,6 @@ bool ComesDownTo(const THeld& before) {
 
 class RunWindowRandom : public TRunWindowTest {
 protected:
-    // A number from 0 to `limit` - 1. The distributions of standard libraries differ, so this draws
-    // by the remainder.
-    unsigned Draw(unsigned limit) { return static_cast<unsigned>(random_() % limit); }
     // Stands for the list window in one run, and may go in the middle of it.
     HWND NewOwner() const {
         return CreateWindowExW(0, L"STATIC", L"List", WS_CHILD | WS_VISIBLE, 0, 0, 500, 400, frame_,
@@ -70,7 +67,7 @@ protected:
     void OneRun();
     void ThenEnd(TEnding ending, DWORD delayMs, HWND owner);
 
-    std::mt19937 random_{20240611};
+    TDraw draw_{20240611};
     std::set<TThreadKey> threadsAtRest_;
     std::array<int, static_cast<std::size_t>(TEnding::Count)> endings_{};
 };
@@ -90,10 +87,10 @@ void RunWindowRandom::ThenEnd(TEnding ending, DWORD delayMs, HWND owner) {
 }
 
 void RunWindowRandom::OneRun() {
-    const auto ending = static_cast<TEnding>(Draw(static_cast<unsigned>(TEnding::Count)));
-    const DWORD delay = Draw(kLongestMs);
-    const int kind = static_cast<int>(Draw(4)) + 1;
-    const bool everything = kind == 4 || Draw(3) == 0;
+    const auto ending = static_cast<TEnding>(draw_(static_cast<unsigned>(TEnding::Count)));
+    const DWORD delay = draw_(kLongestMs);
+    const int kind = static_cast<int>(draw_(4)) + 1;
+    const bool everything = kind == 4 || draw_(3) == 0;
     threadsInRun_.clear();
     ++endings_.at(static_cast<std::size_t>(ending));
     const HWND owner = NewOwner();

@@ -1,5 +1,5 @@
 #include "scale/DevElicomScaleUnit.h"
-#include "scale/TextParameters.h"
+#include "scale/TextLengths.h"
 #include "tests/unit/scale/ScaleFixture.h"
 #include "text/Cp1251.h"
 

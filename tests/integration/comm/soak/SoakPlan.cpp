@@ -1,8 +1,7 @@
 #include "tests/integration/comm/soak/SoakPlan.h"
 
-#include <random>
-
 #include "simulator/Hex.h"
+#include "tests/support/Draw.h"
 
 namespace tolvane::test {
 namespace {
@@ -109,17 +108,6 @@ std::vector<TSoakFault> MakeFaults() {
         {"reset", Once(K::Reset), {lost, silent, gone}},
     };
 }
-
-class TDraw {
-public:
-    explicit TDraw(std::uint32_t seed) : random_(seed) {}
-    // A number from 0 to `limit` - 1. The distributions of standard libraries differ, so this draws
-    // by the remainder.
-    std::size_t operator()(std::size_t limit) { return random_() % limit; }
-
-private:
-    std::mt19937 random_;
-};
 
 TSoakExchange DrawCommand(TDraw& draw) {
     TSoakExchange exchange;

@@ -1,4 +1,4 @@
-#include "scale/TextParameters.h"
+#include "scale/TextLengths.h"
 
 #include <array>
 #include <cstddef>
