@@ -203,7 +203,7 @@ test_plan_only() {
         [ ${#programs[@]} -gt 0 ] || fail "no program of this system holds what lies in $name"
         test_plan_programs "${programs[@]}"
     elif grep -rqE "tolvane_test\($name( |\$)" tests --include=CMakeLists.txt; then
-        if [[ $name == *_forms ]]; then test_plan_windows_program "$name"; else test_plan_programs "$name"; fi
+        if [[ $name == *_forms || $name == test_window ]]; then test_plan_windows_program "$name"; else test_plan_programs "$name"; fi
     else
         fail "there is no step, no test program and no folder \"$name\"; ./test.sh --list names the steps"
     fi
