@@ -191,7 +191,7 @@ test_step_of_program() {
 }
 
 test_plan_only() {
-    local name programs
+    local name programs line
     TEST_KIND=$(tr -c 'A-Za-z0-9_.\n' '-' <<<"$1")
     if [[ $1 == *:* ]]; then export GTEST_FILTER=${1#*:}; fi
     name=$(test_step_of_program "${1%%:*}")
@@ -202,8 +202,9 @@ test_plan_only() {
         mapfile -t programs < <(test_programs_with "${name%/}")
         [ ${#programs[@]} -gt 0 ] || fail "no program of this system holds what lies in $name"
         test_plan_programs "${programs[@]}"
-    elif grep -rqE "tolvane_test\($name( |\$)" tests --include=CMakeLists.txt; then
-        if [[ $name == *_forms || $name == test_window ]]; then test_plan_windows_program "$name"; else test_plan_programs "$name"; fi
+    elif line=$(grep -rhE "tolvane_test\($name( |\$)" tests --include=CMakeLists.txt); then
+        # Only the programs of this level are Windows programs alone.
+        if [[ $line == *"LEVEL module"* ]]; then test_plan_windows_program "$name"; else test_plan_programs "$name"; fi
     else
         fail "there is no step, no test program and no folder \"$name\"; ./test.sh --list names the steps"
     fi

@@ -42,8 +42,7 @@ TFileLock::TFileLock(const std::filesystem::path& file) noexcept {
                 return;
             Sleep(kPauseMs);
         }
-    } catch (
-        const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch): the object then holds no lock
+    } catch (const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch): then there is no lock
     }
 }
 
