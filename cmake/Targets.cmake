@@ -92,7 +92,7 @@ function(tolvane_test_library name)
     tolvane_compile_as_test(${name} ${arg_HEADERS})
 endfunction()
 
-# tolvane_test(<name> LEVEL unit|integration|module [HEADERS link_test|window_test] SOURCES <files>
+# tolvane_test(<name> LEVEL unit|integration|command|module [HEADERS link_test|window_test] SOURCES <files>
 # LINKS <targets>): one test program. Unit and integration tests run natively under ctest; module tests
 # are Windows programs that the test script runs under Wine.
 function(tolvane_test name)

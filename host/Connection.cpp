@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "system/LoadedLibrary.h"
+#include "system/Library.h"
 #include "text/Cp1251.h"
 #include "text/Joined.h"
 #include "window/Handles.h"

@@ -21,12 +21,13 @@ int StepsFor(const TQuery& query) {
 TArticleLoader::TArticleLoader(TParts parts) : parts_(std::move(parts)) {}
 
 void TArticleLoader::CommitIfActive() {
+    if (parts_.inCallersTransaction) return;
     if (parts_.transaction.IsActive()) parts_.transaction.Commit();
 }
 
 void TArticleLoader::Restart() {
     CommitIfActive();
-    parts_.transaction.Start();
+    if (!parts_.inCallersTransaction) parts_.transaction.Start();
     parts_.query.Close();
 }
 
@@ -84,10 +85,7 @@ void TArticleLoader::Abandon() noexcept {
 }
 
 void TArticleLoader::LoadArticles() {
-    const std::string error = ErrorOf([&] {
-        const TRegionalSettings regional = parts_.regional();
-        if (LoadRows(regional)) MarkPromotions(regional);
-    });
+    const std::string error = ErrorOf([&] { FillTable(); });
     if (error.empty()) return;
     parts_.wait.Hide();
     Abandon();
@@ -95,8 +93,14 @@ void TArticleLoader::LoadArticles() {
     parts_.view.ShowError("[REFRESH DATA]: " + error);
 }
 
+void TArticleLoader::FillTable() {
+    const TRegionalSettings regional = parts_.regional();
+    if (LoadRows(regional)) MarkPromotions(regional);
+}
+
 bool TArticleLoader::LoadRows(const TRegionalSettings& regional) {
     parts_.articles.Clear();
+    promotions_.clear();
     parts_.view.SuspendDisplay();
     Restart();
     parts_.query.SetText(ArticleQuery());
@@ -119,7 +123,7 @@ void TArticleLoader::MarkPromotions(const TRegionalSettings& regional) {
     parts_.query.Open();
     parts_.query.FetchAll();
     parts_.wait.Show(StepsFor(parts_.query));
-    MarkPromotedArticles(parts_.query, parts_.articles, parts_.clock.Now(), regional);
+    promotions_ = MarkPromotedArticles(parts_.query, parts_.articles, parts_.clock.Now(), regional);
     parts_.sort.SetLoaded();
     parts_.view.ResumeDisplay();
     CommitIfActive();

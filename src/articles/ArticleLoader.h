@@ -3,9 +3,11 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "articles/ArticleSort.h"
 #include "articles/ArticleTable.h"
+#include "articles/PromotionPass.h"
 #include "database/Query.h"
 #include "database/Transaction.h"
 #include "system/LocalTime.h"
@@ -50,6 +52,9 @@ public:
         std::function<TRegionalSettings()> regional;  // asked anew at each load
         TWaitView& wait;
         TLoadView& view;
+        // The caller starts and ends the transaction, so that one reading is one moment's picture.
+        // Not with CheckDatabase.
+        bool inCallersTransaction = false;
     };
     // All parts outlive the loader.
     explicit TArticleLoader(TParts parts);
@@ -63,6 +68,10 @@ public:
     // read stay. When there are no articles, it ends early: the display stays suspended, the query
     // open and the transaction active.
     void LoadArticles();
+    // The same, but a failure is thrown instead of shown, and nothing is put away.
+    void FillTable();
+    // The promotions that the latest filling has marked.
+    const std::vector<TActivePromotion>& Promotions() const { return promotions_; }
 
 private:
     void CommitIfActive();
@@ -77,6 +86,7 @@ private:
 
     TParts parts_;
     std::string baseCurrency_;
+    std::vector<TActivePromotion> promotions_;
 };
 
 }  // namespace tolvane

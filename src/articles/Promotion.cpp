@@ -26,6 +26,10 @@ bool IsPromotionValid(const TPromotionTimes& times, const TLocalDateTime& now,
     return IsValidDay(times.days, now.date) && IsValidTime(times, now.time, regional);
 }
 
+bool IsPriceChange(std::int32_t packetType) {
+    return packetType == PriceChange;
+}
+
 std::optional<double> PromotionalPrice(std::int32_t packetType, double retailPrice, double value) {
     switch (packetType) {
         case NewPrice:

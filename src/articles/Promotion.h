@@ -21,6 +21,9 @@ struct TPromotionTimes {
 bool IsPromotionValid(const TPromotionTimes& times, const TLocalDateTime& now,
                       const TRegionalSettings& regional);
 
+// Whether the promotion changes the selling price by per cents instead of naming a new one.
+bool IsPriceChange(std::int32_t packetType);
+
 // The promotional price of an article; nothing for a packet type that leaves the price alone.
 // `value` is the new price, or for packet type 4 the change in per cent.
 std::optional<double> PromotionalPrice(std::int32_t packetType, double retailPrice, double value);

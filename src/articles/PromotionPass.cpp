@@ -1,9 +1,11 @@
 #include "articles/PromotionPass.h"
 
 #include <algorithm>
+#include <map>
 #include <optional>
 #include <string>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 #include "articles/Promotion.h"
@@ -40,7 +42,8 @@ private:
 };
 
 struct TPromotionColumns {
-    std::size_t article, promotion, days, fromTime, toTime, packetType, price, fromDate, toDate;
+    std::size_t article, promotion, days, fromTime, toTime, packetType, price, currency, fromDate,
+        toDate;
 
     explicit TPromotionColumns(const TQuery& query)
         : article(query.Column("PLU_NUMB")),
@@ -50,15 +53,19 @@ struct TPromotionColumns {
           toTime(query.Column("PR_TOTIME")),
           packetType(query.Column("PR_PACKET_TYPE")),
           price(query.Column("PR_PRICE")),
+          currency(query.Column("CURR_ABR")),
           fromDate(query.Column("PR_FROMDATE")),
           toDate(query.Column("PR_TODATE")) {}
 };
 
 }  // namespace
 
-void MarkPromotedArticles(const TQuery& promotions, TArticleTable& articles,
-                          const TLocalDateTime& now, const TRegionalSettings& regional) {
-    if (promotions.RowCount() == 0) return;
+std::vector<TActivePromotion> MarkPromotedArticles(const TQuery& promotions,
+                                                   TArticleTable& articles,
+                                                   const TLocalDateTime& now,
+                                                   const TRegionalSettings& regional) {
+    std::map<TRowId, TActivePromotion> active;
+    if (promotions.RowCount() == 0) return {};
     const TPromotionColumns columns(promotions);
     const TFirstRows firstRows(articles);
     const auto text = [&](std::size_t i, std::size_t column) {
@@ -74,15 +81,23 @@ void MarkPromotedArticles(const TQuery& promotions, TArticleTable& articles,
         const std::string toTime = text(i, columns.toTime);
         if (!IsPromotionValid({days, fromTime, toTime}, now, regional)) continue;
         const TRowId row = articles.RowAt(*index);
-        const auto price = PromotionalPrice(promotions.AsInteger(i, columns.packetType, regional),
-                                            articles.Float(row, TField::PLU_SELL_PRICE),
+        const std::int32_t type = promotions.AsInteger(i, columns.packetType, regional);
+        const auto price = PromotionalPrice(type, articles.Float(row, TField::PLU_SELL_PRICE),
                                             promotions.AsFloat(i, columns.price, regional));
         if (!price) continue;
         articles.SetBoolean(row, TField::HasActivePromotion, true);
         articles.SetFloat(row, TField::PromoPrice, *price);
         articles.SetText(row, TField::PromoFromData, text(i, columns.fromDate));
         articles.SetText(row, TField::PromoToDate, text(i, columns.toDate));
+        active[row] = {.row = row,
+                       .isPriceChange = IsPriceChange(type),
+                       .currency = text(i, columns.currency)};
     }
+    std::vector<TActivePromotion> promoted;
+    promoted.reserve(active.size());
+    for (auto& [row, promotion] : active)
+        promoted.push_back(std::move(promotion));
+    return promoted;
 }
 
 }  // namespace tolvane

@@ -62,4 +62,15 @@ std::optional<TReceived> TUdpSocket::Receive(std::span<std::uint8_t> buffer, TMi
     return received;
 }
 
+bool HasRoute(std::uint32_t address) {
+    constexpr std::uint16_t kAnyPort = 9;
+    const TSocketLibrary library;
+    asio::io_context io{1};
+    udp::socket socket(io, udp::v4());
+    // To connect a datagram socket chooses the way and sends nothing.
+    std::error_code error;
+    socket.connect({asio::ip::address_v4(address), kAnyPort}, error);
+    return !error;
+}
+
 }  // namespace tolvane

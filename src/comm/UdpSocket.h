@@ -45,4 +45,8 @@ private:
     TDatagramReceive receive_;
 };
 
+// Whether this computer knows a way to the network of an address (IPv4, most significant byte
+// first). Sends nothing.
+bool HasRoute(std::uint32_t address);
+
 }  // namespace tolvane

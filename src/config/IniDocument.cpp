@@ -193,6 +193,19 @@ void TIniDocument::EndLastLine() {
     }
 }
 
+std::vector<std::string> TIniDocument::Keys(std::string_view section) const {
+    std::vector<std::string> names;
+    const auto found = sectionIndex_.find(UpperCase(section));
+    if (found == sectionIndex_.end()) return names;
+    for (const std::string& text : sections_[found->second.front()].lines) {
+        if (IsIniComment(text, encoding_)) continue;
+        TIniLine line = ReadIniLine(text, encoding_);
+        const bool isKey = line.kind == TIniLineKind::Key || line.kind == TIniLineKind::BareKey;
+        if (isKey && !line.name.empty()) names.push_back(std::move(line.name));
+    }
+    return names;
+}
+
 void TIniDocument::EraseKey(std::string_view section, std::string_view key) {
     const auto found = keyIndex_.find(KeyName(UpperCase(section), key));
     if (found == keyIndex_.end()) return;

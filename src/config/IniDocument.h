@@ -28,6 +28,8 @@ public:
     std::string Bytes() const;
 
     bool HasSection(std::string_view section) const;
+    // The names of the section's keys, as they are written and in their order; comments are none.
+    std::vector<std::string> Keys(std::string_view section) const;
     std::optional<std::string> Value(std::string_view section, std::string_view key) const;
     std::string ReadText(std::string_view section, std::string_view key,
                          std::string_view otherwise) const;

@@ -1,7 +1,6 @@
 #include "config/IniFile.h"
 
 #include <system_error>
-#include <vector>
 
 #include "system/FileLock.h"
 #include "system/SystemError.h"
@@ -22,33 +21,11 @@ TFileError ErrorOf(const path& file, std::string_view whatFailed, int number) {
     return TFileError(text);
 }
 
-void RemoveLeftovers(const path& target) {
-    std::error_code ignored;
-    std::vector<path> leftovers;
-    const path folder = target.has_parent_path() ? target.parent_path() : path(".");
-    std::filesystem::directory_iterator entry(folder, ignored);
-    for (; !ignored && entry != std::filesystem::directory_iterator(); entry.increment(ignored)) {
-        if (IsTemporaryOf(target, entry->path())) leftovers.push_back(entry->path());
-    }
-    for (const path& leftover : leftovers)
-        RemoveLeftover(leftover);
-}
-
-void Replace(const path& target, std::string_view bytes) {
-    constexpr int kTries = 3;  // another program may remove a new file as a leftover
-    for (int i = 0; i < kTries; ++i) {
-        TTemporaryFile temporary(target);
-        temporary.Write(bytes);
-        if (temporary.TakePlaceOfTarget()) return;
-    }
-    throw std::system_error(std::make_error_code(std::errc::no_such_file_or_directory));
-}
-
 void Save(const path& target, std::string_view bytes) {
     RemoveLeftovers(target);
     if (ReadWholeFile(target).value_or(std::string()) == bytes) return;
     RequireWritable(target);
-    Replace(target, bytes);
+    ReplaceWholeFile(target, bytes);
 }
 
 }  // namespace

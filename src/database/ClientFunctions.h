@@ -24,6 +24,9 @@ struct TClientFunctions {
     // InterBase and early Firebird have only the older one of these two; one of them is set.
     decltype(&fb_interpret) interpret = nullptr;
     ISC_LONG(ISC_EXPORT* interpretUnbounded)(ISC_SCHAR*, ISC_STATUS**) = nullptr;
+    // Only of a library that we have loaded; the host attaches by itself.
+    decltype(&isc_attach_database) attachDatabase = nullptr;
+    decltype(&isc_detach_database) detachDatabase = nullptr;
 };
 
 }  // namespace tolvane

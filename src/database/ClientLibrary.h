@@ -1,19 +1,29 @@
 #pragma once
 
+#include <filesystem>
 #include <memory>
+#include <vector>
 
 namespace tolvane {
 
 struct TClientFunctions;
 
-// The functions of the InterBase/Firebird client library through which the host has opened its
-// connection. The library is one that this process has loaded already; it is neither loaded nor
-// unloaded here, and must stay loaded as long as anything uses this object.
+// The functions of an InterBase/Firebird client library.
 class TClientLibrary {
 public:
-    // `name`: file name or path, code page 1251, zero-terminated; null for the usual names.
-    // Throws TDatabaseError naming the library or the function that is missing.
+    // The library through which the host has opened its connection: one that this process has
+    // loaded already. It is neither loaded nor unloaded here, and must stay loaded as long as
+    // anything uses this object. `name`: file name or path, code page 1251, zero-terminated; null
+    // for the usual names. Throws TDatabaseError naming the library or the function that is
+    // missing.
     explicit TClientLibrary(const char* name);
+    // Loads the library, with what TAttachment needs beside the above. An empty name stands for the
+    // usual names. It stays loaded as long as the process runs: it leaves threads behind, which
+    // would not survive it. Throws TDatabaseError, in English, that names what was tried with the
+    // system's words for each, and the cure.
+    static TClientLibrary Load(const std::filesystem::path& name);
+    // The first of these that can be loaded.
+    static TClientLibrary LoadOneOf(const std::vector<std::filesystem::path>& names);
     TClientLibrary(TClientLibrary&&) noexcept;
     TClientLibrary& operator=(TClientLibrary&&) noexcept;
     ~TClientLibrary();
@@ -21,6 +31,8 @@ public:
     const TClientFunctions& Functions() const noexcept { return *functions_; }
 
 private:
+    explicit TClientLibrary(const TClientFunctions& functions);
+
     std::unique_ptr<const TClientFunctions> functions_;
 };
 

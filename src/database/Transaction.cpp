@@ -11,8 +11,11 @@
 namespace tolvane {
 namespace {
 
-constexpr std::array<char, 4> kParameters = {isc_tpb_version3, isc_tpb_write, isc_tpb_concurrency,
-                                             isc_tpb_nowait};
+using TParameters = std::array<char, 4>;
+constexpr TParameters kWriting = {isc_tpb_version3, isc_tpb_write, isc_tpb_concurrency,
+                                  isc_tpb_nowait};
+constexpr TParameters kReadOnly = {isc_tpb_version3, isc_tpb_read, isc_tpb_concurrency,
+                                   isc_tpb_nowait};
 
 // What isc_start_multiple takes per database; the client library's header has no type for it.
 struct TTransactionBlock {
@@ -43,9 +46,9 @@ TTransactionState::~TTransactionState() {
     functions.rollbackTransaction(status, &handle);
 }
 
-TTransaction::TTransaction(const TClientLibrary& library, void* database)
+TTransaction::TTransaction(const TClientLibrary& library, void* database, TTransactionKind kind)
     : state_(std::make_unique<TTransactionState>(library.Functions(),
-                                                 static_cast<isc_db_handle*>(database))) {}
+                                                 static_cast<isc_db_handle*>(database), kind)) {}
 TTransaction::TTransaction(TTransaction&&) noexcept = default;
 TTransaction& TTransaction::operator=(TTransaction&& other) noexcept = default;
 TTransaction::~TTransaction() = default;
@@ -58,8 +61,10 @@ void TTransaction::Start() {
     Require(IsActive(), false);
     if (state_->database == nullptr)
         throw TDatabaseError(std::string("Няма връзка с базата данни"_cp1251));
-    TTransactionBlock block{state_->database, static_cast<int>(kParameters.size()),
-                            kParameters.data()};
+    const TParameters& parameters =
+        state_->kind == TTransactionKind::ReadOnly ? kReadOnly : kWriting;
+    TTransactionBlock block{state_->database, static_cast<int>(parameters.size()),
+                            parameters.data()};
     TStatus status(state_->functions);
     state_->functions.startMultiple(status, &state_->handle, 1, &block);
     status.Check();

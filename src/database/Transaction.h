@@ -13,13 +13,16 @@ struct TTransactionState;
 // another number, and 0 means no connection. Any thread.
 std::uintptr_t ConnectionIn(const void* database) noexcept;
 
-// A transaction on the host's connection: a snapshot that may write, and that fails at once when
-// somebody else holds a lock. One thread.
+enum class TTransactionKind : std::uint8_t { Writing, ReadOnly };
+
+// A transaction on a connection: a snapshot, and one that fails at once when somebody else holds a
+// lock. One thread.
 class TTransaction {
 public:
     // `database` points to the connection's handle cell (isc_db_handle); Start fails when it is
-    // null. Both arguments must outlive this object.
-    TTransaction(const TClientLibrary& library, void* database);
+    // null. Both must outlive this object.
+    TTransaction(const TClientLibrary& library, void* database,
+                 TTransactionKind kind = TTransactionKind::Writing);
     TTransaction(TTransaction&&) noexcept;
     // An active transaction of the target is rolled back.
     TTransaction& operator=(TTransaction&& other) noexcept;

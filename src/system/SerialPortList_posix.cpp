@@ -22,4 +22,8 @@ TSerialPortScan ScanSerialPorts() {
     return scan;
 }
 
+std::string SerialPortOfNumber(int number) {
+    return "/dev/ttyS" + std::to_string(number - 1);
+}
+
 }  // namespace tolvane

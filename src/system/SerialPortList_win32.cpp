@@ -58,4 +58,8 @@ TSerialPortScan ScanSerialPorts() {
     }
 }
 
+std::string SerialPortOfNumber(int number) {
+    return "COM" + std::to_string(number);
+}
+
 }  // namespace tolvane

@@ -1,7 +1,9 @@
 #include "system/TemporaryFile.h"
 
 #include <random>
+#include <system_error>
 #include <utility>
+#include <vector>
 
 namespace tolvane {
 
@@ -46,6 +48,28 @@ TTemporaryFile& TTemporaryFile::operator=(TTemporaryFile&& other) noexcept {
 
 TTemporaryFile::~TTemporaryFile() {
     Release();
+}
+
+void ReplaceWholeFile(const std::filesystem::path& target, std::string_view bytes) {
+    constexpr int kTries = 3;  // another program may remove a new file as a leftover
+    for (int i = 0; i < kTries; ++i) {
+        TTemporaryFile temporary(target);
+        temporary.Write(bytes);
+        if (temporary.TakePlaceOfTarget()) return;
+    }
+    throw std::system_error(std::make_error_code(std::errc::no_such_file_or_directory));
+}
+
+void RemoveLeftovers(const std::filesystem::path& target) {
+    std::error_code ignored;
+    std::vector<std::filesystem::path> leftovers;
+    const std::filesystem::path folder = target.has_parent_path() ? target.parent_path() : ".";
+    std::filesystem::directory_iterator entry(folder, ignored);
+    for (; !ignored && entry != std::filesystem::directory_iterator(); entry.increment(ignored)) {
+        if (IsTemporaryOf(target, entry->path())) leftovers.push_back(entry->path());
+    }
+    for (const std::filesystem::path& leftover : leftovers)
+        RemoveLeftover(leftover);
 }
 
 std::filesystem::path UniqueTemporaryPath(const std::filesystem::path& target) {

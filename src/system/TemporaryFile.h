@@ -48,6 +48,10 @@ void RequireWritable(const std::filesystem::path& file);
 std::filesystem::path ResolveLink(const std::filesystem::path& file);
 // Removes a temporary file of a killed save. The file stays when it is in use or cannot be removed.
 void RemoveLeftover(const std::filesystem::path& file) noexcept;
+// The same for all that killed saves of the target left beside it.
+void RemoveLeftovers(const std::filesystem::path& target);
+// Replaces the file atomically, through a TTemporaryFile.
+void ReplaceWholeFile(const std::filesystem::path& target, std::string_view bytes);
 // A path in code page 1251; what the code page lacks becomes '?'.
 std::string PathText(const std::filesystem::path& path);
 

@@ -140,6 +140,33 @@ TEST_F(TransactionTest, ALockOfAnotherIsAnErrorAtOnce) {
     holding.Rollback();
 }
 
+TEST_F(TransactionTest, AReadOnlyOneRefusesToWrite) {
+    TTransaction transaction(Library(), database_.Host().Handle(), TTransactionKind::ReadOnly);
+    transaction.Start();
+    try {
+        Insert(transaction);
+        ADD_FAILURE() << "written";
+    } catch (const TDatabaseError& error) {
+        EXPECT_STREQ(error.what(), "attempted update during read-only transaction");
+    }
+    transaction.Commit();
+    EXPECT_EQ(Rows(), "0");
+}
+
+TEST_F(TransactionTest, AReadOnlyOneSeesOneMomentAndLocksNothing) {
+    TTransaction transaction(Library(), database_.Host().Handle(), TTransactionKind::ReadOnly);
+    transaction.Start();
+    TQuery query(transaction);
+    query.SetText("select count(*) from T");
+    query.Open();
+    database_.Attach()->Run("insert into T values (1)");
+    query.Open();
+    EXPECT_EQ(query.AsText(0, 0, {}), "0");
+    query.Close();
+    transaction.Commit();
+    EXPECT_EQ(Rows(), "1");
+}
+
 TEST_F(TransactionTest, WithoutItsConnectionNothingIsThrownByTheDestructor) {
     TTransaction transaction = Make();
     transaction.Start();

@@ -1,7 +1,9 @@
+#include "system/Library.h"
+
 #include <dlfcn.h>
 
-#include "system/LoadedLibrary.h"
 #include "text/Cp1251.h"
+#include "text/Failure.h"
 
 namespace tolvane {
 
@@ -18,6 +20,19 @@ void* FindFunction(void* library, const char* name) {
 
 std::vector<std::string> UsualClientLibraries() {
     return {"libfbclient.so.2"};
+}
+
+std::string_view ClientLibraryCure() {
+    return "Install the Firebird client (Debian: libfbclient2)";
+}
+
+TLibrary::TLibrary(const std::filesystem::path& name)
+    : handle_(dlopen(name.c_str(), RTLD_NOW | RTLD_LOCAL)) {
+    if (handle_ == nullptr) throw TFailure(FromUtf8(dlerror()));
+}
+
+TLibrary::~TLibrary() {
+    if (handle_ != nullptr) dlclose(handle_);
 }
 
 }  // namespace tolvane

@@ -1,0 +1,33 @@
+#include "system/Interrupts.h"
+
+#include <windows.h>
+
+#include <atomic>
+
+namespace tolvane {
+namespace {
+
+constexpr UINT kInterrupted = 130;
+
+std::atomic<int> interrupts = 0;
+
+BOOL WINAPI Interrupted(DWORD event) {
+    // Nothing else runs then, as nothing would do after SIGKILL.
+    if (++interrupts > 1) TerminateProcess(GetCurrentProcess(), kInterrupted);
+    // The process would end as soon as this returns.
+    if (event == CTRL_CLOSE_EVENT || event == CTRL_LOGOFF_EVENT || event == CTRL_SHUTDOWN_EVENT)
+        Sleep(INFINITE);
+    return TRUE;
+}
+
+}  // namespace
+
+void CatchInterrupts() {
+    SetConsoleCtrlHandler(Interrupted, TRUE);
+}
+
+int InterruptCount() noexcept {
+    return interrupts;
+}
+
+}  // namespace tolvane
