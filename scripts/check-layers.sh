@@ -16,6 +16,7 @@ may_include() {
         src/scale) echo "text system config comm" ;;
         src/articles) echo "text system config database" ;;
         src/upload) echo "text system config comm database scale articles" ;;
+        src/command) echo "text system config comm database scale articles upload" ;;
         src/settings) echo "text config" ;;
         src/window) echo "text system config" ;;
         src/settings/forms) echo "text system config comm settings window" ;;

@@ -10,32 +10,11 @@
 #include "config/TypesUnit.h"
 #include "tests/support/RecordingClock.h"
 #include "tests/support/scales/TestScales.h"
-#include "tests/support/upload/CoreChannel.h"
+#include "tests/support/upload/CoreFactory.h"
 #include "tests/support/upload/UploadFixture.h"
 #include "upload/ScaleSession.h"
 
 namespace tolvane::test {
-
-class TCoreFactory : public TScaleFactory {
-public:
-    TCoreFactory(TClock& clock, simulator::TScaleCore& core) : clock_(clock), core_(core) {}
-    std::unique_ptr<TElicomScale> CreateRS232(std::int32_t, std::int32_t) override {
-        return Create(true);
-    }
-    std::unique_ptr<TElicomScale> CreateTCP(const std::string&, std::int32_t) override {
-        return Create(false);
-    }
-    std::unique_ptr<TElicomScale> CreateUDP(const std::string&) override { return Create(false); }
-
-private:
-    std::unique_ptr<TElicomScale> Create(bool serial) {
-        return std::make_unique<TElicomScale>(std::make_unique<TCoreChannel>(clock_, core_), serial,
-                                              clock_);
-    }
-
-    TClock& clock_;
-    simulator::TScaleCore& core_;
-};
 
 // One pass over a virtual EVL scale of 3000 articles in label mode 1, which gets a price and the
 // texts 0, 4 and 5.

@@ -1,0 +1,108 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <vector>
+
+#include "command/Ledger.h"
+#include "command/ScaleArticles.h"
+#include "command/ScaleJob.h"
+#include "command/WritePlan.h"
+#include "upload/ArticleDelete.h"
+#include "upload/ArticleWriter.h"
+
+namespace tolvane {
+
+// A job that keeps the scale's ledger: loads it before the scale is opened, and saves how the job
+// ended.
+class TLedgerJob : public TScaleJob {
+public:
+    struct TLedgerParts {
+        TLineChoices choices;
+        std::chrono::seconds maxAge;
+        std::function<std::chrono::sys_seconds()> now;
+    };
+    TLedgerJob(const TJobParts& parts, const TScaleRec& rec, TLedgerParts ledger);
+
+protected:
+    void Begin() override;
+    void Work(TElicomScale& scale, const TScaleVersion& version) final;
+    void End() override;
+
+    // With a ledger that knows what the scale has reported.
+    virtual void WorkWithLedger(TElicomScale& scale, const TScaleVersion& version) = 0;
+    TLedger& Ledger() { return *ledger_; }
+    const TLineChoices& Choices() const { return ledgerParts_.choices; }
+    std::chrono::sys_seconds Now() const { return ledgerParts_.now(); }
+    // Gives up what the ledger claims of articles that are about to change, and notes that a run is
+    // in the scale.
+    void Withdraw(const std::vector<std::int32_t>& numbers);
+    // Deletes the articles from the scale and the ledger, up to a stop.
+    void Delete(TElicomScale& scale, const std::vector<std::int32_t>& numbers, TDeleteForm form);
+
+private:
+    void DeleteOne(TElicomScale& scale, std::int32_t number, TDeleteForm form);
+
+    TLedgerParts ledgerParts_;
+    std::optional<TLedger> ledger_;
+    std::chrono::sys_seconds start_{};
+};
+
+// Reads what the scale is: its version, its capacity, its label mode, and how long an exchange
+// takes. The ledger remembers it.
+class TTestJob : public TLedgerJob {
+public:
+    using TLedgerJob::TLedgerJob;
+
+protected:
+    void WorkWithLedger(TElicomScale&, const TScaleVersion&) override;
+    void End() override;
+};
+
+// Writes articles: all of the scale's, those that differ from what the ledger knows, or some.
+class TWriteJob : public TLedgerJob {
+public:
+    struct TTask {
+        const TArticleTable& table;
+        TRegionalSettings regional;
+        TWriteChoice choice;
+        bool prune = false;  // delete what the scale holds by the ledger and its list lacks
+    };
+    TWriteJob(const TJobParts& parts, const TScaleRec& rec, TLedgerParts ledger, const TTask& task);
+
+protected:
+    void Begin() override;
+    void WorkWithLedger(TElicomScale& scale, const TScaleVersion& version) override;
+    void End() override;
+    void NotBegun() override;
+
+private:
+    // By what the ledger knows of a scale that has not told its version.
+    void CountPending();
+    void Write(TElicomScale& scale, const TScaleVersion& version,
+               const std::vector<TPlannedArticle>& articles);
+    void WriteOne(TArticleWriter& writer, const TPlannedArticle& article);
+    void Prune(TElicomScale& scale);
+
+    TTask task_;
+    TScaleArticles articles_;
+};
+
+// Deletes the articles of these numbers, or every number of the scale.
+class TDeleteJob : public TLedgerJob {
+public:
+    // `numbers` are not cut; nothing: everything.
+    TDeleteJob(const TJobParts& parts, const TScaleRec& rec, TLedgerParts ledger,
+               std::optional<std::vector<std::int32_t>> numbers);
+
+protected:
+    void WorkWithLedger(TElicomScale& scale, const TScaleVersion& version) override;
+
+private:
+    std::optional<std::vector<std::int32_t>> numbers_;
+};
+
+}  // namespace tolvane

@@ -1,0 +1,100 @@
+#include <string>
+#include <vector>
+
+#include "command/CommandLine.h"
+
+namespace tolvane {
+namespace {
+
+std::string Joined(const std::vector<std::string>& words, const char* separator) {
+    std::string text;
+    for (const std::string& word : words)
+        text += (text.empty() ? "" : separator) + word;
+    return text;
+}
+
+std::vector<const CLI::App*> CommandsOf(const CLI::App& app) {
+    return app.get_subcommands([](const CLI::App*) { return true; });
+}
+
+std::string CommandNames(const CLI::App& app) {
+    std::vector<std::string> names;
+    for (const CLI::App* command : CommandsOf(app))
+        names.push_back(command->get_name());
+    return Joined(names, " ");
+}
+
+std::string OptionNames(const CLI::App& app) {
+    std::vector<std::string> names;
+    for (const CLI::Option* option : app.get_options())
+        for (const std::string& name : option->get_lnames())
+            names.push_back("--" + name);
+    return Joined(names, " ");
+}
+
+// The options of a kind of value, as a pattern.
+std::string OptionsOf(const CLI::App& app, const std::string& type) {
+    std::vector<std::string> names;
+    for (const CLI::Option* option : app.get_options())
+        if (option->get_type_name() == type) names.push_back("--" + option->get_lnames().front());
+    return Joined(names, " | ");
+}
+
+std::string NamesOf(const std::map<std::string, int>& values) {
+    std::vector<std::string> names;
+    for (const auto& [name, value] : values)
+        names.push_back(name);
+    return Joined(names, " ");
+}
+
+}  // namespace
+
+std::string BashCompletion() {
+    const TCommandLine line;
+    const CLI::App& app = line.App();
+    std::string text =
+        "# Completes the command lines of tolvane in bash.\n"
+        "_tolvane() {\n"
+        "    local now=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]}\n"
+        "    local word words='" +
+        CommandNames(app) +
+        "'\n"
+        "    case $before in\n"
+        "        " +
+        OptionsOf(app, "FILE") +
+        ")\n"
+        "            mapfile -t COMPREPLY < <(compgen -f -- \"$now\")\n"
+        "            return ;;\n"
+        "        " +
+        OptionsOf(app, "FOLDER") +
+        ")\n"
+        "            mapfile -t COMPREPLY < <(compgen -d -- \"$now\")\n"
+        "            return ;;\n"
+        "        --price)\n"
+        "            mapfile -t COMPREPLY < <(compgen -W '" +
+        NamesOf(kPrices) +
+        "' -- \"$now\")\n"
+        "            return ;;\n"
+        "        --name1 | --name2)\n"
+        "            mapfile -t COMPREPLY < <(compgen -W '" +
+        NamesOf(kNames) +
+        "' -- \"$now\")\n"
+        "            return ;;\n"
+        "    esac\n"
+        "    for word in \"${COMP_WORDS[@]:1:COMP_CWORD-1}\"; do\n"
+        "        case $word in\n";
+    for (const CLI::App* command : CommandsOf(app))
+        text += "            " + command->get_name() + ") words='" + CommandNames(*command) + " " +
+                OptionNames(*command) + "' ;;\n";
+    text +=
+        "        esac\n"
+        "    done\n"
+        "    mapfile -t COMPREPLY < <(compgen -W \"$words " +
+        OptionNames(app) +
+        "\" -- \"$now\")\n"
+        "}\n"
+        "complete -F _tolvane tolvane\n";
+    return text;
+}
+
+}  // namespace tolvane

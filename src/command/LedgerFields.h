@@ -1,0 +1,47 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <variant>
+
+#include "command/LedgerContent.h"
+
+namespace tolvane {
+
+// One part of a ledger's identity: how the file holds it, and what a person calls it.
+struct TLedgerField {
+    std::string_view section;
+    std::string_view key;
+    std::string_view words;
+    std::variant<std::int32_t TLedgerIdentity::*, std::string TLedgerIdentity::*> member;
+};
+
+inline constexpr std::string_view kScaleSection = "scale";
+inline constexpr std::string_view kChoicesSection = "choices";
+
+// In the order in which differences are told. The file and the comparison both follow this table.
+inline constexpr auto kLedgerFields = std::to_array<TLedgerField>({
+    {kScaleSection, "number", "number", &TLedgerIdentity::number},
+    {kScaleSection, "connection", "connection", &TLedgerIdentity::connection},
+    {kScaleSection, "address", "address", &TLedgerIdentity::address},
+    {kScaleSection, "port", "port", &TLedgerIdentity::port},
+    {kScaleSection, "speed", "speed", &TLedgerIdentity::speed},
+    {kScaleSection, "busAddress", "bus address", &TLedgerIdentity::busAddress},
+    {kScaleSection, "model", "model", &TLedgerIdentity::model},
+    {kScaleSection, "encoding", "code table", &TLedgerIdentity::encoding},
+    {kChoicesSection, "price", "choice of the price", &TLedgerIdentity::price},
+    {kChoicesSection, "name1", "choice of the first name", &TLedgerIdentity::name1},
+    {kChoicesSection, "name2", "choice of the second name", &TLedgerIdentity::name2},
+});
+
+// "the address differs: 10.0.0.6, before 10.0.0.5": the first difference; empty when there is none.
+std::string DifferenceText(const TLedgerIdentity& now, const TLedgerIdentity& before);
+std::string DifferenceText(const TScaleReport& now, const TScaleReport& before);
+
+// In the order of TRunOutcome.
+inline constexpr auto kOutcomeNames =
+    std::to_array<std::string_view>({"running", "done", "failed", "stopped", "locked", "dead"});
+
+}  // namespace tolvane

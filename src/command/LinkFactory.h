@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+
+#include "upload/ScaleFactory.h"
+
+namespace tolvane {
+
+// Real links as the options name them.
+class TLinkFactory : public TRealScaleFactory {
+public:
+    // `serialPorts`: what "COM1" and the like are here; one that is not named is the system's own
+    // port of that number. `udpPort`: the local one, 0 for any.
+    TLinkFactory(TClock& clock, std::map<std::string, std::string> serialPorts,
+                 std::uint16_t udpPort);
+
+    std::unique_ptr<TElicomScale> CreateRS232(std::int32_t portNumber,
+                                              std::int32_t bitsPerSecond) override;
+    std::unique_ptr<TElicomScale> CreateUDP(const std::string& host) override;
+
+private:
+    TClock& clock_;
+    std::map<std::string, std::string> serialPorts_;
+    std::uint16_t udpPort_;
+};
+
+}  // namespace tolvane

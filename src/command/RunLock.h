@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "config/TypesUnit.h"
+#include "system/Clock.h"
+#include "system/LockFile.h"
+#include "upload/RunView.h"
+
+namespace tolvane {
+
+// The name of the lock of what a run needs for itself: a TCP scale ("tcp-10.0.0.5-1001.lock"), a
+// UDP scale, whose port is fixed ("udp-10.0.0.5.lock"), a whole serial line ("com-COM1.lock"). It
+// depends on nothing else in the record: two configurations that name the same scale get the same
+// name, and so do two scales on one serial line.
+std::string RunLockName(const TScaleRec& scale);
+
+enum class TRunLockState : std::uint8_t {
+    Held,         // by this object
+    HeldByOther,  // another run, of this process or another one, has it
+    Impossible,   // it cannot be created
+};
+
+// Lets one run at a time write to a scale. Who does not hold the lock must neither write to the
+// scale nor save its ledger. It ends with this object, or with its process, however that ends.
+class [[nodiscard]] TRunLock {
+public:
+    // Makes the folder when it is missing. Waits at most `wait` for another run, and not after
+    // `stop`: 0 tries once. Does not throw for a lock that cannot be had.
+    TRunLock(const std::filesystem::path& folder, const TScaleRec& scale, TMilliseconds wait,
+             TClock& clock, const TRunStop* stop = nullptr);
+
+    TRunLockState State() const { return state_; }
+    bool IsHeld() const { return state_ == TRunLockState::Held; }
+    // The process that holds the lock instead, where it can be had.
+    std::optional<std::uint32_t> OtherProcess() const { return otherProcess_; }
+    // Why the lock is not held (code page 1251); empty when it is.
+    const std::string& Refusal() const { return refusal_; }
+
+private:
+    void WaitFor(const std::filesystem::path& file, TMilliseconds wait, TClock& clock,
+                 const TRunStop* stop);
+
+    TRunLockState state_ = TRunLockState::Impossible;
+    std::optional<TLockFile> file_;
+    std::optional<std::uint32_t> otherProcess_;
+    std::string refusal_;
+};
+
+}  // namespace tolvane

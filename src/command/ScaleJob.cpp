@@ -1,0 +1,134 @@
+#include "command/ScaleJob.h"
+
+#include <exception>
+#include <optional>
+#include <utility>
+
+#include "command/RunLock.h"
+#include "config/IniFile.h"
+#include "scale/ScaleCommands.h"
+#include "system/SystemError.h"
+#include "upload/ScaleDriver.h"
+
+namespace tolvane {
+
+std::string_view OutcomeName(TScaleOutcome outcome) {
+    switch (outcome) {
+        case TScaleOutcome::Done:
+            return "done";
+        case TScaleOutcome::Failed:
+            return "failed";
+        case TScaleOutcome::NotReached:
+            return "not reached";
+        case TScaleOutcome::Locked:
+            return "locked";
+        case TScaleOutcome::Stopped:
+            return "stopped";
+    }
+    return {};
+}
+
+TScaleJob::TScaleJob(const TJobParts& parts, const TScaleRec& rec) : parts_(parts), rec_(rec) {
+    result_.rec = rec;
+}
+
+TScaleResult TScaleJob::Run() {
+    const TTimePoint start = parts_.clock.Now();
+    try {
+        if (IsStopped()) {
+            result_.outcome = TScaleOutcome::Stopped;
+            NotBegun();
+        } else {
+            WithLock();
+        }
+    } catch (const std::exception& error) {
+        // Before the scale or after it: the ledger.
+        if (result_.outcome == TScaleOutcome::Done) result_.outcome = TScaleOutcome::Failed;
+        AddError(FailureText(error));
+    }
+    result_.duration =
+        std::chrono::duration_cast<std::chrono::milliseconds>(parts_.clock.Now() - start);
+    return std::move(result_);
+}
+
+void TScaleJob::AddError(const std::string& error) {
+    if (result_.error == error) return;
+    result_.error += (result_.error.empty() ? "" : "; ") + error;
+}
+
+void TScaleJob::WithLock() {
+    const TRunLock lock(parts_.stateFolder, rec_, parts_.lockWait, parts_.clock, &parts_.stop);
+    if (!lock.IsHeld()) {
+        const bool held = lock.State() == TRunLockState::HeldByOther;
+        result_.outcome = held ? TScaleOutcome::Locked : TScaleOutcome::Failed;
+        result_.error = lock.Refusal();
+        if (held) NotBegun();
+        return;
+    }
+    Begin();
+    result_.outcome = TScaleOutcome::NotReached;
+    try {
+        InScale();
+    } catch (const std::exception& error) {
+        result_.error = FailureText(error);
+    }
+    result_.mayBeProgramming = answers_ && !weighs_;
+    End();
+}
+
+void TScaleJob::InScale() {
+    const std::unique_ptr<TElicomScale> scale = MakeScaleDriver(parts_.factory, rec_);
+    if (!scale->OpenChannel()) {
+        result_.error = scale->LastError;
+        return;
+    }
+    FirstExchange(*scale);
+    if (NeedsProgramming()) {
+        InProgramming(*scale);
+        return;
+    }
+    if (weighs_)
+        result_.outcome = TScaleOutcome::Done;
+    else
+        result_.error = scale->LastError;
+}
+
+void TScaleJob::FirstExchange(TElicomScale& scale) {
+    const TTimePoint start = parts_.clock.Now();
+    std::int32_t errCode = 0;
+    weighs_ = scale.SetWeightMode(errCode);
+    answers_ = weighs_ || errCode != kSetWeightModeCommand.initialErrCode;
+    if (answers_) result_.outcome = TScaleOutcome::Failed;
+    if (weighs_)
+        result_.exchange =
+            std::chrono::duration_cast<std::chrono::microseconds>(parts_.clock.Now() - start);
+}
+
+void TScaleJob::InProgramming(TElicomScale& scale) {
+    TProgrammingMode mode(scale, parts_.clock, parts_.stop);
+    bool linkFails = false;
+    try {
+        result_.version = mode.Enter();
+        if (!result_.version) {
+            // It was not put into programming mode.
+            result_.outcome = TScaleOutcome::Stopped;
+            return;
+        }
+        answers_ = true;
+        result_.outcome = TScaleOutcome::Failed;
+        Work(scale, *result_.version);
+        result_.outcome = IsStopped()               ? TScaleOutcome::Stopped
+                          : result_.refused.empty() ? TScaleOutcome::Done
+                                                    : TScaleOutcome::Failed;
+    } catch (const TFileError& error) {
+        result_.error = FailureText(error);
+    } catch (const std::exception& error) {
+        result_.error = FailureText(error);
+        linkFails = true;
+    }
+    // Who has stopped the run does not wait for a silent scale once more.
+    const bool asks = !IsStopped() || (answers_ && !linkFails);
+    weighs_ = asks && scale.Channel->IsConnected() && mode.Leave();
+}
+
+}  // namespace tolvane

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "config/TypesUnit.h"
+
+namespace tolvane {
+
+// Where a scale is reached, written in one way: two records that lead to the same scale, or to the
+// same serial line, have the same place.
+struct TScalePlace {
+    std::string connection;  // "serial", "tcp", "udp"; "unknown" for any other
+    std::string address;     // "10.0.0.5", "COM1"; a text that is neither stays as it is
+    std::int32_t port = 0;   // of TCP; the port of UDP is fixed
+};
+TScalePlace PlaceOf(const TScaleRec& scale);
+
+}  // namespace tolvane

@@ -1,0 +1,90 @@
+#include "command/Settings.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <filesystem>
+#include <optional>
+
+#include "command/DefaultPaths.h"
+#include "command/Nearest.h"
+#include "command/OptionValues.h"
+#include "config/IniFile.h"
+#include "text/Cp1251.h"
+
+namespace tolvane {
+namespace {
+
+constexpr std::string_view kSection = "tolvane";
+
+// Options with a value that is not about a single run.
+const std::vector<std::string>& SettingNames() {
+    static const std::vector<std::string> names = {
+        "scale", "ini",           "state",          "database",
+        "user",  "password-file", "client-library", "serial",
+        "jobs",  "price",         "deadline",       "lock-wait",
+        "log",   "trace",         "max-age",        "name1",
+        "name2", "udp-local-port"};
+    return names;
+}
+
+std::string VariableOf(std::string option) {
+    for (char& letter : option)
+        letter = letter == '-'
+                     ? '_'
+                     : static_cast<char>(std::toupper(static_cast<unsigned char>(letter)));
+    return "TOLVANE_" + option;
+}
+
+void CheckKeys(const TIniDocument& document, const std::string& file) {
+    const std::vector<std::string>& names = SettingNames();
+    for (const std::string& key : document.Keys(kSection)) {
+        const bool isKnown = std::any_of(names.begin(), names.end(), [&](const std::string& name) {
+            return EqualIgnoringCase(name, key);
+        });
+        if (isKnown) continue;
+        const std::string near = Nearest(ToUtf8(key), names);
+        throw TFileError("The configuration file " + FromUtf8(file) +
+                         " holds an unknown setting: " + key +
+                         (near.empty() ? "." : ". Did you mean " + near + "?"));
+    }
+}
+
+TIniDocument ReadConfig(const TConfigName& config) {
+    const std::filesystem::path path = PathOf(config.file);
+    std::error_code error;
+    const bool isThere = std::filesystem::exists(path, error);
+    if (error)
+        throw TFileError("The configuration file " + FromUtf8(config.file) +
+                         " cannot be read: " + error.message() + ".");
+    if (config.isNamed && !isThere)
+        throw TFileError("There is no configuration file " + FromUtf8(config.file) + ".");
+    TIniDocument document = ReadIniFile(path);
+    CheckKeys(document, config.file);
+    return document;
+}
+
+}  // namespace
+
+TConfigName ConfigFile(const std::string& onLine, const TEnvironment& environment) {
+    if (!onLine.empty()) return {.file = onLine};
+    const std::string variable = environment(VariableOf("config")).value_or("");
+    if (!variable.empty()) return {.file = variable};
+    return {.file = DefaultConfigFile(environment), .isNamed = false};
+}
+
+std::vector<TSetting> ReadSettings(const TConfigName& config, const TEnvironment& environment) {
+    const TIniDocument document = ReadConfig(config);
+    std::vector<TSetting> settings;
+    for (const std::string& name : SettingNames()) {
+        const std::string variable = environment(VariableOf(name)).value_or("");
+        const std::string configured = ToUtf8(document.ReadText(kSection, name, {}));
+        if (!variable.empty())
+            settings.push_back({.option = name, .value = variable, .source = VariableOf(name)});
+        else if (!configured.empty())
+            settings.push_back({.option = name, .value = configured, .source = config.file});
+    }
+    return settings;
+}
+
+}  // namespace tolvane

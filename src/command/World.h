@@ -1,0 +1,26 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <ostream>
+
+#include "system/Clock.h"
+#include "system/LocalTime.h"
+#include "system/RegionalSettings.h"
+
+namespace tolvane {
+
+// What a command has around it; tests give their own. All parts outlive the command.
+struct TWorld {
+    std::ostream& out;  // data, UTF-8
+    std::ostream& err;  // everything else, UTF-8
+    bool terminal;      // err is one
+    TClock& clock;
+    const TLocalClock& localClock;
+    std::function<std::chrono::sys_seconds()> now;
+    std::function<int()> interrupts;
+    TRegionalSettings regional;
+};
+
+}  // namespace tolvane

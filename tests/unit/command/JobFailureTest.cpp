@@ -1,0 +1,213 @@
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include "command/RunLock.h"
+#include "tests/unit/command/JobFixture.h"
+
+namespace tolvane::test {
+namespace {
+
+using TJobFailureTest = TJobTest;
+using enum TScaleOutcome;
+using simulator::TFaultKind;
+
+constexpr std::string_view kSilence =
+    "[ReadResponce][SCRIPT] Fail read data (peer) - Read timeout occured";
+
+TEST_F(TJobFailureTest, AStopBetweenArticlesPutsTheScaleBackToWeighing) {
+    view.onEvent = [&](const std::string& event) {
+        if (event == "1 done") stop.Abandon();
+    };
+    const TScaleResult result = Write(kThree);
+    EXPECT_EQ(Commands(), "3C 3C 36 48 4A:12 4C:12.0 4C:12.4 4C:12.5 3C");
+    EXPECT_FALSE(IsProgramming());
+    EXPECT_EQ(result.outcome, Stopped);
+    EXPECT_FALSE(result.mayBeProgramming);
+    EXPECT_EQ(result.written, 1U);
+    EXPECT_EQ(result.pending, 2U);
+    EXPECT_EQ(Claimed(), "12");
+    EXPECT_EQ(Disk().LastRun()->outcome, TRunOutcome::Stopped);
+    EXPECT_EQ(Disk().LastRun()->pending, 2);
+}
+
+TEST_F(TJobFailureTest, TheNextRunContinuesWhereTheStoppedOneEnded) {
+    view.onEvent = [&](const std::string& event) {
+        if (event == "1 done") stop.Abandon();
+    };
+    Write(kThree);
+    TRunStop goOn;
+    const auto table = TableOf(kThree);
+    TJobParts parts = Parts();
+    const TJobParts again{.factory = parts.factory,
+                          .clock = parts.clock,
+                          .stop = goOn,
+                          .view = parts.view,
+                          .stateFolder = parts.stateFolder,
+                          .lockWait = parts.lockWait};
+    TWriteJob job(again, rec, LedgerParts(),
+                  {.table = *table, .regional = {}, .choice = {.changedOnly = true}});
+    const TScaleResult result = job.Run();
+    EXPECT_EQ(result.outcome, Done);
+    EXPECT_EQ(result.unchanged, 1U);
+    EXPECT_EQ(result.written, 2U);
+    EXPECT_EQ(Claimed(), "7 9 12");
+}
+
+TEST_F(TJobFailureTest, AStopBeforeItsTurnTouchesNothing) {
+    stop.Abandon();
+    const TScaleResult result = Write(kThree);
+    EXPECT_EQ(Commands(), "");
+    EXPECT_EQ(result.outcome, Stopped);
+    EXPECT_EQ(result.pending, 3U);
+    EXPECT_EQ(folder.FileCount(), 0U);
+}
+
+// The stop comes while the first exchange is under way: nothing more is sent.
+TEST_F(TJobFailureTest, AStopBeforeProgrammingModeLeavesTheScaleAsItIs) {
+    options.onExchange = [&](const simulator::TBytes&, const simulator::TReplyPlan&) {
+        stop.Abandon();
+    };
+    const TScaleResult result = Write(kThree);
+    EXPECT_EQ(Commands(), "3C");
+    EXPECT_EQ(result.outcome, Stopped);
+    EXPECT_FALSE(result.mayBeProgramming);
+    EXPECT_EQ(result.pending, 3U);
+}
+
+TEST_F(TJobFailureTest, AnArticleWithoutAnAnswerEndsTheRunAndTheScaleWeighsAgain) {
+    Parts();
+    SetFaults({Fault(TFaultKind::NoReply, simulator::kSetPriceWeight, 2)});
+    const TScaleResult result = Write(kThree);
+    EXPECT_EQ(Commands(), "3C 3C 36 48 4A:12 4C:12.0 4C:12.4 4C:12.5 4A:7 3C");
+    EXPECT_EQ(result.outcome, Failed);
+    EXPECT_EQ(result.error, "[SetPrice] ErrCode: 0, Fail set PLU price: " + std::string(kSilence));
+    EXPECT_FALSE(result.mayBeProgramming);
+    EXPECT_FALSE(IsProgramming());
+    EXPECT_EQ(result.written, 1U);
+    EXPECT_EQ(result.pending, 2U);
+    EXPECT_EQ(Claimed(), "12");
+}
+
+TEST_F(TJobFailureTest, AScaleThatFallsSilentMayStillBeInProgrammingMode) {
+    Parts();
+    SetFaults({Fault(TFaultKind::Silent, simulator::kSetPriceWeight, 2)});
+    const TScaleResult result = Write(kThree);
+    EXPECT_EQ(result.outcome, Failed);
+    EXPECT_TRUE(result.mayBeProgramming);
+    EXPECT_TRUE(IsProgramming());
+    EXPECT_EQ(Claimed(), "12");
+    EXPECT_TRUE(Disk().LastRun()->mayBeInProgrammingMode);
+}
+
+TEST_F(TJobFailureTest, ABrokenConnectionIsNotUsedAgain) {
+    view.onEvent = [&](const std::string& event) {
+        if (event == "1 done") factory->channel->dropped = true;
+    };
+    const TScaleResult result = Write(kThree);
+    EXPECT_EQ(Commands(), "3C 3C 36 48 4A:12 4C:12.0 4C:12.4 4C:12.5");
+    EXPECT_EQ(result.outcome, Failed);
+    EXPECT_TRUE(result.mayBeProgramming);
+    EXPECT_EQ(result.pending, 2U);
+}
+
+TEST_F(TJobFailureTest, ARefusedArticleDoesNotEndTheRun) {
+    Parts();
+    SetFaults({Fault(TFaultKind::Error, simulator::kSetPriceWeight, 2, 5)});
+    const TScaleResult result = Write(kThree);
+    EXPECT_EQ(Commands(),
+              "3C 3C 36 48 4A:12 4C:12.0 4C:12.4 4C:12.5 4A:7 4A:9 4C:9.0 4C:9.4 4C:9.5 3C");
+    EXPECT_EQ(result.outcome, Failed);
+    EXPECT_EQ(result.error, "");
+    EXPECT_EQ(result.written, 2U);
+    EXPECT_EQ(result.pending, 0U);
+    ASSERT_EQ(result.refused.size(), 1U);
+    EXPECT_EQ(result.refused[0].number, 7);
+    EXPECT_EQ(result.refused[0].name, "Eggs");
+    const std::string reason =
+        "[SetPrice] ErrCode: 5, Fail set PLU price: Scale return Error code: 5";
+    EXPECT_EQ(result.refused[0].reason, reason);
+    EXPECT_EQ(Claimed(), "9 12");
+    EXPECT_EQ(view.events, (TEvents{"begins 3", "written 12 Tomatoes", "1 done",
+                                    "refused 7 " + reason, "2 done", "written 9 Milk", "3 done"}));
+}
+
+// The days cannot be claimed without the barcode.
+TEST_F(TJobFailureTest, AnArticleWhoseLastTextIsRefusedIsNotClaimed) {
+    Write(kThree);
+    SetFaults({Fault(TFaultKind::Error, simulator::kSetParam, 6, 4)});
+    const TScaleResult result = Write(kThree);
+    ASSERT_EQ(result.refused.size(), 1U);
+    EXPECT_EQ(result.refused[0].number, 7);
+    EXPECT_EQ(Claimed(), "9 12");
+    SetFaults({});
+    EXPECT_EQ(WriteChanged(kThree).written, 1U);
+    EXPECT_EQ(Claimed(), "7 9 12");
+}
+
+TEST_F(TJobFailureTest, AnArticleThatNoScaleCanHoldIsRefusedUnsent) {
+    TArticle dear = Goods(7, "Truffles");
+    dear.retail = 10000;
+    const TScaleResult result = Write({kThree[0], dear});
+    EXPECT_EQ(Commands(), "3C 3C 36 48 4A:12 4C:12.0 4C:12.4 4C:12.5 3C");
+    ASSERT_EQ(result.refused.size(), 1U);
+    EXPECT_EQ(result.refused[0].number, 7);
+    EXPECT_EQ(result.outcome, Failed);
+}
+
+TEST_F(TJobFailureTest, AScaleWithoutAConnectionIsNotReached) {
+    openError = "nobody there";
+    const TScaleResult result = Write(kThree);
+    EXPECT_EQ(result.outcome, NotReached);
+    EXPECT_EQ(result.error, "Fail init communication interface: nobody there");
+    EXPECT_EQ(result.pending, 3U);
+    EXPECT_FALSE(result.mayBeProgramming);
+    EXPECT_EQ(Disk().LastRun()->outcome, TRunOutcome::Dead);
+}
+
+TEST_F(TJobFailureTest, ASilentScaleIsNotReached) {
+    Parts();
+    SetFaults({Fault(TFaultKind::Silent, simulator::kSetWeightMode, 1)});
+    const TScaleResult result = Write(kThree);
+    EXPECT_EQ(result.outcome, NotReached);
+    EXPECT_EQ(result.error,
+              "[SetPrgMode] ErrCode: 1000, Fail set Weight mode: " + std::string(kSilence));
+    EXPECT_FALSE(result.mayBeProgramming);
+    EXPECT_FALSE(result.version);
+    EXPECT_EQ(result.pending, 3U);
+}
+
+TEST_F(TJobFailureTest, AScaleThatRefusesProgrammingModeHasAnswered) {
+    Parts();
+    SetFaults({Fault(TFaultKind::Error, simulator::kSetPrgMode, 1, 9)});
+    const TScaleResult result = Write(kThree);
+    EXPECT_EQ(result.outcome, Failed);
+    EXPECT_EQ(result.error,
+              "[SetPrgMode] ErrCode: 9, Fail set Weight mode: Scale return Error code: 9");
+    EXPECT_FALSE(result.mayBeProgramming);
+    EXPECT_EQ(Commands(), "3C 3C 36 3C");
+}
+
+TEST_F(TJobFailureTest, WhatIsPendingInADeadScaleGoesByItsLedger) {
+    Write(kThree);
+    openError = "nobody there";
+    TArticle dearer = kThree[1];
+    dearer.retail = 13.5;
+    EXPECT_EQ(WriteChanged({kThree[0], dearer, kThree[2]}).pending, 1U);
+    EXPECT_EQ(Write(kThree, {.numbers = {{7, 9}}}).pending, 2U);
+    EXPECT_EQ(Write(kThree).pending, 3U);
+    EXPECT_EQ(Claimed(), "7 9 12");
+}
+
+TEST_F(TJobFailureTest, AnotherRunInTheScaleLocksItOut) {
+    const TRunLock other(folder.Path(), rec, TMilliseconds(0), clock);
+    const TScaleResult result = Write(kThree);
+    EXPECT_EQ(result.outcome, Locked);
+    EXPECT_EQ(result.error, "another run (process " + std::to_string(getpid()) +
+                                ") holds the lock of this scale");
+    EXPECT_EQ(result.pending, 3U);
+    EXPECT_EQ(Commands(), "");
+    EXPECT_FALSE(std::filesystem::exists(TLedger::FileOf(folder.Path(), rec.ScaleNumb)));
+}
+
+}  // namespace
+}  // namespace tolvane::test

@@ -1,0 +1,130 @@
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include "command/RunLock.h"
+#include "tests/support/ScratchFolder.h"
+#include "tests/unit/command/RunAtWork.h"
+#include "tests/unit/config/SavedVersions.h"
+
+namespace tolvane::test {
+namespace {
+
+using std::filesystem::path;
+
+constexpr DWORD kDeadlineMs = 60'000;
+constexpr UINT kKilled = 77;  // the exit code
+
+std::string NameOfThisRun() {
+    return "tolvane-run-" + std::to_string(GetCurrentProcessId());
+}
+
+// Memory that another program shares with this one.
+class TSharedScale {
+public:
+    TSharedScale()
+        : mapping_(CreateFileMappingA(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0,
+                                      sizeof(TScaleMemory), (NameOfThisRun() + "-scale").c_str())),
+          memory_(MapViewOfFile(mapping_, FILE_MAP_WRITE, 0, 0, sizeof(TScaleMemory))) {
+        if (memory_ == nullptr) throw std::bad_alloc();
+        scale_ = new (memory_) TScaleMemory{};
+    }
+    TSharedScale(const TSharedScale&) = delete;
+    TSharedScale& operator=(const TSharedScale&) = delete;
+    ~TSharedScale() {
+        UnmapViewOfFile(memory_);
+        CloseHandle(mapping_);
+    }
+    TScaleMemory& Memory() const { return *scale_; }
+
+private:
+    HANDLE mapping_;
+    void* memory_;
+    TScaleMemory* scale_;
+};
+
+path Program() {
+    std::wstring program(MAX_PATH, L'\0');
+    program.resize(GetModuleFileNameW(nullptr, program.data(), MAX_PATH));
+    return path(program).parent_path() / "run_at_work.exe";
+}
+
+// Another program at work in a folder. Never outlives the test.
+class TOtherRun {
+public:
+    TOtherRun(const path& folder, const std::string& work, const std::string& seed = {}) {
+        started_ = CreateEventA(nullptr, TRUE, FALSE, NameOfThisRun().c_str());
+        ResetEvent(started_);
+        std::string line = "run_at_work " + work + " " + NameOfThisRun() + " " + seed;
+        STARTUPINFOA startup{};
+        startup.cb = sizeof startup;
+        EXPECT_TRUE(CreateProcessA(Program().string().c_str(), line.data(), nullptr, nullptr, FALSE,
+                                   0, nullptr, folder.string().c_str(), &startup, &process_))
+            << GetLastError();
+    }
+    TOtherRun(const TOtherRun&) = delete;
+    TOtherRun& operator=(const TOtherRun&) = delete;
+    ~TOtherRun() {
+        TerminateProcess(process_.hProcess, kKilled);
+        for (const HANDLE handle : {started_, process_.hThread, process_.hProcess})
+            if (handle != nullptr) CloseHandle(handle);
+    }
+
+    bool HasStarted() const {
+        const HANDLE either[] = {started_, process_.hProcess};
+        return WaitForMultipleObjects(2, either, FALSE, kDeadlineMs) == WAIT_OBJECT_0;
+    }
+    // Whether it was still at work after so long, and ended by the kill.
+    bool DiesAfter(DWORD milliseconds) const {
+        if (WaitForSingleObject(process_.hProcess, milliseconds) != WAIT_TIMEOUT) return false;
+        TerminateProcess(process_.hProcess, kKilled);
+        DWORD code = 0;
+        return WaitForSingleObject(process_.hProcess, kDeadlineMs) == WAIT_OBJECT_0 &&
+               GetExitCodeProcess(process_.hProcess, &code) && code == kKilled;
+    }
+    DWORD Process() const { return process_.dwProcessId; }
+
+private:
+    HANDLE started_ = nullptr;
+    PROCESS_INFORMATION process_{};
+};
+
+TEST(KilledRun, NeverClaimsAnArticleThatTheScaleHasNotAcknowledged) {
+    const TScratchFolder folder;
+    const TSharedScale scale;
+    std::mt19937 random(1);
+    int metASave = 0;
+    int right = 0;
+    for (int kill = 0; kill < Kills(); ++kill) {
+        {
+            const TOtherRun run(folder.Path(), "write", std::to_string(kill * 100));
+            ASSERT_TRUE(run.HasStarted()) << "kill " << kill;
+            ASSERT_TRUE(run.DiesAfter(random() % 7)) << "kill " << kill;
+        }
+        const TLedger ledger = LoadAt(folder.Path(), kAfterwards);
+        ASSERT_EQ(ledger.DropReason(), "") << "kill " << kill;
+        const TClaimCheck check = CheckClaims(ledger, scale.Memory());
+        ASSERT_EQ(check.wrong, 0) << "kill " << kill;
+        right += check.right;
+        if (folder.FileCount() > 1) ++metASave;
+    }
+    // Otherwise nothing was tried here.
+    EXPECT_GT(metASave, 0);
+    EXPECT_GT(right, Kills());
+}
+
+TEST(KilledRun, LetsGoOfItsLock) {
+    const TScratchFolder folder;
+    {
+        const TOtherRun run(folder.Path(), "lock");
+        ASSERT_TRUE(run.HasStarted());
+        const TRunLock lock(folder.Path(), TcpScale(), TMilliseconds(0), SystemClock());
+        EXPECT_EQ(lock.State(), TRunLockState::HeldByOther);
+        EXPECT_EQ(lock.OtherProcess(), run.Process());
+        ASSERT_TRUE(run.DiesAfter(0));
+    }
+    EXPECT_TRUE(TRunLock(folder.Path(), TcpScale(), TMilliseconds(0), SystemClock()).IsHeld());
+    EXPECT_EQ(folder.FileCount(), 0U);
+}
+
+}  // namespace
+}  // namespace tolvane::test
