@@ -6,6 +6,7 @@
 #
 #   ./demo.sh                 on a display of its own, ends by itself
 #   ./demo.sh --interactive   on the user's display; the windows stay open until TradeHost is closed
+#   ./demo.sh --headless      the same job by the command tolvane: without Wine, a server and windows
 #
 # As root it gives the scales addresses of their own in network namespaces, and runs the shop there;
 # otherwise UDP is left out and that scale is on TCP as well.
@@ -22,7 +23,12 @@ interactive=no
 case ${1:-} in
     "") ;;
     --interactive) interactive=yes ;;
-    *) fail "usage: ./demo.sh [--interactive]" ;;
+    --headless)
+        source "$SCRIPTS/headless-steps.sh"
+        headless_demo
+        exit
+        ;;
+    *) fail "usage: ./demo.sh [--interactive | --headless]" ;;
 esac
 if [ "$interactive" = yes ]; then
     [ -n "${DISPLAY:-}" ] || fail "--interactive needs a display: the variable DISPLAY is not set"

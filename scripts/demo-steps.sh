@@ -15,10 +15,13 @@ DEMO_SCALES=(
     "s300 S300 1 9999 3 300 0 tcp"
 )
 
+# An address for UDP scales beside this computer's own; the shop's network has others.
+DEMO_UDP_HOST=
+
 # The scales, as above. Over UDP both sides have port 1001, so a scale needs an address of its own;
 # where it has none it is on TCP.
 demo_scales() {
-    if network_is_up; then
+    if network_is_up || [ -n "$DEMO_UDP_HOST" ]; then
         printf '%s\n' "${DEMO_SCALES[@]}"
     else
         printf '%s\n' "${DEMO_SCALES[@]/% udp/ tcp}"
@@ -59,11 +62,15 @@ demo_make_database() {
     firebird_database "$DEMO/shop.fdb" demo/schema.sql demo/shop.sql
 }
 
+demo_udp_address() {
+    if [ -n "$DEMO_UDP_HOST" ]; then say "$DEMO_UDP_HOST"; else network_address "$1"; fi
+}
+
 # demo_link <name> <link>: the scale's options for its link.
 demo_link() {
     case $2 in
         serial) printf -- '--pty %s' "$DEMO/$1.port" ;;
-        udp) printf -- '--host %s --udp 1001' "$(network_address "$1")" ;;
+        udp) printf -- '--host %s --udp 1001' "$(demo_udp_address "$1")" ;;
         tcp)
             if network_is_up; then
                 printf -- '--host %s --tcp 1001' "$(network_address "$1")"
@@ -128,7 +135,7 @@ demo_connection() {
     case $2 in
         # Without a port the module takes the section for an empty one.
         serial) say "$DEMO_COM" 1001 0 ;;
-        udp) say "$(network_address "$1")" 1001 2 ;;
+        udp) say "$(demo_udp_address "$1")" 1001 2 ;;
         tcp) say "$(sed -n 's/^.*tcp \([0-9.]*\):\([0-9]*\).*$/\1 \2/p' "$DEMO/$1.ready")" 1 ;;
     esac
 }

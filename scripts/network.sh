@@ -10,16 +10,17 @@
 #   network_enter <command>   replaces this process by the command, on the shop's computer
 #   network_at <scale> <command>...
 #                             runs the command beside the scale
-#   network_down              takes away the networks that network_up has made for this build folder,
+#   network_down              takes away the networks that network_up has made for this build folder and lane,
 #                             including those of a killed run, and nothing else; what still runs there
 #                             goes on without a network
 #
-# The names carry the build folder's, so that two runs can stand side by side.
+# The names carry the build folder's, so that two runs can stand side by side, and the lane's, so that two
+# parts of a run can.
 
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
-NETWORK_FOLDER=$BUILD/network
-NETWORK_PREFIX=tolvane-$(cksum <<<"$BUILD" | cut -d' ' -f1)
+NETWORK_FOLDER=$BUILD/network$LANE
+NETWORK_PREFIX=tolvane$LANE-$(cksum <<<"$BUILD" | cut -d' ' -f1)
 NETWORK_SHOP=$NETWORK_PREFIX-shop
 
 network_refusal() {

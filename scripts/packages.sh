@@ -3,7 +3,8 @@
 # test.sh and demo.sh need. Does nothing, and asks apt nothing, when they are. Needs root only when
 # something is missing.
 #
-#   scripts/packages.sh [build] [check] [wine] [firebird] [winelib] [shop] [coverage]
+#   scripts/packages.sh [build] [headless] [check] [wine] [firebird] [winelib] [shop] [trace] [chain]
+#                       [coverage]
 
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
@@ -13,15 +14,20 @@ export LC_ALL=C.UTF-8
 declare -A GROUPS_OF_PACKAGES=(
     [build]="g++ cmake ninja-build g++-mingw-w64-i686-posix libasio-dev nlohmann-json3-dev
              libcli11-dev googletest libbenchmark-dev firebird-dev"
-    [check]="clang-format clang-tidy"
+    [headless]="g++ cmake ninja-build libasio-dev nlohmann-json3-dev libcli11-dev firebird-dev
+                firebird3.0-server-core firebird3.0-utils iproute2"
+    [check]="clang-format clang-tidy groff-base python3"
     [wine]="wine wine32:i386 wine64 fonts-wine fonts-dejavu-core fonts-liberation xvfb
             imagemagick xdotool locales"
-    [firebird]="firebird3.0-server firebird3.0-utils firebird-dev libfbclient2:i386"
+    [firebird]="firebird3.0-server firebird3.0-server-core firebird3.0-utils firebird-dev
+                libfbclient2:i386"
     [winelib]="libwine-dev:i386 wine32-tools:i386 gcc-multilib"
     [shop]="iproute2 socat procps"
+    [trace]="tshark"
+    [chain]="ansible-core dropbear-bin openssh-client python3-apt systemd libcap2-bin iproute2 procps"
     [coverage]="gcovr"
 )
-ALL_GROUPS=(build check wine firebird winelib shop)
+ALL_GROUPS=(build check wine firebird winelib shop trace chain)
 PREFERENCES=/etc/apt/preferences.d/zz-tolvane-setup
 POLICY=/usr/sbin/policy-rc.d
 # Beside the indexes, so that it goes with them.

@@ -52,10 +52,33 @@ test_plan_native() {
         after packages; alone cores
     job unit "Unit tests" test_native -L '^unit$'
         after build-linux; lane native
-        reads "$NATIVE/tests/unit/*/test_*" "$NATIVE/simulator/virtual-scale" "${TEST_SCRIPTS[@]}"
+        reads "$NATIVE/tests/unit/*/test_*" "$NATIVE/tests/command/window/test_same_requests" \
+            "$NATIVE/simulator/virtual-scale" "${TEST_SCRIPTS[@]}"
     job integration "Integration tests" test_integration
         after build-linux; lane native; alone udp
-        reads "$NATIVE/tests/integration/*/test_*" "demo/*.sql" "${TEST_SCRIPTS[@]}"
+        reads "$NATIVE/tests/integration/*/test_*" "$NATIVE/tests/integration/database/attach_probe" \
+            "demo/*.sql" "${TEST_SCRIPTS[@]}"
+    job command "The command on this system" test_command native
+        after build-linux; lane native; alone udp
+        reads "$NATIVE/tests/command/program/test_program" "$NATIVE/src/command/tolvane" \
+            tests/command/program/shop.sql "demo/*.sql" "${TEST_SCRIPTS[@]}"
+    job examples "The examples of the command's page" tests/command/examples/run.sh
+        after build-linux
+        reads "$NATIVE/src/command/tolvane" "$NATIVE/simulator/virtual-scale" docs/command.md tests/command/examples \
+            tests/command/program/shop.sql demo/schema.sql "${TEST_SCRIPTS[@]}"
+    job texts "The command's manual page and completion" tests/command/examples/texts.sh "$NATIVE/src/command"
+        after build-linux
+        reads "$NATIVE/src/command/tolvane*" tests/command/examples tests/scripts/lib.sh
+    job wireshark "Traces in Wireshark" test_native -L '^wireshark$'
+        after build-linux; lane native
+        reads "$NATIVE/tests/command/trace/test_wireshark" tools/wireshark "${TEST_SCRIPTS[@]}"
+    job kills "Kills and interrupts of the command" test_kills
+        after build-linux; lane native
+        reads "$NATIVE/tests/command/kill/test_kill" "$NATIVE/src/command/tolvane" "demo/*.sql" "${TEST_SCRIPTS[@]}"
+    job chain "A chain's shops by Ansible" tests/command/chain/run.sh
+        after build-linux
+        reads "$NATIVE/src/command/tolvane" "$NATIVE/simulator/virtual-scale" tests/command/chain tools/ansible \
+            tools/systemd tools/windows docs/chain.md demo/schema.sql "${TEST_SCRIPTS[@]}"
 }
 
 test_plan_windows() {
@@ -98,9 +121,13 @@ test_plan_lane_a() {
     job module-1251 "Module tests, code page 1251, decimal comma" test_in_lane a test_module_run 1251 comma
         after build-windows client; lane a
         reads "$WINDOWS/tests/module/*.exe" "${MODULE_FILES[@]}"
+    job windows-command "The command for Windows" test_in_lane a test_command windows
+        after build-windows client; lane a; alone udp
+        reads "$WINDOWS/tests/command/program/*.exe" "$WINDOWS/src/command/tolvane.exe" \
+            tests/command/program/shop.sql "demo/*.sql" "${TEST_SCRIPTS[@]}"
     job windows-links "Channels and searches for Windows" test_in_lane a test_windows_level integration
         after build-windows client; lane a; alone udp
-        reads "$WINDOWS/tests/integration/*/*.exe" "${TEST_SCRIPTS[@]}"
+        reads "$WINDOWS/tests/integration/*/*.exe" "demo/*.sql" "${TEST_SCRIPTS[@]}"
 }
 
 test_plan_lane_b() {
@@ -127,6 +154,10 @@ test_plan_lane_c() {
     job demo "Demo" test_in_lane c test_demo
         after build-windows build-linux client; lane c
         reads "$NATIVE/tests/demo/test_demo" "${DEMO_FILES[@]}"
+    job window "The command writes what the window writes" test_in_lane c test_window
+        after demo; lane c
+        reads "$NATIVE/tests/command/window/test_window" "$NATIVE/src/command/tolvane" tests/command/window \
+            "${DEMO_FILES[@]}"
     job deletes "Delete in the demo's scales, over each link" test_in_lane c test_demo_deletes
         after demo; lane c
         reads "$NATIVE/tests/demo/test_deletes" tests/demo/deletes.sh "${DEMO_FILES[@]}"
@@ -165,7 +196,7 @@ test_plan_programs() {
 }
 
 test_only_native() {
-    if ctest --test-dir "$NATIVE" -N -L '^integration$' -R "$1" | grep -q 'Test *#'; then firebird_start; fi
+    if ctest --test-dir "$NATIVE" -N -L '^integration$' -R "$1" | grep -q 'Test *#'; then test_shop_make; fi
     test_native -R "$1"
 }
 

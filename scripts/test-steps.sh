@@ -11,6 +11,7 @@ source "$ROOT/tests/module/settings/steps.sh"
 source "$ROOT/tests/module_host/steps.sh"
 
 LANES=(a b c d)
+COMMAND_SHARDS=8
 
 # test_in_lane <lane> <command>...: from here on the variables above are the lane's.
 test_in_lane() {
@@ -33,13 +34,68 @@ test_build() {
 test_native() {
     mkdir -p "$BUILD/integration-databases"
     TOLVANE_FB_SERVER=127.0.0.1/$(firebird_port) TOLVANE_FB_PASSWORD=$FIREBIRD_PASSWORD \
-        TOLVANE_FB_DIR=$BUILD/integration-databases GTEST_OUTPUT=json:$STEP_RESULTS/ \
+        TOLVANE_FB_DIR=$BUILD/integration-databases TOLVANE_FB_SHOP=$(test_shop_file) \
+        TOLVANE_FB_ROOT=$FIREBIRD_FOLDER GTEST_OUTPUT=json:$STEP_RESULTS/ \
         ctest --test-dir "$BUILD/native" "$@" --output-on-failure --no-tests=error -j "$JOBS"
 }
 
-test_integration() {
+# The demo shop's database on the lane's server. The small shop for the tests of the command lies beside.
+test_shop_file() {
+    printf '%s\n' "$BUILD/integration-databases$LANE/shop.fdb"
+}
+
+test_shop_make() {
     firebird_start
+    firebird_database "$(test_shop_file)" "$ROOT/demo/schema.sql" "$ROOT/demo/shop.sql"
+    firebird_database "$(dirname "$(test_shop_file)")/small.fdb" "$ROOT/demo/schema.sql" \
+        "$ROOT/tests/command/program/shop.sql"
+}
+
+test_integration() {
+    test_shop_make
     test_native -L '^integration$' "$@"
+}
+
+# test_command native|windows: the built command. Its runs wait for the pauses that scales need: several
+# tests at a time.
+test_command() {
+    local shard pids=() status=0
+    test_shop_make
+    if [ "$1" = windows ]; then
+        test_runtime
+        wine_regional 1251 comma
+        wine_session
+    fi
+    for ((shard = 0; shard < COMMAND_SHARDS; ++shard)); do
+        test_command_shard "$1" "$shard" >"$BUILD/command-$1-$shard.log" 2>&1 &
+        pids+=($!)
+    done
+    for ((shard = 0; shard < COMMAND_SHARDS; ++shard)); do
+        wait "${pids[$shard]}" || status=1
+        cat "$BUILD/command-$1-$shard.log"
+    done
+    return "$status"
+}
+
+# test_command_shard native|windows <number>
+test_command_shard() {
+    local program=$BUILD/$1/tests/command/program/test_program result=$STEP_RESULTS/command-$1-$2.json
+    export GTEST_TOTAL_SHARDS=$COMMAND_SHARDS GTEST_SHARD_INDEX=$2
+    export TOLVANE_FB_SERVER TOLVANE_FB_PASSWORD=$FIREBIRD_PASSWORD TOLVANE_FB_DIR TOLVANE_FB_SHOP
+    TOLVANE_FB_SERVER=127.0.0.1/$(firebird_port)
+    TOLVANE_FB_SHOP=$(test_shop_file)
+    TOLVANE_FB_DIR=$(dirname "$TOLVANE_FB_SHOP")
+    if [ "$1" = windows ]; then
+        wine_command timeout 1200 wine "$program.exe" "--gtest_output=json:$(wine_path "$result")" </dev/null
+    else
+        timeout 600 "$program" "--gtest_output=json:$result"
+    fi
+}
+
+# The built command, killed and interrupted.
+test_kills() {
+    test_shop_make
+    test_native -L '^kill$'
 }
 
 # The run engine under ThreadSanitizer; only its program is built so. Without setarch it would fail on
@@ -98,7 +154,9 @@ test_windows_programs() {
     wine_session
     for name in "$@"; do
         say "== $name"
-        wine_command timeout 1800 wine "$(test_windows_program "$name")" \
+        TOLVANE_FB_SERVER=127.0.0.1/$(firebird_port) TOLVANE_FB_PASSWORD=$FIREBIRD_PASSWORD \
+            TOLVANE_FB_SHOP=$(test_shop_file) \
+            wine_command timeout 1800 wine "$(test_windows_program "$name")" \
             "--gtest_output=json:$(wine_path "$STEP_RESULTS/windows-$name.json")" </dev/null
     done
 }
@@ -118,6 +176,7 @@ test_windows_level() {
     mapfile -t names < <(find "${folders[@]}" -name 'test_*.exe' ! -name 'test_simulator.exe' \
         ! -name 'test_upload_stops.exe' -printf '%f\n' | sed 's/\.exe$//' | sort -u)
     [ ${#names[@]} -gt 0 ] || fail "there are no programs under $BUILD/windows/tests/$1"
+    [ "$1" = unit ] || test_shop_make
     test_windows_programs "${names[@]}"
 }
 
@@ -146,6 +205,13 @@ test_host_run() {
 test_demo() {
     "$ROOT/demo.sh"
     TOLVANE_DEMO_FOLDER=$BUILD/demo GTEST_OUTPUT=json:$STEP_RESULTS/ "$BUILD/native/tests/demo/test_demo"
+}
+
+# What the command leaves in the same scales.
+test_window() {
+    "$ROOT/tests/command/window/run.sh"
+    TOLVANE_DEMO_FOLDER=$BUILD/demo TOLVANE_WINDOW_FOLDER=$BUILD/window GTEST_OUTPUT=json:$STEP_RESULTS/ \
+        "$BUILD/native/tests/command/window/test_window"
 }
 
 test_demo_deletes() {

@@ -2,7 +2,8 @@
 # The full counts of what test.sh runs shortened; for a release, after a test.sh that has passed in
 # the same build folder. Takes about half an hour.
 #
-#   1,000 kills of a save, on either system
+#   1,000 kills of a save and of a run that keeps a ledger, on either system
+#   300 kills of the command while it writes
 #   1,000 cycles of opening and closing the list window
 #   1,000 runs stopped or closed at random times
 #   100,000 exchanges over each wire with faults
@@ -24,12 +25,21 @@ long_some() {
 
 long_kills() {
     TOLVANE_KILLS=1000 long_some "$BUILD/native/tests/unit/config/test_config" --gtest_filter='WriteIniFile.*Killed'
+    TOLVANE_KILLS=1000 long_some "$BUILD/native/tests/unit/command/test_command" --gtest_filter='KilledRun.*'
+}
+
+long_kills_command() {
+    test_shop_make
+    TOLVANE_FB_SHOP=$(test_shop_file) TOLVANE_COMMAND_KILLS=300 long_some \
+        "$BUILD/native/tests/command/kill/test_kill" --gtest_filter='KilledWrite.*'
 }
 
 long_kills_windows() {
     wine_session
     TOLVANE_KILLS=1000 long_some wine_command wine \
         "$BUILD/windows/tests/unit/config/test_config.exe" --gtest_filter='WriteIniFile.*Killed'
+    TOLVANE_KILLS=1000 long_some wine_command wine \
+        "$BUILD/windows/tests/unit/command/test_command.exe" --gtest_filter='KilledRun.*'
 }
 
 long_soak() {
@@ -54,6 +64,7 @@ step "Coverage" tests/coverage/coverage.sh
 step "Kills of a save" long_kills
 step "Soak of every wire" long_soak
 step "Start a Firebird server" firebird_start
+step "Kills of the command" long_kills_command
 step "Make the Wine prefix" wine_prefix_make
 step "Set Bulgarian formats" wine_regional 1251 comma
 step "Start a display" display_start

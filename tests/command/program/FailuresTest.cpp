@@ -1,0 +1,172 @@
+// Bad input and bad days: each has a text and a code of its own, and nothing is lost.
+
+#include "simulator/Commands.h"
+#include "tests/command/program/ProgramTest.h"
+#include "tests/support/Environment.h"
+
+namespace tolvane::test {
+namespace {
+
+class FailuresTest : public TProgramTest {
+protected:
+    void ExpectFailure(const TRun& run, int code, const std::string& text) {
+        EXPECT_EQ(run.exitCode, code) << run.err;
+        EXPECT_NE(run.err.find(text), std::string::npos) << run.err;
+    }
+    TWords WithoutDatabase(TWords words) {
+        WithShop({});
+        words.insert(words.end(), {"--ini", (folder_ / "Tolvane.ini").string(), "--state",
+                                   StateFolder().string()});
+        return words;
+    }
+    TRun RunWithLogin(const std::string& database, const std::string& passwordFile) {
+        return RunBare(WithoutDatabase({"write", "--database", database, "--user", "SYSDBA",
+                                        "--password-file", (folder_ / passwordFile).string()}));
+    }
+    static simulator::TFaultScript Fault(const std::string& text) {
+        return {.faults = {simulator::FaultFromText(text)}};
+    }
+};
+
+TEST_F(FailuresTest, NoDatabase) {
+    AddDeadScale(1);
+    ExpectFailure(RunBare(WithoutDatabase({"write"})), 2,
+                  "No database is named. Name it with --database.");
+}
+
+TEST_F(FailuresTest, ADatabaseThatIsNotThere) {
+    AddDeadScale(1);
+    const std::string server = Environment("TOLVANE_FB_SERVER");
+    ExpectFailure(RunWithLogin(server + ":/no/such.fdb", "password"), 4, "/no/such.fdb");
+}
+
+TEST_F(FailuresTest, AServerThatDoesNotAnswer) {
+    AddDeadScale(1);
+    ExpectFailure(RunWithLogin("127.0.0.1/9:shop.fdb", "password"), 4, "127.0.0.1/9:shop.fdb");
+}
+
+TEST_F(FailuresTest, AWrongPasswordWhichIsNotShown) {
+    AddDeadScale(1);
+    PutFile(folder_ / "wrong", "not-the-password\n");
+    const TRun run = RunWithLogin(
+        Environment("TOLVANE_FB_SERVER") + ":" + Environment("TOLVANE_FB_SHOP"), "wrong");
+    ExpectFailure(run, 4, "user name and password");
+    EXPECT_EQ(run.err.find("not-the-password"), std::string::npos);
+}
+
+TEST_F(FailuresTest, NoPasswordFile) {
+    AddDeadScale(1);
+    ExpectFailure(RunWithLogin("127.0.0.1/9:shop.fdb", "no-file"), 2, "There is no password file");
+}
+
+TEST_F(FailuresTest, NoClientLibrary) {
+    AddDeadScale(1);
+    ExpectFailure(Run({"articles", "--client-library", "no-such-client"}), 4, "no-such-client");
+}
+
+TEST_F(FailuresTest, NoScaleList) {
+    ExpectFailure(RunBare({"write", "--ini", (folder_ / "no.ini").string()}), 2,
+                  "Name the module's Tolvane.ini with --ini.");
+}
+
+TEST_F(FailuresTest, AScaleListWithoutScales) {
+    ExpectFailure(Run({"write"}), 2, "The scale list holds no scale.");
+}
+
+TEST_F(FailuresTest, NoScaleIsChecked) {
+    AddToList(1, TModel::S300, "127.0.0.1", 9, 1, false);
+    ExpectFailure(Run({"write"}), 2, "No scale is checked in the scale list.");
+}
+
+TEST_F(FailuresTest, AScaleThatTheListLacks) {
+    AddDeadScale(1);
+    ExpectFailure(Run({"write", "--scale", "Сирена"}), 2,
+                  "There is no scale \"Сирена\". There are: 1 Щанд 1.");
+}
+
+TEST_F(FailuresTest, AStateFolderThatCannotBeMade) {
+    const TVirtualScale& scale = AddScale(1);
+    PutFile(StateFolder(), "a file");
+    ExpectFailure(Run({"write"}), 2, "Name another one with --state.");
+    EXPECT_EQ(scale.State().requests.total, 0);
+}
+
+TEST_F(FailuresTest, ALedgerThatCannotBeReadStopsItsScaleAlone) {
+    const TVirtualScale& first = AddScale(1);
+    const TVirtualScale& second = AddScale(2);
+    std::filesystem::create_directories(LedgerOf(1));
+    const TRun run = Run({"write", "--json"});
+    EXPECT_EQ(run.exitCode, 3);
+    EXPECT_EQ(run.Scale(1).at("outcome"), "failed");
+    EXPECT_NE(std::string(run.Scale(1).at("error")).find("the ledger"), std::string::npos);
+    EXPECT_EQ(first.State().requests.total, 0) << "nothing is sent that nobody would remember";
+    EXPECT_EQ(NumbersOf(second), (std::vector<int>{1, 2, 4}));
+}
+
+TEST_F(FailuresTest, ADeadScaleCostsOnlyItself) {
+    AddDeadScale(1);
+    const TVirtualScale& scale = AddScale(2);
+    const TRun run = Run({"write", "--json"});
+    EXPECT_EQ(run.exitCode, 3);
+    EXPECT_EQ(run.Scale(1).at("outcome"), "not reached");
+    EXPECT_EQ(run.Scale(1).at("pending"), 3);
+    EXPECT_EQ(NumbersOf(scale), (std::vector<int>{1, 2, 4}));
+    EXPECT_EQ(Run({"status", "--json"}).Scale(1).at("outcome"), "dead");
+}
+
+TEST_F(FailuresTest, AScaleThatDropsTheConnectionIsContinuedByTheNextRun) {
+    TVirtualScale& scale = AddScale(1);
+    scale.SetFaults(Fault("drop,command=SetParam,request=7"));
+    const TRun run = Run({"write", "--json"});
+    EXPECT_EQ(run.exitCode, 3);
+    EXPECT_EQ(run.Scale(1).at("outcome"), "failed");
+    EXPECT_NE(run.Scale(1).at("error"), "");
+    EXPECT_EQ(run.Scale(1).at("mayBeProgramming"), true);
+    const int written = run.Scale(1).at("written");
+    EXPECT_LT(written, 3);
+    EXPECT_EQ(Run({"status", "--json"}).Scale(1).at("mayBeProgramming"), true);
+    scale.SetFaults({});
+    const TRun next = Run({"write", "--changed", "--json"});
+    EXPECT_EQ(next.exitCode, 0) << next.err;
+    EXPECT_EQ(next.Scale(1).at("unchanged"), written);
+    EXPECT_EQ(next.Scale(1).at("written"), 3 - written);
+    EXPECT_EQ(NumbersOf(scale), (std::vector<int>{1, 2, 3}));
+    EXPECT_FALSE(scale.State().programming);
+}
+
+TEST_F(FailuresTest, AnArticleThatTheScaleRefusesIsToldAndTriedAgain) {
+    TVirtualScale& scale = AddScale(1);
+    scale.SetFaults(Fault("error,command=SetParam,request=1,code=8"));
+    const TRun run = Run({"write", "--json"});
+    EXPECT_EQ(run.exitCode, 3);
+    EXPECT_EQ(run.Scale(1).at("refused"), 1);
+    EXPECT_EQ(run.Scale(1).at("written"), 2);
+    const auto articles = run.Rows("articles");
+    ASSERT_EQ(articles.size(), 1U) << run.out;
+    EXPECT_EQ(articles[0].at("number"), 1);
+    EXPECT_EQ(articles[0].at("state"), "refused");
+    EXPECT_FALSE(scale.State().programming);
+    const TRun next = Run({"write", "--changed", "--json"});
+    EXPECT_EQ(next.Scale(1).at("written"), 1);
+    EXPECT_EQ(next.exitCode, 0);
+}
+
+TEST_F(FailuresTest, ASecondRunIsRefusedOrWaits) {
+    TVirtualScale& scale = AddScale(1);
+    scale.SetFaults(Fault("slow,ms=200"));
+    const std::unique_ptr<TProcess> first = Start({"write"});
+    ASSERT_TRUE(scale.WaitForRequests(2, std::chrono::seconds(30)));
+    const TRun second = RunBeside({"write", "--json"});
+    EXPECT_EQ(second.exitCode, 11);
+    EXPECT_EQ(second.Scale(1).at("outcome"), "locked");
+    EXPECT_NE(second.Scale(1).at("error"), "");
+    const TRun forgetting = RunBeside({"ledger", "forget", "1"});
+    ExpectFailure(forgetting, 11, "another run");
+    const TRun waiting = RunBeside({"write", "--changed", "--lock-wait", "1m", "--json"});
+    EXPECT_EQ(waiting.exitCode, 0) << waiting.err;
+    EXPECT_EQ(waiting.Scale(1).at("unchanged"), 3);
+    EXPECT_EQ(Ended(*first).exitCode, 0);
+}
+
+}  // namespace
+}  // namespace tolvane::test

@@ -1,0 +1,87 @@
+#include "simulator/Probes.h"
+#include "tests/command/program/ProgramTest.h"
+
+namespace tolvane::test {
+namespace {
+
+using ListsTest = TProgramTest;
+
+TEST_F(ListsTest, TheScalesAreListedAsTheyAreConfigured) {
+    AddToList(3, TModel::Evl, "COM5", 1001, 0);
+    AddToList(7, TModel::S300, "127.0.0.1", 2001, 1, false);
+    AddToList(9, TModel::Ets, "127.0.0.1", 1001, 2);
+    const TRun run = Run({"scales", "--json"});
+    EXPECT_EQ(run.exitCode, 0) << run.out;
+    ASSERT_EQ(run.Rows().size(), 3U);
+    EXPECT_EQ(run.Scale(3).at("name"), "Щанд 3");
+    EXPECT_EQ(run.Scale(3).at("model"), "EVL");
+    EXPECT_EQ(run.Scale(3).at("connection"), "COM5, 115200 bit/s, address 0");
+    EXPECT_EQ(run.Scale(3).at("encoding"), "PC-866");
+    EXPECT_EQ(run.Scale(3).at("checked"), true);
+    EXPECT_EQ(run.Scale(7).at("model"), "S300");
+    EXPECT_EQ(run.Scale(7).at("connection"), "TCP 127.0.0.1:2001");
+    EXPECT_EQ(run.Scale(7).at("checked"), false);
+    EXPECT_EQ(run.Scale(9).at("model"), "ETS");
+    EXPECT_EQ(run.Scale(9).at("connection"), "UDP 127.0.0.1");
+    EXPECT_EQ(run.Json().at("problems").size(), 0U);
+}
+
+TEST_F(ListsTest, WhatIsWrongWithTheScalesIsToldWithItsCure) {
+    AddToList(1, TModel::S300, "127.0.0.1", 2001, 1);
+    AddToList(2, TModel::S300, "127.0.0.1", 2001, 1);
+    const TRun run = Run({"scales", "--json"});
+    EXPECT_EQ(run.exitCode, 6);
+    const auto problems = run.Json().at("problems");
+    ASSERT_EQ(problems.size(), 1U) << problems;
+    EXPECT_EQ(problems[0].at("scale"), 2);
+    EXPECT_EQ(problems[0].at("problem"), "it has the connection of scale 1 \"Щанд 1\"");
+    EXPECT_EQ(problems[0].at("cure"), "give each scale a connection of its own");
+}
+
+TEST_F(ListsTest, TheArticlesAreListedWithAllTheirFields) {
+    const TRun run = Run({"articles", "--json"});
+    EXPECT_EQ(run.exitCode, 0) << run.err;
+    const auto rows = run.Rows("articles");
+    ASSERT_EQ(rows.size(), 4U);
+    EXPECT_EQ(rows[0].at("PLU_NUMB"), 101);
+    EXPECT_EQ(rows[0].at("PLU_SCALE_NUMB"), 1);
+    EXPECT_EQ(rows[0].at("PLU_NAME"), "Ябълки");
+    EXPECT_EQ(rows[0].at("PLU_BARCODE"), "20001");
+    EXPECT_EQ(rows[0].at("PLU_SELL_PRICE"), 2.5);
+    EXPECT_EQ(rows[0].at("LABEL_COMMENT1"), "Произход: България");
+    EXPECT_EQ(rows[3].at("PLU_NAME"), "Домати");
+}
+
+TEST_F(ListsTest, TheLinesOfEachScaleAreListedWithWhatIsLeftOut) {
+    AddDeadScale(1);
+    AddDeadScale(2);
+    Sql("update BARCODES set PLU_BARCODE = '123' where PLU_NUMB = 102");
+    const TRun run = Run({"lines", "--json"});
+    EXPECT_EQ(run.exitCode, 0) << run.err;
+    const auto rows = run.Rows("lines");
+    ASSERT_EQ(rows.size(), 6U);
+    EXPECT_EQ(rows[0].at("scale"), 1);
+    EXPECT_EQ(rows[0].at("number"), 1);
+    EXPECT_NE(std::string(rows[0].at("line")).find("Ябълки"), std::string::npos);
+    EXPECT_EQ(rows[0].at("leftOut"), "");
+    EXPECT_EQ(rows[1].at("number"), 2);
+    EXPECT_EQ(rows[1].at("line"), "");
+    EXPECT_EQ(rows[1].at("leftOut"), "the barcode is not of exactly 5 characters");
+    EXPECT_EQ(rows[2].at("number"), 3);
+    EXPECT_EQ(rows[5].at("scale"), 2);
+    EXPECT_EQ(rows[5].at("number"), 4);
+}
+
+// Who answers depends on the network of the computer; each row is complete.
+TEST_F(ListsTest, TheModulesThatAnswerAreListed) {
+    const TRun run = RunBare({"discover", "--json"});
+    EXPECT_EQ(run.exitCode, 0) << run.err;
+    ASSERT_TRUE(run.Rows("modules").is_array());
+    for (const auto& row : run.Rows("modules")) {
+        EXPECT_NE(row.at("address"), "");
+        EXPECT_TRUE(row.at("kind") == "UDP" || row.at("kind") == "TCP") << row;
+    }
+}
+
+}  // namespace
+}  // namespace tolvane::test

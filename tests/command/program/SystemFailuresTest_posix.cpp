@@ -1,0 +1,79 @@
+#include <csignal>
+#include <thread>
+
+#include "tests/command/program/ProgramTest.h"
+#include "tests/support/FileLimit.h"
+
+namespace tolvane::test {
+namespace {
+
+using SystemFailuresTest = TProgramTest;
+
+// Linux answers every write to it as a full disk does.
+TEST_F(SystemFailuresTest, OutputThatCannotBeWrittenIsAnError) {
+    AddDeadScale(1);
+    std::filesystem::create_symlink("/dev/full", folder_ / "run.out");
+    const TRun run = Run({"scales"});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_NE(run.err.find("Standard output cannot be written."), std::string::npos) << run.err;
+}
+
+TEST_F(SystemFailuresTest, AFullDiskStopsTheScaleBeforeItIsWritten) {
+    const TVirtualScale& scale = AddScale(1);
+    // The engine would write into the database file as well.
+    const TWords words = OnServer({"write", "-q", "--csv"});
+    ASSERT_EQ(Run({"test"}).exitCode, 0);
+    const std::string before = GetFile(LedgerOf(1));
+    std::filesystem::remove(folder_ / "run.out");
+    std::filesystem::create_symlink("/dev/null", folder_ / "run.out");
+    TRun run;
+    {
+        const TFileLimit limit(100);
+        run = RunBare(words);
+    }
+    EXPECT_EQ(run.exitCode, 3) << run.err;
+    EXPECT_EQ(NumbersOf(scale), (std::vector<int>{}));
+    EXPECT_FALSE(scale.State().programming);
+    EXPECT_EQ(GetFile(LedgerOf(1)), before);
+}
+
+TEST_F(SystemFailuresTest, RequestsToEndStopARunAsCtrlCDoes) {
+    TVirtualScale& scale = AddScale(1);
+    scale.SetFaults({.faults = {simulator::FaultFromText("slow,ms=100")}});
+    for (const int signal : {SIGTERM, SIGHUP}) {
+        const int before = scale.State().requests.total;
+        const std::unique_ptr<TProcess> process = Start({"write", "--json"});
+        ASSERT_TRUE(scale.WaitForRequests(before + 6, std::chrono::seconds(30)));
+        process->Signal(signal);
+        const TRun run = Ended(*process);
+        EXPECT_EQ(run.exitCode, 130) << run.err;
+        EXPECT_FALSE(scale.State().programming);
+    }
+}
+
+// Whenever it comes, also while the database is being opened: it ends the program, or comes too
+// late.
+TEST_F(SystemFailuresTest, CtrlCIsNoErrorOfTheDatabase) {
+    AddDeadScale(1);
+    for (int delay = 0; delay < 100; delay += 5) {
+        const std::unique_ptr<TProcess> process = Start({"check"});
+        std::this_thread::sleep_for(std::chrono::milliseconds(delay));
+        process->Interrupt();
+        const TRun run = Ended(*process);
+        EXPECT_TRUE(run.exitCode == 130 || run.exitCode == 0) << run.exitCode << run.err;
+    }
+}
+
+TEST_F(SystemFailuresTest, FilesThatCannotBeLookedForAreTold) {
+    const std::string name(300, 'x');
+    const TRun config = RunBare({"scales", "--config", (folder_ / name).string()});
+    EXPECT_EQ(config.exitCode, 2);
+    EXPECT_NE(config.err.find("cannot be read: File name too long."), std::string::npos)
+        << config.err;
+    const TRun list = RunBare({"scales", "--ini", (folder_ / name).string()});
+    EXPECT_EQ(list.exitCode, 2);
+    EXPECT_NE(list.err.find("cannot be read: File name too long."), std::string::npos) << list.err;
+}
+
+}  // namespace
+}  // namespace tolvane::test

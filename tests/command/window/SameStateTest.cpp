@@ -1,0 +1,50 @@
+// What the demo's scales hold after the window's run, against the same scales after `tolvane
+// write`.
+
+#include <gtest/gtest.h>
+
+#include "simulator/ScaleState.h"
+#include "tests/support/Environment.h"
+
+namespace tolvane::test {
+namespace {
+
+using simulator::TArticle;
+using simulator::TScaleState;
+
+TScaleState StateIn(const char* folder, const std::string& scale) {
+    return simulator::LoadState(Environment(folder) + "/" + scale + ".json");
+}
+
+class SameState : public testing::TestWithParam<const char*> {
+protected:
+    const TScaleState window_ = StateIn("TOLVANE_DEMO_FOLDER", GetParam());
+    const TScaleState command_ = StateIn("TOLVANE_WINDOW_FOLDER", GetParam());
+};
+
+TEST_P(SameState, IsLeftByTheCommandAsByTheWindow) {
+    EXPECT_TRUE(command_.scale == window_.scale);
+    EXPECT_FALSE(command_.programming);
+    EXPECT_FALSE(window_.programming);
+    EXPECT_FALSE(window_.articles.empty());
+    ASSERT_EQ(command_.articles.size(), window_.articles.size());
+    for (const auto& [number, article] : window_.articles) {
+        ASSERT_TRUE(command_.articles.contains(number)) << number;
+        // Also how often each price and each text was written.
+        EXPECT_TRUE(command_.articles.at(number) == article) << number;
+    }
+}
+
+// The command puts the scale into weighing mode once more.
+TEST_P(SameState, TookTheSameNumberOfRequests) {
+    auto counts = window_.requests.byCommand;
+    ++counts[simulator::kSetWeightMode];
+    EXPECT_EQ(command_.requests.byCommand, counts);
+    EXPECT_EQ(command_.requests.refused, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Demo, SameState, testing::Values("evl", "ets", "s300"),
+                         [](const auto& scale) { return std::string(scale.param); });
+
+}  // namespace
+}  // namespace tolvane::test
