@@ -34,6 +34,7 @@ std::int32_t Count(std::size_t count) {
 
 std::vector<std::int32_t> NumbersOf(const std::vector<TPlannedArticle>& articles) {
     std::vector<std::int32_t> numbers;
+    numbers.reserve(articles.size());
     for (const TPlannedArticle& article : articles)
         numbers.push_back(article.plu.ScaleNumber);
     return numbers;

@@ -2,6 +2,7 @@
 
 #include "command/CommandLine.h"
 #include "command/CommandText.h"
+#include "command/OptionValues.h"
 
 namespace tolvane {
 namespace {

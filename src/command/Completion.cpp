@@ -42,6 +42,7 @@ std::string OptionsOf(const CLI::App& app, const std::string& type) {
 
 std::string NamesOf(const std::map<std::string, int>& values) {
     std::vector<std::string> names;
+    names.reserve(values.size());
     for (const auto& [name, value] : values)
         names.push_back(name);
     return Joined(names, " ");

@@ -228,6 +228,7 @@ TScaleResults RunScales(const TCommandOptions& options, TWorld& world,
     TScaleResults results;
     results.scales.resize(scales.size());
     std::vector<std::unique_ptr<TScaleView>> views;
+    views.reserve(scales.size());
     for (const TScaleRec& rec : scales)
         views.push_back(std::make_unique<TScaleView>(progress, log, options.verbose, rec));
     std::vector<TScaleLanes::TTask> tasks;
