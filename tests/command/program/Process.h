@@ -1,9 +1,9 @@
 #pragma once
 
 #include <chrono>
-#include <cstdint>
 #include <filesystem>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -14,11 +14,10 @@ namespace tolvane::test {
 struct TStart {
     std::filesystem::path program;
     std::vector<std::string> arguments{};
-    // Added to the test's own; an empty value removes a variable.
+    // In place of the test's own of the same names.
     std::map<std::string, std::string> environment{};
-    // Files that take standard output and error; standard input is empty.
-    std::filesystem::path out;
-    std::filesystem::path err;
+    // Standard output and error go to its files "out" and "err"; standard input is empty.
+    std::filesystem::path folder;
 };
 
 // Another process. It is killed by the destructor at the latest.
@@ -30,18 +29,18 @@ public:
     TProcess& operator=(const TProcess&) = delete;
     ~TProcess();
 
-    // The exit code; nothing when it has not ended within the time.
+    // The exit code, 128 and the signal for one that a signal has ended (Linux); nothing when it
+    // has not ended within the time.
     std::optional<int> WaitFor(std::chrono::milliseconds time);
     // What Ctrl+C does to a program on a terminal.
     void Interrupt();
 #ifndef _WIN32
     void Signal(int number);
 #endif
-    void Kill();
 
 private:
-    std::intptr_t process_ = 0;
-    std::optional<int> exitCode_;
+    struct TState;
+    std::unique_ptr<TState> state_;
 };
 
 }  // namespace tolvane::test

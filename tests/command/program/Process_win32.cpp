@@ -6,6 +6,8 @@
 #include <system_error>
 #include <utility>
 
+#include "tests/support/ScratchFolder.h"
+
 namespace tolvane::test {
 namespace {
 
@@ -45,7 +47,7 @@ public:
             old.resize(
                 GetEnvironmentVariableW(wide.c_str(), old.data(), static_cast<DWORD>(old.size())));
             before_[wide] = old;
-            SetEnvironmentVariableW(wide.c_str(), value.empty() ? nullptr : Wide(value).c_str());
+            SetEnvironmentVariableW(wide.c_str(), Wide(value).c_str());
         }
     }
     TChangedEnvironment(const TChangedEnvironment&) = delete;
@@ -61,6 +63,10 @@ private:
 
 }  // namespace
 
+struct TProcess::TState {
+    HANDLE process;
+};
+
 TProcess::TProcess(const TStart& start) {
     const TChangedEnvironment environment(start.environment);
     std::wstring line = Quoted(start.program.wstring());
@@ -70,8 +76,8 @@ TProcess::TProcess(const TStart& start) {
     startup.cb = sizeof startup;
     startup.dwFlags = STARTF_USESTDHANDLES;
     startup.hStdInput = OpenForChild("NUL", GENERIC_READ, OPEN_EXISTING);
-    startup.hStdOutput = OpenForChild(start.out, GENERIC_WRITE, CREATE_ALWAYS);
-    startup.hStdError = OpenForChild(start.err, GENERIC_WRITE, CREATE_ALWAYS);
+    startup.hStdOutput = OpenForChild(start.folder / "out", GENERIC_WRITE, CREATE_ALWAYS);
+    startup.hStdError = OpenForChild(start.folder / "err", GENERIC_WRITE, CREATE_ALWAYS);
     PROCESS_INFORMATION process{};
     const bool started =
         CreateProcessW(start.program.c_str(), line.data(), nullptr, nullptr, TRUE,
@@ -83,40 +89,33 @@ TProcess::TProcess(const TStart& start) {
         throw std::system_error(static_cast<int>(error), std::system_category(),
                                 start.program.string());
     CloseHandle(process.hThread);
-    process_ = reinterpret_cast<std::intptr_t>(process.hProcess);
+    state_.reset(new TState{process.hProcess});
 }
 
 TProcess::~TProcess() {
-    Kill();
-    CloseHandle(reinterpret_cast<HANDLE>(process_));
+    TerminateProcess(state_->process, 137);
+    WaitForSingleObject(state_->process, 10'000);
+    CloseHandle(state_->process);
 }
 
 std::optional<int> TProcess::WaitFor(std::chrono::milliseconds time) {
-    const auto process = reinterpret_cast<HANDLE>(process_);
     DWORD code = 0;
-    if (!exitCode_ &&
-        WaitForSingleObject(process, static_cast<DWORD>(time.count())) == WAIT_OBJECT_0 &&
-        GetExitCodeProcess(process, &code))
-        exitCode_ = static_cast<int>(code);
-    return exitCode_;
+    if (WaitForSingleObject(state_->process, static_cast<DWORD>(time.count())) != WAIT_OBJECT_0 ||
+        !GetExitCodeProcess(state_->process, &code))
+        return std::nullopt;
+    return static_cast<int>(code);
 }
 
 // Each program has a console of its own. Another program sends the event, as it reaches the sender
 // as well.
 void TProcess::Interrupt() {
-    const DWORD process = GetProcessId(reinterpret_cast<HANDLE>(process_));
+    const DWORD process = GetProcessId(state_->process);
+    const TScratchFolder folder;
     TProcess sender({.program = TOLVANE_INTERRUPT_PROGRAM,
                      .arguments = {std::to_string(process)},
-                     .out = "NUL",
-                     .err = "NUL"});
+                     .folder = folder.Path()});
     if (sender.WaitFor(std::chrono::seconds(30)) != 0)
         throw std::runtime_error("Ctrl+C could not be sent");
-}
-
-void TProcess::Kill() {
-    if (exitCode_) return;
-    TerminateProcess(reinterpret_cast<HANDLE>(process_), 137);
-    WaitFor(std::chrono::seconds(10));
 }
 
 }  // namespace tolvane::test

@@ -9,12 +9,6 @@
 #include "tests/support/Environment.h"
 #include "text/Cp1251.h"
 
-// The client library's converters of texts keep memory.
-extern "C" const char* __lsan_default_suppressions();   // NOLINT: the sanitizer's name
-extern "C" const char* __lsan_default_suppressions() {  // NOLINT
-    return "leak:libtommath\nleak:iconv_open\n";
-}
-
 namespace tolvane::test {
 namespace {
 
@@ -83,6 +77,8 @@ TProgramTest::TProgramTest() : database_(CopyOfShop()) {
         environment_[std::string("TOLVANE_") + name] = "";
     // The client library leaves threads behind, over which the search for leaks stumbles.
     environment_["ASAN_OPTIONS"] = "detect_leaks=0";
+    for (const char* run : {"run", "beside"})
+        std::filesystem::create_directory(folder_ / run);
     PutFile(folder_ / "password", Environment("TOLVANE_FB_PASSWORD") + "\n");
 }
 
@@ -141,8 +137,7 @@ TStart TProgramTest::StartOf(const TWords& words, const std::string& name) const
     return {.program = TOLVANE_PROGRAM,
             .arguments = words,
             .environment = environment_,
-            .out = folder_ / (name + ".out"),
-            .err = folder_ / (name + ".err")};
+            .folder = folder_ / name};
 }
 
 std::unique_ptr<TProcess> TProgramTest::Start(const TWords& words) {
@@ -156,8 +151,8 @@ TRun TProgramTest::Ended(TProcess& process) {
 TRun TProgramTest::Ended(TProcess& process, const std::string& name) {
     const int exitCode = process.WaitFor(kLongest).value_or(-1);
     return {.exitCode = exitCode,
-            .out = FileText(folder_ / (name + ".out")),
-            .err = FileText(folder_ / (name + ".err"))};
+            .out = FileText(folder_ / name / "out"),
+            .err = FileText(folder_ / name / "err")};
 }
 
 TRun TProgramTest::RunBare(const TWords& words) {

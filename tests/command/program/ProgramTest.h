@@ -81,7 +81,7 @@ protected:
     std::string list_{};  // the scale list, code page 1251
 
 private:
-    // `name`: of the files that take the output.
+    // `name`: of the folder that takes the output.
     TDatabaseLogin Login() const;
     TStart StartOf(const TWords& words, const std::string& name) const;
     TRun Ended(TProcess& process, const std::string& name);

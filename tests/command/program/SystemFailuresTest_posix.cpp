@@ -12,7 +12,7 @@ using SystemFailuresTest = TProgramTest;
 // Linux answers every write to it as a full disk does.
 TEST_F(SystemFailuresTest, OutputThatCannotBeWrittenIsAnError) {
     AddDeadScale(1);
-    std::filesystem::create_symlink("/dev/full", folder_ / "run.out");
+    std::filesystem::create_symlink("/dev/full", folder_ / "run" / "out");
     const TRun run = Run({"scales"});
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_NE(run.err.find("Standard output cannot be written."), std::string::npos) << run.err;
@@ -24,8 +24,8 @@ TEST_F(SystemFailuresTest, AFullDiskStopsTheScaleBeforeItIsWritten) {
     const TWords words = OnServer({"write", "-q", "--csv"});
     ASSERT_EQ(Run({"test"}).exitCode, 0);
     const std::string before = GetFile(LedgerOf(1));
-    std::filesystem::remove(folder_ / "run.out");
-    std::filesystem::create_symlink("/dev/null", folder_ / "run.out");
+    std::filesystem::remove(folder_ / "run" / "out");
+    std::filesystem::create_symlink("/dev/null", folder_ / "run" / "out");
     TRun run;
     {
         const TFileLimit limit(100);
