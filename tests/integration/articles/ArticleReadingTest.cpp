@@ -158,9 +158,7 @@ TEST_F(ArticleReadingTest, AValueThatDoesNotConvertIsThrown) {
 
 TEST_F(ArticleReadingTest, AServerThatIsGoneInMidReadingIsThrown) {
     AddArticle(1);
-    Run("insert into PLUES select X.N, 'K', X.N, 'Артикул с някакво име', 'E', 'L', 1, 2, 3, 1, 1, "
-        "1, 2, 7, 0, '1', '0', 0 from (with recursive R as (select 2 N from RDB$DATABASE union all "
-        "select N + 1 from R where N < 1000) select N + 0 N from R) X");
+    AddManyArticles();
     TCuttingProxy proxy(Server().address);
     TLogin login;
     login.address = proxy.Address();

@@ -79,6 +79,12 @@ void LoadTest::AddArticle(int number, const TColumns& columns) {
     Insert("PLUES", all);
 }
 
+void LoadTest::AddManyArticles() {
+    Run("insert into PLUES select X.N, 'K', X.N, 'Артикул с някакво име', 'E', 'L', 1, 2, 3, 1, 1, "
+        "1, 2, 7, 0, '1', '0', 0 from (with recursive R as (select 2 N from RDB$DATABASE union all "
+        "select N + 1 from R where N < 1000) select N + 0 N from R) X");
+}
+
 void LoadTest::AddPromotion(int id, int article, const TColumns& columns) {
     TColumns all = columns;
     all.merge(TColumns{{"PR_ID", std::to_string(id)},

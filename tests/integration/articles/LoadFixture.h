@@ -55,6 +55,8 @@ protected:
     // Adds one row. A column that is not given gets a usual value: an article priced in leva and
     // sold by the kilogram.
     void AddArticle(int number, const TColumns& columns = {});
+    // 999 articles more, from number 2 on: more than one packet holds.
+    void AddManyArticles();
     void AddPromotion(int id, int article, const TColumns& columns = {});
     void Insert(const std::string& table, const TColumns& columns);
     void Run(std::string_view statement) { database_->Host().Run(statement); }
