@@ -2,6 +2,7 @@
 #include <windows.h>
 
 #include "command/RunLock.h"
+#include "tests/support/OtherProgram.h"
 #include "tests/support/ScratchFolder.h"
 #include "tests/unit/command/RunAtWork.h"
 #include "tests/unit/config/SavedVersions.h"
@@ -10,9 +11,6 @@ namespace tolvane::test {
 namespace {
 
 using std::filesystem::path;
-
-constexpr DWORD kDeadlineMs = 60'000;
-constexpr UINT kKilled = 77;  // the exit code
 
 std::string NameOfThisRun() {
     return "tolvane-run-" + std::to_string(GetCurrentProcessId());
@@ -42,50 +40,15 @@ private:
     TScaleMemory* scale_;
 };
 
-path Program() {
-    std::wstring program(MAX_PATH, L'\0');
-    program.resize(GetModuleFileNameW(nullptr, program.data(), MAX_PATH));
-    return path(program).parent_path() / "run_at_work.exe";
-}
-
-// Another program at work in a folder. Never outlives the test.
-class TOtherRun {
+// Writes for ever, or holds the scale's lock.
+class TOtherRun : public TOtherProgram {
 public:
-    TOtherRun(const path& folder, const std::string& work, const std::string& seed = {}) {
-        started_ = CreateEventA(nullptr, TRUE, FALSE, NameOfThisRun().c_str());
-        ResetEvent(started_);
-        std::string line = "run_at_work " + work + " " + NameOfThisRun() + " " + seed;
-        STARTUPINFOA startup{};
-        startup.cb = sizeof startup;
-        EXPECT_TRUE(CreateProcessA(Program().string().c_str(), line.data(), nullptr, nullptr, FALSE,
-                                   0, nullptr, folder.string().c_str(), &startup, &process_))
-            << GetLastError();
-    }
-    TOtherRun(const TOtherRun&) = delete;
-    TOtherRun& operator=(const TOtherRun&) = delete;
-    ~TOtherRun() {
-        TerminateProcess(process_.hProcess, kKilled);
-        for (const HANDLE handle : {started_, process_.hThread, process_.hProcess})
-            if (handle != nullptr) CloseHandle(handle);
-    }
-
-    bool HasStarted() const {
-        const HANDLE either[] = {started_, process_.hProcess};
-        return WaitForMultipleObjects(2, either, FALSE, kDeadlineMs) == WAIT_OBJECT_0;
-    }
-    // Whether it was still at work after so long, and ended by the kill.
-    bool DiesAfter(DWORD milliseconds) const {
-        if (WaitForSingleObject(process_.hProcess, milliseconds) != WAIT_TIMEOUT) return false;
-        TerminateProcess(process_.hProcess, kKilled);
-        DWORD code = 0;
-        return WaitForSingleObject(process_.hProcess, kDeadlineMs) == WAIT_OBJECT_0 &&
-               GetExitCodeProcess(process_.hProcess, &code) && code == kKilled;
-    }
-    DWORD Process() const { return process_.dwProcessId; }
+    TOtherRun(const path& folder, const std::string& work, const std::string& seed = {})
+        : TOtherProgram(L"run_at_work", Wide(work + " " + NameOfThisRun() + " " + seed),
+                        Wide(NameOfThisRun()), folder) {}
 
 private:
-    HANDLE started_ = nullptr;
-    PROCESS_INFORMATION process_{};
+    static std::wstring Wide(const std::string& text) { return {text.begin(), text.end()}; }
 };
 
 TEST(KilledRun, NeverClaimsAnArticleThatTheScaleHasNotAcknowledged) {

@@ -5,6 +5,7 @@
 
 #include "config/IniFile.h"
 #include "system/FileLock.h"
+#include "tests/support/OtherProgram.h"
 #include "tests/support/ScratchFolder.h"
 #include "tests/unit/config/SavedVersions.h"
 
@@ -13,54 +14,16 @@ namespace {
 
 using std::filesystem::path;
 
-constexpr DWORD kDeadlineMs = 60'000;
-constexpr UINT kKilled = 77;  // the exit code
-
-path SaverProgram() {
-    std::wstring program(MAX_PATH, L'\0');
-    program.resize(GetModuleFileNameW(nullptr, program.data(), MAX_PATH));
-    return path(program).parent_path() / "config_saver.exe";
+std::wstring EventOfThisRun() {
+    return L"tolvane-saver-" + std::to_wstring(GetCurrentProcessId());
 }
 
-// Another program at work in a folder. Never outlives the test.
-class TSaver {
+// Saves in a folder for ever, or holds its lock.
+class TSaver : public test::TOtherProgram {
 public:
-    explicit TSaver(const path& folder, const std::wstring& work = L"save") {
-        const std::wstring name = L"tolvane-saver-" + std::to_wstring(GetCurrentProcessId());
-        started_ = CreateEventW(nullptr, TRUE, FALSE, name.c_str());
-        ResetEvent(started_);
-        std::wstring line = L"config_saver " + work + L" " + name;
-        STARTUPINFOW startup{};
-        startup.cb = sizeof startup;
-        EXPECT_TRUE(CreateProcessW(SaverProgram().c_str(), line.data(), nullptr, nullptr, FALSE, 0,
-                                   nullptr, folder.c_str(), &startup, &process_))
-            << GetLastError();
+    explicit TSaver(const path& folder, const std::wstring& work = L"save")
+        : TOtherProgram(L"config_saver", work + L" " + EventOfThisRun(), EventOfThisRun(), folder) {
     }
-    TSaver(const TSaver&) = delete;
-    TSaver& operator=(const TSaver&) = delete;
-    ~TSaver() {
-        TerminateProcess(process_.hProcess, kKilled);
-        for (const HANDLE handle : {started_, process_.hThread, process_.hProcess})
-            if (handle != nullptr) CloseHandle(handle);
-    }
-
-    // Whether it has saved once, or has its lock.
-    bool HasStarted() const {
-        const HANDLE either[] = {started_, process_.hProcess};
-        return WaitForMultipleObjects(2, either, FALSE, kDeadlineMs) == WAIT_OBJECT_0;
-    }
-    // Kills it after that time. Returns whether it was still at work then.
-    bool DiesAfter(DWORD milliseconds) const {
-        if (WaitForSingleObject(process_.hProcess, milliseconds) != WAIT_TIMEOUT) return false;
-        TerminateProcess(process_.hProcess, kKilled);
-        DWORD code = 0;
-        return WaitForSingleObject(process_.hProcess, kDeadlineMs) == WAIT_OBJECT_0 &&
-               GetExitCodeProcess(process_.hProcess, &code) && code == kKilled;
-    }
-
-private:
-    HANDLE started_ = nullptr;
-    PROCESS_INFORMATION process_{};
 };
 
 TEST(WriteIniFile, LeavesTheOldOrTheNewFileWholeWhenItIsKilled) {
