@@ -4,7 +4,6 @@
 #include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
@@ -14,6 +13,7 @@
 
 #include "command/RunLock.h"
 #include "system/LockFile.h"
+#include "tests/support/InChild.h"
 #include "tests/support/ScratchFolder.h"
 #include "tests/unit/command/Shop.h"
 
@@ -23,30 +23,6 @@ namespace {
 using std::filesystem::path;
 
 constexpr uid_t kNobody = 65534;
-
-// What `work` answers in a child process, which may change its own rights and limits.
-std::string InChild(const std::function<std::string()>& work) {
-    int channel[2];
-    if (pipe(channel) != 0) return "no pipe";
-    const pid_t child = fork();
-    if (child == 0) {
-        std::string text;
-        try {
-            text = work();
-        } catch (const std::exception& error) {
-            text = error.what();
-        }
-        const ssize_t written = write(channel[1], text.data(), text.size());
-        _exit(written < 0 ? 1 : 0);
-    }
-    close(channel[1]);
-    std::string text(4096, '\0');
-    const ssize_t count = read(channel[0], text.data(), text.size());
-    text.resize(count < 0 ? 0 : static_cast<std::size_t>(count));
-    close(channel[0]);
-    waitpid(child, nullptr, 0);
-    return text;
-}
 
 void SaveOneClaim(const path& folder) {
     TLedger ledger = LoadAt(folder, kNoon);
@@ -117,16 +93,24 @@ TEST(SaveFailure, OfAFileThatMustNotGrowLeavesTheOldOne) {
     EXPECT_EQ(folder.FileCount(), 1U);
 }
 
-// A disk of its own, which only this process sees and which goes with it.
+// A disk of its own, which only this process sees and which goes with it. Who is not root becomes
+// the root of a namespace of his own.
 void MountSmallDisk(const path& folder) {
-    if (unshare(CLONE_NEWNS) != 0 ||
-        mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
+    const uid_t user = geteuid();
+    const gid_t group = getegid();
+    if (unshare(user == 0 ? CLONE_NEWNS : CLONE_NEWUSER | CLONE_NEWNS) != 0)
+        throw std::runtime_error("no namespace");
+    if (user != 0) {
+        PutFile("/proc/self/setgroups", "deny");
+        PutFile("/proc/self/uid_map", "0 " + std::to_string(user) + " 1");
+        PutFile("/proc/self/gid_map", "0 " + std::to_string(group) + " 1");
+    }
+    if (mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
         mount("tolvane", folder.c_str(), "tmpfs", 0, "size=64k") != 0)
         throw std::runtime_error("no disk");
 }
 
 TEST(SaveFailure, OnAFullDiskLeavesTheOldFileUntilThereIsRoomAgain) {
-    if (geteuid() != 0) GTEST_SKIP() << "only root can make a small disk";
     const TScratchFolder folder;
     EXPECT_EQ(InChild([&]() -> std::string {
                   MountSmallDisk(folder.Path());

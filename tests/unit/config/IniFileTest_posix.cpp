@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -9,6 +8,7 @@
 
 #include "config/IniFile.h"
 #include "system/TemporaryFile.h"
+#include "tests/support/InChild.h"
 #include "tests/support/ScratchFolder.h"
 #include "text/Cp1251.h"
 
@@ -25,29 +25,17 @@ TIniDocument LargeDocument() {
 
 // The error of saving in a process that may not write more than this many bytes to a file.
 std::string SaveErrorWithRoomFor(rlim_t bytes, const path& file) {
-    int channel[2];
-    if (pipe(channel) != 0) return "no pipe";
-    const pid_t child = fork();
-    if (child == 0) {
+    return test::InChild([&]() -> std::string {
         signal(SIGXFSZ, SIG_IGN);
         const rlimit limit{bytes, bytes};
         setrlimit(RLIMIT_FSIZE, &limit);
-        std::string text = "no error";
         try {
             WriteIniFile(file, LargeDocument());
         } catch (const TFileError& error) {
-            text = ToUtf8(error.what());
+            return ToUtf8(error.what());
         }
-        const ssize_t written = write(channel[1], text.data(), text.size());
-        _exit(written < 0 ? 1 : 0);
-    }
-    close(channel[1]);
-    std::string text(4096, '\0');
-    const ssize_t count = read(channel[0], text.data(), text.size());
-    text.resize(count < 0 ? 0 : static_cast<std::size_t>(count));
-    close(channel[0]);
-    waitpid(child, nullptr, 0);
-    return text;
+        return "no error";
+    });
 }
 
 TEST(ReadIniFile, GivesAnEmptyDocumentWhereAFileStandsForAFolder) {
