@@ -84,7 +84,7 @@ std::string Cure() {
 }
 
 struct TOwnLibrary {
-    TLibrary library;
+    TLibrary loaded;
     std::string name;
 };
 
@@ -120,14 +120,14 @@ TClientLibrary TClientLibrary::Load(const std::filesystem::path& name) {
 TClientLibrary TClientLibrary::LoadOneOf(const std::vector<std::filesystem::path>& names) {
     TOwnLibrary own = LoadFirst(names);
     TClientFunctions functions;
-    TBinding binding(own.library.Handle());
+    TBinding binding(own.loaded.Handle());
     BindFunctions(binding, functions);
     binding.Bind(functions.attachDatabase, "isc_attach_database");
     binding.Bind(functions.detachDatabase, "isc_detach_database");
     if (!binding.Missing().empty())
         throw TDatabaseError(own.name + " is no Firebird client library: it lacks the function " +
                              binding.Missing() + ".\n" + Cure());
-    own.library.Keep();
+    own.loaded.Keep();
     return TClientLibrary(functions);
 }
 
