@@ -20,7 +20,7 @@ mkdir -p "$BUILD/tidy"
 
 # configure native|windows: the list of compile commands, without tests, precompiled headers and batches
 configure() {
-    cmake --preset "$1" -B "$BUILD/tidy/$1" -DBUILD_TESTING=OFF -DTOLVANE_SANITIZE= >/dev/null
+    cmake --preset "$1" -B "$BUILD/tidy/$1" -DBUILD_TESTING=OFF -DTOLVANE_BATCHES=OFF -DTOLVANE_SANITIZE= >/dev/null
 }
 
 # The sources that the list of native|windows compiles, from the root of the repository on.
