@@ -14,6 +14,9 @@ public:
     // Tries once. Nothing when another object holds the file. Throws std::system_error, with the
     // system's own number, when the file cannot be created or locked.
     static std::optional<TLockFile> TryHold(const std::filesystem::path& file);
+    // Whether an object holds the file now. Looks without holding it, so that nobody is refused.
+    // Throws std::system_error when the file is there and cannot be looked at.
+    static bool IsHeld(const std::filesystem::path& file);
     // The process that the file names; nothing when there is no such file, or it names none.
     static std::optional<std::uint32_t> Holder(const std::filesystem::path& file);
 

@@ -37,6 +37,19 @@ bool IsAt(const path& file, int descriptor) {
            open.st_dev == named.st_dev && open.st_ino == named.st_ino;
 }
 
+struct flock WholeFile() {
+    struct flock lock {};
+    lock.l_type = F_WRLCK;
+    lock.l_whence = SEEK_SET;
+    return lock;
+}
+
+// A lock of the other kind, which can be looked at without being taken. The first one decides.
+void Mark(int descriptor) {
+    struct flock lock = WholeFile();
+    fcntl(descriptor, F_OFD_SETLK, &lock);
+}
+
 // The number only helps people: a full disk does not keep anybody from the lock.
 void WriteProcess(int descriptor) {
     const std::string text = std::to_string(getpid()) + "\n";
@@ -55,12 +68,26 @@ std::optional<TLockFile> TLockFile::TryHold(const path& file) {
             if (error == EWOULDBLOCK) return std::nullopt;
             if (error != EINTR) Fail(error);
         } else if (IsAt(file, descriptor)) {
+            Mark(descriptor);
             WriteProcess(descriptor);
             return TLockFile(file, descriptor);
         } else {
             close(descriptor);
         }
     }
+}
+
+bool TLockFile::IsHeld(const path& file) {
+    const int descriptor = open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
+    if (descriptor < 0) {
+        if (errno == ENOENT || errno == ENOTDIR) return false;
+        Fail(errno);
+    }
+    struct flock lock = WholeFile();
+    const int error = fcntl(descriptor, F_OFD_GETLK, &lock) == 0 ? 0 : errno;
+    close(descriptor);
+    if (error != 0) Fail(error);
+    return lock.l_type != F_UNLCK;
 }
 
 // While the lock is still held, so that nobody's new file is removed.

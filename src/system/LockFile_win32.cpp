@@ -46,6 +46,20 @@ std::optional<TLockFile> TLockFile::TryHold(const path& file) {
     }
 }
 
+// Only who holds the file denies others to write. Nobody does in one that a power cut has left.
+bool TLockFile::IsHeld(const path& file) {
+    const HANDLE handle = CreateFileW(file.c_str(), GENERIC_WRITE,
+                                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                      nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    const DWORD error = GetLastError();
+    if (handle != INVALID_HANDLE_VALUE) CloseHandle(handle);
+    if (handle != INVALID_HANDLE_VALUE || error == ERROR_FILE_NOT_FOUND ||
+        error == ERROR_PATH_NOT_FOUND)
+        return false;
+    if (error == ERROR_SHARING_VIOLATION) return true;
+    throw std::system_error(static_cast<int>(error), std::system_category());
+}
+
 void TLockFile::Release() noexcept {
     const auto handle = std::exchange(handle_, -1);
     if (handle != -1) CloseHandle(reinterpret_cast<HANDLE>(handle));

@@ -52,6 +52,26 @@ TEST(LockFile, IsHeldWhereAProcessThatHasEndedLeftItsFile) {
     EXPECT_EQ(ReadWholeFile(folder / "a.lock"), std::to_string(ThisProcess()) + "\n");
 }
 
+TEST(LockFile, CanBeLookedAtWhileOthersHoldAndTakeIt) {
+    const TScratchFolder folder;
+    const path file = folder / "a.lock";
+    EXPECT_FALSE(TLockFile::IsHeld(file));
+    EXPECT_EQ(folder.FileCount(), 0U);
+    std::atomic<bool> ended = false;
+    std::thread looker([&] {
+        while (!ended)
+            TLockFile::IsHeld(file);
+    });
+    for (int i = 0; i < 200; ++i) {
+        const auto lock = TLockFile::TryHold(file);
+        EXPECT_TRUE(lock) << i;
+        EXPECT_TRUE(TLockFile::IsHeld(file)) << i;
+    }
+    ended = true;
+    looker.join();
+    EXPECT_FALSE(TLockFile::IsHeld(file));
+}
+
 TEST(LockFile, TellsWhyItCannotBeCreated) {
     const TScratchFolder folder;
     try {
