@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <atomic>
+#include <cstdlib>
 
 namespace tolvane {
 namespace {
@@ -28,6 +29,17 @@ void CatchInterrupts() {
 
 int InterruptCount() noexcept {
     return interrupts;
+}
+
+// The system has a thread of its own for them.
+struct TInterruptsBlocked::TKept {};
+
+TInterruptsBlocked::TInterruptsBlocked() = default;
+TInterruptsBlocked::~TInterruptsBlocked() = default;
+
+void EndProcess(int code) noexcept {
+    TerminateProcess(GetCurrentProcess(), static_cast<UINT>(code));
+    std::abort();
 }
 
 }  // namespace tolvane
