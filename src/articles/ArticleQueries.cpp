@@ -87,6 +87,10 @@ std::string BaseCurrencyQuery() {
         .append("where curr_isbase_ = 1");
 }
 
+std::string_view BaseCurrencyNameQuery() {
+    return "select curr_name from n_currency where curr_isbase_ = 1";
+}
+
 std::string ArticleQuery() {
     std::string text;
     for (const std::string_view line : kArticleLines)

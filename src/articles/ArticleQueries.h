@@ -5,10 +5,12 @@
 
 namespace tolvane {
 
-// The statements that the module runs on the host's database; code page 1251.
+// The statements that run on the host's database; code page 1251.
 
 // First column: the abbreviation of the base currency.
 std::string BaseCurrencyQuery();
+// First column: its name.
+std::string_view BaseCurrencyNameQuery();
 // One row per article, barcode and qualifying promotion, ordered by article number.
 std::string ArticleQuery();
 // The promotions of the weighted articles, ordered by article number and priority.

@@ -34,6 +34,15 @@ auto AsDatabaseError(Body body) {
     }
 }
 
+// Cut as the article table cuts the names of currencies.
+std::string BaseCurrencyName(TQuery& query, const TRegionalSettings& regional) {
+    query.SetText(std::string(BaseCurrencyNameQuery()));
+    query.Open();
+    std::string name = query.RowCount() > 0 ? query.AsText(0, 0, regional) : std::string();
+    query.Close();
+    return name.substr(0, FieldInfo(TField::CURR_SELL_NAME).maxChars);
+}
+
 bool HasIndex(TQuery& query) {
     query.SetText(LotIndexQuery());
     query.Open();
@@ -65,6 +74,7 @@ TArticleReading ReadArticles(const TClientLibrary& library, void* database,
         loader.ReadBaseCurrency();
         loader.FillTable();
         query.Close();
+        reading.baseCurrencyName = BaseCurrencyName(query, regional);
         transaction.Commit();
         reading.promotions = loader.Promotions();
         reading.baseCurrency = loader.BaseCurrency();

@@ -15,7 +15,9 @@ namespace tolvane {
 struct TArticleReading {
     TArticleTable articles;
     std::vector<TActivePromotion> promotions;
-    std::string baseCurrency;  // abbreviation, code page 1251; empty when there is none
+    // Code page 1251; empty when there is none.
+    std::string baseCurrency{};      // abbreviation
+    std::string baseCurrencyName{};  // as the articles' CURR_SELL_NAME
 };
 
 // These work without a window on a connection of any origin: the library and its handle cell, as

@@ -127,12 +127,14 @@ TEST_F(ArticleReadingTest, NoArticlesAreNoRowsAndNoError) {
     const TArticleReading reading = Read();
     EXPECT_EQ(reading.articles.RowCount(), 0U);
     EXPECT_EQ(ToUtf8(reading.baseCurrency), "лв");
+    EXPECT_EQ(ToUtf8(reading.baseCurrencyName), "Български лев");
     EXPECT_EQ(Active(), "0");
 }
 
 TEST_F(ArticleReadingTest, WithoutABaseCurrencyItIsEmpty) {
     Run("update N_CURRENCY set CURR_ISBASE_ = 0");
     EXPECT_EQ(Read().baseCurrency, "");
+    EXPECT_EQ(Read().baseCurrencyName, "");
 }
 
 TEST_F(ArticleReadingTest, WhatTheWindowWouldShowIsThrownWithTheServersStatus) {
