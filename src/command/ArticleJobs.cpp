@@ -19,7 +19,7 @@ TRunOutcome InLedger(TScaleOutcome outcome) {
         case TScaleOutcome::Failed:
             return TRunOutcome::Failed;
         case TScaleOutcome::NotReached:
-            return TRunOutcome::Dead;
+            return TRunOutcome::NotReached;
         case TScaleOutcome::Locked:
             return TRunOutcome::Locked;
         case TScaleOutcome::Stopped:
@@ -67,6 +67,7 @@ void TLedgerJob::End() {
                          .written = Count(result_.written),
                          .unchanged = Count(result_.unchanged),
                          .refused = Count(result_.refused.size()),
+                         .leftOut = Count(result_.leftOut.size()),
                          .pending = Count(result_.pending),
                          .mayBeInProgrammingMode = result_.mayBeProgramming});
     ledger_->Save(Now());

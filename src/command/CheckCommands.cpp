@@ -1,17 +1,21 @@
 // What would go wrong, and what the scales would hold.
 
 #include <iterator>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "command/ArticleProblems.h"
 #include "command/Command.h"
+#include "command/InScaleProblems.h"
 #include "command/PlannedResults.h"
 #include "command/ProblemTable.h"
-#include "command/Problems.h"
 #include "command/ScaleArticles.h"
+#include "command/ScaleProblems.h"
 #include "command/Shop.h"
 #include "command/ShownTexts.h"
+#include "config/IniFile.h"
 #include "text/Cp1251.h"
 #include "text/Numbers.h"
 #include "upload/LabelTexts.h"
@@ -58,40 +62,96 @@ void AppendTexts(const TScaleArticle& article, const TScaleRec& rec, const TScal
     }
 }
 
+// What is known of a scale. One whose ledger cannot be read is as unknown as one that was never
+// reached, and this is a problem.
+std::optional<TScaleReport> ReportedBy(const TScaleRec& rec, const TCommandOptions& options,
+                                       const TWorld& world, const TShop& shop,
+                                       std::vector<TProblem>& problems) {
+    try {
+        return LedgerOf(options, world, shop, rec).Report();
+    } catch (const TFileError& error) {
+        problems.push_back(OfScale(rec, error.what(),
+                                   "mend the file, or forget it: tolvane ledger "
+                                   "forget " +
+                                       std::to_string(rec.ScaleNumb)));
+        return std::nullopt;
+    }
+}
+
+// What is taken for granted of scales that have not told it.
+class TAssumptions {
+public:
+    TScaleVersion VersionOf(const TScaleRec& rec, const std::optional<TScaleReport>& report) {
+        const TScaleVersion version = KnownVersion(report);
+        const bool isTold = !table_.rows.empty() && table_.rows.back()[0] == Number(rec.ScaleNumb);
+        if (!report && !isTold)
+            table_.rows.push_back({Number(rec.ScaleNumb), ToUtf8(rec.ScaleName.View()),
+                                   Number(version.maxPlu), Number(version.mode)});
+        return version;
+    }
+    // On standard error where the report shows one table alone.
+    void AddTo(TAnswer& answer, const TCommandOptions& options, TWorld& world) {
+        if (options.format == TFormat::Csv && !options.quiet)
+            for (const auto& row : table_.rows)
+                world.err << "tolvane: scale " << std::get<std::int64_t>(row[0]) << " "
+                          << std::get<std::string>(row[1])
+                          << " has not told what it holds; assumed: capacity "
+                          << std::get<std::int64_t>(row[2]) << ", label mode "
+                          << std::get<std::int64_t>(row[3]) << std::endl;
+        answer.report.tables.push_back(std::move(table_));
+    }
+
+private:
+    TReportTable table_{.key = "assumed",
+                        .title = "Not known of these scales, and assumed (tolvane test asks them)",
+                        .columns = {{"scale", "Scale"},
+                                    {"name", "Name"},
+                                    {"capacity", "Capacity"},
+                                    {"labelMode", "Label mode"}}};
+};
+
 }  // namespace
 
 TAnswer CheckShop(const TCommandOptions& options, TWorld& world) {
     const TShop shop = ReadShop(options);
-    const std::vector<TScaleRec> scales = ChosenScales(shop, options, world);
+    const std::vector<TListedScale> scales = ChosenScales(shop, options, world);
     const TArticleReading reading = ReadShopArticles(options, world);
     std::vector<TProblem> problems = ProblemsOfScales(scales);
     Append(problems, ProblemsOfArticles(reading, shop.choices.price));
-    for (const TScaleRec& rec : scales) {
+    TAssumptions assumptions;
+    for (const TScaleRec& rec : UsableOf(scales)) {
+        const auto report = ReportedBy(rec, options, world, shop, problems);
         const TScaleArticles articles =
             ArticlesForScale(reading.articles, rec.ScaleNumb, shop.choices, world.regional);
         Append(problems, ProblemsInScale(articles, reading.articles, rec,
-                                         KnownVersion(LedgerOf(options, world, shop, rec))));
+                                         assumptions.VersionOf(rec, report)));
     }
-    return {.report = {.command = "check", .tables = {ProblemTable(problems)}},
-            .exitCode = problems.empty() ? TExitCode::Done : TExitCode::ProblemsFound};
+    TAnswer answer{.report = {.command = "check", .tables = {ProblemTable(problems)}},
+                   .exitCode = problems.empty() ? TExitCode::Done : TExitCode::ProblemsFound};
+    assumptions.AddTo(answer, options, world);
+    return answer;
 }
 
 TAnswer ShowArticle(const TCommandOptions& options, TWorld& world) {
     const TShop shop = ReadShop(options);
-    const std::vector<TScaleRec> scales = ChosenScales(shop, options, world);
+    const std::vector<TListedScale> scales = ChosenScales(shop, options, world);
     const TArticleReading reading = ReadShopArticles(options, world);
     TReportTable table = TextTable();
-    for (const TScaleRec& rec : scales) {
-        const TScaleVersion version = KnownVersion(LedgerOf(options, world, shop, rec));
+    TAssumptions assumptions;
+    for (const TScaleRec& rec : RecordsOf(scales)) {
+        const auto report = LedgerOf(options, world, shop, rec).Report();
         const TScaleArticles articles =
             ArticlesForScale(reading.articles, rec.ScaleNumb, shop.choices, world.regional);
         for (const TScaleArticle& article : articles.articles)
-            if (article.plu.ScaleNumber == *options.show) AppendTexts(article, rec, version, table);
+            if (article.plu.ScaleNumber == *options.show)
+                AppendTexts(article, rec, assumptions.VersionOf(rec, report), table);
     }
     if (table.rows.empty())
         throw TUsageError("None of these scales would get an article with number " +
                           std::to_string(*options.show) + ". tolvane check tells why.");
-    return {.report = {.command = "check", .tables = {std::move(table)}}};
+    TAnswer answer{.report = {.command = "check", .tables = {std::move(table)}}};
+    assumptions.AddTo(answer, options, world);
+    return answer;
 }
 
 }  // namespace tolvane

@@ -1,9 +1,13 @@
 #include "command/Command.h"
 
+#include <array>
+#include <cstddef>
 #include <exception>
 #include <string>
+#include <string_view>
 
 #include "command/Shop.h"
+#include "command/UtcTime.h"
 #include "config/IniFile.h"
 #include "database/DatabaseError.h"
 #include "text/Cp1251.h"
@@ -40,34 +44,86 @@ TAnswer Answer(const TCommandOptions& options, TWorld& world) {
     return {};
 }
 
-TExitCode Fail(TWorld& world, TExitCode code, const std::string& text) {
-    world.err << "tolvane: " << text << std::endl;
-    return code;
+std::string_view NameOf(TVerb verb) {
+    constexpr auto kNames = std::to_array<std::string_view>(
+        {"check", "write", "delete", "test", "release", "status", "articles", "lines", "scales",
+         "discover", "ledger forget"});
+    return kNames.at(static_cast<std::size_t>(verb));
 }
 
-TExitCode AnswerOrFail(const TCommandOptions& options, TWorld& world) {
+// The scales that are named; without any the checked ones.
+std::string ScalesOf(const TCommandOptions& options) {
+    if (options.verb == TVerb::LedgerForget) return options.forget;
+    std::string names;
+    for (const std::string& name : options.scales)
+        names += (names.empty() ? "" : ",") + name;
+    return names.empty() ? "checked" : names;
+}
+
+void LogBegin(const TCommandOptions& options, TEventLog& log) {
+    log.Write("begin", {{"command", std::string(NameOf(options.verb))},
+                        {"version", std::string(TOLVANE_VERSION)},
+                        {"scales", ScalesOf(options)}});
+}
+
+// A log that lacks its end is a failure where everything else went well.
+TExitCode WithLog(TExitCode code, const TEventLog& log) {
+    return code == TExitCode::Done && log.Failed() ? TExitCode::SomeFailed : code;
+}
+
+// How a command has ended.
+struct TEnd {
+    TExitCode code = TExitCode::Done;
+    std::string error{};  // UTF-8; empty when nothing was thrown
+};
+
+TEnd AnswerAndPrint(const TCommandOptions& options, TWorld& world) {
+    const TAnswer answer = Answer(options, world);
+    const TExitCode code = WithLog(answer.exitCode, world.log);
+    world.out << FormatReport(answer.report, options.format, code) << std::flush;
+    if (!world.out)
+        return {.code = TExitCode::Internal, .error = "Standard output cannot be written."};
+    return {.code = code};
+}
+
+TEnd AnswerOrFail(const TCommandOptions& options, TWorld& world) {
     try {
-        const TAnswer answer = Answer(options, world);
-        world.out << FormatReport(answer.report, options.format, answer.exitCode) << std::flush;
-        if (!world.out)
-            return Fail(world, TExitCode::Internal, "Standard output cannot be written.");
-        return answer.exitCode;
+        return AnswerAndPrint(options, world);
     } catch (const TUsageError& error) {
-        return Fail(world, TExitCode::Usage, error.what());
+        return {.code = TExitCode::Usage, .error = error.what()};
     } catch (const TFileError& error) {
-        return Fail(world, TExitCode::Usage, ToUtf8(error.what()));
+        return {.code = TExitCode::Usage, .error = ToUtf8(error.what())};
     } catch (const TDatabaseError& error) {
-        return Fail(world, TExitCode::Database, ToUtf8(error.what()));
+        return {.code = TExitCode::Database, .error = ToUtf8(error.what())};
+    } catch (const std::exception& error) {
+        return {.code = TExitCode::Internal, .error = ToUtf8(MessageOf(error))};
     }
+}
+
+void Say(TWorld& world, const std::string& text) {
+    if (!text.empty()) world.err << "tolvane: " << text << std::endl;
+}
+
+TExitCode Run(const TCommandOptions& options, TWorld& world) {
+    try {
+        world.log.Open(options.log, [&world] { return UtcText(world.now()); });
+    } catch (const TUsageError& error) {
+        Say(world, error.what());
+        return TExitCode::Usage;
+    }
+    LogBegin(options, world.log);
+    const TEnd end = AnswerOrFail(options, world);
+    Say(world, end.error);
+    LogEnd(world.log, end.code, end.error);
+    if (world.log.Failed()) Say(world, "The log could not be written to its end.");
+    return WithLog(end.code, world.log);
 }
 
 }  // namespace
 
 TExitCode RunCommand(const TCommandOptions& options, TWorld& world) noexcept {
     try {
-        return AnswerOrFail(options, world);
-    } catch (const std::exception& error) {
-        return Fail(world, TExitCode::Internal, ToUtf8(MessageOf(error)));
+        return Run(options, world);
     } catch (...) {
         return TExitCode::Internal;
     }

@@ -2,18 +2,16 @@
 
 #include <nlohmann/json.hpp>
 
+#include "command/NamedFile.h"
 #include "command/UsageError.h"
 
 namespace tolvane {
 
-TEventLog::TEventLog(const std::filesystem::path& file, std::function<std::string()> now)
-    : now_(std::move(now)) {
+void TEventLog::Open(const std::filesystem::path& file, std::function<std::string()> now) {
     if (file.empty()) return;
+    now_ = std::move(now);
     file_.open(file, std::ios::binary | std::ios::app);
-    const std::u8string name = file.u8string();
-    if (!file_)
-        throw TUsageError("The log " + std::string(name.begin(), name.end()) +
-                          " cannot be written.");
+    if (!file_) throw TUsageError("The log " + Utf8Path(file) + " cannot be written.");
 }
 
 void TEventLog::Write(const std::string& event,
@@ -33,6 +31,10 @@ void TEventLog::Write(const std::string& event,
     file_ << line.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n'
           << std::flush;
     if (!file_) failed_ = true;
+}
+
+void LogEnd(TEventLog& log, TExitCode code, const std::string& error) {
+    log.Write("end", {{"exitCode", std::int64_t{static_cast<int>(code)}}, {"error", error}});
 }
 
 }  // namespace tolvane

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -13,11 +14,12 @@
 namespace tolvane {
 
 // The file that --log names: one JSON object a line, appended, each with its time (UTC). Any
-// thread.
+// thread, once it is open.
 class TEventLog {
 public:
-    // An empty path logs nothing. Throws TUsageError when the file cannot be opened.
-    TEventLog(const std::filesystem::path& file, std::function<std::string()> now);
+    // Until then, and with an empty path, nothing is logged. Throws TUsageError when the file
+    // cannot be opened.
+    void Open(const std::filesystem::path& file, std::function<std::string()> now);
 
     // Fields after "time" and "event". A line that cannot be written is lost, and Failed answers
     // true from then on.
@@ -28,7 +30,10 @@ private:
     std::function<std::string()> now_;
     std::mutex mutex_;
     std::ofstream file_;
-    bool failed_ = false;
+    std::atomic<bool> failed_ = false;
 };
+
+// The last line of a command.
+void LogEnd(TEventLog& log, TExitCode code, const std::string& error);
 
 }  // namespace tolvane

@@ -63,9 +63,9 @@ enum class TRunOutcome : std::uint8_t {
     Failed,
     Stopped,
     Locked,
-    Dead,
+    NotReached,
 };
-// As in the file: "running", "done", …
+// As in the file: "running", "done", …; the same words as of TScaleOutcome.
 std::string_view OutcomeName(TRunOutcome outcome);
 
 struct TLastRun {
@@ -76,6 +76,7 @@ struct TLastRun {
     std::int32_t written = 0;
     std::int32_t unchanged = 0;
     std::int32_t refused = 0;
+    std::int32_t leftOut = 0;
     std::int32_t pending = 0;
     bool mayBeInProgrammingMode = false;
 

@@ -41,7 +41,9 @@ std::string DifferenceText(const TLedgerIdentity& now, const TLedgerIdentity& be
 std::string DifferenceText(const TScaleReport& now, const TScaleReport& before);
 
 // In the order of TRunOutcome.
-inline constexpr auto kOutcomeNames =
-    std::to_array<std::string_view>({"running", "done", "failed", "stopped", "locked", "dead"});
+inline constexpr auto kOutcomeNames = std::to_array<std::string_view>(
+    {"running", "done", "failed", "stopped", "locked", "not reached"});
+// The last one in older files.
+inline constexpr std::string_view kOldNotReached = "dead";
 
 }  // namespace tolvane

@@ -67,6 +67,7 @@ ordered_json RunJson(const TLastRun& run) {
             {"written", run.written},
             {"unchanged", run.unchanged},
             {"refused", run.refused},
+            {"leftOut", run.leftOut},
             {"pending", run.pending},
             {"mayBeInProgrammingMode", run.mayBeInProgrammingMode}};
 }
@@ -144,6 +145,7 @@ TLedgerIdentity IdentityFrom(const json& from) {
 }
 
 TRunOutcome OutcomeFrom(const std::string& name) {
+    if (name == kOldNotReached) return TRunOutcome::NotReached;
     const auto* found = std::ranges::find(kOutcomeNames, name);
     if (found == kOutcomeNames.end()) Reject("an outcome is unknown");
     return static_cast<TRunOutcome>(found - kOutcomeNames.begin());
@@ -159,6 +161,8 @@ std::optional<TLastRun> RunFrom(const json& from) {
                     .written = Integer(Member(from, "written")),
                     .unchanged = Integer(Member(from, "unchanged")),
                     .refused = Integer(Member(from, "refused")),
+                    // Older files lack it.
+                    .leftOut = from.contains("leftOut") ? Integer(from["leftOut"]) : 0,
                     .pending = Integer(Member(from, "pending")),
                     .mayBeInProgrammingMode = Member(from, "mayBeInProgrammingMode").get<bool>()};
 }

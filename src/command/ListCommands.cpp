@@ -11,7 +11,7 @@
 #include "command/Command.h"
 #include "command/LedgerContent.h"
 #include "command/ProblemTable.h"
-#include "command/Problems.h"
+#include "command/ScaleProblems.h"
 #include "command/Shop.h"
 #include "command/WritePlan.h"
 #include "config/SerialSpeeds.h"
@@ -69,7 +69,8 @@ TAnswer ListArticles(const TCommandOptions& options, TWorld& world) {
 
 TAnswer ListLines(const TCommandOptions& options, TWorld& world) {
     const TShop shop = ReadShop(options);
-    const std::vector<TScaleRec> scales = ChosenScales(shop, options, world);
+    // What an article's line is does not depend on the scale's connection.
+    const std::vector<TScaleRec> scales = RecordsOf(ChosenScales(shop, options, world));
     const TArticleReading reading = ReadShopArticles(options, world);
     TReportTable table{.key = "lines",
                        .title = {},
@@ -105,7 +106,7 @@ TAnswer ListScales(const TCommandOptions& options, TWorld&) {
                                    {"encoding", "Code table"},
                                    {"checked", "Checked"}}};
     constexpr std::array kCodeTables = {"WIN-1252", "PC-855", "PC-866"};
-    for (const TScaleRec& rec : shop.scales) {
+    for (const TScaleRec& rec : RecordsOf(shop.scales)) {
         const auto encoding = static_cast<std::size_t>(rec.Encoding);
         table.rows.push_back(
             {Number(rec.ScaleNumb), ToUtf8(rec.ScaleName.View()), ModelName(rec.ScaleType),

@@ -3,8 +3,7 @@
 #include <utility>
 
 #include "command/CommandLine.h"
-#include "config/IniFile.h"
-#include "text/Cp1251.h"
+#include "command/UsageError.h"
 
 namespace tolvane {
 namespace {
@@ -31,8 +30,8 @@ TParsedOptions WithSettings(std::vector<std::string> arguments, const TEnvironme
         TCommandLine all;
         all.ReadLine(std::move(arguments));
         return {.options = all.Take(environment)};
-    } catch (const TFileError& error) {
-        return Refused(ToUtf8(error.what()));
+    } catch (const TUsageError& error) {
+        return Refused(error.what());
     } catch (const CLI::ParseError& error) {
         return Refused(error.what() + SourceOf(error.what(), settings));
     }

@@ -1,6 +1,10 @@
 #include "command/PlannedResults.h"
 
+#include <exception>
+#include <utility>
+
 #include "command/ScaleArticles.h"
+#include "system/SystemError.h"
 
 namespace tolvane {
 namespace {
@@ -9,20 +13,32 @@ namespace {
 constexpr std::int32_t kMostArticles = 65535;
 constexpr std::int32_t kFullestMode = 2;
 
-TScaleResult PlannedResult(const TCommandOptions& options, const TWorld& world, const TShop& shop,
-                           const TScaleRec& rec, const TArticleTable& table,
-                           const TWriteChoice& choice) {
+void Plan(const TCommandOptions& options, const TWorld& world, const TShop& shop,
+          const TArticleTable& table, const TWriteChoice& choice, TScaleResult& result) {
+    const TScaleRec& rec = result.rec;
     const TScaleArticles articles =
         ArticlesForScale(table, rec.ScaleNumb, shop.choices, world.regional);
     const TLedger ledger = LedgerOf(options, world, shop, rec);
-    TScaleResult result{.rec = rec};
     result.ledgerNote = ledger.DropReason();
-    const TWritePlan plan = PlanWrite(articles, table, rec, KnownVersion(ledger), ledger, choice);
+    TWritePlan plan = PlanWrite(articles, table, rec, KnownVersion(ledger), ledger, choice);
+    if (!plan.refused.empty()) result.outcome = TScaleOutcome::Failed;
     result.unchanged = plan.unchanged;
     result.pending = plan.toWrite.size();
-    result.refused = plan.refused;
-    result.leftOut = plan.leftOut;
-    result.strays = plan.strays;
+    result.refused = std::move(plan.refused);
+    result.leftOut = std::move(plan.leftOut);
+    result.strays = std::move(plan.strays);
+}
+
+TScaleResult PlannedResult(const TCommandOptions& options, const TWorld& world, const TShop& shop,
+                           const TScaleRec& rec, const TArticleTable& table,
+                           const TWriteChoice& choice) {
+    TScaleResult result{.rec = rec};
+    try {
+        Plan(options, world, shop, table, choice, result);
+    } catch (const std::exception& error) {
+        result.outcome = TScaleOutcome::Failed;
+        result.error = FailureText(error);
+    }
     return result;
 }
 
@@ -33,18 +49,20 @@ TLedger LedgerOf(const TCommandOptions& options, const TWorld& world, const TSho
     return TLedger::Load(options.state, rec, shop.choices, world.now(), options.maxAge);
 }
 
-TScaleVersion KnownVersion(const TLedger& ledger) {
-    if (const auto& report = ledger.Report())
+TScaleVersion KnownVersion(const std::optional<TScaleReport>& report) {
+    if (report)
         return {.maxPlu = report->maxPlu, .mode = report->labelMode, .text = report->version};
     return {.maxPlu = kMostArticles, .mode = kFullestMode, .text = {}};
 }
 
 TScaleResults PlannedResults(const TCommandOptions& options, const TWorld& world, const TShop& shop,
-                             const std::vector<TScaleRec>& scales, const TArticleTable& table,
+                             const std::vector<TListedScale>& scales, const TArticleTable& table,
                              const TWriteChoice& choice) {
     TScaleResults results;
-    for (const TScaleRec& rec : scales)
-        results.scales.push_back(PlannedResult(options, world, shop, rec, table, choice));
+    for (const TListedScale& scale : scales)
+        results.scales.push_back(scale.IsUsable()
+                                     ? PlannedResult(options, world, shop, scale.rec, table, choice)
+                                     : UnusableResult(scale));
     return results;
 }
 

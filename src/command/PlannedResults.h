@@ -1,10 +1,11 @@
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include "articles/ArticleTable.h"
 #include "command/Options.h"
-#include "command/ScaleRunner.h"
+#include "command/RunReport.h"
 #include "command/Shop.h"
 #include "command/WritePlan.h"
 
@@ -14,13 +15,17 @@ namespace tolvane {
 TLedger LedgerOf(const TCommandOptions& options, const TWorld& world, const TShop& shop,
                  const TScaleRec& rec);
 
-// What a scale reported last, by its ledger; a scale that was never reached takes every number and
+// What a scale reported last, by its ledger; one that was never reached takes every number and
 // every text.
-TScaleVersion KnownVersion(const TLedger& ledger);
+TScaleVersion KnownVersion(const std::optional<TScaleReport>& report);
+inline TScaleVersion KnownVersion(const TLedger& ledger) {
+    return KnownVersion(ledger.Report());
+}
 
-// What a run would do, by what the ledgers know; touches no scale.
+// What a run would do, by what the ledgers know; touches no scale. A scale whose ledger cannot be
+// read has failed.
 TScaleResults PlannedResults(const TCommandOptions& options, const TWorld& world, const TShop& shop,
-                             const std::vector<TScaleRec>& scales, const TArticleTable& table,
+                             const std::vector<TListedScale>& scales, const TArticleTable& table,
                              const TWriteChoice& choice);
 
 }  // namespace tolvane

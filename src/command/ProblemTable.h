@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "command/Problems.h"
+#include "command/Problem.h"
 #include "command/Report.h"
 
 namespace tolvane {

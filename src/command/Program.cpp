@@ -11,6 +11,7 @@
 
 int main(int argc, char** argv) {
     using namespace tolvane;
+    const TTimePoint start = SystemClock().Now();
     const TConsole console;
     TParsedOptions parsed = ParseOptions(ProgramArguments(argc, argv), &EnvironmentVariable);
     std::cout << parsed.output << std::flush;
@@ -29,6 +30,8 @@ int main(int argc, char** argv) {
                 return std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
             },
         .interrupts = &InterruptCount,
-        .regional = SystemRegionalSettings()};
+        .regional = SystemRegionalSettings(),
+        .start = start,
+        .leave = [](TExitCode code) { EndProcess(static_cast<int>(code)); }};
     return static_cast<int>(RunCommand(*parsed.options, world));
 }

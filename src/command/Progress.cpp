@@ -72,6 +72,13 @@ void TProgress::Says(std::size_t scale, const std::string& text) {
     if (shown_ && !terminal_) out_ << scales_.at(scale).name << ": " << text << std::endl;
 }
 
+void TProgress::Tell(const std::string& line) {
+    const std::lock_guard lock(mutex_);
+    if (drawn_ > 0) out_ << "\x1b[" << drawn_ << "A\r\x1b[J";
+    drawn_ = 0;
+    out_ << line << std::endl;
+}
+
 void TProgress::Draw() {
     if (!shown_ || !terminal_) return;
     const std::lock_guard lock(mutex_);

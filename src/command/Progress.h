@@ -26,6 +26,8 @@ public:
     void Ends(std::size_t scale, const TScaleResult& result);
     // A line of its own, which bars leave no room for.
     void Says(std::size_t scale, const std::string& text);
+    // A line for everybody, also when progress is not shown; above the bars.
+    void Tell(const std::string& line);
     // On a terminal: draws the bars. Called from time to time.
     void Draw();
 

@@ -13,13 +13,6 @@ namespace {
 
 using TJson = nlohmann::ordered_json;
 
-// Control characters would leave the line.
-std::string OnOneLine(std::string text) {
-    for (char& letter : text)
-        if (static_cast<unsigned char>(letter) < ' ') letter = ' ';
-    return text;
-}
-
 struct TPlain {
     std::string operator()(std::monostate) const { return {}; }
     std::string operator()(const std::string& text) const { return OnOneLine(text); }
@@ -146,6 +139,12 @@ std::string Json(const TReport& report, TExitCode exitCode) {
 }
 
 }  // namespace
+
+std::string OnOneLine(std::string text) {
+    for (char& letter : text)
+        if (static_cast<unsigned char>(letter) < ' ') letter = ' ';
+    return text;
+}
 
 std::string FormatReport(const TReport& report, TFormat format, TExitCode exitCode) {
     switch (format) {

@@ -36,6 +36,14 @@ std::string RunLockName(const TScaleRec& scale) {
     return name + ".lock";
 }
 
+bool IsRunLockHeld(const std::filesystem::path& folder, const TScaleRec& scale) {
+    try {
+        return TLockFile::IsHeld(folder / RunLockName(scale));
+    } catch (const std::system_error&) {
+        return true;
+    }
+}
+
 TRunLock::TRunLock(const std::filesystem::path& folder, const TScaleRec& scale, TMilliseconds wait,
                    TClock& clock, const TRunStop* stop) {
     const std::filesystem::path file = folder / RunLockName(scale);

@@ -18,6 +18,9 @@ namespace tolvane {
 // name, and so do two scales on one serial line.
 std::string RunLockName(const TScaleRec& scale);
 
+// Whether a run works on the scale now, or there is no telling. Keeps no run from it.
+bool IsRunLockHeld(const std::filesystem::path& folder, const TScaleRec& scale);
+
 enum class TRunLockState : std::uint8_t {
     Held,         // by this object
     HeldByOther,  // another run, of this process or another one, has it

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <system_error>
 #include <unordered_map>
 #include <utility>
 
@@ -34,7 +35,8 @@ std::vector<std::string> NeedsOf(const TScaleRec& rec) {
             "ledger " + std::to_string(rec.ScaleNumb)};
 }
 
-TScaleLanes::TScaleLanes(std::vector<TTask> tasks, std::size_t atOnce) {
+TScaleLanes::TScaleLanes(std::vector<TTask> tasks, std::size_t atOnce,
+                         const TStartThread& startThread) {
     const std::vector<std::size_t> first = FirstOfLane(tasks);
     std::unordered_map<std::size_t, std::size_t> laneOf;
     for (std::size_t task = 0; task < tasks.size(); ++task) {
@@ -42,15 +44,39 @@ TScaleLanes::TScaleLanes(std::vector<TTask> tasks, std::size_t atOnce) {
         if (isNew) lanes_.emplace_back();
         lanes_[lane->second].push_back(std::move(tasks[task].run));
     }
-    running_ = atOnce == 0 ? lanes_.size() : std::min(atOnce, lanes_.size());
-    const std::size_t count = running_;
-    for (std::size_t i = 0; i < count; ++i)
-        threads_.emplace_back([this] { Work(); });
+    const std::size_t count = atOnce == 0 ? lanes_.size() : std::min(atOnce, lanes_.size());
+    threads_.reserve(count);
+    while (threads_.size() < count && StartOne(startThread)) {
+    }
 }
 
-TScaleLanes::~TScaleLanes() = default;
+TScaleLanes::~TScaleLanes() {
+    if (!threads_.empty()) return;
+    while (!WorkHere()) {
+    }
+}
+
+std::jthread TScaleLanes::StartThread(std::function<void()> work) {
+    return std::jthread(std::move(work));
+}
+
+bool TScaleLanes::StartOne(const TStartThread& startThread) {
+    {
+        const std::lock_guard lock(mutex_);
+        ++running_;
+    }
+    try {
+        threads_.push_back(startThread([this] { Work(); }));
+        return true;
+    } catch (const std::system_error&) {
+        const std::lock_guard lock(mutex_);
+        --running_;
+        return false;
+    }
+}
 
 bool TScaleLanes::WaitFor(TMilliseconds time) {
+    if (threads_.empty()) return WorkHere();
     std::unique_lock lock(mutex_);
     return ended_.wait_for(lock, time, [this] { return running_ == 0; });
 }
@@ -61,6 +87,16 @@ void TScaleLanes::Work() {
             run();
     const std::lock_guard lock(mutex_);
     if (--running_ == 0) ended_.notify_all();
+}
+
+bool TScaleLanes::WorkHere() {
+    if (next_ >= lanes_.size()) return true;
+    lanes_[next_][here_]();
+    if (++here_ == lanes_[next_].size()) {
+        here_ = 0;
+        ++next_;
+    }
+    return next_ >= lanes_.size();
 }
 
 }  // namespace tolvane

@@ -48,6 +48,7 @@ struct TScaleResult {
     // Numbers that the scale holds by the ledger, and that are not in its list any more.
     std::vector<std::int32_t> strays{};
     bool mayBeProgramming = false;  // the scale may not be weighing
+    bool usable = true;             // false: its section in the scale list has a fault
     std::chrono::milliseconds duration{};
 };
 

@@ -3,13 +3,15 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
-#include <filesystem>
 #include <optional>
+#include <sstream>
 
 #include "command/DefaultPaths.h"
+#include "command/NamedFile.h"
 #include "command/Nearest.h"
 #include "command/OptionValues.h"
-#include "config/IniFile.h"
+#include "command/UsageError.h"
+#include "config/IniDocument.h"
 #include "text/Cp1251.h"
 
 namespace tolvane {
@@ -44,22 +46,29 @@ void CheckKeys(const TIniDocument& document, const std::string& file) {
         });
         if (isKnown) continue;
         const std::string near = Nearest(ToUtf8(key), names);
-        throw TFileError("The configuration file " + FromUtf8(file) +
-                         " holds an unknown setting: " + key +
-                         (near.empty() ? "." : ". Did you mean " + near + "?"));
+        throw TUsageError("The configuration file " + file + " holds an unknown setting: " +
+                          ToUtf8(key) + (near.empty() ? "." : ". Did you mean " + near + "?"));
     }
 }
 
+// Whether the file says anything, where it is not a comment.
+bool SaysAnything(const std::string& bytes) {
+    std::istringstream lines(bytes);
+    for (std::string line; std::getline(lines, line);)
+        if (const std::string_view text = Trim(line);
+            !text.empty() && !text.starts_with(';') && !text.starts_with('#'))
+            return true;
+    return false;
+}
+
 TIniDocument ReadConfig(const TConfigName& config) {
-    const std::filesystem::path path = PathOf(config.file);
-    std::error_code error;
-    const bool isThere = std::filesystem::exists(path, error);
-    if (error)
-        throw TFileError("The configuration file " + FromUtf8(config.file) +
-                         " cannot be read: " + error.message() + ".");
-    if (config.isNamed && !isThere)
-        throw TFileError("There is no configuration file " + FromUtf8(config.file) + ".");
-    TIniDocument document = ReadIniFile(path);
+    const auto bytes = ReadNamedFile("configuration file", PathOf(config.file));
+    if (config.isNamed && !bytes)
+        throw TUsageError("There is no configuration file " + config.file + ".");
+    TIniDocument document(bytes.value_or(std::string()));
+    if (!document.HasSection(kSection) && SaysAnything(bytes.value_or(std::string())))
+        throw TUsageError("The configuration file " + config.file +
+                          " has no section [tolvane], in which the settings stand.");
     CheckKeys(document, config.file);
     return document;
 }

@@ -22,8 +22,8 @@ struct TConfigName {
 TConfigName ConfigFile(const std::string& onLine, const TEnvironment& environment);
 
 // What variables and the configuration file say, a variable first; a value that is empty says
-// nothing. Throws TFileError for a file that is missing though it is named, that cannot be read, or
-// that holds an unknown setting.
+// nothing. Throws TUsageError for a file that is missing though it is named, that cannot be read,
+// that has no section [tolvane] though it says something, or that holds an unknown setting.
 std::vector<TSetting> ReadSettings(const TConfigName& config, const TEnvironment& environment);
 
 }  // namespace tolvane

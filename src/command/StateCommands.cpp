@@ -12,13 +12,113 @@
 #include "command/RunLock.h"
 #include "command/Shop.h"
 #include "command/UtcTime.h"
+#include "config/IniFile.h"
 #include "database/DatabaseError.h"
 #include "text/Cp1251.h"
 
 namespace tolvane {
+namespace {
+
+TReportTable StatusTable() {
+    return {.key = "scales",
+            .title = {},
+            .columns = {{"number", "No"},
+                        {"name", "Scale"},
+                        {"outcome", "Last run"},
+                        {"ended", "Ended"},
+                        {"written", "Written"},
+                        {"refused", "Refused"},
+                        {"leftOut", "Left out"},
+                        {"held", "Held"},
+                        {"pending", "Pending"},
+                        {"version", "Version"},
+                        {"mayBeProgramming", "May not weigh"},
+                        {"ledger", "Ledger"},
+                        {"error", "Error"}}};
+}
+
+// A run that was killed says to the end that it is running.
+std::string LastOutcome(const TLastRun& run, const TScaleRec& rec, const TCommandOptions& options) {
+    const bool isBroken = run.outcome == TRunOutcome::Running && !IsRunLockHeld(options.state, rec);
+    return std::string(isBroken ? "broken off" : OutcomeName(run.outcome));
+}
+
+std::vector<TCell> StatusRow(const TScaleRec& rec, const TLedger& ledger,
+                             const TCommandOptions& options, const TScaleResult* planned) {
+    const auto& run = ledger.LastRun();
+    const auto ran = [&](auto cell) { return run ? TCell(cell(*run)) : TCell(); };
+    const bool isPlanned = planned != nullptr && planned->error.empty();
+    const std::string planError = planned != nullptr ? ToUtf8(planned->error) : std::string();
+    return {Number(rec.ScaleNumb),
+            ToUtf8(rec.ScaleName.View()),
+            ran([&](const TLastRun& r) { return LastOutcome(r, rec, options); }),
+            run && run->end ? TCell(UtcText(*run->end)) : TCell(),
+            ran([](const TLastRun& r) { return std::int64_t{r.written}; }),
+            ran([](const TLastRun& r) { return std::int64_t{r.refused}; }),
+            ran([](const TLastRun& r) { return std::int64_t{r.leftOut}; }),
+            Number(static_cast<std::int64_t>(ledger.Claims().size())),
+            isPlanned ? Number(static_cast<std::int64_t>(planned->pending)) : TCell(),
+            ledger.Report() ? TCell(ToUtf8(ledger.Report()->version)) : TCell(),
+            ran([](const TLastRun& r) { return r.mayBeInProgrammingMode; }),
+            ToUtf8(ledger.DropReason()),
+            planError.empty() ? ran([](const TLastRun& r) { return ToUtf8(r.error); })
+                              : TCell(planError)};
+}
+
+// Of a scale of which nothing can be said but why.
+std::vector<TCell> ErrorRow(const TScaleRec& rec, TCell outcome, const std::string& error) {
+    std::vector<TCell> row(StatusTable().columns.size());
+    row[0] = Number(rec.ScaleNumb);
+    row[1] = ToUtf8(rec.ScaleName.View());
+    row[2] = std::move(outcome);
+    row.back() = ToUtf8(error);
+    return row;
+}
+
+// The rows of all scales, and whether something is wrong with them.
+class TStatusRows {
+public:
+    TStatusRows(const TCommandOptions& options, const TWorld& world, const TShop& shop)
+        : options_(options), world_(world), shop_(shop) {}
+
+    // `planned`: null without a database.
+    void Add(const TListedScale& scale, const TScaleResult* planned) {
+        if (!scale.IsUsable()) {
+            const TScaleResult result = UnusableResult(scale);
+            table.rows.push_back(
+                ErrorRow(scale.rec, std::string(OutcomeName(result.outcome)), result.error));
+            ++unusable_;
+            return;
+        }
+        try {
+            const TLedger ledger = LedgerOf(options_, world_, shop_, scale.rec);
+            table.rows.push_back(StatusRow(scale.rec, ledger, options_, planned));
+            if (planned != nullptr && !planned->error.empty()) ++unknown_;
+        } catch (const TFileError& error) {
+            table.rows.push_back(ErrorRow(scale.rec, {}, error.what()));
+            ++unknown_;
+        }
+    }
+    TExitCode ExitCode() const {
+        if (unusable_ > 0 && unusable_ == table.rows.size()) return TExitCode::Usage;
+        return unusable_ + unknown_ > 0 ? TExitCode::SomeFailed : TExitCode::Done;
+    }
+
+    TReportTable table = StatusTable();
+
+private:
+    const TCommandOptions& options_;
+    const TWorld& world_;
+    const TShop& shop_;
+    std::size_t unusable_ = 0;
+    std::size_t unknown_ = 0;
+};
+
+}  // namespace
+
 TAnswer ShowStatus(const TCommandOptions& options, TWorld& world) {
     const TShop shop = ReadShop(options);
-    const std::vector<TScaleRec> scales = ChosenScales(shop, options, world);
+    const std::vector<TListedScale> scales = ChosenScales(shop, options, world);
     TAnswer answer{.report = {.command = "status"}};
     std::optional<TScaleResults> planned;
     if (!options.database.empty()) {
@@ -32,37 +132,11 @@ TAnswer ShowStatus(const TCommandOptions& options, TWorld& world) {
             answer.exitCode = TExitCode::Database;
         }
     }
-    TReportTable table{.key = "scales",
-                       .title = {},
-                       .columns = {{"number", "No"},
-                                   {"name", "Scale"},
-                                   {"outcome", "Last run"},
-                                   {"ended", "Ended"},
-                                   {"written", "Written"},
-                                   {"refused", "Refused"},
-                                   {"held", "Held"},
-                                   {"pending", "Pending"},
-                                   {"version", "Version"},
-                                   {"mayBeProgramming", "May not weigh"},
-                                   {"ledger", "Ledger"},
-                                   {"error", "Error"}}};
-    for (std::size_t i = 0; i < scales.size(); ++i) {
-        const TLedger ledger = LedgerOf(options, world, shop, scales[i]);
-        const auto& run = ledger.LastRun();
-        const auto ran = [&](auto cell) { return run ? TCell(cell(*run)) : TCell(); };
-        table.rows.push_back(
-            {Number(scales[i].ScaleNumb), ToUtf8(scales[i].ScaleName.View()),
-             ran([](const TLastRun& r) { return std::string(OutcomeName(r.outcome)); }),
-             run && run->end ? TCell(UtcText(*run->end)) : TCell(),
-             ran([](const TLastRun& r) { return std::int64_t{r.written}; }),
-             ran([](const TLastRun& r) { return std::int64_t{r.refused}; }),
-             Number(static_cast<std::int64_t>(ledger.Claims().size())),
-             planned ? Number(static_cast<std::int64_t>(planned->scales[i].pending)) : TCell(),
-             ledger.Report() ? TCell(ToUtf8(ledger.Report()->version)) : TCell(),
-             ran([](const TLastRun& r) { return r.mayBeInProgrammingMode; }),
-             ToUtf8(ledger.DropReason()), ran([](const TLastRun& r) { return ToUtf8(r.error); })});
-    }
-    answer.report.tables.push_back(std::move(table));
+    TStatusRows rows(options, world, shop);
+    for (std::size_t i = 0; i < scales.size(); ++i)
+        rows.Add(scales[i], planned ? &planned->scales[i] : nullptr);
+    if (answer.exitCode == TExitCode::Done) answer.exitCode = rows.ExitCode();
+    answer.report.tables.push_back(std::move(rows.table));
     if (options.format == TFormat::Table && !options.quiet)
         world.err << "What the window writes or deletes is not known here." << std::endl;
     return answer;
@@ -70,7 +144,7 @@ TAnswer ShowStatus(const TCommandOptions& options, TWorld& world) {
 
 TAnswer ForgetScale(const TCommandOptions& options, TWorld& world) {
     const TShop shop = ReadShop(options);
-    const std::vector<TScaleRec> scales = ChosenScales(shop.scales, {options.forget});
+    const std::vector<TScaleRec> scales = RecordsOf(ChosenScales(shop.scales, {options.forget}));
     TReportTable table{
         .key = "scales",
         .title = {},

@@ -5,6 +5,8 @@
 #include <memory>
 #include <ostream>
 
+#include "command/EventLog.h"
+#include "command/ExitCode.h"
 #include "system/Clock.h"
 #include "system/LocalTime.h"
 #include "system/RegionalSettings.h"
@@ -21,6 +23,9 @@ struct TWorld {
     std::function<std::chrono::sys_seconds()> now;
     std::function<int()> interrupts;
     TRegionalSettings regional;
+    TTimePoint start{};                      // of the program, by `clock`
+    std::function<void(TExitCode)> leave{};  // ends the process at once
+    TEventLog log{};                         // what --log names; RunCommand opens it
 };
 
 }  // namespace tolvane

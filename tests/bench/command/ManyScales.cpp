@@ -30,12 +30,13 @@ int WriteManyScales(const std::filesystem::path& stateFolder, const std::string&
     options.state = stateFolder;
     options.database = database;
     options.progress = false;
-    std::vector<TScaleRec> scales;
+    std::vector<TListedScale> scales;
     for (const std::string& port : ports) {
         const int number = static_cast<int>(scales.size()) + 1;
-        scales.push_back(NetworkScale(number, "S300", "127.0.0.1",
-                                      static_cast<std::uint16_t>(std::atoi(port.c_str()))));
-        scales.back().ScaleType = kScaleTypeS300;
+        TScaleRec rec = NetworkScale(number, "S300", "127.0.0.1",
+                                     static_cast<std::uint16_t>(std::atoi(port.c_str())));
+        rec.ScaleType = kScaleTypeS300;
+        scales.push_back({.rec = rec});
     }
     const TArticleReading reading = ReadShopArticles(options, world);
     const TScaleResults results =

@@ -1,8 +1,9 @@
 // Problems of articles, whatever the scale.
 
+#include "command/ArticleProblems.h"
+
 #include <gtest/gtest.h>
 
-#include "command/Problems.h"
 #include "tests/support/upload/UploadFixture.h"
 #include "text/Cp1251.h"
 
@@ -12,15 +13,22 @@ namespace {
 // One article, 7 "Eggs", sold for 10 in BGN, the base currency.
 struct TOneArticle {
     TOneArticle()
-        : reading{
-              .articles = *TableOf({Goods(7, "Eggs")}), .promotions = {}, .baseCurrency = "BGN"} {
+        : reading{.articles = *TableOf({Goods(7, "Eggs")}),
+                  .promotions = {},
+                  .baseCurrency = "BGN",
+                  .baseCurrencyName = "lev"} {
         SetPrices(10, 10, "lev");
+        SetWholesale(8, 8);
     }
     TRowId Row() const { return reading.articles.Order().at(0); }
     void SetPrices(double own, double base, std::string_view currency) {
         reading.articles.SetFloat(Row(), TField::PLU_SELL_PRICE, own);
         reading.articles.SetFloat(Row(), TField::PLU_SELL_PRICE_LV, base);
         reading.articles.SetText(Row(), TField::CURR_SELL_NAME, currency);
+    }
+    void SetWholesale(double own, double base) {
+        reading.articles.SetFloat(Row(), TField::PLU_TRADE_PRICE, own);
+        reading.articles.SetFloat(Row(), TField::PLU_TRADE_PRICE_LV, base);
     }
     void Promote(bool isPriceChange, const std::string& currency) {
         reading.promotions = {{.row = Row(), .isPriceChange = isPriceChange, .currency = currency}};
@@ -52,6 +60,42 @@ TEST(ArticleProblems, AnotherSellingCurrencyIsConvertedAndTold) {
     EXPECT_EQ(article.Problem(), "warning: it is sold in euro; the scale gets the price in BGN");
     EXPECT_EQ(article.Problem(kWholesalePrice),
               "warning: it is sold in euro; the scale gets the price in BGN");
+}
+
+// The currencies are compared, not the prices: those may be equal, or zero.
+TEST(ArticleProblems, AnotherSellingCurrencyIsToldWhateverItsRate) {
+    TOneArticle article;
+    article.SetPrices(10, 10, "euro");
+    EXPECT_EQ(article.Problem(), "warning: it is sold in euro; the scale gets the price in BGN");
+    article.SetPrices(0, 0, "euro");
+    EXPECT_EQ(article.Problem(kWholesalePrice),
+              "warning: it is sold in euro; the scale gets the price in BGN");
+}
+
+TEST(ArticleProblems, ABaseCurrencyWithARateChangesTheChosenPrice) {
+    const std::string text =
+        "error: it is sold in lev, the base currency, whose rate is not 1; the scale gets another "
+        "price";
+    TOneArticle retail;
+    retail.SetPrices(10, 20, "lev");
+    EXPECT_EQ(retail.Problem(), text);
+    EXPECT_EQ(retail.Problem(kWholesalePrice), "");
+    TOneArticle wholesale;
+    wholesale.SetWholesale(8, 16);
+    EXPECT_EQ(wholesale.Problem(kWholesalePrice), text);
+    EXPECT_EQ(wholesale.Problem(), "");
+    wholesale.SetWholesale(8, 8.0049);
+    EXPECT_EQ(wholesale.Problem(kWholesalePrice), "") << "the scale gets hundredths";
+}
+
+TEST(ArticleProblems, ADatabaseWithoutABaseCurrencyIsToldOnce) {
+    TOneArticle article;
+    article.reading.baseCurrencyName = "";
+    const auto problems = ProblemsOfArticles(article.reading, kRetailPrice);
+    ASSERT_EQ(problems.size(), 1U);
+    EXPECT_EQ(problems[0].severity, TSeverity::Warning);
+    EXPECT_EQ(problems[0].problem, "no currency is marked as the base currency");
+    EXPECT_EQ(problems[0].number, 0);
 }
 
 TEST(ArticleProblems, NoSellingCurrencyIsNoPrice) {

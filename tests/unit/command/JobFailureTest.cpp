@@ -161,7 +161,7 @@ TEST_F(TJobFailureTest, AScaleWithoutAConnectionIsNotReached) {
     EXPECT_EQ(result.error, "Fail init communication interface: nobody there");
     EXPECT_EQ(result.pending, 3U);
     EXPECT_FALSE(result.mayBeProgramming);
-    EXPECT_EQ(Disk().LastRun()->outcome, TRunOutcome::Dead);
+    EXPECT_EQ(Disk().LastRun()->outcome, TRunOutcome::NotReached);
 }
 
 TEST_F(TJobFailureTest, ASilentScaleIsNotReached) {

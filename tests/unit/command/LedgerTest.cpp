@@ -45,11 +45,12 @@ TEST(Ledger, HoldsWhatWasSaved) {
     const TScratchFolder folder;
     const TLastRun run{.start = kNoon,
                        .end = kNoon + seconds(90),
-                       .outcome = TRunOutcome::Dead,
+                       .outcome = TRunOutcome::NotReached,
                        .error = std::string("\xC2\xE5\xE7\xED\xE0 \"3\"\r\n\x98"),
                        .written = 1,
                        .unchanged = 2,
                        .refused = 3,
+                       .leftOut = 5,
                        .pending = 4,
                        .mayBeInProgrammingMode = true};
     TLedger saved = Saved(folder);

@@ -12,7 +12,7 @@ using std::chrono::seconds;
 
 // The checksum of what follows it was computed by another program.
 constexpr std::string_view kText = R"({
-  "checksum": "550e4de372268759",
+  "checksum": "1fa3ed32ffab777d",
   "format": 1,
   "saved": "2024-05-01T12:01:30Z",
   "scale": {
@@ -43,6 +43,7 @@ constexpr std::string_view kText = R"({
     "written": 1,
     "unchanged": 2,
     "refused": 3,
+    "leftOut": 5,
     "pending": 4,
     "mayBeInProgrammingMode": true
   },
@@ -63,6 +64,7 @@ TLedgerContent Content() {
                                 .written = 1,
                                 .unchanged = 2,
                                 .refused = 3,
+                                .leftOut = 5,
                                 .pending = 4,
                                 .mayBeInProgrammingMode = true},
             .claims = {{7, {0x0123456789abcdef, kNoon}},
@@ -113,13 +115,29 @@ TEST(LedgerText, HasANameForEachOutcome) {
     constexpr std::pair<TRunOutcome, std::string_view> kNames[] = {
         {TRunOutcome::Running, "running"}, {TRunOutcome::Done, "done"},
         {TRunOutcome::Failed, "failed"},   {TRunOutcome::Stopped, "stopped"},
-        {TRunOutcome::Locked, "locked"},   {TRunOutcome::Dead, "dead"}};
+        {TRunOutcome::Locked, "locked"},   {TRunOutcome::NotReached, "not reached"}};
     for (const auto& [outcome, name] : kNames) {
         EXPECT_EQ(OutcomeName(outcome), name);
         TLedgerContent content = Content();
         content.lastRun->outcome = outcome;
         EXPECT_EQ(ParseLedgerText(LedgerText(content)), content);
     }
+}
+
+// Files of the version before: "dead" where no scale was reached, and nothing about articles that
+// were left out. The checksum was computed by another program.
+TEST(LedgerText, IsReadAsFormerVersionsWroteIt) {
+    std::string text(kText);
+    const auto replace = [&](std::string_view from, std::string_view to) {
+        text.replace(text.find(from), from.size(), to);
+    };
+    replace("    \"leftOut\": 5,\n", "");
+    replace("running", "dead");
+    replace("1fa3ed32ffab777d", "ed6e1b99addd563a");
+    TLedgerContent content = Content();
+    content.lastRun->outcome = TRunOutcome::NotReached;
+    content.lastRun->leftOut = 0;
+    EXPECT_EQ(ParseLedgerText(text), content);
 }
 
 TEST(LedgerText, ShowsEveryByteThatIsNotAsItWas) {

@@ -1,8 +1,10 @@
-#include "command/Problems.h"
+// Problems of scales, and of their articles.
 
 #include <gtest/gtest.h>
 
+#include "command/InScaleProblems.h"
 #include "command/ProblemTable.h"
+#include "command/ScaleProblems.h"
 #include "tests/support/scales/TestScales.h"
 #include "tests/support/upload/UploadFixture.h"
 #include "text/Cp1251.h"
@@ -26,8 +28,15 @@ TEvents Lines(const std::vector<TProblem>& problems) {
     return lines;
 }
 
+std::vector<TListedScale> Listed(const std::vector<TScaleRec>& scales) {
+    std::vector<TListedScale> listed;
+    for (const TScaleRec& rec : scales)
+        listed.push_back({.rec = rec});
+    return listed;
+}
+
 TEvents OfScales(const std::vector<TScaleRec>& scales) {
-    return Lines(ProblemsOfScales(scales, [](std::uint32_t) { return true; }));
+    return Lines(ProblemsOfScales(Listed(scales), [](std::uint32_t) { return true; }));
 }
 
 TScaleRec Evl() {
@@ -72,15 +81,23 @@ TEST(ProblemsOfScales, WarnOfTheSameNumber) {
                       "own"});
 }
 
-TEST(ProblemsOfScales, TellUnknownModelsAndConnections) {
+TEST(ProblemsOfScales, TellUnknownModelsSpeedsAndCodeTables) {
     TScaleRec rec = NetworkScale(1, "Meat");
     rec.ScaleType = 17;
     EXPECT_EQ(OfScales({rec}),
               TEvents{"error: model 17 is unknown; it would get price, name, best-before and "
                       "barcode only | choose the model"});
-    rec = NetworkScale(1, "Meat");
-    rec.CommType = 3;
-    EXPECT_EQ(OfScales({rec}), TEvents{"error: its kind of connection is unknown | choose one"});
+    rec = tolvane::SerialScale(1, "Meat", "COM1");
+    rec.BaudRate = 5;
+    EXPECT_EQ(OfScales({rec}), TEvents{"error: speed 5 is unknown; it would be spoken to with "
+                                       "38400 bit/s | choose the speed"});
+    for (const int table : {-1, 3, 258}) {
+        rec = NetworkScale(1, "Meat");
+        rec.Encoding = table;
+        EXPECT_EQ(OfScales({rec}), TEvents{"error: code table " + std::to_string(table) +
+                                           " is unknown; the scale would show other letters | "
+                                           "choose the code table"});
+    }
 }
 
 TEST(ProblemsOfScales, TellAddressesThatAreNoneAndNetworksWithoutAWay) {
@@ -88,7 +105,7 @@ TEST(ProblemsOfScales, TellAddressesThatAreNoneAndNetworksWithoutAWay) {
               TEvents{"error: \"scale.local\" is not an IP address | correct the scale's address"});
     std::vector<std::uint32_t> asked;
     const auto problems = ProblemsOfScales(
-        {NetworkScale(1, "Meat", "10.0.0.5", 100), tolvane::SerialScale(2, "Milk", "COM1")},
+        Listed({NetworkScale(1, "Meat", "10.0.0.5", 100), tolvane::SerialScale(2, "Milk", "COM1")}),
         [&](std::uint32_t address) {
             asked.push_back(address);
             return false;
@@ -99,6 +116,22 @@ TEST(ProblemsOfScales, TellAddressesThatAreNoneAndNetworksWithoutAWay) {
                       "correct the scale's address"});
     EXPECT_EQ(problems[0].scale, 1);
     EXPECT_EQ(problems[0].name, "Meat");
+}
+
+// It has no place on the wire that another one could have, too.
+TEST(ProblemsOfScales, TellWhyNoRunCanUseAScale) {
+    const TListedScale faulty = {.rec = NetworkScale(1, "Meat", "", 0),
+                                 .fault = "it has no address",
+                                 .cure = "enter the address"};
+    const auto problems = ProblemsOfScales({faulty, {.rec = NetworkScale(2, "Milk")}, faulty},
+                                           [](std::uint32_t) { return true; });
+    EXPECT_EQ(Lines(problems),
+              (TEvents{"error: it has no address | enter the address",
+                       "warning: it has the number of scale \"Meat\"; what has changed cannot be "
+                       "told, so everything is written each time | give each scale a number of its "
+                       "own",
+                       "error: it has no address | enter the address"}));
+    EXPECT_EQ(problems[0].scale, 1);
 }
 
 TEST(ProblemsInScale, FindNothingInAnArticleThatFits) {

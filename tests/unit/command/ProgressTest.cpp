@@ -70,6 +70,21 @@ TEST_F(TProgressTest, TellsHowAScaleHasEnded) {
               "\r\x1b[K3 Мляко  failed, 5 written, 4 unchanged, 3 deleted, 2 refused, 1 pending\n");
 }
 
+// It stands where the bars stood, and they are drawn anew below it.
+TEST_F(TProgressTest, ALineForEverybodyStandsAboveTheBars) {
+    TProgress progress(out, true, true, clock);
+    progress.Add(milk);
+    progress.Add(NetworkScale(4, "Meat"));
+    progress.Tell("Early.");
+    EXPECT_EQ(Printed(), "Early.\n");
+    const std::string bars = "\r\x1b[K3 Мляко  waiting\n\r\x1b[K4 Meat  waiting\n";
+    EXPECT_EQ(Drawn(progress), bars);
+    progress.Tell("Interrupted.");
+    EXPECT_EQ(Printed(), "\x1b[2A\r\x1b[JInterrupted.\n");
+    EXPECT_EQ(Drawn(progress), bars);
+    EXPECT_EQ(Drawn(progress), "\x1b[2A" + bars);
+}
+
 TEST_F(TProgressTest, IsNeverWiderThanATerminal) {
     TProgress progress(out, true, true, clock);
     const std::string longName(40, 'M');
@@ -117,6 +132,8 @@ TEST_F(TProgressTest, PrintsNothingWhenItIsNotShown) {
         progress.Begins(scale, 2);
         progress.Ends(scale, {});
         EXPECT_EQ(Drawn(progress), "");
+        progress.Tell("But for this.");
+        EXPECT_EQ(Printed(), "But for this.\n");
     }
 }
 

@@ -124,5 +124,21 @@ TEST(RunLock, IsNotHeldWhereItCannotBeCreated) {
     EXPECT_TRUE(clock.pauses.empty());
 }
 
+TEST(RunLock, IsSeenWithoutBeingHeld) {
+    const TScratchFolder folder;
+    TRecordingClock clock;
+    EXPECT_FALSE(IsRunLockHeld(folder / "none", TcpScale()));
+    EXPECT_FALSE(IsRunLockHeld(folder.Path(), TcpScale()));
+    {
+        const TRunLock lock = Lock(folder.Path(), TcpScale(), clock);
+        EXPECT_TRUE(IsRunLockHeld(folder.Path(), TcpScale()));
+        EXPECT_FALSE(IsRunLockHeld(folder.Path(), UdpScale()));
+    }
+    EXPECT_FALSE(IsRunLockHeld(folder.Path(), TcpScale()));
+    // What a killed run has left.
+    PutFile(folder / RunLockName(TcpScale()), "1\n");
+    EXPECT_FALSE(IsRunLockHeld(folder.Path(), TcpScale()));
+}
+
 }  // namespace
 }  // namespace tolvane::test

@@ -110,6 +110,26 @@ TEST(Settings, AFileThatIsNamedHasToBeThere) {
     EXPECT_EQ(line.Refusal({"write"}), text);
 }
 
+TEST(Settings, AFileWhoseSettingsStandInNoSectionIsRefused) {
+    const TCommandLine line;
+    for (const char* text : {"jobs=3\n", "[Tolvan]\njobs=3\n", "; a comment\n x\n"}) {
+        const std::string config = line.Config(text);
+        EXPECT_EQ(line.Refusal({"write", "--config", config}),
+                  "The configuration file " + config +
+                      " has no section [tolvane], in which the settings stand.");
+    }
+    for (const char* text : {"", "\r\n", " ; jobs=3\n# jobs=3\n", "[tolvane]", "[TOLVANE]\n"})
+        EXPECT_EQ(line.Options({"write", "--config", line.Config(text)}).jobs, 0U) << text;
+}
+
+TEST(Settings, AFileThatCannotBeReadIsToldInEnglish) {
+    const TCommandLine line;
+    const std::string folder = line.folder.Path().string();
+    const std::string refusal = line.Refusal({"write", "--config", folder});
+    EXPECT_TRUE(refusal.starts_with("The configuration file " + folder + " cannot be read: "))
+        << refusal;
+}
+
 TEST(Settings, AnUnknownOneIsRefusedAndNamesTheNearest) {
     const TCommandLine line;
     const std::string config = line.Config("[tolvane]\n; a comment\n# another\nlock_wait=5\n");

@@ -1,0 +1,95 @@
+#include "command/ScaleList.h"
+
+#include <optional>
+#include <string_view>
+
+#include "config/ScaleTable.h"
+#include "text/Numbers.h"
+
+namespace tolvane {
+namespace {
+
+constexpr std::size_t kLongestAddress = sizeof(TScaleRec::TCPAddress.characters);
+
+// One section as its file spells it.
+class TSectionCheck {
+public:
+    TSectionCheck(const TIniDocument& document, int slot, const TScaleRec& rec)
+        : document_(document), section_("SCALE" + std::to_string(slot)), scale_{.rec = rec} {}
+
+    bool IsThere() const { return document_.HasSection(section_); }
+    TListedScale Check() {
+        CheckNumber("CommType", "kind of connection", kCommSerial, kCommUdp, "choose one");
+        CheckAddress();
+        if (scale_.rec.CommType == kCommTcp)
+            CheckNumber("TCPPort", "port", 1, 65535, "correct the port");
+        if (scale_.rec.CommType == kCommSerial) {
+            CheckNumber("ScaleAddr", "address on the line", 0, 255, "correct the address");
+            CheckNumber("BaudRate", "speed", 0, 255, "choose the speed");
+        }
+        if (scale_.rec.TCPPort == 0)
+            Fail("its port is 0, which marks a scale that is not in use", "correct the port");
+        return scale_;
+    }
+
+private:
+    // The first fault is told.
+    void Fail(std::string fault, std::string cure) {
+        if (!scale_.IsUsable()) return;
+        scale_.fault = std::move(fault);
+        scale_.cure = std::move(cure);
+    }
+    void CheckAddress() {
+        const std::string address = document_.ReadText(section_, "TCPAddress", "");
+        if (address.empty())
+            Fail("it has no address", "enter the address, or the serial port");
+        else if (address.size() > kLongestAddress)
+            Fail("its address \"" + address + "\" is longer than " +
+                     std::to_string(kLongestAddress) + " characters",
+                 "correct the address");
+    }
+    // A key that is missing or empty has its default.
+    void CheckNumber(std::string_view key, const std::string& name, std::int32_t lowest,
+                     std::int32_t highest, const std::string& cure) {
+        const std::string text = document_.ReadText(section_, key, "");
+        if (text.empty()) return;
+        const std::optional<std::int32_t> number = ParseInteger(text);
+        if (number && *number >= lowest && *number <= highest) return;
+        Fail("its " + name + " \"" + text + "\" is not a number from " + std::to_string(lowest) +
+                 " to " + std::to_string(highest),
+             cure);
+    }
+
+    const TIniDocument& document_;
+    std::string section_;
+    TListedScale scale_;
+};
+
+}  // namespace
+
+std::vector<TListedScale> ListedScales(const TIniDocument& document) {
+    TScaleTable table;
+    table.Load(document);
+    std::vector<TListedScale> scales;
+    for (int slot = 1; slot <= kScaleSlots; ++slot) {
+        TSectionCheck section(document, slot, table[slot]);
+        if (section.IsThere()) scales.push_back(section.Check());
+    }
+    return scales;
+}
+
+std::vector<TScaleRec> RecordsOf(const std::vector<TListedScale>& scales) {
+    std::vector<TScaleRec> records;
+    for (const TListedScale& scale : scales)
+        records.push_back(scale.rec);
+    return records;
+}
+
+std::vector<TScaleRec> UsableOf(const std::vector<TListedScale>& scales) {
+    std::vector<TScaleRec> records;
+    for (const TListedScale& scale : scales)
+        if (scale.IsUsable()) records.push_back(scale.rec);
+    return records;
+}
+
+}  // namespace tolvane
