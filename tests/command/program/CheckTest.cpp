@@ -82,6 +82,48 @@ TEST_F(CheckTest, ASellingCurrencyThatIsNotTheBaseIsTold) {
         << problem;
 }
 
+TEST_F(CheckTest, AnotherCurrencyIsToldEvenWhenThePriceIsTheSame) {
+    Sql("update N_CURRENCY set CURR_COURCE = 1, CURR_COURCEFOR = 1");
+    EXPECT_EQ(
+        OnlyProblem("update PLUES set PLU_SELLCURR_ID = 2 where PLU_NUMB = 101").at("problem"),
+        "it is sold in Български лев; the scale gets the price in EUR");
+}
+
+// The retail price is none of its business then.
+TEST_F(CheckTest, AZeroRetailPriceDoesNotHideTheCurrencyOfTheWholesalePrice) {
+    Sql("update PLUES set PLU_SELLCURR_ID = 2, PLU_SELL_PRICE = 0 where PLU_NUMB = 101");
+    const TRun run = Run({"check", "--price", "wholesale", "--json"});
+    EXPECT_EQ(run.exitCode, 6);
+    ASSERT_EQ(run.Rows("problems").size(), 1U) << run.out;
+    EXPECT_EQ(run.Rows("problems")[0].at("severity"), "warning");
+}
+
+TEST_F(CheckTest, WhatIsAssumedOfAScaleThatWasNeverReachedIsTold) {
+    const auto assumed = Run({"check", "--json"}).Rows("assumed");
+    ASSERT_EQ(assumed.size(), 1U);
+    EXPECT_EQ(assumed[0].at("scale"), 1);
+    EXPECT_EQ(assumed[0].at("capacity"), 65535);
+    EXPECT_EQ(assumed[0].at("labelMode"), 2);
+    EXPECT_NE(Run({"check"}).out.find("Not known of these scales, and assumed"), std::string::npos);
+    EXPECT_EQ(Run({"check", "--show", "1", "--json"}).Rows("assumed"), assumed);
+    const TRun csv = Run({"check", "--csv"});
+    EXPECT_EQ(csv.exitCode, 0);
+    EXPECT_EQ(csv.err,
+              "tolvane: scale 1 Щанд 1 has not told what it holds; assumed: capacity 65535, label "
+              "mode 2\n");
+    EXPECT_EQ(Run({"check", "--csv", "-q"}).err, "");
+}
+
+TEST_F(CheckTest, ALedgerThatCannotBeReadIsAProblemOfItsScaleAlone) {
+    std::filesystem::create_directories(LedgerOf(1));
+    const TRun run = Run({"check", "--json"});
+    EXPECT_EQ(run.exitCode, 6) << run.err;
+    const auto problems = run.Rows("problems");
+    ASSERT_EQ(problems.size(), 1U) << run.out;
+    EXPECT_EQ(problems[0].at("scale"), 1);
+    EXPECT_NE(std::string(problems[0].at("problem")).find("cannot be read"), std::string::npos);
+}
+
 TEST_F(CheckTest, ATableShowsTheSameToAPerson) {
     Sql("update BARCODES set PLU_BARCODE = '123' where PLU_NUMB = 103");
     const TRun run = Run({"check"});

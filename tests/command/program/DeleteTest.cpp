@@ -48,7 +48,8 @@ TEST_F(DeleteTest, EverythingIsDeletedOnlyWithYes) {
 
 TEST_F(DeleteTest, ANumberThatTheScaleDoesNotHaveIsTold) {
     const TRun run = Run({"delete", "--plu", "25", "--scale", "1", "--json"});
-    EXPECT_EQ(run.exitCode, 0) << "the scale does not hold it";
+    EXPECT_EQ(run.exitCode, 3) << run.err;
+    EXPECT_EQ(run.Scale(1).at("outcome"), "done");
     const auto articles = run.Rows("articles");
     ASSERT_EQ(articles.size(), 1U) << run.out;
     EXPECT_EQ(articles[0].at("number"), 25);

@@ -59,6 +59,22 @@ TEST_F(FailuresTest, NoPasswordFile) {
     ExpectFailure(RunWithLogin("127.0.0.1/9:shop.fdb", "no-file"), 2, "There is no password file");
 }
 
+// Some editors put it before every text.
+TEST_F(FailuresTest, AMarkOfUtf8IsNoPartOfAPassword) {
+    AddDeadScale(1);
+    PutFile(folder_ / "password",
+            "\xEF\xBB\xBF" + Environment("TOLVANE_FB_PASSWORD") + "\r\nnot this line\n");
+    EXPECT_EQ(RunBare(OnServer({"articles"})).exitCode, 0);
+}
+
+// The folder is there, but no file.
+TEST_F(FailuresTest, AFileThatCannotBeReadIsToldInEnglish) {
+    ExpectFailure(RunBare({"scales", "--ini", folder_.Path().string()}), 2,
+                  "The scale list " + folder_.Path().string() + " cannot be read: ");
+    AddDeadScale(1);
+    ExpectFailure(RunWithLogin("127.0.0.1/9:shop.fdb", "."), 2, "The password file ");
+}
+
 TEST_F(FailuresTest, NoClientLibrary) {
     AddDeadScale(1);
     ExpectFailure(Run({"articles", "--client-library", "no-such-client"}), 4, "no-such-client");
@@ -67,10 +83,6 @@ TEST_F(FailuresTest, NoClientLibrary) {
 TEST_F(FailuresTest, NoScaleList) {
     ExpectFailure(RunBare({"write", "--ini", (folder_ / "no.ini").string()}), 2,
                   "Name the module's Tolvane.ini with --ini.");
-}
-
-TEST_F(FailuresTest, AScaleListWithoutScales) {
-    ExpectFailure(Run({"write"}), 2, "The scale list holds no scale.");
 }
 
 TEST_F(FailuresTest, NoScaleIsChecked) {
@@ -111,7 +123,7 @@ TEST_F(FailuresTest, ADeadScaleCostsOnlyItself) {
     EXPECT_EQ(run.Scale(1).at("outcome"), "not reached");
     EXPECT_EQ(run.Scale(1).at("pending"), 3);
     EXPECT_EQ(NumbersOf(scale), (std::vector<int>{1, 2, 4}));
-    EXPECT_EQ(Run({"status", "--json"}).Scale(1).at("outcome"), "dead");
+    EXPECT_EQ(Run({"status", "--json"}).Scale(1).at("outcome"), "not reached");
 }
 
 TEST_F(FailuresTest, AScaleThatDropsTheConnectionIsContinuedByTheNextRun) {

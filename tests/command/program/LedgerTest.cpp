@@ -78,6 +78,41 @@ TEST_F(LedgerTest, WithADatabaseThatCannotBeReadStatusTellsBoth) {
     EXPECT_EQ(run.Scale(1).at("held"), 3);
 }
 
+TEST_F(LedgerTest, AfterATestNothingIsAssumedByCheck) {
+    ASSERT_EQ(Run({"test"}).exitCode, 0);
+    EXPECT_EQ(Run({"check", "--json"}).Rows("assumed").size(), 0U);
+}
+
+TEST_F(LedgerTest, WhatTheLastRunHasLeftOutIsCounted) {
+    Sql("update BARCODES set PLU_BARCODE = '123' where PLU_NUMB = 103");
+    ASSERT_EQ(Run({"write"}).exitCode, 0);
+    EXPECT_EQ(Run({"status", "--json"}).Scale(1).at("leftOut"), 1);
+}
+
+TEST_F(LedgerTest, ALedgerThatCannotBeReadHidesNoOtherScale) {
+    AddScale(2);
+    ASSERT_EQ(Run({"write"}).exitCode, 0);
+    std::filesystem::remove(LedgerOf(1));
+    std::filesystem::create_directories(LedgerOf(1));
+    for (const TWords& words :
+         {TWords{"status", "--json"}, {"write", "--changed", "--dry-run", "--json"}}) {
+        const TRun run = Run(words);
+        EXPECT_EQ(run.exitCode, 3) << run.err;
+        EXPECT_NE(std::string(run.Scale(1).at("error")).find("cannot be read"), std::string::npos);
+        EXPECT_EQ(run.Scale(2).at("outcome"), "done");
+        EXPECT_EQ(run.Scale(2).at("pending"), 0);
+    }
+}
+
+TEST_F(LedgerTest, ARunThatWasKilledIsToldFromOneAtWork) {
+    scale_->SetFaults({.faults = {simulator::FaultFromText("slow,ms=200")}});
+    std::unique_ptr<TProcess> run = Start({"write"});
+    ASSERT_TRUE(scale_->WaitForRequests(8, std::chrono::seconds(30)));
+    EXPECT_EQ(RunBeside({"status", "--json"}).Scale(1).at("outcome"), "running");
+    run.reset();
+    EXPECT_EQ(RunBeside({"status", "--json"}).Scale(1).at("outcome"), "broken off");
+}
+
 TEST_F(LedgerTest, WhatIsForgottenIsWrittenAgain) {
     ASSERT_EQ(Run({"write"}).exitCode, 0);
     const TRun run = Run({"ledger", "forget", "Щанд 1", "--json"});

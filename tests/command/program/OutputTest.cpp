@@ -47,30 +47,6 @@ TEST_F(OutputTest, ATableShowsWhatSaysSomething) {
     EXPECT_NE(row.find("done"), std::string::npos);
 }
 
-TEST_F(OutputTest, TheLogHasAnObjectForEachEvent) {
-    const std::filesystem::path file = folder_ / "run.log";
-    ASSERT_EQ(Run({"write", "--log", file.string()}).exitCode, 0);
-    ASSERT_EQ(Run({"write", "--changed", "--log", file.string()}).exitCode, 0);
-    std::istringstream lines(GetFile(file));
-    std::vector<nlohmann::json> events;
-    for (std::string line; std::getline(lines, line);)
-        events.push_back(nlohmann::json::parse(line));
-    ASSERT_EQ(events.size(), 7U) << GetFile(file);
-    EXPECT_EQ(events[0].at("event"), "connected");
-    EXPECT_EQ(events[0].at("scale"), 1);
-    EXPECT_EQ(events[0].at("articles"), 3);
-    EXPECT_EQ(events[1].at("event"), "written");
-    EXPECT_EQ(events[1].at("number"), 1);
-    EXPECT_EQ(events[1].at("text"), "Ябълки");
-    EXPECT_EQ(events[4].at("event"), "scale");
-    EXPECT_EQ(events[4].at("outcome"), "done");
-    EXPECT_EQ(events[4].at("written"), 3);
-    EXPECT_EQ(events[6].at("unchanged"), 3);
-    const std::string time = events[0].at("time");
-    EXPECT_EQ(time.size(), std::string("2026-11-22T10:00:00Z").size());
-    EXPECT_EQ(GetFile(file).find("masterkey"), std::string::npos);
-}
-
 TEST_F(OutputTest, ATraceIsACaptureFile) {
     const std::filesystem::path file = folder_ / "run.pcapng";
     ASSERT_EQ(Run({"write", "--trace", file.string()}).exitCode, 0);

@@ -141,7 +141,11 @@ TStart TProgramTest::StartOf(const TWords& words, const std::string& name) const
 }
 
 std::unique_ptr<TProcess> TProgramTest::Start(const TWords& words) {
-    return std::make_unique<TProcess>(StartOf(WithShop(words), "run"));
+    return StartBare(WithShop(words));
+}
+
+std::unique_ptr<TProcess> TProgramTest::StartBare(const TWords& words) {
+    return std::make_unique<TProcess>(StartOf(words, "run"));
 }
 
 TRun TProgramTest::Ended(TProcess& process) {

@@ -57,6 +57,7 @@ protected:
     // With nothing added.
     TRun RunBare(const TWords& words);
     std::unique_ptr<TProcess> Start(const TWords& words);
+    std::unique_ptr<TProcess> StartBare(const TWords& words);
     // What a started program has printed.
     TRun Ended(TProcess& process);
     // Run while another program runs.

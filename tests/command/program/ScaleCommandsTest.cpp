@@ -13,10 +13,12 @@ TEST_F(ScaleCommandsTest, ATestTellsWhatEachScaleReports) {
     AddScale(2, TModel::Ets);
     const TRun run = Run({"test", "--json"});
     EXPECT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_EQ(run.Scale(1).at("model"), "S300");
     EXPECT_EQ(run.Scale(1).at("version"), "3.02");
     EXPECT_EQ(run.Scale(1).at("capacity"), 4000);
     EXPECT_EQ(run.Scale(1).at("labelMode"), 2);
     EXPECT_GT(run.Scale(1).at("exchangeMs"), 0.0);
+    EXPECT_EQ(run.Scale(2).at("model"), "ETS");
     EXPECT_EQ(run.Scale(2).at("version"), "2.10");
     EXPECT_FALSE(scale.State().programming);
     EXPECT_EQ(CountOf(scale, simulator::kSetParam), 0);

@@ -18,6 +18,42 @@ TEST_F(SystemFailuresTest, OutputThatCannotBeWrittenIsAnError) {
     EXPECT_NE(run.err.find("Standard output cannot be written."), std::string::npos) << run.err;
 }
 
+// When all else went well; otherwise the first failure is told by the code.
+TEST_F(SystemFailuresTest, ALogThatCannotBeWrittenToItsEndIsAFailure) {
+    AddScale(1);
+    for (const TWords& words : {TWords{"scales"}, {"test"}}) {
+        TWords all = words;
+        all.insert(all.end(), {"--json", "--log", "/dev/full"});
+        const TRun run = Run(all);
+        EXPECT_EQ(run.exitCode, 3) << words[0];
+        EXPECT_EQ(run.Json().at("exitCode"), 3);
+        EXPECT_NE(run.err.find("tolvane: The log could not be written to its end."),
+                  std::string::npos)
+            << run.err;
+    }
+    list_.clear();
+    AddDeadScale(1);
+    EXPECT_EQ(Run({"test", "--log", "/dev/full"}).exitCode, 5);
+}
+
+// The ledger is smaller, and so is the report.
+TEST_F(SystemFailuresTest, ATraceThatCannotBeWrittenToItsEndIsAFailure) {
+    AddScale(1);
+    TWords words = {"delete", "--json", "--trace", (folder_ / "trace").string(), "--plu"};
+    for (int number = 1; number <= 30; ++number)
+        words.push_back(std::to_string(number));
+    words = WithShop(words);
+    TRun run;
+    {
+        const TFileLimit limit(4000);
+        run = RunBare(words);
+    }
+    EXPECT_EQ(run.exitCode, 3) << run.err;
+    EXPECT_EQ(run.Scale(1).at("outcome"), "done") << run.out;
+    EXPECT_EQ(run.Scale(1).at("deleted"), 30);
+    EXPECT_NE(run.err.find("tolvane: The trace ends early"), std::string::npos) << run.err;
+}
+
 TEST_F(SystemFailuresTest, AFullDiskStopsTheScaleBeforeItIsWritten) {
     const TVirtualScale& scale = AddScale(1);
     // The engine would write into the database file as well.
@@ -68,11 +104,12 @@ TEST_F(SystemFailuresTest, FilesThatCannotBeLookedForAreTold) {
     const std::string name(300, 'x');
     const TRun config = RunBare({"scales", "--config", (folder_ / name).string()});
     EXPECT_EQ(config.exitCode, 2);
-    EXPECT_NE(config.err.find("cannot be read: File name too long."), std::string::npos)
+    EXPECT_NE(config.err.find("cannot be read: File name too long (36)."), std::string::npos)
         << config.err;
     const TRun list = RunBare({"scales", "--ini", (folder_ / name).string()});
     EXPECT_EQ(list.exitCode, 2);
-    EXPECT_NE(list.err.find("cannot be read: File name too long."), std::string::npos) << list.err;
+    EXPECT_NE(list.err.find("cannot be read: File name too long (36)."), std::string::npos)
+        << list.err;
 }
 
 }  // namespace

@@ -166,12 +166,38 @@ TEST_F(WriteTest, OneLinkAfterTheOtherWritesTheSame) {
     EXPECT_EQ(NumbersOf(*second_), (std::vector<int>{1, 2, 4}));
 }
 
+TEST_F(WriteTest, AnArticleThatWasAskedForAndIsLeftOutIsAFailure) {
+    Sql("update BARCODES set PLU_BARCODE = '123' where PLU_NUMB = 103");
+    EXPECT_EQ(Run({"write", "--plu", "3", "--dry-run"}).exitCode, 3);
+    const TRun run = Run({"write", "--plu", "1,3", "--json"});
+    EXPECT_EQ(run.exitCode, 3) << run.err;
+    EXPECT_EQ(run.Scale(1).at("outcome"), "done");
+    EXPECT_EQ(run.Scale(1).at("leftOut"), 1);
+    EXPECT_EQ(run.Rows("articles").at(0).at("number"), 3);
+    EXPECT_EQ(Run({"write", "--plu", "1"}).exitCode, 0) << "the others are none of its business";
+}
+
+TEST_F(WriteTest, ADryRunWithRefusalsIsAFailure) {
+    Sql("update PLUES set PLU_SELL_PRICE = 10000 where PLU_NUMB = 103");
+    const TRun run = Run({"write", "--dry-run", "--json"});
+    EXPECT_EQ(run.exitCode, 3) << run.err;
+    EXPECT_EQ(run.Scale(1).at("outcome"), "failed");
+    EXPECT_EQ(run.Scale(1).at("refused"), 1);
+    EXPECT_EQ(run.Scale(2).at("outcome"), "done");
+}
+
+// A whole write would take 40 requests, and so 20 seconds.
 TEST_F(WriteTest, ADeadlineEndsTheRunBetweenTwoArticles) {
-    const TRun run = Run({"write", "--deadline", "0s", "--json"});
+    for (TVirtualScale* scale : {first_, second_})
+        scale->SetFaults({.faults = {simulator::FaultFromText("slow,ms=500")}});
+    const TRun run = Run({"write", "--deadline", "10s", "--json"});
     EXPECT_EQ(run.exitCode, 3);
-    EXPECT_NE(run.err.find("The deadline has passed"), std::string::npos) << run.err;
+    EXPECT_NE(run.err.find("The deadline has passed: each scale ends"), std::string::npos)
+        << run.err;
     EXPECT_EQ(run.Scale(1).at("outcome"), "stopped");
     EXPECT_FALSE(first_->State().programming);
+    for (TVirtualScale* scale : {first_, second_})
+        scale->SetFaults({});
     EXPECT_EQ(Run({"write", "--changed"}).exitCode, 0);
     EXPECT_EQ(NumbersOf(*first_), (std::vector<int>{1, 2, 3}));
 }
