@@ -27,7 +27,7 @@ struct TExitText {
     std::string_view text;
 };
 inline constexpr auto kExitTexts = std::to_array<TExitText>({
-    {TExitCode::Done, "done, or nothing to do"},
+    {TExitCode::Done, "done"},
     {TExitCode::Internal, "internal error"},
     {TExitCode::Usage, "usage or configuration"},
     {TExitCode::SomeFailed, "some scales or articles failed"},

@@ -91,8 +91,8 @@ checks_words() {
 3|some scales or articles failed
 4|database
 5|no scale reached
-6|check found problems
-11|another run holds the lock
+6|check or scales found problems
+11|another run works on the scale
 130|interrupted
 WORDS
     # As systemd calls it.

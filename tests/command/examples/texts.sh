@@ -28,6 +28,20 @@ for option in $("$folder/tolvane" --help | grep -oE '^  (-., ?)?--[a-z0-9-]+' | 
     expect "the page has $option" "*$option*" "$page"
 done
 
+# The exit codes have the same words wherever people meet them.
+codes=$("$folder/tolvane" --help | sed -nE '/^Ends with:/,$s/^  ([0-9]+) +(.*)$/\1|\2/p')
+expect "the help has all codes" "9" "$(printf '%s\n' "$codes" | wc -l)"
+while IFS='|' read -r code words; do
+    expect "tolvane-failed says the words of $code" "run: $words ($code)" \
+        "$("$ROOT/tools/systemd/tolvane-failed" run "$code")"
+    expect "exit-codes.yml has the words of $code" "  $code: $words" \
+        "$(grep -E "^  $code: " "$ROOT/tools/ansible/exit-codes.yml")"
+    for page in command chain; do
+        expect "$page.md has the words of $code" "| $code | $words |*" \
+            "$(grep -E "^\| $code \|" "$ROOT/docs/$page.md")"
+    done
+done <<<"$codes"
+
 # complete <word>...: what bash offers for the last word, sorted.
 complete_words() {
     bash -c 'source "$0"; COMP_WORDS=("$@"); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _tolvane

@@ -16,11 +16,12 @@ def words_of(answer, exit_codes):
 
 
 def errors_of(answer):
-    """What the command or Ansible said of it, on one line."""
+    """What the command or Ansible said of it, on one line; not of scales, which have rows of their own."""
     code = answer.get("rc")
     if code == 0:
         return ""
-    return " ".join(answer.get("msg" if code is None else "stderr", "").split())
+    lines = answer.get("msg" if code is None else "stderr", "").splitlines()
+    return " ".join(" ".join(line.split()) for line in lines if not line.startswith("tolvane: scale "))
 
 
 def scales_of(answer):
