@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "command/PlannedResults.h"
+#include "config/IniFile.h"
 #include "upload/LabelTexts.h"
 
 namespace tolvane {
@@ -57,9 +58,36 @@ void TLedgerJob::Work(TElicomScale& scale, const TScaleVersion& version) {
     WorkWithLedger(scale, version);
 }
 
+// As a killed run leaves it.
+void TLedgerJob::Entering() {
+    TLastRun run;
+    run.start = start_;
+    Ledger().SetLastRun(run);
+    Ledger().SetMayBeProgramming(true);
+    Ledger().Save(Now());
+}
+
+void TLedgerJob::ReplyDidNotFit() {
+    Ledger().Drop("a reply of the scale did not fit its request");
+}
+
+// The scale is not asked; what the ledger says of one that another run works on is that run's.
+void TLedgerJob::NotBegun() {
+    Begin();
+    if (ledger_ && result_.outcome == TScaleOutcome::Stopped)
+        result_.mayBeProgramming = Ledger().MayBeProgramming();
+}
+
+bool TLedgerJob::NoteMode() {
+    const bool before = Ledger().MayBeProgramming();
+    result_.mayBeProgramming = MayBeProgramming().value_or(before);
+    Ledger().SetMayBeProgramming(result_.mayBeProgramming);
+    return result_.mayBeProgramming != before;
+}
+
 void TLedgerJob::End() {
-    if (!ledger_) return;
-    result_.ledgerNote = ledger_->DropReason();
+    result_.ledgerNote = Ledger().DropReason();
+    NoteMode();
     ledger_->SetLastRun({.start = start_,
                          .end = Now(),
                          .outcome = InLedger(result_.outcome),
@@ -68,23 +96,13 @@ void TLedgerJob::End() {
                          .unchanged = Count(result_.unchanged),
                          .refused = Count(result_.refused.size()),
                          .leftOut = Count(result_.leftOut.size()),
-                         .pending = Count(result_.pending),
-                         .mayBeInProgrammingMode = result_.mayBeProgramming});
+                         .pending = Count(result_.pending)});
     ledger_->Save(Now());
-}
-
-void TLedgerJob::Withdraw(const std::vector<std::int32_t>& numbers) {
-    // As a killed run leaves it.
-    TLastRun run;
-    run.start = start_;
-    run.mayBeInProgrammingMode = true;
-    Ledger().SetLastRun(run);
-    Ledger().Withdraw(numbers, Now());
 }
 
 void TLedgerJob::Delete(TElicomScale& scale, const std::vector<std::int32_t>& numbers,
                         TDeleteForm form) {
-    Withdraw(numbers);
+    Ledger().Withdraw(numbers, Now());
     const std::size_t before = result_.written + result_.refused.size();
     for (std::size_t i = 0; i < numbers.size() && !IsStopped(); ++i) {
         DeleteOne(scale, numbers[i], form);
@@ -110,15 +128,33 @@ void TLedgerJob::DeleteOne(TElicomScale& scale, std::int32_t number, TDeleteForm
     parts_.view.Article("deleted", number, {});
 }
 
+// A test is no run: what the last one did stays known.
+void TTestJob::Entering() {
+    Ledger().SetMayBeProgramming(true);
+    Ledger().Save(Now());
+}
+
 void TTestJob::WorkWithLedger(TElicomScale&, const TScaleVersion&) {
     parts_.view.Begins(0);
 }
 
 void TTestJob::End() {
-    // A test is no run: what the last one did stays known. A scale that did not answer leaves no
-    // trace.
-    if (result_.version) Ledger().Save(Now());
+    // A scale that did not answer leaves no trace.
+    if (NoteMode() || result_.version) Ledger().Save(Now());
     result_.ledgerNote = Ledger().DropReason();
+}
+
+void TReleaseJob::Begin() {
+    try {
+        TLedgerJob::Begin();
+    } catch (const TFileError& error) {
+        unreadable_ = error.what();
+    }
+}
+
+void TReleaseJob::End() {
+    if (!unreadable_.empty()) throw TFileError(unreadable_);
+    if (NoteMode()) Ledger().Save(Now());
 }
 
 TWriteJob::TWriteJob(const TJobParts& parts, const TScaleRec& rec, TLedgerParts ledger,
@@ -142,7 +178,7 @@ void TWriteJob::End() {
 }
 
 void TWriteJob::NotBegun() {
-    Begin();
+    TLedgerJob::NotBegun();
     CountPending();
 }
 
@@ -160,7 +196,7 @@ void TWriteJob::WorkWithLedger(TElicomScale& scale, const TScaleVersion& version
 
 void TWriteJob::Write(TElicomScale& scale, const TScaleVersion& version,
                       const std::vector<TPlannedArticle>& articles) {
-    Withdraw(NumbersOf(articles));
+    Ledger().Withdraw(NumbersOf(articles), Now());
     TArticleWriter writer(scale, rec_, version);
     for (const TPlannedArticle& article : articles) {
         if (IsStopped()) return;

@@ -29,17 +29,20 @@ public:
 
 protected:
     void Begin() override;
+    void Entering() override;
     void Work(TElicomScale& scale, const TScaleVersion& version) final;
+    void ReplyDidNotFit() override;
     void End() override;
+    void NotBegun() override;
 
     // With a ledger that knows what the scale has reported.
     virtual void WorkWithLedger(TElicomScale& scale, const TScaleVersion& version) = 0;
     TLedger& Ledger() { return *ledger_; }
     const TLineChoices& Choices() const { return ledgerParts_.choices; }
     std::chrono::sys_seconds Now() const { return ledgerParts_.now(); }
-    // Gives up what the ledger claims of articles that are about to change, and notes that a run is
-    // in the scale.
-    void Withdraw(const std::vector<std::int32_t>& numbers);
+    // Notes in the ledger and in the result what is known of the scale's mode; true when the ledger
+    // knew it otherwise.
+    bool NoteMode();
     // Deletes the articles from the scale and the ledger, up to a stop.
     void Delete(TElicomScale& scale, const std::vector<std::int32_t>& numbers, TDeleteForm form);
 
@@ -58,8 +61,26 @@ public:
     using TLedgerJob::TLedgerJob;
 
 protected:
+    void Entering() override;
     void WorkWithLedger(TElicomScale&, const TScaleVersion&) override;
     void End() override;
+};
+
+// Puts the scale back to weighing, nothing else; also one whose ledger cannot be read. The ledger
+// keeps what it knows, and whether the scale weighs.
+class TReleaseJob : public TLedgerJob {
+public:
+    using TLedgerJob::TLedgerJob;
+
+protected:
+    void Begin() override;
+    bool NeedsProgramming() const override { return false; }
+    void WorkWithLedger(TElicomScale&, const TScaleVersion&) override {}
+    void ReplyDidNotFit() override {}
+    void End() override;
+
+private:
+    std::string unreadable_;
 };
 
 // Writes articles: all of the scale's, those that differ from what the ledger knows, or some.

@@ -91,9 +91,9 @@ void TLedger::Take(const std::string& bytes) {
 
 void TLedger::DropWhatCannotBeTrusted(const TLedgerIdentity& identity, sys_seconds now,
                                       seconds maxAge) {
-    const std::string difference = DifferenceText(identity, content_.identity);
+    const auto difference = DifferenceOf(identity, content_.identity);
     content_.identity = identity;
-    if (!difference.empty()) Drop(difference);
+    if (difference) DropFor(*difference);
     const sys_seconds latest = LatestTime(content_);
     if (latest > now + kClockCorrection)
         Drop("the clock has been set back: the ledger is from " + UtcText(latest));
@@ -136,26 +136,36 @@ std::set<std::int32_t> TLedger::Numbers() const {
 }
 
 void TLedger::Confirm(const TScaleReport& report) {
-    if (content_.report) {
-        const std::string difference = DifferenceText(report, *content_.report);
-        if (!difference.empty()) Drop(difference);
-    }
+    if (content_.report)
+        if (const auto difference = DifferenceOf(report, *content_.report)) DropFor(*difference);
     if (content_.report != report) changed_ = true;
     content_.report = report;
     confirmed_ = true;
 }
 
 void TLedger::Drop(const std::string& reason) {
-    if (content_.claims.empty() && content_.unsure.empty()) return;
+    if (content_.claims.empty()) return;
+    content_.unsure = Numbers();
     content_.claims.clear();
-    content_.unsure.clear();
     dropReason_ += (dropReason_.empty() ? "" : "; ") + reason;
+    changed_ = true;
+}
+
+void TLedger::DropFor(const TLedgerDifference& difference) {
+    Drop(difference.text);
+    if (!difference.isOtherScale || content_.unsure.empty()) return;
+    content_.unsure.clear();
     changed_ = true;
 }
 
 void TLedger::SetLastRun(const TLastRun& run) {
     content_.lastRun = run;
     changed_ = true;
+}
+
+void TLedger::SetMayBeProgramming(bool may) {
+    changed_ = changed_ || may != content_.mayBeProgramming;
+    content_.mayBeProgramming = may;
 }
 
 void TLedger::Withdraw(std::span<const std::int32_t> numbers, sys_seconds now) {

@@ -13,6 +13,8 @@
 
 namespace tolvane {
 
+struct TLedgerDifference;
+
 // What one scale is known to hold: for each article number the digest of the commands that the
 // scale has acknowledged, in a file of its own ("scale-3.json"). Never claims an article that was
 // not acknowledged, whenever its process ends. All times are UTC, from the caller's clock. Only who
@@ -23,8 +25,9 @@ public:
     // Reads the file of scale number `scale.ScaleNumb` and changes nothing on the disk. Claims that
     // cannot be trusted are dropped, see DropReason: all of them when the scale, its connection or
     // the choices differ, when the clock has been set back, when the file is damaged or of a newer
-    // version; those older than `maxAge` one by one. A missing file is an empty ledger. Throws
-    // TFileError when the file is there and cannot be read.
+    // version; those older than `maxAge` one by one. The numbers stay known, see Numbers, unless it
+    // is another scale. A missing file is an empty ledger. Throws TFileError when the file is there
+    // and cannot be read.
     static TLedger Load(const std::filesystem::path& folder, const TScaleRec& scale,
                         const TLineChoices& choices, std::chrono::sys_seconds now,
                         std::chrono::seconds maxAge);
@@ -37,8 +40,8 @@ public:
     // Why claims were dropped, for a person (code page 1251, English); empty when none was.
     const std::string& DropReason() const { return dropReason_; }
     const TClaims& Claims() const { return content_.claims; }
-    // The articles of which the scale may hold something: those that are claimed, and those that a
-    // write or a deletion was begun of and never acknowledged.
+    // The articles of which the scale may hold something: those that are claimed, those whose claim
+    // was dropped, and those that a write or a deletion was begun of and never acknowledged.
     std::set<std::int32_t> Numbers() const;
     // Whether the scale holds exactly this.
     bool Holds(std::int32_t number, std::uint64_t digest) const;
@@ -46,14 +49,17 @@ public:
     std::optional<std::chrono::sys_seconds> Saved() const { return content_.saved; }
     const std::optional<TScaleReport>& Report() const { return content_.report; }
     const std::optional<TLastRun>& LastRun() const { return content_.lastRun; }
+    // The scale was told to go into programming mode and has not confirmed since that it weighs.
+    bool MayBeProgramming() const { return content_.mayBeProgramming; }
 
     // What the scale has reported now. Drops all claims when it reported something else before.
     // Saves nothing.
     void Confirm(const TScaleReport& report);
     // Drops all claims, for a reason that the caller has. Saves nothing.
     void Drop(const std::string& reason);
-    // Saved with the next save.
+    // Both are saved with the next save.
     void SetLastRun(const TLastRun& run);
+    void SetMayBeProgramming(bool may);
 
     // Gives up the claims of all articles that are about to be written, and saves, also when there
     // is none: call it before the first command is sent. When it throws, nothing may be sent.
@@ -75,6 +81,7 @@ private:
     void DropWhatCannotBeTrusted(const TLedgerIdentity& identity, std::chrono::sys_seconds now,
                                  std::chrono::seconds maxAge);
     void DropOldClaims(std::chrono::sys_seconds now, std::chrono::seconds maxAge);
+    void DropFor(const TLedgerDifference& difference);
     void KeepBeside();
 
     std::filesystem::path file_;

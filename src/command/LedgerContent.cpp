@@ -1,5 +1,7 @@
 #include "command/LedgerContent.h"
 
+#include <utility>
+
 #include "command/LedgerFields.h"
 #include "command/ScalePlace.h"
 #include "config/SerialSpeeds.h"
@@ -70,21 +72,27 @@ std::string_view OutcomeName(TRunOutcome outcome) {
     return kOutcomeNames[static_cast<std::size_t>(outcome)];
 }
 
-std::string DifferenceText(const TLedgerIdentity& now, const TLedgerIdentity& before) {
+std::optional<TLedgerDifference> DifferenceOf(const TLedgerIdentity& now,
+                                              const TLedgerIdentity& before) {
+    TLedgerDifference difference;
     for (const TLedgerField& field : kLedgerFields) {
-        std::string text = std::visit(
+        const std::string text = std::visit(
             [&](auto member) { return Difference(field.words, now.*member, before.*member); },
             field.member);
-        if (!text.empty()) return text;
+        if (text.empty()) continue;
+        if (difference.text.empty()) difference.text = text;
+        difference.isOtherScale = difference.isOtherScale || field.isTheScale;
     }
-    return {};
+    if (difference.text.empty()) return std::nullopt;
+    return difference;
 }
 
-std::string DifferenceText(const TScaleReport& now, const TScaleReport& before) {
+std::optional<TLedgerDifference> DifferenceOf(const TScaleReport& now, const TScaleReport& before) {
     std::string text = Difference("version of the scale", now.version, before.version);
     if (text.empty()) text = Difference("capacity of the scale", now.maxPlu, before.maxPlu);
     if (text.empty()) text = Difference("label mode of the scale", now.labelMode, before.labelMode);
-    return text;
+    if (text.empty()) return std::nullopt;
+    return TLedgerDifference{.text = std::move(text), .isOtherScale = now.maxPlu != before.maxPlu};
 }
 
 }  // namespace tolvane

@@ -78,7 +78,6 @@ struct TLastRun {
     std::int32_t refused = 0;
     std::int32_t leftOut = 0;
     std::int32_t pending = 0;
-    bool mayBeInProgrammingMode = false;
 
     friend bool operator==(const TLastRun&, const TLastRun&) = default;
 };
@@ -86,10 +85,12 @@ struct TLastRun {
 struct TLedgerContent {
     TLedgerIdentity identity;
     std::optional<TScaleReport> report;  // there is one when there are claims
+    // The scale was told to go into programming mode and has not confirmed since that it weighs.
+    bool mayBeProgramming = false;
     std::optional<TLastRun> lastRun;
     TClaims claims;
     // Without a claim, but the scale may hold something of them: they were begun and not
-    // acknowledged, or that is too long ago.
+    // acknowledged, or the claim could not be trusted any more.
     std::set<std::int32_t> unsure{};
     std::optional<std::chrono::sys_seconds> saved;
 

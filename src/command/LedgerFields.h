@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -16,6 +17,7 @@ struct TLedgerField {
     std::string_view key;
     std::string_view words;
     std::variant<std::int32_t TLedgerIdentity::*, std::string TLedgerIdentity::*> member;
+    bool isTheScale = true;  // not only how the same scale is written to
 };
 
 inline constexpr std::string_view kScaleSection = "scale";
@@ -27,18 +29,23 @@ inline constexpr auto kLedgerFields = std::to_array<TLedgerField>({
     {kScaleSection, "connection", "connection", &TLedgerIdentity::connection},
     {kScaleSection, "address", "address", &TLedgerIdentity::address},
     {kScaleSection, "port", "port", &TLedgerIdentity::port},
-    {kScaleSection, "speed", "speed", &TLedgerIdentity::speed},
+    {kScaleSection, "speed", "speed", &TLedgerIdentity::speed, false},
     {kScaleSection, "busAddress", "bus address", &TLedgerIdentity::busAddress},
     {kScaleSection, "model", "model", &TLedgerIdentity::model},
-    {kScaleSection, "encoding", "code table", &TLedgerIdentity::encoding},
-    {kChoicesSection, "price", "choice of the price", &TLedgerIdentity::price},
-    {kChoicesSection, "name1", "choice of the first name", &TLedgerIdentity::name1},
-    {kChoicesSection, "name2", "choice of the second name", &TLedgerIdentity::name2},
+    {kScaleSection, "encoding", "code table", &TLedgerIdentity::encoding, false},
+    {kChoicesSection, "price", "choice of the price", &TLedgerIdentity::price, false},
+    {kChoicesSection, "name1", "choice of the first name", &TLedgerIdentity::name1, false},
+    {kChoicesSection, "name2", "choice of the second name", &TLedgerIdentity::name2, false},
 });
 
-// "the address differs: 10.0.0.6, before 10.0.0.5": the first difference; empty when there is none.
-std::string DifferenceText(const TLedgerIdentity& now, const TLedgerIdentity& before);
-std::string DifferenceText(const TScaleReport& now, const TScaleReport& before);
+struct TLedgerDifference {
+    std::string text{};         // "the address differs: 10.0.0.6, before 10.0.0.5": the first one
+    bool isOtherScale = false;  // which has never held what the former one held
+};
+// Nothing when there is none.
+std::optional<TLedgerDifference> DifferenceOf(const TLedgerIdentity& now,
+                                              const TLedgerIdentity& before);
+std::optional<TLedgerDifference> DifferenceOf(const TScaleReport& now, const TScaleReport& before);
 
 // In the order of TRunOutcome.
 inline constexpr auto kOutcomeNames = std::to_array<std::string_view>(

@@ -68,8 +68,7 @@ ordered_json RunJson(const TLastRun& run) {
             {"unchanged", run.unchanged},
             {"refused", run.refused},
             {"leftOut", run.leftOut},
-            {"pending", run.pending},
-            {"mayBeInProgrammingMode", run.mayBeInProgrammingMode}};
+            {"pending", run.pending}};
 }
 
 // A line per claim, by hand: there are thousands of them, every second.
@@ -163,8 +162,7 @@ std::optional<TLastRun> RunFrom(const json& from) {
                     .refused = Integer(Member(from, "refused")),
                     // Older files lack it.
                     .leftOut = from.contains("leftOut") ? Integer(from["leftOut"]) : 0,
-                    .pending = Integer(Member(from, "pending")),
-                    .mayBeInProgrammingMode = Member(from, "mayBeInProgrammingMode").get<bool>()};
+                    .pending = Integer(Member(from, "pending"))};
 }
 
 std::optional<TScaleReport> ReportFrom(const json& from) {
@@ -213,6 +211,7 @@ TLedgerContent ContentFrom(const json& from) {
     if (format != kFormat) Reject("its format is unknown");
     TLedgerContent content{.identity = IdentityFrom(from),
                            .report = ReportFrom(Member(from, "reported")),
+                           .mayBeProgramming = from.value("mayBeProgramming", false),
                            .lastRun = RunFrom(Member(from, "lastRun")),
                            .claims = ClaimsFrom(Member(from, "claims")),
                            .unsure = UnsureFrom(from),
@@ -230,6 +229,7 @@ std::string LedgerText(const TLedgerContent& content) {
         {"scale", SectionJson(content.identity, kScaleSection)},
         {"choices", SectionJson(content.identity, kChoicesSection)},
         {"reported", content.report ? ReportJson(*content.report) : ordered_json()},
+        {"mayBeProgramming", content.mayBeProgramming},
         {"lastRun", content.lastRun ? RunJson(*content.lastRun) : ordered_json()}};
     PutUnsure(content.unsure, head);
     std::string rest = "\"," + head.dump(2).substr(1);

@@ -101,8 +101,9 @@ TAnswer TestScales(const TCommandOptions& options, TWorld& world) {
 TAnswer ReleaseScales(const TCommandOptions& options, TWorld& world) {
     const TShop shop = ReadShop(options);
     const TScaleResults results = RunScales(options, world, ChosenScales(shop, options, world),
-                                            [](const TJobParts& parts, const TScaleRec& rec) {
-                                                return std::make_unique<TReleaseJob>(parts, rec);
+                                            [&](const TJobParts& parts, const TScaleRec& rec) {
+                                                return std::make_unique<TReleaseJob>(
+                                                    parts, rec, LedgerParts(options, world, shop));
                                             });
     return AnswerOf("release", options, world, results);
 }

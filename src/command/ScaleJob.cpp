@@ -11,6 +11,12 @@
 #include "upload/ScaleDriver.h"
 
 namespace tolvane {
+namespace {
+
+// One request or its reply may be lost.
+constexpr int kFirstAttempts = 2;
+
+}  // namespace
 
 std::string_view OutcomeName(TScaleOutcome outcome) {
     switch (outcome) {
@@ -72,7 +78,7 @@ void TScaleJob::WithLock() {
     } catch (const std::exception& error) {
         result_.error = FailureText(error);
     }
-    result_.mayBeProgramming = answers_ && !weighs_;
+    result_.mayBeProgramming = mayBeProgramming_.value_or(false);
     End();
 }
 
@@ -82,44 +88,46 @@ void TScaleJob::InScale() {
         result_.error = scale->LastError;
         return;
     }
-    FirstExchange(*scale);
-    if (NeedsProgramming()) {
-        InProgramming(*scale);
-        return;
-    }
-    if (weighs_)
-        result_.outcome = TScaleOutcome::Done;
-    else
-        result_.error = scale->LastError;
+    InOpenScale(*scale);
+    if (scale->WrongReply) ReplyDidNotFit();
 }
 
-void TScaleJob::FirstExchange(TElicomScale& scale) {
-    const TTimePoint start = parts_.clock.Now();
-    std::int32_t errCode = 0;
-    weighs_ = scale.SetWeightMode(errCode);
-    answers_ = weighs_ || errCode != kSetWeightModeCommand.initialErrCode;
-    if (answers_) result_.outcome = TScaleOutcome::Failed;
-    if (weighs_)
-        result_.exchange =
-            std::chrono::duration_cast<std::chrono::microseconds>(parts_.clock.Now() - start);
+void TScaleJob::InOpenScale(TElicomScale& scale) {
+    if (!FirstExchange(scale)) {
+        result_.error = scale.LastError;
+        return;
+    }
+    result_.outcome = TScaleOutcome::Failed;
+    if (NeedsProgramming())
+        InProgramming(scale);
+    else if (!*mayBeProgramming_)
+        result_.outcome = TScaleOutcome::Done;
+    else
+        result_.error = scale.LastError;
+}
+
+bool TScaleJob::FirstExchange(TElicomScale& scale) {
+    for (int attempt = 0; attempt < kFirstAttempts; ++attempt) {
+        if (attempt > 0 && IsStopped()) return false;
+        const TTimePoint start = parts_.clock.Now();
+        std::int32_t errCode = 0;
+        const bool weighs = scale.SetWeightMode(errCode);
+        if (weighs)
+            result_.exchange =
+                std::chrono::duration_cast<std::chrono::microseconds>(parts_.clock.Now() - start);
+        if (weighs || errCode != kSetWeightModeCommand.initialErrCode) {
+            mayBeProgramming_ = !weighs;
+            return true;
+        }
+    }
+    return false;
 }
 
 void TScaleJob::InProgramming(TElicomScale& scale) {
     TProgrammingMode mode(scale, parts_.clock, parts_.stop);
     bool linkFails = false;
     try {
-        result_.version = mode.Enter();
-        if (!result_.version) {
-            // It was not put into programming mode.
-            result_.outcome = TScaleOutcome::Stopped;
-            return;
-        }
-        answers_ = true;
-        result_.outcome = TScaleOutcome::Failed;
-        Work(scale, *result_.version);
-        result_.outcome = IsStopped()               ? TScaleOutcome::Stopped
-                          : result_.refused.empty() ? TScaleOutcome::Done
-                                                    : TScaleOutcome::Failed;
+        WorkInMode(scale, mode);
     } catch (const TFileError& error) {
         result_.error = FailureText(error);
     } catch (const std::exception& error) {
@@ -127,8 +135,24 @@ void TScaleJob::InProgramming(TElicomScale& scale) {
         linkFails = true;
     }
     // Who has stopped the run does not wait for a silent scale once more.
-    const bool asks = !IsStopped() || (answers_ && !linkFails);
-    weighs_ = asks && scale.Channel->IsConnected() && mode.Leave();
+    const bool asks =
+        *mayBeProgramming_ && scale.Channel->IsConnected() && !(IsStopped() && linkFails);
+    if (asks && mode.Leave()) mayBeProgramming_ = false;
+}
+
+void TScaleJob::WorkInMode(TElicomScale& scale, TProgrammingMode& mode) {
+    Entering();
+    const auto before = std::exchange(mayBeProgramming_, true);
+    result_.version = mode.Enter();
+    if (!result_.version) {
+        mayBeProgramming_ = before;
+        result_.outcome = TScaleOutcome::Stopped;
+        return;
+    }
+    Work(scale, *result_.version);
+    result_.outcome = IsStopped()               ? TScaleOutcome::Stopped
+                      : result_.refused.empty() ? TScaleOutcome::Done
+                                                : TScaleOutcome::Failed;
 }
 
 }  // namespace tolvane

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -59,6 +60,10 @@ protected:
     virtual void Begin() {}
     // With the scale in programming mode. A failure of the link is thrown and ends the job.
     virtual void Work(TElicomScale& scale, const TScaleVersion& version) = 0;
+    // The scale answers, and is told next to go into programming mode. When this throws, it is not.
+    virtual void Entering() {}
+    // A reply of the scale did not fit its request.
+    virtual void ReplyDidNotFit() {}
     // With the scale closed and the result complete. What this throws joins the result's error.
     virtual void End() {}
     // Instead of all that, when another run has the scale or this one was stopped before it.
@@ -67,31 +72,27 @@ protected:
     virtual bool NeedsProgramming() const { return true; }
 
     bool IsStopped() const { return parts_.stop.IsStopped(); }
+    // Whether the scale may be in programming mode, by its last answer to this job; nothing when it
+    // has not told.
+    std::optional<bool> MayBeProgramming() const { return mayBeProgramming_; }
 
     TJobParts parts_;
     TScaleRec rec_;
     TScaleResult result_;
 
 private:
-    bool answers_ = false;  // the scale has answered a command
-    bool weighs_ = false;   // it has confirmed that it is in weighing mode
+    std::optional<bool> mayBeProgramming_;
 
     void WithLock();
     void InScale();
+    void InOpenScale(TElicomScale& scale);
     // Puts the scale into weighing mode, where it should be, and measures how long that takes.
-    void FirstExchange(TElicomScale& scale);
+    // False when it does not answer, twice.
+    bool FirstExchange(TElicomScale& scale);
     void InProgramming(TElicomScale& scale);
+    // Sends nothing when it is stopped before the scale is told to go into programming mode.
+    void WorkInMode(TElicomScale& scale, TProgrammingMode& mode);
     void AddError(const std::string& error);
-};
-
-// Puts the scale back to weighing, nothing else.
-class TReleaseJob : public TScaleJob {
-public:
-    using TScaleJob::TScaleJob;
-
-protected:
-    void Work(TElicomScale&, const TScaleVersion&) override {}
-    bool NeedsProgramming() const override { return false; }
 };
 
 }  // namespace tolvane

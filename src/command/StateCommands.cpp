@@ -59,7 +59,7 @@ std::vector<TCell> StatusRow(const TScaleRec& rec, const TLedger& ledger,
             Number(static_cast<std::int64_t>(ledger.Claims().size())),
             isPlanned ? Number(static_cast<std::int64_t>(planned->pending)) : TCell(),
             ledger.Report() ? TCell(ToUtf8(ledger.Report()->version)) : TCell(),
-            ran([](const TLastRun& r) { return r.mayBeInProgrammingMode; }),
+            run || ledger.MayBeProgramming() ? TCell(ledger.MayBeProgramming()) : TCell(),
             ToUtf8(ledger.DropReason()),
             planError.empty() ? ran([](const TLastRun& r) { return ToUtf8(r.error); })
                               : TCell(planError)};

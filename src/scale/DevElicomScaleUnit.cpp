@@ -74,7 +74,10 @@ bool Run(TElicomScale& scale, const TScaleCommand& command, std::int32_t& errCod
         TCmdBuffer data;
         build(data);
         if (!scale.SendCommand(command.code, data)) throw TFailure(scale.LastError);
-        if (data.empty()) throw std::runtime_error("Unexpected answer from scale. No error code");
+        if (data.empty()) {
+            scale.WrongReply = true;
+            throw std::runtime_error("Unexpected answer from scale. No error code");
+        }
         take(data);
         errCode = data[0];
         if (errCode != 0)
@@ -140,8 +143,10 @@ void TElicomScale::Exchange(const TCmdBuffer& frame, TCmdBuffer& reply) {
         const std::int32_t result = Channel->ReadAnswer(reply, kReplyStart, kFrameEnd, timeout);
         if (result == kReadOk) return;
         // Only a wrong answer makes the driver repeat the request; silence does not.
-        if (result != kReadWrongAnswer || attempt > Retries)
+        if (result != kReadWrongAnswer || attempt > Retries) {
+            if (result == kReadWrongAnswer) WrongReply = true;
             throw TFailure("[ReadResponce]" + Channel->LastError);
+        }
         const TMilliseconds pause = RepeatPause(attempt);
         if (pause > TMilliseconds(0)) clock_.Sleep(pause);
     }
@@ -150,7 +155,9 @@ void TElicomScale::Exchange(const TCmdBuffer& frame, TCmdBuffer& reply) {
 bool TElicomScale::SendCommand(std::uint8_t Command, TCmdBuffer& Data) {
     try {
         Exchange(EncodeRequest(Address, Command, Data), Data);
+        const bool wrongBefore = std::exchange(WrongReply, true);
         Data = DecodeReply(Data, Address, Command);
+        WrongReply = wrongBefore;
         return true;
     } catch (const std::exception& failure) {
         LastError = FailureText(failure);

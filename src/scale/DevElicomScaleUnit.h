@@ -32,6 +32,9 @@ public:
     std::unique_ptr<TDevComm> Channel;
     std::uint8_t Retries = 3;    // repeats of a request after a wrong answer
     std::int32_t ScaleType = 0;  // model code, see config/TypesUnit.h
+    // A reply came that does not fit its request, and the repeats brought none that does. Stays
+    // set.
+    bool WrongReply = false;
 
     bool OpenChannel();
     // `Data` holds the request's data before the call and the reply's data after it. After a

@@ -96,7 +96,7 @@ TEST_F(TJobFailureTest, AScaleThatFallsSilentMayStillBeInProgrammingMode) {
     EXPECT_TRUE(result.mayBeProgramming);
     EXPECT_TRUE(IsProgramming());
     EXPECT_EQ(Claimed(), "12");
-    EXPECT_TRUE(Disk().LastRun()->mayBeInProgrammingMode);
+    EXPECT_TRUE(Disk().MayBeProgramming());
 }
 
 TEST_F(TJobFailureTest, ABrokenConnectionIsNotUsedAgain) {
@@ -168,12 +168,43 @@ TEST_F(TJobFailureTest, ASilentScaleIsNotReached) {
     Parts();
     SetFaults({Fault(TFaultKind::Silent, simulator::kSetWeightMode, 1)});
     const TScaleResult result = Write(kThree);
+    EXPECT_EQ(Commands(), "3C 3C");
     EXPECT_EQ(result.outcome, NotReached);
-    EXPECT_EQ(result.error,
-              "[SetPrgMode] ErrCode: 1000, Fail set Weight mode: " + std::string(kSilence));
+    EXPECT_EQ(result.error, "Fail set Weight mode: " + std::string(kSilence));
     EXPECT_FALSE(result.mayBeProgramming);
     EXPECT_FALSE(result.version);
     EXPECT_EQ(result.pending, 3U);
+}
+
+TEST_F(TJobFailureTest, AFirstReplyThatIsLostIsAskedForAgain) {
+    Parts();
+    SetFaults({Fault(TFaultKind::NoReply, simulator::kSetWeightMode, 1)});
+    EXPECT_EQ(Write({kThree[0]}).outcome, Done);
+    EXPECT_EQ(Commands(), "3C 3C 3C 36 48 4A:12 4C:12.0 4C:12.4 4C:12.5 3C");
+}
+
+TEST_F(TJobFailureTest, AStopDoesNotAskASilentScaleAgain) {
+    options.onExchange = [&](const simulator::TBytes&, const simulator::TReplyPlan&) {
+        stop.Abandon();
+    };
+    Parts();
+    SetFaults({Fault(TFaultKind::Silent, simulator::kSetWeightMode, 1)});
+    Write(kThree);
+    EXPECT_EQ(Commands(), "3C");
+}
+
+// A reply that fits another request may come from another scale.
+TEST_F(TJobFailureTest, AReplyThatDoesNotFitEndsWhatWasKnownOfTheScale) {
+    Write(kThree);
+    SetFaults({Fault(TFaultKind::WrongAddress, simulator::kSetPriceWeight)});
+    TArticle dearer = kThree[1];
+    dearer.retail = 13.5;
+    const TScaleResult result = WriteChanged({kThree[0], dearer, kThree[2]});
+    EXPECT_EQ(result.outcome, Failed);
+    EXPECT_EQ(result.ledgerNote, "a reply of the scale did not fit its request");
+    EXPECT_EQ(Claimed(), "");
+    SetFaults({});
+    EXPECT_EQ(WriteChanged(kThree).written, 3U);
 }
 
 TEST_F(TJobFailureTest, AScaleThatRefusesProgrammingModeHasAnswered) {

@@ -72,7 +72,7 @@ protected:
         return TDeleteJob(Parts(), rec, LedgerParts(), std::move(numbers)).Run();
     }
     TScaleResult Test() { return TTestJob(Parts(), rec, LedgerParts()).Run(); }
-    TScaleResult Release() { return TReleaseJob(Parts(), rec).Run(); }
+    TScaleResult Release() { return TReleaseJob(Parts(), rec, LedgerParts()).Run(); }
 
     TJobParts Parts() {
         if (core == nullptr) core = std::make_unique<simulator::TScaleCore>(options);

@@ -95,7 +95,7 @@ TEST_F(TJobLedgerTest, AJobWithoutALockTellsWhy) {
                             .view = view,
                             .stateFolder = other / "state",
                             .lockWait = TMilliseconds(0)};
-    const TScaleResult result = TReleaseJob(blocked, rec).Run();
+    const TScaleResult result = TReleaseJob(blocked, rec, LedgerParts()).Run();
     EXPECT_EQ(result.outcome, Failed);
     EXPECT_TRUE(result.error.starts_with("the lock ")) << result.error;
     EXPECT_EQ(Commands(), "");

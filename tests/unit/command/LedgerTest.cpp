@@ -38,6 +38,7 @@ TEST(Ledger, IsEmptyWithoutAReasonBeforeTheFirstRun) {
     EXPECT_FALSE(ledger.Saved());
     EXPECT_FALSE(ledger.Report());
     EXPECT_FALSE(ledger.LastRun());
+    EXPECT_FALSE(ledger.MayBeProgramming());
     EXPECT_FALSE(std::filesystem::exists(folder / "none"));
 }
 
@@ -51,9 +52,9 @@ TEST(Ledger, HoldsWhatWasSaved) {
                        .unchanged = 2,
                        .refused = 3,
                        .leftOut = 5,
-                       .pending = 4,
-                       .mayBeInProgrammingMode = true};
+                       .pending = 4};
     TLedger saved = Saved(folder);
+    saved.SetMayBeProgramming(true);
     saved.SetLastRun(run);
     saved.Save(kNoon + seconds(90));
     const TLedger ledger = LoadAt(folder.Path(), kNoon + seconds(100));
@@ -63,6 +64,7 @@ TEST(Ledger, HoldsWhatWasSaved) {
     EXPECT_EQ(ledger.Saved(), kNoon + seconds(90));
     EXPECT_EQ(ledger.Report(), Report());
     EXPECT_EQ(ledger.LastRun(), run);
+    EXPECT_TRUE(ledger.MayBeProgramming());
     EXPECT_EQ(folder.FileCount(), 1U);
 }
 

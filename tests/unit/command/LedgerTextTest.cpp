@@ -12,7 +12,7 @@ using std::chrono::seconds;
 
 // The checksum of what follows it was computed by another program.
 constexpr std::string_view kText = R"({
-  "checksum": "1fa3ed32ffab777d",
+  "checksum": "0a34fd62d32ff6db",
   "format": 1,
   "saved": "2024-05-01T12:01:30Z",
   "scale": {
@@ -35,6 +35,7 @@ constexpr std::string_view kText = R"({
     "maxPlu": 4000,
     "labelMode": 1
   },
+  "mayBeProgramming": true,
   "lastRun": {
     "start": "2024-05-01T12:00:00Z",
     "end": null,
@@ -44,8 +45,7 @@ constexpr std::string_view kText = R"({
     "unchanged": 2,
     "refused": 3,
     "leftOut": 5,
-    "pending": 4,
-    "mayBeInProgrammingMode": true
+    "pending": 4
   },
   "claims": {
     "7": "0123456789abcdef 2024-05-01T12:00:00Z",
@@ -57,6 +57,7 @@ constexpr std::string_view kText = R"({
 TLedgerContent Content() {
     return {.identity = IdentityOf(SerialScale(), {}),
             .report = Report(),
+            .mayBeProgramming = true,
             .lastRun = TLastRun{.start = kNoon,
                                 .end = std::nullopt,
                                 .outcome = TRunOutcome::Running,
@@ -65,8 +66,7 @@ TLedgerContent Content() {
                                 .unchanged = 2,
                                 .refused = 3,
                                 .leftOut = 5,
-                                .pending = 4,
-                                .mayBeInProgrammingMode = true},
+                                .pending = 4},
             .claims = {{7, {0x0123456789abcdef, kNoon}},
                        {12, {0xffffffffffffffff, kNoon + seconds(1)}}},
             .saved = kNoon + seconds(90)};
@@ -99,7 +99,7 @@ TEST(LedgerText, NeedsNeitherAReportNorARunNorClaims) {
                            .claims = {},
                            .saved = kNoon};
     const std::string text = LedgerText(content);
-    EXPECT_TRUE(text.starts_with("{\n  \"checksum\": \"47d1444e2b5c1dea\",\n")) << text;
+    EXPECT_TRUE(text.starts_with("{\n  \"checksum\": \"ab42f8e7bb192f40\",\n")) << text;
     EXPECT_EQ(ParseLedgerText(text), content);
 }
 
@@ -133,8 +133,10 @@ TEST(LedgerText, IsReadAsFormerVersionsWroteIt) {
     };
     replace("    \"leftOut\": 5,\n", "");
     replace("running", "dead");
-    replace("1fa3ed32ffab777d", "ed6e1b99addd563a");
+    replace("  \"mayBeProgramming\": true,\n", "");
+    replace("0a34fd62d32ff6db", "0add1bbceecf338b");
     TLedgerContent content = Content();
+    content.mayBeProgramming = false;
     content.lastRun->outcome = TRunOutcome::NotReached;
     content.lastRun->leftOut = 0;
     EXPECT_EQ(ParseLedgerText(text), content);

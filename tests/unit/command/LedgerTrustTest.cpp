@@ -102,6 +102,53 @@ TEST(LedgerTrust, AsksForTheFileOfTheSameNumber) {
               "the number differs: 4, before 3");
 }
 
+// A scale that is written to in another way holds what it held; another scale does not.
+TEST(LedgerTrust, KeepsTheNumbersOfTheSameScale) {
+    const auto numbersFor = [](const TScaleRec& before, const TScaleRec& now,
+                               const TLineChoices& choices, std::chrono::sys_seconds time) {
+        const TScratchFolder folder;
+        SaveLedgerOf(before, folder.Path());
+        TLedger ledger = LoadAt(folder.Path(), time, now, choices);
+        EXPECT_TRUE(ledger.Claims().empty());
+        ledger.Save(time);
+        return LoadAt(folder.Path(), time, now, choices).Numbers();
+    };
+    const std::set<std::int32_t> both = {7, 8};
+    const std::set<std::int32_t> none;
+    const TScaleRec tcp = TcpScale();
+    const TScaleRec serial = SerialScale();
+    EXPECT_EQ(numbersFor(tcp, tcp, {.price = kWholesalePrice}, kNoon), both);
+    EXPECT_EQ(numbersFor(tcp, tcp, {.name1 = 3}, kNoon), both);
+    EXPECT_EQ(numbersFor(tcp, tcp, {.name2 = 0}, kNoon), both);
+    EXPECT_EQ(numbersFor(tcp, With(tcp, &TScaleRec::Encoding, 0), {}, kNoon), both);
+    EXPECT_EQ(numbersFor(serial, With(serial, &TScaleRec::BaudRate, 0), {}, kNoon), both);
+    EXPECT_EQ(numbersFor(tcp, tcp, {}, kNoon - hours(1)), both) << "the clock is set back";
+    EXPECT_EQ(numbersFor(tcp, With(tcp, &TScaleRec::TCPAddress, "10.0.0.6"), {}, kNoon), none);
+    EXPECT_EQ(numbersFor(tcp, With(tcp, &TScaleRec::TCPPort, 1002), {}, kNoon), none);
+    EXPECT_EQ(numbersFor(tcp, With(tcp, &TScaleRec::CommType, kCommUdp), {}, kNoon), none);
+    EXPECT_EQ(numbersFor(tcp, With(tcp, &TScaleRec::ScaleType, kScaleTypeEts), {}, kNoon), none);
+    EXPECT_EQ(numbersFor(serial, With(serial, &TScaleRec::ScaleAddr, 8), {}, kNoon), none);
+    TScaleRec moved = With(tcp, &TScaleRec::Encoding, 0);
+    moved.TCPAddress = "10.0.0.6";
+    EXPECT_EQ(numbersFor(tcp, moved, {.price = kWholesalePrice}, kNoon), none);
+}
+
+TEST(LedgerTrust, KeepsTheNumbersOfAScaleThatReportsTheSameCapacity) {
+    const std::pair<TScaleReport, std::size_t> cases[] = {
+        {{.version = "1.05", .maxPlu = 4000, .labelMode = 1}, 2},
+        {{.version = "1.04", .maxPlu = 4000, .labelMode = 0}, 2},
+        {{.version = "1.04", .maxPlu = 2000, .labelMode = 1}, 0},
+        {{.version = "1.05", .maxPlu = 2000, .labelMode = 1}, 0}};
+    for (const auto& [report, kept] : cases) {
+        const TScratchFolder folder;
+        SaveLedgerOf(TcpScale(), folder.Path());
+        TLedger ledger = LoadAt(folder.Path(), kNoon);
+        ledger.Confirm(report);
+        EXPECT_TRUE(ledger.Claims().empty());
+        EXPECT_EQ(ledger.Numbers().size(), kept) << report.version << " " << report.maxPlu;
+    }
+}
+
 TEST(LedgerTrust, LastsAsLongAsItIsTold) {
     EXPECT_EQ(ReasonAfter(kWeek, kWeek), "");
     EXPECT_EQ(ReasonAfter(kWeek + seconds(1), kWeek), "older than 7 days: 2 of 2 articles");

@@ -27,11 +27,22 @@ TEST_F(TReleaseJobTest, KeepsNoLedger) {
     EXPECT_EQ(folder.FileCount(), 0U);
 }
 
+TEST_F(TReleaseJobTest, ReleasesAScaleWhoseLedgerCannotBeRead) {
+    options.initialState.emplace().programming = true;
+    BlockLedger();
+    const TScaleResult result = Release();
+    EXPECT_FALSE(IsProgramming());
+    EXPECT_EQ(result.outcome, Failed);
+    EXPECT_FALSE(result.mayBeProgramming);
+    EXPECT_NE(result.error.find("scale-7.json cannot be read: "), std::string::npos)
+        << result.error;
+}
+
 TEST_F(TReleaseJobTest, ASilentScaleIsNotReached) {
     Parts();
     SetFaults({Fault(TFaultKind::Silent, simulator::kSetWeightMode, 1)});
     const TScaleResult result = Release();
-    EXPECT_EQ(Commands(), "3C");
+    EXPECT_EQ(Commands(), "3C 3C");
     EXPECT_EQ(result.outcome, NotReached);
     EXPECT_EQ(result.error,
               "Fail set Weight mode: [ReadResponce][SCRIPT] Fail read data (peer) - Read timeout "

@@ -5,6 +5,7 @@
 #include <stdexcept>
 
 #include "comm/TDevCommRS232.h"
+#include "command/ArticleJobs.h"
 #include "command/LinkFactory.h"
 #include "tests/support/ScratchFolder.h"
 #include "tests/support/scales/TestScales.h"
@@ -58,7 +59,9 @@ TEST(RunScales, BeginsNoScaleAfterTheDeadline) {
         RunScales({.state = folder.Path(), .deadline = std::chrono::seconds(60), .progress = false},
                   test.world, {{.rec = NetworkScale(1, "A")}},
                   [&](const TJobParts& parts, const TScaleRec& rec) {
-                      return std::make_unique<TReleaseJob>(parts, rec);
+                      return std::make_unique<TReleaseJob>(
+                          parts, rec,
+                          TLedgerJob::TLedgerParts{.choices = {}, .maxAge = kWeek, .now = test.now});
                   });
     EXPECT_TRUE(results.deadline);
     EXPECT_EQ(results.scales[0].outcome, Stopped);

@@ -78,7 +78,7 @@ TEST_F(TWriteJobTest, LocksConfirmsAndWithdrawsBeforeItSendsAndClaimsAfterwards)
         seen.push_back((other.IsHeld() ? "free: " : "locked: ") + Claimed());
         EXPECT_EQ(Disk().Report()->version, "1.23");
         EXPECT_EQ(Disk().LastRun()->outcome, TRunOutcome::Running);
-        EXPECT_TRUE(Disk().LastRun()->mayBeInProgrammingMode);
+        EXPECT_TRUE(Disk().MayBeProgramming());
     };
     perLook = std::chrono::seconds(1);
     Write(kTwo);
@@ -107,7 +107,7 @@ TEST_F(TWriteJobTest, NotesHowTheRunEnded) {
     EXPECT_EQ(run.start, kNoon);
     EXPECT_EQ(run.end, kNoon);
     EXPECT_EQ(run.written, 2);
-    EXPECT_FALSE(run.mayBeInProgrammingMode);
+    EXPECT_FALSE(Disk().MayBeProgramming());
 }
 
 TEST_F(TWriteJobTest, ForgetsWhatAnotherScaleHeld) {
