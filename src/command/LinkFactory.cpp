@@ -1,10 +1,13 @@
 #include "command/LinkFactory.h"
 
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 #include "comm/TDevCommRS232.h"
 #include "comm/TDevCommUDP.h"
 #include "system/SerialPortList.h"
+#include "upload/ScaleDriver.h"
 
 namespace tolvane {
 
@@ -19,10 +22,13 @@ std::unique_ptr<TElicomScale> TLinkFactory::CreateRS232(std::int32_t portNumber,
                                                         std::int32_t bitsPerSecond) {
     std::unique_ptr<TElicomScale> driver =
         TRealScaleFactory::CreateRS232(portNumber, bitsPerSecond);
-    const auto named = serialPorts_.find("COM" + std::to_string(portNumber));
-    static_cast<TDevCommRS232&>(*driver->Channel)
-        .SetPort(named != serialPorts_.end() ? named->second : SerialPortOfNumber(portNumber));
+    static_cast<TDevCommRS232&>(*driver->Channel).SetPort(SerialPort(portNumber));
     return driver;
+}
+
+std::string TLinkFactory::SerialPort(int number) const {
+    const auto named = serialPorts_.find("COM" + std::to_string(number));
+    return named != serialPorts_.end() ? named->second : SerialPortOfNumber(number);
 }
 
 std::unique_ptr<TElicomScale> TLinkFactory::CreateUDP(const std::string& host) {
@@ -30,6 +36,24 @@ std::unique_ptr<TElicomScale> TLinkFactory::CreateUDP(const std::string& host) {
     channel->SetHost(host);
     channel->SetPort(kScaleUdpPort);
     return std::make_unique<TElicomScale>(std::move(channel), false, clock_);
+}
+
+std::vector<TComputerLock> TLinkFactory::LocksOf(const TScaleRec& rec) const {
+    std::vector<TComputerLock> locks;
+    if (rec.CommType == kCommSerial) {
+        // One port may have several names.
+        std::error_code error;
+        const std::string port = SerialPort(SerialPortNumber(rec));
+        const std::filesystem::path real = std::filesystem::canonical(port, error);
+        locks.push_back(
+            {.name = "com-" + (error ? port : real.string()), .what = "this serial port"});
+    } else {
+        locks.push_back({.name = RunLockName(rec), .what = "this scale"});
+    }
+    if (rec.CommType == kCommUdp && udpPort_ != 0)
+        locks.push_back({.name = "udp-port-" + std::to_string(udpPort_),
+                         .what = "the UDP port " + std::to_string(udpPort_)});
+    return locks;
 }
 
 }  // namespace tolvane

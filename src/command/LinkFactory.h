@@ -4,7 +4,10 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <vector>
 
+#include "command/RunLock.h"
+#include "config/TypesUnit.h"
 #include "upload/ScaleFactory.h"
 
 namespace tolvane {
@@ -21,7 +24,12 @@ public:
                                               std::int32_t bitsPerSecond) override;
     std::unique_ptr<TElicomScale> CreateUDP(const std::string& host) override;
 
+    // What only one run on this computer can use at a time: the scale, and the local UDP port.
+    std::vector<TComputerLock> LocksOf(const TScaleRec& rec) const;
+
 private:
+    std::string SerialPort(int number) const;
+
     TClock& clock_;
     std::map<std::string, std::string> serialPorts_;
     std::uint16_t udpPort_;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <functional>
 #include <system_error>
+#include <utility>
 
 #include "command/ScalePlace.h"
 #include "system/SystemError.h"
@@ -18,12 +19,6 @@ bool MayStandInAName(char c) {
            c == '_';
 }
 
-std::string HeldText(std::optional<std::uint32_t> process) {
-    std::string text("another run");
-    if (process) text += " (process " + std::to_string(*process) + ")";
-    return text + " holds the lock of this scale";
-}
-
 }  // namespace
 
 std::string RunLockName(const TScaleRec& scale) {
@@ -36,41 +31,86 @@ std::string RunLockName(const TScaleRec& scale) {
     return name + ".lock";
 }
 
+std::string LedgerLockName(const TScaleRec& scale) {
+    return "scale-" + std::to_string(scale.ScaleNumb) + ".lock";
+}
+
 bool IsRunLockHeld(const std::filesystem::path& folder, const TScaleRec& scale) {
     try {
-        return TLockFile::IsHeld(folder / RunLockName(scale));
+        return TLockFile::IsHeld(folder / LedgerLockName(scale));
     } catch (const std::system_error&) {
         return true;
     }
 }
 
 TRunLock::TRunLock(const std::filesystem::path& folder, const TScaleRec& scale, TMilliseconds wait,
-                   TClock& clock, const TRunStop* stop) {
-    const std::filesystem::path file = folder / RunLockName(scale);
-    try {
-        std::filesystem::create_directories(folder);
-        WaitFor(file, wait, clock, stop);
-    } catch (const std::system_error& error) {
-        refusal_ = "the lock " + PathText(file) + " cannot be created: " + FailureText(error);
-    }
-}
-
-void TRunLock::WaitFor(const std::filesystem::path& file, TMilliseconds wait, TClock& clock,
-                       const TRunStop* stop) {
+                   TClock& clock, const TRunStop* stop,
+                   const std::vector<TComputerLock>& computer) {
     const TTimePoint deadline = clock.Now() + wait;
     for (;;) {
-        file_ = TLockFile::TryHold(file);
-        if (file_) {
+        if (TryHold(folder, scale, computer)) {
             state_ = TRunLockState::Held;
+            otherProcess_.reset();
+            refusal_.clear();
             return;
         }
         const auto left = std::chrono::ceil<TMilliseconds>(deadline - clock.Now());
-        if (left <= TMilliseconds(0) || (stop != nullptr && stop->IsStopped())) break;
+        if (state_ == TRunLockState::Impossible || left <= TMilliseconds(0) ||
+            (stop != nullptr && stop->IsStopped()))
+            return;
         clock.Sleep(std::min(kPause, left));
+    }
+}
+
+bool TRunLock::TryHold(const std::filesystem::path& folder, const TScaleRec& scale,
+                       const std::vector<TComputerLock>& computer) {
+    bool all = TryFile(folder / RunLockName(scale), "this scale") &&
+               TryFile(folder / LedgerLockName(scale), "the ledger of this scale");
+    for (std::size_t i = 0; all && i < computer.size(); ++i)
+        all = TryName(computer[i]);
+    if (all) return true;
+    names_.clear();
+    files_.clear();
+    return false;
+}
+
+bool TRunLock::TryFile(const std::filesystem::path& file, std::string_view what) {
+    std::optional<TLockFile> held;
+    try {
+        std::filesystem::create_directories(file.parent_path());
+        held = TLockFile::TryHold(file);
+    } catch (const std::system_error& error) {
+        state_ = TRunLockState::Impossible;
+        refusal_ = "the lock " + PathText(file) + " cannot be created: " + FailureText(error);
+        return false;
+    }
+    if (held) {
+        files_.push_back(std::move(*held));
+        return true;
     }
     state_ = TRunLockState::HeldByOther;
     otherProcess_ = TLockFile::Holder(file);
-    refusal_ = HeldText(otherProcess_);
+    refusal_ = "another run";
+    if (otherProcess_) refusal_ += " (process " + std::to_string(*otherProcess_) + ")";
+    refusal_.append(" holds the lock of ").append(what);
+    return false;
+}
+
+bool TRunLock::TryName(const TComputerLock& lock) {
+    try {
+        if (auto held = TNameLock::TryHold(lock.name)) {
+            names_.push_back(std::move(*held));
+            return true;
+        }
+        state_ = TRunLockState::HeldByOther;
+        refusal_ = "another run on this computer, with another state folder, holds the lock of " +
+                   lock.what;
+    } catch (const std::system_error& error) {
+        state_ = TRunLockState::Impossible;
+        refusal_ = "the lock of " + lock.what + " cannot be created: " + FailureText(error);
+    }
+    otherProcess_.reset();
+    return false;
 }
 
 }  // namespace tolvane

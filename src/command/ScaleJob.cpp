@@ -63,7 +63,8 @@ void TScaleJob::AddError(const std::string& error) {
 }
 
 void TScaleJob::WithLock() {
-    const TRunLock lock(parts_.stateFolder, rec_, parts_.lockWait, parts_.clock, &parts_.stop);
+    const TRunLock lock(parts_.stateFolder, rec_, parts_.lockWait, parts_.clock, &parts_.stop,
+                        parts_.locks);
     if (!lock.IsHeld()) {
         const bool held = lock.State() == TRunLockState::HeldByOther;
         result_.outcome = held ? TScaleOutcome::Locked : TScaleOutcome::Failed;

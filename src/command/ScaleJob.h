@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "command/RunLock.h"
 #include "command/ScaleArticles.h"
 #include "command/ScaleResult.h"
 #include "scale/DevElicomScaleUnit.h"
@@ -40,6 +41,7 @@ struct TJobParts {
     TJobView& view;
     std::filesystem::path stateFolder;  // of the locks and ledgers
     TMilliseconds lockWait;             // for another run that works on the scale
+    std::vector<TComputerLock> locks{};
 };
 
 // Work on one scale: takes its lock, opens it, does what the kind of job does, and puts it back to

@@ -145,7 +145,8 @@ private:
                                   .stop = stop_,
                                   .view = *views_[i],
                                   .stateFolder = options_.state,
-                                  .lockWait = options_.lockWait};
+                                  .lockWait = options_.lockWait,
+                                  .locks = links_.LocksOf(rec)};
             return makeJob_(parts, rec)->Run();
         } catch (const std::exception& error) {
             return {.rec = rec, .outcome = TScaleOutcome::Failed, .error = MessageOf(error)};

@@ -13,12 +13,6 @@ namespace {
 constexpr std::uint8_t kSerialRetries = 10;
 constexpr std::int32_t kSpeedOfUnknownIndex = 38400;
 
-// The number after "COM"; 1 when there is none.
-std::int32_t SerialPortNumber(std::string_view portName) {
-    if (portName.size() <= 3) return 1;
-    return ParseIntegerOr(portName.substr(3, 3), 1);
-}
-
 std::int32_t BitsPerSecond(std::uint8_t baudRate) {
     const TSerialSpeed* speed = SerialSpeed(baudRate);
     return speed != nullptr ? speed->bitsPerSecond : kSpeedOfUnknownIndex;
@@ -26,12 +20,17 @@ std::int32_t BitsPerSecond(std::uint8_t baudRate) {
 
 }  // namespace
 
+std::int32_t SerialPortNumber(const TScaleRec& rec) {
+    const std::string_view name = rec.TCPAddress.View();
+    if (name.size() <= 3) return 1;
+    return ParseIntegerOr(name.substr(3, 3), 1);
+}
+
 std::unique_ptr<TElicomScale> MakeScaleDriver(TScaleFactory& factory, const TScaleRec& rec) {
     std::unique_ptr<TElicomScale> driver;
     switch (rec.CommType) {
         case kCommSerial:
-            driver = factory.CreateRS232(SerialPortNumber(rec.TCPAddress.View()),
-                                         BitsPerSecond(rec.BaudRate));
+            driver = factory.CreateRS232(SerialPortNumber(rec), BitsPerSecond(rec.BaudRate));
             // A network scale keeps the driver's address 0 and three repeats.
             driver->Retries = kSerialRetries;
             driver->Address = rec.ScaleAddr;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 
 #include "config/TypesUnit.h"
@@ -7,6 +8,9 @@
 #include "upload/ScaleFactory.h"
 
 namespace tolvane {
+
+// The number after "COM" in the address of a serial scale; 1 when there is none.
+std::int32_t SerialPortNumber(const TScaleRec& rec);
 
 // The driver of a configured scale over its kind of link, not open yet. Throws std::runtime_error
 // for a kind of link that does not exist.

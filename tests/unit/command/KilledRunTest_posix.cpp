@@ -110,21 +110,28 @@ TEST(KilledRun, NeverClaimsAnArticleThatTheScaleHasNotAcknowledged) {
 
 TEST(KilledRun, LetsGoOfItsLock) {
     const TScratchFolder folder;
+    const std::vector<TComputerLock> locks = {{"run-" + std::to_string(getpid()), "this scale"}};
+    const auto lockIn = [&](const char* state) {
+        return TRunLock(folder / state, TcpScale(), TMilliseconds(0), SystemClock(), nullptr,
+                        locks);
+    };
     TChild run([&](const auto& onStart) {
-        const TRunLock lock(folder.Path(), TcpScale(), TMilliseconds(0), SystemClock());
+        const TRunLock lock = lockIn("a");
         if (lock.IsHeld()) onStart();
         pause();
     });
     const std::uint32_t process = static_cast<std::uint32_t>(run.Process());
     ASSERT_TRUE(run.HasStarted());
     {
-        const TRunLock lock(folder.Path(), TcpScale(), TMilliseconds(0), SystemClock());
+        const TRunLock lock = lockIn("a");
         EXPECT_EQ(lock.State(), TRunLockState::HeldByOther);
         EXPECT_EQ(lock.OtherProcess(), process);
+        EXPECT_EQ(lockIn("b").State(), TRunLockState::HeldByOther);
     }
     ASSERT_TRUE(run.Kill());
-    EXPECT_TRUE(TRunLock(folder.Path(), TcpScale(), TMilliseconds(0), SystemClock()).IsHeld());
-    EXPECT_EQ(folder.FileCount(), 0U);
+    EXPECT_TRUE(lockIn("a").IsHeld());
+    EXPECT_TRUE(lockIn("b").IsHeld());
+    EXPECT_TRUE(std::filesystem::is_empty(folder / "a"));
 }
 
 }  // namespace

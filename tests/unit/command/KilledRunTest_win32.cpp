@@ -77,15 +77,22 @@ TEST(KilledRun, NeverClaimsAnArticleThatTheScaleHasNotAcknowledged) {
 
 TEST(KilledRun, LetsGoOfItsLock) {
     const TScratchFolder folder;
+    const TScratchFolder otherFolder;
+    const auto lockIn = [](const path& state) {
+        return TRunLock(state, TcpScale(), TMilliseconds(0), SystemClock(), nullptr,
+                        {{NameOfThisRun(), "this scale"}});
+    };
     {
         const TOtherRun run(folder.Path(), "lock");
         ASSERT_TRUE(run.HasStarted());
-        const TRunLock lock(folder.Path(), TcpScale(), TMilliseconds(0), SystemClock());
+        const TRunLock lock = lockIn(folder.Path());
         EXPECT_EQ(lock.State(), TRunLockState::HeldByOther);
         EXPECT_EQ(lock.OtherProcess(), run.Process());
+        EXPECT_EQ(lockIn(otherFolder.Path()).State(), TRunLockState::HeldByOther);
         ASSERT_TRUE(run.DiesAfter(0));
     }
-    EXPECT_TRUE(TRunLock(folder.Path(), TcpScale(), TMilliseconds(0), SystemClock()).IsHeld());
+    EXPECT_TRUE(lockIn(folder.Path()).IsHeld());
+    EXPECT_TRUE(lockIn(otherFolder.Path()).IsHeld());
     EXPECT_EQ(folder.FileCount(), 0U);
 }
 

@@ -25,9 +25,9 @@ void Write(HANDLE started, const std::string& name, unsigned seed) {
                  [&] { SetEvent(started); });
 }
 
-void Lock(HANDLE started) {
+void Lock(HANDLE started, const std::string& name) {
     const TRunLock lock(std::filesystem::current_path(), TcpScale(), TMilliseconds(0),
-                        SystemClock());
+                        SystemClock(), nullptr, {{name, "this scale"}});
     if (lock.IsHeld()) SetEvent(started);
     Sleep(INFINITE);
 }
@@ -42,7 +42,7 @@ int main(int count, char** arguments) {
     if (started == nullptr) return 3;
     try {
         if (arguments[1] == std::string_view("lock"))
-            tolvane::test::Lock(started);
+            tolvane::test::Lock(started, arguments[2]);
         else if (count == 4)
             tolvane::test::Write(started, arguments[2],
                                  static_cast<unsigned>(std::atoi(arguments[3])));

@@ -22,6 +22,11 @@ TScaleRec At(TScaleRec scale, const char* address) {
     return scale;
 }
 
+TScaleRec Numbered(TScaleRec scale, std::int32_t number) {
+    scale.ScaleNumb = number;
+    return scale;
+}
+
 TEST(RunLockName, IsWhereTheScaleIs) {
     EXPECT_EQ(RunLockName(TcpScale()), "tcp-10.0.0.5-1001.lock");
     EXPECT_EQ(RunLockName(UdpScale()), "udp-10.0.0.5.lock");
@@ -61,8 +66,7 @@ TEST(RunLockName, HoldsNothingThatNoFileNameMayHold) {
 TEST(RunLock, ExcludesOtherRunsOfTheSameScaleOnly) {
     const TScratchFolder folder;
     TRecordingClock clock;
-    TScaleRec sameScale = TcpScale();
-    sameScale.ScaleNumb = 17;
+    const TScaleRec sameScale = Numbered(TcpScale(), 17);
     {
         const TRunLock first = Lock(folder.Path(), TcpScale(), clock);
         EXPECT_TRUE(first.IsHeld());
@@ -73,11 +77,58 @@ TEST(RunLock, ExcludesOtherRunsOfTheSameScaleOnly) {
         EXPECT_EQ(second.OtherProcess(), static_cast<std::uint32_t>(getpid()));
         EXPECT_EQ(second.Refusal(), "another run (process " + std::to_string(getpid()) +
                                         ") holds the lock of this scale");
-        EXPECT_TRUE(Lock(folder.Path(), UdpScale(), clock).IsHeld());
-        EXPECT_TRUE(Lock(folder.Path(), SerialScale(), clock).IsHeld());
+        EXPECT_TRUE(Lock(folder.Path(), Numbered(UdpScale(), 4), clock).IsHeld());
+        EXPECT_TRUE(Lock(folder.Path(), Numbered(SerialScale(), 5), clock).IsHeld());
     }
     EXPECT_TRUE(Lock(folder.Path(), sameScale, clock).IsHeld());
     EXPECT_TRUE(clock.pauses.empty());
+}
+
+// Two lists of scales with another scale 3 each, and one state folder.
+TEST(RunLock, ExcludesOtherRunsOfTheSameLedger) {
+    const TScratchFolder folder;
+    TRecordingClock clock;
+    EXPECT_EQ(LedgerLockName(TcpScale()), "scale-3.lock");
+    const TRunLock first = Lock(folder.Path(), TcpScale(), clock);
+    const TRunLock second = Lock(folder.Path(), At(TcpScale(), "10.0.0.6"), clock);
+    EXPECT_EQ(second.State(), TRunLockState::HeldByOther);
+    EXPECT_EQ(second.Refusal(), "another run (process " + std::to_string(getpid()) +
+                                    ") holds the lock of the ledger of this scale");
+    EXPECT_TRUE(Lock(folder.Path(), Numbered(At(TcpScale(), "10.0.0.6"), 4), clock).IsHeld())
+        << "the refused one holds it still";
+}
+
+TEST(RunLock, ExcludesRunsWithAnotherStateFolder) {
+    const TScratchFolder folder;
+    TRecordingClock clock;
+    const std::string name = "test " + folder.Path().string();
+    const std::vector<TComputerLock> locks = {{name, "this scale"}, {name + "'s port", "a port"}};
+    const auto lock = [&](const char* sub, const std::vector<TComputerLock>& computer) {
+        return TRunLock(folder / sub, TcpScale(), TMilliseconds(0), clock, nullptr, computer);
+    };
+    std::optional<TRunLock> first(lock("a", locks));
+    EXPECT_TRUE(first->IsHeld());
+    const TRunLock second = lock("b", {locks[1]});
+    EXPECT_EQ(second.State(), TRunLockState::HeldByOther);
+    EXPECT_FALSE(second.OtherProcess());
+    EXPECT_EQ(second.Refusal(), "another run on this computer holds the lock of a port");
+    EXPECT_TRUE(lock("b", {}).IsHeld()) << "the refused one holds its files still";
+    first.reset();
+    EXPECT_TRUE(lock("b", locks).IsHeld());
+}
+
+TEST(RunLock, WaitsForARunWithAnotherStateFolder) {
+    const TScratchFolder folder;
+    TRecordingClock clock;
+    const std::vector<TComputerLock> locks = {{"test " + folder.Path().string(), "this scale"}};
+    std::optional<TRunLock> first(std::in_place, folder / "a", TcpScale(), TMilliseconds(0), clock,
+                                  nullptr, locks);
+    clock.onLook = [&] {
+        if (clock.Passed() >= TMilliseconds(500)) first.reset();
+    };
+    const TRunLock second(folder / "b", TcpScale(), TMilliseconds(10'000), clock, nullptr, locks);
+    EXPECT_TRUE(second.IsHeld());
+    EXPECT_EQ(second.Refusal(), "");
 }
 
 TEST(RunLock, WaitsAsLongAsItIsTold) {
@@ -132,11 +183,11 @@ TEST(RunLock, IsSeenWithoutBeingHeld) {
     {
         const TRunLock lock = Lock(folder.Path(), TcpScale(), clock);
         EXPECT_TRUE(IsRunLockHeld(folder.Path(), TcpScale()));
-        EXPECT_FALSE(IsRunLockHeld(folder.Path(), UdpScale()));
+        EXPECT_FALSE(IsRunLockHeld(folder.Path(), Numbered(UdpScale(), 4)));
     }
     EXPECT_FALSE(IsRunLockHeld(folder.Path(), TcpScale()));
     // What a killed run has left.
-    PutFile(folder / RunLockName(TcpScale()), "1\n");
+    PutFile(folder / LedgerLockName(TcpScale()), "1\n");
     EXPECT_FALSE(IsRunLockHeld(folder.Path(), TcpScale()));
 }
 

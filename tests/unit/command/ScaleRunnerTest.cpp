@@ -4,9 +4,7 @@
 
 #include <stdexcept>
 
-#include "comm/TDevCommRS232.h"
 #include "command/ArticleJobs.h"
-#include "command/LinkFactory.h"
 #include "tests/support/ScratchFolder.h"
 #include "tests/support/scales/TestScales.h"
 #include "tests/unit/command/TestWorld.h"
@@ -55,30 +53,18 @@ TEST(RunScales, BeginsNoScaleAfterTheDeadline) {
     TTestWorld test;
     const TScratchFolder folder;
     test.clock.Sleep(TMilliseconds(60'000));
-    const TScaleResults results =
-        RunScales({.state = folder.Path(), .deadline = std::chrono::seconds(60), .progress = false},
-                  test.world, {{.rec = NetworkScale(1, "A")}},
-                  [&](const TJobParts& parts, const TScaleRec& rec) {
-                      return std::make_unique<TReleaseJob>(
-                          parts, rec,
-                          TLedgerJob::TLedgerParts{.choices = {}, .maxAge = kWeek, .now = test.now});
-                  });
+    const TScaleResults results = RunScales(
+        {.state = folder.Path(), .deadline = std::chrono::seconds(60), .progress = false},
+        test.world, {{.rec = NetworkScale(1, "A")}},
+        [&](const TJobParts& parts, const TScaleRec& rec) {
+            return std::make_unique<TReleaseJob>(
+                parts, rec,
+                TLedgerJob::TLedgerParts{.choices = {}, .maxAge = kWeek, .now = test.now});
+        });
     EXPECT_TRUE(results.deadline);
     EXPECT_EQ(results.scales[0].outcome, Stopped);
     EXPECT_EQ(test.err.str(),
               "The deadline has passed: each scale ends with the article in work.\n");
-}
-
-TEST(LinkFactory, OpensTheDevicesThatPortsAreNamedAfter) {
-    TRecordingClock clock;
-    TLinkFactory links(clock, {{"COM1", "/dev/ttyUSB7"}}, 0);
-    const auto description = [&](std::int32_t port) {
-        return links.CreateRS232(port, 9600)->Channel->GetDescription();
-    };
-    EXPECT_NE(description(1).find("/dev/ttyUSB7"), std::string::npos) << description(1);
-    EXPECT_EQ(description(2).find("/dev/ttyUSB7"), std::string::npos) << description(2);
-    EXPECT_NE(links.CreateUDP("10.0.0.5")->Channel->GetDescription().find("10.0.0.5"),
-              std::string::npos);
 }
 
 }  // namespace
