@@ -103,8 +103,7 @@ bool TRunLock::TryName(const TComputerLock& lock) {
             return true;
         }
         state_ = TRunLockState::HeldByOther;
-        refusal_ = "another run on this computer, with another state folder, holds the lock of " +
-                   lock.what;
+        refusal_ = "another run on this computer holds the lock of " + lock.what;
     } catch (const std::system_error& error) {
         state_ = TRunLockState::Impossible;
         refusal_ = "the lock of " + lock.what + " cannot be created: " + FailureText(error);

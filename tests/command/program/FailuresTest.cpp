@@ -180,5 +180,41 @@ TEST_F(FailuresTest, ASecondRunIsRefusedOrWaits) {
     EXPECT_EQ(Ended(*first).exitCode, 0);
 }
 
+// As two users of one computer have.
+TEST_F(FailuresTest, ASecondRunWithAnotherStateFolderIsRefused) {
+    TVirtualScale& scale = AddScale(1);
+    scale.SetFaults(Fault("slow,ms=200"));
+    const std::unique_ptr<TProcess> first = Start({"write"});
+    ASSERT_TRUE(scale.WaitForRequests(2, std::chrono::seconds(30)));
+    state_ = "other-state";
+    const TRun second = RunBeside({"write", "--json"});
+    EXPECT_EQ(second.exitCode, 11);
+    EXPECT_EQ(second.Scale(1).at("outcome"), "locked");
+    EXPECT_EQ(second.Scale(1).at("error"),
+              "another run on this computer holds the lock of this "
+              "scale");
+    scale.SetFaults({});
+    EXPECT_EQ(Ended(*first).exitCode, 0);
+    EXPECT_EQ(Run({"write"}).exitCode, 0);
+}
+
+// The state folder's ledgers are by the number in the list of scales.
+TEST_F(FailuresTest, ASecondRunForAnotherScaleOfTheSameNumberIsRefused) {
+    TVirtualScale& scale = AddScale(1);
+    scale.SetFaults(Fault("slow,ms=200"));
+    const std::unique_ptr<TProcess> first = Start({"write"});
+    ASSERT_TRUE(scale.WaitForRequests(2, std::chrono::seconds(30)));
+    list_.clear();
+    const TVirtualScale& other = AddScale(1);
+    const TRun second = RunBeside({"write", "--json"});
+    EXPECT_EQ(second.exitCode, 11);
+    EXPECT_NE(std::string(second.Scale(1).at("error")).find("the ledger of this scale"),
+              std::string::npos)
+        << second.out;
+    EXPECT_EQ(other.State().requests.total, 0);
+    scale.SetFaults({});
+    EXPECT_EQ(Ended(*first).exitCode, 0);
+}
+
 }  // namespace
 }  // namespace tolvane::test

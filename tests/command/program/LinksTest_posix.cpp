@@ -1,4 +1,5 @@
 #include "tests/command/program/ProgramTest.h"
+#include "tests/support/FreeUdpPort.h"
 
 namespace tolvane::test {
 namespace {
@@ -27,6 +28,38 @@ TEST_F(LinksTest, ASerialAUdpAndATcpScaleAreWrittenInOneRun) {
     EXPECT_EQ(NumbersOf(evl), (std::vector<int>{1, 2, 3}));
     EXPECT_EQ(NumbersOf(ets), (std::vector<int>{1, 2, 4}));
     EXPECT_EQ(NumbersOf(s300), (std::vector<int>{1, 2}));
+}
+
+// The second run cannot have the local port; it says so or waits.
+TEST_F(LinksTest, TwoRunsWithUdpScalesShareTheLocalPort) {
+    const auto addUdp = [this](int number, const std::string& host) -> TVirtualScale& {
+        TScaleOptions options;
+        options.host = host;
+        options.tcpPort = std::nullopt;
+        options.udpPort = 1001;
+        TVirtualScale& scale = AddScale(number, TModel::Ets, std::move(options));
+        AddToList(number, TModel::Ets, host, 1001, 2);
+        return scale;
+    };
+    TVirtualScale& slow = addUdp(1, "127.0.0.4");
+    slow.SetFaults(simulator::TFaultScript{.faults = {simulator::FaultFromText("slow,ms=200")}});
+    const TVirtualScale& other = addUdp(2, "127.0.0.5");
+    const std::string port = std::to_string(FreeUdpPort());
+    const std::unique_ptr<TProcess> first =
+        Start({"write", "--scale", "1", "--udp-local-port", port});
+    ASSERT_TRUE(slow.WaitForRequests(2, std::chrono::seconds(30)));
+    const TRun second = RunBeside({"write", "--scale", "2", "--udp-local-port", port, "--json"});
+    EXPECT_EQ(second.exitCode, 11);
+    EXPECT_EQ(second.Scale(2).at("error"),
+              "another run on this computer holds the lock of the UDP "
+              "port " +
+                  port);
+    slow.SetFaults({});
+    const TRun waiting = RunBeside(
+        {"write", "--scale", "2", "--udp-local-port", port, "--lock-wait", "1m", "--json"});
+    EXPECT_EQ(waiting.exitCode, 0) << waiting.err;
+    EXPECT_EQ(NumbersOf(other), (std::vector<int>{1, 2, 4}));
+    EXPECT_EQ(Ended(*first).exitCode, 0);
 }
 
 }  // namespace

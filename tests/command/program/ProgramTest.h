@@ -71,7 +71,7 @@ protected:
     // Changes the shop's database, UTF-8.
     void Sql(const std::string& statement) const;
 
-    std::filesystem::path StateFolder() const { return folder_ / "state"; }
+    std::filesystem::path StateFolder() const { return folder_ / state_; }
     std::filesystem::path LedgerOf(int number) const {
         return StateFolder() / ("scale-" + std::to_string(number) + ".json");
     }
@@ -79,6 +79,7 @@ protected:
     TScratchFolder folder_;
     std::map<std::string, std::string> environment_{};
     int capacity_ = 4000;
+    std::string state_ = "state";
     std::string list_{};  // the scale list, code page 1251
 
 private:
