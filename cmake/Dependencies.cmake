@@ -36,12 +36,15 @@ target_link_libraries(tolvane_asio ${scope} tolvane_headers Threads::Threads)
 target_compile_definitions(tolvane_asio ${scope}
     ASIO_STANDALONE ASIO_NO_DEPRECATED ASIO_DISABLE_STD_ALIGNED_ALLOC)
 
-# GoogleTest is built from its source package for both targets, with the tests' flags.
-set(INSTALL_GTEST OFF CACHE BOOL "" FORCE)
-set(gtest_force_shared_crt ON CACHE BOOL "" FORCE)
-if(BUILD_TESTING)
+# GoogleTest: for this system Debian has built it; for Windows it is built from its source package, with the
+# tests' flags.
+if(BUILD_TESTING AND WIN32)
+    set(INSTALL_GTEST OFF CACHE BOOL "" FORCE)
+    set(gtest_force_shared_crt ON CACHE BOOL "" FORCE)
     add_subdirectory(/usr/src/googletest ${CMAKE_BINARY_DIR}/googletest EXCLUDE_FROM_ALL SYSTEM)
     foreach(part gtest gtest_main)
         target_link_libraries(${part} PRIVATE tolvane_test_flags)
     endforeach()
+elseif(BUILD_TESTING)
+    find_package(GTest REQUIRED)
 endif()

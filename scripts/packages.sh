@@ -13,7 +13,7 @@ export LC_ALL=C.UTF-8
 
 declare -A GROUPS_OF_PACKAGES=(
     [build]="g++ cmake ninja-build g++-mingw-w64-i686-posix libasio-dev nlohmann-json3-dev
-             libcli11-dev googletest libbenchmark-dev firebird-dev"
+             libcli11-dev googletest libgtest-dev libbenchmark-dev firebird-dev"
     [headless]="g++ cmake ninja-build libasio-dev nlohmann-json3-dev libcli11-dev firebird-dev
                 firebird3.0-server-core firebird3.0-utils iproute2"
     [check]="clang-format clang-tidy groff-base python3"
