@@ -112,6 +112,7 @@ bool TArticleLoader::LoadRows(const TRegionalSettings& regional) {
     TRowCopy copy(parts_.query, parts_.articles, regional);
     for (std::size_t row = 0; row < parts_.query.RowCount(); ++row) {
         copy.Append(row);
+        parts_.query.FreeRowsBefore(row);
         parts_.wait.Step();
     }
     Restart();

@@ -2,6 +2,8 @@
 
 #include <chrono>
 #include <cmath>
+#include <cstdlib>
+#include <iterator>
 #include <limits>
 #include <optional>
 
@@ -52,9 +54,15 @@ std::string ScaledText(std::int64_t integer, int scale, char decimalSeparator) {
     return text;
 }
 
+// Up to 22 they are exact, so one division by them rounds correctly.
+constexpr double kPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                   1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                   1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+
 double ScaledNumber(std::int64_t integer, int scale) {
-    // Powers of ten up to 22 are exact, so one division rounds correctly.
-    const double power = std::pow(10.0, std::abs(scale));
+    const auto digits = static_cast<std::size_t>(std::abs(scale));
+    const double power =
+        digits < std::size(kPowersOfTen) ? kPowersOfTen[digits] : std::pow(10.0, std::abs(scale));
     const auto whole = static_cast<double>(integer);
     return scale < 0 ? whole / power : whole * power;
 }

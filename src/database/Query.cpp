@@ -134,6 +134,10 @@ double TQuery::AsFloat(std::size_t row, std::size_t column,
     return ValueAsFloat(value, cursor_->reader.Alias(column), regional);
 }
 
+void TQuery::FreeRowsBefore(std::size_t row) noexcept {
+    if (cursor_ != nullptr) cursor_->rows.FreeBefore(row);
+}
+
 std::size_t TQuery::MemoryUsed() const noexcept {
     return cursor_ == nullptr ? 0 : cursor_->rows.MemoryUsed();
 }

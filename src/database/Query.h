@@ -40,6 +40,8 @@ public:
     std::size_t ColumnCount() const noexcept;
     // The index of the column with exactly this alias; throws when there is no such column.
     std::size_t Column(std::string_view alias) const;
+    // Gives back the memory of the rows before this one, which cannot be asked for any more.
+    void FreeRowsBefore(std::size_t row) noexcept;
     // A wrong row or column throws std::out_of_range. A value's text is valid until Close.
     TColumnValue Value(std::size_t row, std::size_t column) const;
     bool IsNull(std::size_t row, std::size_t column) const;

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <memory>
 #include <span>
+#include <string_view>
 #include <vector>
 
 #include "database/ColumnValue.h"
@@ -15,8 +16,9 @@ struct TColumnType {
     std::int8_t scale = 0;
 };
 
-// Holds fetched rows in blocks. A value takes only the space that it needs: a text its own length,
-// not its column's.
+// Holds fetched rows in blocks, from which rows can be freed in their order. A value takes only the
+// space that it needs: a text its own length, not its column's, and none when the row before has
+// the same.
 class TRowBuffer {
 public:
     TRowBuffer() = default;
@@ -26,14 +28,30 @@ public:
     void Append(std::span<const TColumnValue> values);
     std::size_t RowCount() const noexcept { return rowCount_; }
     std::size_t ColumnCount() const noexcept { return columns_.size(); }
-    // Throws std::out_of_range. A text is valid for as long as the buffer exists.
+    // Throws std::out_of_range, also for a row that is freed. A text is valid until its row is
+    // freed.
     TColumnValue Value(std::size_t row, std::size_t column) const;
+    // Frees the rows before this one, by whole blocks.
+    void FreeBefore(std::size_t row) noexcept;
     // Bytes on the heap.
     std::size_t MemoryUsed() const noexcept;
 
 private:
+    // Texts of the rows up to `lastRow`.
+    struct TTextBlock {
+        std::unique_ptr<char[]> bytes{};
+        std::size_t size = 0;
+        std::size_t lastRow = 0;
+    };
+    struct TStoredText {
+        char* at = nullptr;
+        std::size_t block = 0;
+    };
+
     char* NewRow();
-    char* NewText(std::size_t size);
+    TStoredText NewText(std::size_t size);
+    char* AddTextBlock(std::size_t size);
+    const char* Store(std::string_view text, std::size_t column);
 
     std::vector<TColumnType> columns_;
     std::vector<std::size_t> offsets_;  // of each column in a row, after the null bits
@@ -41,10 +59,12 @@ private:
     std::size_t rowsPerBlock_ = 0;
     std::size_t rowCount_ = 0;
     std::vector<std::unique_ptr<char[]>> rows_;
-    std::vector<std::unique_ptr<char[]>> texts_;
-    std::size_t textsUsed_ = 0;
-    std::size_t textFree_ = 0;  // bytes left at the end of the last block of texts
+    std::size_t freedRows_ = 0;  // blocks
+    std::vector<TTextBlock> texts_;
+    std::size_t textBlock_ = 0;  // the one that short texts go into
+    std::size_t textFree_ = 0;   // bytes left at its end
     char* textNext_ = nullptr;
+    std::vector<TStoredText> lastTexts_;  // of each column
 };
 
 }  // namespace tolvane

@@ -103,6 +103,9 @@ TEST(ColumnValue, ScaledNumbersAreTheNearestDouble) {
     EXPECT_EQ(ValueAsFloat(Number(123400, -4), "C", Comma()), 12.34);
     EXPECT_EQ(ValueAsFloat(Number(1, -2), "C", Comma()), 0.01);
     EXPECT_EQ(ValueAsFloat(Number(12, 3), "C", Comma()), 12000.0);
+    EXPECT_EQ(ValueAsFloat(Number(1, -18), "C", Comma()), 1e-18);
+    EXPECT_EQ(ValueAsFloat(Number(3, 22), "C", Comma()), 3e22);
+    EXPECT_EQ(ValueAsFloat(Number(3, -23), "C", Comma()), 3e-23);
     EXPECT_EQ(ValueAsInteger(Number(70000, -4), "C", Comma()), 7);
 }
 
