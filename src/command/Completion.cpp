@@ -48,54 +48,55 @@ std::string NamesOf(const std::map<std::string, int>& values) {
     return Joined(names, " ");
 }
 
+// A case of the option before the word, whose value is completed by compgen with `how`.
+std::string ValueCase(const std::string& options, const std::string& how) {
+    return "        " + options +
+           ")\n"
+           "            mapfile -t COMPREPLY < <(compgen " +
+           how +
+           " -- \"$now\")\n"
+           "            return ;;\n";
+}
+
+std::string ValueCases(const CLI::App& app) {
+    return ValueCase(OptionsOf(app, "FILE"), "-f") + ValueCase(OptionsOf(app, "FOLDER"), "-d") +
+           ValueCase("--price", "-W '" + NamesOf(kPrices) + "'") +
+           ValueCase("--name1 | --name2", "-W '" + NamesOf(kNames) + "'");
+}
+
+// What may follow each command.
+std::string CommandCases(const CLI::App& app) {
+    std::string text;
+    for (const CLI::App* command : CommandsOf(app))
+        text += "            " + command->get_name() + ") words='" + CommandNames(*command) + " " +
+                OptionNames(*command) + "' ;;\n";
+    return text;
+}
+
 }  // namespace
 
 std::string BashCompletion() {
     const TCommandLine line;
     const CLI::App& app = line.App();
-    std::string text =
-        "# Completes the command lines of tolvane in bash.\n"
-        "_tolvane() {\n"
-        "    local now=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]}\n"
-        "    local word words='" +
-        CommandNames(app) +
-        "'\n"
-        "    case $before in\n"
-        "        " +
-        OptionsOf(app, "FILE") +
-        ")\n"
-        "            mapfile -t COMPREPLY < <(compgen -f -- \"$now\")\n"
-        "            return ;;\n"
-        "        " +
-        OptionsOf(app, "FOLDER") +
-        ")\n"
-        "            mapfile -t COMPREPLY < <(compgen -d -- \"$now\")\n"
-        "            return ;;\n"
-        "        --price)\n"
-        "            mapfile -t COMPREPLY < <(compgen -W '" +
-        NamesOf(kPrices) +
-        "' -- \"$now\")\n"
-        "            return ;;\n"
-        "        --name1 | --name2)\n"
-        "            mapfile -t COMPREPLY < <(compgen -W '" +
-        NamesOf(kNames) +
-        "' -- \"$now\")\n"
-        "            return ;;\n"
-        "    esac\n"
-        "    for word in \"${COMP_WORDS[@]:1:COMP_CWORD-1}\"; do\n"
-        "        case $word in\n";
-    for (const CLI::App* command : CommandsOf(app))
-        text += "            " + command->get_name() + ") words='" + CommandNames(*command) + " " +
-                OptionNames(*command) + "' ;;\n";
-    text +=
-        "        esac\n"
-        "    done\n"
-        "    mapfile -t COMPREPLY < <(compgen -W \"$words " +
-        OptionNames(app) +
-        "\" -- \"$now\")\n"
-        "}\n"
-        "complete -F _tolvane tolvane\n";
-    return text;
+    return "# Completes the command lines of tolvane in bash.\n"
+           "_tolvane() {\n"
+           "    local now=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]}\n"
+           "    local word words='" +
+           CommandNames(app) +
+           "'\n"
+           "    case $before in\n" +
+           ValueCases(app) +
+           "    esac\n"
+           "    for word in \"${COMP_WORDS[@]:1:COMP_CWORD-1}\"; do\n"
+           "        case $word in\n" +
+           CommandCases(app) +
+           "        esac\n"
+           "    done\n"
+           "    mapfile -t COMPREPLY < <(compgen -W \"$words " +
+           OptionNames(app) +
+           "\" -- \"$now\")\n"
+           "}\n"
+           "complete -F _tolvane tolvane\n";
 }
 
 }  // namespace tolvane
