@@ -68,7 +68,7 @@ test_plan_native() {
             tests/command/program/shop.sql demo/schema.sql "${TEST_SCRIPTS[@]}"
     job texts "The command's manual page and completion" tests/command/examples/texts.sh "$NATIVE/src/command"
         after build-linux
-        reads "$NATIVE/src/command/tolvane*" tests/command/examples tests/scripts/lib.sh
+        reads "$NATIVE/src/command/tolvane*" tests/command/examples tests/scripts/lib.sh tools/systemd tools/ansible docs
     job wireshark "Traces in Wireshark" test_native -L '^wireshark$'
         after build-linux; lane native
         reads "$NATIVE/tests/command/trace/test_wireshark" tools/wireshark "${TEST_SCRIPTS[@]}"

@@ -33,12 +33,12 @@ codes=$("$folder/tolvane" --help | sed -nE '/^Ends with:/,$s/^  ([0-9]+) +(.*)$/
 expect "the help has all codes" "9" "$(printf '%s\n' "$codes" | wc -l)"
 while IFS='|' read -r code words; do
     expect "tolvane-failed says the words of $code" "run: $words ($code)" \
-        "$("$ROOT/tools/systemd/tolvane-failed" run "$code")"
+        "$("$root/tools/systemd/tolvane-failed" run "$code")"
     expect "exit-codes.yml has the words of $code" "  $code: $words" \
-        "$(grep -E "^  $code: " "$ROOT/tools/ansible/exit-codes.yml")"
+        "$(grep -E "^  $code: " "$root/tools/ansible/exit-codes.yml")"
     for page in command chain; do
         expect "$page.md has the words of $code" "| $code | $words |*" \
-            "$(grep -E "^\| $code \|" "$ROOT/docs/$page.md")"
+            "$(grep -E "^\| $code \|" "$root/docs/$page.md")"
     done
 done <<<"$codes"
 
