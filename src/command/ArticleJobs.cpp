@@ -67,8 +67,11 @@ void TLedgerJob::Entering() {
     Ledger().Save(Now());
 }
 
+// Another device may have answered, to any of the requests.
 void TLedgerJob::ReplyDidNotFit() {
+    if (!ledger_ || Ledger().Claims().empty()) return;
     Ledger().Drop("a reply of the scale did not fit its request");
+    Ledger().Save(Now());
 }
 
 // The scale is not asked; what the ledger says of one that another run works on is that run's.

@@ -76,7 +76,6 @@ protected:
     void Begin() override;
     bool NeedsProgramming() const override { return false; }
     void WorkWithLedger(TElicomScale&, const TScaleVersion&) override {}
-    void ReplyDidNotFit() override {}
     void End() override;
 
 private:

@@ -138,14 +138,17 @@ TAnswer ShowArticle(const TCommandOptions& options, TWorld& world) {
     const TArticleReading reading = ReadShopArticles(options, world);
     TReportTable table = TextTable();
     TAssumptions assumptions;
-    for (const TScaleRec& rec : RecordsOf(scales)) {
-        const auto report = LedgerOf(options, world, shop, rec).Report();
+    std::vector<TProblem> problems;
+    for (const TScaleRec& rec : UsableOf(scales)) {
+        const auto report = ReportedBy(rec, options, world, shop, problems);
         const TScaleArticles articles =
             ArticlesForScale(reading.articles, rec.ScaleNumb, shop.choices, world.regional);
         for (const TScaleArticle& article : articles.articles)
             if (article.plu.ScaleNumber == *options.show)
                 AppendTexts(article, rec, assumptions.VersionOf(rec, report), table);
     }
+    for (const TProblem& problem : problems)
+        world.err << "tolvane: " << ToUtf8(problem.problem) << std::endl;
     if (table.rows.empty())
         throw TUsageError("None of these scales would get an article with number " +
                           std::to_string(*options.show) + ". tolvane check tells why.");

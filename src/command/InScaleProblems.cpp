@@ -9,8 +9,6 @@
 namespace tolvane {
 namespace {
 
-constexpr std::int32_t kHighestPrice = 999999;  // hundredths: six digits
-
 std::string FaultCure(TLineFault fault) {
     switch (fault) {
         case TLineFault::Barcode:
@@ -62,7 +60,8 @@ private:
             const std::int32_t number = NumberInScale(article.plu.ScaleNumber, version_.maxPlu);
             const auto found = winners.find(number);
             // What cannot be written overwrites nothing and is told elsewhere.
-            if (found == winners.end() || found->second == i || article.plu.PriceHundredths <= 0)
+            if (found == winners.end() || found->second == i ||
+                !IsPriceOfScale(article.plu.PriceHundredths))
                 continue;
             const TPLUD& winner = articles.articles[found->second].plu;
             Add(TSeverity::Error, article,

@@ -93,7 +93,14 @@ void TLedger::DropWhatCannotBeTrusted(const TLedgerIdentity& identity, sys_secon
                                       seconds maxAge) {
     const auto difference = DifferenceOf(identity, content_.identity);
     content_.identity = identity;
-    if (difference) DropFor(*difference);
+    if (difference) {
+        DropFor(*difference);
+        // Whether the former one weighs stays noted: the scale may only have got another address.
+        if (difference->isOtherScale) {
+            content_.report.reset();
+            content_.lastRun.reset();
+        }
+    }
     const sys_seconds latest = LatestTime(content_);
     if (latest > now + kClockCorrection)
         Drop("the clock has been set back: the ledger is from " + UtcText(latest));

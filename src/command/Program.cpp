@@ -17,8 +17,10 @@ int main(int argc, char** argv) {
     std::cout << parsed.output << std::flush;
     std::cerr << parsed.error << std::flush;
     if (!parsed.options) return static_cast<int>(parsed.exitCode);
-    // Everything else may end wherever it is.
-    if (WorksOnScales(*parsed.options)) CatchInterrupts();
+    if (WorksOnScales(*parsed.options))
+        CatchInterrupts();
+    else
+        EndAtInterrupt();
     TWorld world{
         .out = std::cout,
         .err = std::cerr,

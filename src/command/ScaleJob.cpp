@@ -84,13 +84,21 @@ void TScaleJob::WithLock() {
 }
 
 void TScaleJob::InScale() {
+    if (HasStopped()) return;
     const std::unique_ptr<TElicomScale> scale = MakeScaleDriver(parts_.factory, rec_);
     if (!scale->OpenChannel()) {
         result_.error = scale->LastError;
         return;
     }
+    if (HasStopped()) return;
     InOpenScale(*scale);
     if (scale->WrongReply) ReplyDidNotFit();
+}
+
+bool TScaleJob::HasStopped() {
+    if (!IsStopped()) return false;
+    result_.outcome = TScaleOutcome::Stopped;
+    return true;
 }
 
 void TScaleJob::InOpenScale(TElicomScale& scale) {
@@ -135,10 +143,17 @@ void TScaleJob::InProgramming(TElicomScale& scale) {
         result_.error = FailureText(error);
         linkFails = true;
     }
+    // Before the pause and the exchange that follow, in which this process may be killed.
+    if (scale.WrongReply) ReplyDidNotFit();
     // Who has stopped the run does not wait for a silent scale once more.
     const bool asks =
         *mayBeProgramming_ && scale.Channel->IsConnected() && !(IsStopped() && linkFails);
     if (asks && mode.Leave()) mayBeProgramming_ = false;
+    // All articles may be in it, and yet nobody can weigh with it.
+    if (*mayBeProgramming_ && result_.outcome == TScaleOutcome::Done) {
+        result_.outcome = TScaleOutcome::Failed;
+        result_.error = "the scale has not confirmed that it weighs again: " + scale.LastError;
+    }
 }
 
 void TScaleJob::WorkInMode(TElicomScale& scale, TProgrammingMode& mode) {

@@ -87,6 +87,7 @@ private:
 
     void WithLock();
     void InScale();
+    bool HasStopped();
     void InOpenScale(TElicomScale& scale);
     // Puts the scale into weighing mode, where it should be, and measures how long that takes.
     // False when it does not answer, twice.

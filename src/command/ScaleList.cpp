@@ -9,6 +9,7 @@
 namespace tolvane {
 namespace {
 
+constexpr std::int32_t kMostNumber = 65535;
 constexpr std::size_t kLongestAddress = sizeof(TScaleRec::TCPAddress.characters);
 
 // One section as its file spells it.
@@ -20,6 +21,9 @@ public:
     bool IsThere() const { return document_.HasSection(section_); }
     TListedScale Check() {
         CheckNumber("CommType", "kind of connection", kCommSerial, kCommUdp, "choose one");
+        CheckNumber("ScaleNumb", "number", 1, kMostNumber, "give it a number");
+        CheckNumber("ScaleType", "model", 0, kMostNumber, "choose the model");
+        CheckNumber("Encoding", "code table", 0, kMostNumber, "choose the code table");
         CheckAddress();
         if (scale_.rec.CommType == kCommTcp)
             CheckNumber("TCPPort", "port", 1, 65535, "correct the port");

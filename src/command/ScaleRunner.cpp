@@ -124,7 +124,7 @@ private:
         std::vector<TScaleLanes::TTask> tasks;
         for (std::size_t i = 0; i < scales_.size(); ++i) {
             if (scales_[i].IsUsable()) {
-                tasks.push_back({.needs = NeedsOf(scales_[i].rec), .run = [this, i] {
+                tasks.push_back({.needs = NeedsOf(i), .run = [this, i] {
                                      results_.scales[i] = ResultOf(i);
                                      Tell(i);
                                  }});
@@ -134,6 +134,13 @@ private:
             }
         }
         return tasks;
+    }
+    // Two names may lead to one serial port, which only the locks know.
+    std::vector<std::string> NeedsOf(std::size_t i) const {
+        std::vector<std::string> needs = tolvane::NeedsOf(scales_[i].rec);
+        for (const TComputerLock& lock : links_.LocksOf(scales_[i].rec))
+            needs.push_back(lock.name);
+        return needs;
     }
     // A job's own failures are in its result; what is left is the memory.
     TScaleResult ResultOf(std::size_t i) {

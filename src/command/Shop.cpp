@@ -96,7 +96,7 @@ std::vector<TListedScale> ChosenScales(const TShop& shop, const TCommandOptions&
 TArticleReading ReadShopArticles(const TCommandOptions& options, TWorld& world) {
     if (options.database.empty())
         throw TUsageError("No database is named. Name it with --database.");
-    const TDatabaseWatch watch(options, world);
+    std::optional<TDatabaseWatch> watch(std::in_place, options, world);
     TAttachment attachment({.database = options.database,
                             .user = options.user,
                             .password = ReadPassword(options.passwordFile),
@@ -104,6 +104,8 @@ TArticleReading ReadShopArticles(const TCommandOptions& options, TWorld& world) 
     if (options.createIndex) CreateArticleIndex(attachment.Library(), attachment.Handle());
     TArticleReading reading =
         ReadArticles(attachment.Library(), attachment.Handle(), world.localClock, world.regional);
+    // It may write to the same stream.
+    watch.reset();
     if (options.verbose)
         world.err << options.database << ": " << reading.articles.RowCount() << " articles read"
                   << std::endl;

@@ -73,7 +73,7 @@ private:
         } else if (article.plu.PriceHundredths <= 0) {
             refused.reason = BadPriceText(article.plu.PriceHundredths);
             plan_.leftOut.push_back(std::move(refused));
-        } else if (winners.at(cut) != index) {
+        } else if (IsPriceOfScale(article.plu.PriceHundredths) && winners.at(cut) != index) {
             refused.reason =
                 "another article has the number " + std::to_string(cut) + " in this scale, too";
             plan_.leftOut.push_back(std::move(refused));
@@ -112,13 +112,17 @@ std::int32_t NumberInScale(std::int32_t number, std::int32_t maxPlu) {
     return cut >= 1 && cut <= maxPlu ? cut : 0;
 }
 
+bool IsPriceOfScale(std::int32_t hundredths) {
+    return hundredths > 0 && hundredths <= kHighestPrice;
+}
+
 std::unordered_map<std::int32_t, std::size_t> WinnersOf(const TScaleArticles& articles,
                                                         std::int32_t maxPlu) {
     std::unordered_map<std::int32_t, std::size_t> winners;
     for (std::size_t i = 0; i < articles.articles.size(); ++i) {
         const TPLUD& plu = articles.articles[i].plu;
         const std::int32_t number = NumberInScale(plu.ScaleNumber, maxPlu);
-        if (number != 0 && plu.PriceHundredths > 0) winners[number] = i;
+        if (number != 0 && IsPriceOfScale(plu.PriceHundredths)) winners[number] = i;
     }
     return winners;
 }

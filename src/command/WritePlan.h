@@ -41,6 +41,11 @@ struct TWritePlan {
 // number.
 std::int32_t NumberInScale(std::int32_t number, std::int32_t maxPlu);
 
+inline constexpr std::int32_t kHighestPrice = 999999;  // hundredths: six digits
+
+// Whether a scale can hold the price, in hundredths.
+bool IsPriceOfScale(std::int32_t hundredths);
+
 // For each number of the scale the index of the article that it ends up with: the last one that can
 // be written.
 std::unordered_map<std::int32_t, std::size_t> WinnersOf(const TScaleArticles& articles,

@@ -42,7 +42,8 @@ public:
     std::size_t Column(std::string_view alias) const;
     // Gives back the memory of the rows before this one, which cannot be asked for any more.
     void FreeRowsBefore(std::size_t row) noexcept;
-    // A wrong row or column throws std::out_of_range. A value's text is valid until Close.
+    // A wrong row or column throws std::out_of_range. A value's text is valid until Close
+    // or until its row is given back.
     TColumnValue Value(std::size_t row, std::size_t column) const;
     bool IsNull(std::size_t row, std::size_t column) const;
     std::string AsText(std::size_t row, std::size_t column,

@@ -22,7 +22,7 @@ namespace {
 constexpr const char* kLockVariable = "FIREBIRD_LOCK";
 // The engine's own choice.
 constexpr const char* kUsualFolder = "/tmp/firebird";
-constexpr std::array<int, 2> kSignals = {SIGINT, SIGTERM};  // those that the library handles
+constexpr std::array<int, 2> kLibrarySignals = {SIGINT, SIGTERM};  // those that the library handles
 
 std::filesystem::path PrivateFolder() {
     return std::filesystem::temp_directory_path() / ("tolvane-locks-" + std::to_string(geteuid()));
@@ -42,7 +42,7 @@ void MakeOurs(const std::filesystem::path& folder) {
 }  // namespace
 
 struct TClientCallScope::TKept {
-    std::array<struct sigaction, kSignals.size()> actions{};
+    std::array<struct sigaction, kLibrarySignals.size()> actions{};
     sigset_t mask{};
     locale_t utf8 = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
     locale_t before = nullptr;
@@ -53,17 +53,17 @@ TClientCallScope::TClientCallScope() : kept_(std::make_unique<TKept>()) {
     // connection down. The library's threads keep it blocked.
     sigset_t blocked;
     sigemptyset(&blocked);
-    for (std::size_t i = 0; i < kSignals.size(); ++i) {
-        sigaddset(&blocked, kSignals[i]);
-        sigaction(kSignals[i], nullptr, &kept_->actions[i]);
+    for (std::size_t i = 0; i < kLibrarySignals.size(); ++i) {
+        sigaddset(&blocked, kLibrarySignals[i]);
+        sigaction(kLibrarySignals[i], nullptr, &kept_->actions[i]);
     }
     pthread_sigmask(SIG_BLOCK, &blocked, &kept_->mask);
     if (kept_->utf8 != nullptr) kept_->before = uselocale(kept_->utf8);
 }
 
 TClientCallScope::~TClientCallScope() {
-    for (std::size_t i = 0; i < kSignals.size(); ++i)
-        sigaction(kSignals[i], &kept_->actions[i], nullptr);
+    for (std::size_t i = 0; i < kLibrarySignals.size(); ++i)
+        sigaction(kLibrarySignals[i], &kept_->actions[i], nullptr);
     pthread_sigmask(SIG_SETMASK, &kept_->mask, nullptr);
     if (kept_->utf8 == nullptr) return;
     uselocale(kept_->before);

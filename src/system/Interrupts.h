@@ -8,6 +8,9 @@ namespace tolvane {
 // end the process at once, but are counted; the second one ends it with code 130. Windows gives a
 // process whose console is closed a few seconds. A signal that is ignored stays so. Any thread.
 void CatchInterrupts();
+// From here on the first of them ends the process at once: as the system does it on Linux, which
+// tells its parent the signal, and with code 130 on Windows, whose own code depends on the version.
+void EndAtInterrupt();
 // Those that were counted; 1 also when one waits because no thread takes it, see below.
 int InterruptCount() noexcept;
 

@@ -36,6 +36,8 @@ void CatchInterrupts() {
     }
 }
 
+void EndAtInterrupt() {}
+
 int InterruptCount() noexcept {
     sigset_t waiting;
     if (interrupts > 0 || sigpending(&waiting) != 0) return interrupts;

@@ -21,7 +21,16 @@ BOOL WINAPI Interrupted(DWORD event) {
     return TRUE;
 }
 
+BOOL WINAPI Ended(DWORD) {
+    TerminateProcess(GetCurrentProcess(), kInterrupted);
+    return TRUE;
+}
+
 }  // namespace
+
+void EndAtInterrupt() {
+    SetConsoleCtrlHandler(Ended, TRUE);
+}
 
 void CatchInterrupts() {
     SetConsoleCtrlHandler(Interrupted, TRUE);

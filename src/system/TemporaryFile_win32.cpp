@@ -31,6 +31,25 @@ bool IsMissing(DWORD error) {
     return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
 }
 
+// The system's error, or 0. Another program, such as a virus scanner, may have the target open for
+// a moment.
+DWORD Replace(const path& target, const path& by) {
+    constexpr DWORD kPauseMs = 10;
+    constexpr ULONGLONG kLongestMs = 500;
+    for (const ULONGLONG start = GetTickCount64();; Sleep(kPauseMs)) {
+        if (MoveFileExW(by.c_str(), target.c_str(),
+                        MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
+            return 0;
+        const DWORD error = GetLastError();
+        const DWORD attributes = GetFileAttributesW(target.c_str());
+        const bool mayPass =
+            (error == ERROR_SHARING_VIOLATION || error == ERROR_ACCESS_DENIED) &&
+            attributes != INVALID_FILE_ATTRIBUTES &&
+            (attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)) == 0;
+        if (!mayPass || GetTickCount64() - start >= kLongestMs) return error;
+    }
+}
+
 }  // namespace
 
 TTemporaryFile::TTemporaryFile(const path& target) : target_(target) {
@@ -58,9 +77,7 @@ void TTemporaryFile::Write(std::string_view bytes) {
 
 bool TTemporaryFile::TakePlaceOfTarget() {
     file_.Reset();
-    if (!MoveFileExW(path_.c_str(), target_.c_str(),
-                     MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
-        const DWORD error = GetLastError();
+    if (const DWORD error = Replace(target_, path_); error != 0) {
         if (IsMissing(error) && GetFileAttributesW(path_.c_str()) == INVALID_FILE_ATTRIBUTES)
             return false;
         Fail(error);

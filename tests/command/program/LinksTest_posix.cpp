@@ -30,6 +30,41 @@ TEST_F(LinksTest, ASerialAUdpAndATcpScaleAreWrittenInOneRun) {
     EXPECT_EQ(NumbersOf(s300), (std::vector<int>{1, 2}));
 }
 
+// The first scale's reply comes when the second one is asked.
+TEST_F(LinksTest, ALateReplyOfAUdpScaleIsNotTakenForTheNextOnes) {
+    const auto addUdp = [this](int number, const std::string& host) -> TVirtualScale& {
+        TScaleOptions options;
+        options.host = host;
+        options.tcpPort = std::nullopt;
+        options.udpPort = 1001;
+        TVirtualScale& scale = AddScale(number, TModel::Ets, std::move(options));
+        AddToList(number, TModel::Ets, host, 1001, 2);
+        return scale;
+    };
+    TVirtualScale& late = addUdp(1, "127.0.0.6");
+    late.SetFaults(
+        {.faults = {simulator::FaultFromText("late,command=SetWeightMode,ms=6600,times=9")}});
+    const TVirtualScale& other = addUdp(2, "127.0.0.7");
+    const TRun run = Run({"write", "--udp-local-port", std::to_string(FreeUdpPort()), "--json"});
+    EXPECT_EQ(run.Scale(1).at("outcome"), "not reached");
+    EXPECT_EQ(run.Scale(2).at("outcome"), "done") << run.out;
+    EXPECT_EQ(NumbersOf(other), (std::vector<int>{1, 2, 4}));
+}
+
+// Two names for one port would otherwise lock each other out.
+TEST_F(LinksTest, TwoScalesOnOnePortOfTwoNamesAreWrittenOneAfterAnother) {
+    const std::string port = (folder_ / "line").string();
+    TScaleOptions onLine;
+    onLine.tcpPort = std::nullopt;
+    onLine.pty = true;
+    onLine.ptyLink = port;
+    AddScale(1, TModel::Evl, std::move(onLine));
+    AddToList(1, TModel::Evl, "COM7", 1001, 0);
+    AddToList(2, TModel::Evl, "COM8", 1001, 0);
+    const TRun run = Run({"test", "--serial", "COM7=" + port + ",COM8=" + port, "--json"});
+    EXPECT_EQ(run.exitCode, 0) << run.err << run.out;
+}
+
 // The second run cannot have the local port; it says so or waits.
 TEST_F(LinksTest, TwoRunsWithUdpScalesShareTheLocalPort) {
     const auto addUdp = [this](int number, const std::string& host) -> TVirtualScale& {

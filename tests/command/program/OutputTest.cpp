@@ -27,7 +27,7 @@ TEST_F(OutputTest, ProgressCanBeLeftOut) {
 }
 
 TEST_F(OutputTest, VerboseTellsWhatIsDone) {
-    const TRun run = Run({"write", "-v"});
+    const TRun run = Run({"write", "--verbose"});
     EXPECT_TRUE(Says(run, "Tolvane.ini: 1 scale, chosen: 1 Щанд 1\n")) << run.err;
     EXPECT_TRUE(Says(run, ": 4 articles read\n")) << run.err;
     EXPECT_TRUE(Says(run, "1 Щанд 1: 2 written: Круши\n")) << run.err;

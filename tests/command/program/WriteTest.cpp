@@ -91,6 +91,13 @@ TEST_F(WriteTest, WholesalePricesAndOtherNamesAreChosenByOptions) {
     EXPECT_TRUE(article.Text(0, simulator::TCodeTable::Pc866).starts_with("ЯБЪЛКИ"));
 }
 
+TEST_F(WriteTest, TheSecondNameIsChosenByAnOption) {
+    ASSERT_EQ(Run({"write", "--name1", "name", "--name2", "ecr"}).exitCode, 0);
+    const simulator::TArticle article = first_->State().articles.at(1);
+    EXPECT_TRUE(article.Text(1, simulator::TCodeTable::Pc866).starts_with("ЯБЪЛКИ"))
+        << article.Text(1, simulator::TCodeTable::Pc866);
+}
+
 TEST_F(WriteTest, TheChoicesOfTheWindowAreTheDefault) {
     list_ += "[SCALESETTINGS]\r\nPriceRadio_ItemIndex=1\r\n";
     ASSERT_EQ(Run({"write"}).exitCode, 0);

@@ -193,6 +193,67 @@ TEST_F(TJobFailureTest, AStopDoesNotAskASilentScaleAgain) {
     EXPECT_EQ(Commands(), "3C");
 }
 
+// Nobody can weigh with it, however many articles it holds.
+TEST_F(TJobFailureTest, AScaleThatDoesNotConfirmThatItWeighsAgainHasFailed) {
+    Parts();
+    SetFaults({Fault(TFaultKind::Silent, simulator::kSetWeightMode, 3)});
+    const TScaleResult result = Write(kThree);
+    EXPECT_TRUE(Commands().ends_with(" 4C:9.5 3C")) << Commands();
+    EXPECT_EQ(result.outcome, Failed);
+    EXPECT_EQ(result.written, 3U);
+    EXPECT_TRUE(result.mayBeProgramming);
+    EXPECT_EQ(result.error,
+              "the scale has not confirmed that it weighs again: Fail set Weight "
+              "mode: " +
+                  std::string(kSilence));
+    EXPECT_EQ(Claimed(), "7 9 12");
+}
+
+TEST_F(TJobFailureTest, AStopBeforeTheScaleIsOpenedSendsNothing) {
+    TLedgerJob::TLedgerParts ledger = LedgerParts();
+    ledger.now = [&] {
+        stop.Abandon();
+        return now;
+    };
+    const auto table = TableOf(kThree);
+    TWriteJob job(Parts(), rec, ledger, {.table = *table, .regional = {}, .choice = {}});
+    const TScaleResult result = job.Run();
+    EXPECT_EQ(Commands(), "");
+    EXPECT_EQ(result.outcome, Stopped);
+    EXPECT_EQ(result.pending, 3U);
+}
+
+TEST_F(TJobFailureTest, ATestOrAReleaseWithAReplyThatDoesNotFitEndsWhatWasKnown) {
+    for (const bool isTest : {true, false}) {
+        Parts();
+        SetFaults({});
+        Write(kThree);
+        ASSERT_EQ(Claimed(), "7 9 12");
+        SetFaults({Fault(TFaultKind::WrongAddress, simulator::kSetWeightMode)});
+        EXPECT_EQ((isTest ? Test() : Release()).outcome, NotReached);
+        EXPECT_EQ(Claimed(), "");
+    }
+}
+
+// What a killed process leaves is on the disk before the scale is put back to weighing.
+TEST_F(TJobFailureTest, AReplyThatDoesNotFitIsNotedBeforeTheScaleIsAskedAgain) {
+    Write(kThree);
+    std::vector<std::string> seen;
+    bool wasWrong = false;
+    options.onExchange = [&](const simulator::TBytes& frame, const simulator::TReplyPlan&) {
+        // Both are sent with 14 added: a price with weight is 4A, weighing mode 3C.
+        if (frame.at(3) == 0x5E) wasWrong = true;
+        if (wasWrong && frame.at(3) == 0x50) seen.push_back(Claimed());
+    };
+    core.reset();
+    Parts();
+    SetFaults({Fault(TFaultKind::WrongAddress, simulator::kSetPriceWeight)});
+    TArticle dearer = kThree[1];
+    dearer.retail = 13.5;
+    WriteChanged({kThree[0], dearer, kThree[2]});
+    EXPECT_EQ(seen, std::vector<std::string>{""});
+}
+
 // A reply that fits another request may come from another scale.
 TEST_F(TJobFailureTest, AReplyThatDoesNotFitEndsWhatWasKnownOfTheScale) {
     Write(kThree);

@@ -133,6 +133,26 @@ TEST(LedgerTrust, KeepsTheNumbersOfTheSameScale) {
     EXPECT_EQ(numbersFor(tcp, moved, {.price = kWholesalePrice}, kNoon), none);
 }
 
+// What another scale reported and what was done with it says nothing of this one.
+TEST(LedgerTrust, ForgetsWhatAnotherScaleReported) {
+    const TScratchFolder folder;
+    SaveLedgerOf(TcpScale(), folder.Path());
+    TLedger ledger = LoadAt(folder.Path(), kNoon);
+    TLastRun run;
+    run.start = kNoon;
+    ledger.SetLastRun(run);
+    ledger.SetMayBeProgramming(true);
+    ledger.Save(kNoon);
+    const TLedger same = LoadAt(folder.Path(), kNoon, With(TcpScale(), &TScaleRec::Encoding, 0));
+    EXPECT_TRUE(same.Report());
+    EXPECT_TRUE(same.LastRun());
+    const TLedger other =
+        LoadAt(folder.Path(), kNoon, With(TcpScale(), &TScaleRec::TCPAddress, "10.0.0.6"));
+    EXPECT_FALSE(other.Report());
+    EXPECT_FALSE(other.LastRun());
+    EXPECT_TRUE(other.MayBeProgramming()) << "the scale may only have got another address";
+}
+
 TEST(LedgerTrust, KeepsTheNumbersOfAScaleThatReportsTheSameCapacity) {
     const std::pair<TScaleReport, std::size_t> cases[] = {
         {{.version = "1.05", .maxPlu = 4000, .labelMode = 1}, 2},

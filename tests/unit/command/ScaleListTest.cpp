@@ -78,6 +78,17 @@ TEST(ScaleList, TellsNumbersThatWouldBecomeOthers) {
               "its address \"192.168.100.1234\" is longer than 15 characters");
 }
 
+// "5x" would become the section's number, and its articles and ledger another scale's.
+TEST(ScaleList, TellsWordsThatAreNoNumbers) {
+    const auto faultOf = [](const std::string& key, const std::string& value) {
+        return Only(Section(key, value)).fault;
+    };
+    EXPECT_EQ(faultOf("ScaleNumb", "5x"), "its number \"5x\" is not a number from 1 to 65535");
+    EXPECT_EQ(faultOf("ScaleNumb", "0"), "its number \"0\" is not a number from 1 to 65535");
+    EXPECT_EQ(faultOf("ScaleType", "EVL"), "its model \"EVL\" is not a number from 0 to 65535");
+    EXPECT_EQ(faultOf("Encoding", "zz"), "its code table \"zz\" is not a number from 0 to 65535");
+}
+
 TEST(ScaleList, MindsOnlyWhatTheConnectionNeeds) {
     EXPECT_EQ(FaultOf("ScaleAddr", "300"), "");
     EXPECT_EQ(SerialFaultOf("TCPPort", "70000"), "");

@@ -147,5 +147,15 @@ TEST_F(TWriteJobTest, WritesTheLastOfSeveralArticlesWithOneNumber) {
     EXPECT_EQ(result.leftOut[0].reason, "another article has the number 2007 in this scale, too");
 }
 
+TEST_F(TWriteJobTest, AnArticleThatTheScaleCannotHoldDoesNotKeepAnotherOut) {
+    TArticle dear = Goods(12007, "Truffles");
+    dear.retail = 12000;
+    const TScaleResult result = Write({Goods(2007, "Eggs"), dear});
+    EXPECT_EQ(Held(2007), "1234 Eggs");
+    EXPECT_TRUE(result.leftOut.empty());
+    ASSERT_EQ(result.refused.size(), 1U);
+    EXPECT_EQ(result.refused[0].number, 12007);
+}
+
 }  // namespace
 }  // namespace tolvane::test

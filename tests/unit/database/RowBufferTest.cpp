@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -128,7 +129,7 @@ TEST(RowBuffer, GivesBackRowsInTheirOrderAndKeepsTheOthers) {
     constexpr std::size_t kRows = 200'000;
     for (std::size_t row = 0; row < kRows; ++row)
         AppendTexts(buffer, row);
-    const std::size_t all = buffer.MemoryUsed();
+    const std::uint64_t all = buffer.MemoryUsed();
     for (std::size_t row = 0; row < kRows; ++row) {
         const std::vector<std::string> texts = TextsOf(row);
         for (std::size_t column = 0; column < texts.size(); ++column)

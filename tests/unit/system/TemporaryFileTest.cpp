@@ -1,8 +1,12 @@
 #include "system/TemporaryFile.h"
 
 #include <gtest/gtest.h>
+#ifdef _WIN32
+#include <windows.h>
+#endif
 
 #include <system_error>
+#include <thread>
 #include <utility>
 
 #include "tests/support/ScratchFolder.h"
@@ -36,6 +40,22 @@ TEST(TemporaryFile, TakesThePlaceOfItsTarget) {
     EXPECT_EQ(GetFile(folder / "a.ini"), "new");
     EXPECT_EQ(folder.FileCount(), 1U);
 }
+
+#ifdef _WIN32
+TEST(TemporaryFile, WaitsForAMomentInWhichAnotherProgramReadsTheTarget) {
+    const TScratchFolder folder;
+    PutFile(folder / "a", "old");
+    const HANDLE reader = CreateFileW((folder / "a").c_str(), GENERIC_READ, FILE_SHARE_READ,
+                                      nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    ASSERT_NE(reader, INVALID_HANDLE_VALUE);
+    const std::jthread end([reader] {
+        Sleep(100);
+        CloseHandle(reader);
+    });
+    ReplaceWholeFile(folder / "a", "new");
+    EXPECT_EQ(ReadWholeFile(folder / "a"), "new");
+}
+#endif
 
 TEST(TemporaryFile, MoveAssignmentRemovesTheFormerFileAndKeepsTheOther) {
     const TScratchFolder folder;
