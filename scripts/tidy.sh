@@ -6,8 +6,8 @@
 # Reads the files that can differ since the last commit that passed here: those that have changed, and
 # what includes them. Before anything has passed here, it compares with the upstream branch, which has
 # passed in CI; without one, or after a change of the rules, it reads every file. For Windows it reads
-# only what Linux does not build and what sees a system's headers. With CI=true it reads every file for
-# either system.
+# only what Linux does not build and what sees a system's headers. With CI=true it reads, for either
+# system, all such files.
 
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
@@ -109,7 +109,7 @@ else
     mapfile -t changed < <(changed_since "$from" | sort -u)
     with_includers "${changed[@]}" | comm -12 - "$tree/all" >"$tree/affected"
 fi
-if [ "$preset" = windows ] && [ "${CI:-}" != true ]; then
+if [ "$preset" = windows ]; then
     only_here "$tree/affected" >"$tree/todo"
 else
     cp "$tree/affected" "$tree/todo"
