@@ -1,11 +1,13 @@
 #include "comm/UdpSocket.h"
 
+#include <asio/error.hpp>
 #include <asio/io_context.hpp>
 #include <asio/ip/udp.hpp>
 #include <stdexcept>
 #include <utility>
 
 #include "comm/SocketSupport.h"
+#include "text/IpAddress.h"
 
 namespace tolvane {
 
@@ -60,6 +62,16 @@ std::optional<TReceived> TUdpSocket::Receive(std::span<std::uint8_t> buffer, TMi
     if (isOfAnEarlierDatagram || error == asio::error::would_block) return std::nullopt;
     if (error) throw std::system_error(error);
     return received;
+}
+
+TDatagramReceive ReceiveOnlyFrom(const std::string& host) {
+    return [peer = ParseIpV4(host)](std::uintptr_t socket, std::span<std::uint8_t> buffer,
+                                    std::error_code& error) -> TReceived {
+        const TReceived received = ReceiveDatagram(socket, buffer, error);
+        if (error || !peer || received.sender == 0 || received.sender == *peer) return received;
+        error = asio::error::would_block;
+        return {};
+    };
 }
 
 bool HasRoute(std::uint32_t address) {

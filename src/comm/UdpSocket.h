@@ -16,6 +16,10 @@ namespace tolvane {
 using TDatagramReceive = std::function<TReceived(
     std::uintptr_t socket, std::span<std::uint8_t> buffer, std::error_code& error)>;
 
+// ReceiveDatagram for a peer at a dotted IPv4 address: a datagram of any other sender is dropped,
+// as if nothing had come. Of any sender when the host is no such address.
+TDatagramReceive ReceiveOnlyFrom(const std::string& host);
+
 // One UDP socket, for the channel to a scale and for the search for devices. Operations throw
 // std::system_error with the system's error. One thread at a time.
 class TUdpSocket {

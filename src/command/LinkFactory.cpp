@@ -4,31 +4,13 @@
 #include <system_error>
 #include <utility>
 
-#include <asio/error.hpp>
-
 #include "comm/TDevCommRS232.h"
 #include "comm/TDevCommUDP.h"
 #include "comm/UdpSocket.h"
 #include "system/SerialPortList.h"
-#include "text/IpAddress.h"
 #include "upload/ScaleDriver.h"
 
 namespace tolvane {
-namespace {
-
-// All UDP scales have one local port in turn: one that was given up may answer when the next one is
-// asked.
-TDatagramReceive OnlyFrom(const std::string& host) {
-    return [scale = ParseIpV4(host)](std::uintptr_t socket, std::span<std::uint8_t> buffer,
-                                     std::error_code& error) -> TReceived {
-        const TReceived received = ReceiveDatagram(socket, buffer, error);
-        if (error || received.sender == 0 || !scale || received.sender == *scale) return received;
-        error = asio::error::would_block;
-        return {};
-    };
-}
-
-}  // namespace
 
 TLinkFactory::TLinkFactory(TClock& clock, std::map<std::string, std::string> serialPorts,
                            std::uint16_t udpPort)
@@ -51,7 +33,9 @@ std::string TLinkFactory::SerialPort(int number) const {
 }
 
 std::unique_ptr<TElicomScale> TLinkFactory::CreateUDP(const std::string& host) {
-    auto channel = std::make_unique<TDevCommUDP>(clock_, udpPort_, OnlyFrom(host));
+    // All UDP scales have one local port in turn: one that was given up may answer when the next
+    // one is asked.
+    auto channel = std::make_unique<TDevCommUDP>(clock_, udpPort_, ReceiveOnlyFrom(host));
     channel->SetHost(host);
     channel->SetPort(kScaleUdpPort);
     return std::make_unique<TElicomScale>(std::move(channel), false, clock_);

@@ -7,6 +7,13 @@
 namespace tolvane::test {
 namespace {
 
+// Linux answers every write to it as a full disk does, and Wine hands that on.
+#ifdef _WIN32
+constexpr const char* kFullDisk = "Z:\\dev\\full";
+#else
+constexpr const char* kFullDisk = "/dev/full";
+#endif
+
 class LogTest : public TProgramTest {
 protected:
     // The events of one command, which ends with this code.
@@ -114,6 +121,24 @@ TEST_F(LogTest, WithoutProgressEachFailedScaleHasALineOnStandardError) {
         EXPECT_EQ(run.err,
                   "tolvane: scale 1 Щанд 1: " + std::string(run.Scale(1).at("error")) + "\n");
     }
+}
+
+// When all else went well; otherwise the first failure is told by the code.
+TEST_F(LogTest, ALogThatCannotBeWrittenToItsEndIsAFailure) {
+    AddScale(1);
+    for (const TWords& words : {TWords{"scales"}, {"test"}}) {
+        TWords all = words;
+        all.insert(all.end(), {"--json", "--log", kFullDisk});
+        const TRun run = Run(all);
+        EXPECT_EQ(run.exitCode, 3) << words[0];
+        EXPECT_EQ(run.Json().at("exitCode"), 3);
+        EXPECT_NE(run.err.find("tolvane: The log could not be written to its end."),
+                  std::string::npos)
+            << run.err;
+    }
+    list_.clear();
+    AddDeadScale(1);
+    EXPECT_EQ(Run({"test", "--log", kFullDisk}).exitCode, 5);
 }
 
 }  // namespace

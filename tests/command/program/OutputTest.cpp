@@ -68,5 +68,12 @@ TEST_F(OutputTest, ATraceThatCannotBeOpenedEndsTheRunBeforeItBegins) {
     EXPECT_TRUE(Says(run, "run.pcapng")) << run.err;
 }
 
+TEST_F(OutputTest, OutputThatCannotBeWrittenIsAnError) {
+    outIsFull_ = true;
+    const TRun run = Run({"scales"});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_NE(run.err.find("Standard output cannot be written."), std::string::npos) << run.err;
+}
+
 }  // namespace
 }  // namespace tolvane::test

@@ -18,6 +18,7 @@ struct TStart {
     std::map<std::string, std::string> environment{};
     // Standard output and error go to its files "out" and "err"; standard input is empty.
     std::filesystem::path folder;
+    bool outIsFull = false;  // nothing can be written to standard output
 };
 
 // Another process. It is killed by the destructor at the latest.

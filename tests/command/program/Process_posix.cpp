@@ -13,6 +13,16 @@ std::vector<std::string> LineOf(const TStart& start) {
     return line;
 }
 
+// The folder for the run's output; on Linux each write to /dev/full finds a full disk.
+std::filesystem::path FolderOf(const TStart& start) {
+    if (start.outIsFull) {
+        std::filesystem::create_directories(start.folder);
+        std::filesystem::remove(start.folder / "out");
+        std::filesystem::create_symlink("/dev/full", start.folder / "out");
+    }
+    return start.folder;
+}
+
 std::vector<std::string> VariablesOf(const TStart& start) {
     std::vector<std::string> variables;
     for (const auto& [name, value] : start.environment)
@@ -27,7 +37,7 @@ struct TProcess::TState {
 };
 
 TProcess::TProcess(const TStart& start)
-    : state_(new TState{{LineOf(start), start.folder, VariablesOf(start)}}) {}
+    : state_(new TState{{LineOf(start), FolderOf(start), VariablesOf(start)}}) {}
 
 TProcess::~TProcess() = default;
 

@@ -76,7 +76,9 @@ TProcess::TProcess(const TStart& start) {
     startup.cb = sizeof startup;
     startup.dwFlags = STARTF_USESTDHANDLES;
     startup.hStdInput = OpenForChild("NUL", GENERIC_READ, OPEN_EXISTING);
-    startup.hStdOutput = OpenForChild(start.folder / "out", GENERIC_WRITE, CREATE_ALWAYS);
+    // A handle that only reads takes nothing.
+    startup.hStdOutput = OpenForChild(
+        start.folder / "out", start.outIsFull ? GENERIC_READ : GENERIC_WRITE, CREATE_ALWAYS);
     startup.hStdError = OpenForChild(start.folder / "err", GENERIC_WRITE, CREATE_ALWAYS);
     PROCESS_INFORMATION process{};
     const bool started =

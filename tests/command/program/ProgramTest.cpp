@@ -137,7 +137,8 @@ TStart TProgramTest::StartOf(const TWords& words, const std::string& name) const
     return {.program = TOLVANE_PROGRAM,
             .arguments = words,
             .environment = environment_,
-            .folder = folder_ / name};
+            .folder = folder_ / name,
+            .outIsFull = outIsFull_};
 }
 
 std::unique_ptr<TProcess> TProgramTest::Start(const TWords& words) {

@@ -80,7 +80,8 @@ protected:
     std::map<std::string, std::string> environment_{};
     int capacity_ = 4000;
     std::string state_ = "state";
-    std::string list_{};  // the scale list, code page 1251
+    bool outIsFull_ = false;  // of the programs started from now on
+    std::string list_{};      // the scale list, code page 1251
 
 private:
     // `name`: of the folder that takes the output.

@@ -9,33 +9,6 @@ namespace {
 
 using SystemFailuresTest = TProgramTest;
 
-// Linux answers every write to it as a full disk does.
-TEST_F(SystemFailuresTest, OutputThatCannotBeWrittenIsAnError) {
-    AddDeadScale(1);
-    std::filesystem::create_symlink("/dev/full", folder_ / "run" / "out");
-    const TRun run = Run({"scales"});
-    EXPECT_EQ(run.exitCode, 1);
-    EXPECT_NE(run.err.find("Standard output cannot be written."), std::string::npos) << run.err;
-}
-
-// When all else went well; otherwise the first failure is told by the code.
-TEST_F(SystemFailuresTest, ALogThatCannotBeWrittenToItsEndIsAFailure) {
-    AddScale(1);
-    for (const TWords& words : {TWords{"scales"}, {"test"}}) {
-        TWords all = words;
-        all.insert(all.end(), {"--json", "--log", "/dev/full"});
-        const TRun run = Run(all);
-        EXPECT_EQ(run.exitCode, 3) << words[0];
-        EXPECT_EQ(run.Json().at("exitCode"), 3);
-        EXPECT_NE(run.err.find("tolvane: The log could not be written to its end."),
-                  std::string::npos)
-            << run.err;
-    }
-    list_.clear();
-    AddDeadScale(1);
-    EXPECT_EQ(Run({"test", "--log", "/dev/full"}).exitCode, 5);
-}
-
 // The ledger is smaller, and so is the report.
 TEST_F(SystemFailuresTest, ATraceThatCannotBeWrittenToItsEndIsAFailure) {
     AddScale(1);
