@@ -82,7 +82,7 @@ std::optional<TScaleReport> ReportedBy(const TScaleRec& rec, const TCommandOptio
 class TAssumptions {
 public:
     TScaleVersion VersionOf(const TScaleRec& rec, const std::optional<TScaleReport>& report) {
-        const TScaleVersion version = KnownVersion(report);
+        TScaleVersion version = KnownVersion(report);
         const bool isTold = !table_.rows.empty() && table_.rows.back()[0] == Number(rec.ScaleNumb);
         if (!report && !isTold)
             table_.rows.push_back({Number(rec.ScaleNumb), ToUtf8(rec.ScaleName.View()),
