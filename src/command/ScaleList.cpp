@@ -84,6 +84,7 @@ std::vector<TListedScale> ListedScales(const TIniDocument& document) {
 
 std::vector<TScaleRec> RecordsOf(const std::vector<TListedScale>& scales) {
     std::vector<TScaleRec> records;
+    records.reserve(scales.size());
     for (const TListedScale& scale : scales)
         records.push_back(scale.rec);
     return records;
