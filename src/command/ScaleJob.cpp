@@ -77,7 +77,7 @@ void TScaleJob::WithLock() {
     try {
         InScale();
     } catch (const std::exception& error) {
-        result_.error = FailureText(error);
+        AddError(FailureText(error));
     }
     result_.mayBeProgramming = mayBeProgramming_.value_or(false);
     End();
@@ -92,7 +92,15 @@ void TScaleJob::InScale() {
     }
     if (HasStopped()) return;
     InOpenScale(*scale);
-    if (scale->WrongReply) ReplyDidNotFit();
+    LookAtReplies(*scale);
+}
+
+void TScaleJob::LookAtReplies(const TElicomScale& scale) {
+    try {
+        if (scale.WrongReply) ReplyDidNotFit();
+    } catch (const std::exception& error) {
+        AddError(FailureText(error));
+    }
 }
 
 bool TScaleJob::HasStopped() {
@@ -144,7 +152,7 @@ void TScaleJob::InProgramming(TElicomScale& scale) {
         linkFails = true;
     }
     // Before the pause and the exchange that follow, in which this process may be killed.
-    if (scale.WrongReply) ReplyDidNotFit();
+    LookAtReplies(scale);
     // Who has stopped the run does not wait for a silent scale once more.
     const bool asks =
         *mayBeProgramming_ && scale.Channel->IsConnected() && !(IsStopped() && linkFails);

@@ -64,7 +64,8 @@ protected:
     virtual void Work(TElicomScale& scale, const TScaleVersion& version) = 0;
     // The scale answers, and is told next to go into programming mode. When this throws, it is not.
     virtual void Entering() {}
-    // A reply of the scale did not fit its request.
+    // A reply of the scale did not fit its request. May be called twice; what this throws joins the
+    // result's error.
     virtual void ReplyDidNotFit() {}
     // With the scale closed and the result complete. What this throws joins the result's error.
     virtual void End() {}
@@ -88,6 +89,7 @@ private:
     void WithLock();
     void InScale();
     bool HasStopped();
+    void LookAtReplies(const TElicomScale& scale);
     void InOpenScale(TElicomScale& scale);
     // Puts the scale into weighing mode, where it should be, and measures how long that takes.
     // False when it does not answer, twice.

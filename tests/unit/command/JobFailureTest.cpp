@@ -254,6 +254,24 @@ TEST_F(TJobFailureTest, AReplyThatDoesNotFitIsNotedBeforeTheScaleIsAskedAgain) {
     EXPECT_EQ(seen, std::vector<std::string>{""});
 }
 
+TEST_F(TJobFailureTest, AScaleIsPutBackToWeighingWhenADroppedLedgerCannotBeSaved) {
+    Write(kThree);
+    options.onExchange = [&](const simulator::TBytes& frame, const simulator::TReplyPlan&) {
+        if (frame.at(3) == 0x5E) BlockLedger();  // SetPrice with weight, 4A, sent with 14 added
+    };
+    core.reset();
+    Parts();
+    SetFaults({Fault(TFaultKind::WrongAddress, simulator::kSetPriceWeight)});
+    TArticle dearer = kThree[1];
+    dearer.retail = 13.5;
+    const TScaleResult result = WriteChanged({kThree[0], dearer, kThree[2]});
+    EXPECT_FALSE(IsProgramming());
+    EXPECT_FALSE(result.mayBeProgramming);
+    EXPECT_EQ(result.outcome, Failed);
+    EXPECT_TRUE(result.error.starts_with("[SetPrice] ")) << result.error;
+    EXPECT_NE(result.error.find("; the ledger "), std::string::npos) << result.error;
+}
+
 // A reply that fits another request may come from another scale.
 TEST_F(TJobFailureTest, AReplyThatDoesNotFitEndsWhatWasKnownOfTheScale) {
     Write(kThree);
