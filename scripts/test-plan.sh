@@ -23,6 +23,7 @@ test_plan() {
     test_plan_checks
     test_plan_native
     [ "$1" = yes ] || test_plan_windows
+    test_plan_chain
     test_plan_threads
     test_plan_tidy "$1"
 }
@@ -75,10 +76,6 @@ test_plan_native() {
     job kills "Kills and interrupts of the command" test_kills
         after build-linux; lane native
         reads "$NATIVE/tests/command/kill/test_kill" "$NATIVE/src/command/tolvane" "demo/*.sql" "${TEST_SCRIPTS[@]}"
-    job chain "A chain's shops by Ansible" tests/command/chain/run.sh
-        after build-linux
-        reads "$NATIVE/src/command/tolvane" "$NATIVE/simulator/virtual-scale" tests/command/chain tools/ansible \
-            tools/systemd tools/windows docs/chain.md demo/schema.sql "${TEST_SCRIPTS[@]}"
 }
 
 test_plan_windows() {
@@ -94,6 +91,14 @@ test_plan_windows() {
     test_plan_lane_a
     test_plan_lane_d
     test_plan_lane_b
+}
+
+# Ansible takes as much of the processor as a build: beside the tests in Wine, which mostly wait.
+test_plan_chain() {
+    job chain "A chain's shops by Ansible" tests/command/chain/run.sh
+        after build-linux; alone cores
+        reads "$NATIVE/src/command/tolvane" "$NATIVE/simulator/virtual-scale" tests/command/chain tools/ansible \
+            tools/systemd tools/windows docs/chain.md demo/schema.sql "${TEST_SCRIPTS[@]}"
 }
 
 test_plan_threads() {
