@@ -77,12 +77,10 @@ private:
             Add(TSeverity::Error, article,
                 "the scale has no such number: it has 1 to " + std::to_string(version_.maxPlu),
                 "give it another number");
-        if (plu.PriceHundredths <= 0)
-            Add(TSeverity::Error, article, std::string(BadPriceText(plu.PriceHundredths)),
-                "correct the price");
-        if (plu.PriceHundredths > kHighestPrice)
-            Add(TSeverity::Error, article, "the price is above 9999.99, which a scale cannot hold",
-                "correct the price, or sell it by another unit");
+        if (!IsPriceOfScale(plu.PriceHundredths))
+            Add(TSeverity::Error, article, std::string(BadPriceText(article)),
+                article.price < 1.0 ? "correct the price"
+                                    : "correct the price, or sell it by another unit");
         for (const TShownText& text : ShownTexts(plu, plu.ScaleNumber, rec_, version_))
             Check(article, text);
     }

@@ -13,7 +13,7 @@ TScaleArticles ArticlesForScale(const TArticleTable& table, std::int32_t scaleNu
         const TArticleLine line = builder.LineFor(row, scaleNumber);
         if (line.fault) found.leftOut.push_back({.row = row, .fault = *line.fault});
         if (line.line.empty()) continue;
-        TScaleArticle article{.row = row};
+        TScaleArticle article{.row = row, .price = builder.Price(row)};
         if (ParseArticleLine(line.line, regional.decimalSeparator, article.plu))
             found.articles.push_back(std::move(article));
     }

@@ -14,6 +14,7 @@ namespace tolvane {
 // One article as a scale would get it. The number is the database's, not cut to the scale's digits.
 struct TScaleArticle {
     TRowId row = 0;
+    double price = 0.0;  // as the database has it: in `plu` one above 21 million is 0
     TPLUD plu{};
 };
 

@@ -13,6 +13,8 @@
 namespace tolvane {
 namespace {
 
+constexpr std::int32_t kHighestPrice = 999999;  // hundredths: six digits
+
 class TPlanner {
 public:
     TPlanner(const TArticleTable& table, const TScaleRec& rec, const TScaleVersion& version,
@@ -71,7 +73,7 @@ private:
                 "the scale has no such number: it has 1 to " + std::to_string(version_.maxPlu);
             plan_.leftOut.push_back(std::move(refused));
         } else if (article.plu.PriceHundredths <= 0) {
-            refused.reason = BadPriceText(article.plu.PriceHundredths);
+            refused.reason = BadPriceText(article);
             plan_.leftOut.push_back(std::move(refused));
         } else if (IsPriceOfScale(article.plu.PriceHundredths) && winners.at(cut) != index) {
             refused.reason =
@@ -133,8 +135,10 @@ TWritePlan PlanWrite(const TScaleArticles& articles, const TArticleTable& table,
     return TPlanner(table, rec, version, ledger, choice).Make(articles);
 }
 
-std::string_view BadPriceText(std::int32_t hundredths) {
-    return hundredths < 0 ? "the price is below zero" : "the price is below 0.005, which is zero";
+std::string_view BadPriceText(const TScaleArticle& article) {
+    if (article.price < 0.0) return "the price is below zero";
+    return article.price < 1.0 ? "the price is below 0.005, which is zero"
+                               : "the price is above 9999.99, which a scale cannot hold";
 }
 
 std::string_view FaultText(TLineFault fault) {

@@ -41,8 +41,6 @@ struct TWritePlan {
 // number.
 std::int32_t NumberInScale(std::int32_t number, std::int32_t maxPlu);
 
-inline constexpr std::int32_t kHighestPrice = 999999;  // hundredths: six digits
-
 // Whether a scale can hold the price, in hundredths.
 bool IsPriceOfScale(std::int32_t hundredths);
 
@@ -57,8 +55,8 @@ TWritePlan PlanWrite(const TScaleArticles& articles, const TArticleTable& table,
                      const TScaleRec& rec, const TScaleVersion& version, const TLedger& ledger,
                      const TWriteChoice& choice);
 
-// In a few words, code page 1251. A price in hundredths is bad below 1.
-std::string_view BadPriceText(std::int32_t hundredths);
+// Why a scale cannot hold the price of an article, in a few words, code page 1251.
+std::string_view BadPriceText(const TScaleArticle& article);
 std::string_view FaultText(TLineFault fault);
 
 }  // namespace tolvane

@@ -49,6 +49,8 @@ public:
     std::string BuildLine(TRowId row, std::int32_t scaleNumber) const;
     // The same with the reason instead of a log.
     TArticleLine LineFor(TRowId row, std::int32_t scaleNumber) const;
+    // The chosen price of an article, in the base currency.
+    double Price(TRowId row) const;
 
 private:
     // Why an article has no line; nothing when it has one.
@@ -62,7 +64,6 @@ private:
     void AppendBestBefore(TRowId row, std::string& line) const;
     void AppendArticleField(TRowId row, TField field, std::string& line) const;
 
-    double Price(TRowId row) const;
     // Throws std::runtime_error for a text that is not an integer; an empty one is 0.
     std::int32_t IntegerOf(TRowId row, TField field) const;
     void LogSkipped(TRowId row, TLineFault fault) const;

@@ -168,11 +168,15 @@ TEST(ProblemsInScale, TellPricesThatAScaleCannotHold) {
     negative.retail = -1;
     TArticle tiny = Goods(4, "A");
     tiny.retail = 0.004;
-    EXPECT_EQ(InScale({dear, justFits, negative, tiny}),
+    TArticle huge = Goods(5, "A");
+    huge.retail = 21474836.48;
+    EXPECT_EQ(InScale({dear, justFits, negative, tiny, huge}),
               (TEvents{"error 1: the price is above 9999.99, which a scale cannot hold | correct "
                        "the price, or sell it by another unit",
                        "error 3: the price is below zero | correct the price",
-                       "error 4: the price is below 0.005, which is zero | correct the price"}));
+                       "error 4: the price is below 0.005, which is zero | correct the price",
+                       "error 5: the price is above 9999.99, which a scale cannot hold | correct "
+                       "the price, or sell it by another unit"}));
 }
 
 TEST(ProblemsInScale, TellWhichOfTwoRowsOrNumbersWins) {

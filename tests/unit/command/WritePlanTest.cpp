@@ -97,10 +97,13 @@ TEST_F(TWritePlanTest, TellsWhyArticlesAreLeftOut) {
     negative.retail = -1;
     TArticle tiny = Goods(5, "E");
     tiny.retail = 0.004;
-    EXPECT_EQ(LeftOut(Plan({barcode, free, label, negative, tiny, Goods(10000, "F")})),
+    TArticle huge = Goods(6, "G");
+    huge.retail = 21474836.48;
+    EXPECT_EQ(LeftOut(Plan({barcode, free, label, negative, tiny, huge, Goods(10000, "F")})),
               (TEvents{"1 A: the barcode is not of exactly 5 characters", "2 B: the price is zero",
                        "3 C: label name 2 is empty", "4 D: the price is below zero",
                        "5 E: the price is below 0.005, which is zero",
+                       "6 G: the price is above 9999.99, which a scale cannot hold",
                        "10000 F: the scale has no such number: it has 1 to 3000"}));
     EXPECT_EQ(LeftOut(Plan({barcode, free}, {.numbers = {{2}}})),
               TEvents{"2 B: the price is zero"});
