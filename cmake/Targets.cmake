@@ -25,13 +25,17 @@ if(TOLVANE_SANITIZE OR (WIN32 AND BUILD_TESTING))
     tolvane_precompiled(tolvane_standard_headers ${PROJECT_SOURCE_DIR}/tests/support/StandardHeaders.h)
 endif()
 
-# tolvane_library(<name> SOURCES <files> LINKS <targets>): one folder's code. LINKS names what the
-# folder may use, and nothing else is on its link line.
+# tolvane_library(<name> [ALONE] SOURCES <files> LINKS <targets>): one folder's code. LINKS names what the
+# folder may use, and nothing else is on its link line. Compiled in batches, as most of the time goes into
+# headers that the files share; ALONE is for windows, each of which has sizes of its own under the same names.
 function(tolvane_library name)
-    cmake_parse_arguments(arg "" "" "SOURCES;LINKS" ${ARGN})
+    cmake_parse_arguments(arg "ALONE" "" "SOURCES;LINKS" ${ARGN})
     add_library(${name} STATIC ${arg_SOURCES})
     target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
     target_link_libraries(${name} PUBLIC ${arg_LINKS} PRIVATE tolvane_warnings)
+    if(NOT arg_ALONE)
+        set_target_properties(${name} PROPERTIES UNITY_BUILD ${TOLVANE_BATCHES} UNITY_BUILD_BATCH_SIZE 8)
+    endif()
     if(TOLVANE_PRECOMPILE)
         target_precompile_headers(${name} REUSE_FROM tolvane_standard_headers)
     endif()

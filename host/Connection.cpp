@@ -52,7 +52,7 @@ std::string ParameterBlock(const THostSettings& settings) {
     return block;
 }
 
-std::string LoadFailure(DWORD error) {
+std::string ClientFailure(DWORD error) {
     switch (error) {
         case ERROR_MOD_NOT_FOUND:
             return std::string("не е намерена"_cp1251);
@@ -95,7 +95,7 @@ void TConnection::LoadClient(const std::string& wanted, const std::filesystem::p
             wanted_ = wanted;
             return;
         }
-        reasons += Joined({"\r\n", name, ": ", LoadFailure(GetLastError())});
+        reasons += Joined({"\r\n", name, ": ", ClientFailure(GetLastError())});
     }
     throw TConnectionError(Joined(
         {"Клиентската библиотека на Firebird не може да бъде заредена:"_cp1251, reasons,

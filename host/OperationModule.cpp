@@ -29,7 +29,7 @@ std::string TextOf(const char* characters) {
     return {characters, static_cast<std::size_t>(std::max(length, 0))};
 }
 
-std::string LoadFailure(DWORD error) {
+std::string ModuleFailure(DWORD error) {
     switch (error) {
         case ERROR_BAD_EXE_FORMAT:
             return std::string("не е 32-битова библиотека за Windows"_cp1251);
@@ -73,7 +73,7 @@ const char* ModuleString() {
 TOperationModule::TOperationModule(const std::filesystem::path& file, std::int32_t number)
     : library_(LoadLibraryExW(file.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH)),
       number_(number) {
-    if (!library_) throw std::runtime_error(LoadFailure(GetLastError()));
+    if (!library_) throw std::runtime_error(ModuleFailure(GetLastError()));
     const HMODULE library = library_.Get();
     const auto askTitle = Export<TGetOperationTitle>(library, "GetOperationTitle");
     const auto askType = Export<TGetOperationType>(library, "GetOperationType");
