@@ -15,6 +15,8 @@ namespace {
 
 // One request or its reply may be lost.
 constexpr int kFirstAttempts = 2;
+// How long the reply to a request that was given up may be underway still, once the scale answers.
+constexpr std::int32_t kLateReplyMs = 1000;
 
 }  // namespace
 
@@ -134,10 +136,17 @@ bool TScaleJob::FirstExchange(TElicomScale& scale) {
                 std::chrono::duration_cast<std::chrono::microseconds>(parts_.clock.Now() - start);
         if (weighs || errCode != kSetWeightModeCommand.initialErrCode) {
             mayBeProgramming_ = !weighs;
+            if (attempt > 0) DropLateReplies(scale);
             return true;
         }
     }
     return false;
+}
+
+// Each would be taken for the reply to the next request.
+void TScaleJob::DropLateReplies(TElicomScale& scale) {
+    TCmdBuffer late;
+    scale.Channel->ReadAnswer(late, 0, 0, kLateReplyMs);
 }
 
 void TScaleJob::InProgramming(TElicomScale& scale) {

@@ -94,6 +94,7 @@ private:
     // Puts the scale into weighing mode, where it should be, and measures how long that takes.
     // False when it does not answer, twice.
     bool FirstExchange(TElicomScale& scale);
+    static void DropLateReplies(TElicomScale& scale);
     void InProgramming(TElicomScale& scale);
     // Sends nothing when it is stopped before the scale is told to go into programming mode.
     void WorkInMode(TElicomScale& scale, TProgrammingMode& mode);

@@ -146,6 +146,16 @@ TEST_F(FailuresTest, AScaleThatDropsTheConnectionIsContinuedByTheNextRun) {
     EXPECT_FALSE(scale.State().programming);
 }
 
+// Its reply comes after the time-out of 3 seconds, when the scale has been asked again.
+TEST_F(FailuresTest, AFirstReplyThatComesLateIsTakenForNoOther) {
+    TVirtualScale& scale = AddScale(1);
+    scale.SetFaults(Fault("late,command=SetWeightMode,request=1,ms=3300"));
+    const TRun run = Run({"write", "--json"});
+    EXPECT_EQ(run.exitCode, 0) << run.out;
+    EXPECT_EQ(run.Scale(1).at("written"), 3);
+    EXPECT_EQ(NumbersOf(scale), (std::vector<int>{1, 2, 3}));
+}
+
 TEST_F(FailuresTest, AnArticleThatTheScaleRefusesIsToldAndTriedAgain) {
     TVirtualScale& scale = AddScale(1);
     scale.SetFaults(Fault("error,command=SetParam,request=1,code=8"));

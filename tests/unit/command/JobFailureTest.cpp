@@ -183,6 +183,15 @@ TEST_F(TJobFailureTest, AFirstReplyThatIsLostIsAskedForAgain) {
     EXPECT_EQ(Commands(), "3C 3C 3C 36 48 4A:12 4C:12.0 4C:12.4 4C:12.5 3C");
 }
 
+// After the second request both are answered: one reply is left over, and fits no later request.
+TEST_F(TJobFailureTest, AFirstReplyThatComesLateIsTakenForNoOther) {
+    Parts();
+    SetFaults({Fault(TFaultKind::Held, simulator::kSetWeightMode, 1)});
+    const TScaleResult result = Write({kThree[0]});
+    EXPECT_EQ(result.outcome, Done) << result.error;
+    EXPECT_EQ(Commands(), "3C 3C 3C 36 48 4A:12 4C:12.0 4C:12.4 4C:12.5 3C");
+}
+
 TEST_F(TJobFailureTest, AStopDoesNotAskASilentScaleAgain) {
     options.onExchange = [&](const simulator::TBytes&, const simulator::TReplyPlan&) {
         stop.Abandon();
