@@ -1,6 +1,7 @@
 #include "command/ArticleJobs.h"
 
 #include <algorithm>
+#include <iterator>
 #include <numeric>
 #include <set>
 #include <string>
@@ -105,10 +106,17 @@ void TLedgerJob::End() {
 
 void TLedgerJob::Delete(TElicomScale& scale, const std::vector<std::int32_t>& numbers,
                         TDeleteForm form) {
-    Ledger().Withdraw(numbers, Now());
+    // What the ledger does not know stays unknown: a deletion puts nothing into the scale.
+    const std::set<std::int32_t> known = Ledger().Numbers();
+    std::vector<std::int32_t> withdrawn;
+    std::ranges::copy_if(numbers, std::back_inserter(withdrawn),
+                         [&](std::int32_t number) { return known.contains(number); });
+    Ledger().Withdraw(withdrawn, Now());
     const std::size_t before = result_.written + result_.refused.size();
+    result_.pending += numbers.size();
     for (std::size_t i = 0; i < numbers.size() && !IsStopped(); ++i) {
         DeleteOne(scale, numbers[i], form);
+        --result_.pending;
         Ledger().SaveIfDue(Now());
         parts_.view.Progress(before + i + 1);
     }
@@ -197,32 +205,63 @@ void TWriteJob::WorkWithLedger(TElicomScale& scale, const TScaleVersion& version
     if (task_.prune && !IsStopped()) Prune(scale);
 }
 
+namespace {
+
+// Answers, after a stop, whether an article is still to be finished: a scale that takes longer than
+// this for a command would keep who has stopped the run for up to a minute.
+class TFinishing {
+public:
+    TFinishing(const TRunStop& stop, TClock& clock)
+        : stop_(stop), clock_(clock), last_(clock.Now()) {}
+    bool GoesOn() {
+        const TTimePoint now = clock_.Now();
+        const bool quick = now - std::exchange(last_, now) <= kQuick;
+        return quick || !stop_.IsStopped();
+    }
+
+private:
+    static constexpr TMilliseconds kQuick{200};
+
+    const TRunStop& stop_;
+    TClock& clock_;
+    TTimePoint last_;  // when the command before began
+};
+
+}  // namespace
+
 void TWriteJob::Write(TElicomScale& scale, const TScaleVersion& version,
                       const std::vector<TPlannedArticle>& articles) {
     Ledger().Withdraw(NumbersOf(articles), Now());
     TArticleWriter writer(scale, rec_, version);
     for (const TPlannedArticle& article : articles) {
-        if (IsStopped()) return;
-        WriteOne(writer, article);
+        if (IsStopped() || !WriteOne(writer, article)) return;
         --result_.pending;
         Ledger().SaveIfDue(Now());
         parts_.view.Progress(articles.size() - result_.pending);
     }
 }
 
-void TWriteJob::WriteOne(TArticleWriter& writer, const TPlannedArticle& article) {
+bool TWriteJob::WriteOne(TArticleWriter& writer, const TPlannedArticle& article) {
     try {
-        writer.Write(article.plu, article.uncutNumber);
+        TFinishing finishing(parts_.stop, parts_.clock);
+        if (!writer.Write(article.plu, article.uncutNumber,
+                          [&finishing] { return finishing.GoesOn(); })) {
+            result_.error = "it was stopped in the middle of article " +
+                            std::to_string(article.plu.ScaleNumber) +
+                            ", which the next run writes again";
+            return false;
+        }
     } catch (const TScaleRefusal& refusal) {
         parts_.view.Article("refused", article.plu.ScaleNumber, refusal.Text());
         result_.refused.push_back({.number = article.uncutNumber,
                                    .name = article.plu.LabelName1,
                                    .reason = refusal.Text()});
-        return;
+        return true;
     }
     Ledger().Claim(article.plu.ScaleNumber, article.digest, Now());
     ++result_.written;
     parts_.view.Article("written", article.plu.ScaleNumber, article.plu.LabelName1);
+    return true;
 }
 
 void TWriteJob::Prune(TElicomScale& scale) {
@@ -246,10 +285,8 @@ void TDeleteJob::WorkWithLedger(TElicomScale& scale, const TScaleVersion& versio
         if (cut >= 1 && cut <= version.maxPlu)
             numbers.push_back(cut);
         else
-            result_.leftOut.push_back({.number = number,
-                                       .name = {},
-                                       .reason = "the scale has no such number: it has 1 to " +
-                                                 std::to_string(version.maxPlu)});
+            result_.leftOut.push_back(
+                {.number = number, .name = {}, .reason = NoSuchNumberText(version.maxPlu)});
     }
     // Two numbers may be one in the scale.
     std::sort(numbers.begin(), numbers.end());

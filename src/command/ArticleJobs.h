@@ -104,7 +104,8 @@ private:
     void CountPending();
     void Write(TElicomScale& scale, const TScaleVersion& version,
                const std::vector<TPlannedArticle>& articles);
-    void WriteOne(TArticleWriter& writer, const TPlannedArticle& article);
+    // False when a stop has left it incomplete.
+    bool WriteOne(TArticleWriter& writer, const TPlannedArticle& article);
     void Prune(TElicomScale& scale);
 
     TTask task_;

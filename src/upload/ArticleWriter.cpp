@@ -3,8 +3,6 @@
 #include <string>
 #include <string_view>
 
-#include "upload/LabelTexts.h"
-
 namespace tolvane {
 namespace {
 
@@ -24,9 +22,15 @@ bool TArticleWriter::CutNumber(TPLUD& plu) const {
     return plu.ScaleNumber != 0 && plu.ScaleNumber <= maxPlu_;
 }
 
-void TArticleWriter::Write(const TPLUD& plu, std::int32_t uncutScaleNumber) {
+bool TArticleWriter::Write(const TPLUD& plu, std::int32_t uncutScaleNumber,
+                           const std::function<bool()>& goesOn) {
     WritePrice(plu);
-    WriteTexts(plu, uncutScaleNumber);
+    for (const TLabelText& text : LabelTexts()) {
+        if (!IsSent(text, rec_.ScaleType, mode_)) continue;
+        if (goesOn && !goesOn()) return false;
+        WriteText(text, plu, uncutScaleNumber);
+    }
+    return true;
 }
 
 void TArticleWriter::WritePrice(const TPLUD& plu) {
@@ -40,19 +44,17 @@ void TArticleWriter::WritePrice(const TPLUD& plu) {
     }
 }
 
-void TArticleWriter::WriteTexts(const TPLUD& plu, std::int32_t uncutScaleNumber) {
-    for (const TLabelText& text : LabelTexts()) {
-        if (!IsSent(text, rec_.ScaleType, mode_)) continue;
-        const std::uint8_t codeTable =
-            text.raw ? kCodeTableRaw : static_cast<std::uint8_t>(rec_.Encoding);
-        std::int32_t errCode = 0;
-        if (scale_.SetParam(errCode, plu.ScaleNumber, text.parameter,
-                            text.text(plu, uncutScaleNumber), codeTable))
-            continue;
-        std::string command = "[SetParam:" + std::to_string(text.parameter) + "][";
-        command += text.label;
-        FailCommand(scale_, command + "]", errCode);
-    }
+void TArticleWriter::WriteText(const TLabelText& text, const TPLUD& plu,
+                               std::int32_t uncutScaleNumber) {
+    const std::uint8_t codeTable =
+        text.raw ? kCodeTableRaw : static_cast<std::uint8_t>(rec_.Encoding);
+    std::int32_t errCode = 0;
+    if (scale_.SetParam(errCode, plu.ScaleNumber, text.parameter, text.text(plu, uncutScaleNumber),
+                        codeTable))
+        return;
+    std::string command = "[SetParam:" + std::to_string(text.parameter) + "][";
+    command += text.label;
+    FailCommand(scale_, command + "]", errCode);
 }
 
 }  // namespace tolvane

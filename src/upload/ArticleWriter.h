@@ -1,11 +1,13 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string_view>
 
 #include "config/TypesUnit.h"
 #include "scale/DevElicomScaleUnit.h"
 #include "text/Failure.h"
+#include "upload/LabelTexts.h"
 #include "upload/ProgrammingMode.h"
 
 namespace tolvane {
@@ -33,12 +35,15 @@ public:
     // article of this number.
     bool CutNumber(TPLUD& plu) const;
     // Writes the article, whose number is cut and whose price is above 0. Throws TScaleRefusal
-    // when the scale refuses a command, TFailure for all else; both name the command.
-    void Write(const TPLUD& plu, std::int32_t uncutScaleNumber);
+    // when the scale refuses a command, TFailure for all else; both name the command. `goesOn` is
+    // asked before each text; when it says no, the article stays as far as it is, and the result
+    // is false.
+    bool Write(const TPLUD& plu, std::int32_t uncutScaleNumber,
+               const std::function<bool()>& goesOn = {});
 
 private:
     void WritePrice(const TPLUD& plu);
-    void WriteTexts(const TPLUD& plu, std::int32_t uncutScaleNumber);
+    void WriteText(const TLabelText& text, const TPLUD& plu, std::int32_t uncutScaleNumber);
 
     TElicomScale& scale_;
     const TScaleRec& rec_;

@@ -105,6 +105,20 @@ TEST_F(TDeleteJobTest, AStopEndsItBetweenArticles) {
     EXPECT_EQ(Held(9), "1234 Milk");
 }
 
+// The scale may hold nothing under most of its numbers, and a deletion puts nothing there.
+TEST_F(TDeleteJobTest, AStopLeavesNoTraceOfNumbersThatTheLedgerDoesNotKnow) {
+    Write(kThree);
+    view.onEvent = [&](const std::string& event) {
+        if (event == "deleted 7") stop.Abandon();
+    };
+    const TScaleResult result = Delete(std::nullopt);
+    EXPECT_EQ(result.outcome, Stopped);
+    EXPECT_EQ(result.deleted, 7U);
+    EXPECT_EQ(result.pending, 2993U);
+    EXPECT_EQ(Disk().Numbers(), (std::set<std::int32_t>{9, 12}));
+    EXPECT_EQ(Claimed(), "");
+}
+
 TEST_F(TPruneTest, WhatLeftTheListIsTold) {
     Write(kThree);
     const TScaleResult result = WriteChanged({kThree[0]});

@@ -157,5 +157,34 @@ TEST_F(TWriteJobTest, AnArticleThatTheScaleCannotHoldDoesNotKeepAnotherOut) {
     EXPECT_EQ(result.refused[0].number, 12007);
 }
 
+// The pause after a text is 30 ms; the scale answers at once.
+TEST_F(TWriteJobTest, AStopLetsAQuickScaleFinishItsArticle) {
+    options.onExchange = [&](const simulator::TBytes& frame, const simulator::TReplyPlan&) {
+        if (frame.at(3) == 0x5E) stop.Abandon();  // the price of the first article
+    };
+    const TScaleResult result = Write(kTwo);
+    EXPECT_EQ(Commands(), "3C 3C 36 48 4A:12 4C:12.0 4C:12.4 4C:12.5 3C");
+    EXPECT_EQ(result.outcome, Stopped);
+    EXPECT_EQ(result.error, "");
+    EXPECT_EQ(Claimed(), "12");
+}
+
+TEST_F(TWriteJobTest, AStopLeavesTheArticleOfASlowScaleInItsMiddle) {
+    options.onExchange = [&](const simulator::TBytes& frame, const simulator::TReplyPlan&) {
+        if (frame.at(3) == 0x5E) stop.Abandon();
+        clock.Sleep(TMilliseconds(1500));
+    };
+    const TScaleResult result = Write(kTwo);
+    EXPECT_EQ(Commands(), "3C 3C 36 48 4A:12 3C");
+    EXPECT_EQ(result.outcome, Stopped);
+    EXPECT_EQ(result.error,
+              "it was stopped in the middle of article 12, which the next run writes again");
+    EXPECT_EQ(result.written, 0U);
+    EXPECT_EQ(result.pending, 2U);
+    EXPECT_FALSE(result.mayBeProgramming);
+    EXPECT_EQ(Claimed(), "");
+    EXPECT_EQ(Disk().Numbers(), (std::set<std::int32_t>{7, 12}));
+}
+
 }  // namespace
 }  // namespace tolvane::test
