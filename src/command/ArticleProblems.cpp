@@ -23,9 +23,11 @@ constexpr double kSmallestDifference = 0.005;
 // Problems of articles, whatever the scale.
 class TArticleProblems {
 public:
-    TArticleProblems(const TArticleReading& reading, int price)
+    TArticleProblems(const TArticleReading& reading, int price,
+                     const std::vector<TListedScale>& scales)
         : reading_(reading),
           table_(reading.articles),
+          scales_(scales),
           base_(Trim(reading.baseCurrencyName)),
           isRetail_(price == kRetailPrice) {
         if (!isRetail_) return;
@@ -69,6 +71,11 @@ private:
                 Quoted(*part) + " among its scales " + Quoted(scales) +
                     " is no number; that and what follows it count for nothing",
                 kCure);
+        else if (std::ranges::none_of(scales_, [&](const TListedScale& scale) {
+                     return IsForScale(scales, scale.rec.ScaleNumb);
+                 }))
+            Add(TSeverity::Warning, row, "none of its scales " + Quoted(scales) + " is in the list",
+                kCure);
     }
     // The first part of a list of scales that is not a number; the rule of IsForScale.
     static std::optional<std::string_view> UnreadablePart(std::string_view scales) {
@@ -84,9 +91,10 @@ private:
     }
     void CheckBestBefore(TRowId row) {
         const auto days = ParseInteger(table_.Text(row, TField::LABEL_BESTBEFORE));
-        if (!days || *days <= kLongestBestBefore) return;
+        if (!days || (*days >= 0 && *days <= kLongestBestBefore)) return;
         Add(TSeverity::Error, row,
-            "best before " + std::to_string(*days) + " days is above 365: the scale gets 0",
+            "best before " + std::to_string(*days) +
+                (*days < 0 ? " days is below 0" : " days is above 365: the scale gets 0"),
             "correct the number of days");
     }
     std::string_view SellingCurrency(TRowId row) const {
@@ -137,6 +145,7 @@ private:
 
     const TArticleReading& reading_;
     const TArticleTable& table_;
+    const std::vector<TListedScale>& scales_;
     std::string_view base_;  // the name of the base currency
     bool isRetail_;
     std::unordered_map<TRowId, const TActivePromotion*> promotions_;
@@ -145,8 +154,9 @@ private:
 
 }  // namespace
 
-std::vector<TProblem> ProblemsOfArticles(const TArticleReading& reading, int price) {
-    return TArticleProblems(reading, price).Find();
+std::vector<TProblem> ProblemsOfArticles(const TArticleReading& reading, int price,
+                                         const std::vector<TListedScale>& scales) {
+    return TArticleProblems(reading, price, scales).Find();
 }
 
 }  // namespace tolvane

@@ -1,5 +1,6 @@
 // What would go wrong, and what the scales would hold.
 
+#include <cstddef>
 #include <iterator>
 #include <optional>
 #include <string>
@@ -9,12 +10,14 @@
 #include "command/ArticleProblems.h"
 #include "command/Command.h"
 #include "command/InScaleProblems.h"
+#include "command/LinkFactory.h"
 #include "command/PlannedResults.h"
 #include "command/ProblemTable.h"
 #include "command/ScaleArticles.h"
 #include "command/ScaleProblems.h"
 #include "command/Shop.h"
 #include "command/ShownTexts.h"
+#include "command/WritePlan.h"
 #include "config/IniFile.h"
 #include "text/Cp1251.h"
 #include "text/Numbers.h"
@@ -41,24 +44,31 @@ TReportTable TextTable() {
                         {"note", "Note"}}};
 }
 
-void AppendTexts(const TScaleArticle& article, const TScaleRec& rec, const TScaleVersion& version,
-                 TReportTable& table) {
+// What the scale holds of an article, and what the database has of it. The scale holds nothing of
+// an article that is not written, for a reason.
+void AppendTexts(const TScaleArticle& article, const std::string& notWritten, const TScaleRec& rec,
+                 const TScaleVersion& version, TReportTable& table) {
     const std::int32_t cut = PluTail(article.plu.ScaleNumber, version.maxPlu);
     const auto add = [&](TCell parameter, std::string label, std::string shown, std::string wanted,
                          std::string note) {
         table.rows.push_back({Number(rec.ScaleNumb), ToUtf8(rec.ScaleName.View()), Number(cut),
-                              std::move(parameter), std::move(label), std::move(shown),
+                              std::move(parameter), std::move(label),
+                              notWritten.empty() ? std::move(shown) : std::string(),
                               std::move(wanted), std::move(note)});
     };
-    const std::string price = FormatFixed(article.plu.PriceHundredths / 100.0, 1, 2, '.');
-    const bool byPiece = article.plu.WholeUnits && rec.ScaleType == kScaleTypeS300;
-    add({}, "price", price, price, byPiece ? "sold by the piece" : "");
+    std::string note;
+    if (!notWritten.empty())
+        note = "not written: " + ToUtf8(notWritten);
+    else if (article.plu.WholeUnits && rec.ScaleType == kScaleTypeS300)
+        note = "sold by the piece";
+    add({}, "price", FormatFixed(article.plu.PriceHundredths / 100.0, 1, 2, '.'),
+        FormatFixed(article.price, 1, 2, '.'), std::move(note));
     for (const TShownText& text : ShownTexts(article.plu, article.plu.ScaleNumber, rec, version)) {
-        std::string note = text.isCut ? "cut" : "";
+        note = text.isCut ? "cut" : "";
         if (!text.lost.empty())
             note += (note.empty() ? "" : "; ") + ("the code table lacks " + ToUtf8(text.lost));
         add(Number(text.parameter), ToUtf8(text.label), ToUtf8(text.shown), ToUtf8(text.wanted),
-            note);
+            notWritten.empty() ? note : std::string());
     }
 }
 
@@ -116,8 +126,9 @@ TAnswer CheckShop(const TCommandOptions& options, TWorld& world) {
     const TShop shop = ReadShop(options);
     const std::vector<TListedScale> scales = ChosenScales(shop, options, world);
     const TArticleReading reading = ReadShopArticles(options, world);
-    std::vector<TProblem> problems = ProblemsOfScales(scales);
-    Append(problems, ProblemsOfArticles(reading, shop.choices.price));
+    const TLinkFactory links(world.clock, options.serialPorts, options.udpPort);
+    std::vector<TProblem> problems = ProblemsOfScales(scales, ReachBy(links));
+    Append(problems, ProblemsOfArticles(reading, shop.choices.price, shop.scales));
     TAssumptions assumptions;
     for (const TScaleRec& rec : UsableOf(scales)) {
         const auto report = ReportedBy(rec, options, world, shop, problems);
@@ -139,20 +150,28 @@ TAnswer ShowArticle(const TCommandOptions& options, TWorld& world) {
     TReportTable table = TextTable();
     TAssumptions assumptions;
     std::vector<TProblem> problems;
+    bool allWritten = true;
     for (const TScaleRec& rec : UsableOf(scales)) {
         const auto report = ReportedBy(rec, options, world, shop, problems);
         const TScaleArticles articles =
             ArticlesForScale(reading.articles, rec.ScaleNumb, shop.choices, world.regional);
-        for (const TScaleArticle& article : articles.articles)
-            if (article.plu.ScaleNumber == *options.show)
-                AppendTexts(article, rec, assumptions.VersionOf(rec, report), table);
+        const TScaleVersion known = KnownVersion(report);
+        const TWinners winners = WinnersOf(articles, known.maxPlu);
+        for (std::size_t i = 0; i < articles.articles.size(); ++i) {
+            const TScaleArticle& article = articles.articles[i];
+            if (article.plu.ScaleNumber != *options.show) continue;
+            const std::string notWritten = WhyNotWritten(article, i, winners, known.maxPlu);
+            allWritten = allWritten && notWritten.empty();
+            AppendTexts(article, notWritten, rec, assumptions.VersionOf(rec, report), table);
+        }
     }
     for (const TProblem& problem : problems)
         world.err << "tolvane: " << ToUtf8(problem.problem) << std::endl;
     if (table.rows.empty())
         throw TUsageError("None of these scales would get an article with number " +
                           std::to_string(*options.show) + ". tolvane check tells why.");
-    TAnswer answer{.report = {.command = "check", .tables = {std::move(table)}}};
+    TAnswer answer{.report = {.command = "check", .tables = {std::move(table)}},
+                   .exitCode = allWritten ? TExitCode::Done : TExitCode::ProblemsFound};
     assumptions.AddTo(answer, options, world);
     return answer;
 }

@@ -74,8 +74,7 @@ private:
     void Check(const TScaleArticle& article) {
         const TPLUD& plu = article.plu;
         if (NumberInScale(plu.ScaleNumber, version_.maxPlu) == 0)
-            Add(TSeverity::Error, article,
-                "the scale has no such number: it has 1 to " + std::to_string(version_.maxPlu),
+            Add(TSeverity::Error, article, NoSuchNumberText(version_.maxPlu),
                 "give it another number");
         if (!IsPriceOfScale(plu.PriceHundredths))
             Add(TSeverity::Error, article, std::string(BadPriceText(article)),

@@ -32,6 +32,10 @@ std::string TLinkFactory::SerialPort(int number) const {
     return named != serialPorts_.end() ? named->second : SerialPortOfNumber(number);
 }
 
+std::string TLinkFactory::SerialPortOf(const TScaleRec& rec) const {
+    return SerialPort(SerialPortNumber(rec));
+}
+
 std::unique_ptr<TElicomScale> TLinkFactory::CreateUDP(const std::string& host) {
     // All UDP scales have one local port in turn: one that was given up may answer when the next
     // one is asked.
@@ -46,7 +50,7 @@ std::vector<TComputerLock> TLinkFactory::LocksOf(const TScaleRec& rec) const {
     if (rec.CommType == kCommSerial) {
         // One port may have several names.
         std::error_code error;
-        const std::string port = SerialPort(SerialPortNumber(rec));
+        const std::string port = SerialPortOf(rec);
         const std::filesystem::path real = std::filesystem::canonical(port, error);
         locks.push_back(
             {.name = "com-" + (error ? port : real.string()), .what = "this serial port"});

@@ -26,6 +26,8 @@ public:
 
     // What only one run on this computer can use at a time: the scale, and the local UDP port.
     std::vector<TComputerLock> LocksOf(const TScaleRec& rec) const;
+    // What opens the port of a serial scale: "/dev/ttyS0", "COM1".
+    std::string SerialPortOf(const TScaleRec& rec) const;
 
 private:
     std::string SerialPort(int number) const;

@@ -3,7 +3,9 @@
 #include <optional>
 #include <string_view>
 
+#include "command/ScalePlace.h"
 #include "config/ScaleTable.h"
+#include "text/Cp1251.h"
 #include "text/Numbers.h"
 
 namespace tolvane {
@@ -11,6 +13,16 @@ namespace {
 
 constexpr std::int32_t kMostNumber = 65535;
 constexpr std::size_t kLongestAddress = sizeof(TScaleRec::TCPAddress.characters);
+constexpr std::int32_t kLastSerialPort = 999;
+
+// What is not such a name is COM1 for the driver, or a port of other digits.
+bool IsSerialPort(std::string_view address) {
+    if (!EqualIgnoringCase(address.substr(0, kSerialPrefix.size()), kSerialPrefix)) return false;
+    address.remove_prefix(kSerialPrefix.size());
+    const auto number = ParseInteger(address);
+    return number && *number >= 1 && *number <= kLastSerialPort &&
+           std::to_string(*number) == address;
+}
 
 // One section as its file spells it.
 class TSectionCheck {
@@ -51,6 +63,9 @@ private:
             Fail("its address \"" + address + "\" is longer than " +
                      std::to_string(kLongestAddress) + " characters",
                  "correct the address");
+        else if (scale_.rec.CommType == kCommSerial && !IsSerialPort(address))
+            Fail("its address \"" + address + "\" is no serial port",
+                 "enter COM1, COM2 and so on, without a blank or a colon");
     }
     // A key that is missing or empty has its default.
     void CheckNumber(std::string_view key, const std::string& name, std::int32_t lowest,

@@ -10,8 +10,6 @@
 namespace tolvane {
 namespace {
 
-constexpr std::string_view kSerialPrefix = "COM";
-
 std::string NetworkAddress(std::string_view text) {
     const std::optional<std::uint32_t> address = ParseIpV4(text);
     return address ? IpV4Text(*address) : std::string(Trim(text));

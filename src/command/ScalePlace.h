@@ -2,10 +2,14 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "config/TypesUnit.h"
 
 namespace tolvane {
+
+// What the name of a serial port begins with, in any case of letters.
+inline constexpr std::string_view kSerialPrefix = "COM";
 
 // Where a scale is reached, written in one way: two records that lead to the same scale, or to the
 // same serial line, have the same place.

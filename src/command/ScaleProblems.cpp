@@ -5,8 +5,10 @@
 #include <utility>
 
 #include "comm/DevCommBaseUnit.h"
-#include "command/RunLock.h"
+#include "comm/UdpSocket.h"
 #include "config/SerialSpeeds.h"
+#include "system/SerialPortList.h"
+#include "text/Cp1251.h"
 #include "text/IpAddress.h"
 
 namespace tolvane {
@@ -17,20 +19,31 @@ bool IsKnownModel(std::int32_t type) {
 }
 
 // Scales that nothing tells apart on the wire.
-std::string WirePlaceOf(const TScaleRec& rec) {
-    std::string place = RunLockName(rec);
+std::string WirePlaceOf(const TScaleRec& rec, const TReach& reach) {
+    std::string place = reach.linkOf(rec);
     if (rec.CommType == kCommSerial) place += " " + std::to_string(rec.ScaleAddr);
     return place;
 }
 
-void CheckAddress(const TScaleRec& rec, const std::function<bool(std::uint32_t)>& hasRoute,
-                  std::vector<TProblem>& problems) {
+void CheckSerialPort(const TScaleRec& rec, const TReach& reach, std::vector<TProblem>& problems) {
+    const std::string port = reach.serialPortOf(rec);
+    if (reach.hasSerialPort(port)) return;
+    const std::string name = rec.TCPAddress.Str();
+    problems.push_back(
+        OfScale(rec,
+                "this computer has no serial port " + name +
+                    (EqualIgnoringCase(port, name) ? "" : ", which is " + FromUtf8(port)),
+                "plug it in, or correct the scale's port"));
+}
+
+void CheckAddress(const TScaleRec& rec, const TReach& reach, std::vector<TProblem>& problems) {
+    if (rec.CommType == kCommSerial) CheckSerialPort(rec, reach, problems);
     if (!IsNetworkConnection(rec.CommType)) return;
     const auto address = ParseIpV4(rec.TCPAddress.Str());
     if (!address)
         problems.push_back(OfScale(rec, Quoted(rec.TCPAddress.View()) + " is not an IP address",
                                    "correct the scale's address"));
-    else if (!hasRoute(*address))
+    else if (!reach.hasRoute(*address))
         problems.push_back(OfScale(rec, "this computer has no route to " + rec.TCPAddress.Str(),
                                    "check the network, or correct the scale's address"));
 }
@@ -78,8 +91,15 @@ TProblem OfScale(const TScaleRec& rec, std::string problem, std::string cure, TS
             .cure = std::move(cure)};
 }
 
+TReach ReachBy(const TLinkFactory& links) {
+    return {.hasRoute = &HasRoute,
+            .hasSerialPort = &HasSerialPort,
+            .serialPortOf = [&links](const TScaleRec& rec) { return links.SerialPortOf(rec); },
+            .linkOf = [&links](const TScaleRec& rec) { return links.LocksOf(rec).front().name; }};
+}
+
 std::vector<TProblem> ProblemsOfScales(const std::vector<TListedScale>& scales,
-                                       const std::function<bool(std::uint32_t)>& hasRoute) {
+                                       const TReach& reach) {
     std::vector<TProblem> problems;
     std::map<std::string, const TScaleRec*> places;
     std::map<std::int32_t, const TScaleRec*> numbers;
@@ -92,8 +112,8 @@ std::vector<TProblem> ProblemsOfScales(const std::vector<TListedScale>& scales,
             continue;
         }
         CheckKinds(rec, problems);
-        CheckAddress(rec, hasRoute, problems);
-        const auto [place, isNewPlace] = places.try_emplace(WirePlaceOf(rec), &rec);
+        CheckAddress(rec, reach, problems);
+        const auto [place, isNewPlace] = places.try_emplace(WirePlaceOf(rec, reach), &rec);
         if (!isNewPlace) problems.push_back(SamePlace(rec, *place->second));
     }
     return problems;

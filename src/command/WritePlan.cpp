@@ -15,6 +15,11 @@ namespace {
 
 constexpr std::int32_t kHighestPrice = 999999;  // hundredths: six digits
 
+// Of a price that no scale can hold.
+bool IsTooDear(const TScaleArticle& article) {
+    return article.price >= 1.0 && !IsPriceOfScale(article.plu.PriceHundredths);
+}
+
 class TPlanner {
 public:
     TPlanner(const TArticleTable& table, const TScaleRec& rec, const TScaleVersion& version,
@@ -36,8 +41,6 @@ public:
     }
 
 private:
-    using TWinners = std::unordered_map<std::int32_t, std::size_t>;
-
     std::int32_t InScale(std::int32_t number) const {
         return NumberInScale(number, version_.maxPlu);
     }
@@ -66,22 +69,13 @@ private:
     void Plan(const TScaleArticle& article, std::size_t index, const TWinners& winners) {
         const std::int32_t number = article.plu.ScaleNumber;
         if (!IsChosen(number)) return;
-        TRefusedArticle refused{.number = number, .name = article.plu.LabelName1};
-        const std::int32_t cut = InScale(number);
-        if (cut == 0) {
-            refused.reason =
-                "the scale has no such number: it has 1 to " + std::to_string(version_.maxPlu);
-            plan_.leftOut.push_back(std::move(refused));
-        } else if (article.plu.PriceHundredths <= 0) {
-            refused.reason = BadPriceText(article);
-            plan_.leftOut.push_back(std::move(refused));
-        } else if (IsPriceOfScale(article.plu.PriceHundredths) && winners.at(cut) != index) {
-            refused.reason =
-                "another article has the number " + std::to_string(cut) + " in this scale, too";
-            plan_.leftOut.push_back(std::move(refused));
-        } else {
-            Add(article, cut, std::move(refused));
-        }
+        TRefusedArticle refused{.number = number,
+                                .name = article.plu.LabelName1,
+                                .reason = WhyNotWritten(article, index, winners, version_.maxPlu)};
+        if (refused.reason.empty())
+            Add(article, InScale(number), std::move(refused));
+        else
+            (IsTooDear(article) ? plan_.refused : plan_.leftOut).push_back(std::move(refused));
     }
     void Add(const TScaleArticle& article, std::int32_t cut, TRefusedArticle refused) {
         TPlannedArticle planned{.plu = article.plu, .uncutNumber = article.plu.ScaleNumber};
@@ -118,15 +112,24 @@ bool IsPriceOfScale(std::int32_t hundredths) {
     return hundredths > 0 && hundredths <= kHighestPrice;
 }
 
-std::unordered_map<std::int32_t, std::size_t> WinnersOf(const TScaleArticles& articles,
-                                                        std::int32_t maxPlu) {
-    std::unordered_map<std::int32_t, std::size_t> winners;
+TWinners WinnersOf(const TScaleArticles& articles, std::int32_t maxPlu) {
+    TWinners winners;
     for (std::size_t i = 0; i < articles.articles.size(); ++i) {
         const TPLUD& plu = articles.articles[i].plu;
         const std::int32_t number = NumberInScale(plu.ScaleNumber, maxPlu);
         if (number != 0 && IsPriceOfScale(plu.PriceHundredths)) winners[number] = i;
     }
     return winners;
+}
+
+std::string WhyNotWritten(const TScaleArticle& article, std::size_t index, const TWinners& winners,
+                          std::int32_t maxPlu) {
+    const std::int32_t number = NumberInScale(article.plu.ScaleNumber, maxPlu);
+    if (number == 0) return NoSuchNumberText(maxPlu);
+    if (!IsPriceOfScale(article.plu.PriceHundredths)) return std::string(BadPriceText(article));
+    if (winners.at(number) != index)
+        return "another article has the number " + std::to_string(number) + " in this scale, too";
+    return {};
 }
 
 TWritePlan PlanWrite(const TScaleArticles& articles, const TArticleTable& table,
@@ -137,8 +140,12 @@ TWritePlan PlanWrite(const TScaleArticles& articles, const TArticleTable& table,
 
 std::string_view BadPriceText(const TScaleArticle& article) {
     if (article.price < 0.0) return "the price is below zero";
-    return article.price < 1.0 ? "the price is below 0.005, which is zero"
-                               : "the price is above 9999.99, which a scale cannot hold";
+    return IsTooDear(article) ? "the price is above 9999.99, which a scale cannot hold"
+                              : "the price is below 0.005, which is zero";
+}
+
+std::string NoSuchNumberText(std::int32_t maxPlu) {
+    return "the scale has no such number: it has 1 to " + std::to_string(maxPlu);
 }
 
 std::string_view FaultText(TLineFault fault) {

@@ -46,8 +46,13 @@ bool IsPriceOfScale(std::int32_t hundredths);
 
 // For each number of the scale the index of the article that it ends up with: the last one that can
 // be written.
-std::unordered_map<std::int32_t, std::size_t> WinnersOf(const TScaleArticles& articles,
-                                                        std::int32_t maxPlu);
+using TWinners = std::unordered_map<std::int32_t, std::size_t>;
+TWinners WinnersOf(const TScaleArticles& articles, std::int32_t maxPlu);
+
+// Why the article at `index` is not written into a scale with these winners, in a few words, code
+// page 1251; empty when it is.
+std::string WhyNotWritten(const TScaleArticle& article, std::size_t index, const TWinners& winners,
+                          std::int32_t maxPlu);
 
 // The plan for a scale that has reported `version`. Of several articles with one number the last
 // one wins, as it does in the scale; the others are left out. Linear in the articles.
@@ -57,6 +62,7 @@ TWritePlan PlanWrite(const TScaleArticles& articles, const TArticleTable& table,
 
 // Why a scale cannot hold the price of an article, in a few words, code page 1251.
 std::string_view BadPriceText(const TScaleArticle& article);
+std::string NoSuchNumberText(std::int32_t maxPlu);
 std::string_view FaultText(TLineFault fault);
 
 }  // namespace tolvane

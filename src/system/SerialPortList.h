@@ -19,6 +19,9 @@ TSerialPortScan ScanSerialPorts();
 // What opens the port that the configuration calls "COM" and this number.
 std::string SerialPortOfNumber(int number);
 
+// Whether the system has a port of that name ("/dev/ttyS0", "COM1"); opens nothing. Any thread.
+bool HasSerialPort(const std::string& name);
+
 // Replaces `items` by the ports of a scan, sorted as text when `sort` is set. The items stay when
 // the system has no list; they become COM1 to COM6 when the list could not be read to its end.
 void StoreSerialPorts(const TSerialPortScan& scan, bool sort, std::vector<std::string>& items);

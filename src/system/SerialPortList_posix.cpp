@@ -22,6 +22,11 @@ TSerialPortScan ScanSerialPorts() {
     return scan;
 }
 
+bool HasSerialPort(const std::string& name) {
+    std::error_code error;
+    return fs::is_character_file(name, error);
+}
+
 std::string SerialPortOfNumber(int number) {
     return "/dev/ttyS" + std::to_string(number - 1);
 }

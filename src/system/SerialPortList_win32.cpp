@@ -58,6 +58,17 @@ TSerialPortScan ScanSerialPorts() {
     }
 }
 
+bool HasSerialPort(const std::string& name) {
+    constexpr std::string_view kDevicePrefix = R"(\\.\)";
+    std::string_view device = name;
+    if (device.starts_with(kDevicePrefix)) device.remove_prefix(kDevicePrefix.size());
+    std::array<wchar_t, MAX_PATH> target{};
+    const std::u16string wide = ToUtf16(device);
+    return QueryDosDeviceW(reinterpret_cast<const wchar_t*>(wide.c_str()), target.data(),
+                           DWORD{target.size()}) != 0 ||
+           GetLastError() == ERROR_INSUFFICIENT_BUFFER;
+}
+
 std::string SerialPortOfNumber(int number) {
     return "COM" + std::to_string(number);
 }

@@ -5,7 +5,10 @@ namespace {
 
 class CheckTest : public TProgramTest {
 protected:
-    CheckTest() { scale_ = &AddScale(1); }
+    CheckTest() {
+        scale_ = &AddScale(1);
+        AddToList(2, TModel::S300, "127.0.0.1", 2002, 1, false);  // which article 4 is meant for
+    }
     ~CheckTest() override { EXPECT_EQ(scale_->State().requests.total, 0) << "no scale is touched"; }
 
     // The only problem after this change of the database.
@@ -154,6 +157,36 @@ TEST_F(CheckTest, AnArticleIsShownAsTheScaleWouldHoldIt) {
     for (const auto& row : rows)
         named = named || row.at("shown") == "Ябълки зелени";
     EXPECT_TRUE(named) << run.out;
+}
+
+TEST_F(CheckTest, AnArticleThatIsNotWrittenIsShownAsNotHeld) {
+    Sql("update PLUES set PLU_SELL_PRICE = 30000000 where PLU_NUMB = 101");
+    const TRun run = Run({"check", "--show", "1", "--json"});
+    EXPECT_EQ(run.exitCode, 6) << run.err;
+    const auto rows = run.Rows("texts");
+    ASSERT_GT(rows.size(), 2U);
+    EXPECT_EQ(rows[0].at("label"), "price");
+    EXPECT_EQ(rows[0].at("wanted"), "30000000.00");
+    EXPECT_EQ(rows[0].at("note"),
+              "not written: the price is above 9999.99, which a scale cannot hold");
+    for (const auto& row : rows)
+        EXPECT_EQ(row.at("shown"), "") << row;
+}
+
+TEST_F(CheckTest, OfTwoArticlesWithOneNumberTheWinnerIsShownAsHeld) {
+    Sql("update PLUES set PLU_SCALE_NUMB = 1 where PLU_NUMB = 102");
+    const TRun run = Run({"check", "--show", "1", "--json"});
+    EXPECT_EQ(run.exitCode, 6) << run.err;
+    std::vector<std::string> prices;
+    for (const auto& row : run.Rows("texts"))
+        if (row.at("label") == "price") prices.push_back(row.at("shown"));
+    EXPECT_EQ(prices, (std::vector<std::string>{"", "3.40"}));
+}
+
+TEST_F(CheckTest, AnArticleForAScaleThatIsNotInTheListIsTold) {
+    const auto problem = OnlyProblem("update PLUES set PLU_FORSCALES = '9' where PLU_NUMB = 101");
+    EXPECT_EQ(problem.at("severity"), "warning");
+    EXPECT_EQ(problem.at("problem"), "none of its scales \"9\" is in the list");
 }
 
 TEST_F(CheckTest, ANumberThatNoScaleGetsCannotBeShown) {

@@ -6,11 +6,18 @@ namespace {
 
 using ListsTest = TProgramTest;
 
+// A device that every computer of the system has, in place of a serial port.
+#ifdef _WIN32
+constexpr const char* kDevice = "NUL";
+#else
+constexpr const char* kDevice = "/dev/null";
+#endif
+
 TEST_F(ListsTest, TheScalesAreListedAsTheyAreConfigured) {
     AddToList(3, TModel::Evl, "COM5", 1001, 0);
     AddToList(7, TModel::S300, "127.0.0.1", 2001, 1, false);
     AddToList(9, TModel::Ets, "127.0.0.1", 1001, 2);
-    const TRun run = Run({"scales", "--json"});
+    const TRun run = Run({"scales", "--serial", std::string("COM5=") + kDevice, "--json"});
     EXPECT_EQ(run.exitCode, 0) << run.out;
     ASSERT_EQ(run.Rows().size(), 3U);
     EXPECT_EQ(run.Scale(3).at("name"), "Щанд 3");
@@ -36,6 +43,47 @@ TEST_F(ListsTest, WhatIsWrongWithTheScalesIsToldWithItsCure) {
     EXPECT_EQ(problems[0].at("scale"), 2);
     EXPECT_EQ(problems[0].at("problem"), "it has the connection of scale 1 \"Щанд 1\"");
     EXPECT_EQ(problems[0].at("cure"), "give each scale a connection of its own");
+}
+
+TEST_F(ListsTest, OnlyTheNamedScalesAreListed) {
+    AddToList(1, TModel::S300, "127.0.0.1", 2001, 1);
+    AddToList(2, TModel::S300, "127.0.0.1", 2001, 1);
+    const TRun run = Run({"scales", "--scale", "2", "--json"});
+    EXPECT_EQ(run.exitCode, 0) << run.out;
+    ASSERT_EQ(run.Rows().size(), 1U);
+    EXPECT_EQ(run.Rows()[0].at("number"), 2);
+    EXPECT_EQ(Run({"scales", "--scale", "9"}).exitCode, 2);
+}
+
+TEST_F(ListsTest, ASerialPortThatIsNotThereIsTold) {
+    AddToList(3, TModel::Evl, "COM200", 1001, 0);
+    const TRun run = Run({"scales", "--json"});
+    EXPECT_EQ(run.exitCode, 6);
+    const auto problems = run.Json().at("problems");
+    ASSERT_EQ(problems.size(), 1U) << problems;
+    const std::string problem = problems[0].at("problem");
+    EXPECT_TRUE(problem.starts_with("this computer has no serial port COM200")) << problem;
+}
+
+// Both would be written to the first one.
+TEST_F(ListsTest, TwoNamesOfOneSerialPortAreTold) {
+    AddToList(3, TModel::Evl, "COM5", 1001, 0);
+    AddToList(4, TModel::Evl, "COM6", 1001, 0);
+    const std::string device = kDevice;
+    const TRun run =
+        Run({"scales", "--serial", "COM5=" + device, "--serial", "COM6=" + device, "--json"});
+    EXPECT_EQ(run.exitCode, 6);
+    const auto problems = run.Json().at("problems");
+    ASSERT_EQ(problems.size(), 1U) << problems;
+    EXPECT_EQ(problems[0].at("problem"), "it has the connection of scale 3 \"Щанд 3\"");
+}
+
+TEST_F(ListsTest, TheArticlesOfAScaleAreListed) {
+    AddDeadScale(1);
+    const TRun run = Run({"articles", "--scale", "1", "--json"});
+    EXPECT_EQ(run.exitCode, 0) << run.err;
+    ASSERT_EQ(run.Rows("articles").size(), 3U) << "not 4, which is for scale 2";
+    EXPECT_EQ(Run({"articles", "--scale", "9"}).exitCode, 2);
 }
 
 TEST_F(ListsTest, TheArticlesAreListedWithAllTheirFields) {
@@ -70,6 +118,33 @@ TEST_F(ListsTest, TheLinesOfEachScaleAreListedWithWhatIsLeftOut) {
     EXPECT_EQ(rows[2].at("number"), 3);
     EXPECT_EQ(rows[5].at("scale"), 2);
     EXPECT_EQ(rows[5].at("number"), 4);
+}
+
+TEST_F(ListsTest, LinesThatWouldNotBeWrittenAreListedWithTheReason) {
+    AddDeadScale(1);
+    Sql("update PLUES set PLU_SELL_PRICE = 10000 where PLU_NUMB = 101");
+    Sql("update PLUES set PLU_SELL_PRICE = 0.004 where PLU_NUMB = 102");
+    Sql("update PLUES set PLU_SCALE_NUMB = 0 where PLU_NUMB = 103");
+    Sql("update PLUES set PLU_FORSCALES = '1' where PLU_NUMB = 104");
+    const auto rows = Run({"lines", "--json"}).Rows("lines");
+    std::map<std::string, std::string> reasons;
+    for (const auto& row : rows)
+        reasons[row.at("name")] = row.at("leftOut");
+    const std::map<std::string, std::string> expected = {
+        {"Ябълки", "the price is above 9999.99, which a scale cannot hold"},
+        {"Круши", "the price is below 0.005, which is zero"},
+        {"Грозде", "the scale has no such number: it has 1 to 65535"},
+        {"Домати", ""}};
+    EXPECT_EQ(reasons, expected);
+}
+
+TEST_F(ListsTest, OfLinesWithOneNumberTheLastIsWritten) {
+    AddDeadScale(1);
+    Sql("update PLUES set PLU_SCALE_NUMB = 1 where PLU_NUMB = 102");
+    const auto rows = Run({"lines", "--json"}).Rows("lines");
+    ASSERT_EQ(rows.size(), 3U);
+    EXPECT_EQ(rows[0].at("leftOut"), "another article has the number 1 in this scale, too");
+    EXPECT_EQ(rows[1].at("leftOut"), "");
 }
 
 // Who answers depends on the network of the computer; each row is complete.

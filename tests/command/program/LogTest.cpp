@@ -63,6 +63,7 @@ TEST_F(LogTest, ARunHasAnObjectForEachEvent) {
 
 TEST_F(LogTest, EveryCommandHasItsBeginAndItsEnd) {
     AddDeadScale(1);
+    AddToList(2, TModel::S300, "127.0.0.1", 2002, 1, false);
     for (const char* command : {"scales", "articles", "lines", "status", "check"}) {
         const auto events = Events({command}, 0);
         ASSERT_EQ(Names(events), "begin end") << command;

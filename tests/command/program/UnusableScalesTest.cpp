@@ -47,6 +47,15 @@ TEST_F(UnusableScalesTest, AnotherPortThanTheListSaysIsNotTried) {
     EXPECT_EQ(scale.State().requests.total, 0);
 }
 
+// It would be COM1, and its articles would go to the scale there.
+TEST_F(UnusableScalesTest, APortThatIsNoneIsNotTakenForTheFirstOne) {
+    list_.clear();
+    AddToList(5, TModel::Evl, "COM2:", 1001, 0);
+    ExpectFailed(Run({"write", "--json"}), 2,
+                 "its address \"COM2:\" is no serial port; enter COM1, COM2 and so on, without a "
+                 "blank or a colon");
+}
+
 TEST_F(UnusableScalesTest, AreAFaultOfTheListWhereThereAreNoOthers) {
     for (const TWords& words :
          {TWords{"write"}, {"test"}, {"delete", "--plu", "9"}, {"release"}, {"status"}}) {
@@ -64,6 +73,8 @@ TEST_F(UnusableScalesTest, AreNotMeantWhenTheyAreNotCheckedUntilTheyAreNamed) {
 }
 
 TEST_F(UnusableScalesTest, AreAProblemForScalesAndCheck) {
+    AddToList(1, TModel::S300, "127.0.0.1", 2001, 1, false);
+    AddToList(2, TModel::S300, "127.0.0.1", 2002, 1, false);
     for (const char* command : {"scales", "check"}) {
         const TRun run = Run({command, "--json"});
         EXPECT_EQ(run.exitCode, 6) << run.err;

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/scales/TestScales.h"
 #include "tests/support/upload/UploadFixture.h"
 #include "text/Cp1251.h"
 
@@ -36,7 +37,8 @@ struct TOneArticle {
     }
     // "error: the problem", or "" without one.
     std::string Problem(int price = kRetailPrice) const {
-        const std::vector<TProblem> problems = ProblemsOfArticles(reading, price);
+        const std::vector<TProblem> problems = ProblemsOfArticles(
+            reading, price, {{.rec = NetworkScale(1, "Meat")}, {.rec = NetworkScale(7, "Milk")}});
         EXPECT_LE(problems.size(), 1U);
         if (problems.empty()) return {};
         EXPECT_EQ(problems[0].number, 7);
@@ -91,7 +93,8 @@ TEST(ArticleProblems, ABaseCurrencyWithARateChangesTheChosenPrice) {
 TEST(ArticleProblems, ADatabaseWithoutABaseCurrencyIsToldOnce) {
     TOneArticle article;
     article.reading.baseCurrencyName = "";
-    const auto problems = ProblemsOfArticles(article.reading, kRetailPrice);
+    const auto problems =
+        ProblemsOfArticles(article.reading, kRetailPrice, {{.rec = NetworkScale(1, "Meat")}});
     ASSERT_EQ(problems.size(), 1U);
     EXPECT_EQ(problems[0].severity, TSeverity::Warning);
     EXPECT_EQ(problems[0].problem, "no currency is marked as the base currency");
@@ -146,6 +149,8 @@ TEST(ArticleProblems, BestBeforeAbove365DaysIsLost) {
     EXPECT_EQ(article.Problem(), "");
     article.reading.articles.SetText(article.Row(), TField::LABEL_BESTBEFORE, "366");
     EXPECT_EQ(article.Problem(), "error: best before 366 days is above 365: the scale gets 0");
+    article.reading.articles.SetText(article.Row(), TField::LABEL_BESTBEFORE, "-1");
+    EXPECT_EQ(article.Problem(), "error: best before -1 days is below 0");
 }
 
 TEST(ArticleProblems, AnArticleForNoScaleIsTold) {
@@ -156,7 +161,9 @@ TEST(ArticleProblems, AnArticleForNoScaleIsTold) {
     EXPECT_EQ(article.Problem(),
               "error: \"x\" among its scales \"1,x,3\" is no number; that and what follows it "
               "count for nothing");
-    for (const char* fine : {"0", "1,3", "1,", "0,x"}) {
+    article.reading.articles.SetText(article.Row(), TField::PLU_FORSCALES, "8,9");
+    EXPECT_EQ(article.Problem(), "warning: none of its scales \"8,9\" is in the list");
+    for (const char* fine : {"0", "1,3", "1,", "0,x", "9,7"}) {
         article.reading.articles.SetText(article.Row(), TField::PLU_FORSCALES, fine);
         EXPECT_EQ(article.Problem(), "") << fine;
     }

@@ -4,6 +4,7 @@
 
 #include "command/InScaleProblems.h"
 #include "command/ProblemTable.h"
+#include "command/RunLock.h"
 #include "command/ScaleProblems.h"
 #include "tests/support/scales/TestScales.h"
 #include "tests/support/upload/UploadFixture.h"
@@ -35,8 +36,16 @@ std::vector<TListedScale> Listed(const std::vector<TScaleRec>& scales) {
     return listed;
 }
 
-TEvents OfScales(const std::vector<TScaleRec>& scales) {
-    return Lines(ProblemsOfScales(Listed(scales), [](std::uint32_t) { return true; }));
+// A computer that reaches every network and has the ports COM1 to COM9.
+TReach Reach() {
+    return {.hasRoute = [](std::uint32_t) { return true; },
+            .hasSerialPort = [](const std::string& name) { return name.size() == 4; },
+            .serialPortOf = [](const TScaleRec& rec) { return rec.TCPAddress.Str(); },
+            .linkOf = [](const TScaleRec& rec) { return RunLockName(rec); }};
+}
+
+TEvents OfScales(const std::vector<TScaleRec>& scales, const TReach& reach = Reach()) {
+    return Lines(ProblemsOfScales(Listed(scales), reach));
 }
 
 TScaleRec Evl() {
@@ -74,6 +83,28 @@ TEST(ProblemsOfScales, TellTheSameSerialAddressOnly) {
     EXPECT_EQ(OfScales({first, second}).size(), 1U);
 }
 
+// Two names of one device.
+TEST(ProblemsOfScales, TellTheSameDeviceUnderTwoNames) {
+    TReach reach = Reach();
+    reach.linkOf = [](const TScaleRec&) { return "com-/dev/ttyUSB0"; };
+    EXPECT_EQ(
+        OfScales({tolvane::SerialScale(1, "Meat", "COM1"), tolvane::SerialScale(2, "Milk", "COM2")},
+                 reach),
+        TEvents{"error: it has the connection of scale 1 \"Meat\" | give each scale a "
+                "connection of its own"});
+}
+
+TEST(ProblemsOfScales, TellSerialPortsThatAreNotThere) {
+    EXPECT_EQ(OfScales({tolvane::SerialScale(1, "Meat", "COM30")}),
+              TEvents{"error: this computer has no serial port COM30 | plug it in, or correct the "
+                      "scale's port"});
+    TReach reach = Reach();
+    reach.serialPortOf = [](const TScaleRec&) { return "/dev/ttyUSB7"; };
+    EXPECT_EQ(OfScales({tolvane::SerialScale(1, "Meat", "COM1")}, reach),
+              TEvents{"error: this computer has no serial port COM1, which is /dev/ttyUSB7 | plug "
+                      "it in, or correct the scale's port"});
+}
+
 TEST(ProblemsOfScales, WarnOfTheSameNumber) {
     EXPECT_EQ(OfScales({NetworkScale(1, "Meat"), NetworkScale(1, "Milk", "10.0.0.9", 100)}),
               TEvents{"warning: it has the number of scale \"Meat\"; what has changed cannot be "
@@ -104,12 +135,14 @@ TEST(ProblemsOfScales, TellAddressesThatAreNoneAndNetworksWithoutAWay) {
     EXPECT_EQ(OfScales({NetworkScale(1, "Meat", "scale.local", 100)}),
               TEvents{"error: \"scale.local\" is not an IP address | correct the scale's address"});
     std::vector<std::uint32_t> asked;
+    TReach reach = Reach();
+    reach.hasRoute = [&](std::uint32_t address) {
+        asked.push_back(address);
+        return false;
+    };
     const auto problems = ProblemsOfScales(
         Listed({NetworkScale(1, "Meat", "10.0.0.5", 100), tolvane::SerialScale(2, "Milk", "COM1")}),
-        [&](std::uint32_t address) {
-            asked.push_back(address);
-            return false;
-        });
+        reach);
     EXPECT_EQ(asked, std::vector<std::uint32_t>{0x0A000005});
     EXPECT_EQ(Lines(problems),
               TEvents{"error: this computer has no route to 10.0.0.5 | check the network, or "
@@ -123,8 +156,8 @@ TEST(ProblemsOfScales, TellWhyNoRunCanUseAScale) {
     const TListedScale faulty = {.rec = NetworkScale(1, "Meat", "", 0),
                                  .fault = "it has no address",
                                  .cure = "enter the address"};
-    const auto problems = ProblemsOfScales({faulty, {.rec = NetworkScale(2, "Milk")}, faulty},
-                                           [](std::uint32_t) { return true; });
+    const auto problems =
+        ProblemsOfScales({faulty, {.rec = NetworkScale(2, "Milk")}, faulty}, Reach());
     EXPECT_EQ(Lines(problems),
               (TEvents{"error: it has no address | enter the address",
                        "warning: it has the number of scale \"Meat\"; what has changed cannot be "

@@ -37,8 +37,12 @@ std::string FaultOf(const std::string& key, const std::string& value) {
 // The same serial scale, with one key replaced.
 std::string SerialFaultOf(const std::string& key, const std::string& value) {
     std::string text = Section(key, value);
-    const std::string tcp = "CommType=1";
-    text.replace(text.find(tcp), tcp.size(), "CommType=0");
+    const auto replace = [&text](const std::string& from, const std::string& to) {
+        if (const std::size_t at = text.find(from); at != std::string::npos)
+            text.replace(at, from.size(), to);
+    };
+    replace("CommType=1", "CommType=0");
+    replace("TCPAddress=10.0.0.7", "TCPAddress=COM1");
     return Only(text).fault;
 }
 
@@ -78,6 +82,16 @@ TEST(ScaleList, TellsNumbersThatWouldBecomeOthers) {
               "its address \"192.168.100.1234\" is longer than 15 characters");
 }
 
+// The driver would take each of them for COM1, or for a port of other digits: another scale.
+TEST(ScaleList, TellsSerialPortsThatAreNone) {
+    for (const std::string address : {"COM2:", "COMX", "COM", "COM0", "COM+2", "COM02", "COM1234",
+                                      "\\\\.\\COM2", "10.0.0.5", "LPT2", "COM 2"})
+        EXPECT_EQ(SerialFaultOf("TCPAddress", address),
+                  "its address \"" + address + "\" is no serial port");
+    for (const std::string address : {"COM1", "COM9", "COM10", "COM999", "com2"})
+        EXPECT_EQ(SerialFaultOf("TCPAddress", address), "") << address;
+}
+
 // "5x" would become the section's number, and its articles and ledger another scale's.
 TEST(ScaleList, TellsWordsThatAreNoNumbers) {
     const auto faultOf = [](const std::string& key, const std::string& value) {
@@ -106,7 +120,7 @@ TEST(ScaleList, KnowsSections1To20Alone) {
 
 TEST(ScaleList, IsDividedByFaults) {
     const std::vector<TListedScale> scales =
-        ListedScales(TIniDocument("[SCALE1]\n[SCALE2]\nTCPAddress=10.0.0.2\n"));
+        ListedScales(TIniDocument("[SCALE1]\n[SCALE2]\nTCPAddress=10.0.0.2\nCommType=1\n"));
     EXPECT_EQ(RecordsOf(scales).size(), 2U);
     ASSERT_EQ(UsableOf(scales).size(), 1U);
     EXPECT_EQ(UsableOf(scales)[0].ScaleNumb, 2);
