@@ -64,6 +64,7 @@ TEST_F(SystemFailuresTest, RequestsToEndStopARunAsCtrlCDoes) {
 // late.
 TEST_F(SystemFailuresTest, CtrlCIsNoErrorOfTheDatabase) {
     AddDeadScale(1);
+    AddDeadScale(2);
     for (int delay = 0; delay < 100; delay += 5) {
         const std::unique_ptr<TProcess> process = Start({"check"});
         std::this_thread::sleep_for(std::chrono::milliseconds(delay));
