@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstddef>
 #include <exception>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -37,8 +38,8 @@ private:
 
 // The links themselves, or through the trace.
 std::unique_ptr<TScaleFactory> FactoryFor(const TScaleRec& rec, const TLinkFactory& links,
-                                          std::optional<TTraceFile>& trace) {
-    if (!trace) return std::make_unique<TLinkFactory>(links);
+                                          TTraceFile* trace) {
+    if (trace == nullptr) return std::make_unique<TLinkFactory>(links);
     return std::make_unique<TTracedLinks>(links, rec, *trace);
 }
 
@@ -50,10 +51,11 @@ void CheckStateFolder(const std::filesystem::path& folder) {
                           ToUtf8(SystemErrorText(error)) + ". Name another one with --state.");
 }
 
-void OpenTrace(const std::filesystem::path& file, std::optional<TTraceFile>& trace) {
-    if (file.empty()) return;
+// Null without a name.
+std::unique_ptr<TTraceFile> OpenTrace(const std::filesystem::path& file) {
+    if (file.empty()) return nullptr;
     try {
-        trace.emplace(file, [] { return std::chrono::system_clock::now(); });
+        return std::make_unique<TTraceFile>(file, [] { return std::chrono::system_clock::now(); });
     } catch (const TFailure& failure) {
         throw TUsageError(ToUtf8(failure.Text()));
     }
@@ -94,8 +96,8 @@ public:
           scales_(scales),
           makeJob_(makeJob),
           progress_(world.err, options.progress, world.terminal && !options.verbose, world.clock),
-          links_(world.clock, options.serialPorts, options.udpPort) {
-        OpenTrace(options.trace, trace_);
+          links_(world.clock, options.serialPorts, options.udpPort),
+          trace_(OpenTrace(options.trace)) {
         results_.scales.resize(scales.size());
         for (const TListedScale& scale : scales)
             views_.push_back(
@@ -146,7 +148,7 @@ private:
     TScaleResult ResultOf(std::size_t i) {
         const TScaleRec& rec = scales_[i].rec;
         try {
-            const auto factory = FactoryFor(rec, links_, trace_);
+            const auto factory = FactoryFor(rec, links_, trace_.get());
             const TJobParts parts{.factory = *factory,
                                   .clock = world_.clock,
                                   .stop = stop_,
@@ -175,7 +177,7 @@ private:
     const TMakeJob& makeJob_;
     TProgress progress_;
     TLinkFactory links_;
-    std::optional<TTraceFile> trace_;
+    std::unique_ptr<TTraceFile> trace_;
     TRunStop stop_;
     TScaleResults results_;
     std::vector<std::unique_ptr<TScaleView>> views_;
