@@ -32,6 +32,11 @@ TDatabaseWatch::~TDatabaseWatch() {
     change_.notify_all();
 }
 
+void TDatabaseWatch::Tell(const std::string& text) {
+    const std::lock_guard lock(mutex_);
+    world_.err << text << std::endl;
+}
+
 void TDatabaseWatch::Work() {
     std::unique_lock lock(mutex_);
     while (!change_.wait_for(lock, kPoll, [this] { return ended_; }))

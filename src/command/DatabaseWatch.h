@@ -2,6 +2,7 @@
 
 #include <condition_variable>
 #include <mutex>
+#include <string>
 #include <thread>
 
 #include "command/Options.h"
@@ -14,11 +15,14 @@ namespace tolvane {
 // touched yet. To be made before the client library is loaded.
 class TDatabaseWatch {
 public:
-    // Both outlive the watch. Nobody else writes to world.err meanwhile.
+    // Both outlive the watch. Nobody else writes to world.err meanwhile, but by Tell.
     TDatabaseWatch(const TCommandOptions& options, TWorld& world);
     TDatabaseWatch(const TDatabaseWatch&) = delete;
     TDatabaseWatch& operator=(const TDatabaseWatch&) = delete;
     ~TDatabaseWatch();
+
+    // Says something on world.err.
+    void Tell(const std::string& text);
 
 private:
     void Work();

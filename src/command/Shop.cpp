@@ -4,6 +4,7 @@
 #include <optional>
 #include <utility>
 
+#include "command/DatabaseWait.h"
 #include "command/DatabaseWatch.h"
 #include "command/NamedFile.h"
 #include "config/IniDocument.h"
@@ -97,10 +98,12 @@ TArticleReading ReadShopArticles(const TCommandOptions& options, TWorld& world) 
     if (options.database.empty())
         throw TUsageError("No database is named. Name it with --database.");
     std::optional<TDatabaseWatch> watch(std::in_place, options, world);
-    TAttachment attachment({.database = options.database,
-                            .user = options.user,
-                            .password = ReadPassword(options.passwordFile),
-                            .clientLibrary = options.clientLibrary});
+    const TDatabaseLogin login{.database = options.database,
+                               .user = options.user,
+                               .password = ReadPassword(options.passwordFile),
+                               .clientLibrary = options.clientLibrary};
+    TAttachment attachment =
+        TDatabaseWait(options, world, *watch).WhenFree([&] { return TAttachment(login); });
     if (options.createIndex) CreateArticleIndex(attachment.Library(), attachment.Handle());
     TArticleReading reading =
         ReadArticles(attachment.Library(), attachment.Handle(), world.localClock, world.regional);

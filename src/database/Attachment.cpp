@@ -6,7 +6,6 @@
 #include <string_view>
 #include <utility>
 
-#include "database/DatabaseError.h"
 #include "database/Status.h"
 #include "system/EmbeddedEngine.h"
 #include "system/SystemError.h"
@@ -56,39 +55,47 @@ std::filesystem::path FileOf(const std::string& database) {
     return std::u8string(database.begin(), database.end());
 }
 
-bool Has(const TDatabaseError& error, std::int64_t code) {
-    return std::any_of(error.Status().begin(), error.Status().end(), [&](const auto& each) {
-        return each.kind == isc_arg_gds && each.number == code;
+// Windows' own number for a file that another program has.
+constexpr std::int64_t kSharingViolation = 32;
+
+bool IsInUse(const TDatabaseError& error) {
+    return std::any_of(error.Status().begin(), error.Status().end(), [](const auto& each) {
+        return (each.kind == isc_arg_gds && each.number == isc_already_opened) ||
+               (each.kind == isc_arg_win32 && each.number == kSharingViolation);
     });
 }
 
 constexpr std::string_view kInUse =
     "Another program has the file open. If that is a server, name it: localhost:PATH.";
 
-// What can be done about a failure; may be empty.
-std::string_view CureOf(const TDatabaseError& error, bool embedded) {
-    if (!embedded) return {};
-    if (error.ErrorCode() == isc_unavailable)
-        return "A plain path needs the embedded engine (Debian: firebird3.0-server-core). A "
-               "database of a server is written SERVER/PORT:PATH.";
-    if (Has(error, isc_already_opened)) return kInUse;
-    return {};
-}
+constexpr std::string_view kNoEngine =
+    "A plain path needs the embedded engine (Debian: firebird3.0-server-core). A database of a "
+    "server is written SERVER/PORT:PATH.";
 
 // The words of a failure that is met before anybody knows the connection's character set.
 std::string Words(const std::string& words) {
     return IsUtf8(words) ? FromUtf8(words) : words;
 }
 
+// Throws the failure of an attachment, with what comes before its words, and with its cure.
+[[noreturn]] void ThrowFailure(const TDatabaseError& error, bool embedded, std::string lead) {
+    std::string text = std::move(lead) + Words(error.what());
+    if (embedded && IsInUse(error))
+        throw TDatabaseInUse(text.append("\n").append(kInUse), error.Status(), error.SqlCode());
+    if (embedded && error.ErrorCode() == isc_unavailable) text.append("\n").append(kNoEngine);
+    throw TDatabaseError(text, error.Status(), error.SqlCode());
+}
+
 // Refuses a file that others use while they cannot see the engine's locks.
 void CheckUse(const std::string& database, TFileUse allowed) {
     const TFileUse use = UseOf(FileOf(database));
     if (use == TFileUse::Unknown || use == allowed) return;
-    if (use == TFileUse::Shared && allowed == TFileUse::Exclusive)
-        throw TDatabaseError(
-            "The engine shares the file with other programs (ServerMode in firebird.conf), but its "
-            "locks lie in a private folder. Let FIREBIRD_LOCK name the folder that all use.");
-    throw TDatabaseError(std::string(kInUse));
+    if (allowed == TFileUse::Free) throw TDatabaseInUse(std::string(kInUse));
+    throw TDatabaseError(
+        use == TFileUse::Shared
+            ? "The engine shares the file with other programs (ServerMode in firebird.conf), but "
+              "its locks lie in a private folder. Let FIREBIRD_LOCK name the folder that all use."
+            : std::string(kInUse));
 }
 
 }  // namespace
@@ -141,11 +148,10 @@ TAttachment::TAttachment(const TDatabaseLogin& login) : state_(std::make_unique<
     failed.append(":\n");
     try {
         state_->Attach(login, user);
+    } catch (const TDatabaseInUse& error) {
+        throw TDatabaseInUse(failed + error.what());
     } catch (const TDatabaseError& error) {
-        const std::string_view cure = CureOf(error, embedded);
-        throw TDatabaseError(
-            failed + Words(error.what()) + (cure.empty() ? "" : "\n") + std::string(cure),
-            error.Status(), error.SqlCode());
+        ThrowFailure(error, embedded, failed);
     } catch (const std::exception& error) {
         throw TDatabaseError(failed + FailureText(error));
     }

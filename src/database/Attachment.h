@@ -5,6 +5,7 @@
 #include <string>
 
 #include "database/ClientLibrary.h"
+#include "database/DatabaseError.h"
 
 namespace tolvane {
 
@@ -20,6 +21,12 @@ struct TDatabaseLogin {
     std::string password = {};
     // The client library's file name or path; empty for the usual names.
     std::filesystem::path clientLibrary = {};
+};
+
+// Another program has the file, which the embedded engine takes for itself. It may soon be free.
+class TDatabaseInUse : public TDatabaseError {
+public:
+    using TDatabaseError::TDatabaseError;
 };
 
 // Whether a plain path or alias is meant, which the embedded engine opens in this process.
@@ -41,7 +48,8 @@ bool IsEmbedded(const std::string& database);
 class TAttachment {
 public:
     // Throws TDatabaseError with the server's words, the database and the user, and the cure where
-    // it is known; English but for those words. The password is in no text.
+    // it is known; English but for those words. The password is in no text. TDatabaseInUse for a
+    // file that the embedded engine cannot have now.
     explicit TAttachment(const TDatabaseLogin& login);
     TAttachment(TAttachment&&) noexcept;
     // What the target had is detached.

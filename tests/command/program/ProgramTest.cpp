@@ -146,7 +146,11 @@ std::unique_ptr<TProcess> TProgramTest::Start(const TWords& words) {
 }
 
 std::unique_ptr<TProcess> TProgramTest::StartBare(const TWords& words) {
-    return std::make_unique<TProcess>(StartOf(words, "run"));
+    return StartIn(words, "run");
+}
+
+std::unique_ptr<TProcess> TProgramTest::StartIn(const TWords& words, const std::string& name) {
+    return std::make_unique<TProcess>(StartOf(words, name));
 }
 
 TRun TProgramTest::Ended(TProcess& process) {

@@ -58,8 +58,11 @@ protected:
     TRun RunBare(const TWords& words);
     std::unique_ptr<TProcess> Start(const TWords& words);
     std::unique_ptr<TProcess> StartBare(const TWords& words);
+    std::unique_ptr<TProcess> StartIn(const TWords& words, const std::string& name);
     // What a started program has printed.
     TRun Ended(TProcess& process);
+    // `name`: of the folder that takes the output.
+    TRun Ended(TProcess& process, const std::string& name);
     // Run while another program runs.
     TRun RunBeside(const TWords& words);
     // What Run adds.
@@ -70,6 +73,8 @@ protected:
 
     // Changes the shop's database, UTF-8.
     void Sql(const std::string& statement) const;
+    // The login of the shop's database.
+    TDatabaseLogin Login() const;
 
     std::filesystem::path StateFolder() const { return folder_ / state_; }
     std::filesystem::path LedgerOf(int number) const {
@@ -84,10 +89,7 @@ protected:
     std::string list_{};      // the scale list, code page 1251
 
 private:
-    // `name`: of the folder that takes the output.
-    TDatabaseLogin Login() const;
     TStart StartOf(const TWords& words, const std::string& name) const;
-    TRun Ended(TProcess& process, const std::string& name);
     std::filesystem::path database_;
     std::vector<std::unique_ptr<TVirtualScale>> scales_{};
 };
