@@ -40,6 +40,19 @@ std::string ReadPassword(const std::filesystem::path& file) {
     return text->substr(begin, text->find_first_of("\r\n") - begin);
 }
 
+// Opens the database, reads it, and closes it.
+TArticleReading ReadDatabase(const TCommandOptions& options, TWorld& world, TDatabaseWatch& watch) {
+    const TDatabaseLogin login{.database = options.database,
+                               .user = options.user,
+                               .password = ReadPassword(options.passwordFile),
+                               .clientLibrary = options.clientLibrary};
+    TAttachment attachment =
+        TDatabaseWait(options, world, watch).WhenFree([&] { return TAttachment(login); });
+    if (options.createIndex) CreateArticleIndex(attachment.Library(), attachment.Handle());
+    return ReadArticles(attachment.Library(), attachment.Handle(), world.localClock,
+                        world.regional);
+}
+
 }  // namespace
 
 TShop ReadShop(const TCommandOptions& options) {
@@ -98,15 +111,7 @@ TArticleReading ReadShopArticles(const TCommandOptions& options, TWorld& world) 
     if (options.database.empty())
         throw TUsageError("No database is named. Name it with --database.");
     std::optional<TDatabaseWatch> watch(std::in_place, options, world);
-    const TDatabaseLogin login{.database = options.database,
-                               .user = options.user,
-                               .password = ReadPassword(options.passwordFile),
-                               .clientLibrary = options.clientLibrary};
-    TAttachment attachment =
-        TDatabaseWait(options, world, *watch).WhenFree([&] { return TAttachment(login); });
-    if (options.createIndex) CreateArticleIndex(attachment.Library(), attachment.Handle());
-    TArticleReading reading =
-        ReadArticles(attachment.Library(), attachment.Handle(), world.localClock, world.regional);
+    TArticleReading reading = ReadDatabase(options, world, *watch);
     // It may write to the same stream.
     watch.reset();
     if (options.verbose)

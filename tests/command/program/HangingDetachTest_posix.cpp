@@ -1,0 +1,60 @@
+// A server that dies when everything has been read: the connection cannot be closed, and an
+// interrupt and the deadline are heard all the same.
+
+#include <thread>
+
+#include "tests/command/program/ProgramTest.h"
+
+namespace tolvane::test {
+namespace {
+
+constexpr std::chrono::seconds kBeforeLong{15};
+
+class HangingDetachTest : public TProgramTest {
+protected:
+    HangingDetachTest() : scale_(&AddScale(1)) {
+        environment_["TOLVANE_DETACHING"] = Detaching().string();
+    }
+
+    std::filesystem::path Detaching() const { return folder_ / "detaching"; }
+    std::unique_ptr<TProcess> StartHanging(TWords words) {
+        words.insert(words.end(), {"--client-library", TOLVANE_HANGING_CLIENT});
+        return Start(words);
+    }
+    bool IsDetaching() const {
+        const auto end = std::chrono::steady_clock::now() + kBeforeLong;
+        while (std::chrono::steady_clock::now() < end) {
+            if (std::filesystem::exists(Detaching())) return true;
+            std::this_thread::yield();
+        }
+        return false;
+    }
+
+    TVirtualScale* scale_;
+};
+
+TEST_F(HangingDetachTest, TheFirstInterruptEndsTheProgram) {
+    const std::unique_ptr<TProcess> process = StartHanging({"write"});
+    ASSERT_TRUE(IsDetaching());
+    process->Interrupt();
+    ASSERT_TRUE(process->WaitFor(kBeforeLong));
+    const TRun run = Ended(*process);
+    EXPECT_EQ(run.exitCode, 130);
+    EXPECT_EQ(run.err, "tolvane: Interrupted while the database was read; no scale was touched.\n");
+    EXPECT_EQ(scale_->State().requests.total, 0);
+}
+
+TEST_F(HangingDetachTest, TheDeadlineEndsTheProgram) {
+    const std::unique_ptr<TProcess> process = StartHanging({"write", "--deadline", "3s"});
+    ASSERT_TRUE(IsDetaching());
+    ASSERT_TRUE(process->WaitFor(kBeforeLong));
+    const TRun run = Ended(*process);
+    EXPECT_EQ(run.exitCode, 4);
+    EXPECT_EQ(run.err,
+              "tolvane: The deadline has passed while the database was read; no scale was "
+              "touched.\n");
+    EXPECT_EQ(scale_->State().requests.total, 0);
+}
+
+}  // namespace
+}  // namespace tolvane::test
