@@ -5,6 +5,7 @@
 
 #include "comm/SocketSupport.h"
 #include "comm/UdpSocket.h"
+#include "system/SystemError.h"
 #include "text/IpAddress.h"
 
 namespace tolvane {
@@ -49,16 +50,41 @@ struct TSearch {
     const TDiscoveryTarget& target;
     const TProbeSocketFactory& makeSocket;
 
-    void Run(const TProbe& probe, std::uint16_t port, TAnswers& answers) const {
+    // `step` is always what is done now.
+    void Run(const TProbe& probe, std::uint16_t port, TAnswers& answers, TProbeStep& step) const {
         const auto socket = makeSocket();
         socket->Open(probe.localPort);
-        socket->Broadcast(probe.request, target.address, port);
+        step = TProbeStep::Send;
+        Send(*socket, probe.request, port);
+        step = TProbeStep::Receive;
         const TTimePoint deadline = clock.Now() + kProbeTime;
         for (TTimePoint now = clock.Now(); now < deadline && !stop; now = clock.Now()) {
             const auto left = std::chrono::ceil<TMilliseconds>(deadline - now);
             if (const auto datagram = socket->Receive(std::min(left, kLongestSocketWait)))
                 answers.Add(*datagram);
         }
+    }
+    void Send(TProbeSocket& socket, std::span<const std::uint8_t> request,
+              std::uint16_t port) const {
+        try {
+            socket.Broadcast(request, target.address, port);
+        } catch (const std::exception&) {
+            if (!SendOtherwise(socket, request, port)) throw;
+        }
+    }
+    // Whether anything was sent.
+    bool SendOtherwise(TProbeSocket& socket, std::span<const std::uint8_t> request,
+                       std::uint16_t port) const {
+        bool sent = false;
+        for (const std::string& address : target.otherwise) {
+            try {
+                socket.Broadcast(request, address, port);
+                sent = true;
+            } catch (const std::exception&) {
+                // The others may do.
+            }
+        }
+        return sent;
     }
 };
 
@@ -90,7 +116,8 @@ std::unique_ptr<TProbeSocket> MakeProbeSocket() {
 }
 
 void FindDevices(TClock& clock, const std::atomic<bool>& stop, const TProbeReport& report,
-                 const TDiscoveryTarget& target, const TProbeSocketFactory& makeSocket) {
+                 const TDiscoveryTarget& target, const TProbeSocketFactory& makeSocket,
+                 const TProbeFailureReport& failed) {
     const std::array<TProbe, 3> probes = {
         TProbe{.request = kCharacter, .kind = TDeviceKind::UdpModule},
         TProbe{.request = kFind, .localPort = target.findLocalPort, .kind = TDeviceKind::UdpModule},
@@ -99,11 +126,15 @@ void FindDevices(TClock& clock, const std::atomic<bool>& stop, const TProbeRepor
     const TSearch search{clock, stop, target, makeSocket};
     for (std::size_t i = 0; i < probes.size() && !stop; ++i) {
         TAnswers answers(probes[i].kind);
+        std::optional<TProbeFailure> failure;
+        TProbeStep step = TProbeStep::Open;
         try {
-            search.Run(probes[i], target.ports[i], answers);
-        } catch (const std::exception&) {
+            search.Run(probes[i], target.ports[i], answers, step);
+        } catch (const std::exception& error) {
             // The probe ends; what it has found so far counts.
+            failure = {.step = step, .localPort = probes[i].localPort, .text = FailureText(error)};
         }
+        if (failure && failed) failed(*failure);
         if (!answers.Found().empty()) report(answers.Found());
     }
 }

@@ -29,6 +29,8 @@ struct TFoundDevice {
 // Where the probes go; the defaults are those of real modules.
 struct TDiscoveryTarget {
     std::string address = "255.255.255.255";
+    // Where nothing can be sent to `address`: what is asked instead. Usually nothing.
+    std::vector<std::string> otherwise{};
     std::array<std::uint16_t, 3> ports = {65535, 1460, 36};
     std::uint16_t findLocalPort = 5001;  // the second probe is sent from it
 };
@@ -58,13 +60,24 @@ std::unique_ptr<TProbeSocket> MakeProbeSocket();
 // Takes what one probe has found, in the order of the answers. Called on the searching thread.
 using TProbeReport = std::function<void(const std::vector<TFoundDevice>& found)>;
 
+// What a probe could not do, and the words for it, code page 1251.
+enum class TProbeStep : std::uint8_t { Open, Send, Receive };
+struct TProbeFailure {
+    TProbeStep step = TProbeStep::Open;
+    std::uint16_t localPort = 0;  // 0: any free one
+    std::string text{};
+};
+// Called on the searching thread for each probe that fails.
+using TProbeFailureReport = std::function<void(const TProbeFailure& failure)>;
+
 // Sends the three probes one after the other and collects the answers to each for a second; an
 // address counts once per probe. Calls `report` at the end of each probe that was answered. A
-// failure ends only the probe in which it happens. After `stop` the search returns within a tenth
-// of a second and reports what it has. Any thread; throws only what `report` throws, and
-// std::bad_alloc.
+// failure ends only the probe in which it happens; `failed` may be empty. After `stop` the search
+// returns within a tenth of a second and reports what it has. Any thread; throws only what `report`
+// and `failed` throw, and std::bad_alloc.
 void FindDevices(TClock& clock, const std::atomic<bool>& stop, const TProbeReport& report,
                  const TDiscoveryTarget& target = {},
-                 const TProbeSocketFactory& makeSocket = &MakeProbeSocket);
+                 const TProbeSocketFactory& makeSocket = &MakeProbeSocket,
+                 const TProbeFailureReport& failed = {});
 
 }  // namespace tolvane

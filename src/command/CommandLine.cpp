@@ -27,6 +27,7 @@ void TCommandLine::ReadLine(std::vector<std::string> arguments) {
 std::vector<std::string> TCommandLine::Words(const std::vector<TSetting>& settings) const {
     std::vector<std::string> words;
     for (const TSetting& setting : settings) {
+        if (options_.verb == TVerb::Discover && setting.option == "scale") continue;
         const std::string name = "--" + setting.option;
         for (const CLI::App* app : Chosen())
             if (const CLI::Option* option = app->get_option_no_throw(name);
@@ -42,6 +43,7 @@ TCommandOptions TCommandLine::Take(const TEnvironment& environment) {
     if (options_.ini.empty()) options_.ini = PathOf(DefaultScaleList(environment));
     if (options_.state.empty()) options_.state = PathOf(DefaultStateFolder(environment));
     if (options_.verb == TVerb::Delete) CheckDelete();
+    if (options_.verb == TVerb::Discover) CheckDiscover();
     return options_;
 }
 
@@ -100,6 +102,12 @@ void TCommandLine::CheckDelete() const {
     if (options_.everything && !raw_.yes)
         throw CLI::ValidationError(
             "delete", "--everything deletes every article of the scales; say --yes, too");
+}
+
+void TCommandLine::CheckDiscover() const {
+    if (!options_.scales.empty())
+        throw CLI::ValidationError(
+            "discover", "it asks everybody in the network, whatever is listed; leave out --scale");
 }
 
 void TCommandLine::TakeSerialPort(const std::string& text) {

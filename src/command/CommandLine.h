@@ -58,6 +58,7 @@ private:
     void TakeValues();
     void TakeNumbers();
     void CheckDelete() const;
+    void CheckDiscover() const;
     void TakeSerialPort(const std::string& text);
 
     // The program itself, then the command and the command's command.

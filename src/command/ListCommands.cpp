@@ -1,8 +1,6 @@
-// What there is: articles, article lines, scales, network modules.
+// What there is: articles, article lines, scales.
 
-#include <algorithm>
 #include <array>
-#include <atomic>
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -10,7 +8,6 @@
 #include <utility>
 
 #include "articles/ArticleFields.h"
-#include "comm/DeviceDiscovery.h"
 #include "command/Command.h"
 #include "command/LedgerContent.h"
 #include "command/LinkFactory.h"
@@ -183,21 +180,6 @@ TAnswer ListScales(const TCommandOptions& options, TWorld& world) {
     found.title = "Problems";
     return {.report = {.command = "scales", .tables = {std::move(table), std::move(found)}},
             .exitCode = problems.empty() ? TExitCode::Done : TExitCode::ProblemsFound};
-}
-
-TAnswer DiscoverModules(const TCommandOptions&, TWorld& world) {
-    TReportTable table{
-        .key = "modules", .title = {}, .columns = {{"address", "Address"}, {"kind", "Kind"}}};
-    const std::atomic<bool> stop = false;
-    FindDevices(world.clock, stop, [&](const std::vector<TFoundDevice>& found) {
-        for (const TFoundDevice& device : found)
-            table.rows.push_back(
-                {device.address,
-                 std::string(device.kind == TDeviceKind::UdpModule ? "UDP" : "TCP")});
-    });
-    std::sort(table.rows.begin(), table.rows.end());
-    table.rows.erase(std::unique(table.rows.begin(), table.rows.end()), table.rows.end());
-    return {.report = {.command = "discover", .tables = {std::move(table)}}};
 }
 
 }  // namespace tolvane

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <span>
 #include <system_error>
+#include <vector>
 
 #include "system/Clock.h"
 
@@ -39,6 +40,10 @@ struct TReceived {
 // success.
 TReceived ReceiveDatagram(std::uintptr_t socket, std::span<std::uint8_t> buffer,
                           std::error_code& error);
+
+// The broadcast addresses (IPv4, most significant byte first) of the networks that this computer is
+// in, but for loopback. Empty when the system does not tell.
+std::vector<std::uint32_t> BroadcastAddresses();
 
 // Keeps "port unreachable" answers to earlier datagrams from ending a receive, on a system that
 // reports them there.

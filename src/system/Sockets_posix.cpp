@@ -1,9 +1,12 @@
+#include <ifaddrs.h>
+#include <net/if.h>
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
 
 #include <asio/error.hpp>
 #include <cerrno>
+#include <memory>
 
 #include "system/Sockets.h"
 
@@ -30,6 +33,22 @@ TReceived ReceiveDatagram(std::uintptr_t socket, std::span<std::uint8_t> buffer,
     }
     error.clear();
     return {static_cast<std::size_t>(count), ntohl(sender.sin_addr.s_addr)};
+}
+
+std::vector<std::uint32_t> BroadcastAddresses() {
+    ifaddrs* list = nullptr;
+    if (getifaddrs(&list) != 0) return {};
+    const std::unique_ptr<ifaddrs, decltype(&freeifaddrs)> owner(list, &freeifaddrs);
+    std::vector<std::uint32_t> addresses;
+    for (const ifaddrs* each = list; each != nullptr; each = each->ifa_next) {
+        constexpr unsigned kNeeded = IFF_UP | IFF_BROADCAST;
+        if ((each->ifa_flags & kNeeded) != kNeeded || each->ifa_addr == nullptr ||
+            each->ifa_addr->sa_family != AF_INET || each->ifa_broadaddr == nullptr)
+            continue;
+        const auto* const address = reinterpret_cast<const sockaddr_in*>(each->ifa_broadaddr);
+        addresses.push_back(ntohl(address->sin_addr.s_addr));
+    }
+    return addresses;
 }
 
 // Here the system does not report them to a socket that is not connected to one peer.

@@ -1,7 +1,9 @@
 #include "system/Sockets.h"
 
 #include <winsock2.h>
+#include <ws2tcpip.h>
 
+#include <array>
 #include <asio/error.hpp>
 
 namespace tolvane {
@@ -41,6 +43,28 @@ TReceived ReceiveDatagram(std::uintptr_t socket, std::span<std::uint8_t> buffer,
         return {};
     }
     return {static_cast<std::size_t>(count), ntohl(sender.sin_addr.s_addr)};
+}
+
+std::vector<std::uint32_t> BroadcastAddresses() {
+    const TSocketLibrary library;
+    const SOCKET socket = ::socket(AF_INET, SOCK_DGRAM, IPPROTO_UDP);
+    if (socket == INVALID_SOCKET) return {};
+    std::array<INTERFACE_INFO, 64> list{};
+    DWORD size = 0;
+    if (WSAIoctl(socket, SIO_GET_INTERFACE_LIST, nullptr, 0, list.data(),
+                 static_cast<DWORD>(sizeof(list)), &size, nullptr, nullptr) != 0)
+        size = 0;
+    closesocket(socket);
+    std::vector<std::uint32_t> addresses;
+    for (std::size_t i = 0; i < size / sizeof(INTERFACE_INFO); ++i) {
+        constexpr u_long kNeeded = IFF_UP | IFF_BROADCAST;
+        if ((list[i].iiFlags & kNeeded) != kNeeded || (list[i].iiFlags & IFF_LOOPBACK) != 0)
+            continue;
+        // The list's own broadcast addresses are 255.255.255.255.
+        const std::uint32_t mask = ntohl(list[i].iiNetmask.AddressIn.sin_addr.s_addr);
+        addresses.push_back(ntohl(list[i].iiAddress.AddressIn.sin_addr.s_addr) | ~mask);
+    }
+    return addresses;
 }
 
 void IgnoreUnreachablePeers(std::uintptr_t socket) {

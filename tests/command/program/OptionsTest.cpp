@@ -122,6 +122,13 @@ TEST_F(OptionsTest, AScaleIsNamedByItsNumberOrItsName) {
     EXPECT_EQ(Chosen({"status", "--json", "--scale", "2,1"}), (std::vector<int>{1, 2}));
 }
 
+TEST_F(OptionsTest, ASearchIsNotForSingleScales) {
+    AddDeadScale(1);
+    ExpectRefused({"discover", "--scale", "1"},
+                  "discover: it asks everybody in the network, whatever is listed; leave out "
+                  "--scale");
+}
+
 TEST_F(OptionsTest, WithoutANameTheCheckedScalesAreMeant) {
     AddDeadScale(1);
     AddToList(2, TModel::S300, "127.0.0.1", 9, 1, false);

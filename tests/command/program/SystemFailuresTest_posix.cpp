@@ -46,6 +46,21 @@ TEST_F(SystemFailuresTest, AFullDiskStopsTheScaleBeforeItIsWritten) {
     EXPECT_EQ(GetFile(LedgerOf(1)), before);
 }
 
+TEST_F(SystemFailuresTest, ASearchWithoutANetworkSaysSoAndFails) {
+    TProcess process(
+        {.program = "/usr/bin/unshare",
+         .arguments = {"--map-root-user", "--net", TOLVANE_PROGRAM, "discover", "--json"},
+         .environment = environment_,
+         .folder = folder_ / "run"});
+    const TRun run = Ended(process);
+    if (run.err.starts_with("unshare: ")) GTEST_SKIP() << run.err;
+    EXPECT_EQ(run.exitCode, 5);
+    EXPECT_EQ(run.err,
+              "tolvane: The network cannot be asked: Network is unreachable (101). Connect this "
+              "computer to the network of the scales, and search again.\n");
+    EXPECT_TRUE(run.Rows("modules").empty());
+}
+
 TEST_F(SystemFailuresTest, RequestsToEndStopARunAsCtrlCDoes) {
     TVirtualScale& scale = AddScale(1);
     scale.SetFaults({.faults = {simulator::FaultFromText("slow,ms=100")}});

@@ -70,6 +70,15 @@ TEST_F(DiscoveryTest, FindDevices_SomethingThatIsNotAnAddressFindsNothingAtOnce)
     EXPECT_EQ(Find(), TFound{});
 }
 
+TEST_F(DiscoveryTest, FindDevices_AsksOtherAddressesWhereTheFirstCannotBeAsked) {
+    TVirtualScale scale(Scale(1, {'O', 'K'}));
+    scale.Start();
+    PointAt(scale);
+    target_.address = "scale.local";
+    target_.otherwise = {"127.0.0.1"};
+    EXPECT_EQ(Find().size(), 3U);
+}
+
 TEST_F(DiscoveryTest, FindDevices_EndsSoonAfterAStop) {
     TStoppingClock clock(stop_);
     const auto start = SystemClock().Now();

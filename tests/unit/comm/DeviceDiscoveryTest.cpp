@@ -23,7 +23,8 @@ struct TScriptedProbe {
     };
     bool openFails = false;
     bool sendFails = false;
-    std::deque<TStep> steps;  // one per wait, and silence after them
+    bool sendFailsToAll = false;  // but to single networks
+    std::deque<TStep> steps{};    // one per wait, and silence after them
 };
 
 // What one probe did.
@@ -40,13 +41,23 @@ struct TRecordedProbe {
 class TScriptedNetwork {
 public:
     std::deque<TScriptedProbe> script;
+    std::vector<std::string> asked;  // addresses, in order
+    TDiscoveryTarget target;
     std::vector<TRecordedProbe> probes;
     TRecordingClock clock;
     std::atomic<bool> stop{false};
     int open = 0;  // sockets that exist
     std::function<void()> onWait;
 
-    TFound Find() { return FoundDevices(clock, stop, {}, MakeSocket()); }
+    TFound Find() { return FoundDevices(clock, stop, target, MakeSocket()); }
+    // What the probes could not do.
+    std::vector<TProbeFailure> Failures() {
+        std::vector<TProbeFailure> failures;
+        FindDevices(
+            clock, stop, [](const TFound&) {}, target, MakeSocket(),
+            [&](const TProbeFailure& failure) { failures.push_back(failure); });
+        return failures;
+    }
     void Report(const TProbeReport& report) { FindDevices(clock, stop, report, {}, MakeSocket()); }
 
 private:
@@ -75,6 +86,9 @@ private:
             Record().request.assign(request.begin(), request.end());
             Record().address = address;
             Record().port = port;
+            network_.asked.push_back(address);
+            if (probe_.sendFailsToAll && address == "255.255.255.255")
+                throw std::runtime_error("there is no way to all");
             if (probe_.sendFails) throw std::runtime_error("there is no network");
         }
         std::optional<TDatagram> Receive(TMilliseconds limit) override {
@@ -98,7 +112,7 @@ private:
 };
 
 TScriptedProbe Answers(std::deque<TScriptedProbe::TStep> steps) {
-    return {false, false, std::move(steps)};
+    return {.steps = std::move(steps)};
 }
 
 class DeviceDiscoveryTest : public testing::Test {
@@ -185,14 +199,15 @@ TEST_F(DeviceDiscoveryTest, FindDevices_IgnoresAReplyOfAnUnknownSender) {
 }
 
 TEST_F(DeviceDiscoveryTest, FindDevices_GoesOnWithTheOthersWhenALocalPortIsTaken) {
-    network_.script = {
-        Answers({{"10.0.0.1"}}), {true, false, {{"10.0.0.2"}}}, Answers({{"10.0.0.3"}})};
+    network_.script = {Answers({{"10.0.0.1"}}),
+                       {.openFails = true, .steps = {{"10.0.0.2"}}},
+                       Answers({{"10.0.0.3"}})};
     EXPECT_EQ(network_.Find(),
               (TFound{{"10.0.0.1", TDeviceKind::UdpModule}, {"10.0.0.3", TDeviceKind::TcpModule}}));
 }
 
 TEST_F(DeviceDiscoveryTest, FindDevices_GoesOnWithTheOthersWhenSendingFails) {
-    network_.script = {{false, true, {}}, {false, true, {}}, Answers({{"10.0.0.3"}})};
+    network_.script = {{.sendFails = true}, {.sendFails = true}, Answers({{"10.0.0.3"}})};
     EXPECT_EQ(network_.Find(), (TFound{{"10.0.0.3", TDeviceKind::TcpModule}}));
 }
 
@@ -201,6 +216,42 @@ TEST_F(DeviceDiscoveryTest, FindDevices_KeepsWhatAProbeFoundBeforeItFailed) {
                        Answers({{"10.0.0.3"}})};
     EXPECT_EQ(network_.Find(),
               (TFound{{"10.0.0.1", TDeviceKind::UdpModule}, {"10.0.0.3", TDeviceKind::UdpModule}}));
+}
+
+TEST_F(DeviceDiscoveryTest, FindDevices_TellsWhatEachProbeCouldNotDo) {
+    network_.script = {
+        {.sendFails = true}, {.openFails = true}, Answers({{"10.0.0.1"}, {"", 0, true}})};
+    const std::vector<TProbeFailure> failures = network_.Failures();
+    ASSERT_EQ(failures.size(), 3U);
+    EXPECT_EQ(failures[0].step, TProbeStep::Send);
+    EXPECT_EQ(failures[0].localPort, 0);
+    EXPECT_EQ(failures[0].text, "there is no network");
+    EXPECT_EQ(failures[1].step, TProbeStep::Open);
+    EXPECT_EQ(failures[1].localPort, 5001);
+    EXPECT_EQ(failures[1].text, "the port is taken");
+    EXPECT_EQ(failures[2].step, TProbeStep::Receive);
+    EXPECT_EQ(failures[2].text, "the network went down");
+}
+
+TEST_F(DeviceDiscoveryTest, FindDevices_ASearchThatNobodyAnswersHasNotFailed) {
+    EXPECT_TRUE(network_.Failures().empty());
+}
+
+TEST_F(DeviceDiscoveryTest, FindDevices_AsksSingleNetworksWhereThereIsNoWayToAll) {
+    network_.target.otherwise = {"10.0.0.255", "10.0.1.255"};
+    network_.script = {{.sendFailsToAll = true, .steps = {{"10.0.1.7"}}}};
+    EXPECT_EQ(network_.Find(), (TFound{{"10.0.1.7", TDeviceKind::UdpModule}}));
+    EXPECT_EQ(network_.asked,
+              (std::vector<std::string>{"255.255.255.255", "10.0.0.255", "10.0.1.255",
+                                        "255.255.255.255", "255.255.255.255"}));
+}
+
+TEST_F(DeviceDiscoveryTest, FindDevices_FailsWhereNoSingleNetworkCanBeAskedEither) {
+    network_.target.otherwise = {"10.0.0.255"};
+    network_.script = {{.sendFails = true, .sendFailsToAll = true}};
+    const std::vector<TProbeFailure> failures = network_.Failures();
+    ASSERT_EQ(failures.size(), 1U);
+    EXPECT_EQ(failures[0].text, "there is no way to all");
 }
 
 TEST_F(DeviceDiscoveryTest, FindDevices_FreesEachProbesSocketBeforeTheNext) {

@@ -130,6 +130,15 @@ TEST(Options, TakeScalesByNumberAndByNameWithBlanksAndCyrillic) {
     EXPECT_EQ(line.Options({"--scale", "3", "write"}).verb, TVerb::Write);
 }
 
+// What the configuration says of every run is no mistake there.
+TEST(Options, NameNoScaleForASearch) {
+    TCommandLine line;
+    EXPECT_EQ(line.Refusal({"discover", "--scale", "3"}),
+              "discover: it asks everybody in the network, whatever is listed; leave out --scale");
+    line.variables["TOLVANE_SCALE"] = "3";
+    EXPECT_TRUE(line.Options({"discover"}).scales.empty());
+}
+
 TEST(Options, TakeTheChoicesOfAWrite) {
     const TCommandLine line;
     const TCommandOptions options =
