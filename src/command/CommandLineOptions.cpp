@@ -46,7 +46,6 @@ void TCommandLine::AddPlaces() {
     CLI::App& app = app_;
     app.add_option("--scale", options_.scales, std::string(kScaleHelp))
         ->type_name("N|NAME")
-        ->delimiter(',')
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
     AddPath("--ini", options_.ini, "the module's Tolvane.ini, which is only read")
         ->type_name("FILE");

@@ -37,7 +37,9 @@ enum class TFormat : std::uint8_t { Table, Csv, Json };
 struct TCommandOptions {
     TVerb verb = TVerb::Check;
 
-    std::vector<std::string> scales{};  // numbers or names; none: the checked ones
+    // Each a scale's number or name, or several of them with commas between; none: the checked
+    // scales.
+    std::vector<std::string> scales{};
     std::filesystem::path ini{};
     std::filesystem::path state{};  // the folder of the ledgers and locks
     std::string database{};

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <optional>
+#include <sstream>
+#include <string_view>
 #include <utility>
 
 #include "command/DatabaseWait.h"
@@ -19,6 +21,32 @@ namespace {
 bool IsNamed(const TScaleRec& rec, const std::string& name) {
     if (const auto number = ParseInteger(name)) return rec.ScaleNumb == *number;
     return EqualIgnoringCase(rec.ScaleName.View(), FromUtf8(name));
+}
+
+bool IsNamed(const std::vector<TListedScale>& scales, const std::string& name) {
+    return std::any_of(scales.begin(), scales.end(),
+                       [&](const TListedScale& scale) { return IsNamed(scale.rec, name); });
+}
+
+// The parts between commas; of a text that has none, the text.
+std::vector<std::string> PartsOf(const std::string& text) {
+    std::vector<std::string> parts;
+    std::istringstream stream(text);
+    for (std::string part; std::getline(stream, part, ',');)
+        if (const std::string_view name = Trim(part); !name.empty()) parts.emplace_back(name);
+    return parts.empty() ? std::vector{text} : parts;
+}
+
+// A name may hold commas itself.
+std::vector<std::string> NamesOf(const std::vector<TListedScale>& scales,
+                                 const std::vector<std::string>& values) {
+    std::vector<std::string> names;
+    for (const std::string& value : values) {
+        const std::vector<std::string> parts =
+            IsNamed(scales, value) ? std::vector{value} : PartsOf(value);
+        names.insert(names.end(), parts.begin(), parts.end());
+    }
+    return names;
 }
 
 std::string Listed(const std::vector<TListedScale>& scales) {
@@ -75,14 +103,10 @@ TShop ReadShop(const TCommandOptions& options) {
 
 std::vector<TListedScale> ChosenScales(const std::vector<TListedScale>& scales,
                                        const std::vector<std::string>& names) {
-    for (const std::string& name : names) {
-        const bool known =
-            std::any_of(scales.begin(), scales.end(),
-                        [&](const TListedScale& scale) { return IsNamed(scale.rec, name); });
-        if (!known)
+    for (const std::string& name : names)
+        if (!IsNamed(scales, name))
             throw TUsageError("There is no scale \"" + name + "\". There are: " + Listed(scales) +
                               ".");
-    }
     std::vector<TListedScale> chosen;
     for (const TListedScale& scale : scales) {
         const bool named = std::any_of(names.begin(), names.end(), [&](const std::string& name) {
@@ -99,7 +123,8 @@ std::vector<TListedScale> ChosenScales(const std::vector<TListedScale>& scales,
 
 std::vector<TListedScale> ChosenScales(const TShop& shop, const TCommandOptions& options,
                                        TWorld& world) {
-    std::vector<TListedScale> chosen = ChosenScales(shop.scales, options.scales);
+    std::vector<TListedScale> chosen =
+        ChosenScales(shop.scales, NamesOf(shop.scales, options.scales));
     if (options.verbose)
         world.err << Utf8Path(options.ini) << ": " << shop.scales.size()
                   << (shop.scales.size() == 1 ? " scale" : " scales")

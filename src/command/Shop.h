@@ -28,7 +28,8 @@ TShop ReadShop(const TCommandOptions& options);
 std::vector<TListedScale> ChosenScales(const std::vector<TListedScale>& scales,
                                        const std::vector<std::string>& names);
 
-// The same for the options' scales, told to a person who wants to hear more.
+// The same for the options' scales, where a value that is no scale's name is split at its commas;
+// told to a person who wants to hear more.
 std::vector<TListedScale> ChosenScales(const TShop& shop, const TCommandOptions& options,
                                        TWorld& world);
 

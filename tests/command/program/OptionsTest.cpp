@@ -1,4 +1,5 @@
 #include "tests/command/program/ProgramTest.h"
+#include "text/Cp1251.h"
 
 namespace tolvane::test {
 namespace {
@@ -120,6 +121,23 @@ TEST_F(OptionsTest, AScaleIsNamedByItsNumberOrItsName) {
     EXPECT_EQ(Chosen({"status", "--json", "--scale", "2", "--scale", "1"}),
               (std::vector<int>{1, 2}));
     EXPECT_EQ(Chosen({"status", "--json", "--scale", "2,1"}), (std::vector<int>{1, 2}));
+}
+
+TEST_F(OptionsTest, AScalesNameMayHoldACommaItself) {
+    AddDeadScale(1);
+    list_ += FromUtf8(
+        "[SCALE2]\r\nScaleNumb=2\r\nScaleName=Месо, 1\r\nTCPAddress=127.0.0.1\r\n"
+        "TCPPort=9\r\nScaleType=300\r\nCommType=1\r\n");
+    EXPECT_EQ(Chosen({"status", "--json", "--scale", "Месо, 1"}), (std::vector<int>{2}));
+    EXPECT_EQ(Chosen({"status", "--json", "--scale", "2, 1"}), (std::vector<int>{1, 2}));
+    ExpectRefused({"status", "--scale", "Месо, 3"}, "There is no scale \"Месо\".");
+    ExpectRefused({"status", "--scale", ","}, "There is no scale \",\".");
+    environment_["TOLVANE_SCALE"] = "Месо, 1";
+    EXPECT_EQ(Chosen({"status", "--json"}), (std::vector<int>{2}));
+    environment_["TOLVANE_SCALE"] = "";
+    const std::string config = (folder_ / "tolvane.conf").string();
+    PutFile(config, FromUtf8("[tolvane]\nscale = Месо, 1\n"));
+    EXPECT_EQ(Chosen({"status", "--json", "--config", config}), (std::vector<int>{2}));
 }
 
 TEST_F(OptionsTest, ASearchIsNotForSingleScales) {

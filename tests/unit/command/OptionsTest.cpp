@@ -122,7 +122,7 @@ TEST(Options, ShowNoProgressWhenTheyAreQuiet) {
 
 TEST(Options, TakeScalesByNumberAndByNameWithBlanksAndCyrillic) {
     const TCommandLine line;
-    const TWords scales = {"3", "Щанд месо", "7", "8"};
+    const TWords scales = {"3", "Щанд месо", "7,8"};
     EXPECT_EQ(
         line.Options({"write", "--scale", "3", "--scale", "Щанд месо", "--scale", "7,8"}).scales,
         scales);

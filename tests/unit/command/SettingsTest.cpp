@@ -35,7 +35,7 @@ TEST(Settings, ReachEachOptionWithAValue) {
                       {"TOLVANE_NAME1", "ecr"},        {"TOLVANE_NAME2", "ecr"},
                       {"TOLVANE_UDP_LOCAL_PORT", "0"}};
     const TCommandOptions options = line.Options({"write"});
-    EXPECT_EQ(options.scales, (std::vector<std::string>{"3", "7"}));
+    EXPECT_EQ(options.scales, (std::vector<std::string>{"3,7"}));
     EXPECT_EQ(options.ini, "i");
     EXPECT_EQ(options.state, "s");
     EXPECT_EQ(options.database, "d");
