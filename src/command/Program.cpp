@@ -34,6 +34,7 @@ int main(int argc, char** argv) {
         .interrupts = &InterruptCount,
         .regional = SystemRegionalSettings(),
         .start = start,
-        .leave = [](TExitCode code) { EndProcess(static_cast<int>(code)); }};
+        .leave = [](TExitCode code) { EndProcess(static_cast<int>(code)); },
+        .columns = [&console] { return console.ErrorColumns(); }};
     return static_cast<int>(RunCommand(*parsed.options, world));
 }

@@ -10,9 +10,9 @@
 namespace tolvane {
 namespace {
 
-// A line must not be broken by a terminal of 80 columns, or the next drawing would miss it.
-constexpr std::size_t kColumns = 79;
 constexpr std::size_t kNameColumns = 24;
+// Names are cut first, to this.
+constexpr std::size_t kLeastNameColumns = 12;
 constexpr std::size_t kBarWidth = 24;
 // Before that a rate says little.
 constexpr std::chrono::seconds kFirstRate{2};
@@ -33,10 +33,23 @@ std::string Ended(const TScaleResult& result) {
     return text;
 }
 
+// What is left of `width`.
+std::size_t LeftOf(std::size_t width, std::size_t taken) {
+    return width - std::min(width, taken);
+}
+
+// A name, and what stands behind it.
+std::string BarLine(const std::string& name, const std::string& rest, std::size_t width) {
+    const std::size_t room =
+        std::clamp(LeftOf(width, Columns(rest)), kLeastNameColumns, kNameColumns);
+    return Fitted(Fitted(name, room) + rest, width);
+}
+
 }  // namespace
 
-TProgress::TProgress(std::ostream& out, bool shown, bool terminal, TClock& clock)
-    : out_(out), shown_(shown), terminal_(terminal), clock_(clock) {}
+TProgress::TProgress(std::ostream& out, bool shown, bool terminal, TClock& clock,
+                     const std::function<std::size_t()>& columns)
+    : out_(out), shown_(shown), terminal_(terminal), clock_(clock), columns_(columns) {}
 
 std::size_t TProgress::Add(const TScaleRec& rec) {
     const std::lock_guard lock(mutex_);
@@ -82,26 +95,29 @@ void TProgress::Tell(const std::string& line) {
 void TProgress::Draw() {
     if (!shown_ || !terminal_) return;
     const std::lock_guard lock(mutex_);
+    // A line that fills the terminal would be broken, and the next drawing would miss it.
+    const std::size_t width = LeftOf(columns_(), 1);
     std::string text;
     if (drawn_ > 0) text += "\x1b[" + std::to_string(drawn_) + "A";
     for (const TScale& scale : scales_)
-        text += "\r\x1b[K" + BarOf(scale) + "\n";
+        text += "\r\x1b[K" + BarOf(scale, width) + "\n";
     drawn_ = scales_.size();
     out_ << text << std::flush;
 }
 
-std::string TProgress::BarOf(const TScale& scale) const {
-    std::string text = Fitted(scale.name, kNameColumns) + "  ";
-    if (!scale.end.empty()) return Fitted(text + scale.end, kColumns);
-    if (!scale.begun) return text + "waiting";
+std::string TProgress::BarOf(const TScale& scale, std::size_t width) const {
+    if (!scale.end.empty()) return BarLine(scale.name, "  " + scale.end, width);
+    if (!scale.begun) return BarLine(scale.name, "  waiting", width);
     const std::string counts =
-        "  " + std::to_string(scale.done) + "/" + std::to_string(scale.total) + TimeLeft(scale);
-    const std::size_t taken = Columns(text) + Columns(counts) + 2;
-    const std::size_t width = std::min(kBarWidth, kColumns - std::min(taken, kColumns));
+        "]  " + std::to_string(scale.done) + "/" + std::to_string(scale.total) + TimeLeft(scale);
+    const std::string lead = "  [";
+    const std::size_t taken = kLeastNameColumns + lead.size() + Columns(counts);
+    const std::size_t bar = std::min(kBarWidth, LeftOf(width, taken));
     const std::size_t total = std::max<std::size_t>(scale.total, 1);
-    const std::size_t filled = std::min(width, width * scale.done / total);
-    text += "[" + std::string(filled, '#') + std::string(width - filled, '.') + "]" + counts;
-    return Fitted(text, kColumns);
+    const std::size_t filled = std::min(bar, bar * scale.done / total);
+    return BarLine(scale.name,
+                   lead + std::string(filled, '#') + std::string(bar - filled, '.') + counts,
+                   width);
 }
 
 std::string TProgress::TimeLeft(const TScale& scale) const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <mutex>
 #include <ostream>
 #include <string>
@@ -16,8 +17,10 @@ namespace tolvane {
 // thread.
 class TProgress {
 public:
-    // `out` outlives the object. Not shown: nothing is printed.
-    TProgress(std::ostream& out, bool shown, bool terminal, TClock& clock);
+    // `out` and `columns`, which tells the terminal's at each drawing, outlive the object. Not
+    // shown: nothing is printed.
+    TProgress(std::ostream& out, bool shown, bool terminal, TClock& clock,
+              const std::function<std::size_t()>& columns);
 
     // The scales, in the order in which they are shown.
     std::size_t Add(const TScaleRec& rec);
@@ -40,13 +43,15 @@ private:
         bool begun = false;
         std::string end{};  // what became of it
     };
-    std::string BarOf(const TScale& scale) const;
+    // At most `width` columns wide.
+    std::string BarOf(const TScale& scale, std::size_t width) const;
     std::string TimeLeft(const TScale& scale) const;
 
     std::ostream& out_;
     bool shown_;
     bool terminal_;
     TClock& clock_;
+    const std::function<std::size_t()>& columns_;
     std::mutex mutex_;
     std::vector<TScale> scales_;
     std::size_t drawn_ = 0;  // lines

@@ -95,7 +95,8 @@ public:
           world_(world),
           scales_(scales),
           makeJob_(makeJob),
-          progress_(world.err, options.progress, world.terminal && !options.verbose, world.clock),
+          progress_(world.err, options.progress, world.terminal && !options.verbose, world.clock,
+                    world.columns),
           links_(world.clock, options.serialPorts, options.udpPort),
           trace_(OpenTrace(options.trace)) {
         results_.scales.resize(scales.size());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <ostream>
@@ -8,6 +9,7 @@
 #include "command/EventLog.h"
 #include "command/ExitCode.h"
 #include "system/Clock.h"
+#include "system/Console.h"
 #include "system/LocalTime.h"
 #include "system/RegionalSettings.h"
 
@@ -25,7 +27,9 @@ struct TWorld {
     TRegionalSettings regional;
     TTimePoint start{};                      // of the program, by `clock`
     std::function<void(TExitCode)> leave{};  // ends the process at once
-    TEventLog log{};                         // what --log names; RunCommand opens it
+    // Of the terminal, as it is now.
+    std::function<std::size_t()> columns = [] { return kUsualColumns; };
+    TEventLog log{};  // what --log names; RunCommand opens it
 };
 
 }  // namespace tolvane

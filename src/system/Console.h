@@ -1,11 +1,14 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace tolvane {
+
+inline constexpr std::size_t kUsualColumns = 80;
 
 // Makes the console take and show UTF-8 while it lives. Output that cannot be written does not end
 // the process.
@@ -18,6 +21,8 @@ public:
 
     // Whether a person reads standard error, and a line can be drawn anew.
     bool ErrorIsTerminal() const;
+    // How many columns that terminal has now; 80 when there is no telling.
+    std::size_t ErrorColumns() const;
 
 private:
     struct TBefore;  // what the console was like

@@ -1,5 +1,6 @@
 #include "system/Console.h"
 
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -20,6 +21,12 @@ TConsole::~TConsole() = default;
 bool TConsole::ErrorIsTerminal() const {
     const char* const kind = std::getenv("TERM");
     return isatty(STDERR_FILENO) == 1 && kind != nullptr && std::string_view(kind) != "dumb";
+}
+
+std::size_t TConsole::ErrorColumns() const {
+    winsize size{};
+    if (ioctl(STDERR_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0) return kUsualColumns;
+    return size.ws_col;
 }
 
 std::vector<std::string> ProgramArguments(int argc, char** argv) {

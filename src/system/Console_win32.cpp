@@ -49,6 +49,13 @@ bool TConsole::ErrorIsTerminal() const {
            (mode & ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
 }
 
+std::size_t TConsole::ErrorColumns() const {
+    CONSOLE_SCREEN_BUFFER_INFO info{};
+    if (!GetConsoleScreenBufferInfo(GetStdHandle(STD_ERROR_HANDLE), &info)) return kUsualColumns;
+    const int columns = info.srWindow.Right - info.srWindow.Left + 1;
+    return columns > 0 ? static_cast<std::size_t>(columns) : kUsualColumns;
+}
+
 std::vector<std::string> ProgramArguments(int, char**) {
     int count = 0;
     wchar_t** const words = CommandLineToArgvW(GetCommandLineW(), &count);

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <sstream>
 
 #include "command/Columns.h"
@@ -28,11 +29,13 @@ protected:
 
     std::ostringstream out;
     TRecordingClock clock;
+    std::size_t terminalColumns = 80;
+    const std::function<std::size_t()> columns = [this] { return terminalColumns; };
     const TScaleRec milk = NetworkScale(3, "Мляко"_cp1251);
 };
 
 TEST_F(TProgressTest, DrawsABarForEachScaleInItsPlace) {
-    TProgress progress(out, true, true, clock);
+    TProgress progress(out, true, true, clock, columns);
     progress.Add(milk);
     const std::size_t meat = progress.Add(NetworkScale(4, "Meat"));
     EXPECT_EQ(Drawn(progress), "\r\x1b[K3 Мляко  waiting\n\r\x1b[K4 Meat  waiting\n");
@@ -45,7 +48,7 @@ TEST_F(TProgressTest, DrawsABarForEachScaleInItsPlace) {
 
 // 50 of 200 in 30 seconds: 100 a minute, and 90 seconds for the other 150.
 TEST_F(TProgressTest, TellsRateAndTimeLeftAfterTwoSeconds) {
-    TProgress progress(out, true, true, clock);
+    TProgress progress(out, true, true, clock, columns);
     const std::size_t scale = progress.Add(milk);
     progress.Begins(scale, 200);
     progress.Done(scale, 50);
@@ -58,7 +61,7 @@ TEST_F(TProgressTest, TellsRateAndTimeLeftAfterTwoSeconds) {
 }
 
 TEST_F(TProgressTest, TellsHowAScaleHasEnded) {
-    TProgress progress(out, true, true, clock);
+    TProgress progress(out, true, true, clock, columns);
     const std::size_t scale = progress.Add(milk);
     progress.Ends(scale, {.outcome = TScaleOutcome::Failed,
                           .written = 5,
@@ -72,7 +75,7 @@ TEST_F(TProgressTest, TellsHowAScaleHasEnded) {
 
 // It stands where the bars stood, and they are drawn anew below it.
 TEST_F(TProgressTest, ALineForEverybodyStandsAboveTheBars) {
-    TProgress progress(out, true, true, clock);
+    TProgress progress(out, true, true, clock, columns);
     progress.Add(milk);
     progress.Add(NetworkScale(4, "Meat"));
     progress.Tell("Early.");
@@ -86,7 +89,7 @@ TEST_F(TProgressTest, ALineForEverybodyStandsAboveTheBars) {
 }
 
 TEST_F(TProgressTest, IsNeverWiderThanATerminal) {
-    TProgress progress(out, true, true, clock);
+    TProgress progress(out, true, true, clock, columns);
     const std::string longName(40, 'M');
     const std::size_t scale = progress.Add(NetworkScale(65535, longName));
     const std::size_t ended = progress.Add(NetworkScale(65534, longName));
@@ -108,14 +111,35 @@ TEST_F(TProgressTest, IsNeverWiderThanATerminal) {
     EXPECT_EQ(count, 2);
 }
 
+// The rest of the line takes 40 columns: two blanks, 26 for the bar, 12 for the counts. Of the
+// name's 34, 24 are shown at most, and 12 at least.
+TEST_F(TProgressTest, CutsNamesFirstWhereTheTerminalIsNarrow) {
+    TProgress progress(out, true, true, clock, columns);
+    const std::size_t scale = progress.Add(NetworkScale(123, std::string(30, 'M')));
+    progress.Begins(scale, 20000);
+    progress.Done(scale, 5000);
+    const std::string bar = "  [######..................]  5000/20000\n";
+    terminalColumns = 80;
+    EXPECT_EQ(Drawn(progress), "\r\x1b[K123 " + std::string(17, 'M') + "..." + bar);
+    const std::string again = "\x1b[1A\r\x1b[K";
+    terminalColumns = 60;
+    EXPECT_EQ(Drawn(progress), again + "123 " + std::string(12, 'M') + "..." + bar);
+    terminalColumns = 53;
+    EXPECT_EQ(Drawn(progress), again + "123 MMMMM..." + bar);
+    terminalColumns = 41;
+    EXPECT_EQ(Drawn(progress), again + "123 MMMMM...  [###.........]  5000/20000\n");
+    terminalColumns = 20;
+    EXPECT_EQ(Drawn(progress), again + "123 MMMMM...  []...\n");
+}
+
 TEST_F(TProgressTest, AnEmptyRunHasAnEmptyBar) {
-    TProgress progress(out, true, true, clock);
+    TProgress progress(out, true, true, clock, columns);
     progress.Begins(progress.Add(milk), 0);
     EXPECT_EQ(Drawn(progress), "\r\x1b[K3 Мляко  [........................]  0/0\n");
 }
 
 TEST_F(TProgressTest, PrintsLinesWhereThereIsNoTerminal) {
-    TProgress progress(out, true, false, clock);
+    TProgress progress(out, true, false, clock, columns);
     const std::size_t scale = progress.Add(milk);
     progress.Begins(scale, 2);
     EXPECT_EQ(Printed(), "3 Мляко: connected, 2 articles\n");
@@ -127,7 +151,7 @@ TEST_F(TProgressTest, PrintsLinesWhereThereIsNoTerminal) {
 
 TEST_F(TProgressTest, PrintsNothingWhenItIsNotShown) {
     for (const bool terminal : {false, true}) {
-        TProgress progress(out, false, terminal, clock);
+        TProgress progress(out, false, terminal, clock, columns);
         const std::size_t scale = progress.Add(milk);
         progress.Begins(scale, 2);
         progress.Ends(scale, {});
