@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "scale/ScaleFrame.h"
+#include "text/Fnv.h"
 #include "upload/ArticleWriter.h"
 
 namespace tolvane {
@@ -33,7 +34,7 @@ public:
     void Close() override {}
     bool SendData(const TCmdBuffer& Data) override {
         for (const std::uint8_t byte : Data)
-            hash_ = (hash_ ^ byte) * kFnvPrime;
+            hash_ = FnvNext(hash_, byte);
         const std::span<const std::uint8_t> frame(Data);
         const TCmdBuffer body = ShiftDecode(frame.subspan(1, frame.size() - 2));
         reply_ = EncodeRequest(body.at(0), body.at(1), kAccepted);
@@ -46,9 +47,6 @@ public:
     }
 
 private:
-    static constexpr std::uint64_t kFnvBasis = 0xCBF29CE484222325U;
-    static constexpr std::uint64_t kFnvPrime = 0x100000001B3U;
-
     std::uint64_t hash_ = kFnvBasis;
     TCmdBuffer reply_{};
 };

@@ -8,6 +8,7 @@
 #include "command/LedgerFields.h"
 #include "command/UtcTime.h"
 #include "text/Cp1251.h"
+#include "text/Fnv.h"
 
 namespace tolvane {
 namespace {
@@ -23,11 +24,10 @@ constexpr std::size_t kHexDigits = 16;
     throw TLedgerDamaged("the file is damaged: " + what);
 }
 
-// FNV-1a: any single byte that changes changes the result.
 std::uint64_t Checksum(std::string_view bytes) {
-    std::uint64_t hash = 14695981039346656037U;
+    std::uint64_t hash = kFnvBasis;
     for (const char c : bytes)
-        hash = (hash ^ static_cast<unsigned char>(c)) * 1099511628211U;
+        hash = FnvNext(hash, static_cast<unsigned char>(c));
     return hash;
 }
 
