@@ -16,7 +16,6 @@
 namespace tolvane {
 namespace {
 
-constexpr std::int32_t kLongestBestBefore = 365;
 // Of two prices in hundredths.
 constexpr double kSmallestDifference = 0.005;
 

@@ -86,6 +86,9 @@ inline constexpr auto kLineFields = std::to_array<TLineField>({
      .field = TField::PLU_NUMB},
 });
 
+// Days; the line of an article with more of them has 0.
+inline constexpr std::int32_t kLongestBestBefore = 365;
+
 // What the user has chosen in the run window, as item indexes.
 struct TLineChoices {
     int price = 0;

@@ -15,7 +15,6 @@ namespace tolvane {
 namespace {
 
 constexpr std::size_t kBarcodeLength = 5;
-constexpr std::int32_t kLongestBestBefore = 365;
 // Replaces the separator inside a text.
 constexpr char kSeparatorSubstitute = '/';
 
