@@ -1,13 +1,14 @@
 # shellcheck shell=bash disable=SC1091,SC2034
 # Sourced by demo.sh --headless: the main job without Wine, without a server and without a window. What
-# it makes lies under build/headless.
+# it makes lies under build/headless. TOLVANE_DEMO_PROGRAMS names a folder with the programs as they are
+# already built: then nothing is installed or built.
 
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 source "$SCRIPTS/firebird.sh"
 source "$SCRIPTS/demo-steps.sh"
 
 DEMO=$BUILD/headless
-DEMO_BUILD=$BUILD/headless-build
+DEMO_BUILD=${TOLVANE_DEMO_PROGRAMS:-$BUILD/headless-build}
 # Not that of a server that may run.
 FIREBIRD_FOLDER=$BUILD/headless-engine
 DEMO_SCALE=$DEMO_BUILD/simulator/virtual-scale
@@ -131,8 +132,10 @@ headless_demo() {
     trap headless_end EXIT
     trap 'exit 130' INT TERM
     if [ "${TOLVANE_DEMO_INSIDE:-}" != 1 ]; then
-        step "Packages" "$SCRIPTS/packages.sh" headless
-        step "Build the command and the virtual scale" headless_build
+        if [ -z "${TOLVANE_DEMO_PROGRAMS:-}" ]; then
+            step "Packages" "$SCRIPTS/packages.sh" headless
+            step "Build the command and the virtual scale" headless_build
+        fi
         refusal=$(headless_network_refusal)
         if [ -z "$refusal" ]; then
             trap - EXIT INT TERM

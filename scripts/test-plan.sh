@@ -63,6 +63,9 @@ test_plan_native() {
         after build-linux; lane native; alone udp
         reads "$NATIVE/tests/command/program/test_program" "$NATIVE/src/command/tolvane" \
             tests/command/program/shop.sql "demo/*.sql" "${TEST_SCRIPTS[@]}"
+    job headless "The demo by the command alone" test_headless
+        after build-linux
+        reads "$NATIVE/src/command/tolvane" "$NATIVE/simulator/virtual-scale" demo demo.sh "${TEST_SCRIPTS[@]}"
     job examples "The examples of the command's page" tests/command/examples/run.sh
         after build-linux
         reads "$NATIVE/src/command/tolvane" "$NATIVE/simulator/virtual-scale" docs/command.md tests/command/examples \
