@@ -1,7 +1,5 @@
 // What --log appends, and the lines on standard error where no progress is shown.
 
-#include <sstream>
-
 #include "tests/command/program/ProgramTest.h"
 
 namespace tolvane::test {
@@ -24,11 +22,7 @@ protected:
         const TRun run = Run(words);
         EXPECT_EQ(run.exitCode, code) << run.err;
         EXPECT_EQ(GetFile(file).find("masterkey"), std::string::npos);
-        std::vector<nlohmann::json> events;
-        std::istringstream lines(GetFile(file));
-        for (std::string line; std::getline(lines, line);)
-            events.push_back(nlohmann::json::parse(line));
-        return events;
+        return EventsIn(file);
     }
     static std::string Names(const std::vector<nlohmann::json>& events) {
         std::string names;

@@ -1,6 +1,7 @@
 #include "tests/command/program/ProgramTest.h"
 
 #include <atomic>
+#include <sstream>
 #include <stdexcept>
 #include <utility>
 
@@ -70,6 +71,14 @@ nlohmann::json TRun::Scale(int number) const {
     for (const nlohmann::json& row : Rows())
         if (row.at("number") == number) return row;
     throw std::runtime_error("no scale " + std::to_string(number) + " in " + out + err);
+}
+
+std::vector<nlohmann::json> EventsIn(const std::filesystem::path& log) {
+    std::vector<nlohmann::json> events;
+    std::istringstream lines(GetFile(log));
+    for (std::string line; std::getline(lines, line);)
+        events.push_back(nlohmann::json::parse(line));
+    return events;
 }
 
 TProgramTest::TProgramTest() : database_(CopyOfShop()) {

@@ -36,6 +36,9 @@ struct TRun {
 
 using TWords = std::vector<std::string>;
 
+// What --log has written: an object for each line.
+std::vector<nlohmann::json> EventsIn(const std::filesystem::path& log);
+
 // The built program in a shop of its own: a database, scales in this process, a scale list, a state
 // folder. The shop's articles are those of shop.sql.
 class TProgramTest : public testing::Test {
