@@ -155,7 +155,9 @@ test_plan_lane_b() {
         reads "$WINDOWS/tests/module/test_module.exe" tests/module/settings/steps.sh "${MODULE_FILES[@]}"
     job disk "A full disk" test_in_lane b test_disk_run
         after build-windows client; lane b
-        reads "$WINDOWS/tests/module/disk/test_disk.exe" tests/module/disk/run.sh "${MODULE_FILES[@]}"
+        reads "$WINDOWS/tests/module/disk/test_disk.exe" tests/module/disk/run.sh "${MODULE_FILES[@]}" \
+            "$WINDOWS/tests/command/program/test_program.exe" "$WINDOWS/src/command/tolvane.exe" \
+            tests/command/program/shop.sql "demo/*.sql"
 }
 
 test_plan_lane_c() {

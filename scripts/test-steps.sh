@@ -198,9 +198,13 @@ test_links_run() {
 }
 
 test_disk_run() {
+    local shop
+    shop=$(test_shop_file)
     test_module_runtime
+    test_shop_make
     wine_regional 1251 comma
-    "$ROOT/tests/module/disk/run.sh" "$BUILD/windows" \
+    TOLVANE_FB_SHOP=$shop TOLVANE_FB_DIR=$(dirname "$shop") \
+        "$ROOT/tests/module/disk/run.sh" "$BUILD/windows" \
         "--gtest_output=json:$(wine_path "$STEP_RESULTS/disk.json")"
 }
 
