@@ -66,14 +66,17 @@ demo_udp_address() {
     if [ -n "$DEMO_UDP_HOST" ]; then say "$DEMO_UDP_HOST"; else network_address "$1"; fi
 }
 
-# demo_link <name> <link>: the scale's options for its link.
+# demo_link <name> <link>: the scale's options for its link. On computers of their own they answer searches.
 demo_link() {
     case $2 in
         serial) printf -- '--pty %s' "$DEMO/$1.port" ;;
-        udp) printf -- '--host %s --udp 1001' "$(demo_udp_address "$1")" ;;
+        udp)
+            printf -- '--host %s --udp 1001' "$(demo_udp_address "$1")"
+            if network_is_up; then printf -- ' --discovery udp'; fi
+            ;;
         tcp)
             if network_is_up; then
-                printf -- '--host %s --tcp 1001' "$(network_address "$1")"
+                printf -- '--host %s --tcp 1001 --discovery tcp' "$(network_address "$1")"
             else
                 printf -- '--host 127.0.0.1 --tcp 0'
             fi

@@ -166,8 +166,8 @@ test_plan_lane_c() {
         reads "$NATIVE/tests/demo/test_demo" "${DEMO_FILES[@]}"
     job window "The command writes what the window writes" test_in_lane c test_window
         after demo; lane c
-        reads "$NATIVE/tests/command/window/test_window" "$NATIVE/src/command/tolvane" tests/command/window \
-            "${DEMO_FILES[@]}"
+        reads "$NATIVE/tests/command/window/test_window" "$NATIVE/src/command/tolvane" \
+            "$WINDOWS/src/command/tolvane.exe" tests/command/window "${DEMO_FILES[@]}"
     job deletes "Delete in the demo's scales, over each link" test_in_lane c test_demo_deletes
         after demo; lane c
         reads "$NATIVE/tests/demo/test_deletes" tests/demo/deletes.sh "${DEMO_FILES[@]}"
