@@ -2,11 +2,15 @@
 
 #include <windows.h>
 
+#include <commctrl.h>
+
 #include <algorithm>
+#include <set>
 #include <string>
 
 #include "tests/module/BareGrid.h"
 #include "tests/support/window/HostFrame.h"
+#include "tests/support/window/Input.h"
 
 namespace tolvane::test {
 namespace {
@@ -93,6 +97,37 @@ TEST(GridLook, APromotedRowHasItsColourUnlessItIsHighlighted) {
     grid.Reader().ClickRow(4, 1);
     EXPECT_EQ(grid.Pixel(4, kEmptySpot), GetSysColor(COLOR_HIGHLIGHT));
     EXPECT_EQ(grid.Pixel(2, kEmptySpot), RGB(1, 2, 3));
+}
+
+// Whether a row is marked decides how the current one looks, and no other.
+TEST(GridLook, AnArrowKeyDrawsTheTwoRowsThatChange) {
+    TBareGrid grid(1000);
+    RunLoopDry();
+    std::set<TRowId> drawn;
+    grid.text = [&drawn](TRowId row, std::size_t) {
+        drawn.insert(row);
+        return std::string("text");
+    };
+    for (const TRowId row : {1, 2, 3}) {
+        drawn.clear();
+        PressKey(grid.List(), VK_DOWN);
+        RunLoopDry();
+        EXPECT_EQ(drawn, (std::set<TRowId>{row - 1, row}));
+    }
+}
+
+TEST(GridLook, TheCurrentRowLooksOtherWithAndWithoutMarks) {
+    TBareGrid grid(10);
+    grid.Reader().ClickRow(3, 1);
+    grid.Grid().SetCurrentRow(5);
+    RunLoopDry();
+    EXPECT_NE(grid.Pixel(5, kEmptySpot), GetSysColor(COLOR_HIGHLIGHT));
+    LVITEMW unmarked{};
+    unmarked.stateMask = LVIS_SELECTED;
+    SendMessageW(grid.List(), LVM_SETITEMSTATE, 3, reinterpret_cast<LPARAM>(&unmarked));
+    RunLoopDry();
+    EXPECT_EQ(grid.Pixel(5, kEmptySpot), GetSysColor(COLOR_HIGHLIGHT));
+    EXPECT_EQ(grid.Pixel(3, kEmptySpot), GetSysColor(COLOR_WINDOW));
 }
 
 TEST(GridLook, AutoFitMeasuresTheRowsInViewOnly) {

@@ -67,9 +67,13 @@ void TGridRows::ShowMarks() {
     }
 }
 
-std::optional<TRowId> TGridRows::Current() const {
-    const auto index = static_cast<int>(
+int TGridRows::CurrentIndex() const {
+    return static_cast<int>(
         SendMessageW(list_, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LPARAM{LVNI_FOCUSED}));
+}
+
+std::optional<TRowId> TGridRows::Current() const {
+    const int index = CurrentIndex();
     if (index < 0 || static_cast<std::size_t>(index) >= view_.RowCount()) return std::nullopt;
     return view_.RowAt(static_cast<std::size_t>(index));
 }
@@ -105,7 +109,12 @@ void TGridRows::ChangeMarks(int from, int to, bool marked) {
     const bool hadMarks = HasMarks();
     StoreMarks(from, to, marked);
     // The current row looks different with and without marks.
-    if (hadMarks != HasMarks()) InvalidateRect(list_, nullptr, FALSE);
+    if (hadMarks != HasMarks()) RedrawCurrent();
+}
+
+void TGridRows::RedrawCurrent() {
+    if (const int index = CurrentIndex(); index >= 0)
+        SendMessageW(list_, LVM_REDRAWITEMS, static_cast<WPARAM>(index), index);
 }
 
 void TGridRows::StoreMarks(int from, int to, bool marked) {

@@ -41,6 +41,9 @@ public:
     std::size_t EndOfDrawn() const;
 
 private:
+    // Below 0: no row is current.
+    int CurrentIndex() const;
+    void RedrawCurrent();
     void ShowMarks();
     void ChangeMarks(int from, int to, bool marked);
     void StoreMarks(int from, int to, bool marked);

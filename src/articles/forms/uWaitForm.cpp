@@ -15,6 +15,7 @@ constexpr int kWidth = 393;
 constexpr int kHeight = 73;
 constexpr int kBarHeight = 10;
 constexpr int kLabelHeight = 16;
+constexpr TMilliseconds kBetweenPaints{40};
 constexpr COLORREF kBackground = RGB(240, 202, 166);
 constexpr COLORREF kNavy = RGB(0, 0, 128);
 constexpr std::string_view kLabel = "Моля, изчакайте..."_cp1251;
@@ -50,12 +51,16 @@ void TWaitForm::Show(int count) {
 
 void TWaitForm::Step() {
     if (Handle() == nullptr || position_ >= maximum_) return;
-    // Painting takes far longer than loading a row, so the bar moves in hundredths.
+    // Painting takes far longer than loading a row, so the bar moves in hundredths and is painted
+    // no more often than an eye can follow.
     const auto hundredths = [this] { return std::int64_t{position_} * 100 / maximum_; };
     const std::int64_t before = hundredths();
     ++position_;
     if (hundredths() == before) return;
     SendMessageW(bar_, PBM_SETPOS, static_cast<WPARAM>(position_), 0);
+    const TTimePoint now = SystemClock().Now();
+    if (now - painted_ < kBetweenPaints && position_ < maximum_) return;
+    painted_ = now;
     UpdateWindow(bar_);
     UpdateWindow(Handle());
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "articles/ArticleLoader.h"
+#include "system/Clock.h"
 #include "window/Form.h"
 
 namespace tolvane {
@@ -29,6 +30,7 @@ private:
     HWND bar_ = nullptr;
     int maximum_ = 1;
     int position_ = 0;
+    TTimePoint painted_{};
     TOwnedFont labelFont_;
 };
 
