@@ -191,22 +191,44 @@ test_programs_with() {
     local program library=$1/libtolvane_$(tr / _ <<<"${1#src/}").a
     cmake --preset native -B "$NATIVE" >/dev/null
     ctest --test-dir "$NATIVE" -N | sed -n 's/^ *Test *#[0-9]*: //p' | while read -r program; do
-        if ninja -C "$NATIVE" -t inputs "$program" | grep -qxF "$library"; then say "$program"; fi
+        if ninja -C "$NATIVE" -t inputs "$program" | grep -xF "$library" >/dev/null; then say "$program"; fi
     done
 }
 
-# One step that builds these programs, and one that runs them.
+# One step that builds these programs, and steps that run them at the same time.
 test_plan_programs() {
-    local pattern
-    pattern="^($(printf '%s\n' "$@" | paste -sd'|'))\$"
+    local program rest=()
     PLAN=()
     job build "Build $*" test_build native "$@"
-    job run "$*" test_only_native "$pattern"
-        after build
+    job shop "Make the shop's databases" test_shop_make
+    for program in "$@"; do
+        case $program in
+            test_program)
+                job command "$program" test_in_made_shop test_command native
+                after build shop
+                ;;
+            test_kill)
+                job kills "$program" test_in_made_shop test_kills
+                after build shop
+                ;;
+            *) rest+=("$program") ;;
+        esac
+    done
+    [ ${#rest[@]} -gt 0 ] || return 0
+    job run "${rest[*]}" test_only_native "^($(printf '%s\n' "${rest[@]}" | paste -sd'|'))\$"
+    after build shop
 }
 
+# For a quick look there are fewer kills.
+test_in_made_shop() {
+    TEST_SHOP_IS_MADE=yes
+    export TOLVANE_COMMAND_KILLS=${TOLVANE_COMMAND_KILLS:-15}
+    "$@"
+}
+
+# Many of them wait for time-outs.
 test_only_native() {
-    if ctest --test-dir "$NATIVE" -N -L '^integration$' -R "$1" | grep -q 'Test *#'; then test_shop_make; fi
+    JOBS=$((JOBS * 2))
     test_native -R "$1"
 }
 

@@ -11,7 +11,8 @@ source "$ROOT/tests/module/settings/steps.sh"
 source "$ROOT/tests/module_host/steps.sh"
 
 LANES=(a b c d)
-COMMAND_SHARDS=8
+declare -A COMMAND_SHARDS=([native]=16 [windows]=8)
+KILL_SHARDS=4
 
 # test_in_lane <lane> <command>...: from here on the variables above are the lane's.
 test_in_lane() {
@@ -45,6 +46,7 @@ test_shop_file() {
 }
 
 test_shop_make() {
+    [ "${TEST_SHOP_IS_MADE:-}" != yes ] || return 0
     firebird_start
     firebird_database "$(test_shop_file)" "$ROOT/demo/schema.sql" "$ROOT/demo/shop.sql"
     firebird_database "$(dirname "$(test_shop_file)")/small.fdb" "$ROOT/demo/schema.sql" \
@@ -56,41 +58,46 @@ test_integration() {
     test_native -L '^integration$' "$@"
 }
 
-# test_command native|windows: the built command. Its runs wait for the pauses that scales need: several
-# tests at a time.
+# test_command native|windows: the built command.
 test_command() {
-    local shard pids=() status=0
     test_shop_make
     if [ "$1" = windows ]; then
         test_runtime
         wine_regional 1251 comma
         wine_session
     fi
-    for ((shard = 0; shard < COMMAND_SHARDS; ++shard)); do
-        test_command_shard "$1" "$shard" >"$BUILD/command-$1-$shard.log" 2>&1 &
+    test_shards "$1" program/test_program "${COMMAND_SHARDS[$1]}"
+}
+
+# test_shards native|windows <program in tests/command> <number>: the program's tests in so many processes at
+# the same time. The command's runs mostly wait for the pauses that scales need.
+test_shards() {
+    local program=$BUILD/$1/tests/command/$2 name shard pids=() status=0
+    name=$(basename "$2")-$1
+    for ((shard = 0; shard < $3; ++shard)); do
+        GTEST_TOTAL_SHARDS=$3 GTEST_SHARD_INDEX=$shard \
+            test_command_program "$1" "$program" "$STEP_RESULTS/$name-$shard.json" >"$BUILD/$name-$shard.log" 2>&1 &
         pids+=($!)
     done
-    for ((shard = 0; shard < COMMAND_SHARDS; ++shard)); do
+    for ((shard = 0; shard < $3; ++shard)); do
         wait "${pids[$shard]}" || status=1
-        cat "$BUILD/command-$1-$shard.log"
+        cat "$BUILD/$name-$shard.log"
     done
     return "$status"
 }
 
-# test_command_shard native|windows <number>
-test_command_shard() {
-    local program=$BUILD/$1/tests/command/program/test_program result=$STEP_RESULTS/command-$1-$2.json
-    export GTEST_TOTAL_SHARDS=$COMMAND_SHARDS GTEST_SHARD_INDEX=$2
+# test_command_program native|windows <program> <result>
+test_command_program() {
     export TOLVANE_FB_SERVER TOLVANE_FB_PASSWORD=$FIREBIRD_PASSWORD TOLVANE_FB_DIR TOLVANE_FB_SHOP
     TOLVANE_FB_SERVER=127.0.0.1/$(firebird_port)
     TOLVANE_FB_SHOP=$(test_shop_file)
     TOLVANE_FB_DIR=$(dirname "$TOLVANE_FB_SHOP")
     if [ "$1" = windows ]; then
-        wine_command timeout 1200 wine "$program.exe" "--gtest_output=json:$(wine_path "$result")" </dev/null
+        wine_command timeout 1200 wine "$2.exe" "--gtest_output=json:$(wine_path "$3")" </dev/null
     else
         # The embedded engine's threads may still be ending when leaks are looked for, which that does not
         # survive.
-        ASAN_OPTIONS=detect_leaks=0 timeout 600 "$program" "--gtest_output=json:$result"
+        ASAN_OPTIONS=detect_leaks=0 timeout 600 "$2" "--gtest_output=json:$3"
     fi
 }
 
@@ -104,7 +111,7 @@ test_headless() {
 # The built command, killed and interrupted.
 test_kills() {
     test_shop_make
-    test_native -L '^kill$'
+    test_shards native kill/test_kill "$KILL_SHARDS"
 }
 
 # The run engine under ThreadSanitizer; only its program is built so. Without setarch it would fail on
