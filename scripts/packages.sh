@@ -64,7 +64,7 @@ explain_to_administrator() {
     {
         say "These packages are missing, and installing them needs root. An administrator can run:"
         say ""
-        has_i386 || printf '  dpkg --add-architecture i386;'
+        has_i386 || [[ " $* " != *:i386\ * ]] || printf '  dpkg --add-architecture i386;'
         printf '  apt-get update; apt-get install --no-install-recommends'
         printf ' %s' "$@"
         printf '\n\n'
