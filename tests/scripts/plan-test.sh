@@ -86,8 +86,17 @@ run_plan <<<"${alone//%s/lane x}"
 expect_run "a lane has one step at a time" 0 "a-begins a-ends b-begins b-ends" ""
 run_plan <<<"${alone//%s/alone x}"
 expect_run "steps that share a word are never side by side" 0 "a-begins a-ends b-begins b-ends" ""
-run_plan <<<"${alone//%s/alone }"
-expect_run "others are" 0 "a-begins b-begins a-ends b-ends" ""
+# Each ends only after the other has begun.
+run_plan <<PLAN
+meet() {
+    ran "\$1-begins"
+    timeout 60 sh -c 'until [ "\$(wc -l <$tree/ran)" -ge 2 ]; do sleep 0.1; done'
+    ran "\$1-ends"
+}
+job a "A" meet a
+job b "B" meet b
+PLAN
+expect_run "others are" 0 "?-begins ?-begins ?-ends ?-ends" ""
 
 run_plan <<'PLAN'
 job a "A" ran a
