@@ -60,6 +60,8 @@ constexpr auto kUpper = [] {
     return table;
 }();
 
+constexpr std::size_t kLongText = 4;
+
 struct TUtf8Step {
     char32_t codePoint;  // meaningless when not valid
     std::size_t length;  // bytes to advance by, at least 1
@@ -209,6 +211,33 @@ std::string_view Trim(std::string_view text) {
     while (!text.empty() && Unsigned(text.back()) <= 32)
         text.remove_suffix(1);
     return text;
+}
+
+// A long text moves over the other from left to right. By the byte under its last one it can leave
+// out every place where that byte would not meet itself. A short one would move on no faster than
+// byte by byte.
+TTextFinder::TTextFinder(std::string_view text) : upper_(UpperCase(text)) {
+    constexpr std::size_t kLongestStep = 0xFF;
+    if (upper_.size() < kLongText) return;
+    steps_.fill(static_cast<std::uint8_t>(std::min(upper_.size(), kLongestStep)));
+    for (std::size_t i = 0; i + 1 < upper_.size(); ++i)
+        steps_[Unsigned(upper_[i])] =
+            static_cast<std::uint8_t>(std::min(upper_.size() - 1 - i, kLongestStep));
+    for (std::size_t byte = 0; byte < steps_.size(); ++byte)
+        steps_[byte] = steps_[kUpper[byte]];
+}
+
+bool TTextFinder::IsIn(std::string_view other) const {
+    const std::size_t size = upper_.size();
+    if (size < kLongText) return ContainsUpperCased(other, upper_);
+    for (std::size_t end = size; end <= other.size(); end += steps_[Unsigned(other[end - 1])]) {
+        const char* const at = other.data() + (end - size);
+        std::size_t left = size;
+        while (left > 0 && kUpper[Unsigned(at[left - 1])] == Unsigned(upper_[left - 1]))
+            --left;
+        if (left == 0) return true;
+    }
+    return false;
 }
 
 }  // namespace tolvane

@@ -131,4 +131,17 @@ bool ContainsUpperCased(std::string_view text, std::string_view upperNeedle);
 // Without leading and trailing blanks and control characters (bytes 0 to 32).
 std::string_view Trim(std::string_view text);
 
+// Looks for one text in many others, without regard to case.
+class TTextFinder {
+public:
+    explicit TTextFinder(std::string_view text);
+    // The empty text is in every other.
+    bool IsIn(std::string_view other) const;
+
+private:
+    std::string upper_;
+    // Of a long text: how far it moves on, by the other's byte under its last one.
+    std::array<std::uint8_t, 256> steps_{};
+};
+
 }  // namespace tolvane

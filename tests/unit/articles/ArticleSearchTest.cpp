@@ -100,6 +100,30 @@ TEST_F(ArticleSearchTest, FollowsTheCurrentOrder) {
     EXPECT_EQ(Find(TField::PLU_NAME, 0, "банани"_cp1251), 2U);
 }
 
+// More rows than are read at once, in an order that jumps to and fro in memory: index 2k holds
+// row 999 - k, index 2k + 1 holds row k.
+TEST_F(ArticleSearchTest, GivesTheFirstMatchOfTheOrderWhereverItLiesInMemory) {
+    table_.Clear();
+    std::vector<TRowId> order;
+    for (std::int32_t number = 0; number < 1000; ++number)
+        Add(number, number % 100 == 7 ? "сол"_cp1251 : "захар"_cp1251, 1);
+    for (TRowId row = 0; row < 500; ++row) {
+        order.push_back(999 - row);
+        order.push_back(row);
+    }
+    table_.SetOrder(order);
+    // Row 7 has index 15; row 907, 999 - 92, has index 184; row 107 has index 215.
+    EXPECT_EQ(Find(TField::PLU_NAME, 0, "СОЛ"_cp1251), 15U);
+    EXPECT_EQ(Find(TField::PLU_NAME, 15, "СОЛ"_cp1251), 15U);
+    EXPECT_EQ(Find(TField::PLU_NAME, 16, "СОЛ"_cp1251), 184U);
+    EXPECT_EQ(Find(TField::PLU_NAME, 185, "СОЛ"_cp1251), 215U);
+    // The last: row 507, 999 - 492, has index 984.
+    EXPECT_EQ(Find(TField::PLU_NAME, 816, "СОЛ"_cp1251), 984U);
+    EXPECT_EQ(Find(TField::PLU_NAME, 985, "СОЛ"_cp1251), std::nullopt);
+    EXPECT_EQ(Find(TField::PLU_NAME, 999, "захар"_cp1251), 999U);
+    EXPECT_EQ(Find(TField::PLU_NAME, 500, ""), 500U);
+}
+
 TEST_F(ArticleSearchTest, AnEmptyTableHasNoMatch) {
     table_.Clear();
     EXPECT_EQ(Find(TField::PLU_NAME, 0, "ябълки"_cp1251), std::nullopt);

@@ -153,6 +153,49 @@ TEST(ContainsUpperCased, FindsTheEmptyNeedleEverywhere) {
     EXPECT_FALSE(ContainsUpperCased("", "A"));
 }
 
+TEST(TextFinder, FindsTheTextInAnyCase) {
+    for (const std::string_view text : {"СИР"_cp1251, "сирене"_cp1251, "Сирене"_cp1251}) {
+        const TTextFinder finder(text);
+        EXPECT_TRUE(finder.IsIn("Краве сирене"_cp1251));
+        EXPECT_TRUE(finder.IsIn("СИРЕНЕ"_cp1251));
+        EXPECT_TRUE(finder.IsIn("кисирене"_cp1251));
+        EXPECT_FALSE(finder.IsIn("Сидерене"_cp1251));
+        EXPECT_FALSE(finder.IsIn("си"_cp1251));
+    }
+}
+
+TEST(TextFinder, FindsTheTextAfterAFalseStart) {
+    EXPECT_TRUE(TTextFinder("AB").IsIn("aab"));
+    EXPECT_FALSE(TTextFinder("AB").IsIn("aaa"));
+    EXPECT_TRUE(TTextFinder("abac").IsIn("ababac"));
+    EXPECT_TRUE(TTextFinder("abab").IsIn("abaabab"));
+    EXPECT_TRUE(TTextFinder("aaab").IsIn("aaaaab"));
+    EXPECT_FALSE(TTextFinder("baaa").IsIn("aaaaab"));
+}
+
+TEST(TextFinder, FindsTheTextAtEveryPlace) {
+    const TTextFinder finder("wxyz");
+    for (std::size_t before = 0; before < 10; ++before) {
+        for (std::size_t after = 0; after < 10; ++after) {
+            const std::string text = std::string(before, 'z') + "wXyZ" + std::string(after, 'x');
+            EXPECT_TRUE(finder.IsIn(text)) << text;
+        }
+    }
+}
+
+TEST(TextFinder, FindsATextLongerThanAByteCanCount) {
+    const std::string text = std::string(300, 'a') + 'b';
+    EXPECT_TRUE(TTextFinder(text).IsIn("c" + std::string(301, 'A') + "Bc"));
+    EXPECT_FALSE(TTextFinder(text).IsIn(std::string(299, 'A') + "B"));
+    EXPECT_TRUE(TTextFinder(std::string(300, 'a')).IsIn("b" + std::string(300, 'a')));
+}
+
+TEST(TextFinder, FindsTheEmptyTextEverywhere) {
+    EXPECT_TRUE(TTextFinder("").IsIn(""));
+    EXPECT_TRUE(TTextFinder("").IsIn("a"));
+    EXPECT_FALSE(TTextFinder("A").IsIn(""));
+}
+
 TEST(Trim, DropsBlanksAndControlCharactersAtBothEnds) {
     EXPECT_EQ(Trim(" \t\r\n a b \x01 "), "a b");
     EXPECT_EQ(Trim("   "), "");
