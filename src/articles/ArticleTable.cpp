@@ -57,14 +57,6 @@ void TArticleTable::EachColumn(Self& self, Visitor visit) {
     visit(self.indexes_);
 }
 
-std::int32_t TArticleTable::Integer(TRowId row, TField field) const {
-    return At(integers_[SlotOf(field, TFieldType::Integer)], row);
-}
-
-double TArticleTable::Float(TRowId row, TField field) const {
-    return At(floats_[SlotOf(field, TFieldType::Float)], row);
-}
-
 bool TArticleTable::Boolean(TRowId row, [[maybe_unused]] TField field) const {
     assert(field == TField::HasActivePromotion);
     return At(promotions_, row) != 0;

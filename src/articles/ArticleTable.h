@@ -33,8 +33,12 @@ public:
 
     // Values by type. The field must have that type (assert). Throws std::out_of_range for a row
     // that the table does not have.
-    std::int32_t Integer(TRowId row, TField field) const;
-    double Float(TRowId row, TField field) const;
+    std::int32_t Integer(TRowId row, TField field) const {
+        return At(integers_[SlotOf(field, TFieldType::Integer)], row);
+    }
+    double Float(TRowId row, TField field) const {
+        return At(floats_[SlotOf(field, TFieldType::Float)], row);
+    }
     bool Boolean(TRowId row, TField field) const;
     // Valid until the table is emptied.
     std::string_view Text(TRowId row, TField field) const {

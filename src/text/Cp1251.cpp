@@ -170,10 +170,16 @@ char UpperCase(char c) {
 }
 
 std::string UpperCase(std::string_view text) {
-    std::string out(text);
-    for (char& c : out)
-        c = UpperCase(c);
+    std::string out;
+    AppendUpperCase(out, text);
     return out;
+}
+
+void AppendUpperCase(std::string& to, std::string_view text) {
+    const std::size_t before = to.size();
+    to.append(text);
+    for (std::size_t i = before; i < to.size(); ++i)
+        to[i] = UpperCase(to[i]);
 }
 
 int CompareIgnoringCase(std::string_view a, std::string_view b) {

@@ -123,6 +123,7 @@ bool IsUtf8(std::string_view bytes);
 // Upper case by code page 1251, one byte to one byte: a-z, а-я, ё and the other letters in pairs.
 char UpperCase(char c);
 std::string UpperCase(std::string_view text);
+void AppendUpperCase(std::string& to, std::string_view text);
 // <0, 0, >0: order of the upper-cased bytes (the codes follow the Bulgarian alphabet).
 int CompareIgnoringCase(std::string_view a, std::string_view b);
 bool EqualIgnoringCase(std::string_view a, std::string_view b);

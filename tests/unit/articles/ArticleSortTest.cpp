@@ -139,6 +139,80 @@ TEST(SortArticles, PromotedRowsComeLastAscending) {
     EXPECT_EQ(Numbers(table), (TNumbers{2, 1}));
 }
 
+// Equal for longer than a group is compared at once, and in the end by length.
+TEST(SortArticles, CommentsThatDifferOnlyNearTheirEndsAreToldApart) {
+    const std::string beginning(80, 'x');
+    TArticleTable table;
+    const auto add = [&](std::int32_t number, std::string_view comment) {
+        table.SetText(Add(table, number, ""), TField::LABEL_COMMENT1, comment);
+    };
+    add(1, beginning + "b");
+    add(2, beginning + "B2");
+    add(3, beginning);
+    add(4, beginning + "a and more text");
+    add(5, beginning + "A and more Text");
+    add(6, beginning + "a and more");
+    add(7, "y");
+    add(8, "");
+    SortArticles(table, TField::LABEL_COMMENT1, true);
+    EXPECT_EQ(Numbers(table), (TNumbers{8, 3, 6, 4, 5, 1, 2, 7}));
+    SortArticles(table, TField::LABEL_COMMENT1, false);
+    EXPECT_EQ(Numbers(table), (TNumbers{7, 2, 1, 5, 4, 6, 3, 8}));
+}
+
+// 2,000 rows: row i has the name of i % 40 and the price of i % 1,000, which is negative for half
+// of them.
+class ManyRowsTest : public testing::Test {
+protected:
+    ManyRowsTest() {
+        for (std::int32_t row = 0; row < kRows; ++row) {
+            const std::int32_t name = row % 40;
+            Add(table_, row, std::string("Сирене краве "_cp1251) + std::to_string(100 + name),
+                row % 1000 - 500);
+        }
+    }
+    static constexpr std::int32_t kRows = 2000;
+    TArticleTable table_;
+};
+
+TEST_F(ManyRowsTest, AreSortedByTextAndThenByNumber) {
+    SortArticles(table_, TField::PLU_NAME, true);
+    TNumbers expected;
+    for (std::int32_t name = 0; name < 40; ++name) {
+        for (std::int32_t row = name; row < kRows; row += 40)
+            expected.push_back(row);
+    }
+    EXPECT_EQ(Numbers(table_), expected);
+    SortArticles(table_, TField::PLU_NAME, false);
+    EXPECT_EQ(Numbers(table_), TNumbers(expected.rbegin(), expected.rend()));
+}
+
+TEST_F(ManyRowsTest, AreSortedByPriceAndThenByNumber) {
+    SortArticles(table_, TField::PLU_SELL_PRICE, true);
+    TNumbers expected;
+    for (std::int32_t price = 0; price < 1000; ++price)
+        expected.insert(expected.end(), {price, price + 1000});
+    EXPECT_EQ(Numbers(table_), expected);
+    SortArticles(table_, TField::PLU_SELL_PRICE, false);
+    EXPECT_EQ(Numbers(table_), TNumbers(expected.rbegin(), expected.rend()));
+}
+
+// Rows 0 to 1,999 get the numbers 999 to 0, twice.
+TEST_F(ManyRowsTest, OfRepeatedNumbersKeepTheirOrderInBothDirections) {
+    for (TRowId row = 0; row < kRows; ++row)
+        table_.SetInteger(row, TField::PLU_NUMB, 999 - static_cast<std::int32_t>(row % 1000));
+    SortArticles(table_, TField::PLU_NUMB, true);
+    std::vector<TRowId> expected;
+    for (TRowId row = 999; row < 1000; --row)
+        expected.insert(expected.end(), {row, row + 1000});
+    EXPECT_EQ(table_.Order(), expected);
+    SortArticles(table_, TField::PLU_NUMB, false);
+    expected.clear();
+    for (TRowId row = 0; row < 1000; ++row)
+        expected.insert(expected.end(), {row, row + 1000});
+    EXPECT_EQ(table_.Order(), expected);
+}
+
 TEST(SortArticles, AnEmptyTableStaysEmpty) {
     TArticleTable table;
     SortArticles(table, TField::PLU_NAME, false);

@@ -134,6 +134,13 @@ TEST(EqualIgnoringCase, ComparesWholeTexts) {
     EXPECT_FALSE(EqualIgnoringCase("SCALE1", "SCALE10"));
 }
 
+TEST(AppendUpperCase, LeavesWhatStandsThere) {
+    std::string text = "a";
+    AppendUpperCase(text, "бв"_cp1251);
+    AppendUpperCase(text, "");
+    EXPECT_EQ(text, "aБВ"_cp1251);
+}
+
 TEST(ContainsUpperCased, FindsTheNeedleInAnyCase) {
     const std::string_view needle = "СИР"_cp1251;
     EXPECT_TRUE(ContainsUpperCased("Краве сирене"_cp1251, needle));
