@@ -2,18 +2,19 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "text/Cp1251.h"
+#include "text/Fnv.h"
 #include "text/Numbers.h"
 
 namespace tolvane {
 
 namespace {
 
-std::string KeyName(std::string_view upperSection, std::string_view key) {
-    std::string name(upperSection);
-    name += '\n';  // no section's name contains it
-    return name += UpperCase(key);
+std::uint64_t KeyHash(std::size_t section, std::string_view key) {
+    constexpr std::uint64_t kSpread = 0x9E3779B97F4A7C15U;
+    return HashIgnoringCase(key, kFnvBasis ^ (section * kSpread));
 }
 
 // The line end that most lines have; CR LF when there are none.
@@ -30,77 +31,119 @@ std::string UsualLineEnd(const std::vector<std::string_view>& lines, TIniEncodin
 
 }  // namespace
 
-TIniDocument::TIniDocument(std::string_view bytes) {
+TIniDocument::TIniDocument(std::string_view bytes) : text_(bytes) {
     const TIniMark mark = ReadIniMark(bytes);
     encoding_ = mark.encoding;
-    mark_ = bytes.substr(0, mark.size);
+    markSize_ = mark.size;
     sections_.emplace_back();
-    Load(bytes.substr(mark.size));
+    Load();
 }
 
-void TIniDocument::Load(std::string_view bytes) {
-    const std::vector<std::string_view> lines = SplitIniLines(bytes, encoding_);
+void TIniDocument::Load() {
+    const std::vector<std::string_view> lines =
+        SplitIniLines(std::string_view(text_).substr(markSize_), encoding_);
     lineEnd_ = UsualLineEnd(lines, encoding_);
-    std::string upperName;
-    std::size_t section = 0;
-    bool indexed = false;  // only the first section of a name is read
+    lines_.reserve(lines.size());
+    std::string space;
+    std::size_t start = markSize_;
     for (const std::string_view text : lines) {
-        const TIniLine line = ReadIniLine(text, encoding_);
-        if (line.kind == TIniLineKind::Section) {
-            upperName = UpperCase(line.name);
-            section = AddSection(std::string(text), upperName);
-            indexed = sectionIndex_[upperName].size() == 1;
-            continue;
+        const TIniLine read = ReadIniLine(text, encoding_);
+        const std::string_view name = DecodeIniName(read.name, encoding_, space);
+        if (read.kind == TIniLineKind::Section) {
+            AddSection(name, start, text.size());
+        } else {
+            const std::size_t line = AddLine(start, text.size());
+            if (read.kind != TIniLineKind::Other) AddKey(line, name);
         }
-        sections_[section].lines.emplace_back(text);
-        if (line.kind == TIniLineKind::Other) continue;
-        sections_[section].afterLastKey = sections_[section].lines.size();
-        if (indexed) IndexKey(section, upperName, line.name);
+        start += text.size();
     }
 }
 
-std::size_t TIniDocument::AddSection(std::string line, const std::string& upperName) {
-    sections_.push_back({{std::move(line)}, 1});
-    sectionIndex_[upperName].push_back(sections_.size() - 1);
-    return sections_.size() - 1;
+std::size_t TIniDocument::AddSection(std::string_view name, std::size_t start, std::size_t size) {
+    const std::size_t first = FindSection(name);
+    const std::size_t section = sections_.size();
+    sections_.emplace_back();
+    sections_[section].lastKey = AddLine(start, size);
+    sections_[section].lastRepeat = section;
+    if (first == kNone) {
+        sections_[section].indexed = true;
+        sectionIndex_.Add(HashIgnoringCase(name, kFnvBasis), section);
+    } else {
+        const std::size_t before = std::exchange(sections_[first].lastRepeat, section);
+        sections_[before].nextRepeat = section;
+    }
+    return section;
 }
 
-// The key's line is the last one before the section's afterLastKey.
-void TIniDocument::IndexKey(std::size_t section, std::string_view upperSection,
-                            std::string_view key) {
-    TKeyLines& found = keyIndex_[KeyName(upperSection, key)];
-    found.section = section;
-    found.lines.push_back(sections_[section].afterLastKey - 1);
+std::size_t TIniDocument::AddLine(std::size_t start, std::size_t size) {
+    TSection& section = sections_.back();
+    const std::size_t line = lines_.size();
+    lines_.push_back({start, size, sections_.size() - 1, section.last});
+    (section.last == kNone ? section.first : lines_[section.last].next) = line;
+    section.last = line;
+    return line;
+}
+
+// The line is the section's last one so far that has a key.
+void TIniDocument::AddKey(std::size_t line, std::string_view name) {
+    TSection& section = sections_[lines_[line].section];
+    section.lastKey = line;
+    if (!section.indexed) return;
+    const std::size_t first = FindKey(lines_[line].section, name);
+    if (first == kNone)
+        keyIndex_.Add(KeyHash(lines_[line].section, name), line);
+    else
+        lines_[line].nextRepeat = std::exchange(lines_[first].nextRepeat, line);
 }
 
 std::string TIniDocument::Bytes() const {
-    std::string bytes = mark_;
+    std::string bytes;
+    bytes.reserve(text_.size());
+    bytes.append(text_, 0, markSize_);
     for (const TSection& section : sections_) {
-        for (const std::string& line : section.lines)
-            bytes += line;
+        for (std::size_t line = section.first; line != kNone; line = lines_[line].next)
+            bytes += TextOf(line);
     }
     return bytes;
 }
 
-bool TIniDocument::HasSection(std::string_view section) const {
-    return sectionIndex_.contains(UpperCase(section));
+void TIniDocument::SetText(std::size_t line, std::string_view text) {
+    lines_[line].start = text_.size();
+    lines_[line].size = text.size();
+    text_ += text;
 }
 
-const TIniDocument::TKeyLines* TIniDocument::Find(std::string_view section,
-                                                  std::string_view key) const {
-    const auto found = keyIndex_.find(KeyName(UpperCase(section), key));
-    return found == keyIndex_.end() ? nullptr : &found->second;
+bool TIniDocument::IsNamed(std::size_t line, std::string_view name) const {
+    std::string space;
+    const std::string_view bytes = ReadIniLine(TextOf(line), encoding_).name;
+    return EqualIgnoringCase(DecodeIniName(bytes, encoding_, space), name);
+}
+
+std::size_t TIniDocument::FindSection(std::string_view name) const {
+    return sectionIndex_.Find(HashIgnoringCase(name, kFnvBasis), [&](std::size_t section) {
+        return sections_[section].indexed && IsNamed(sections_[section].first, name);
+    });
+}
+
+std::size_t TIniDocument::FindKey(std::size_t section, std::string_view key) const {
+    if (section == kNone) return kNone;
+    return keyIndex_.Find(KeyHash(section, key), [&](std::size_t line) {
+        return lines_[line].section == section && lines_[line].size != 0 && IsNamed(line, key);
+    });
+}
+
+bool TIniDocument::HasSection(std::string_view section) const {
+    return FindSection(section) != kNone;
 }
 
 std::optional<std::string> TIniDocument::Value(std::string_view section,
                                                std::string_view key) const {
-    const TKeyLines* found = Find(section, key);
-    if (found == nullptr) return std::nullopt;
-    const std::string& line = sections_[found->section].lines[found->lines.front()];
+    const std::size_t found = FindKey(FindSection(section), key);
+    if (found == kNone) return std::nullopt;
+    const std::string_view line = TextOf(found);
     if (ReadIniLine(line, encoding_).kind != TIniLineKind::Key) return std::nullopt;
     const TIniValueRange range = FindIniValue(line, encoding_);
-    const std::string_view bytes(line);
-    return UnquoteIni(DecodeIni(bytes.substr(range.start, range.end - range.start), encoding_));
+    return UnquoteIni(DecodeIni(line.substr(range.start, range.end - range.start), encoding_));
 }
 
 std::string TIniDocument::ReadText(std::string_view section, std::string_view key,
@@ -121,11 +164,11 @@ bool TIniDocument::ReadBoolean(std::string_view section, std::string_view key,
 void TIniDocument::WriteText(std::string_view section, std::string_view key,
                              std::string_view value) {
     if (Value(section, key) == value) return;
-    const TKeyLines* found = Find(section, key);
-    if (found == nullptr) {
+    const std::size_t found = FindKey(FindSection(section), key);
+    if (found == kNone) {
         AppendKey(section, key, value);
     } else {
-        ReplaceValue(*found, value);
+        ReplaceValue(found, value);
     }
 }
 
@@ -139,101 +182,112 @@ void TIniDocument::WriteBoolean(std::string_view section, std::string_view key, 
     WriteInteger(section, key, value ? 1 : 0);
 }
 
-void TIniDocument::ReplaceValue(const TKeyLines& found, std::string_view value) {
-    std::string& line = sections_[found.section].lines[found.lines.front()];
+void TIniDocument::ReplaceValue(std::size_t line, std::string_view value) {
+    std::string text(TextOf(line));
     std::string bytes = EncodeIni(QuoteIni(value), encoding_);
-    if (ReadIniLine(line, encoding_).kind == TIniLineKind::Key) {
-        const TIniValueRange range = FindIniValue(line, encoding_);
-        line.replace(range.start, range.end - range.start, bytes);
+    if (ReadIniLine(text, encoding_).kind == TIniLineKind::Key) {
+        const TIniValueRange range = FindIniValue(text, encoding_);
+        text.replace(range.start, range.end - range.start, bytes);
     } else {
-        const std::size_t end = line.size() - IniLineEnd(line, encoding_).size();
-        line.insert(end, EncodeIni("=", encoding_) + bytes);
+        const std::size_t end = text.size() - IniLineEnd(text, encoding_).size();
+        text.insert(end, EncodeIni("=", encoding_) + bytes);
     }
+    SetText(line, text);
 }
 
 void TIniDocument::AppendKey(std::string_view section, std::string_view key,
                              std::string_view value) {
-    const std::size_t number = SectionForWriting(section);
-    TSection& target = sections_[number];
-    const auto at = target.lines.begin() + static_cast<std::ptrdiff_t>(target.afterLastKey);
-    const auto before = std::find_if(std::reverse_iterator(at), target.lines.rend(),
-                                     [](const std::string& line) { return !line.empty(); });
-    EndLine(*before);
-    std::string line = EncodeIni(std::string(key) + '=' + QuoteIni(value), encoding_);
+    const std::size_t after = sections_[SectionForWriting(section)].lastKey;
+    std::size_t before = after;  // in the file
+    while (lines_[before].size == 0)
+        before = lines_[before].previous;
+    EndLine(before);
+    std::string text = EncodeIni(std::string(key) + '=' + QuoteIni(value), encoding_);
     // A CR alone, in a file with other line ends, is not a line end to every reader.
-    const std::string_view end = IniLineEnd(*before, encoding_);
-    line += end == EncodeIni("\r", encoding_) ? std::string_view(lineEnd_) : end;
-    target.lines.insert(at, std::move(line));
-    ++target.afterLastKey;
-    IndexKey(number, UpperCase(section), key);
+    const std::string_view end = IniLineEnd(TextOf(before), encoding_);
+    text += end == EncodeIni("\r", encoding_) ? std::string_view(lineEnd_) : end;
+    AddKey(InsertLine(after, text), key);
+}
+
+std::size_t TIniDocument::InsertLine(std::size_t after, std::string_view text) {
+    const std::size_t line = lines_.size();
+    const std::size_t section = lines_[after].section;
+    const std::size_t next = std::exchange(lines_[after].next, line);
+    (next == kNone ? sections_[section].last : lines_[next].previous) = line;
+    lines_.push_back({0, 0, section, after, next});
+    SetText(line, text);
+    return line;
 }
 
 std::size_t TIniDocument::SectionForWriting(std::string_view section) {
-    const std::string upperName = UpperCase(section);
-    const auto found = sectionIndex_.find(upperName);
-    if (found != sectionIndex_.end()) return found->second.front();
+    const std::size_t found = FindSection(section);
+    if (found != kNone) return found;
     EndLastLine();
-    std::string line = EncodeIni('[' + std::string(section) + ']', encoding_) + lineEnd_;
-    return AddSection(std::move(line), upperName);
+    const std::string header = EncodeIni('[' + std::string(section) + ']', encoding_) + lineEnd_;
+    const std::size_t start = text_.size();
+    text_ += header;
+    return AddSection(section, start, header.size());
 }
 
-void TIniDocument::EndLine(std::string& line) const {
-    if (!IniLineEnd(line, encoding_).empty()) return;
+void TIniDocument::EndLine(std::size_t line) {
+    std::string text(TextOf(line));
+    if (!IniLineEnd(text, encoding_).empty()) return;
     // An odd byte left over would shift all units after it.
-    if (line.size() % IniUnitSize(encoding_) != 0) line += '\0';
-    line += lineEnd_;
+    if (text.size() % IniUnitSize(encoding_) != 0) text += '\0';
+    SetText(line, text += lineEnd_);
 }
 
 void TIniDocument::EndLastLine() {
     for (std::size_t section = sections_.size(); section-- > 0;) {
-        std::vector<std::string>& lines = sections_[section].lines;
-        for (std::size_t line = lines.size(); line-- > 0;) {
-            if (!lines[line].empty()) return EndLine(lines[line]);
+        for (std::size_t line = sections_[section].last; line != kNone;
+             line = lines_[line].previous) {
+            if (lines_[line].size != 0) return EndLine(line);
         }
     }
 }
 
 std::vector<std::string> TIniDocument::Keys(std::string_view section) const {
     std::vector<std::string> names;
-    const auto found = sectionIndex_.find(UpperCase(section));
-    if (found == sectionIndex_.end()) return names;
-    for (const std::string& text : sections_[found->second.front()].lines) {
-        if (IsIniComment(text, encoding_)) continue;
-        TIniLine line = ReadIniLine(text, encoding_);
+    const std::size_t found = FindSection(section);
+    if (found == kNone) return names;
+    for (std::size_t at = sections_[found].first; at != kNone; at = lines_[at].next) {
+        if (IsIniComment(TextOf(at), encoding_)) continue;
+        const TIniLine line = ReadIniLine(TextOf(at), encoding_);
         const bool isKey = line.kind == TIniLineKind::Key || line.kind == TIniLineKind::BareKey;
-        if (isKey && !line.name.empty()) names.push_back(std::move(line.name));
+        if (isKey && !line.name.empty()) names.push_back(DecodeIni(line.name, encoding_));
     }
     return names;
 }
 
 void TIniDocument::EraseKey(std::string_view section, std::string_view key) {
-    const auto found = keyIndex_.find(KeyName(UpperCase(section), key));
-    if (found == keyIndex_.end()) return;
-    for (const std::size_t line : found->second.lines)
-        sections_[found->second.section].lines[line].clear();
-    keyIndex_.erase(found);
+    for (std::size_t line = FindKey(FindSection(section), key); line != kNone;
+         line = lines_[line].nextRepeat)
+        lines_[line].size = 0;
 }
 
 void TIniDocument::EraseSection(std::string_view section) {
-    const std::string upperName = UpperCase(section);
-    const auto found = sectionIndex_.find(upperName);
-    if (found == sectionIndex_.end()) return;
-    for (const std::string& line : sections_[found->second.front()].lines)
-        keyIndex_.erase(KeyName(upperName, ReadIniLine(line, encoding_).name));
-    for (const std::size_t number : found->second)
+    for (std::size_t number = FindSection(section); number != kNone;
+         number = sections_[number].nextRepeat)
         EraseLines(number);
-    sectionIndex_.erase(found);
 }
 
 void TIniDocument::EraseLines(std::size_t section) {
-    const auto erased = sections_.begin() + static_cast<std::ptrdiff_t>(section);
-    const bool isLast = std::all_of(erased + 1, sections_.end(),
-                                    [](const TSection& later) { return later.lines.empty(); });
-    std::vector<std::string>& lines = erased->lines;
-    const auto own = std::ranges::find_if(
-        lines.rbegin(), lines.rend(),
-        [&](const std::string& line) { return !line.empty() && !IsIniComment(line, encoding_); });
-    lines.erase(lines.begin(), isLast ? lines.end() : own.base());
+    TSection& erased = sections_[section];
+    erased.indexed = false;
+    const bool isLast =
+        std::all_of(sections_.begin() + static_cast<std::ptrdiff_t>(section) + 1, sections_.end(),
+                    [](const TSection& later) { return later.first == kNone; });
+    std::size_t own = erased.last;
+    while (own != kNone && (lines_[own].size == 0 || IsIniComment(TextOf(own), encoding_)))
+        own = lines_[own].previous;
+    if (isLast)
+        erased.first = kNone;
+    else if (own != kNone)
+        erased.first = lines_[own].next;
+    if (erased.first == kNone)
+        erased.last = kNone;
+    else
+        lines_[erased.first].previous = kNone;
 }
 
 }  // namespace tolvane

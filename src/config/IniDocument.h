@@ -5,9 +5,9 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
+#include "config/IniIndex.h"
 #include "config/IniLine.h"
 
 namespace tolvane {
@@ -54,35 +54,59 @@ public:
     void EraseSection(std::string_view section);
 
 private:
-    // Lines with their own line ends, the header first; an erased line is empty.
-    struct TSection {
-        std::vector<std::string> lines;
-        std::size_t afterLastKey = 0;  // where a new key's line goes
-    };
-    // The lines of one key in the first section of a name; the first line wins.
-    struct TKeyLines {
+    static constexpr std::size_t kNone = TIniIndex::kNone;
+
+    // A line with its own line end, as a part of text_; an erased line is empty. The numbers of
+    // other lines or kNone.
+    struct TLine {
+        std::size_t start = 0;
+        std::size_t size = 0;
         std::size_t section = 0;
-        std::vector<std::size_t> lines;
+        std::size_t previous = kNone;  // in the section
+        std::size_t next = kNone;
+        std::size_t nextRepeat = kNone;  // a further line of the same key
+    };
+    // The numbers of its lines, the header first.
+    struct TSection {
+        std::size_t first = kNone;
+        std::size_t last = kNone;
+        std::size_t lastKey = kNone;     // the line that a new key's line follows
+        std::size_t nextRepeat = kNone;  // the next section of the same name
+        std::size_t lastRepeat = kNone;  // of the first section of a name
+        bool indexed = false;            // the first of its name, and not erased
     };
 
-    void Load(std::string_view bytes);
-    std::size_t AddSection(std::string line, const std::string& upperName);
-    void IndexKey(std::size_t section, std::string_view upperSection, std::string_view key);
-    const TKeyLines* Find(std::string_view section, std::string_view key) const;
+    void Load();
+    // Add a section with its header, a line at the end of the last section, and a line's key.
+    std::size_t AddSection(std::string_view name, std::size_t start, std::size_t size);
+    std::size_t AddLine(std::size_t start, std::size_t size);
+    void AddKey(std::size_t line, std::string_view name);
+    std::size_t InsertLine(std::size_t after, std::string_view text);
+    std::string_view TextOf(std::size_t line) const {
+        return std::string_view(text_).substr(lines_[line].start, lines_[line].size);
+    }
+    void SetText(std::size_t line, std::string_view text);
+    bool IsNamed(std::size_t line, std::string_view name) const;
+    // The first section of a name, and the first line of a key in a section; kNone when there is
+    // none, or no section.
+    std::size_t FindSection(std::string_view name) const;
+    std::size_t FindKey(std::size_t section, std::string_view key) const;
     std::size_t SectionForWriting(std::string_view section);
-    void ReplaceValue(const TKeyLines& found, std::string_view value);
+    void ReplaceValue(std::size_t line, std::string_view value);
     void AppendKey(std::string_view section, std::string_view key, std::string_view value);
     void EraseLines(std::size_t section);
-    void EndLine(std::string& line) const;
+    void EndLine(std::size_t line);
     void EndLastLine();
 
     TIniEncoding encoding_ = TIniEncoding::Cp1251;
-    std::string mark_;                // the byte order mark
-    std::string lineEnd_;             // the file's usual one, as bytes of the file
+    std::string lineEnd_;       // the file's usual one, as bytes of the file
+    std::string text_;          // the file, and behind it the lines that were written
+    std::size_t markSize_ = 0;  // of the byte order mark, with which the text starts
+    std::vector<TLine> lines_;
     std::vector<TSection> sections_;  // the first holds the lines before any header
-    // By upper-cased names; a key's is "SECTION\nKEY".
-    std::unordered_map<std::string, std::vector<std::size_t>> sectionIndex_;
-    std::unordered_map<std::string, TKeyLines> keyIndex_;
+    // The first section of each name, and the first line of each key in such a section.
+    TIniIndex sectionIndex_;
+    TIniIndex keyIndex_;
 };
 
 }  // namespace tolvane

@@ -63,6 +63,13 @@ TSpan TrimUnits(const TUnits& units, TSpan span) {
     return span;
 }
 
+// Whether DecodeIni would give the same bytes.
+bool IsCp1251(std::string_view bytes, TIniEncoding encoding) {
+    if (encoding == TIniEncoding::Cp1251) return true;
+    return encoding == TIniEncoding::Utf8 &&
+           std::ranges::all_of(bytes, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
 bool IsQuote(char c) {
     return c == '"' || c == '\'';
 }
@@ -132,7 +139,7 @@ TIniLine ReadIniLine(std::string_view line, TIniEncoding encoding) {
     const TSpan text = TrimUnits(units, {0, units.Size()});
     const auto name = [&](TSpan span) {
         const TSpan trimmed = TrimUnits(units, span);
-        return DecodeIni(units.Bytes(trimmed.from, trimmed.to), encoding);
+        return units.Bytes(trimmed.from, trimmed.to);
     };
     if (text.from == text.to || units[text.from] == ';') return {};
     if (units[text.from] == '[') {
@@ -142,6 +149,11 @@ TIniLine ReadIniLine(std::string_view line, TIniEncoding encoding) {
     const std::size_t equals = units.Find('=', text.from, text.to);
     return {equals < text.to ? TIniLineKind::Key : TIniLineKind::BareKey,
             name({text.from, equals})};
+}
+
+std::string_view DecodeIniName(std::string_view bytes, TIniEncoding encoding, std::string& space) {
+    if (IsCp1251(bytes, encoding)) return bytes;
+    return space = DecodeIni(bytes, encoding);
 }
 
 bool IsIniComment(std::string_view line, TIniEncoding encoding) {

@@ -40,12 +40,14 @@ enum class TIniLineKind : std::uint8_t {
     BareKey   // a name alone: it has no value, but hides later keys of that name
 };
 
-// What a line is; the name is in code page 1251, without the blanks around it.
+// What a line is; the name is in bytes of the line, without the blanks around it.
 struct TIniLine {
     TIniLineKind kind = TIniLineKind::Other;
-    std::string name;
+    std::string_view name;
 };
 TIniLine ReadIniLine(std::string_view line, TIniEncoding encoding);
+// Such a name in code page 1251: the bytes themselves if they are that, or else put into `space`.
+std::string_view DecodeIniName(std::string_view bytes, TIniEncoding encoding, std::string& space);
 // Whether the line is a comment to a person: it starts with ';', or with '#', which the system's
 // INI calls take for a name like any other.
 bool IsIniComment(std::string_view line, TIniEncoding encoding);

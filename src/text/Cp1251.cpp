@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "text/Fnv.h"
+
 namespace tolvane {
 
 namespace {
@@ -194,6 +196,13 @@ int CompareIgnoringCase(std::string_view a, std::string_view b) {
 
 bool EqualIgnoringCase(std::string_view a, std::string_view b) {
     return a.size() == b.size() && CompareIgnoringCase(a, b) == 0;
+}
+
+std::uint64_t HashIgnoringCase(std::string_view text, std::uint64_t basis) {
+    std::uint64_t hash = basis;
+    for (const char c : text)
+        hash = FnvNext(hash, kUpper[Unsigned(c)]);
+    return hash;
 }
 
 bool ContainsUpperCased(std::string_view text, std::string_view upperNeedle) {

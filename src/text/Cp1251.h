@@ -127,6 +127,8 @@ void AppendUpperCase(std::string& to, std::string_view text);
 // <0, 0, >0: order of the upper-cased bytes (the codes follow the Bulgarian alphabet).
 int CompareIgnoringCase(std::string_view a, std::string_view b);
 bool EqualIgnoringCase(std::string_view a, std::string_view b);
+// Equal for texts that are EqualIgnoringCase; `basis` is any number.
+std::uint64_t HashIgnoringCase(std::string_view text, std::uint64_t basis);
 // Whether `text`, upper-cased, contains `upperNeedle`, which is upper-cased already.
 bool ContainsUpperCased(std::string_view text, std::string_view upperNeedle);
 // Without leading and trailing blanks and control characters (bytes 0 to 32).

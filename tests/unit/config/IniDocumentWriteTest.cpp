@@ -196,5 +196,38 @@ TEST(IniDocument, WritesASectionAgainThatItErased) {
     EXPECT_EQ(document.Value("A", "k"), std::nullopt);
 }
 
+TEST(IniDocument, OfRepeatedSectionsAtTheEndKeepsTheCommentsThatStoodAboveAHeader) {
+    EXPECT_EQ(WithoutA("[A]\nk=1\n; of A\n[A]\nk=2\n; end\n"), "; of A\n");
+}
+
+TEST(IniDocument, PutsANewKeyWhereTheErasedLastOneStood) {
+    TIniDocument document("[A]\nx=1\ny=2\n\n; note\n[B]\n");
+    document.EraseKey("A", "x");
+    document.EraseKey("A", "y");
+    document.WriteText("A", "k", "9");
+    document.WriteText("A", "m", "8");
+    EXPECT_EQ(document.Bytes(), "[A]\nk=9\nm=8\n\n; note\n[B]\n");
+}
+
+TEST(IniDocument, ChangesALineAgainThatItChanged) {
+    TIniDocument document("[A]\nk=1\n[B]\n");
+    document.WriteText("A", "k", "22");
+    document.WriteText("A", "k", "3");
+    document.EraseKey("A", "k");
+    document.WriteText("A", "k", "4");
+    document.WriteText("A", "k", "55");
+    EXPECT_EQ(document.Bytes(), "[A]\nk=55\n[B]\n");
+}
+
+TEST(IniDocument, ACopyIsIndependent) {
+    TIniDocument document("[A]\nk=1\n");
+    const TIniDocument copy = document;
+    document.WriteText("A", "k", "2");
+    document.WriteText("B", "x", "3");
+    EXPECT_EQ(copy.Bytes(), "[A]\nk=1\n");
+    EXPECT_FALSE(copy.HasSection("B"));
+    EXPECT_EQ(document.Bytes(), "[A]\nk=2\n[B]\nx=3\n");
+}
+
 }  // namespace
 }  // namespace tolvane

@@ -114,6 +114,17 @@ TEST(IniDocumentZoo, ReadsAndWritesUtf8AfterItsByteOrderMark) {
     EXPECT_EQ(document.Bytes(), "\xEF\xBB\xBF[A]\r\nk=\xD0\x9A\xD0\xB3\r\n");
 }
 
+TEST(IniDocumentZoo, FindsNamesOfUtf8InAnyCase) {
+    // [Щанд] and Ж=1, in upper and in lower case
+    TIniDocument document(
+        "\xEF\xBB\xBF[\xD0\xA9\xD0\x90\xD0\x9D\xD0\x94]\n\xD0\x96=1\n"
+        "[\xD1\x89\xD0\xB0\xD0\xBD\xD0\xB4]\n\xD0\xB6=2\n");
+    EXPECT_EQ(document.Value("щанд"_cp1251, "ж"_cp1251), "1");
+    EXPECT_EQ(document.Keys("Щанд"_cp1251), std::vector<std::string>{std::string("Ж"_cp1251)});
+    document.EraseSection("щАНД"_cp1251);
+    EXPECT_EQ(document.Bytes(), "\xEF\xBB\xBF");
+}
+
 TEST(IniDocumentZoo, ReadsCodePageBytesAfterAUtf8MarkToo) {
     const TIniDocument document("\xEF\xBB\xBF[A]\r\nk=\xC2\xE5\xE7\xED\xE0\r\n");
     EXPECT_EQ(document.Value("A", "k"), "Везна"_cp1251);

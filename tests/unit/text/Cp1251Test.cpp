@@ -141,6 +141,12 @@ TEST(AppendUpperCase, LeavesWhatStandsThere) {
     EXPECT_EQ(text, "aБВ"_cp1251);
 }
 
+TEST(HashIgnoringCase, IsTheSameForTextsThatDifferInCase) {
+    EXPECT_EQ(HashIgnoringCase("сИРене"_cp1251, 7), HashIgnoringCase("Сирене"_cp1251, 7));
+    EXPECT_NE(HashIgnoringCase("сирене"_cp1251, 7), HashIgnoringCase("сирена"_cp1251, 7));
+    EXPECT_NE(HashIgnoringCase("сирене"_cp1251, 7), HashIgnoringCase("сирене"_cp1251, 8));
+}
+
 TEST(ContainsUpperCased, FindsTheNeedleInAnyCase) {
     const std::string_view needle = "СИР"_cp1251;
     EXPECT_TRUE(ContainsUpperCased("Краве сирене"_cp1251, needle));
