@@ -21,6 +21,16 @@ protected:
         return problems.at(0);
     }
 
+    // What the scale would hold of article 1.
+    nlohmann::json Shown(int exitCode) {
+        const TRun run = Run({"check", "--show", "1", "--json"});
+        EXPECT_EQ(run.exitCode, exitCode) << run.err;
+        const nlohmann::json rows = run.Rows("texts");
+        EXPECT_GT(rows.size(), 2U) << run.out;
+        EXPECT_EQ(rows.at(0).at("label"), "price");
+        return rows;
+    }
+
     TVirtualScale* scale_ = nullptr;
 };
 
@@ -147,25 +157,17 @@ TEST_F(CheckTest, CommaSeparatedValuesHaveALineOfKeys) {
 }
 
 TEST_F(CheckTest, AnArticleIsShownAsTheScaleWouldHoldIt) {
-    const TRun run = Run({"check", "--show", "1", "--json"});
-    EXPECT_EQ(run.exitCode, 0) << run.err;
-    const auto rows = run.Rows("texts");
-    ASSERT_GT(rows.size(), 2U);
-    EXPECT_EQ(rows[0].at("label"), "price");
+    const nlohmann::json rows = Shown(0);
     EXPECT_EQ(rows[0].at("shown"), "2.50");
     bool named = false;
     for (const auto& row : rows)
         named = named || row.at("shown") == "Ябълки зелени";
-    EXPECT_TRUE(named) << run.out;
+    EXPECT_TRUE(named) << rows;
 }
 
 TEST_F(CheckTest, AnArticleThatIsNotWrittenIsShownAsNotHeld) {
     Sql("update PLUES set PLU_SELL_PRICE = 30000000 where PLU_NUMB = 101");
-    const TRun run = Run({"check", "--show", "1", "--json"});
-    EXPECT_EQ(run.exitCode, 6) << run.err;
-    const auto rows = run.Rows("texts");
-    ASSERT_GT(rows.size(), 2U);
-    EXPECT_EQ(rows[0].at("label"), "price");
+    const nlohmann::json rows = Shown(6);
     EXPECT_EQ(rows[0].at("wanted"), "30000000.00");
     EXPECT_EQ(rows[0].at("note"),
               "not written: the price is above 9999.99, which a scale cannot hold");
@@ -175,10 +177,8 @@ TEST_F(CheckTest, AnArticleThatIsNotWrittenIsShownAsNotHeld) {
 
 TEST_F(CheckTest, OfTwoArticlesWithOneNumberTheWinnerIsShownAsHeld) {
     Sql("update PLUES set PLU_SCALE_NUMB = 1 where PLU_NUMB = 102");
-    const TRun run = Run({"check", "--show", "1", "--json"});
-    EXPECT_EQ(run.exitCode, 6) << run.err;
     std::vector<std::string> prices;
-    for (const auto& row : run.Rows("texts"))
+    for (const auto& row : Shown(6))
         if (row.at("label") == "price") prices.push_back(row.at("shown"));
     EXPECT_EQ(prices, (std::vector<std::string>{"", "3.40"}));
 }

@@ -1,14 +1,10 @@
 // A server that dies when everything has been read: the connection cannot be closed, and an
 // interrupt and the deadline are heard all the same.
 
-#include <thread>
-
 #include "tests/command/program/ProgramTest.h"
 
 namespace tolvane::test {
 namespace {
-
-constexpr std::chrono::seconds kBeforeLong{15};
 
 class HangingDetachTest : public TProgramTest {
 protected:
@@ -22,12 +18,7 @@ protected:
         return Start(words);
     }
     bool IsDetaching() const {
-        const auto end = std::chrono::steady_clock::now() + kBeforeLong;
-        while (std::chrono::steady_clock::now() < end) {
-            if (std::filesystem::exists(Detaching())) return true;
-            std::this_thread::yield();
-        }
-        return false;
+        return Soon([this] { return std::filesystem::exists(Detaching()); });
     }
 
     TVirtualScale* scale_;
@@ -37,7 +28,7 @@ TEST_F(HangingDetachTest, TheFirstInterruptEndsTheProgram) {
     const std::unique_ptr<TProcess> process = StartHanging({"write"});
     ASSERT_TRUE(IsDetaching());
     process->Interrupt();
-    ASSERT_TRUE(process->WaitFor(kBeforeLong));
+    ASSERT_TRUE(process->WaitFor(kSoon));
     const TRun run = Ended(*process);
     EXPECT_EQ(run.exitCode, 130);
     EXPECT_EQ(run.err, "tolvane: Interrupted while the database was read; no scale was touched.\n");
@@ -47,7 +38,7 @@ TEST_F(HangingDetachTest, TheFirstInterruptEndsTheProgram) {
 TEST_F(HangingDetachTest, TheDeadlineEndsTheProgram) {
     const std::unique_ptr<TProcess> process = StartHanging({"write", "--deadline", "3s"});
     ASSERT_TRUE(IsDetaching());
-    ASSERT_TRUE(process->WaitFor(kBeforeLong));
+    ASSERT_TRUE(process->WaitFor(kSoon));
     const TRun run = Ended(*process);
     EXPECT_EQ(run.exitCode, 4);
     EXPECT_EQ(run.err,

@@ -9,6 +9,7 @@
 #include <nlohmann/json.hpp>
 #include <string>
 #include <string_view>
+#include <thread>
 #include <vector>
 
 #include "database/Attachment.h"
@@ -73,6 +74,18 @@ protected:
 
     // The login of a database on the server, the demo shop's.
     TWords OnServer(const TWords& words);
+
+    static constexpr std::chrono::seconds kSoon{15};
+    // Whether it becomes so in that time.
+    template <class Condition>
+    static bool Soon(const Condition& isSo) {
+        const auto end = std::chrono::steady_clock::now() + kSoon;
+        while (!isSo()) {
+            if (std::chrono::steady_clock::now() >= end) return false;
+            std::this_thread::yield();
+        }
+        return true;
+    }
 
     // Changes the shop's database, UTF-8.
     void Sql(const std::string& statement) const;

@@ -4,14 +4,11 @@
 #include <sys/file.h>
 #include <unistd.h>
 
-#include <thread>
-
 #include "tests/command/program/ProgramTest.h"
 
 namespace tolvane::test {
 namespace {
 
-constexpr std::chrono::seconds kEarly{15};
 constexpr const char* kWaits =
     "Another program has the database open; waiting up to 30 seconds for it.\n";
 
@@ -32,12 +29,7 @@ protected:
         holder_ = -1;
     }
     bool SaysThatItWaits() const {
-        const auto end = std::chrono::steady_clock::now() + kEarly;
-        while (std::chrono::steady_clock::now() < end) {
-            if (GetFile(folder_ / "run" / "err") == kWaits) return true;
-            std::this_thread::yield();
-        }
-        return false;
+        return Soon([this] { return GetFile(folder_ / "run" / "err") == kWaits; });
     }
 
     int holder_ = -1;
@@ -66,7 +58,7 @@ TEST_F(SharedFileTest, AnInterruptEndsTheWaitAtOnce) {
     const std::unique_ptr<TProcess> process = StartRefused({"write"});
     EXPECT_TRUE(SaysThatItWaits());
     process->Interrupt();
-    ASSERT_TRUE(process->WaitFor(kEarly));
+    ASSERT_TRUE(process->WaitFor(kSoon));
     const TRun run = Ended(*process);
     EXPECT_EQ(run.exitCode, 130);
     EXPECT_EQ(run.err, std::string(kWaits) +
@@ -76,7 +68,7 @@ TEST_F(SharedFileTest, AnInterruptEndsTheWaitAtOnce) {
 
 TEST_F(SharedFileTest, TheDeadlineEndsTheWait) {
     const std::unique_ptr<TProcess> process = StartRefused({"write", "--deadline", "1s"});
-    ASSERT_TRUE(process->WaitFor(kEarly));
+    ASSERT_TRUE(process->WaitFor(kSoon));
     const TRun run = Ended(*process);
     EXPECT_EQ(run.exitCode, 4);
     EXPECT_EQ(run.err, std::string(kWaits) +
@@ -105,7 +97,7 @@ TEST_F(SharedFileTest, TheFileIsFreeWhileScalesAreWritten) {
     TVirtualScale& scale = AddScale(2);
     scale.SetFaults({.faults = {simulator::FaultFromText("slow,ms=300")}});
     const std::unique_ptr<TProcess> process = Start({"write"});
-    ASSERT_TRUE(scale.WaitForRequests(2, kEarly));
+    ASSERT_TRUE(scale.WaitForRequests(2, kSoon));
     EXPECT_NO_THROW(TAttachment{Login()});
     scale.SetFaults({});
     EXPECT_EQ(Ended(*process).exitCode, 3) << "a scale is dead";
