@@ -42,6 +42,26 @@ std::vector<std::int32_t> NumbersOf(const std::vector<TPlannedArticle>& articles
     return numbers;
 }
 
+// Answers, after a stop, whether an article is still to be finished: a scale that takes longer than
+// this for a command would keep who has stopped the run for up to a minute.
+class TFinishing {
+public:
+    TFinishing(const TRunStop& stop, TClock& clock)
+        : stop_(stop), clock_(clock), last_(clock.Now()) {}
+    bool GoesOn() {
+        const TTimePoint now = clock_.Now();
+        const bool quick = now - std::exchange(last_, now) <= kQuick;
+        return quick || !stop_.IsStopped();
+    }
+
+private:
+    static constexpr TMilliseconds kQuick{200};
+
+    const TRunStop& stop_;
+    TClock& clock_;
+    TTimePoint last_;  // when the command before began
+};
+
 }  // namespace
 
 TLedgerJob::TLedgerJob(const TJobParts& parts, const TScaleRec& rec, TLedgerParts ledger)
@@ -204,30 +224,6 @@ void TWriteJob::WorkWithLedger(TElicomScale& scale, const TScaleVersion& version
     Write(scale, version, plan.toWrite);
     if (task_.prune && !IsStopped()) Prune(scale);
 }
-
-namespace {
-
-// Answers, after a stop, whether an article is still to be finished: a scale that takes longer than
-// this for a command would keep who has stopped the run for up to a minute.
-class TFinishing {
-public:
-    TFinishing(const TRunStop& stop, TClock& clock)
-        : stop_(stop), clock_(clock), last_(clock.Now()) {}
-    bool GoesOn() {
-        const TTimePoint now = clock_.Now();
-        const bool quick = now - std::exchange(last_, now) <= kQuick;
-        return quick || !stop_.IsStopped();
-    }
-
-private:
-    static constexpr TMilliseconds kQuick{200};
-
-    const TRunStop& stop_;
-    TClock& clock_;
-    TTimePoint last_;  // when the command before began
-};
-
-}  // namespace
 
 void TWriteJob::Write(TElicomScale& scale, const TScaleVersion& version,
                       const std::vector<TPlannedArticle>& articles) {

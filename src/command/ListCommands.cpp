@@ -1,5 +1,6 @@
 // What there is: articles, article lines, scales.
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <optional>
