@@ -5,6 +5,7 @@
 // articles go into every scale.
 //
 //   bench_command [scales, one of them silent] [very many scales, or 0] [articles]
+//   bench_command --quick
 
 #include <algorithm>
 #include <chrono>
@@ -19,6 +20,7 @@
 #include <vector>
 
 #include "ManyScales.h"
+#include "tests/bench/measure/Quick.h"
 #include "tests/support/program/PlainShop.h"
 #include "tests/support/program/ScaleShop.h"
 
@@ -170,12 +172,14 @@ int main(int count, char** arguments) {
     if (count > 4 && arguments[1] == std::string_view("--run"))
         return tolvane::bench::WriteManyScales(arguments[2], arguments[3],
                                                {arguments + 4, arguments + count});
-    const auto number = [&](int index, int usual) {
+    const bool quick = tolvane::bench::IsQuick(count, arguments);
+    const auto number = [&](int index, int usual, int few) {
+        if (quick) return few;
         return count > index ? std::atoi(arguments[index]) : usual;
     };
-    const auto many = static_cast<std::size_t>(number(1, 20));
-    const auto veryMany = static_cast<std::size_t>(number(2, 200));
-    const int articles = number(3, 300);
+    const auto many = static_cast<std::size_t>(number(1, 20, 2));
+    const auto veryMany = static_cast<std::size_t>(number(2, 200, 3));
+    const int articles = number(3, 300, 5);
     const double wholeRun = tolvane::bench::PrintManyScales(many, articles);
     if (veryMany > 0) tolvane::bench::PrintVeryMany(veryMany, articles);
     tolvane::bench::PrintOneAfterAnother(many, articles, wholeRun);

@@ -9,6 +9,7 @@
 #include "config/IniFile.h"
 #include "config/ScaleTable.h"
 #include "system/TemporaryFile.h"
+#include "tests/bench/measure/Quick.h"
 #include "tests/bench/measure/Sides.h"
 #include "text/Cp1251.h"
 
@@ -37,8 +38,10 @@ void ChangeScales(TIniDocument& document) {
     table.Save(document);
 }
 
-void CompareSave(const std::filesystem::path& file, const char* name, const TLineMaker& line) {
+void CompareSave(const std::filesystem::path& file, const char* name, const TLineMaker& line,
+                 bool quick) {
     for (const std::size_t mebibytes : {1U, 4U}) {
+        if (quick && mebibytes > 1) return;
         const std::string before = FullOf(line, mebibytes);
         TIniDocument document(before);
         ChangeScales(document);
@@ -57,20 +60,23 @@ void CompareSave(const std::filesystem::path& file, const char* name, const TLin
     }
 }
 
-void Run() {
+void Run(bool quick) {
     const std::filesystem::path file = std::filesystem::temp_directory_path() / "tolvane-bench.ini";
-    CompareSave(file, "section headers",
-                [](std::size_t number) { return "[S" + std::to_string(number) + ']'; });
-    CompareSave(file, "keys",
-                [](std::size_t number) { return 'k' + std::to_string(number) + "=1"; });
-    CompareSave(file, "comments",
-                [](std::size_t number) { return "; note " + std::to_string(number); });
+    CompareSave(
+        file, "section headers",
+        [](std::size_t number) { return "[S" + std::to_string(number) + ']'; }, quick);
+    CompareSave(
+        file, "keys", [](std::size_t number) { return 'k' + std::to_string(number) + "=1"; },
+        quick);
+    CompareSave(
+        file, "comments", [](std::size_t number) { return "; note " + std::to_string(number); },
+        quick);
     std::filesystem::remove(file);
 }
 
 }  // namespace
 }  // namespace tolvane::bench
 
-int main() {
-    tolvane::bench::Run();
+int main(int count, char** arguments) {
+    tolvane::bench::Run(tolvane::bench::IsQuick(count, arguments));
 }

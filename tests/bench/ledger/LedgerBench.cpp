@@ -1,5 +1,5 @@
 // Prints what a save and a load of a scale's ledger take, and how large its file is, by the number
-// of articles: the median of some, in a folder of the temporary folder or in the one that is named.
+// of articles: the median of some, in a folder of the temporary folder.
 
 #include <algorithm>
 #include <chrono>
@@ -10,6 +10,7 @@
 
 #include "command/Ledger.h"
 #include "command/LedgerText.h"
+#include "tests/bench/measure/Quick.h"
 
 namespace tolvane::bench {
 namespace {
@@ -58,11 +59,11 @@ void Measure(const path& folder, std::int32_t articles) {
 }  // namespace tolvane::bench
 
 int main(int count, char** arguments) {
-    const std::filesystem::path parent =
-        count > 1 ? std::filesystem::path(arguments[1]) : std::filesystem::temp_directory_path();
-    const std::filesystem::path folder = parent / "tolvane-bench-ledger";
+    const bool quick = tolvane::bench::IsQuick(count, arguments);
+    const std::filesystem::path folder =
+        std::filesystem::temp_directory_path() / "tolvane-bench-ledger";
     std::printf("articles    save ms    text ms    load ms      bytes\n");
     for (const std::int32_t articles : {1000, 4000, 20'000, 100'000})
-        tolvane::bench::Measure(folder, articles);
+        if (!quick || articles <= 1000) tolvane::bench::Measure(folder, articles);
     std::filesystem::remove_all(folder);
 }
