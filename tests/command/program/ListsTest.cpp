@@ -185,7 +185,9 @@ protected:
 TEST_F(TakenPortTest, ASearchThatCannotAskSaysWhyAndFails) {
     const TRun run = RunBare({"discover", "-q", "--json"});
     EXPECT_EQ(run.exitCode, run.Rows("modules").empty() ? 5 : 3);
-    EXPECT_TRUE(run.err.starts_with("tolvane: UDP port 5001 cannot be opened: ")) << run.err;
+    // A computer without any network says that before.
+    EXPECT_NE(run.err.find("tolvane: UDP port 5001 cannot be opened: "), std::string::npos)
+        << run.err;
     EXPECT_TRUE(run.err.ends_with(
         ". End the program that has it, such as another search, and search again.\n"))
         << run.err;
