@@ -7,6 +7,8 @@
 #   wine_regional <code page> <separator>
 #                                1251|1252 and comma|point: the system code page, and the user's
 #                                number, date and time formats, of every program that follows
+#   wine_resolution <dots per inch>
+#                                of every program that follows; wine_prefix_make sets 96 again
 #   wine_run <program> <argument>...
 #                                runs the program and returns its exit code
 #   wine_com_port <COM5> <path>  maps a port name to a pty; ends the prefix's Wine processes
@@ -96,6 +98,7 @@ wine_prefix_make_first() {
     wine_command env -u DISPLAY timeout 300 wineboot -i
     wine_stop
     [ -e "$WINE_PREFIX/system.reg" ] || fail "wineboot made no prefix in $WINE_PREFIX"
+    printf '96\n' >"$WINE_PREFIX/tolvane-resolution"
     touch "$WINE_PREFIX/tolvane-made"
 }
 
@@ -120,6 +123,7 @@ wine_prefix_make() {
     # The package's own fonts (the signs of the caption buttons are one) are not found otherwise.
     ln -sfn /usr/share/wine/fonts/*.ttf "$WINE_PREFIX/drive_c/windows/Fonts/"
     wine_desktop
+    wine_resolution 96
 }
 
 # wine_import <file>: a registry file into the prefix.
@@ -146,6 +150,16 @@ REGEDIT4
 REGISTRY
     wine_import "$file"
     printf '%s\n' "$desktop" >"$WINE_PREFIX/tolvane-desktop"
+}
+
+wine_resolution() {
+    local file=$WINE_PREFIX/drive_c/tolvane-resolution.reg
+    [ "$(wine_state resolution)" != "$1" ] || return 0
+    wine_stop
+    rm -f "$WINE_PREFIX/tolvane-resolution"
+    printf 'REGEDIT4\n\n[HKEY_CURRENT_USER\\Control Panel\\Desktop]\n"LogPixels"=dword:%08x\n' "$1" >"$file"
+    wine_import "$file"
+    printf '%s\n' "$1" >"$WINE_PREFIX/tolvane-resolution"
 }
 
 # regional_values <separator>: the user's formats as the registry keeps them.

@@ -8,12 +8,6 @@
 SETTINGS_TESTS=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 SETTINGS_LAYOUT=$ROOT/docs/settings-windows.md
 
-settings_resolution() {
-    local file=$WINE_PREFIX/drive_c/tolvane-resolution.reg
-    printf 'REGEDIT4\n\n[HKEY_CURRENT_USER\\Control Panel\\Desktop]\n"LogPixels"=dword:%08x\n' "$1" >"$file"
-    wine_import "$file"
-}
-
 # settings_page <dots per inch>: the page; fails when a picture that the document names was not taken,
 # or one was taken that it does not name.
 settings_page() {
@@ -33,12 +27,11 @@ settings_test() {
     local program=$1/tests/module/settings/test_settings.exe resolution=$2 all=yes status=0
     shift 2
     if [ -n "${GTEST_FILTER:-}" ] || [[ $* == *--gtest_filter* ]]; then all=no; fi
-    settings_resolution "$resolution"
+    wine_resolution "$resolution"
     mkdir -p "$MODULE_SHOTS" "$MODULE_BITMAPS"
     [ "$all" = no ] || rm -f "$MODULE_SHOTS"/settings-*-"$resolution".png
     TOLVANE_SCREENSHOTS=$MODULE_BITMAPS wine_run "$program" "$@" || status=$?
     module_pictures
-    [ "$resolution" = 96 ] || settings_resolution 96
     if [ "$status" -eq 0 ] && [ "$all" = yes ]; then settings_page "$resolution"; fi
     return "$status"
 }
