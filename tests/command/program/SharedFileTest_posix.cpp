@@ -67,7 +67,8 @@ TEST_F(SharedFileTest, AnInterruptEndsTheWaitAtOnce) {
 }
 
 TEST_F(SharedFileTest, TheDeadlineEndsTheWait) {
-    const std::unique_ptr<TProcess> process = StartRefused({"write", "--deadline", "1s"});
+    // Time enough to ask for the file first, on a busy computer too.
+    const std::unique_ptr<TProcess> process = StartRefused({"write", "--deadline", "5s"});
     ASSERT_TRUE(process->WaitFor(kSoon));
     const TRun run = Ended(*process);
     EXPECT_EQ(run.exitCode, 4);
