@@ -49,6 +49,24 @@ function(tolvane_program name)
     target_link_libraries(${name} PRIVATE ${arg_LINKS} tolvane_warnings)
 endfunction()
 
+# tolvane_version(<name> <description>): for Windows, the file's version resource.
+function(tolvane_version name description)
+    if(NOT WIN32)
+        return()
+    endif()
+    get_target_property(kind ${name} TYPE)
+    if(kind STREQUAL SHARED_LIBRARY)
+        set(type 0x2)
+        set(extension .dll)
+    else()
+        set(type 0x1)
+        set(extension .exe)
+    endif()
+    set(resource ${CMAKE_CURRENT_BINARY_DIR}/${name}Version.rc)
+    configure_file(${PROJECT_SOURCE_DIR}/cmake/Version.rc.in ${resource} @ONLY)
+    target_sources(${name} PRIVATE ${resource})
+endfunction()
+
 # Tests are compiled so that building them is quick. A failed test names its own line, so nobody needs debug
 # information; of the sanitizers only the one that watches memory stays. Objects for Windows keep each
 # inline function in a section of its own, and the linker walks all symbols for each section: without any

@@ -158,6 +158,8 @@ TProgramOptions ParseProgramOptions(int argc, const char* const* argv) {
     TProgramOptions program;
     TArguments arguments;
     CLI::App app("A label scale in software: keeps what is written into it", "virtual-scale");
+    app.set_version_flag("--version", "virtual-scale " TOLVANE_VERSION,
+                         "Print the version and end");
     AddScaleOptions(app, arguments, program);
     AddLinkOptions(app, arguments, program);
     AddFaultOptions(app, arguments);

@@ -106,6 +106,7 @@ TEST(ProgramOptionsTest, AWrongOption_EndsTheProgram) {
     EXPECT_NE(Parse({"--capacity", "65536"}).exitCode.value_or(0), 0);
     EXPECT_NE(Parse({"--save-on-weighing"}).exitCode.value_or(0), 0);
     EXPECT_EQ(Parse({"--help"}).exitCode, 0);
+    EXPECT_EQ(Parse({"--version"}).exitCode, 0);
 }
 
 }  // namespace
