@@ -29,6 +29,7 @@ else()
     file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/AsioCode.cpp CONTENT "#include <asio/impl/src.hpp>\n")
     add_library(tolvane_asio STATIC ${CMAKE_BINARY_DIR}/AsioCode.cpp)
     target_compile_definitions(tolvane_asio PUBLIC ASIO_SEPARATE_COMPILATION)
+    target_link_libraries(tolvane_asio PRIVATE tolvane_hardening)
 endif()
 target_link_libraries(tolvane_asio ${scope} tolvane_headers Threads::Threads)
 # Without the last of these it depends on the headers that a file includes before Asio's whether Asio frees
