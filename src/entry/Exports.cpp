@@ -63,9 +63,4 @@ void TOLVANE_STDCALL OperationProcedure(void* appHandle, std::int32_t operationN
     });
 }
 
-BOOL WINAPI DllMain(HINSTANCE /*module*/, DWORD reason, void* processEnds) {
-    if (reason == DLL_PROCESS_DETACH && processEnds == nullptr) tolvane::ReleaseWindowClasses();
-    return TRUE;
-}
-
 }  // extern "C"

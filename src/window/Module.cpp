@@ -4,6 +4,7 @@
 #include <new>
 
 #include "window/Handles.h"
+#include "window/ThreadState.h"
 
 // The linker puts this at the start of the image.
 extern "C" IMAGE_DOS_HEADER __ImageBase;  // NOLINT
@@ -60,6 +61,8 @@ TModuleHold::TModuleHold(HWND uiWindow) noexcept
 
 TModuleHold::~TModuleHold() {
     if (module_ == nullptr) return;
+    // The helper may be the thread that unloads the module, and can end only its own.
+    EndThreadState();
     // Without the helper the module stays loaded, which does no harm.
     std::unique_ptr<TRelease> release(new (std::nothrow) TRelease{uiWindow_, uiThread_});
     if (!release) return;
