@@ -15,6 +15,7 @@
 
 #include "host/HostMenu.h"
 #include "host/TradeHostForm.h"
+#include "system/Library.h"
 #include "text/Cp1251.h"
 #include "text/Failure.h"
 #include "window/Handles.h"
@@ -61,6 +62,7 @@ int RunMessages(const TTradeHostForm& form) {
 int Run(int show) {
     // When a library cannot be loaded, this program says so; the system must not show its own box.
     SetErrorMode(SEM_FAILCRITICALERRORS);
+    IgnoreLibrariesOfCurrentFolder();
     TTradeHostForm form(Program());
     ShowWindow(form.Handle(), show);
     UpdateWindow(form.Handle());

@@ -8,10 +8,12 @@
 #include "command/Options.h"
 #include "system/Console.h"
 #include "system/Interrupts.h"
+#include "system/Library.h"
 
 int main(int argc, char** argv) {
     using namespace tolvane;
     const TTimePoint start = SystemClock().Now();
+    IgnoreLibrariesOfCurrentFolder();
     const TConsole console;
     TParsedOptions parsed = ParseOptions(ProgramArguments(argc, argv), &EnvironmentVariable);
     std::cout << parsed.output << std::flush;

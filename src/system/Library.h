@@ -17,6 +17,9 @@ void* FindLoadedLibrary(const char* name);
 void* FindFunction(void* library, const char* name);
 // What a client library is usually called, likeliest first.
 std::vector<std::string> UsualClientLibraries();
+// From now on a library that is named without a folder is not looked for in the current one, where
+// anybody may have put a file. For a program at its start: a module leaves it to its host.
+void IgnoreLibrariesOfCurrentFolder() noexcept;
 // Where this system gets a missing one from, as the beginning of an English sentence.
 std::string_view ClientLibraryCure();
 

@@ -22,6 +22,9 @@ std::vector<std::string> UsualClientLibraries() {
     return {"libfbclient.so.2"};
 }
 
+// This system never looks there.
+void IgnoreLibrariesOfCurrentFolder() noexcept {}
+
 std::string_view ClientLibraryCure() {
     return "Install the Firebird client (Debian: libfbclient2)";
 }

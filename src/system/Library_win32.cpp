@@ -39,6 +39,10 @@ std::vector<std::string> UsualClientLibraries() {
     return {"fbclient.dll", "gds32.dll"};
 }
 
+void IgnoreLibrariesOfCurrentFolder() noexcept {
+    SetDllDirectoryW(L"");
+}
+
 std::string_view ClientLibraryCure() {
     return "Install the 32-bit Firebird client (fbclient.dll)";
 }

@@ -45,12 +45,13 @@ TVisualStyleScope::~TVisualStyleScope() {
 int CommonControlsVersion() noexcept {
     constexpr int kPlain = 5;
     const TVisualStyleScope style;
-    const TOwnedLibrary library(LoadLibraryW(L"comctl32.dll"));
-    if (!library) return kPlain;
+    // The controls that exist have loaded it.
+    const HMODULE library = GetModuleHandleW(L"comctl32.dll");
+    if (library == nullptr) return kPlain;
     DLLVERSIONINFO info{};
     info.cbSize = sizeof info;
     const auto getVersion = reinterpret_cast<DLLGETVERSIONPROC>(
-        reinterpret_cast<void*>(GetProcAddress(library.Get(), "DllGetVersion")));
+        reinterpret_cast<void*>(GetProcAddress(library, "DllGetVersion")));
     const bool known = getVersion != nullptr && getVersion(&info) == S_OK;
     return known ? static_cast<int>(info.dwMajorVersion) : kPlain;
 }
