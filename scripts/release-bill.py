@@ -1,0 +1,80 @@
+"""Prints the bill of materials of a release as CycloneDX 1.5: what is in the table of docs/third-party.md, and
+the programs and files of the release with their SHA-256.
+
+usage: release-bill.py VERSION SECONDS THIRD-PARTY.md RELEASE-FOLDER ZIP-CONTENT LINUX-BUILD
+"""
+
+import hashlib
+import json
+import pathlib
+import re
+import sys
+import time
+import uuid
+
+
+def table(page):
+    """The rows of the page's table: component, version, licence, programs, Debian packages."""
+    for line in page.read_text(encoding="utf-8").splitlines():
+        cells = [cell.strip() for cell in line.strip("|").split("|")]
+        if line.startswith("|") and len(cells) == 5 and "`" in cells[4]:
+            yield cells[:4] + [re.findall(r"`([^`]+)`", cells[4])]
+
+
+def library(row):
+    name, version, licence, programs, packages = row
+    single = " " not in licence
+    return {
+        "type": "library",
+        "bom-ref": packages[0],
+        "name": name,
+        "version": version,
+        "licenses": [{"license": {"id": licence}} if single else {"expression": licence}],
+        "properties": [{"name": "tolvane:in", "value": programs}]
+        + [{"name": "tolvane:debian-package", "value": package} for package in packages],
+    }
+
+
+def file(path, name, kind, version):
+    return {
+        "type": kind,
+        "bom-ref": name,
+        "name": name,
+        "version": version,
+        "licenses": [{"license": {"id": "MIT"}}],
+        "hashes": [{"alg": "SHA-256", "content": hashlib.sha256(path.read_bytes()).hexdigest()}],
+    }
+
+
+def main(version, seconds, page, release, content, linux):
+    content, linux = pathlib.Path(content), pathlib.Path(linux)
+    programs = [content / "Operations/Tolvane.dll"] + sorted(content.glob("*.exe"))
+    components = [file(path, "win32/" + path.name, "application", version) for path in programs]
+    for path in (linux / "src/command/tolvane", linux / "simulator/virtual-scale"):
+        components.append(file(path, "linux/" + path.name, "application", version))
+    for path in sorted(pathlib.Path(release).iterdir()):
+        if path.suffix in (".zip", ".exe", ".deb"):
+            components.append(file(path, path.name, "file", version))
+    components += [library(row) for row in table(pathlib.Path(page))]
+    bill = {
+        "bomFormat": "CycloneDX",
+        "specVersion": "1.5",
+        "serialNumber": "urn:uuid:" + str(uuid.uuid5(uuid.NAMESPACE_URL, json.dumps(components))),
+        "version": 1,
+        "metadata": {
+            "timestamp": time.strftime("%Y-%m-%dT%H:%M:%SZ", time.gmtime(int(seconds))),
+            "component": {
+                "type": "application",
+                "bom-ref": "tolvane",
+                "name": "Tolvane",
+                "version": version,
+                "licenses": [{"license": {"id": "MIT"}}],
+            },
+        },
+        "components": components,
+    }
+    print(json.dumps(bill, indent=2, ensure_ascii=False))
+
+
+if __name__ == "__main__":
+    main(*sys.argv[1:])

@@ -1,0 +1,170 @@
+# shellcheck shell=bash disable=SC1091
+# Sourced by release.sh and its tests: the steps of a release. What they make lies in build/release-VERSION,
+# what they need meanwhile in build/release-work.
+
+source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
+
+# The one place of the version is CMakeLists.txt; the day of the release stands in CHANGELOG.md.
+RELEASE_VERSION=$(sed -nE 's/^project\(Tolvane VERSION ([0-9.]+) .*$/\1/p' "$ROOT/CMakeLists.txt")
+RELEASE_DAY=$(sed -nE "s/^## ${RELEASE_VERSION//./\\.} - ([0-9]{4}-[0-9]{2}-[0-9]{2})\$/\1/p" "$ROOT/CHANGELOG.md")
+[ -n "$RELEASE_DAY" ] || fail "CHANGELOG.md has no part \"## $RELEASE_VERSION - YYYY-MM-DD\""
+RELEASE=$BUILD/release-$RELEASE_VERSION
+RELEASE_WORK=$BUILD/release-work
+RELEASE_WINDOWS=$BUILD/release-windows
+RELEASE_LINUX=$BUILD/release-linux
+RELEASE_ZIP=tolvane-$RELEASE_VERSION-win32
+RELEASE_SETUP=tolvane-$RELEASE_VERSION-setup.exe
+
+# Nothing of what is made depends on the place, the time, the language or the rights of whoever makes it.
+export LC_ALL=C.UTF-8 TZ=UTC SOURCE_DATE_EPOCH
+SOURCE_DATE_EPOCH=$(date -u -d "$RELEASE_DAY" +%s)
+umask 022
+
+# release_build windows|linux <target>...
+release_build() {
+    local system=$1
+    shift
+    cmake --preset "release-$system" -B "$BUILD/release-$system"
+    cmake --build "$BUILD/release-$system" --target "$@" -- -j "$JOBS"
+}
+
+release_windows_programs() {
+    printf '%s\n' "$RELEASE_WINDOWS/src/entry/Tolvane.dll" "$RELEASE_WINDOWS/host/TradeHost.exe" \
+        "$RELEASE_WINDOWS/src/command/tolvane.exe" "$RELEASE_WINDOWS/simulator/virtual-scale.exe"
+}
+
+release_linux_programs() {
+    printf '%s\n' "$RELEASE_LINUX/src/command/tolvane" "$RELEASE_LINUX/simulator/virtual-scale"
+}
+
+# Each has the version, and no path of this machine: neither of the sources, nor of the build, nor of a home.
+release_check_programs() {
+    local program paths
+    "$SCRIPTS/check-module.sh" "$RELEASE_WINDOWS/src/entry/Tolvane.dll"
+    while read -r program; do
+        paths=$({ strings -a "$program"; strings -a -el "$program"; } | grep -F -e "$ROOT" -e "$BUILD" -e "${HOME:-/root}/" || true)
+        [ -z "$paths" ] || fail "$program tells where it was built: $paths"
+    done < <(release_windows_programs; release_linux_programs)
+    while read -r program; do
+        [ "$(release_version_of "$program")" = "$RELEASE_VERSION" ] || fail "$program has another version"
+    done < <(release_windows_programs)
+    while read -r program; do
+        [ "$("$program" --version)" = "$(basename "$program") $RELEASE_VERSION" ] || fail "$program has another version"
+    done < <(release_linux_programs)
+    "$SCRIPTS/third-party.sh" --check "$RELEASE_WINDOWS" "$RELEASE_LINUX"
+}
+
+# release_version_of <program for Windows>: as its version resource tells it.
+release_version_of() {
+    i686-w64-mingw32-windres -O rc "$1" 2>/dev/null |
+        sed -nE 's/^ *VALUE "FileVersion", "(.*)"$/\1/p'
+}
+
+# A text for Windows' own editor: CRLF, and marked as UTF-8.
+release_text() {
+    printf '\xef\xbb\xbf' >"$2"
+    sed -e "s/@VERSION@/$RELEASE_VERSION/g" -e 's|(\.\./LICENSE)|(../LICENSE.txt)|' -e 's/\r$//' -e 's/$/\r/' "$1" >>"$2"
+}
+
+# release_same_times <folder>: all of it has the release's day.
+release_same_times() {
+    find "$1" -exec touch -h -d "@$SOURCE_DATE_EPOCH" {} +
+}
+
+# What the zip and the installer contain.
+release_stage_windows() {
+    local stage=$RELEASE_WORK/$RELEASE_ZIP page package
+    rm -rf "$stage"
+    mkdir -p "$stage"/{Operations,guide,examples,licences,tools}
+    cp "$RELEASE_WINDOWS/src/entry/Tolvane.dll" "$stage/Operations/"
+    cp "$RELEASE_WINDOWS/host/TradeHost.exe" "$RELEASE_WINDOWS/src/command/tolvane.exe" \
+        "$RELEASE_WINDOWS/simulator/virtual-scale.exe" "$stage/"
+    release_text packaging/windows/README.txt "$stage/README.txt"
+    release_text LICENSE "$stage/LICENSE.txt"
+    release_text CHANGELOG.md "$stage/CHANGELOG.md"
+    for page in user-guide command chain host-interface settings-windows third-party; do
+        release_text "docs/$page.md" "$stage/guide/$page.md"
+    done
+    release_text simulator/README.md "$stage/guide/virtual-scale.md"
+    cp -r docs/images "$stage/guide/images"
+    cp -r tools/windows tools/ansible tools/wireshark "$stage/tools/"
+    cp src/entry/HostInterface.h "$stage/examples/"
+    for page in Tolvane.ini TradeHost.ini tolvane.conf; do
+        sed 's/$/\r/' "packaging/examples/$page" | iconv -f UTF-8 -t CP1251 >"$stage/examples/$page"
+    done
+    while read -r package _; do
+        cp "/usr/share/doc/$package/copyright" "$stage/licences/$package.txt"
+    done < <("$SCRIPTS/third-party.sh" "$RELEASE_WINDOWS"; say nsis-common)
+    find "$stage" -name __pycache__ -exec rm -rf {} +
+    find "$stage" -type f -exec chmod 644 {} + -o -type d -exec chmod 755 {} +
+    release_same_times "$stage"
+}
+
+release_make_zip() {
+    release_stage_windows
+    mkdir -p "$RELEASE"
+    rm -f "$RELEASE/$RELEASE_ZIP.zip"
+    (cd "$RELEASE_WORK" && find "$RELEASE_ZIP" | sort | zip -q -X -9 -@ "$RELEASE/$RELEASE_ZIP.zip")
+}
+
+release_make_installer() {
+    [ -d "$RELEASE_WORK/$RELEASE_ZIP" ] || release_stage_windows
+    mkdir -p "$RELEASE"
+    makensis -V2 -WX -INPUTCHARSET UTF8 "-DVERSION=$RELEASE_VERSION" "-DSOURCE=$ROOT" \
+        "-DFILES=$RELEASE_WORK/$RELEASE_ZIP" "-DOUTPUT=$RELEASE/$RELEASE_SETUP" packaging/windows/Tolvane.nsi
+}
+
+# The manual page of the virtual scale, with the options as its help has them.
+release_scale_manual() {
+    sed -e "s/@VERSION@/$RELEASE_VERSION/" -e '/^@OPTIONS@$/,$d' packaging/debian/virtual-scale.1.in
+    # A description begins in column 31, or in a line of its own.
+    "$RELEASE_LINUX/simulator/virtual-scale" --help | awk '
+        function roff(text) { gsub(/^ +| +$/, "", text); gsub(/\\/, "\\\\", text); gsub(/-/, "\\-", text); return text }
+        function option(head, text) { print ".TP\n.B " roff(head) "\n" roff(text) }
+        /^  -/ { if (head) option(substr(head, 1, 30), substr(head, 31)); head = $0; next }
+        head { if (substr($0, 1, 30) ~ /^ +$/) { option(head, $0); head = "" } }
+        END { if (head) option(substr(head, 1, 30), substr(head, 31)) }'
+    sed '1,/^@OPTIONS@$/d' packaging/debian/virtual-scale.1.in
+}
+
+# The packages are made from the programs that are built already.
+release_make_packages() {
+    local work=$RELEASE_WORK/debian-packages program
+    rm -rf "$work"
+    mkdir -p "$work/tolvane" "$RELEASE"
+    cp -r packaging/debian "$work/tolvane/debian"
+    cd "$work/tolvane"
+    release_linux_programs | xargs cp -t .
+    cp "$RELEASE_LINUX/src/command/tolvane.1" .
+    mkdir completions
+    cp "$RELEASE_LINUX/src/command/tolvane.bash" completions/tolvane
+    cp "$ROOT"/tools/systemd/* "$ROOT"/docs/{command,chain}.md "$ROOT/CHANGELOG.md" .
+    cp "$ROOT"/packaging/examples/{Tolvane.ini,tolvane.conf} .
+    cp "$ROOT/simulator/README.md" virtual-scale.md
+    (cd "$ROOT" && release_scale_manual) >virtual-scale.1
+    cat >debian/changelog <<CHANGELOG
+tolvane ($RELEASE_VERSION-1) bookworm; urgency=medium
+
+  * What is new stands in /usr/share/doc/tolvane/changelog.gz.
+
+ -- $(sed -n 's/^Maintainer: //p' debian/control)  $(date -u -R -d "@$SOURCE_DATE_EPOCH")
+CHANGELOG
+    DEB_BUILD_OPTIONS="nocheck noautodbgsym" debian/rules binary
+    rm -f "$RELEASE"/*.deb
+    mv ../*.deb "$RELEASE/"
+    # They are not meant for Debian's archive.
+    (cd "$RELEASE" && lintian --allow-root --suppress-tags initial-upload-closes-no-bugs --fail-on error,warning -- *.deb)
+}
+
+release_make_bill() {
+    python3 "$SCRIPTS/release-bill.py" "$RELEASE_VERSION" "$SOURCE_DATE_EPOCH" "$ROOT/docs/third-party.md" \
+        "$RELEASE" "$RELEASE_WORK/$RELEASE_ZIP" "$RELEASE_LINUX" >"$RELEASE_WORK/bill.json"
+    mv "$RELEASE_WORK/bill.json" "$RELEASE/tolvane-$RELEASE_VERSION.cdx.json"
+}
+
+release_make_sums() {
+    cd "$RELEASE"
+    rm -f SHA256SUMS
+    find . -maxdepth 1 -type f -printf '%P\n' | sort | xargs sha256sum >../release-work/SHA256SUMS
+    mv ../release-work/SHA256SUMS SHA256SUMS
+}
