@@ -4,7 +4,7 @@
 # something is missing.
 #
 #   scripts/packages.sh [build] [headless] [check] [wine] [firebird] [winelib] [shop] [trace] [chain]
-#                       [coverage] [release]
+#                       [installer] [coverage] [release]
 
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
@@ -26,9 +26,10 @@ declare -A GROUPS_OF_PACKAGES=(
     [trace]="tshark"
     [chain]="ansible-core dropbear-bin openssh-client python3-apt systemd libcap2-bin iproute2 procps"
     [coverage]="gcovr"
-    [release]="nsis zip unzip debhelper lintian debootstrap python3"
+    [installer]="nsis zip unzip"
+    [release]="debhelper lintian debootstrap python3"
 )
-ALL_GROUPS=(build check wine firebird winelib shop trace chain)
+ALL_GROUPS=(build check wine firebird winelib shop trace chain installer)
 PREFERENCES=/etc/apt/preferences.d/zz-tolvane-setup
 POLICY=/usr/sbin/policy-rc.d
 # Beside the indexes, so that it goes with them.

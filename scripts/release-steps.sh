@@ -92,9 +92,9 @@ release_stage_windows() {
     for page in Tolvane.ini TradeHost.ini tolvane.conf; do
         sed 's/$/\r/' "packaging/examples/$page" | iconv -f UTF-8 -t CP1251 >"$stage/examples/$page"
     done
-    while read -r package _; do
+    while read -r package; do
         cp "/usr/share/doc/$package/copyright" "$stage/licences/$package.txt"
-    done < <("$SCRIPTS/third-party.sh" "$RELEASE_WINDOWS"; say nsis-common)
+    done < <("$SCRIPTS/third-party.sh" --windows)
     find "$stage" -name __pycache__ -exec rm -rf {} +
     find "$stage" -type f -exec chmod 644 {} + -o -type d -exec chmod 755 {} +
     release_same_times "$stage"
@@ -107,11 +107,16 @@ release_make_zip() {
     (cd "$RELEASE_WORK" && find "$RELEASE_ZIP" | sort | zip -q -X -9 -@ "$RELEASE/$RELEASE_ZIP.zip")
 }
 
+# release_nsis <version> <folder with what it installs> <output>
+release_nsis() {
+    makensis -V2 -WX -INPUTCHARSET UTF8 "-DVERSION=$1" "-DSOURCE=$ROOT" "-DFILES=$2" "-DOUTPUT=$3" \
+        "$ROOT/packaging/windows/Tolvane.nsi"
+}
+
 release_make_installer() {
     [ -d "$RELEASE_WORK/$RELEASE_ZIP" ] || release_stage_windows
     mkdir -p "$RELEASE"
-    makensis -V2 -WX -INPUTCHARSET UTF8 "-DVERSION=$RELEASE_VERSION" "-DSOURCE=$ROOT" \
-        "-DFILES=$RELEASE_WORK/$RELEASE_ZIP" "-DOUTPUT=$RELEASE/$RELEASE_SETUP" packaging/windows/Tolvane.nsi
+    release_nsis "$RELEASE_VERSION" "$RELEASE_WORK/$RELEASE_ZIP" "$RELEASE/$RELEASE_SETUP"
 }
 
 # The manual page of the virtual scale, with the options as its help has them.

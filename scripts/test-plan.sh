@@ -184,6 +184,11 @@ test_plan_lane_d() {
     job windows-stops "Runs stopped in every phase" test_in_lane d test_windows_programs test_upload_stops
         after build-windows client; lane d
         reads "$WINDOWS/tests/module/run/test_upload_stops.exe" "${TEST_SCRIPTS[@]}"
+    job installer "The zip and the installer in Wine" test_in_lane d tests/release/windows.sh
+        after build-windows client; lane d
+        reads tests/release packaging docs tools LICENSE CHANGELOG.md simulator/README.md src/entry/HostInterface.h \
+            tests/command/program/shop.sql "demo/*.sql" "$WINDOWS/src/command/tolvane.exe" \
+            "$WINDOWS/simulator/virtual-scale.exe" "${DEMO_FILES[@]}"
 }
 
 # The programs of this system that contain the code of a folder of src.

@@ -3,6 +3,7 @@
 # "package version" a line. With --check they are compared with the table in docs/third-party.md.
 #
 #   scripts/third-party.sh [--check] <folder of a release build>...
+#   scripts/third-party.sh --windows       the packages of the table that concern what runs on Windows
 
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
@@ -33,6 +34,10 @@ third_party_table() {
             gsub(/[ `]/, "", names[i]); print names[i], $3 } }' "$ROOT/docs/third-party.md" | sort -u
 }
 
+if [ "${1:-}" = --windows ]; then
+    grep -v '| all for Linux |' "$ROOT/docs/third-party.md" | grep '^|' | grep -o '`[^`]*`' | tr -d '`'
+    exit 0
+fi
 check=no
 if [ "${1:-}" = --check ]; then
     check=yes

@@ -8,6 +8,7 @@
 #   1,000 runs stopped or closed at random times
 #   100,000 exchanges over each wire with faults
 #   the coverage, see tests/coverage
+#   the release itself: made twice, installed, used, upgraded and removed
 
 export TOLVANE_LANE=a
 source "$(dirname "${BASH_SOURCE[0]}")/../scripts/lib.sh"
@@ -71,3 +72,7 @@ step "Start a display" display_start
 step "Kills of a save, Windows" long_kills_windows
 step "Runs stopped at random times" long_stops
 step "Cycles of the list window" long_cycles
+step "The release" "$SCRIPTS/release.sh"
+step "The release again, in another folder" tests/release/again.sh
+step "The Debian packages in a clean Debian" tests/release/debian.sh
+step "The zip and the installer in Wine" tests/release/windows.sh made

@@ -1,0 +1,281 @@
+#!/usr/bin/env bash
+# The zip and the installer of a release in Wine: unpacked or installed, used until articles are in a scale,
+# upgraded over an older version with settings, refused where it has to be, and removed, which leaves exactly
+# what was there before.
+#
+#   tests/release/windows.sh [made]    of the release that is made; else of a zip and an installer that
+#                                      contain the programs of build/windows
+
+source "$(dirname "${BASH_SOURCE[0]}")/../../scripts/release-steps.sh"
+source "$SCRIPTS/wine.sh"
+source "$SCRIPTS/firebird.sh"
+source "$SCRIPTS/fbclient.sh"
+source "$SCRIPTS/demo-steps.sh"
+cd "$ROOT"
+
+WORK=$BUILD/release-test
+SHOP=$WORK/shop.fdb
+HOST="$WINE_PREFIX/drive_c/Търговия и везни"
+HOST_PATH='C:\Търговия и везни'
+# The folder stands in the command line without quotes: words that Wine joins with blanks.
+read -ra IN_HOST <<<"/D=$HOST_PATH"
+read -ra OF_HOST <<<"_?=$HOST_PATH\\Tolvane"
+OLD_VERSION=0.9.0
+UNINSTALL_KEY='HKLM\Software\Microsoft\Windows\CurrentVersion\Uninstall\Tolvane C:/Търговия и везни'
+# What scale 1 has to hold of the small shop: number and price in hundredths.
+EXPECTED=$'1 250\n2 340\n3 410'
+
+release_test_end() {
+    local code=$?
+    trap '' INT TERM
+    wine_stop || true
+    display_stop || true
+    firebird_stop || true
+    exit "$code"
+}
+
+# A zip and an installer of the programs that the tests have built.
+release_test_make() {
+    RELEASE=$WORK/made
+    RELEASE_WORK=$WORK/work
+    RELEASE_WINDOWS=$BUILD/windows
+    release_make_zip
+    release_make_installer
+}
+
+# The same module in an older version: some bytes follow it.
+release_test_make_old() {
+    local files=$WORK/old
+    rm -rf "$files"
+    cp -r "$WORK/zip/$RELEASE_ZIP" "$files"
+    printf 'older' >>"$files/Operations/Tolvane.dll"
+    release_nsis "$OLD_VERSION" "$files" "$WORK/setup-$OLD_VERSION.exe"
+}
+
+release_test_start() {
+    wine_prefix_make
+    display_start
+    wine_regional 1251 comma
+    firebird_start
+    firebird_database "$SHOP" demo/schema.sql tests/command/program/shop.sql
+    wine_session
+    forget_earlier_run
+}
+
+# What a run that did not get to its end has left.
+forget_earlier_run() {
+    local key
+    rm -rf "$HOST"
+    for key in 'HKLM\Software\Tolvane' "$UNINSTALL_KEY"; do
+        wine_command wine reg delete "$key" /f >/dev/null 2>&1 </dev/null || true
+    done
+}
+
+# expect_code <code> <program> <argument>...: as Windows programs end. What it says is in $WORK/said, in UTF-8.
+expect_code() {
+    local expected=$1 code=0
+    shift
+    wine_command timeout 300 wine "$@" >"$WORK/said.raw" 2>&1 </dev/null || code=$?
+    iconv -f CP1251 -t UTF-8 "$WORK/said.raw" >"$WORK/said" || cp "$WORK/said.raw" "$WORK/said"
+    [ "$code" -eq "$expected" ] || fail "$* ended with $code instead of $expected: $(cat "$WORK/said")"
+}
+
+expect_said() {
+    grep -qF -- "$1" "$WORK/said" || fail "it has not said \"$1\", but: $(cat "$WORK/said")"
+}
+
+# All names of a folder, with sizes and sums of the files.
+content_of() {
+    (cd "$1" && find . \( -type d -printf '%P/\n' -o -printf '%P %s ' -exec sh -c 'sha256sum <"$1"' sh {} \; \) | sort)
+}
+
+expect_same() {
+    diff -u "$1" "$2" || fail "$3 (- expected, + found)"
+}
+
+# start_scale <name> <virtual-scale.exe>: on a TCP port of its own, which is in $WORK/NAME.ready then.
+start_scale() {
+    rm -f "$WORK/$1".*
+    wine_command setsid wine "$2" --model EVL --tcp 0 --save "$(wine_path "$WORK/$1.json")" --save-on-weighing \
+        --ready-file "$(wine_path "$WORK/$1.ready")" >"$WORK/$1.out" 2>&1 </dev/null &
+    wait_until 60 test -s "$WORK/$1.ready" || fail "the scale $1 does not get ready"
+}
+
+# The example's first section, with the scale's address.
+settings_for() {
+    local port
+    port=$(sed -n 's/^ready tcp 127\.0\.0\.1:\([0-9]*\).*$/\1/p' "$WORK/$1.ready")
+    iconv -f CP1251 -t UTF-8 "$WORK/zip/$RELEASE_ZIP/examples/Tolvane.ini" |
+        sed -e '/^\[SCALE2\]/,$d' -e "s/^TCPAddress=.*\r/TCPAddress=127.0.0.1\r/" -e "s/^TCPPort=.*\r/TCPPort=$port\r/" |
+        iconv -f UTF-8 -t CP1251
+}
+
+# A scale answers the end of a run after it has saved.
+expect_in_scale() {
+    local held
+    held=$(wine_command wine "$2" --show "$(wine_path "$WORK/$1.json")" | tr -d '\r' |
+        awk '$2 ~ /^[0-9]+\.[0-9][0-9]$/ { sub(/\./, "", $2); print $1, $2 + 0 }')
+    [ "$held" = "$EXPECTED" ] || fail "the scale $1 holds: $held"
+}
+
+test_zip() {
+    local zip=$WORK/zip/$RELEASE_ZIP program
+    for program in tolvane virtual-scale; do
+        expect_code 0 "$zip/$program.exe" --version
+        expect_said "$program $RELEASE_VERSION"
+    done
+    start_scale zip "$zip/virtual-scale.exe"
+    settings_for zip >"$WORK/Tolvane.ini"
+    printf '%s\n' "$FIREBIRD_PASSWORD" >"$WORK/password"
+    expect_code 0 "$zip/tolvane.exe" write --database "$(firebird_connection "$SHOP")" --user "$FIREBIRD_USER" \
+        --password-file "$(wine_path "$WORK/password")" --ini "$(wine_path "$WORK/Tolvane.ini")" \
+        --state "$(wine_path "$WORK/state")" --no-progress
+    expect_in_scale zip "$zip/virtual-scale.exe"
+}
+
+# A host without an Operations folder.
+make_host() {
+    mkdir -p "$HOST"
+    cp "$WORK/zip/$RELEASE_ZIP/TradeHost.exe" "$HOST/"
+    printf '[Database]\r\nDatabase=%s\r\nUser=%s\r\nPassword=%s\r\n' \
+        "$(firebird_connection "$SHOP")" "$FIREBIRD_USER" "$FIREBIRD_PASSWORD" >"$HOST/TradeHost.ini"
+    content_of "$HOST" >"$WORK/before"
+}
+
+test_wrong_folders() {
+    expect_code 2 "$SETUP" /S
+    expect_said "Няма такава папка"
+    expect_code 2 "$SETUP" /S '/D=C:\няма' такава
+    expect_said 'Няма такава папка: „C:\няма такава“'
+    [ ! -e "$WINE_PREFIX/drive_c/няма такава" ] || fail "a refused installation has made the folder"
+}
+
+expect_module() {
+    cmp "$1" "$HOST/Operations/Tolvane.dll" || fail "the host's module is another one"
+}
+
+expect_version() {
+    expect_code 0 reg query "$UNINSTALL_KEY" /v DisplayVersion
+    expect_said "$1"
+}
+
+# By the window: all articles of scale 1.
+test_use() {
+    start_scale host "$HOST/Tolvane/virtual-scale.exe"
+    settings_for host >"$HOST/Operations/Tolvane.ini"
+    (wine_run "$HOST/TradeHost.exe" --start 1 >"$WORK/host.out" 2>&1 </dev/null &)
+    demo_drive rows aDBGrid 4
+    demo_drive command TElicomPluScaleListForm 1002
+    demo_drive window TSetPluForm
+    demo_drive click SaveBtn
+    wait_until 60 test -s "$WORK/host.json" || fail "the run does not end"
+    demo_drive --seconds 120 enabled SaveBtn
+    expect_in_scale host "$HOST/Tolvane/virtual-scale.exe"
+}
+
+# While the host runs nothing is replaced, and it is told why.
+test_held() {
+    expect_code 3 "$SETUP" /S "${IN_HOST[@]}"
+    expect_said "Търговската система работи и държи Operations\\Tolvane.dll"
+    expect_module "$WORK/old/Operations/Tolvane.dll"
+    expect_code 3 "$HOST/Tolvane/uninstall.exe" /S "${OF_HOST[@]}"
+    expect_said "Търговската система работи"
+    expect_module "$WORK/old/Operations/Tolvane.dll"
+}
+
+close_host() {
+    demo_drive close TSetPluForm
+    demo_drive gone TSetPluForm
+    demo_drive close TTradeHostForm
+    demo_drive gone TTradeHostForm
+    # The scale is one of the files that are to be replaced.
+    expect_code 3 "$SETUP" /S "${IN_HOST[@]}"
+    expect_said "virtual-scale.exe"
+    expect_code 0 taskkill /f /im virtual-scale.exe
+}
+
+test_upgrade() {
+    cp "$HOST/Operations/Tolvane.ini" "$WORK/settings"
+    expect_code 0 "$SETUP" /S "${IN_HOST[@]}"
+    expect_module "$WORK/zip/$RELEASE_ZIP/Operations/Tolvane.dll"
+    cmp "$WORK/settings" "$HOST/Operations/Tolvane.ini" || fail "an upgrade changes the settings"
+    expect_version "$RELEASE_VERSION"
+}
+
+# remove [argument of the uninstaller]: it goes on in a copy of itself, which removes it.
+remove() {
+    expect_code 0 "$HOST/Tolvane/uninstall.exe" /S "$@"
+    wait_until 60 test ! -e "$HOST/Tolvane" || fail "this stays in the folder: $(ls -R "$HOST/Tolvane")"
+    wait_until 60 uninstaller_has_ended || fail "the uninstaller does not end"
+    expect_code 1 reg query "$UNINSTALL_KEY"
+    expect_code 1 reg query 'HKLM\Software\Tolvane'
+}
+
+uninstaller_has_ended() {
+    ! wine_command wine tasklist 2>/dev/null </dev/null | grep -qi 'Un.*\.exe'
+}
+
+# The settings are kept, and nothing else.
+test_remove() {
+    remove
+    [ "$(ls -A "$HOST/Operations")" = Tolvane.ini ] || fail "Operations holds more than the settings"
+    cmp "$WORK/settings" "$HOST/Operations/Tolvane.ini" || fail "removing changes the settings"
+    rm -r "$HOST/Operations"
+    content_of "$HOST" >"$WORK/after"
+    expect_same "$WORK/before" "$WORK/after" "removing leaves something else"
+}
+
+# All goes when it is asked for, and the folder with it.
+test_remove_settings() {
+    expect_code 0 "$SETUP" /S "${IN_HOST[@]}"
+    cp "$WORK/settings" "$HOST/Operations/Tolvane.ini"
+    remove /SETTINGS
+    content_of "$HOST" >"$WORK/after"
+    expect_same "$WORK/before" "$WORK/after" "removing with the settings leaves something else"
+}
+
+# A module that somebody has copied there by hand comes back, and what else was there stays.
+test_foreign() {
+    mkdir -p "$HOST/Operations"
+    printf 'by hand' >"$HOST/Operations/Tolvane.dll"
+    printf 'another module' >"$HOST/Operations/Other.dll"
+    cp "$WORK/settings" "$HOST/Operations/Tolvane.ini"
+    content_of "$HOST" >"$WORK/before"
+    expect_code 0 "$SETUP" /S "${IN_HOST[@]}"
+    expect_module "$WORK/zip/$RELEASE_ZIP/Operations/Tolvane.dll"
+    expect_code 0 "$SETUP" /S "${IN_HOST[@]}"
+    remove
+    content_of "$HOST" >"$WORK/after"
+    expect_same "$WORK/before" "$WORK/after" "what was there before is not there again"
+}
+
+scene() {
+    say "== $1"
+    "${@:2}"
+}
+
+trap release_test_end EXIT
+trap 'exit 130' INT TERM
+rm -rf "$WORK"
+mkdir -p "$WORK/zip"
+[ "${1:-}" = made ] || scene "Make a zip and an installer" release_test_make
+SETUP=$RELEASE/$RELEASE_SETUP
+unzip -q "$RELEASE/$RELEASE_ZIP.zip" -d "$WORK/zip"
+scene "Make an older version" release_test_make_old
+scene "Start a database" release_test_start
+scene "The zip: articles by the command" test_zip
+make_host
+scene "Wrong folders" test_wrong_folders
+scene "Install an older version" expect_code 0 "$WORK/setup-$OLD_VERSION.exe" /S "${IN_HOST[@]}"
+expect_module "$WORK/old/Operations/Tolvane.dll"
+expect_version "$OLD_VERSION"
+[ ! -e "$HOST/Operations/Tolvane.ini" ] || fail "the installer makes settings"
+scene "Articles by the window" test_use
+scene "A host holds the module" test_held
+close_host
+scene "Upgrade" test_upgrade
+scene "Remove" test_remove
+scene "Remove with the settings" test_remove_settings
+scene "Over a module that was copied by hand" test_foreign
+rm -rf "$HOST"
+say "All is as expected."
