@@ -14,7 +14,6 @@ Unicode true
 SetCompressor /SOLID lzma
 RequestExecutionLevel admin
 ManifestDPIAware true
-AllowSkipFiles off
 CRCCheck force
 
 !include MUI2.nsh
@@ -47,6 +46,13 @@ VIAddVersionKey /LANG=0 "LegalCopyright" "© 2026 The Tolvane authors, MIT"
 !define MUI_ICON "${SOURCE}\src\articles\forms\scale.ico"
 !define MUI_UNICON "${SOURCE}\src\articles\forms\scale.ico"
 !define MUI_ABORTWARNING
+; The next time, and when it is removed, nobody is asked again.
+!define MUI_LANGDLL_REGISTRY_ROOT HKLM
+!define MUI_LANGDLL_REGISTRY_KEY "${KEY}"
+!define MUI_LANGDLL_REGISTRY_VALUENAME "Language"
+!define MUI_LANGDLL_WINDOWTITLE "Tolvane ${VERSION}"
+!define MUI_LANGDLL_INFO "Изберете език. Choose a language."
+!define MUI_LICENSEPAGE_TEXT_TOP "$(TextLicence)"
 !define MUI_DIRECTORYPAGE_TEXT_TOP "$(TextFolder)"
 !define MUI_DIRECTORYPAGE_TEXT_DESTINATION "$(TextHost)"
 !define MUI_FINISHPAGE_TITLE "$(TextDone)"
@@ -185,12 +191,14 @@ FunctionEnd
 Function CheckHostFolder
     ${If} $INSTDIR == ""
     ${OrIfNot} ${FileExists} "$INSTDIR\*.*"
-        Push "$(TextNoFolder)"
-        Call Say
         ${If} ${Silent}
+            Push "$(TextNoFolder) $(TextSilentFolder)"
+            Call Say
             SetErrorLevel ${EXIT_FOLDER}
             Quit
         ${EndIf}
+        Push "$(TextNoFolder)"
+        Call Say
         Abort
     ${EndIf}
     ${IfNot} ${Silent}
@@ -223,6 +231,7 @@ Section "$(TextModule)" SectionModule
     CreateDirectory "${OURS}"
     !insertmacro KeepForeign "$INSTDIR\Operations\Tolvane.dll" "Tolvane.dll"
     ${If} ${Errors}
+        RMDir "${OURS}"
         Call CannotWrite
     ${EndIf}
     ${If} $FirstTime = 1
@@ -232,9 +241,23 @@ Section "$(TextModule)" SectionModule
 
     ; Written beside it and renamed: the module there is the old one or the new one.
     SetOutPath "$INSTDIR\Operations"
+    ClearErrors
     File "/oname=Tolvane.dll.new" "${FILES}\Operations\Tolvane.dll"
-    Delete "$INSTDIR\Operations\Tolvane.dll"
-    Rename "$INSTDIR\Operations\Tolvane.dll.new" "$INSTDIR\Operations\Tolvane.dll"
+    ${IfNot} ${Errors}
+    ${AndIf} ${FileExists} "$INSTDIR\Operations\Tolvane.dll"
+        Delete "$INSTDIR\Operations\Tolvane.dll.old"
+        Rename "$INSTDIR\Operations\Tolvane.dll" "$INSTDIR\Operations\Tolvane.dll.old"
+    ${EndIf}
+    ${IfNot} ${Errors}
+        Rename "$INSTDIR\Operations\Tolvane.dll.new" "$INSTDIR\Operations\Tolvane.dll"
+    ${EndIf}
+    ${If} ${Errors}
+        Delete "$INSTDIR\Operations\Tolvane.dll.new"
+        ; Does nothing while the old one is still in its place.
+        Rename "$INSTDIR\Operations\Tolvane.dll.old" "$INSTDIR\Operations\Tolvane.dll"
+        Call CannotWrite
+    ${EndIf}
+    Delete "$INSTDIR\Operations\Tolvane.dll.old"
     SetOutPath "${OURS}"
     File "${FILES}\README.txt"
     File "${FILES}\LICENSE.txt"
@@ -288,6 +311,7 @@ Section "un.$(TextModule)"
     ReadINIStr $MadeOperations "${RECORD}" "Before" "MadeOperations"
     !insertmacro PutBack "$INSTDIR\Operations\Tolvane.dll" "Tolvane.dll"
     Delete "$INSTDIR\Operations\Tolvane.dll.new"
+    Delete "$INSTDIR\Operations\Tolvane.dll.old"
     RMDir /r "${OURS}\guide"
     RMDir /r "${OURS}\examples"
     RMDir /r "${OURS}\licences"

@@ -154,6 +154,26 @@ expect_module() {
     cmp "$1" "$HOST/Operations/Tolvane.dll" || fail "the host's module is another one"
 }
 
+# A folder that cannot be made, and a file that cannot be written.
+test_cannot_write() {
+    touch "$HOST/Operations"
+    content_of "$HOST" >"$WORK/with-file"
+    expect_code 4 "$SETUP" /S "${IN_HOST[@]}"
+    expect_said "не може да се пише"
+    content_of "$HOST" >"$WORK/after"
+    expect_same "$WORK/with-file" "$WORK/after" "a failed installation leaves something"
+    rm "$HOST/Operations"
+}
+
+test_cannot_replace() {
+    mkdir "$HOST/Operations/Tolvane.dll.new"
+    expect_code 4 "$SETUP" /S "${IN_HOST[@]}"
+    expect_said "не може да се пише"
+    expect_module "$WORK/old/Operations/Tolvane.dll"
+    [ ! -e "$HOST/Operations/Tolvane.dll.old" ] || fail "the old module lies beside"
+    rmdir "$HOST/Operations/Tolvane.dll.new"
+}
+
 expect_version() {
     expect_code 0 reg query "$UNINSTALL_KEY" /v DisplayVersion
     expect_said "$1"
@@ -266,6 +286,7 @@ scene "Start a database" release_test_start
 scene "The zip: articles by the command" test_zip
 make_host
 scene "Wrong folders" test_wrong_folders
+scene "A folder that cannot be made" test_cannot_write
 scene "Install an older version" expect_code 0 "$WORK/setup-$OLD_VERSION.exe" /S "${IN_HOST[@]}"
 expect_module "$WORK/old/Operations/Tolvane.dll"
 expect_version "$OLD_VERSION"
@@ -273,6 +294,7 @@ expect_version "$OLD_VERSION"
 scene "Articles by the window" test_use
 scene "A host holds the module" test_held
 close_host
+scene "A file that cannot be written" test_cannot_replace
 scene "Upgrade" test_upgrade
 scene "Remove" test_remove
 scene "Remove with the settings" test_remove_settings
