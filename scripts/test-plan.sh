@@ -36,6 +36,12 @@ test_plan_checks() {
     job messages "Commit messages" "$SCRIPTS/check-messages.sh"
     job messages-faults "The messages check finds planted faults" tests/scripts/check-messages-test.sh
         reads scripts/check-messages.sh scripts/lib.sh tests/scripts
+    job pages "The pages' links" "$SCRIPTS/check-links.py"
+        after packages
+    job guide-texts "The guide has every text of the module" "$SCRIPTS/check-guide.py"
+        after packages
+    job pages-faults "The checks of the pages find planted faults" tests/scripts/check-pages-test.sh
+        after packages; reads scripts/check-links.py scripts/check-guide.py scripts/guide/pages.py src docs tests/scripts
     job plan-faults "A run shows what fails and repeats what changed" tests/scripts/plan-test.sh
         reads scripts/plan.sh scripts/lib.sh tests/scripts
     job run-faults "A failed step fails the run" tests/scripts/test-run-test.sh
