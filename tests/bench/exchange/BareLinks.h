@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+
+namespace tolvane::bench {
+
+// A link to the peer without a channel: no checks, no time-outs.
+class TBareLink {
+public:
+    virtual ~TBareLink() = default;
+    // Sends the request and waits until the reply is full. Throws std::system_error.
+    virtual void Exchange(std::span<const std::uint8_t> request, std::span<std::uint8_t> reply) = 0;
+};
+
+enum class TBareWait : std::uint8_t {
+    Block,  // in a read until bytes come
+    Poll,   // every 10 ms, as the channel of a serial line has to
+};
+
+// To a port of this computer.
+std::unique_ptr<TBareLink> OpenBareTcp(std::uint16_t port);
+std::unique_ptr<TBareLink> OpenBareUdp(std::uint16_t port);
+// At 115,200 bit/s.
+std::unique_ptr<TBareLink> OpenBareSerial(const std::string& name, TBareWait wait);
+
+}  // namespace tolvane::bench
