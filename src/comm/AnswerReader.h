@@ -14,7 +14,8 @@ namespace tolvane {
 class TByteReceiver {
 public:
     virtual ~TByteReceiver() = default;
-    // Throws CommException when there is no link.
+    // Throws CommException when the channel is closed. Whether its peer is still there shows when
+    // something is received.
     virtual void CheckConnected() = 0;
     // Waits for the next bytes, at most for one slice of the transport's own length and never
     // longer than `limit`. The result is empty when no bytes came; its bytes stay valid until the

@@ -67,6 +67,8 @@ serial_port_base::baud_rate BaudRate(TBaudRate rate) {
 struct TComPort::TPort {
     asio::io_context io{1};
     asio::serial_port port{io};
+    std::size_t announced =
+        0;  // bytes of which the driver has told and which are still in the port
 
     std::intptr_t Handle() {
         return (std::intptr_t)port.native_handle();
@@ -112,6 +114,7 @@ bool TComPort::Connected() const {
 
 void TComPort::PurgeBuffers() {
     PurgeSerialBuffers(port_->Handle());
+    port_->announced = 0;
 }
 
 std::size_t TComPort::BytesWaiting() {
@@ -119,9 +122,11 @@ std::size_t TComPort::BytesWaiting() {
 }
 
 bool TComPort::ReadByte(std::uint8_t& byte) {
-    if (BytesWaiting() == 0) return false;
+    if (port_->announced == 0) port_->announced = BytesWaiting();
+    if (port_->announced == 0) return false;
     std::error_code error;
     const std::size_t count = port_->port.read_some(asio::buffer(&byte, 1), error);
+    port_->announced = count == 1 ? port_->announced - 1 : 0;
     // A port that has disappeared since then reports the end of a file; the next call finds the
     // reason.
     if (error && error != asio::error::eof) throw std::system_error(error);

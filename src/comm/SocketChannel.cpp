@@ -2,6 +2,7 @@
 
 #include <exception>
 
+#include "comm/SocketSupport.h"
 #include "system/SystemError.h"
 
 namespace tolvane {
@@ -28,7 +29,7 @@ bool TSocketChannel::Open() {
 
 bool TSocketChannel::SendData(const TCmdBuffer& Data) {
     try {
-        Receiver().CheckConnected();
+        if (!IsConnected()) throw CommException(kReadNotConnected, kSocketNotConnected);
         SendBytes(Data);
         return true;
     } catch (const std::exception& failure) {

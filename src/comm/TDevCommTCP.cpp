@@ -61,7 +61,7 @@ public:
     void Send(const TCmdBuffer& data) { asio::write(socket_, asio::buffer(data)); }
 
     void CheckConnected() override {
-        if (!IsConnected()) FailNotConnected();
+        if (!socket_.is_open()) FailNotConnected();
     }
 
     std::span<const std::uint8_t> Receive(TMilliseconds limit) override {
@@ -96,7 +96,7 @@ bool TDevCommTCP::IsConnected() const {
 void TDevCommTCP::OpenSocket() {
     connection_->Connect(EndpointOf<tcp>(Host(), Port()), Clock());
     // A peer may hang up at once; Open then fails with a text.
-    connection_->CheckConnected();
+    if (!IsConnected()) FailNotConnected();
 }
 
 void TDevCommTCP::Close() {

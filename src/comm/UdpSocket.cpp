@@ -31,6 +31,9 @@ void TUdpSocket::Open(std::uint16_t localPort, bool mayBroadcast) {
     IgnoreUnreachablePeers(socket_->Handle());
     if (mayBroadcast) socket_->socket.set_option(asio::socket_base::broadcast(true));
     socket_->socket.bind(udp::endpoint(udp::v4(), localPort));
+    // The system may announce a datagram and then drop it; receiving must not wait then. Sending
+    // does.
+    socket_->socket.native_non_blocking(true);
 }
 
 void TUdpSocket::Close() {
@@ -45,15 +48,12 @@ bool TUdpSocket::IsOpen() const {
 void TUdpSocket::Send(std::span<const std::uint8_t> data, const std::string& host,
                       std::int32_t port) {
     const udp::endpoint endpoint = EndpointOf<udp>(host, port);
-    socket_->socket.non_blocking(false);
     if (socket_->socket.send_to(asio::buffer(data.data(), data.size()), endpoint) != data.size())
         throw std::runtime_error("The datagram was not sent whole.");
 }
 
 std::optional<TReceived> TUdpSocket::Receive(std::span<std::uint8_t> buffer, TMilliseconds limit) {
     if (!WaitReadable(socket_->Handle(), limit)) return std::nullopt;
-    // The system may announce a datagram and then drop it; this call must not wait then.
-    socket_->socket.non_blocking(true);
     std::error_code error;
     const TReceived received = receive_(socket_->Handle(), buffer, error);
     const bool isOfAnEarlierDatagram = error == asio::error::connection_reset ||
