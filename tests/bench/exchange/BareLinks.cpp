@@ -3,13 +3,13 @@
 #include <asio/io_context.hpp>
 #include <asio/ip/tcp.hpp>
 #include <asio/ip/udp.hpp>
-#include <asio/read.hpp>
 #include <asio/serial_port.hpp>
 #include <asio/write.hpp>
 #include <cstddef>
 
 #include "system/Clock.h"
 #include "system/SerialDriver.h"
+#include "system/Sockets.h"
 
 namespace tolvane::bench {
 namespace {
@@ -18,30 +18,45 @@ using asio::serial_port_base;
 using asio::ip::tcp;
 using asio::ip::udp;
 
-constexpr TMilliseconds kPoll{10};
+constexpr TMilliseconds kSerialStep{10};
+constexpr TMilliseconds kSocketStep{100};
 constexpr unsigned kBitsPerSecond = 115200;
+
+template <class TSocket>
+void WaitFor(TSocket& socket, TBareWait wait) {
+    if (wait == TBareWait::Block) return;
+    while (!WaitReadable(static_cast<std::uintptr_t>(socket.native_handle()), kSocketStep)) {
+    }
+}
 
 class TBareTcp : public TBareLink {
 public:
-    explicit TBareTcp(std::uint16_t port) {
+    TBareTcp(std::uint16_t port, TBareWait wait) : wait_(wait) {
         socket_.connect({asio::ip::address_v4::loopback(), port});
         socket_.set_option(tcp::no_delay(true));
     }
     void Exchange(std::span<const std::uint8_t> request, std::span<std::uint8_t> reply) override {
         asio::write(socket_, asio::buffer(request.data(), request.size()));
-        asio::read(socket_, asio::buffer(reply.data(), reply.size()));
+        for (std::size_t taken = 0; taken < reply.size();) {
+            WaitFor(socket_, wait_);
+            const std::span<std::uint8_t> rest = reply.subspan(taken);
+            taken += socket_.receive(asio::buffer(rest.data(), rest.size()));
+        }
     }
 
 private:
     asio::io_context io_{1};
     tcp::socket socket_{io_};
+    TBareWait wait_;
 };
 
 class TBareUdp : public TBareLink {
 public:
-    explicit TBareUdp(std::uint16_t port) : peer_(asio::ip::address_v4::loopback(), port) {}
+    TBareUdp(std::uint16_t port, TBareWait wait)
+        : peer_(asio::ip::address_v4::loopback(), port), wait_(wait) {}
     void Exchange(std::span<const std::uint8_t> request, std::span<std::uint8_t> reply) override {
         socket_.send_to(asio::buffer(request.data(), request.size()), peer_);
+        WaitFor(socket_, wait_);
         udp::endpoint sender;
         socket_.receive_from(asio::buffer(reply.data(), reply.size()), sender);
     }
@@ -50,12 +65,13 @@ private:
     asio::io_context io_{1};
     udp::endpoint peer_;
     udp::socket socket_{io_, udp::endpoint(udp::v4(), 0)};
+    TBareWait wait_;
 };
 
 class TBareSerial : public TBareLink {
 public:
     TBareSerial(const std::string& name, TBareWait wait) : port_(io_, name), wait_(wait) {
-        if (wait_ == TBareWait::Poll) SetUpSerialDriver(Handle());
+        if (wait_ == TBareWait::InSteps) SetUpSerialDriver(Handle());
         port_.set_option(serial_port_base::baud_rate(kBitsPerSecond));
         port_.set_option(serial_port_base::character_size(8U));
         port_.set_option(serial_port_base::stop_bits(serial_port_base::stop_bits::one));
@@ -66,8 +82,8 @@ public:
     void Exchange(std::span<const std::uint8_t> request, std::span<std::uint8_t> reply) override {
         asio::write(port_, asio::buffer(request.data(), request.size()));
         for (std::size_t taken = 0; taken < reply.size();) {
-            if (wait_ == TBareWait::Poll && SerialBytesWaiting(Handle()) == 0) {
-                SystemClock().Sleep(kPoll);
+            if (wait_ == TBareWait::InSteps && SerialBytesWaiting(Handle()) == 0) {
+                SystemClock().Sleep(kSerialStep);
                 continue;
             }
             const std::span<std::uint8_t> rest = reply.subspan(taken);
@@ -87,12 +103,12 @@ private:
 
 }  // namespace
 
-std::unique_ptr<TBareLink> OpenBareTcp(std::uint16_t port) {
-    return std::make_unique<TBareTcp>(port);
+std::unique_ptr<TBareLink> OpenBareTcp(std::uint16_t port, TBareWait wait) {
+    return std::make_unique<TBareTcp>(port, wait);
 }
 
-std::unique_ptr<TBareLink> OpenBareUdp(std::uint16_t port) {
-    return std::make_unique<TBareUdp>(port);
+std::unique_ptr<TBareLink> OpenBareUdp(std::uint16_t port, TBareWait wait) {
+    return std::make_unique<TBareUdp>(port, wait);
 }
 
 std::unique_ptr<TBareLink> OpenBareSerial(const std::string& name, TBareWait wait) {

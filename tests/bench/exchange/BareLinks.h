@@ -16,13 +16,13 @@ public:
 };
 
 enum class TBareWait : std::uint8_t {
-    Block,  // in a read until bytes come
-    Poll,   // every 10 ms, as the channel of a serial line has to
+    Block,    // in a read, until bytes come
+    InSteps,  // as the channels have to: 10 ms on a serial line, at most 100 ms on a socket
 };
 
 // To a port of this computer.
-std::unique_ptr<TBareLink> OpenBareTcp(std::uint16_t port);
-std::unique_ptr<TBareLink> OpenBareUdp(std::uint16_t port);
+std::unique_ptr<TBareLink> OpenBareTcp(std::uint16_t port, TBareWait wait);
+std::unique_ptr<TBareLink> OpenBareUdp(std::uint16_t port, TBareWait wait);
 // At 115,200 bit/s.
 std::unique_ptr<TBareLink> OpenBareSerial(const std::string& name, TBareWait wait);
 

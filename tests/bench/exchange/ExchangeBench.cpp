@@ -65,8 +65,8 @@ void BareExchange(TBareLink& link, const TCmdBuffer& frame) {
 }
 
 // Each side opens its link anew in each round, since a port can be open once.
-void Measure(const char* name, const TOpenOurs& openOurs, const TOpenBare& openBare, TCounts counts,
-             std::optional<double> atMost) {
+void Measure(const std::string& name, const TOpenOurs& openOurs, const TOpenBare& openBare,
+             TCounts counts, std::optional<double> atMost) {
     const TCmdBuffer data = NameData();
     const TCmdBuffer frame = EncodeRequest(0, kSetParam, data);
     TScale ours;
@@ -75,7 +75,7 @@ void Measure(const char* name, const TOpenOurs& openOurs, const TOpenBare& openB
         for (int i = 0; i < counts.exchanges; ++i)
             exchange();
     };
-    std::printf("%s, %d exchanges\n", name, counts.exchanges);
+    std::printf("%s, %d exchanges\n", name.c_str(), counts.exchanges);
     Compare({"our channel", [&] { repeat([&] { OurExchange(*ours, data); }); },
              [&] {
                  bare.reset();
@@ -119,18 +119,20 @@ TScale OpenOurSerial(const std::string& name) {
 void MeasureAll(const TPeerPlace& peer, bool quick) {
     const TCounts network = quick ? TCounts{20, 3} : TCounts{100, 101};
     const TCounts serial = quick ? TCounts{2, 3} : TCounts{10, 21};
-    Measure(
-        "TCP", [&] { return OpenOurSocket<TDevCommTCP>(peer.tcpPort); },
-        [&] { return OpenBareTcp(peer.tcpPort); }, network, kAtMost);
-    Measure(
-        "UDP", [&] { return OpenOurSocket<TDevCommUDP>(peer.udpPort, std::uint16_t{0}); },
-        [&] { return OpenBareUdp(peer.udpPort); }, network, kAtMost);
-    const auto ours = [&] { return OpenOurSerial(peer.serialPort); };
-    Measure(
-        "a serial line of 115,200 bit/s, both looking every 10 ms", ours,
-        [&] { return OpenBareSerial(peer.serialPort, TBareWait::Poll); }, serial, kAtMost);
-    Measure("the same, the other side waiting in its read", ours,
-            [&] { return OpenBareSerial(peer.serialPort, TBareWait::Block); }, serial, {});
+    const auto tcp = [&] { return OpenOurSocket<TDevCommTCP>(peer.tcpPort); };
+    const auto udp = [&] { return OpenOurSocket<TDevCommUDP>(peer.udpPort, std::uint16_t{0}); };
+    const auto line = [&] { return OpenOurSerial(peer.serialPort); };
+    const auto measure = [&](const std::string& how, TBareWait wait, std::optional<double> ofLine) {
+        Measure(
+            "TCP, " + how, tcp, [&] { return OpenBareTcp(peer.tcpPort, wait); }, network, kAtMost);
+        Measure(
+            "UDP, " + how, udp, [&] { return OpenBareUdp(peer.udpPort, wait); }, network, kAtMost);
+        Measure(
+            "a line of 115,200 bit/s, " + how, line,
+            [&] { return OpenBareSerial(peer.serialPort, wait); }, serial, ofLine);
+    };
+    measure("the other side waiting in the same steps", TBareWait::InSteps, kAtMost);
+    measure("the other side waiting in its read", TBareWait::Block, {});
 }
 
 #ifdef _WIN32
