@@ -1,12 +1,18 @@
 // Prints how long an article takes, written or deleted, by model, label mode and link: with the
 // protocol's own pauses, against a virtual scale, which answers at once. A serial line of the
 // virtual scale has no speed, so its times are worked out from the bytes that went over the wire.
+//
+//   bench_run           this table, then a run of 300 articles into one ETS over TCP
+//   bench_run --ets     only that run, in a minute and a half
+//   bench_run --quick   both with few articles, and with pauses a tenth as long
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -15,6 +21,10 @@
 #include "comm/TDevCommRS232.h"
 #include "comm/TDevCommUDP.h"
 #include "simulator/VirtualScale.h"
+#include "tests/bench/measure/Quick.h"
+#include "tests/bench/run/BenchLine.h"
+#include "tests/bench/run/EtsRun.h"
+#include "tests/support/Clocks.h"
 #include "tests/support/scales/TestScales.h"
 #include "tests/support/upload/NullView.h"
 #include "text/Cp1251.h"
@@ -26,6 +36,7 @@ namespace {
 using simulator::TModel;
 
 constexpr int kArticles = 20;
+constexpr int kEtsArticles = 300;
 constexpr double kTextPauseMs = 30;
 constexpr double kPollMs = 10;
 
@@ -66,39 +77,49 @@ public:
 // name.
 class TFactory : public TRealScaleFactory {
 public:
-    explicit TFactory(const simulator::TVirtualScale& scale)
-        : TRealScaleFactory(SystemClock()), scale_(scale) {}
+    TFactory(const simulator::TVirtualScale& scale, TClock& clock)
+        : TRealScaleFactory(clock), scale_(scale), clock_(clock) {}
     std::unique_ptr<TElicomScale> CreateRS232(std::int32_t, std::int32_t) override {
-        auto channel = std::make_unique<TDevCommRS232>(SystemClock());
+        auto channel = std::make_unique<TDevCommRS232>(clock_);
         channel->SetPort(scale_.SerialDevice());
         channel->SetBaudRate(br38400);
         channel->SetDataBits(dbEight);
         channel->SetStopBits(sbOneStopBit);
         channel->SetParity(prNone);
         channel->SetFlowControl(fcNone);
-        return std::make_unique<TElicomScale>(std::move(channel), true, SystemClock());
+        return std::make_unique<TElicomScale>(std::move(channel), true, clock_);
     }
     std::unique_ptr<TElicomScale> CreateUDP(const std::string& host) override {
-        auto channel = std::make_unique<TDevCommUDP>(SystemClock(), std::uint16_t{0});
+        auto channel = std::make_unique<TDevCommUDP>(clock_, std::uint16_t{0});
         channel->SetHost(host);
         channel->SetPort(scale_.UdpPort());
-        return std::make_unique<TElicomScale>(std::move(channel), false, SystemClock());
+        return std::make_unique<TElicomScale>(std::move(channel), false, clock_);
     }
 
 private:
     const simulator::TVirtualScale& scale_;
+    TClock& clock_;
+};
+
+// How much is measured.
+struct TScope {
+    int articles;
+    TClock& clock;
+    std::span<const TKind> kinds;
 };
 
 class TBench {
 public:
-    explicit TBench(const TKind& kind) : kind_(kind), scale_(Options()) { scale_.Start(); }
+    TBench(const TKind& kind, const TScope& scope) : kind_(kind), scope_(scope), scale_(Options()) {
+        scale_.Start();
+    }
 
     // Milliseconds of one run over a link.
     double Run(std::uint8_t commType, const std::function<bool(TScaleSession&)>& pass) {
         TBenchView view;
         TRunStop stop;
-        TFactory factory(scale_);
-        TScaleSession session(factory, SystemClock(), view, stop, '.');
+        TFactory factory(scale_, scope_.clock);
+        TScaleSession session(factory, scope_.clock, view, stop, '.');
         exchanges_.clear();
         const auto start = std::chrono::steady_clock::now();
         if (!session.InitComm(Rec(commType)) || !pass(session)) End(kind_.name, session.LastError);
@@ -109,7 +130,7 @@ public:
     double Write(std::uint8_t commType, int articles) {
         std::vector<std::string> lines;
         for (int number = 1; number <= articles; ++number)
-            lines.push_back(LineOf(number));
+            lines.push_back(BenchLine(number));
         return Run(commType, [&](TScaleSession& session) {
             return session.ProcessUpload(lines, Rec(commType));
         });
@@ -124,7 +145,7 @@ private:
     simulator::TScaleOptions Options() {
         simulator::TScaleOptions options;
         options.scale = simulator::DefaultProperties(kind_.model);
-        options.scale.capacity = kArticles;
+        options.scale.capacity = scope_.articles;
         options.scale.labelMode = kind_.mode;
         options.udpPort = 0;
         options.pty = true;
@@ -147,16 +168,9 @@ private:
         rec.Encoding = kCodeTablePc866;
         return rec;
     }
-    static std::string LineOf(int number) {
-        std::string line = std::to_string(number);
-        line += "|22012|1|0|0|7.10|0|5|";
-        line +=
-            "Свински врат без кос|Свински врат без кос|Съхранение от 0 до +4 гр.С|"
-            "Произход: България|Да се консумира след термична обработка|L240502-1|"_cp1251;
-        return line + "0|0|" + std::to_string(1000 + number) + "|";
-    }
 
     TKind kind_;
+    TScope scope_;
     std::vector<TExchange> exchanges_;
     simulator::TVirtualScale scale_;
 };
@@ -185,45 +199,65 @@ double BytesOf(const std::vector<TExchange>& exchanges) {
     return bytes;
 }
 
-void PrintRow(const char* name, TBench& bench, double tcp, double udp, double pty) {
+void PrintRow(const char* name, TBench& bench, int articles, double tcp, double udp, double pty) {
+    const double each = 1.0 / articles;
     const std::vector<TExchange>& all = bench.Exchanges();
     std::printf("%-22s %8.1f %8.1f %8.1f %8.1f %8.1f %8.1f %8.1f\n", name,
-                static_cast<double>(all.size()) / kArticles, tcp / kArticles, udp / kArticles,
-                pty / kArticles, BytesOf(all) / kArticles, SerialMs(all, 9600) / kArticles,
-                SerialMs(all, 38400) / kArticles);
+                static_cast<double>(all.size()) * each, tcp * each, udp * each, pty * each,
+                BytesOf(all) * each, SerialMs(all, 9600) * each, SerialMs(all, 38400) * each);
     std::fflush(stdout);
 }
 
 // A run without any article takes as long as connecting and changing the mode do; the rest is the
 // articles' time.
-void Measure(const TKind& kind) {
-    TBench bench(kind);
+void Measure(const TKind& kind, const TScope& scope) {
+    TBench bench(kind, scope);
     const double nothing = bench.Write(kCommTcp, 0);
     if (kind.model == TModel::Evl && kind.mode == 0)
         std::printf("a scale without articles: %.1f ms\n\n%-22s %8s %8s %8s %8s %8s %8s %8s\n",
                     nothing, "ms per article", "requests", "TCP", "UDP", "pty", "bytes", "9600",
                     "38400");
-    const double tcp = bench.Write(kCommTcp, kArticles) - nothing;
-    const double udp = bench.Write(kCommUdp, kArticles) - nothing;
-    const double pty = bench.Write(kCommSerial, kArticles) - nothing;
-    PrintRow(kind.name, bench, tcp, udp, pty);
+    const double tcp = bench.Write(kCommTcp, scope.articles) - nothing;
+    const double udp = bench.Write(kCommUdp, scope.articles) - nothing;
+    const double pty = bench.Write(kCommSerial, scope.articles) - nothing;
+    PrintRow(kind.name, bench, scope.articles, tcp, udp, pty);
 }
 
-void MeasureDelete() {
-    TBench bench(kKinds[0]);
+void MeasureDelete(const TScope& scope) {
+    TBench bench(kKinds[0], scope);
     const double nothing = bench.Write(kCommTcp, 0);
     const double tcp = bench.DeleteEverything(kCommTcp) - nothing;
     const double udp = bench.DeleteEverything(kCommUdp) - nothing;
     const double pty = bench.DeleteEverything(kCommSerial) - nothing;
-    PrintRow("delete, per number", bench, tcp, udp, pty);
+    PrintRow("delete, per number", bench, scope.articles, tcp, udp, pty);
+}
+
+void MeasureAll(const TScope& scope) {
+    for (const TKind& kind : scope.kinds)
+        Measure(kind, scope);
+    MeasureDelete(scope);
+    std::printf("\n");
+}
+
+void RunAll(bool quick, bool onlyEts) {
+    constexpr int kShorter = 10;
+    if (quick) {
+        test::TQuickClock clock({.shorterPauses = kShorter});
+        MeasureAll({2, clock, std::span(kKinds).first(1)});
+        MeasureEtsRun(10, kShorter);
+        return;
+    }
+    if (!onlyEts) MeasureAll({kArticles, SystemClock(), kKinds});
+    MeasureEtsRun(kEtsArticles, 1);
 }
 
 }  // namespace
 }  // namespace tolvane::bench
 
-int main() {
-    for (const tolvane::bench::TKind& kind : tolvane::bench::kKinds)
-        tolvane::bench::Measure(kind);
-    tolvane::bench::MeasureDelete();
+int main(int count, char** arguments) {
+    const std::span<char* const> all(arguments, static_cast<std::size_t>(count));
+    const bool onlyEts =
+        std::ranges::any_of(all, [](std::string_view text) { return text == "--ets"; });
+    tolvane::bench::RunAll(tolvane::bench::IsQuick(count, arguments), onlyEts);
     return 0;
 }
