@@ -17,6 +17,7 @@ constexpr std::uint8_t kAddress = 0;
 constexpr std::uint8_t kCommand = 0x4C;
 constexpr std::int32_t kTextLength = 63;
 constexpr double kAtMost = 6;
+constexpr int kRounds = 101;
 
 int sink = 0;
 
@@ -85,17 +86,19 @@ void Measure(const TText& text, int times) {
         copyData();
     };
     std::printf("%s, %d times\n", text.name, times);
-    Compare({"encoding", repeat(encode)}, {"copying and summing", repeat(copyData)}, kAtMost);
-    Compare({"decoding", repeat(decode)}, {"copying and summing", repeat(copyData)}, kAtMost);
+    Compare({"encoding", repeat(encode)}, {"copying and summing", repeat(copyData)}, kAtMost,
+            kRounds);
+    Compare({"decoding", repeat(decode)}, {"copying and summing", repeat(copyData)}, kAtMost,
+            kRounds);
     Compare({"encoding and decoding", repeat(both)},
-            {"copying and summing twice", repeat(copyBoth)}, kAtMost);
+            {"copying and summing twice", repeat(copyBoth)}, kAtMost, kRounds);
 }
 
 }  // namespace
 }  // namespace tolvane::bench
 
 int main(int count, char** arguments) {
-    const int times = tolvane::bench::IsQuick(count, arguments) ? 1'000 : 100'000;
+    const int times = tolvane::bench::IsQuick(count, arguments) ? 100 : 5'000;
     for (const tolvane::bench::TText& text : tolvane::bench::kTexts)
         tolvane::bench::Measure(text, times);
     return tolvane::bench::sink == 0 ? 1 : 0;
