@@ -4,7 +4,7 @@ namespace tolvane::bench {
 
 // A statement ends with a semicolon at the end of a line; the other semicolons have a comment after
 // them.
-std::string BigShopScript(int articles) {
+std::string BigShopScript(int articles, int promotionEvery) {
     return R"(
 insert into N_CURRENCY values (1, 'Български лев', 'лв', 1, 1, 1);
 insert into N_CURRENCY values (2, 'Евро', 'EUR', 1.95583, 1, 0);
@@ -39,7 +39,8 @@ begin
         insert into LABEL_PRINTING values (:N, mod(:N, 30), 'Съставки на артикул ' || :K || ', сол',
             'Съхранение от 0 до +4 градуса', 'Произход: България'); /* */
         insert into SUPPLIES_PLUCONTROL values (:N, :N, 'L24' || :N); /* */
-        if (mod(N, 100) = 0) then
+        if (mod(N, )" +
+           std::to_string(promotionEvery) + R"() = 0) then
             insert into PROMOTIONS values (:N, :N, 1, '1111111', null, null, 0, null, 0, 1, null,
                 null, null, 1.99, 1, 'Промоция', null, null, 1); /* */
     end

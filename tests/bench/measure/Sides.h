@@ -1,7 +1,6 @@
 #pragma once
 
 #include <algorithm>
-#include <array>
 #include <chrono>
 #include <cstdio>
 #include <functional>
@@ -38,29 +37,43 @@ struct TSpread {
     double most;
 };
 
-// Runs both sides in turns and prints what each takes and their ratio, round by round.
-inline void Compare(const TSide& ours, const TSide& other, std::optional<double> atMost = {},
-                    int rounds = 11) {
-    const std::array<const TSide*, 2> sides = {&ours, &other};
-    std::array<std::vector<double>, 2> times;
+// What was measured of both sides, round by round.
+struct TRounds {
+    std::vector<double> ours;
+    std::vector<double> other;
+};
+
+inline void PrintSide(std::string_view name, std::string_view unit,
+                      const std::vector<double>& values) {
+    const TSpread spread(values);
+    std::printf("%-44s %9.2f %s (%.2f to %.2f)\n", name.data(), spread.median, unit.data(),
+                spread.least, spread.most);
+}
+
+inline void PrintRatio(const TRounds& rounds, std::optional<double> atMost = {}) {
     std::vector<double> ratios;
-    for (int round = 0; round < rounds; ++round) {
-        for (std::size_t side = 0; side < sides.size(); ++side) {
-            sides[side]->prepare();
-            times[side].push_back(MillisecondsOf(sides[side]->run));
-        }
-        ratios.push_back(times[0].back() / times[1].back());
-    }
-    for (std::size_t side = 0; side < sides.size(); ++side) {
-        const TSpread spread(times[side]);
-        std::printf("%-44s %9.2f ms (%.2f to %.2f)\n", sides[side]->name.data(), spread.median,
-                    spread.least, spread.most);
-    }
+    for (std::size_t round = 0; round < rounds.ours.size(); ++round)
+        ratios.push_back(rounds.ours[round] / rounds.other[round]);
     const TSpread ratio(ratios);
     std::printf("%44s %9.2f    (%.2f to %.2f)", "ratio", ratio.median, ratio.least, ratio.most);
     if (atMost) std::printf(", at most %.1f", *atMost);
     std::printf("\n\n");
     std::fflush(stdout);
+}
+
+// Runs both sides in turns and prints what each takes and their ratio, round by round.
+inline void Compare(const TSide& ours, const TSide& other, std::optional<double> atMost = {},
+                    int rounds = 11) {
+    TRounds times;
+    for (int round = 0; round < rounds; ++round) {
+        ours.prepare();
+        times.ours.push_back(MillisecondsOf(ours.run));
+        other.prepare();
+        times.other.push_back(MillisecondsOf(other.run));
+    }
+    PrintSide(ours.name, "ms", times.ours);
+    PrintSide(other.name, "ms", times.other);
+    PrintRatio(times, atMost);
 }
 
 }  // namespace tolvane::bench
