@@ -3,17 +3,28 @@
 #include <cassert>
 #include <stdexcept>
 
+#include "database/Unaligned.h"
+
 namespace tolvane {
 namespace {
 
 constexpr std::size_t kMostBlocks = 0x10000;
 
-// FNV-1a.
-std::uint32_t Hash(std::string_view text) {
-    std::uint32_t hash = 2166136261U;
+std::uint64_t Mixed(std::uint64_t hash, std::uint64_t word) {
+    constexpr std::uint64_t kFactor = 0x9E3779B97F4A7C15U;  // odd, without a pattern
+    hash = (hash ^ word) * kFactor;
+    return hash ^ hash >> 32;
+}
+
+// By words of eight bytes, as the hash is most of what storing a text takes.
+std::size_t Hash(std::string_view text) {
+    std::uint64_t hash = text.size();
+    for (; text.size() >= sizeof(hash); text.remove_prefix(sizeof(hash)))
+        hash = Mixed(hash, Get<std::uint64_t>(text.data()));
+    std::uint64_t rest = 0;
     for (const char c : text)
-        hash = (hash ^ static_cast<unsigned char>(c)) * 16777619U;
-    return hash ^ (hash >> 15);
+        rest = rest << 8 | static_cast<unsigned char>(c);
+    return static_cast<std::size_t>(Mixed(hash, rest));
 }
 
 }  // namespace

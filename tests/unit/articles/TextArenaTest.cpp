@@ -25,6 +25,16 @@ TEST(TextArena, ARepeatedTextIsStoredOnce) {
     EXPECT_EQ(arena.Text(other), "another");
 }
 
+TEST(TextArena, ARepeatedTextOfAnyLengthIsStoredOnce) {
+    for (std::size_t length = 1; length <= TTextArena::kLongest; ++length) {
+        TTextArena arena;
+        const std::string text(length, 'a');
+        const auto first = arena.Store(text);
+        EXPECT_EQ(arena.Store(text), first) << length;
+        EXPECT_EQ(arena.Text(first), text);
+    }
+}
+
 TEST(TextArena, KeepsTextsOfEveryLengthAcrossBlocks) {
     TTextArena arena;
     std::vector<TTextArena::TPosition> positions;
