@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cfloat>
 #include <cstdint>
+#include <cstdlib>
 #include <limits>
+#include <random>
 #include <string>
 
 #include "ColumnValues.h"
@@ -107,6 +110,26 @@ TEST(ColumnValue, ScaledNumbersAreTheNearestDouble) {
     EXPECT_EQ(ValueAsFloat(Number(3, 22), "C", Comma()), 3e22);
     EXPECT_EQ(ValueAsFloat(Number(3, -23), "C", Comma()), 3e-23);
     EXPECT_EQ(ValueAsInteger(Number(70000, -4), "C", Comma()), 7);
+}
+
+// The library reads a number's text as the nearest double. Where a quotient is rounded twice, to
+// the processor's own width first, it may be the next one.
+TEST(ColumnValue, ScaledNumbersAreWhatTheirTextSays) {
+    std::mt19937_64 random(1);
+    for (int scale = -18; scale <= 18; ++scale) {
+        for (int i = 0; i < 2000; ++i) {
+            // Up to 2^53, which a double holds exactly.
+            const auto integer = static_cast<std::int64_t>(random() >> (11U + random() % 50));
+            const std::string text = std::to_string(integer) + 'e' + std::to_string(scale);
+            const double value = ValueAsFloat(Number(integer, scale), "C", Comma());
+            const double expected = std::strtod(text.c_str(), nullptr);
+            if constexpr (FLT_EVAL_METHOD == 0) {
+                ASSERT_EQ(value, expected) << text;
+            } else {
+                ASSERT_DOUBLE_EQ(value, expected) << text;
+            }
+        }
+    }
 }
 
 TEST(ColumnValue, FloatsAreShownShort) {
