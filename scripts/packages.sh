@@ -4,7 +4,7 @@
 # something is missing.
 #
 #   scripts/packages.sh [build] [headless] [check] [wine] [firebird] [winelib] [shop] [trace] [chain]
-#                       [installer] [coverage] [release] [guide]
+#                       [installer] [coverage] [release] [guide] [bench]
 
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
@@ -29,6 +29,7 @@ declare -A GROUPS_OF_PACKAGES=(
     [installer]="nsis zip unzip"
     [release]="debhelper lintian debootstrap python3"
     [guide]="cmark-gfm weasyprint python3 fonts-dejavu-core"
+    [bench]="fp-compiler fp-units-db"
 )
 ALL_GROUPS=(build check wine firebird winelib shop trace chain installer)
 PREFERENCES=/etc/apt/preferences.d/zz-tolvane-setup

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 #include "articles/ArticleLoader.h"
 #include "database/ClientLibrary.h"
 

@@ -61,6 +61,7 @@ public:
     ~TTestDatabase();
 
     TAttachment& Host() { return *host_; }
+    const std::filesystem::path& File() const { return file_; }
     std::unique_ptr<TAttachment> Attach(const TLogin& login = {}) const;
     // Replaces the host's connection by one with another login or address.
     void Reconnect(const TLogin& login);
