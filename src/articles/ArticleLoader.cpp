@@ -12,8 +12,8 @@
 namespace tolvane {
 namespace {
 
-int StepsFor(const TQuery& query) {
-    return static_cast<int>(query.RowCount()) - 1;
+int StepsFor(std::size_t rows) {
+    return static_cast<int>(rows) - 1;
 }
 
 }  // namespace
@@ -106,24 +106,43 @@ bool TArticleLoader::LoadRows(const TRegionalSettings& regional) {
     parts_.query.SetText(ArticleQuery());
     parts_.query.Open();
     if (parts_.query.RowCount() == 0) return false;
-    parts_.query.FetchAll();
-    parts_.wait.Show(StepsFor(parts_.query));
-    parts_.articles.Reserve(parts_.query.RowCount());
-    TRowCopy copy(parts_.query, parts_.articles, regional);
-    for (std::size_t row = 0; row < parts_.query.RowCount(); ++row) {
-        copy.Append(row);
-        parts_.query.FreeRowsBefore(row);
+    const TCopied copied = CopyRows(regional);
+    parts_.wait.Show(StepsFor(copied.rows));
+    for (std::size_t row = 0; row < parts_.articles.RowCount(); ++row)
         parts_.wait.Step();
-    }
+    if (copied.failure) std::rethrow_exception(copied.failure);
     Restart();
     return true;
+}
+
+// Copies each row when it comes, so that the rows never lie in memory beside the table, and the
+// server already looks for the next ones.
+TArticleLoader::TCopied TArticleLoader::CopyRows(const TRegionalSettings& regional) {
+    TCopied copied;
+    TRowCopy copy(parts_.query, parts_.articles, regional);
+    try {
+        do {
+            ++copied.rows;
+            if (copied.failure) continue;
+            try {
+                copy.Append(parts_.query.LatestRow());
+            } catch (...) {
+                copied.failure = std::current_exception();
+            }
+        } while (parts_.query.FetchLatest());
+    } catch (...) {
+        parts_.articles.Clear();
+        throw;
+    }
+    parts_.articles.ShrinkToFit();
+    return copied;
 }
 
 void TArticleLoader::MarkPromotions(const TRegionalSettings& regional) {
     parts_.query.SetText(std::string(PromotionQuery()));
     parts_.query.Open();
     parts_.query.FetchAll();
-    parts_.wait.Show(StepsFor(parts_.query));
+    parts_.wait.Show(StepsFor(parts_.query.RowCount()));
     promotions_ = MarkPromotedArticles(parts_.query, parts_.articles, parts_.clock.Now(), regional);
     parts_.sort.SetLoaded();
     parts_.view.ResumeDisplay();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <exception>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -79,6 +81,13 @@ private:
     void CreateMissingIndex();
     // False when there are no articles.
     bool LoadRows(const TRegionalSettings& regional);
+    // How many rows there were, and why not all are in the table: the first one that did not
+    // convert and those behind it are not.
+    struct TCopied {
+        std::size_t rows = 0;
+        std::exception_ptr failure;
+    };
+    TCopied CopyRows(const TRegionalSettings& regional);
     void MarkPromotions(const TRegionalSettings& regional);
     void Abandon() noexcept;
     template <class Body>

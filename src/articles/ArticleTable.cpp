@@ -98,10 +98,17 @@ void TArticleTable::Reserve(std::size_t rows) {
     EachColumn(*this, [&](auto& column) { column.reserve(rows); });
 }
 
+void TArticleTable::ShrinkToFit() {
+    // First the column whose capacity is that of all.
+    indexes_.shrink_to_fit();
+    if (indexes_.capacity() == indexes_.size())
+        EachColumn(*this, [](auto& column) { column.shrink_to_fit(); });
+}
+
 TRowId TArticleTable::Append() {
     const std::size_t row = order_.size();
     // Reserve enlarges this column last, so its capacity is that of all.
-    if (row == indexes_.capacity()) Reserve(std::max(row + row / 2, kFewRows));
+    if (row == indexes_.capacity()) Reserve(std::max(row + row / 4, kFewRows));
     EachColumn(*this, [](auto& column) { column.emplace_back(); });
     order_.back() = static_cast<TRowId>(row);
     indexes_.back() = static_cast<std::uint32_t>(row);

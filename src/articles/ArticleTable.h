@@ -53,10 +53,10 @@ public:
 
     // Removes all rows and frees their memory.
     void Clear();
-    // Makes room for this many rows in all, which saves memory and time when the number is known.
-    void Reserve(std::size_t rows);
     // Adds a row of zeros and empty texts at the end of the current order.
     TRowId Append();
+    // Gives back the room for rows to come.
+    void ShrinkToFit();
     void SetInteger(TRowId row, TField field, std::int32_t value);
     void SetFloat(TRowId row, TField field, double value);
     void SetBoolean(TRowId row, TField field, bool value);
@@ -86,6 +86,8 @@ private:
     static T& At(std::vector<T>& column, TRowId row) {
         return const_cast<T&>(At(std::as_const(column), row));
     }
+    // Makes room for this many rows in all.
+    void Reserve(std::size_t rows);
     // Calls `visit` with each column.
     template <class Self, class Visitor>
     static void EachColumn(Self& self, Visitor visit);

@@ -65,9 +65,9 @@ std::int32_t ScaleNumber(const std::string& text) {
 }  // namespace
 
 TRowCopy::TRowCopy(const TQuery& query, TArticleTable& articles, const TRegionalSettings& regional)
-    : query_(query), articles_(articles), regional_(regional) {
+    : articles_(articles), regional_(regional) {
     for (const TFieldSource& source : kSources) {
-        const TSource found{source.field, query.Column(source.alias)};
+        const TSource found{source.field, source.alias, query.Column(source.alias)};
         switch (FieldInfo(source.field).type) {
             case TFieldType::Integer:
                 integers_.push_back(found);
@@ -81,15 +81,13 @@ TRowCopy::TRowCopy(const TQuery& query, TArticleTable& articles, const TRegional
     }
 }
 
-std::int32_t TRowCopy::IntegerFor(const TSource& source, std::size_t row) const {
-    if (source.field == PLU_SCALE_NUMB)
-        return ScaleNumber(query_.AsText(row, source.column, regional_));
-    if (source.field == PR_ID && query_.IsNull(row, source.column)) return kNoPromotion;
-    return query_.AsInteger(row, source.column, regional_);
+std::int32_t TRowCopy::IntegerOf(const TSource& source, const TColumnValue& value) const {
+    if (source.field == PLU_SCALE_NUMB) return ScaleNumber(ValueAsText(value, regional_));
+    if (source.field == PR_ID && value.kind == TValueKind::Null) return kNoPromotion;
+    return ValueAsInteger(value, source.alias, regional_);
 }
 
-void TRowCopy::CopyText(const TSource& source, std::size_t row, TRowId to) {
-    const TColumnValue value = query_.Value(row, source.column);
+void TRowCopy::CopyText(const TSource& source, const TColumnValue& value, TRowId to) {
     std::string converted;
     std::string_view text = value.text;
     if (value.kind != TValueKind::Text) {
@@ -100,13 +98,13 @@ void TRowCopy::CopyText(const TSource& source, std::size_t row, TRowId to) {
     articles_.SetText(to, source.field, text);
 }
 
-void TRowCopy::Append(std::size_t row) {
+void TRowCopy::Append(std::span<const TColumnValue> row) {
     std::array<std::int32_t, kFieldCount> integers{};
     std::array<double, kFieldCount> floats{};
     for (std::size_t i = 0; i < integers_.size(); ++i)
-        integers[i] = IntegerFor(integers_[i], row);
+        integers[i] = IntegerOf(integers_[i], row[integers_[i].column]);
     for (std::size_t i = 0; i < floats_.size(); ++i)
-        floats[i] = query_.AsFloat(row, floats_[i].column, regional_);
+        floats[i] = ValueAsFloat(row[floats_[i].column], floats_[i].alias, regional_);
 
     const TRowId to = articles_.Append();
     for (std::size_t i = 0; i < integers_.size(); ++i)
@@ -114,7 +112,7 @@ void TRowCopy::Append(std::size_t row) {
     for (std::size_t i = 0; i < floats_.size(); ++i)
         articles_.SetFloat(to, floats_[i].field, floats[i]);
     for (const TSource& source : texts_)
-        CopyText(source, row, to);
+        CopyText(source, row[source.column], to);
 }
 
 }  // namespace tolvane

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -9,25 +10,25 @@
 
 namespace tolvane {
 
-// Copies the rows of the open article query into the article table. Finds its columns once, and
-// throws TDatabaseError when one is missing.
+// Copies rows of the open article query into the article table. Finds its columns once, and throws
+// TDatabaseError when one is missing.
 class TRowCopy {
 public:
     TRowCopy(const TQuery& query, TArticleTable& articles, const TRegionalSettings& regional);
 
-    // Appends one row of the query. Throws TDatabaseError, without appending, when a value does not
-    // convert.
-    void Append(std::size_t row);
+    // Appends a row, given by the values of the query's columns. Throws TDatabaseError, without
+    // appending, when a value does not convert.
+    void Append(std::span<const TColumnValue> row);
 
 private:
     struct TSource {
         TField field;
+        std::string_view alias;
         std::size_t column;
     };
-    std::int32_t IntegerFor(const TSource& source, std::size_t row) const;
-    void CopyText(const TSource& source, std::size_t row, TRowId to);
+    std::int32_t IntegerOf(const TSource& source, const TColumnValue& value) const;
+    void CopyText(const TSource& source, const TColumnValue& value, TRowId to);
 
-    const TQuery& query_;
     TArticleTable& articles_;
     const TRegionalSettings& regional_;
     std::vector<TSource> integers_;

@@ -162,6 +162,7 @@ TColumnValue TColumnReader::Read(std::size_t column, TTransactionState& transact
     if (nulls_[column] < 0) return {};
     TColumnValue value;
     value.kind = types_[column].kind;
+    value.scale = types_[column].scale;
     switch (value.kind) {
         case TValueKind::Integer:
             value.integer = ReadInteger(variable);

@@ -18,6 +18,7 @@ struct TCursor {
     TStatement statement;
     TColumnReader reader;
     TRowBuffer rows;
+    std::span<const TColumnValue> latest;
     bool atEnd = false;
 
     TCursor(TTransactionState& transaction, const std::string& text) : statement(transaction) {
@@ -39,7 +40,8 @@ struct TCursor {
     }
 
     // False at the end of the rows.
-    bool Fetch(TTransactionState& transaction) {
+    bool FetchLatest(TTransactionState& transaction) {
+        latest = {};
         if (atEnd) return false;
         TStatus status(transaction.functions);
         const ISC_STATUS code = transaction.functions.fetch(status, statement.Handle(),
@@ -49,7 +51,13 @@ struct TCursor {
             return false;
         }
         status.Check();
-        rows.Append(reader.Row(transaction));
+        latest = reader.Row(transaction);
+        return true;
+    }
+
+    bool Fetch(TTransactionState& transaction) {
+        if (!FetchLatest(transaction)) return false;
+        rows.Append(latest);
         return true;
     }
 };
@@ -71,10 +79,22 @@ void TQuery::Open() {
     cursor_ = std::move(cursor);
 }
 
-void TQuery::FetchAll() {
+TCursor& TQuery::Cursor() const {
     if (cursor_ == nullptr) throw TDatabaseError(std::string("Заявката не е отворена"_cp1251));
-    while (cursor_->Fetch(*transaction_)) {
+    return *cursor_;
+}
+
+void TQuery::FetchAll() {
+    while (Cursor().Fetch(*transaction_)) {
     }
+}
+
+bool TQuery::FetchLatest() {
+    return Cursor().FetchLatest(*transaction_);
+}
+
+std::span<const TColumnValue> TQuery::LatestRow() const noexcept {
+    return cursor_ == nullptr ? std::span<const TColumnValue>() : cursor_->latest;
 }
 
 void TQuery::Execute() {
@@ -132,14 +152,6 @@ double TQuery::AsFloat(std::size_t row, std::size_t column,
                        const TRegionalSettings& regional) const {
     const TColumnValue value = Value(row, column);
     return ValueAsFloat(value, cursor_->reader.Alias(column), regional);
-}
-
-void TQuery::FreeRowsBefore(std::size_t row) noexcept {
-    if (cursor_ != nullptr) cursor_->rows.FreeBefore(row);
-}
-
-std::size_t TQuery::MemoryUsed() const noexcept {
-    return cursor_ == nullptr ? 0 : cursor_->rows.MemoryUsed();
 }
 
 }  // namespace tolvane

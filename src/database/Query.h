@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -30,6 +31,11 @@ public:
     void Open();
     // Fetches the rows that are left.
     void FetchAll();
+    // Fetches one more row without keeping it; false at the end.
+    bool FetchLatest();
+    // The values of the row that was fetched last, kept or not, by column; valid until the next
+    // fetch or Close. Empty at the end of the rows.
+    std::span<const TColumnValue> LatestRow() const noexcept;
     // Runs a statement that returns no rows.
     void Execute();
     // Frees the rows and the statement; does nothing when it is not open.
@@ -40,10 +46,7 @@ public:
     std::size_t ColumnCount() const noexcept;
     // The index of the column with exactly this alias; throws when there is no such column.
     std::size_t Column(std::string_view alias) const;
-    // Gives back the memory of the rows before this one, which cannot be asked for any more.
-    void FreeRowsBefore(std::size_t row) noexcept;
-    // A wrong row or column throws std::out_of_range. A value's text is valid until Close
-    // or until its row is given back.
+    // A wrong row or column throws std::out_of_range. A value's text is valid until Close.
     TColumnValue Value(std::size_t row, std::size_t column) const;
     bool IsNull(std::size_t row, std::size_t column) const;
     std::string AsText(std::size_t row, std::size_t column,
@@ -51,10 +54,11 @@ public:
     std::int32_t AsInteger(std::size_t row, std::size_t column,
                            const TRegionalSettings& regional) const;
     double AsFloat(std::size_t row, std::size_t column, const TRegionalSettings& regional) const;
-    // Bytes that the fetched rows take.
-    std::size_t MemoryUsed() const noexcept;
 
 private:
+    // Throws when the query is not open.
+    TCursor& Cursor() const;
+
     TTransactionState* transaction_;
     std::string text_;
     std::unique_ptr<TCursor> cursor_;

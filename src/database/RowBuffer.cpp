@@ -11,7 +11,7 @@
 namespace tolvane {
 namespace {
 
-// So large that the system takes a freed one back.
+// So large that the system takes it back when it is freed.
 constexpr std::size_t kBlockSize = 0x100000;
 // A text this long gets a block of its own.
 constexpr std::size_t kLongText = kBlockSize / 64;
@@ -71,33 +71,30 @@ char* TRowBuffer::NewRow() {
     return row;
 }
 
-char* TRowBuffer::AddTextBlock(std::size_t size) {
-    texts_.push_back({.bytes = std::make_unique_for_overwrite<char[]>(size), .size = size});
-    return texts_.back().bytes.get();
-}
-
-TRowBuffer::TStoredText TRowBuffer::NewText(std::size_t size) {
-    if (size > kLongText) return {.at = AddTextBlock(size), .block = texts_.size() - 1};
-    if (textFree_ < size) {
-        textNext_ = AddTextBlock(kBlockSize);
+char* TRowBuffer::NewText(std::size_t size) {
+    const bool isLong = size > kLongText;
+    if (isLong || textFree_ < size) {
+        const std::size_t blockSize = isLong ? size : kBlockSize;
+        texts_.push_back(std::make_unique_for_overwrite<char[]>(blockSize));
+        textsUsed_ += blockSize;
+        if (isLong) return texts_.back().get();
+        textNext_ = texts_.back().get();
         textFree_ = kBlockSize;
-        textBlock_ = texts_.size() - 1;
     }
     textFree_ -= size;
-    return {.at = std::exchange(textNext_, textNext_ + size), .block = textBlock_};
+    return std::exchange(textNext_, textNext_ + size);
 }
 
 // A unit, a currency or a group repeats in row after row. Nothing stands for the empty text.
 const char* TRowBuffer::Store(std::string_view text, std::size_t column) {
     if (text.empty()) return nullptr;
-    TStoredText& last = lastTexts_[column];
-    const bool isThere = last.at != nullptr && texts_[last.block].bytes != nullptr;
-    if (!isThere || StoredText(last.at) != text) {
-        last = NewText(sizeof(TLength) + text.size());
-        std::copy(text.begin(), text.end(), Put(last.at, static_cast<TLength>(text.size())));
+    const char*& last = lastTexts_[column];
+    if (last == nullptr || StoredText(last) != text) {
+        char* const at = NewText(sizeof(TLength) + text.size());
+        std::copy(text.begin(), text.end(), Put(at, static_cast<TLength>(text.size())));
+        last = at;
     }
-    texts_[last.block].lastRow = rowCount_;
-    return last.at;
+    return last;
 }
 
 void TRowBuffer::Append(std::span<const TColumnValue> values) {
@@ -141,7 +138,7 @@ void TRowBuffer::Append(std::span<const TColumnValue> values) {
 }
 
 TColumnValue TRowBuffer::Value(std::size_t row, std::size_t column) const {
-    if (row >= rowCount_ || row < freedRows_ * rowsPerBlock_ || column >= columns_.size())
+    if (row >= rowCount_ || column >= columns_.size())
         throw std::out_of_range("row or column of a query");
     const char* const start = rows_[row / rowsPerBlock_].get() + row % rowsPerBlock_ * rowSize_;
     if ((start[column / 8] >> column % 8 & 1) != 0) return {};
@@ -177,21 +174,8 @@ TColumnValue TRowBuffer::Value(std::size_t row, std::size_t column) const {
     return value;
 }
 
-void TRowBuffer::FreeBefore(std::size_t row) noexcept {
-    const std::size_t before = freedRows_;
-    for (; (freedRows_ + 1) * rowsPerBlock_ <= std::min(row, rowCount_); ++freedRows_)
-        rows_[freedRows_].reset();
-    if (freedRows_ == before) return;
-    const std::size_t firstRow = freedRows_ * rowsPerBlock_;
-    for (std::size_t i = 0; i < texts_.size(); ++i)
-        if (i != textBlock_ && texts_[i].lastRow < firstRow) texts_[i] = {};
-}
-
 std::size_t TRowBuffer::MemoryUsed() const noexcept {
-    std::size_t used = (rows_.size() - freedRows_) * rowsPerBlock_ * rowSize_;
-    for (const TTextBlock& block : texts_)
-        used += block.size;
-    return used;
+    return rows_.size() * rowsPerBlock_ * rowSize_ + textsUsed_;
 }
 
 }  // namespace tolvane

@@ -16,9 +16,8 @@ struct TColumnType {
     std::int8_t scale = 0;
 };
 
-// Holds fetched rows in blocks, from which rows can be freed in their order. A value takes only the
-// space that it needs: a text its own length, not its column's, and none when the row before has
-// the same.
+// Holds fetched rows in blocks. A value takes only the space that it needs: a text its own length,
+// not its column's, and none when the row before has the same.
 class TRowBuffer {
 public:
     TRowBuffer() = default;
@@ -28,29 +27,14 @@ public:
     void Append(std::span<const TColumnValue> values);
     std::size_t RowCount() const noexcept { return rowCount_; }
     std::size_t ColumnCount() const noexcept { return columns_.size(); }
-    // Throws std::out_of_range, also for a row that is freed. A text is valid until its row is
-    // freed.
+    // Throws std::out_of_range. A text is valid for as long as the buffer exists.
     TColumnValue Value(std::size_t row, std::size_t column) const;
-    // Frees the rows before this one, by whole blocks.
-    void FreeBefore(std::size_t row) noexcept;
     // Bytes on the heap.
     std::size_t MemoryUsed() const noexcept;
 
 private:
-    // Texts of the rows up to `lastRow`.
-    struct TTextBlock {
-        std::unique_ptr<char[]> bytes{};
-        std::size_t size = 0;
-        std::size_t lastRow = 0;
-    };
-    struct TStoredText {
-        char* at = nullptr;
-        std::size_t block = 0;
-    };
-
     char* NewRow();
-    TStoredText NewText(std::size_t size);
-    char* AddTextBlock(std::size_t size);
+    char* NewText(std::size_t size);
     const char* Store(std::string_view text, std::size_t column);
 
     std::vector<TColumnType> columns_;
@@ -59,12 +43,11 @@ private:
     std::size_t rowsPerBlock_ = 0;
     std::size_t rowCount_ = 0;
     std::vector<std::unique_ptr<char[]>> rows_;
-    std::size_t freedRows_ = 0;  // blocks
-    std::vector<TTextBlock> texts_;
-    std::size_t textBlock_ = 0;  // the one that short texts go into
-    std::size_t textFree_ = 0;   // bytes left at its end
+    std::vector<std::unique_ptr<char[]>> texts_;
+    std::size_t textsUsed_ = 0;
+    std::size_t textFree_ = 0;  // bytes left in the block that short texts go into
     char* textNext_ = nullptr;
-    std::vector<TStoredText> lastTexts_;  // of each column
+    std::vector<const char*> lastTexts_;  // of each column
 };
 
 }  // namespace tolvane

@@ -81,6 +81,23 @@ TEST_F(LoadFailuresTest, AConnectionThatIsCutInMidFetchIsReportedAndNothingHangs
     EXPECT_EQ(articles_.RowCount(), 0U);
 }
 
+TEST_F(LoadFailuresTest, AConnectionThatIsCutCountsBeforeARowThatDoesNotConvert) {
+    Use(Schema({{"PLU_SCALE_NUMB integer", "PLU_SCALE_NUMB varchar(10)"}}));
+    AddArticle(1, {{"PLU_SCALE_NUMB", "'11'"}});
+    AddManyArticles();
+    Run("update PLUES set PLU_SCALE_NUMB = 'x' where PLU_NUMB = 2");
+    TCuttingProxy proxy(Server().address);
+    TLogin login;
+    login.address = proxy.Address();
+    database_->Reconnect(login);
+    Connect();
+    proxy.CutAfter(60000);
+    EXPECT_EQ(FailingLoad(), (TEvents{"suspend", "hide", "resume"}));
+    EXPECT_TRUE(proxy.HasCut());
+    EXPECT_NE(error_.find("onnection"), std::string::npos) << error_;
+    EXPECT_EQ(articles_.RowCount(), 0U);
+}
+
 TEST_F(LoadFailuresTest, AConnectionThatTheServerHasEndedIsReportedAtEachLoad) {
     AddArticle(1);
     Loader().LoadArticles();

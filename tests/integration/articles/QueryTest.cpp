@@ -208,6 +208,31 @@ TEST_F(QueryTest, OpenFetchesTheFirstRowAndFetchAllTheRest) {
     EXPECT_EQ(query_->RowCount(), all);
 }
 
+TEST_F(QueryTest, FetchLatestShowsEachRowAndKeepsNone) {
+    query_->SetText(
+        "select 1 as N, 'one' as T from RDB$DATABASE union all "
+        "select cast(2.50 as numeric(9,2)), 'two' from RDB$DATABASE union all "
+        "select null, null from RDB$DATABASE");
+    query_->Open();
+    ASSERT_EQ(query_->LatestRow().size(), 2U);
+    EXPECT_EQ(ValueAsText(query_->LatestRow()[0], regional_), "1");
+    EXPECT_EQ(query_->LatestRow()[1].text, "one");
+    ASSERT_TRUE(query_->FetchLatest());
+    EXPECT_EQ(ValueAsText(query_->LatestRow()[0], regional_), "2,5");
+    EXPECT_EQ(query_->LatestRow()[1].text, "two");
+    ASSERT_TRUE(query_->FetchLatest());
+    EXPECT_EQ(query_->LatestRow()[0].kind, TValueKind::Null);
+    EXPECT_EQ(query_->RowCount(), 1U);
+    EXPECT_FALSE(query_->FetchLatest());
+    EXPECT_FALSE(query_->FetchLatest());
+    EXPECT_TRUE(query_->LatestRow().empty());
+}
+
+TEST_F(QueryTest, FetchLatestNeedsAnOpenQuery) {
+    EXPECT_THROW(query_->FetchLatest(), TDatabaseError);
+    EXPECT_TRUE(query_->LatestRow().empty());
+}
+
 TEST_F(QueryTest, AnEmptyResultHasNoRows) {
     query_->SetText("select * from EVERY_TYPE");
     query_->Open();

@@ -262,5 +262,21 @@ TEST(ArticleTable, ATypicalRowTakesAtMost400Bytes) {
     EXPECT_LE(table.MemoryUsed() / kRows, 400U);
 }
 
+TEST(ArticleTable, ShrunkItHasRoomForItsRowsAloneAndTakesMore) {
+    TArticleTable table;
+    constexpr std::int32_t kRows = 1000;
+    for (std::int32_t number = 0; number < kRows; ++number)
+        table.SetInteger(table.Append(), TField::PLU_NUMB, number);
+    table.ShrinkToFit();
+    // Eight numbers with a fraction, three without, 21 places of texts, a flag, and two numbers for
+    // the order.
+    EXPECT_EQ(table.MemoryUsed(), kRows * (8U * 8 + 3 * 4 + 21 * 4 + 1 + 2 * 4));
+    const TRowId row = table.Append();
+    table.SetInteger(row, TField::PLU_NUMB, kRows);
+    ASSERT_EQ(table.RowCount(), kRows + 1U);
+    for (TRowId each = 0; each < table.RowCount(); ++each)
+        ASSERT_EQ(table.Integer(each, TField::PLU_NUMB), static_cast<std::int32_t>(each));
+}
+
 }  // namespace
 }  // namespace tolvane

@@ -113,53 +113,6 @@ TEST(RowBuffer, KeepsATextThatTheRowBeforeHasOnlyOnce) {
     EXPECT_EQ(buffer.Value(99999, 1).text, "");
 }
 
-// A name of its own in each row, a group for a thousand rows, and now and then a long comment.
-std::vector<std::string> TextsOf(std::size_t row) {
-    return {"name " + std::to_string(row), "group " + std::to_string(row / 1000),
-            row % 500 == 0 ? std::string(20000, static_cast<char>('a' + row % 26)) : ""};
-}
-
-void AppendTexts(TRowBuffer& buffer, std::size_t row) {
-    const std::vector<std::string> texts = TextsOf(row);
-    buffer.Append(std::vector<TColumnValue>{Text(texts[0]), Text(texts[1]), Text(texts[2])});
-}
-
-TEST(RowBuffer, GivesBackRowsInTheirOrderAndKeepsTheOthers) {
-    TRowBuffer buffer(std::vector<TColumnType>(3, {TValueKind::Text, 0}));
-    constexpr std::size_t kRows = 200'000;
-    for (std::size_t row = 0; row < kRows; ++row)
-        AppendTexts(buffer, row);
-    constexpr std::size_t kRowsOfBlock = 0x100000 / (1 + 3 * sizeof(void*));
-    const std::uint64_t all = buffer.MemoryUsed();
-    for (std::size_t row = 0; row < kRows; ++row) {
-        const std::vector<std::string> texts = TextsOf(row);
-        for (std::size_t column = 0; column < texts.size(); ++column)
-            ASSERT_EQ(buffer.Value(row, column).text, texts[column]) << row;
-        buffer.FreeBefore(row);
-        // The rows of one block with their texts, a block of texts in part, and a spare end of each
-        // are there too long.
-        ASSERT_LE(buffer.MemoryUsed(), all * (kRows - row + kRowsOfBlock) / kRows + 4 * 0x100000)
-            << row;
-    }
-    EXPECT_THROW(buffer.Value(0, 0), std::out_of_range);
-    EXPECT_EQ(buffer.RowCount(), kRows);
-}
-
-TEST(RowBuffer, TakesMoreRowsAfterSomeAreFreed) {
-    TRowBuffer buffer(std::vector<TColumnType>(3, {TValueKind::Text, 0}));
-    constexpr std::size_t kRows = 200'000;
-    for (std::size_t row = 0; row < kRows; ++row) {
-        AppendTexts(buffer, row);
-        if (row % 1000 == 999) buffer.FreeBefore(row);
-    }
-    EXPECT_LE(buffer.MemoryUsed(), 8U * 0x100000);
-    EXPECT_EQ(buffer.Value(kRows - 1, 1).text, TextsOf(kRows - 1)[1]);
-    buffer.FreeBefore(kRows + 100);
-    AppendTexts(buffer, kRows);
-    for (std::size_t column = 0; column < 3; ++column)
-        EXPECT_EQ(buffer.Value(kRows, column).text, TextsOf(kRows)[column]);
-}
-
 TEST(RowBuffer, ChecksRowAndColumn) {
     TRowBuffer buffer({{TValueKind::Integer, 0}});
     EXPECT_THROW(buffer.Value(0, 0), std::out_of_range);
