@@ -7,6 +7,7 @@
 
 #include "command/Columns.h"
 #include "text/Numbers.h"
+#include "text/OneLine.h"
 
 namespace tolvane {
 namespace {
@@ -139,12 +140,6 @@ std::string Json(const TReport& report, TExitCode exitCode) {
 }
 
 }  // namespace
-
-std::string OnOneLine(std::string text) {
-    for (char& letter : text)
-        if (static_cast<unsigned char>(letter) < ' ') letter = ' ';
-    return text;
-}
 
 std::string FormatReport(const TReport& report, TFormat format, TExitCode exitCode) {
     switch (format) {

@@ -18,9 +18,6 @@ inline TCell Number(std::int64_t number) {
     return number;
 }
 
-// Without control characters, which would leave the line.
-std::string OnOneLine(std::string text);
-
 struct TReportColumn {
     std::string key;    // in JSON and CSV
     std::string title;  // in a table

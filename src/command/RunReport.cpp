@@ -7,6 +7,7 @@
 
 #include "command/LedgerContent.h"
 #include "text/Cp1251.h"
+#include "text/OneLine.h"
 
 namespace tolvane {
 namespace {

@@ -13,6 +13,7 @@
 #include "command/UsageError.h"
 #include "config/IniDocument.h"
 #include "text/Cp1251.h"
+#include "text/OneLine.h"
 
 namespace tolvane {
 namespace {
@@ -46,8 +47,9 @@ void CheckKeys(const TIniDocument& document, const std::string& file) {
         });
         if (isKnown) continue;
         const std::string near = Nearest(ToUtf8(key), names);
-        throw TUsageError("The configuration file " + file + " holds an unknown setting: " +
-                          ToUtf8(key) + (near.empty() ? "." : ". Did you mean " + near + "?"));
+        throw TUsageError("The configuration file " + file +
+                          " holds an unknown setting: " + OnOneLine(ToUtf8(key)) +
+                          (near.empty() ? "." : ". Did you mean " + near + "?"));
     }
 }
 

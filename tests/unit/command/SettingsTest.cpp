@@ -143,6 +143,14 @@ TEST(Settings, AnUnknownOneIsRefusedAndNamesTheNearest) {
     EXPECT_EQ(line.Options({"write", "--config", config}).lockWait, seconds(5));
 }
 
+TEST(Settings, AnUnknownOneIsNamedWithoutItsControlCharacters) {
+    using namespace std::string_literals;
+    const TCommandLine line;
+    const std::string config = line.Config("[tolvane]\na\0b\x1B[31m\tc=5\n"s);
+    EXPECT_EQ(line.Refusal({"write", "--config", config}),
+              "The configuration file " + config + " holds an unknown setting: a b [31m c.");
+}
+
 TEST(Settings, ABadValueNamesWhereItComesFrom) {
     TCommandLine line;
     const std::string config = line.Config("[tolvane]\ndeadline=soon\n");
