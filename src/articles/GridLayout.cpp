@@ -64,7 +64,8 @@ TGridLayout LoadGridLayout(const TIniDocument& document, int dotsPerInch) {
             return column.field == field;
         });
         if (found == columns.end()) continue;
-        if (stored.width) found->width = Scaled(*stored.width, resolution, dotsPerInch);
+        if (stored.width)
+            found->width = std::min(Scaled(*stored.width, resolution, dotsPerInch), kWidest);
         std::rotate(next, found, found + 1);
         ++next;
     }

@@ -71,6 +71,14 @@ TEST(GridLayout, WidthsOfAnotherResolutionAreConverted) {
     EXPECT_EQ(LoadGridLayout(document, 144).columns[0].width, 300);
 }
 
+TEST(GridLayout, AConvertedWidthIsNoWiderThanOneThatIsLoaded) {
+    const TIniDocument document(
+        "[PLUGRID]\r\naDBGrid_PixelsPerInch=1\r\naDBGrid_Column1=PLU_NAME,10000\r\n");
+    const TGridLayout layout = LoadGridLayout(document, 96);
+    EXPECT_EQ(layout.columns[0].field, TField::PLU_NAME);
+    EXPECT_EQ(layout.columns[0].width, 10000);
+}
+
 TEST(GridLayout, ColumnsThatTheFileLeavesOutComeLastInTheirFirstOrder) {
     const TIniDocument document(
         "[PLUGRID]\r\naDBGrid_Column1=SHIPMENTNUMB,50\r\n"
