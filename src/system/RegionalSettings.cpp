@@ -169,8 +169,10 @@ private:
 
     // Without "am" or "pm", the hour counts from 0 to 23.
     bool TakeHalfOfDay(const TPiece& piece) {
-        const std::string morning = HalfOfDay(piece, 0, regional_);
-        const std::string afternoon = HalfOfDay(piece, 12, regional_);
+        const std::string morningText = HalfOfDay(piece, 0, regional_);
+        const std::string afternoonText = HalfOfDay(piece, 12, regional_);
+        const std::string_view morning = Trim(morningText);
+        const std::string_view afternoon = Trim(afternoonText);
         if (!afternoon.empty() && TakeLiteral(afternoon)) {
             half_ = 2;
         } else if (!morning.empty() && TakeLiteral(morning)) {
@@ -211,6 +213,12 @@ TPieces WithoutSeconds(const TPieces& pieces) {
 }
 
 }  // namespace
+
+char UsableDecimalSeparator(char separator) {
+    const bool hasOtherMeaning =
+        std::string_view("0123456789+-eE|").find(separator) != std::string_view::npos;
+    return hasOtherMeaning || static_cast<unsigned char>(separator) < ' ' ? '.' : separator;
+}
 
 std::string FormatDate(TDate date, const TRegionalSettings& regional) {
     std::string out;

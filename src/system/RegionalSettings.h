@@ -26,9 +26,12 @@ struct TRegionalSettings {
 };
 
 // The settings of the user who runs the program, read anew at each call (on Windows from the
-// system, where a decimal separator that code page 1251 lacks becomes '.'; elsewhere the defaults
-// above).
+// system, where a decimal separator that code page 1251 lacks or that is not usable becomes '.';
+// elsewhere the defaults above).
 TRegionalSettings SystemRegionalSettings();
+// The separator itself, or '.' for one that would mean something else in a number or in an article
+// line: a digit, a sign, 'E', '|', a control character. Some systems let a user enter any.
+char UsableDecimalSeparator(char separator);
 
 std::string FormatDate(TDate date, const TRegionalSettings& regional);
 std::string FormatTime(TTimeOfDay time, const TRegionalSettings& regional);

@@ -31,7 +31,8 @@ std::string TextOf(LCTYPE what, const char* otherwise) {
 char DecimalSeparator() {
     const std::u16string text = Setting(LOCALE_SDECIMAL);
     const int byte = text.empty() ? -1 : Cp1251Byte(text.front());
-    return byte < 0 ? '.' : static_cast<char>(static_cast<unsigned char>(byte));
+    if (byte < 0) return '.';
+    return UsableDecimalSeparator(static_cast<char>(static_cast<unsigned char>(byte)));
 }
 
 template <std::size_t N>

@@ -91,6 +91,14 @@ TEST(ParseTime, BearsBlanksBetweenThePieces) {
     EXPECT_EQ(ParseTime("2:30:00pm", Times("h:mm:ss tt")), (TTimeOfDay{14, 30, 0, 0}));
 }
 
+TEST(ParseTime, BearsBlanksAroundTheTextsOfTheHalvesOfTheDay) {
+    TRegionalSettings regional = Times("h:mm:ss tt");
+    regional.morning = " AM";
+    regional.afternoon = "PM ";
+    EXPECT_EQ(ParseTime("1:05:07  AM", regional), (TTimeOfDay{1, 5, 7}));
+    EXPECT_EQ(ParseTime("1:05:07 PM ", regional), (TTimeOfDay{13, 5, 7}));
+}
+
 TEST(ParseTime, ReadsColonsWhateverTheSettings) {
     EXPECT_EQ(ParseTime("18:45", Times("H.mm.ss")), (TTimeOfDay{18, 45, 0, 0}));
     EXPECT_EQ(ParseTime("18:45:10", Times("h:mm:ss tt")), (TTimeOfDay{18, 45, 10, 0}));
@@ -101,6 +109,13 @@ TEST(ParseTime, RefusesWhatIsNoTimeOfDay) {
                                         "8.30", "-8:30", "123:10", "1 2:30", ":30"})
         EXPECT_EQ(ParseTime(text, {}), std::nullopt) << text;
     EXPECT_EQ(ParseTime("13:30 PM", Times("h:mm tt")), std::nullopt);
+}
+
+TEST(UsableDecimalSeparator, IsNothingElseInANumberOrInAnArticleLine) {
+    for (const char c : {',', '.', ';', '\'', ' ', '\xA0'})
+        EXPECT_EQ(UsableDecimalSeparator(c), c);
+    for (const char c : {'0', '9', '+', '-', 'e', 'E', '|', '\0', '\n'})
+        EXPECT_EQ(UsableDecimalSeparator(c), '.');
 }
 
 TEST(SystemRegionalSettings, AnswersUsablePatterns) {
