@@ -15,13 +15,6 @@ constexpr std::int32_t kConstant = -1;
 
 }  // namespace
 
-std::string ReadHostText(const char* text) {
-    if (text == nullptr) return {};
-    std::int32_t length = 0;
-    std::memcpy(&length, text - sizeof length, sizeof length);
-    return length > 0 ? std::string(text, static_cast<std::size_t>(length)) : std::string();
-}
-
 const char* MakeHostText(std::string_view text) {
     void* block = HeapAlloc(GetProcessHeap(), 0, sizeof(THostTextHeader) + text.size() + 1);
     if (block == nullptr) throw std::bad_alloc();
