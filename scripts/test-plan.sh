@@ -25,6 +25,7 @@ test_plan() {
     [ "$1" = yes ] || test_plan_windows
     test_plan_chain
     test_plan_threads
+    test_plan_fuzz
     test_plan_tidy "$1"
 }
 
@@ -116,6 +117,15 @@ test_plan_threads() {
     job threads "Run engine under ThreadSanitizer" test_threads
         after build-threads
         reads "$BUILD/threads/tests/integration/threads/test_threads" "${TEST_SCRIPTS[@]}"
+}
+
+# The fuzzers have the lowest priority: they use what the steps beside them leave.
+test_plan_fuzz() {
+    job build-fuzz "Build the fuzzers" test_build fuzz fuzzers
+        after build-linux; alone cores
+    job fuzz "Fuzzers" tests/fuzz/run.sh
+        after build-fuzz; lane tidy
+        reads "$BUILD/fuzz/tests/fuzz/fuzz_*" tests/fuzz "${TEST_SCRIPTS[@]}"
 }
 
 # Beside the tests in Wine, which mostly wait, and not beside a build, which does not.

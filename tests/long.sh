@@ -1,12 +1,13 @@
 #!/usr/bin/env bash
 # The full counts of what test.sh runs shortened; for a release, after a test.sh that has passed in
-# the same build folder. Takes about half an hour.
+# the same build folder. Takes about two and a half hours.
 #
 #   1,000 kills of a save and of a run that keeps a ledger, on either system
 #   300 kills of the command while it writes
 #   1,000 cycles of opening and closing the list window
 #   1,000 runs stopped or closed at random times
 #   100,000 exchanges over each wire with faults
+#   each fuzzer for half an hour, or for TOLVANE_FUZZ_SECONDS, and what they reach
 #   the coverage, see tests/coverage
 #   the release itself: made twice, installed, used, upgraded and removed
 
@@ -58,6 +59,11 @@ long_stops() {
         "$BUILD/windows/tests/module/run/test_upload_stops.exe" --gtest_filter='*Random*'
 }
 
+long_fuzz() {
+    test_build fuzz fuzzers
+    TOLVANE_FUZZ_SECONDS=${TOLVANE_FUZZ_SECONDS:-1800} tests/fuzz/run.sh
+}
+
 trap 'test_end $?' EXIT
 trap 'exit 130' INT TERM
 
@@ -76,3 +82,5 @@ step "The release" "$SCRIPTS/release.sh"
 step "The release again, in another folder" tests/release/again.sh
 step "The Debian packages in a clean Debian" tests/release/debian.sh
 step "The zip and the installer in Wine" tests/release/windows.sh made
+step "Fuzzers" long_fuzz
+step "What the fuzzers reach" tests/fuzz/coverage.sh
