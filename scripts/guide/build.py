@@ -25,8 +25,9 @@ GUIDES = ("user-guide", "user-guide.en")
 CARDS = ("quick-card", "quick-card.en")
 # Pages outside of docs, and their names here.
 OTHER_PAGES = {"simulator/README.md": "virtual-scale"}
-# Rows of a table that is not broken over pages.
+# Rows, and characters of HTML, of a table that is not broken over pages.
 SHORT_TABLE = 9
+SHORT_TEXT = 1500
 BULGARIAN = ("user-guide", "quick-card")
 
 
@@ -62,7 +63,8 @@ class Book:
 
     @staticmethod
     def table(match):
-        classes = ["short"] if match[1].count("<tr>") <= SHORT_TABLE else []
+        is_short = match[1].count("<tr>") <= SHORT_TABLE and len(match[1]) <= SHORT_TEXT
+        classes = ["short"] if is_short else []
         if re.search("<th>(Текст|Text)</th>", match[1]):
             classes.append("messages")
         return f'<table class="{" ".join(classes)}">{match[1]}</table>'
