@@ -122,18 +122,35 @@ test_upgrade() {
     expect_settings "an upgrade"
 }
 
-# As the nightly run does it: its user, its folders. The scale runs with its own settings, too.
+# As the nightly run does it, with its user and its folders. The scale runs as its unit says, and once more, from
+# what it has kept.
 test_use() {
-    in_system "$SYSTEM" sh -e -c '
-        tolvane --version; virtual-scale --version
-        options=$(sed -n s/^OPTIONS=//p /etc/virtual-scale/counter1.conf)
-        cd /tmp; virtual-scale $options --ready-file ready --save /tmp/counter1.json --save-on-weighing &
-        scale=$!
-        until [ -s ready ]; do sleep 0.1; done
-        setpriv --reuid=tolvane --regid=tolvane --init-groups env STATE_DIRECTORY=/var/lib/tolvane \
-            tolvane write --all --no-progress
-        kill "$scale"; wait "$scale"
-        virtual-scale --show /tmp/counter1.json' | tee "$WORK/use.out"
+    cat >"$SYSTEM/tmp/use.sh" <<'USE'
+set -e
+tolvane --version
+virtual-scale --version
+scale=$(sed -n 's/^ExecStart=//p' /lib/systemd/system/virtual-scale@.service | sed 's/%i/counter1/g; s/\$\$/$/g')
+OPTIONS="$(sed -n 's/^OPTIONS=//p' /etc/virtual-scale/counter1.conf) --ready-file /tmp/ready"
+export OPTIONS
+mkdir -p /var/lib/virtual-scale
+start_scale() {
+    rm -f /tmp/ready
+    eval "$scale &"
+    until [ -s /tmp/ready ]; do sleep 0.1; done
+}
+end_scale() {
+    kill "$!"
+    wait "$!"
+}
+start_scale
+setpriv --reuid=tolvane --regid=tolvane --init-groups env STATE_DIRECTORY=/var/lib/tolvane \
+    tolvane write --all --no-progress
+end_scale
+start_scale
+end_scale
+virtual-scale --show /var/lib/virtual-scale/counter1.json
+USE
+    in_system "$SYSTEM" timeout 120 sh /tmp/use.sh | tee "$WORK/use.out"
     grep -qxF "tolvane $RELEASE_VERSION" "$WORK/use.out" || fail "tolvane tells another version"
     grep -qxF "virtual-scale $RELEASE_VERSION" "$WORK/use.out" || fail "virtual-scale tells another version"
     [ "$(awk '$2 ~ /^[0-9]+\.[0-9][0-9]$/ { sub(/\./, "", $2); print $1, $2 + 0 }' "$WORK/use.out")" = "$EXPECTED" ] ||
