@@ -71,6 +71,26 @@ release_same_times() {
     find "$1" -exec touch -h -d "@$SOURCE_DATE_EPOCH" {} +
 }
 
+# As HTML and PDF where there is a script for that.
+release_make_guide() {
+    rm -rf "$RELEASE_WORK/guide"
+    [ ! -x scripts/guide.sh ] || scripts/guide.sh "$RELEASE_WORK/guide"
+}
+
+# release_stage_guide <folder>: what release_make_guide has made, else the pages as they are in docs.
+release_stage_guide() {
+    local page
+    if [ -d "$RELEASE_WORK/guide" ]; then
+        cp -r "$RELEASE_WORK/guide/." "$1"
+        return
+    fi
+    for page in user-guide command chain host-interface settings-windows third-party; do
+        release_text "docs/$page.md" "$1/$page.md"
+    done
+    release_text simulator/README.md "$1/virtual-scale.md"
+    cp -r docs/images "$1/images"
+}
+
 # What the zip and the installer contain.
 release_stage_windows() {
     local stage=$RELEASE_WORK/$RELEASE_ZIP page package
@@ -82,11 +102,7 @@ release_stage_windows() {
     release_text packaging/windows/README.txt "$stage/README.txt"
     release_text LICENSE "$stage/LICENSE.txt"
     release_text CHANGELOG.md "$stage/CHANGELOG.md"
-    for page in user-guide command chain host-interface settings-windows third-party; do
-        release_text "docs/$page.md" "$stage/guide/$page.md"
-    done
-    release_text simulator/README.md "$stage/guide/virtual-scale.md"
-    cp -r docs/images "$stage/guide/images"
+    release_stage_guide "$stage/guide"
     cp -r tools/windows tools/ansible tools/wireshark "$stage/tools/"
     cp src/entry/HostInterface.h "$stage/examples/"
     for page in Tolvane.ini TradeHost.ini tolvane.conf; do

@@ -13,6 +13,7 @@ step "Packages" "$SCRIPTS/packages.sh" build installer release
 step "Build for Windows" release_build windows Tolvane TradeHost tolvane virtual-scale
 step "Build for Linux" release_build linux tolvane tolvane_manual virtual-scale
 step "Check the programs" release_check_programs
+step "Make the guide" release_make_guide
 step "Make the zip for Windows" release_make_zip
 step "Make the installer for Windows" release_make_installer
 step "Make the Debian packages" release_make_packages

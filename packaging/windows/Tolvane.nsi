@@ -45,6 +45,7 @@ VIAddVersionKey /LANG=0 "LegalCopyright" "© 2026 The Tolvane authors, MIT"
 
 !define MUI_ICON "${SOURCE}\src\articles\forms\scale.ico"
 !define MUI_UNICON "${SOURCE}\src\articles\forms\scale.ico"
+!define MUI_WELCOMEFINISHPAGE_BITMAP "${SOURCE}\packaging\windows\side.bmp"
 !define MUI_ABORTWARNING
 ; The next time, and when it is removed, nobody is asked again.
 !define MUI_LANGDLL_REGISTRY_ROOT HKLM
