@@ -5,6 +5,9 @@
 namespace tolvane {
 namespace {
 
+// Far more than a scale ever sends. What a flood brings beyond it is not kept.
+constexpr std::size_t kLongestReply = 0x10000;
+
 void ReadUntilEnd(TByteReceiver& receiver, const TReadRequest& request, TClock& clock,
                   TCmdBuffer& reply) {
     receiver.CheckConnected();
@@ -27,7 +30,7 @@ bool TakeByte(std::uint8_t byte, const TReadRequest& request, TCmdBuffer& reply)
         if (isEnd) throw CommException(kReadWrongAnswer, "Wrong answer. No STX byte.");
         return false;
     }
-    reply.push_back(byte);
+    if (reply.size() < kLongestReply) reply.push_back(byte);
     return isEnd;
 }
 

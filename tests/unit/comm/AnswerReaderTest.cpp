@@ -158,6 +158,15 @@ TEST_F(AnswerReaderTest, NoiseWithoutEndDoesNotProlongTheRead) {
     EXPECT_LE(receiver.limits.size(), 20U);
 }
 
+TEST_F(AnswerReaderTest, AFloodIsNotKeptBeyond64KiBytes) {
+    receiver.pieces = {{0x02}};
+    receiver.pieces.insert(receiver.pieces.end(), 100, TCmdBuffer(1000, 0x41));
+    receiver.pieces.push_back({0x03});
+    EXPECT_EQ(Read(0x02, 0x03, 1000), kReadOk);
+    EXPECT_EQ(reply.size(), 65536U);
+    EXPECT_EQ(reply.back(), 0x41);
+}
+
 TEST_F(AnswerReaderTest, AnyOtherFailureIsCode4WithItsMessage) {
     receiver.pieces = {{0x02, 0x41}};
     receiver.failure = [] { throw std::out_of_range("something else"); };
