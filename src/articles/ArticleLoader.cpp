@@ -115,7 +115,7 @@ bool TArticleLoader::LoadRows(const TRegionalSettings& regional) {
     return true;
 }
 
-// Copies each row when it comes, so that the rows never lie in memory beside the table, and the
+// Converts each row when it comes, so that the rows never lie in memory beside the table, and the
 // server already looks for the next ones.
 TArticleLoader::TCopied TArticleLoader::CopyRows(const TRegionalSettings& regional) {
     TCopied copied;
@@ -134,7 +134,7 @@ TArticleLoader::TCopied TArticleLoader::CopyRows(const TRegionalSettings& region
         parts_.articles.Clear();
         throw;
     }
-    parts_.articles.ShrinkToFit();
+    copy.Finish();
     return copied;
 }
 

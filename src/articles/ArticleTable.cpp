@@ -98,21 +98,25 @@ void TArticleTable::Reserve(std::size_t rows) {
     EachColumn(*this, [&](auto& column) { column.reserve(rows); });
 }
 
-void TArticleTable::ShrinkToFit() {
-    // First the column whose capacity is that of all.
-    indexes_.shrink_to_fit();
-    if (indexes_.capacity() == indexes_.size())
-        EachColumn(*this, [](auto& column) { column.shrink_to_fit(); });
-}
-
 TRowId TArticleTable::Append() {
     const std::size_t row = order_.size();
     // Reserve enlarges this column last, so its capacity is that of all.
-    if (row == indexes_.capacity()) Reserve(std::max(row + row / 4, kFewRows));
+    if (row == indexes_.capacity()) Reserve(std::max(row + row / 2, kFewRows));
     EachColumn(*this, [](auto& column) { column.emplace_back(); });
     order_.back() = static_cast<TRowId>(row);
     indexes_.back() = static_cast<std::uint32_t>(row);
     return static_cast<TRowId>(row);
+}
+
+TRowId TArticleTable::Append(const TRow& row) {
+    const TRowId to = Append();
+    for (std::size_t slot = 0; slot < kFloats; ++slot)
+        floats_[slot][to] = row.floats[slot];
+    for (std::size_t slot = 0; slot < kIntegers; ++slot)
+        integers_[slot][to] = row.integers[slot];
+    for (std::size_t slot = 0; slot < kTexts; ++slot)
+        texts_[slot][to] = row.texts[slot];
+    return to;
 }
 
 void TArticleTable::SetInteger(TRowId row, TField field, std::int32_t value) {
@@ -130,7 +134,7 @@ void TArticleTable::SetBoolean(TRowId row, [[maybe_unused]] TField field, bool v
 
 void TArticleTable::SetText(TRowId row, TField field, std::string_view value) {
     TTextArena::TPosition& position = At(texts_[SlotOf(field, TFieldType::Text)], row);
-    position = arena_.Store(value.substr(0, FieldInfo(field).maxChars));
+    position = StoreText(field, value);
 }
 
 void TArticleTable::SetOrder(const std::vector<TRowId>& order) {

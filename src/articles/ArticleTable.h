@@ -25,6 +25,13 @@ using TRowId = std::uint32_t;
 // nobody writes; a copy is independent.
 class TArticleTable {
 public:
+    // The values of a row by their fields' slots; its texts are stored already.
+    struct TRow {
+        std::array<double, CountOfType(TFieldType::Float)> floats;
+        std::array<std::int32_t, CountOfType(TFieldType::Integer)> integers;
+        std::array<TTextArena::TPosition, CountOfType(TFieldType::Text)> texts;
+    };
+
     std::size_t RowCount() const { return order_.size(); }
     // The row at an index of the current order, and the index of a row.
     TRowId RowAt(std::size_t index) const { return order_.at(index); }
@@ -55,8 +62,14 @@ public:
     void Clear();
     // Adds a row of zeros and empty texts at the end of the current order.
     TRowId Append();
-    // Gives back the room for rows to come.
-    void ShrinkToFit();
+    // Adds a row whose texts come from StoreText.
+    TRowId Append(const TRow& row);
+    // Stores a text for a row to come, cut to its field's length.
+    TTextArena::TPosition StoreText(TField field, std::string_view value) {
+        return arena_.Store(value.substr(0, FieldInfo(field).maxChars));
+    }
+    // Makes room for this many rows in all, which saves memory and time when the number is known.
+    void Reserve(std::size_t rows);
     void SetInteger(TRowId row, TField field, std::int32_t value);
     void SetFloat(TRowId row, TField field, double value);
     void SetBoolean(TRowId row, TField field, bool value);
@@ -86,8 +99,6 @@ private:
     static T& At(std::vector<T>& column, TRowId row) {
         return const_cast<T&>(At(std::as_const(column), row));
     }
-    // Makes room for this many rows in all.
-    void Reserve(std::size_t rows);
     // Calls `visit` with each column.
     template <class Self, class Visitor>
     static void EachColumn(Self& self, Visitor visit);

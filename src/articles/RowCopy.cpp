@@ -1,6 +1,5 @@
 #include "articles/RowCopy.h"
 
-#include <array>
 #include <string>
 
 #include "database/DatabaseError.h"
@@ -52,6 +51,9 @@ constexpr auto kSources = std::to_array<TFieldSource>({
 
 constexpr std::int32_t kNoPromotion = -1;
 
+// A mebibyte, which the system takes back when it is freed.
+constexpr std::size_t kRowsPerBlock = 0x100000 / sizeof(TArticleTable::TRow);
+
 // The scale number is read from its text, whatever its type: "7" and 7 are the same, and a blank
 // text is not a number.
 std::int32_t ScaleNumber(const std::string& text) {
@@ -87,7 +89,7 @@ std::int32_t TRowCopy::IntegerOf(const TSource& source, const TColumnValue& valu
     return ValueAsInteger(value, source.alias, regional_);
 }
 
-void TRowCopy::CopyText(const TSource& source, const TColumnValue& value, TRowId to) {
+TTextArena::TPosition TRowCopy::StoredText(const TSource& source, const TColumnValue& value) {
     std::string converted;
     std::string_view text = value.text;
     if (value.kind != TValueKind::Text) {
@@ -95,24 +97,38 @@ void TRowCopy::CopyText(const TSource& source, const TColumnValue& value, TRowId
         text = converted;
     }
     if (source.field == LABEL_BESTBEFORE && text.empty()) text = "0";
-    articles_.SetText(to, source.field, text);
+    return articles_.StoreText(source.field, text);
 }
 
-void TRowCopy::Append(std::span<const TColumnValue> row) {
-    std::array<std::int32_t, kFieldCount> integers{};
-    std::array<double, kFieldCount> floats{};
-    for (std::size_t i = 0; i < integers_.size(); ++i)
-        integers[i] = IntegerOf(integers_[i], row[integers_[i].column]);
-    for (std::size_t i = 0; i < floats_.size(); ++i)
-        floats[i] = ValueAsFloat(row[floats_[i].column], floats_[i].alias, regional_);
+TArticleTable::TRow& TRowCopy::NewRow() {
+    const std::size_t inBlock = rowCount_ % kRowsPerBlock;
+    if (rowCount_ / kRowsPerBlock == blocks_.size())
+        blocks_.push_back(std::make_unique_for_overwrite<TArticleTable::TRow[]>(kRowsPerBlock));
+    return blocks_.back()[inBlock];
+}
 
-    const TRowId to = articles_.Append();
-    for (std::size_t i = 0; i < integers_.size(); ++i)
-        articles_.SetInteger(to, integers_[i].field, integers[i]);
-    for (std::size_t i = 0; i < floats_.size(); ++i)
-        articles_.SetFloat(to, floats_[i].field, floats[i]);
+void TRowCopy::Append(std::span<const TColumnValue> values) {
+    TArticleTable::TRow row{};
+    for (const TSource& source : integers_)
+        row.integers[FieldSlot(source.field)] = IntegerOf(source, values[source.column]);
+    for (const TSource& source : floats_)
+        row.floats[FieldSlot(source.field)] =
+            ValueAsFloat(values[source.column], source.alias, regional_);
     for (const TSource& source : texts_)
-        CopyText(source, row[source.column], to);
+        row.texts[FieldSlot(source.field)] = StoredText(source, values[source.column]);
+    NewRow() = row;
+    ++rowCount_;
+}
+
+void TRowCopy::Finish() {
+    articles_.Reserve(articles_.RowCount() + rowCount_);
+    for (std::size_t row = 0; row < rowCount_; ++row) {
+        const std::size_t block = row / kRowsPerBlock;
+        articles_.Append(blocks_[block][row % kRowsPerBlock]);
+        if ((row + 1) % kRowsPerBlock == 0) blocks_[block].reset();
+    }
+    blocks_.clear();
+    rowCount_ = 0;
 }
 
 }  // namespace tolvane

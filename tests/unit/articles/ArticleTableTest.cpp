@@ -262,20 +262,29 @@ TEST(ArticleTable, ATypicalRowTakesAtMost400Bytes) {
     EXPECT_LE(table.MemoryUsed() / kRows, 400U);
 }
 
-TEST(ArticleTable, ShrunkItHasRoomForItsRowsAloneAndTakesMore) {
+TEST(ArticleTable, ARowIsAppendedWithTheTextsThatWereStoredForIt) {
     TArticleTable table;
     constexpr std::int32_t kRows = 1000;
-    for (std::int32_t number = 0; number < kRows; ++number)
-        table.SetInteger(table.Append(), TField::PLU_NUMB, number);
-    table.ShrinkToFit();
+    table.Reserve(kRows);
     // Eight numbers with a fraction, three without, 21 places of texts, a flag, and two numbers for
     // the order.
     EXPECT_EQ(table.MemoryUsed(), kRows * (8U * 8 + 3 * 4 + 21 * 4 + 1 + 2 * 4));
-    const TRowId row = table.Append();
-    table.SetInteger(row, TField::PLU_NUMB, kRows);
-    ASSERT_EQ(table.RowCount(), kRows + 1U);
-    for (TRowId each = 0; each < table.RowCount(); ++each)
-        ASSERT_EQ(table.Integer(each, TField::PLU_NUMB), static_cast<std::int32_t>(each));
+    for (std::int32_t number = 0; number < kRows; ++number) {
+        TArticleTable::TRow row{};
+        row.integers[FieldSlot(TField::PLU_SCALE_NUMB)] = number;
+        row.floats[FieldSlot(TField::PLU_SELL_PRICE)] = number / 2.0;
+        row.texts[FieldSlot(TField::PLU_NAME)] =
+            table.StoreText(TField::PLU_NAME, "A name that is cut " + std::to_string(number));
+        EXPECT_EQ(table.Append(row), static_cast<TRowId>(number));
+    }
+    EXPECT_EQ(table.RowCount(), 1000U);
+    EXPECT_EQ(table.Integer(7, TField::PLU_SCALE_NUMB), 7);
+    EXPECT_EQ(table.Integer(7, TField::PLU_NUMB), 0);
+    EXPECT_EQ(table.Float(7, TField::PLU_SELL_PRICE), 3.5);
+    EXPECT_EQ(table.Text(7, TField::PLU_NAME), "A name that is cut 7");
+    EXPECT_EQ(table.Text(999, TField::PLU_NAME), "A name that is cut 9");
+    EXPECT_EQ(table.Text(7, TField::PLU_ECR_NAME), "");
+    EXPECT_EQ(table.RowAt(999), 999U);
 }
 
 }  // namespace
