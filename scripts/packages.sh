@@ -32,7 +32,7 @@ declare -A GROUPS_OF_PACKAGES=(
     [guide]="cmark-gfm weasyprint python3 fonts-dejavu-core"
     [bench]="fp-compiler fp-units-db"
 )
-ALL_GROUPS=(build check wine firebird winelib shop trace chain installer fuzz)
+ALL_GROUPS=(build check wine firebird winelib shop trace chain installer fuzz bench)
 PREFERENCES=/etc/apt/preferences.d/zz-tolvane-setup
 POLICY=/usr/sbin/policy-rc.d
 # Beside the indexes, so that it goes with them.

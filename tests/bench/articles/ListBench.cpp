@@ -13,6 +13,7 @@
 
 #include "articles/ArticleSearch.h"
 #include "articles/ArticleSort.h"
+#include "tests/bench/measure/Quick.h"
 #include "tests/bench/measure/Sides.h"
 #include "text/Cp1251.h"
 
@@ -168,5 +169,7 @@ void Run(std::int32_t count) {
 }  // namespace tolvane::bench
 
 int main(int count, char** arguments) {
-    tolvane::bench::Run(count > 1 ? std::atoi(arguments[1]) : 100000);
+    const bool quick = tolvane::bench::IsQuick(count, arguments);
+    const std::int32_t usual = count > 1 ? std::atoi(arguments[1]) : 100000;
+    tolvane::bench::Run(quick ? 5000 : usual);
 }

@@ -1,10 +1,12 @@
 // Prints what one exchange with a scale takes by our channel and driver, and by a bare socket or
 // port that sends the same request to the same peer and waits for the same reply.
 //
-//   bench_exchange [--quick]                     with a peer of its own; not on Windows
-//   bench_exchange --serve FILE                  is the peer until it is ended; its ports are in
-//   FILE bench_exchange [--quick] --peer TCP UDP COM  with that peer: two port numbers and a port's
-//   name
+//   bench_exchange [--quick]
+//       with a peer of its own; not on Windows
+//   bench_exchange --serve FILE
+//       is the peer until it is ended; writes its ports into the file
+//   bench_exchange [--quick] --peer TCP UDP COM
+//       with that peer: two port numbers and a port's name
 
 #include <algorithm>
 #include <cstdio>
