@@ -4,13 +4,19 @@
 
 #include <commctrl.h>
 
+#include <chrono>
+
 #include "articles/forms/uWaitForm.h"
+#include "tests/module/MessageCount.h"
 #include "tests/support/module/Session.h"
 #include "tests/support/window/HostFrame.h"
 #include "tests/support/window/Screenshot.h"
 
 namespace tolvane::test {
 namespace {
+
+constexpr int kManySteps = 10000000;
+constexpr std::chrono::milliseconds kBetweenMoves{40};
 
 class WaitFormTest : public testing::Test {
 protected:
@@ -19,6 +25,14 @@ protected:
         return SendMessageW(Bar(), message, wParam, 0);
     }
     LRESULT Maximum() const { return Ask(PBM_GETRANGE, FALSE); }
+    // The number of steps that the first move took; 0 when there was none.
+    int StepUntilItMoves() {
+        for (int steps = 1; steps <= kManySteps; ++steps) {
+            form_.Step();
+            if (Ask(PBM_GETPOS) != 0) return steps;
+        }
+        return 0;
+    }
     bool IsBarShown() const { return (GetWindowLongW(Bar(), GWL_STYLE) & WS_VISIBLE) != 0; }
 
     THostFrame host_;
@@ -81,28 +95,31 @@ TEST_F(WaitFormTest, BarIsVisibleFromOneOn) {
     EXPECT_EQ(Ask(PBM_GETRANGE, TRUE), 0);
 }
 
-TEST_F(WaitFormTest, StepsByOneAndStartsAgainAtZero) {
-    form_.Show(5);
+TEST_F(WaitFormTest, MovesToTheStepsTakenAndStartsAgainAtZero) {
+    form_.Show(kManySteps);
     EXPECT_EQ(Ask(PBM_GETPOS), 0);
-    form_.Step();
-    form_.Step();
-    EXPECT_EQ(Ask(PBM_GETPOS), 2);
+    const int steps = StepUntilItMoves();
+    EXPECT_GT(steps, 0);
+    EXPECT_EQ(Ask(PBM_GETPOS), steps);
     form_.Show(9);
     EXPECT_EQ(Ask(PBM_GETPOS), 0);
 }
 
-TEST_F(WaitFormTest, MovesByHundredthsWhenThereAreManySteps) {
+TEST_F(WaitFormTest, MovesNoMoreOftenThanAnEyeCanFollow) {
     form_.Show(1000);
-    for (int i = 0; i < 9; ++i)
+    const TMessageCount moves(Bar(), PBM_SETPOS);
+    const auto start = std::chrono::steady_clock::now();
+    for (int i = 0; i < 1000; ++i)
         form_.Step();
-    EXPECT_EQ(Ask(PBM_GETPOS), 0);
-    form_.Step();
-    EXPECT_EQ(Ask(PBM_GETPOS), 10);
-    for (int i = 10; i < 1000; ++i)
+    EXPECT_LE(moves.Count(), 1 + (std::chrono::steady_clock::now() - start) / kBetweenMoves);
+}
+
+TEST_F(WaitFormTest, StepsBeyondTheLastMoveNothing) {
+    form_.Show(2);
+    const auto start = std::chrono::steady_clock::now();
+    while (std::chrono::steady_clock::now() - start < 3 * kBetweenMoves)
         form_.Step();
-    EXPECT_EQ(Ask(PBM_GETPOS), 1000);
-    form_.Step();
-    EXPECT_EQ(Ask(PBM_GETPOS), 1000);
+    EXPECT_LE(Ask(PBM_GETPOS), 2);
 }
 
 TEST_F(WaitFormTest, HideKeepsItForTheNextUse) {

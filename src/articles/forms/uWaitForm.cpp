@@ -47,20 +47,21 @@ void TWaitForm::Show(int count) {
     SetWindowPos(Handle(), HWND_TOP, 0, 0, 0, 0,
                  SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE | SWP_SHOWWINDOW);
     PumpPaintMessages();
+    painted_ = SystemClock().Now();
 }
 
 void TWaitForm::Step() {
     if (Handle() == nullptr || position_ >= maximum_) return;
-    // Painting takes far longer than loading a row, so the bar moves in hundredths and is painted
-    // no more often than an eye can follow.
+    // Moving the bar takes longer than loading hundreds of rows, so it moves in hundredths and no
+    // more often than an eye can follow.
     const auto hundredths = [this] { return std::int64_t{position_} * 100 / maximum_; };
     const std::int64_t before = hundredths();
     ++position_;
     if (hundredths() == before) return;
-    SendMessageW(bar_, PBM_SETPOS, static_cast<WPARAM>(position_), 0);
     const TTimePoint now = SystemClock().Now();
-    if (now - painted_ < kBetweenPaints && position_ < maximum_) return;
+    if (now - painted_ < kBetweenPaints) return;
     painted_ = now;
+    SendMessageW(bar_, PBM_SETPOS, static_cast<WPARAM>(position_), 0);
     UpdateWindow(bar_);
     UpdateWindow(Handle());
 }
