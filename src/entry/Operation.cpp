@@ -84,7 +84,7 @@ void LoadForm(TElicomPluScaleListForm& form) {
     const auto isOpen = [&] { return form.Handle() != nullptr; };
     if (isOpen()) form.Session().ReadBaseCurrency();
     if (isOpen()) form.Session().CheckDatabase();
-    if (isOpen()) form.Session().LoadArticles();
+    if (isOpen()) form.LoadArticles();
     if (!isOpen()) return;
     form.RebuildSearchMenu();
     form.FocusGrid();

@@ -6,6 +6,7 @@
 
 #include <string>
 
+#include "tests/module/MessageCount.h"
 #include "tests/support/module/Session.h"
 
 namespace tolvane::test {
@@ -13,29 +14,6 @@ namespace {
 
 constexpr int kRows = 100000;
 constexpr int kName = 3;
-
-// Counts what makes a window flicker, while it lives.
-class TPaintCount {
-public:
-    explicit TPaintCount(HWND window) : window_(window) {
-        SetWindowSubclass(window_, &Procedure, 1, reinterpret_cast<DWORD_PTR>(this));
-    }
-    TPaintCount(const TPaintCount&) = delete;
-    TPaintCount& operator=(const TPaintCount&) = delete;
-    ~TPaintCount() { RemoveWindowSubclass(window_, &Procedure, 1); }
-
-    int Paints() const { return paints_; }
-
-private:
-    static LRESULT CALLBACK Procedure(HWND window, UINT id, WPARAM wParam, LPARAM lParam, UINT_PTR,
-                                      DWORD_PTR count) {
-        if (id == WM_PAINT) ++reinterpret_cast<TPaintCount*>(count)->paints_;
-        return DefSubclassProc(window, id, wParam, lParam);
-    }
-
-    HWND window_;
-    int paints_ = 0;
-};
 
 // One load serves all: the list is opened once for the suite.
 class BigListTest : public testing::Test {
@@ -71,21 +49,21 @@ TSession* BigListTest::session_ = nullptr;
 }  // namespace
 
 TEST_F(BigListTest, LoadingDrawsTheGridAFewTimesOnly) {
-    const TPaintCount count(Grid().Handle());
+    const TMessageCount paints(Grid().Handle(), WM_PAINT);
     session_->Click("RefreshBtn");
     ASSERT_EQ(Grid().RowCount(), kRows);
     EXPECT_EQ(Grid().Cell(0, 0), "1");
     EXPECT_EQ(Grid().Cell(kRows - 1, 0), "100000");
-    EXPECT_LE(count.Paints(), 5);
+    EXPECT_LE(paints.Count(), 5);
 }
 
 TEST_F(BigListTest, SortingDrawsTheGridAFewTimesOnly) {
-    const TPaintCount count(Grid().Handle());
+    const TMessageCount paints(Grid().Handle(), WM_PAINT);
     Grid().ClickTitle(kName);
     EXPECT_EQ(Grid().Cell(0, kName), "Артикул 000001");
     EXPECT_EQ(Grid().Cell(0, 0), "100000");
     EXPECT_EQ(Grid().Cell(kRows - 1, 0), "1");
-    EXPECT_LE(count.Paints(), 5);
+    EXPECT_LE(paints.Count(), 5);
     Grid().ClickTitle(0);
     EXPECT_EQ(Grid().Cell(0, 0), "1");
 }
@@ -100,6 +78,51 @@ TEST_F(BigListTest, ThousandsOfMarksFollowTheirRowsThroughSorting) {
     EXPECT_FALSE(IsMarked(100));
     SetMark(-1, false);
     Grid().ClickTitle(0);
+}
+
+TEST_F(BigListTest, AllRowsAreMarkedAndUnmarkedWithTheListDrawnOnce) {
+    const HWND list = Grid().Handle();
+    PressKey(list, VK_HOME);
+    for (const bool marked : {true, false}) {
+        // Off and on again.
+        const TMessageCount pauses(list, WM_SETREDRAW);
+        const TMessageCount paints(list, WM_PAINT);
+        PressKey(list, marked ? VK_END : VK_HOME, false, marked);
+        EXPECT_EQ(MarkCount(), marked ? kRows : 1);
+        EXPECT_EQ(pauses.Count(), 2);
+        EXPECT_LE(paints.Count(), 2);
+    }
+}
+
+TEST_F(BigListTest, AFewRowsAreMarkedOneByOne) {
+    const HWND list = Grid().Handle();
+    PressKey(list, VK_HOME);
+    const TMessageCount pauses(list, WM_SETREDRAW);
+    PressKey(list, VK_DOWN, false, true);
+    PressKey(list, VK_NEXT, false, true);
+    Grid().ClickRow(2, kName, false, true);
+    EXPECT_EQ(MarkCount(), 3);
+    EXPECT_EQ(pauses.Count(), 0);
+}
+
+TEST_F(BigListTest, AClickWithShiftFarAwayMarksWithTheListDrawnOnce) {
+    const HWND list = Grid().Handle();
+    PressKey(list, VK_HOME);
+    PressKey(list, VK_END, true);
+    const TMessageCount pauses(list, WM_SETREDRAW);
+    Grid().ClickRow(kRows - 1, kName, false, true);
+    EXPECT_EQ(MarkCount(), kRows);
+    EXPECT_EQ(pauses.Count(), 2);
+    PressKey(list, VK_HOME);
+}
+
+TEST_F(BigListTest, ARefreshForgetsThatAllRowsWereMarked) {
+    PressKey(Grid().Handle(), VK_END, false, true);
+    ASSERT_EQ(MarkCount(), kRows);
+    session_->Click("RefreshBtn");
+    EXPECT_EQ(MarkCount(), 0);
+    EXPECT_EQ(Grid().FocusedRow(), 0);
+    EXPECT_EQ(SendMessageW(Grid().Handle(), LVM_GETTOPINDEX, 0, 0), 0);
 }
 
 TEST_F(BigListTest, TheKeysReachBothEndsAndThePageBetween) {

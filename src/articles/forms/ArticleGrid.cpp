@@ -19,13 +19,18 @@ TArticleGrid::TArticleGrid(TDpi dpi, TGridView& view)
     : dpi_(dpi), view_(view), font_(MakeListFont(dpi)), header_(dpi), rows_(view) {}
 
 TArticleGrid::~TArticleGrid() {
-    if (IsWindow(list_) != 0) RemoveWindowSubclass(list_, &ListProcedure, 0);
+    if (IsWindow(list_) != 0)
+        SetWindowLongPtrW(list_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(before_));
 }
 
+// SetWindowSubclass would look up a property with each of the list view's messages, which in Wine
+// takes longer than most of the messages themselves.
 void TArticleGrid::Attach(HWND list) {
     list_ = list;
     SendMessageW(list_, WM_SETFONT, reinterpret_cast<WPARAM>(font_.Get()), FALSE);
-    SetWindowSubclass(list, &ListProcedure, 0, reinterpret_cast<DWORD_PTR>(this));
+    SetWindowLongPtrW(list, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+    before_ = reinterpret_cast<WNDPROC>(
+        SetWindowLongPtrW(list, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&ListProcedure)));
     constexpr DWORD kStyle = LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER;
     SendMessageW(list_, LVM_SETEXTENDEDLISTVIEWSTYLE, kStyle, static_cast<LPARAM>(kStyle));
     header_.Attach(list);
@@ -33,10 +38,11 @@ void TArticleGrid::Attach(HWND list) {
 }
 
 // Not every list view passes a title's double click on to its parent.
-LRESULT CALLBACK TArticleGrid::ListProcedure(HWND list, UINT id, WPARAM wParam, LPARAM lParam,
-                                             UINT_PTR, DWORD_PTR grid) noexcept {
+LRESULT CALLBACK TArticleGrid::ListProcedure(HWND list, UINT id, WPARAM wParam,
+                                             LPARAM lParam) noexcept {
+    auto& self = *reinterpret_cast<TArticleGrid*>(GetWindowLongPtrW(list, GWLP_USERDATA));
+    const WNDPROC before = self.before_;
     if (id == WM_NOTIFY) {
-        auto& self = *reinterpret_cast<TArticleGrid*>(grid);
         const auto& header = *reinterpret_cast<const NMHEADERW*>(lParam);
         const bool isDoubleClick = header.hdr.code == static_cast<UINT>(HDN_ITEMDBLCLICKW) ||
                                    header.hdr.code == static_cast<UINT>(HDN_ITEMDBLCLICKA);
@@ -45,8 +51,11 @@ LRESULT CALLBACK TArticleGrid::ListProcedure(HWND list, UINT id, WPARAM wParam, 
             return 0;
         }
     }
-    if (id == WM_NCDESTROY) RemoveWindowSubclass(list, &ListProcedure, 0);
-    return DefSubclassProc(list, id, wParam, lParam);
+    if (self.rows_.MayChangeMany(id, wParam, lParam)) {
+        const TDrawingPause pause(list);
+        return CallWindowProcW(before, list, id, wParam, lParam);
+    }
+    return CallWindowProcW(before, list, id, wParam, lParam);
 }
 
 void TArticleGrid::TitleDoubleClicked(int shown) noexcept {
@@ -175,27 +184,30 @@ bool TArticleGrid::HandleDraw(const DRAWITEMSTRUCT& item) {
     const TSelected selectedFont(item.hDC, font_.Get());
     SetBkMode(item.hDC, TRANSPARENT);
     SetTextColor(item.hDC, colours.text);
-    for (std::size_t shown = 0; shown < header_.ShownCount(); ++shown)
-        DrawCell(item, row, static_cast<int>(shown), current);
-    if (header_.Style().indicator) {
-        RECT area = header_.CellRect(0, item.rcItem);
+    RECT clip{};
+    GetClipBox(item.hDC, &clip);
+    const std::vector<RECT> cells = header_.CellRects(item.rcItem, clip.right);
+    for (std::size_t shown = 0; shown < cells.size(); ++shown) {
+        if (cells[shown].right > clip.left)
+            DrawCell(item.hDC, cells[shown], row, static_cast<int>(shown), current);
+    }
+    if (header_.Style().indicator && !cells.empty()) {
+        RECT area = cells.front();
         area.right = area.left + header_.IndicatorWidth();
         DrawIndicator(item.hDC, area, marked, current, dpi_);
     }
     return true;
 }
 
-void TArticleGrid::DrawCell(const DRAWITEMSTRUCT& item, TRowId row, int shown, bool current) const {
-    RECT cell = header_.CellRect(shown, item.rcItem);
-    if (RectVisible(item.hDC, &cell) == 0) return;
-    DrawCellLines(item.hDC, cell, header_.Style());
+void TArticleGrid::DrawCell(HDC dc, RECT cell, TRowId row, int shown, bool current) const {
+    DrawCellLines(dc, cell, header_.Style());
     if (shown == 0) cell.left += header_.IndicatorWidth();
     const std::size_t column = header_.ColumnAtShown(shown).value();
     if (current && column == header_.Current() && GetFocus() == list_) {
         const RECT frame{cell.left, cell.top, cell.right - 1, cell.bottom - 1};
-        DrawFocusRect(item.hDC, &frame);
+        DrawFocusRect(dc, &frame);
     }
-    DrawCellText(item.hDC, cell, TextAt(row, column), header_.At(column).right, dpi_);
+    DrawCellText(dc, cell, TextAt(row, column), header_.At(column).right, dpi_);
 }
 
 }  // namespace tolvane

@@ -49,6 +49,8 @@ public:
     void ShowColumns(const std::vector<bool>& visible);
     void SetStyle(TGridStyle style) { header_.SetStyle(style); }
 
+    // Takes the rows away and draws nothing until RowsReplaced. The view has no rows now.
+    void SuspendRows() { rows_.Suspend(); }
     // Shows rows that replace the former ones: without marks, the first row is the current one.
     void RowsReplaced() { rows_.Replace(); }
     // Shows the same rows in another order. The marks stay with their rows; the row at the index of
@@ -83,20 +85,21 @@ private:
         COLORREF background;
         COLORREF text;
     };
-    static LRESULT CALLBACK ListProcedure(HWND list, UINT id, WPARAM wParam, LPARAM lParam,
-                                          UINT_PTR subclass, DWORD_PTR grid) noexcept;
+    static LRESULT CALLBACK ListProcedure(HWND list, UINT id, WPARAM wParam,
+                                          LPARAM lParam) noexcept;
     void TitleDoubleClicked(int shown) noexcept;
     LRESULT FillText(NMLVDISPINFOW& info) const;
     void EnterColumn(int shown);
     void StepColumn(int step);
     std::wstring TextAt(TRowId row, std::size_t column) const;
     TRowColours ColoursOf(TRowId row, bool marked, bool current) const;
-    void DrawCell(const DRAWITEMSTRUCT& item, TRowId row, int shown, bool current) const;
+    void DrawCell(HDC dc, RECT cell, TRowId row, int shown, bool current) const;
 
     TDpi dpi_;
     TGridView& view_;
     TOwnedFont font_;
     HWND list_ = nullptr;
+    WNDPROC before_ = nullptr;  // the list view's own procedure
     TGridHeader header_;
     TGridRows rows_;
 };

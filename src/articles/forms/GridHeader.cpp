@@ -111,6 +111,7 @@ void TGridHeader::SetSortMark(std::optional<std::size_t> column, bool ascending)
         HDITEMW item{};
         item.mask = HDI_FORMAT;
         SendMessageW(Control(), HDM_GETITEMW, shown, reinterpret_cast<LPARAM>(&item));
+        const int before = item.fmt;
         item.fmt &=
             ~(HDF_SORTUP | HDF_SORTDOWN | HDF_IMAGE | HDF_BITMAP_ON_RIGHT | HDF_JUSTIFYMASK);
         // A list view aligns its first title to the left, whatever it was told.
@@ -123,6 +124,8 @@ void TGridHeader::SetSortMark(std::optional<std::size_t> column, bool ascending)
                 item.iImage = ascending ? kSortUpImage : kSortDownImage;
             }
         }
+        // The other direction's picture has the same format.
+        if (item.fmt == before && (item.mask & HDI_IMAGE) == 0) continue;
         SendMessageW(Control(), HDM_SETITEMW, shown, reinterpret_cast<LPARAM>(&item));
     }
 }
@@ -143,12 +146,26 @@ void TGridHeader::SetTextWidth(int shown, int pixels) {
 }
 
 RECT TGridHeader::CellRect(int shown, const RECT& row) const {
+    const HWND header = Control();
     RECT cell{};
-    SendMessageW(Control(), HDM_GETITEMRECT, static_cast<WPARAM>(shown),
+    SendMessageW(header, HDM_GETITEMRECT, static_cast<WPARAM>(shown),
                  reinterpret_cast<LPARAM>(&cell));
     // The header is scrolled sideways together with the list.
-    MapWindowPoints(Control(), list_, reinterpret_cast<POINT*>(&cell), 2);
+    MapWindowPoints(header, list_, reinterpret_cast<POINT*>(&cell), 2);
     return {cell.left, row.top, cell.right, row.bottom};
+}
+
+std::vector<RECT> TGridHeader::CellRects(const RECT& row, LONG end) const {
+    std::vector<RECT> cells;
+    if (shown_.empty()) return cells;
+    RECT cell = CellRect(0, row);
+    while (cell.left < end) {
+        cells.push_back(cell);
+        if (cells.size() == shown_.size()) break;
+        cell.left = cell.right;
+        cell.right += static_cast<int>(SendMessageW(list_, LVM_GETCOLUMNWIDTH, cells.size(), 0));
+    }
+    return cells;
 }
 
 void TGridHeader::ScrollTo(int shown) {

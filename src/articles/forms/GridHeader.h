@@ -66,6 +66,8 @@ public:
     void SetTextWidth(int shown, int pixels);
     // A shown column's part of a row, in the list view's coordinates.
     RECT CellRect(int shown, const RECT& row) const;
+    // The same of the columns from the first one on that begin before `end`.
+    std::vector<RECT> CellRects(const RECT& row, LONG end) const;
     void ScrollTo(int shown);
 
 private:

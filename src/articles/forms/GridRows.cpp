@@ -3,10 +3,16 @@
 #include <commctrl.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <utility>
+
+#include "window/Form.h"
 
 namespace tolvane {
 namespace {
+
+// Fewer rows change their look quicker one by one than with the whole list.
+constexpr int kMany = 100;
 
 void SetItemState(HWND list, int item, UINT state, UINT mask) {
     LVITEMW change{};
@@ -31,10 +37,20 @@ private:
 
 }  // namespace
 
+void TGridRows::Suspend() {
+    SendMessageW(list_, WM_SETREDRAW, FALSE, 0);
+    SetCount(0);
+}
+
 void TGridRows::Replace() {
+    const TDrawingPause pause(list_);
+    SetCount(view_.RowCount());
+}
+
+void TGridRows::SetCount(std::size_t count) {
     const TQuiet quiet(quiet_);
-    const std::size_t count = view_.RowCount();
-    SetItemState(list_, -1, 0, LVIS_SELECTED | LVIS_FOCUSED);
+    // Without rows none is marked or current.
+    SendMessageW(list_, LVM_SETITEMCOUNT, 0, 0);
     SendMessageW(list_, LVM_SETITEMCOUNT, count, 0);
     marks_.Reset(count);
     // The next range starts at the first row, not where one of the former rows stood.
@@ -43,24 +59,21 @@ void TGridRows::Replace() {
         SetItemState(list_, 0, LVIS_FOCUSED, LVIS_FOCUSED);
         SendMessageW(list_, LVM_ENSUREVISIBLE, 0, FALSE);
     }
-    InvalidateRect(list_, nullptr, TRUE);
 }
 
 void TGridRows::Reorder() {
     const TQuiet quiet(quiet_);
-    SendMessageW(list_, WM_SETREDRAW, FALSE, 0);
+    const TDrawingPause pause(list_);
     ShowMarks();
-    SendMessageW(list_, WM_SETREDRAW, TRUE, 0);
-    InvalidateRect(list_, nullptr, TRUE);
 }
 
 // The list view keeps its selection as ranges of indexes. It gets the shorter of two lists of
 // changes, from the top down: that way thousands of marks take no time.
 void TGridRows::ShowMarks() {
     const std::size_t count = view_.RowCount();
+    if (marks_.Count() == 0 || marks_.Count() == count) return;
     const bool most = marks_.Count() > count / 2;
     SetItemState(list_, -1, most ? LVIS_SELECTED : 0, LVIS_SELECTED);
-    if (marks_.Count() == 0 || marks_.Count() == count) return;
     for (std::size_t index = 0; index < count; ++index) {
         if (marks_.IsMarked(view_.RowAt(index)) == most) continue;
         SetItemState(list_, static_cast<int>(index), most ? 0 : LVIS_SELECTED, LVIS_SELECTED);
@@ -84,6 +97,27 @@ void TGridRows::SetCurrent(TRowId row) {
     // A range that the user extends starts here.
     SendMessageW(list_, LVM_SETSELECTIONMARK, 0, index);
     SendMessageW(list_, LVM_ENSUREVISIBLE, static_cast<WPARAM>(index), FALSE);
+}
+
+bool TGridRows::MayChangeMany(UINT message, WPARAM key, LPARAM at) const {
+    const bool isClick = message == WM_LBUTTONDOWN;
+    const bool isKey = message == WM_KEYDOWN && key >= VK_SPACE && key <= VK_DOWN;
+    if (!isClick && !isKey) return false;
+    const bool extends = IsKeyDown(VK_SHIFT);
+    if (marks_.Count() > kMany) return extends || !IsKeyDown(VK_CONTROL);
+    if (!extends) return false;
+    int row = CurrentIndex();
+    if (isClick) {
+        LVHITTESTINFO hit{};
+        hit.pt = {static_cast<short>(LOWORD(at)), static_cast<short>(HIWORD(at))};
+        row = static_cast<int>(SendMessageW(list_, LVM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit)));
+    } else if (key == VK_HOME) {
+        row = 0;
+    } else if (key == VK_END) {
+        row = static_cast<int>(view_.RowCount()) - 1;
+    }
+    const auto from = static_cast<int>(SendMessageW(list_, LVM_GETSELECTIONMARK, 0, 0));
+    return std::abs(row - from) > kMany;
 }
 
 bool TGridRows::HandleChange(const NMHDR& header) {

@@ -11,6 +11,24 @@
 
 namespace tolvane {
 
+// The list view draws nothing while this lives, and then everything: Wine's redraws each row that
+// changes by a call of its own.
+class TDrawingPause {
+public:
+    explicit TDrawingPause(HWND list) noexcept : list_(list) {
+        SendMessageW(list_, WM_SETREDRAW, FALSE, 0);
+    }
+    TDrawingPause(const TDrawingPause&) = delete;
+    TDrawingPause& operator=(const TDrawingPause&) = delete;
+    ~TDrawingPause() {
+        SendMessageW(list_, WM_SETREDRAW, TRUE, 0);
+        InvalidateRect(list_, nullptr, TRUE);
+    }
+
+private:
+    HWND list_;
+};
+
 // The rows of the article grid in its list view: which one is current, which ones are marked and
 // in what order. Interface thread.
 class TGridRows {
@@ -21,6 +39,8 @@ public:
     // Takes the list view into use. Must be called once, before the other functions.
     void Attach(HWND list) { list_ = list; }
 
+    // Takes the rows away and draws nothing until Replace. The view has no rows now.
+    void Suspend();
     // Shows rows that replace the former ones: without marks, the first row is the current one.
     void Replace();
     // Shows the same rows in another order. The marks stay with their rows; the row at the index of
@@ -33,6 +53,8 @@ public:
     std::vector<TRowId> Marked() const { return marks_.InOrder(); }
     bool HasMarks() const { return marks_.Count() > 0; }
 
+    // Whether the message is a key or a click that may mark or unmark many rows.
+    bool MayChangeMany(UINT message, WPARAM key, LPARAM at) const;
     // Takes over what the user has marked. Returns whether the message was a change of state.
     bool HandleChange(const NMHDR& header);
 
@@ -43,6 +65,7 @@ public:
 private:
     // Below 0: no row is current.
     int CurrentIndex() const;
+    void SetCount(std::size_t count);
     void RedrawCurrent();
     void ShowMarks();
     void ChangeMarks(int from, int to, bool marked);

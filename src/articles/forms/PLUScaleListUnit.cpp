@@ -166,8 +166,18 @@ void TElicomPluScaleListForm::Connect(const char* clientLibrary, void* handle) {
     session_.Connect(clientLibrary, handle, *wait_);
 }
 
+void TElicomPluScaleListForm::LoadArticles() {
+    session_.LoadArticles();
+    ShowEmptyList();
+}
+
+// A load that finds no articles ends without ResumeDisplay.
+void TElicomPluScaleListForm::ShowEmptyList() {
+    if (Handle() != nullptr && session_.ShownRowCount() == 0) grid_.Grid().RowsReplaced();
+}
+
 void TElicomPluScaleListForm::SuspendDisplay() {
-    grid_.Grid().RowsReplaced();
+    grid_.Grid().SuspendRows();
 }
 
 void TElicomPluScaleListForm::ResumeDisplay() {
@@ -206,6 +216,7 @@ void TElicomPluScaleListForm::SearchButtonClick() {
 void TElicomPluScaleListForm::RefreshBtnClick() {
     if (session_.IsBusy()) return;
     session_.Refresh();
+    ShowEmptyList();
     grid_.ShowSortMark();
 }
 

@@ -26,6 +26,8 @@ public:
     // other use of the session. Throws TDatabaseError.
     void Connect(const char* clientLibrary, void* handle);
     TArticleSession& Session() { return session_; }
+    // Loads the articles; see TArticleSession.
+    void LoadArticles();
     // Fills the search menu in the order of the columns and selects the first one.
     void RebuildSearchMenu();
     void FocusGrid();
@@ -74,6 +76,7 @@ private:
     void MakeControls();
     void FillSearchMenu();
     TListSearch Search();
+    void ShowEmptyList();
     // Saves the scales and the layout, however the window ends; only the first call saves.
     void SaveAndShowFailure();
 
