@@ -46,6 +46,17 @@ def file(path, name, kind, version):
     }
 
 
+def is_in(cell, ref):
+    """Whether the table's cell "In" means the component with that reference."""
+    folder, _, name = ref.rpartition("/")
+    if cell == "installer":
+        return name.endswith("-setup.exe")
+    if cell.startswith("all"):
+        system = {"all for Windows": "win32", "all for Linux": "linux"}.get(cell)
+        return folder != "" and system in (None, folder)
+    return folder != "" and any(name in (word, word + ".exe") for word in cell.split(", "))
+
+
 def main(version, seconds, page, release, content, linux):
     content, linux = pathlib.Path(content), pathlib.Path(linux)
     programs = [content / "Operations/Tolvane.dll"] + sorted(content.glob("*.exe"))
@@ -55,7 +66,12 @@ def main(version, seconds, page, release, content, linux):
     for path in sorted(pathlib.Path(release).iterdir()):
         if path.suffix in (".zip", ".exe", ".deb"):
             components.append(file(path, path.name, "file", version))
-    components += [library(row) for row in table(pathlib.Path(page))]
+    rows = list(table(pathlib.Path(page)))
+    dependencies = [
+        {"ref": ref, "dependsOn": [row[4][0] for row in rows if is_in(row[3], ref)]}
+        for ref in (component["bom-ref"] for component in components)
+    ]
+    components += [library(row) for row in rows]
     bill = {
         "bomFormat": "CycloneDX",
         "specVersion": "1.5",
@@ -72,6 +88,7 @@ def main(version, seconds, page, release, content, linux):
             },
         },
         "components": components,
+        "dependencies": dependencies,
     }
     print(json.dumps(bill, indent=2, ensure_ascii=False))
 

@@ -15,4 +15,28 @@ again=$copy/sources/build/release-$RELEASE_VERSION
 diff -u "$RELEASE/SHA256SUMS" "$again/SHA256SUMS" || fail "the second time other files are made"
 (cd "$again" && sha256sum --quiet -c SHA256SUMS)
 (cd "$RELEASE" && sha256sum --quiet -c SHA256SUMS)
+
+# The bill of materials names each file that is given away with its sum, and what is in it.
+python3 - "$RELEASE" <<'BILL'
+import hashlib, json, pathlib, sys
+
+folder = pathlib.Path(sys.argv[1])
+[path] = folder.glob("*.cdx.json")
+bill = json.loads(path.read_text(encoding="utf-8"))
+named = {c["name"]: c["hashes"][0]["content"] for c in bill["components"] if c["type"] == "file"}
+given = {p.name: hashlib.sha256(p.read_bytes()).hexdigest() for p in folder.iterdir()}
+assert named == {name: sum for name, sum in given.items() if name not in (path.name, "SHA256SUMS")}, named
+libraries = {c["bom-ref"] for c in bill["components"] if c["type"] == "library"}
+parts = {d["ref"]: set(d["dependsOn"]) for d in bill["dependencies"]}
+assert set.union(*parts.values()) == libraries, libraries
+windows = {"libasio-dev", "g++-mingw-w64-i686-posix", "mingw-w64-i686-dev"}
+linux = {"libasio-dev", "libstdc++-12-dev", "libc6-dev", "linux-libc-dev"}
+command = {"libcli11-dev", "nlohmann-json3-dev"}
+assert parts["win32/TradeHost.exe"] == windows, parts
+assert parts["win32/Tolvane.dll"] == windows | {"firebird-dev"}, parts
+assert parts["win32/tolvane.exe"] == windows | command | {"firebird-dev"}, parts
+assert parts["win32/virtual-scale.exe"] == windows | command, parts
+assert parts["linux/tolvane"] == linux | command | {"firebird-dev"}, parts
+assert parts["linux/virtual-scale"] == linux | command, parts
+BILL
 say "All is as expected."
