@@ -184,6 +184,7 @@ release_make_bill() {
 }
 
 release_make_sums() {
+    release_text packaging/README.txt "$RELEASE/README.txt"
     cd "$RELEASE"
     rm -f SHA256SUMS
     find . -maxdepth 1 -type f -printf '%P\n' | sort | xargs sha256sum >../release-work/SHA256SUMS

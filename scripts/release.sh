@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Builds what is given away, into build/release-VERSION: a zip and an installer for Windows, the Debian packages
-# tolvane and virtual-scale, a bill of materials, SHA256SUMS. Does all the set-up. The same sources make the
+# tolvane and virtual-scale, a bill of materials, README.txt, SHA256SUMS. Does all the set-up. The same sources make the
 # same files, in whatever folder and at whatever time, on Debian 12 with the same packages.
 #
 #   scripts/release.sh
@@ -18,7 +18,7 @@ step "Make the zip for Windows" release_make_zip
 step "Make the installer for Windows" release_make_installer
 step "Make the Debian packages" release_make_packages
 step "Write the bill of materials" release_make_bill
-step "Write the checksums" release_make_sums
+step "Write what is what, and the checksums" release_make_sums
 say ""
 say "$RELEASE:"
 (cd "$RELEASE" && du -h --apparent-size -- *)
