@@ -35,7 +35,7 @@ configure_batches() {
 # The sources that the list of native|windows compiles, from the root of the repository on.
 compiled() {
     sed -n "s|^ *\"file\": \"$ROOT/||p" "$BUILD/tidy/$1/compile_commands.json" | sed 's|"$||; s|",$||' |
-        grep -v '^build/' | sort -u
+        grep -vE '^build/|\.rc$' | sort -u
 }
 
 # with_includers FILE...: the files, and those that include one of them, directly or not. An include
