@@ -43,6 +43,9 @@ test_plan_checks() {
         after packages
     job pages-faults "The checks of the pages find planted faults" tests/scripts/check-pages-test.sh
         after packages; reads scripts/check-links.py scripts/check-guide.py scripts/guide/pages.py src docs tests/scripts
+    job files-faults "The check of built files finds planted faults" tests/scripts/check-binary-test.sh
+        after packages
+        reads scripts/check-binary.sh scripts/lib.sh tests/scripts src/system/StackGuard_win32.cpp CMakeLists.txt
     job plan-faults "A run shows what fails and repeats what changed" tests/scripts/plan-test.sh
         reads scripts/plan.sh scripts/lib.sh tests/scripts
     job run-faults "A failed step fails the run" tests/scripts/test-run-test.sh
@@ -95,7 +98,7 @@ test_plan_windows() {
         after packages
     job asio-threads "One kind of Asio's threads" "$SCRIPTS/check-asio-threads.sh" "$WINDOWS"
         after build-windows
-    job module-file "The module's file" "$SCRIPTS/check-module.sh" "$WINDOWS/src/entry/Tolvane.dll"
+    job files "The built files" test_files
         after build-windows
     test_plan_lane_c
     test_plan_lane_a

@@ -30,6 +30,15 @@ test_build() {
     cmake --build "$BUILD/$preset" ${1:+--target "$@"} -- -j "$JOBS"
 }
 
+# What is given to others, as it is built for Windows.
+test_files() {
+    local file
+    for file in src/entry/Tolvane.dll host/TradeHost.exe src/command/tolvane.exe simulator/virtual-scale.exe; do
+        "$SCRIPTS/check-binary.sh" "$BUILD/windows" "$file"
+    done
+    "$SCRIPTS/check-same-bytes.sh" "$BUILD/windows"
+}
+
 # test_native <argument of ctest>...: programs that run on this system, two at a time. Each leaves its
 # list of results.
 test_native() {

@@ -8,6 +8,7 @@
 #   1,000 runs stopped or closed at random times
 #   100,000 exchanges over each wire with faults
 #   each fuzzer for half an hour, or for TOLVANE_FUZZ_SECONDS, and what they reach
+#   the built files for Linux
 #   the coverage, see tests/coverage
 #   the release itself: made twice, installed, used, upgraded and removed
 
@@ -53,6 +54,12 @@ long_cycles() {
     TOLVANE_CYCLES=1000 long_some module_test "$BUILD/windows" 1251 comma --gtest_filter='Cycles.*'
 }
 
+long_files() {
+    test_build release tolvane virtual-scale
+    "$SCRIPTS/check-binary.sh" "$BUILD/release" src/command/tolvane
+    "$SCRIPTS/check-binary.sh" "$BUILD/release" simulator/virtual-scale
+}
+
 long_stops() {
     wine_session
     TOLVANE_RANDOM_STOPS=1000 long_some wine_command wine \
@@ -68,6 +75,7 @@ trap 'test_end $?' EXIT
 trap 'exit 130' INT TERM
 
 step "Coverage" tests/coverage/coverage.sh
+step "Built files for Linux" long_files
 step "Kills of a save" long_kills
 step "Soak of every wire" long_soak
 step "Start a Firebird server" firebird_start
