@@ -147,7 +147,7 @@ test_plan_lane_a() {
             tests/module_host/steps.sh "${MODULE_FILES[@]}"
     job module-1251 "Module tests, code page 1251, decimal comma" test_in_lane a test_module_run 1251 comma
         after build-windows client; lane a
-        reads "$WINDOWS/tests/module/*.exe" "${MODULE_FILES[@]}"
+        reads "$WINDOWS/tests/module/*.exe" "$WINDOWS/tests/module/unloading/*.dll" "${MODULE_FILES[@]}"
     job windows-command "The command for Windows" test_in_lane a test_command windows
         after build-windows client; lane a; alone udp
         reads "$WINDOWS/tests/command/program/*.exe" "$WINDOWS/src/command/tolvane.exe" \
@@ -160,7 +160,7 @@ test_plan_lane_a() {
 test_plan_lane_b() {
     job module-1252 "Module tests, code page 1252, decimal point" test_in_lane b test_module_run 1252 point
         after build-windows client; lane b
-        reads "$WINDOWS/tests/module/*.exe" "${MODULE_FILES[@]}"
+        reads "$WINDOWS/tests/module/*.exe" "$WINDOWS/tests/module/unloading/*.dll" "${MODULE_FILES[@]}"
     job settings-144 "Settings windows, 144 dots per inch" test_in_lane b test_settings_run 144 1252
         after build-windows client; lane b
         reads "$WINDOWS/tests/module/settings/test_settings.exe" tests/module/settings docs/settings-windows.md \

@@ -15,6 +15,7 @@ module_prepare() {
     local schema=$MODULE_TESTS/schema.sql
     mkdir -p "$MODULE_PROGRAM/Operations" "$MODULE_DATABASES"
     cp -f "$1/tests/module/test_module.exe" "$1/tests/module/second_host.exe" "$MODULE_PROGRAM/"
+    cp -f "$1"/tests/module/unloading/*.dll "$MODULE_PROGRAM/"
     cp -f "$1/src/entry/Tolvane.dll" "$MODULE_PROGRAM/Operations/"
     firebird_database "$MODULE_DATABASES/shop.fdb" "$schema" "$MODULE_TESTS/shop.sql"
     firebird_database "$MODULE_DATABASES/scales.fdb" "$schema" "$MODULE_TESTS/shop.sql" \

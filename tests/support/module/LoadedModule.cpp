@@ -14,12 +14,16 @@ void Find(HMODULE module, const char* name, Function& function) {
 
 }  // namespace
 
-std::wstring TLoadedModule::Path() {
+std::wstring BesideProgram(const std::wstring& name) {
     std::array<wchar_t, MAX_PATH> program{};
     GetModuleFileNameW(nullptr, program.data(), MAX_PATH);
     std::wstring path = program.data();
     path.resize(path.rfind(L'\\') + 1);
-    return path + L"Operations\\Tolvane.dll";
+    return path + name;
+}
+
+std::wstring TLoadedModule::Path() {
+    return BesideProgram(L"Operations\\Tolvane.dll");
 }
 
 TLoadedModule::TLoadedModule() : module_(LoadLibraryW(Path().c_str())) {

@@ -9,6 +9,9 @@
 
 namespace tolvane::test {
 
+// A file in the test program's folder.
+std::wstring BesideProgram(const std::wstring& name);
+
 // Tolvane.dll from the test program's folder, loaded as a host loads it.
 class TLoadedModule {
 public:

@@ -52,6 +52,16 @@ std::uintptr_t NextHandle() {
     return reinterpret_cast<std::uintptr_t>(event);
 }
 
+int OpenHandles() {
+    constexpr std::uintptr_t kStep = 4;
+    constexpr std::uintptr_t kHighest = 0x10000;
+    int count = 0;
+    DWORD flags = 0;
+    for (std::uintptr_t handle = kStep; handle < kHighest; handle += kStep)
+        count += GetHandleInformation(reinterpret_cast<HANDLE>(handle), &flags) != 0 ? 1 : 0;
+    return count;
+}
+
 // The low word of a handle is twice its index in the table of such objects. This makes more menus
 // than the table has free entries, so that their highest index shows how many entries were taken.
 // Each call leaves as many free entries as it had menus, and objects that have gone since add to

@@ -16,6 +16,8 @@ namespace tolvane::test {
 int GdiObjects();
 // The system gives the lowest free handle: a leak pushes the next one up.
 std::uintptr_t NextHandle();
+// Handles that are open, counted one by one.
+int OpenHandles();
 // Windows, menus, hooks and other objects of the interface, of all programs.
 int UserObjects();
 // The system gives the lowest free atom: a leak pushes the next one up.

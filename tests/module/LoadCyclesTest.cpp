@@ -1,0 +1,91 @@
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <cstddef>
+#include <cstdio>
+#include <functional>
+#include <stdexcept>
+#include <string>
+
+#include "tests/support/Environment.h"
+#include "tests/support/module/Session.h"
+#include "tests/support/window/ObjectCounts.h"
+
+namespace tolvane::test {
+namespace {
+
+// What one loading and unloading leaves behind, on average.
+struct TLeft {
+    double handles;
+    double heapBytes;
+};
+
+// Two texts that a host may keep, and blocks that the thread library never frees.
+constexpr double kKeptBytes = 1024;
+
+TLeft LeftBy(const char* what, const std::function<void()>& cycle) {
+    constexpr int kFirst = 10;
+    for (int i = 0; i < kFirst; ++i)
+        cycle();
+    const int cycles = CountFromEnvironment("TOLVANE_CYCLES", 25);
+    const int handles = OpenHandles();
+    const std::size_t heap = HeapBytes();
+    for (int i = 0; i < cycles; ++i)
+        cycle();
+    const TLeft left{static_cast<double>(OpenHandles() - handles) / cycles,
+                     (static_cast<double>(HeapBytes()) - static_cast<double>(heap)) / cycles};
+    std::printf("%s, %d cycles: each leaves %.2f handles and %.0f bytes\n", what, cycles,
+                left.handles, left.heapBytes);
+    return left;
+}
+
+void LoadAndUse(const std::wstring& name) {
+    const HMODULE module = LoadLibraryW(BesideProgram(name).c_str());
+    const auto use =
+        reinterpret_cast<int (*)()>(reinterpret_cast<void*>(GetProcAddress(module, "Use")));
+    if (use == nullptr || use() == 0) throw std::runtime_error("a module cannot be used");
+    FreeLibrary(module);
+}
+
+void LoadAndAsk() {
+    const char* text = nullptr;
+    TLoadedModule module;
+    module.GetTitle(&text);
+    module.GetType(&text);
+    module.SetModuleString(nullptr, 1);
+}
+
+}  // namespace
+
+TEST(LoadCycles, TheModuleLeavesNoHandleAndLessThanAnEmptyOne) {
+    const TLeft plain = LeftBy("without a C++ library", [] { LoadAndUse(L"PlainModule.dll"); });
+    EXPECT_EQ(plain.handles, 0);
+    const TLeft empty = LeftBy("empty", [] { LoadAndUse(L"EmptyModule.dll"); });
+    EXPECT_GE(empty.handles, 1) << "what this test is about is not seen";
+    const TLeft module = LeftBy("the module", [] { LoadAndAsk(); });
+    EXPECT_LT(module.handles, 1);
+    EXPECT_LT(module.heapBytes, empty.heapBytes);
+    EXPECT_LT(module.heapBytes, kKeptBytes);
+}
+
+// The thread that unloads the module then is not the one that has used it.
+TEST(LoadCycles, AnOperationLeavesNoHandle) {
+    TSession session;
+    session.module.Unload();
+    ASSERT_TRUE(RunLoopUntil(TLoadedModule::IsGone));
+    const TLeft module = LeftBy("an operation", [&] {
+        TLoadedModule loaded;
+        loaded.Start(session.host.Frame(), 17, &session.messageId, session.host.Frame(),
+                     session.connection.Database(), nullptr, {});
+        RunLoopDry();
+        EXPECT_EQ(session.Grid().RowCount(), 6);
+        session.CloseList();
+        loaded.Unload();
+        ASSERT_TRUE(RunLoopUntil(TLoadedModule::IsGone));
+    });
+    EXPECT_LT(module.handles, 1);
+    EXPECT_LT(module.heapBytes, 2 * kKeptBytes);
+}
+
+}  // namespace tolvane::test
