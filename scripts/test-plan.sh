@@ -122,10 +122,10 @@ test_plan_threads() {
         reads "$BUILD/threads/tests/integration/threads/test_threads" "${TEST_SCRIPTS[@]}"
 }
 
-# The fuzzers have the lowest priority: they use what the steps beside them leave.
+# The fuzzers have a low priority: they use what the steps beside them leave.
 test_plan_fuzz() {
     job build-fuzz "Build the fuzzers" test_build fuzz fuzzers
-        after build-linux; alone cores
+        after packages; alone cores
     job fuzz "Fuzzers" tests/fuzz/run.sh
         after build-fuzz; lane tidy
         reads "$BUILD/fuzz/tests/fuzz/fuzz_*" tests/fuzz "${TEST_SCRIPTS[@]}"

@@ -93,6 +93,12 @@ void ChangeSlot(TInput& input, TScaleTable& table) {
     }
 }
 
+bool HasNumber(const TScaleTable& table, std::int32_t number) {
+    const std::vector<int> slots = SlotsInUse(table);
+    return std::any_of(slots.begin(), slots.end(),
+                       [&](int slot) { return table[slot].ScaleNumb == number; });
+}
+
 std::size_t ChangesIn(TInput& input, TScaleTable& table) {
     const std::size_t changes = input.Below(6);
     for (std::size_t i = 0; i < changes; ++i)
@@ -122,6 +128,10 @@ void TryMerge(TInput& input) {
     if (othersChanges == 0)
         Must(leftOut.empty() && HasSameScales(merged, current),
              "without others, all is as it is here");
+    for (const int slot : SlotsInUse(before)) {
+        if (HasNumber(known, before[slot].ScaleNumb)) continue;
+        Must(merged[slot] == before[slot], "a scale that only others know stays");
+    }
     if (!leftOut.empty())
         Must(SlotsInUse(merged).size() == kScaleSlots, "a scale is left out for want of room only");
 }
