@@ -16,6 +16,26 @@ int StepsFor(std::size_t rows) {
     return static_cast<int>(rows) - 1;
 }
 
+// What `body` throws; null when it throws nothing.
+template <class Body>
+std::exception_ptr FailureOf(Body body) noexcept {
+    try {
+        body();
+        return nullptr;
+    } catch (...) {
+        return std::current_exception();
+    }
+}
+
+void ShowFailure(TLoadView& view, std::string_view lead,
+                 const std::exception_ptr& failure) noexcept {
+    try {
+        std::rethrow_exception(failure);
+    } catch (...) {
+        ShowCurrentException(lead, [&](std::string_view text) { view.ShowError(text); });
+    }
+}
+
 }  // namespace
 
 TArticleLoader::TArticleLoader(TParts parts) : parts_(std::move(parts)) {}
@@ -29,17 +49,6 @@ void TArticleLoader::Restart() {
     CommitIfActive();
     if (!parts_.inCallersTransaction) parts_.transaction.Start();
     parts_.query.Close();
-}
-
-// The message of what `body` throws; empty when it throws nothing.
-template <class Body>
-std::string TArticleLoader::ErrorOf(Body body) {
-    try {
-        body();
-        return {};
-    } catch (...) {
-        return MessageOfCurrentException();
-    }
 }
 
 void TArticleLoader::ReadBaseCurrency() {
@@ -65,32 +74,31 @@ void TArticleLoader::CreateMissingIndex() {
     parts_.query.Execute();
 }
 
-void TArticleLoader::CheckDatabase() {
-    std::string error = ErrorOf([&] { CreateMissingIndex(); });
+void TArticleLoader::CheckDatabase() noexcept {
+    std::exception_ptr failure = FailureOf([&] { CreateMissingIndex(); });
     // The server builds the index when the transaction is committed, which may fail as well.
-    const std::string commitError = ErrorOf([&] { CommitIfActive(); });
+    const std::exception_ptr commitFailure = FailureOf([&] { CommitIfActive(); });
     Abandon();
-    if (error.empty()) error = commitError;
-    if (!error.empty()) parts_.view.ShowError("[FCheckDB failed]: " + error);
+    if (!failure) failure = commitFailure;
+    if (failure) ShowFailure(parts_.view, "[FCheckDB failed]: ", failure);
 }
 
 // Closes the query and rolls back an active transaction.
 void TArticleLoader::Abandon() noexcept {
-    try {
+    // The error that led here is the one to show.
+    FailureOf([&] {
         if (parts_.transaction.IsActive()) parts_.transaction.Rollback();
-    } catch (const std::exception&) {
-        // The error that led here is the one to show.
-    }
+    });
     parts_.query.Close();
 }
 
-void TArticleLoader::LoadArticles() {
-    const std::string error = ErrorOf([&] { FillTable(); });
-    if (error.empty()) return;
-    parts_.wait.Hide();
+void TArticleLoader::LoadArticles() noexcept {
+    const std::exception_ptr failure = FailureOf([&] { FillTable(); });
+    if (!failure) return;
+    FailureOf([&] { parts_.wait.Hide(); });
     Abandon();
-    parts_.view.ResumeDisplay();
-    parts_.view.ShowError("[REFRESH DATA]: " + error);
+    FailureOf([&] { parts_.view.ResumeDisplay(); });
+    ShowFailure(parts_.view, "[REFRESH DATA]: ", failure);
 }
 
 void TArticleLoader::FillTable() {

@@ -37,7 +37,8 @@ public:
     // The rows are complete, or an error has ended the load early. The first row is the current
     // one.
     virtual void ResumeDisplay() = 0;
-    // A box with an error sign and an OK button; code page 1251.
+    // A box with an error sign and an OK button; code page 1251. May throw only when memory is too
+    // short for the text; it is then called once more, with kOutOfMemory.
     virtual void ShowError(std::string_view text) = 0;
 };
 
@@ -65,11 +66,11 @@ public:
     void ReadBaseCurrency();
     const std::string& BaseCurrency() const { return baseCurrency_; }
     // Creates the index that the article query needs when it is missing. A failure is shown.
-    void CheckDatabase();
+    void CheckDatabase() noexcept;
     // Empties and fills the table and marks the promotions. A failure is shown; the rows that were
     // read stay. When there are no articles, it ends early: the display stays suspended, the query
     // open and the transaction active.
-    void LoadArticles();
+    void LoadArticles() noexcept;
     // The same, but a failure is thrown instead of shown, and nothing is put away.
     void FillTable();
     // The promotions that the latest filling has marked.
@@ -90,8 +91,6 @@ private:
     TCopied CopyRows(const TRegionalSettings& regional);
     void MarkPromotions(const TRegionalSettings& regional);
     void Abandon() noexcept;
-    template <class Body>
-    std::string ErrorOf(Body body);
 
     TParts parts_;
     std::string baseCurrency_;

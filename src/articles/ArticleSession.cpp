@@ -1,7 +1,6 @@
 #include "articles/ArticleSession.h"
 
 #include <cstdint>
-#include <exception>
 #include <utility>
 
 #include "articles/ArticleSearch.h"
@@ -41,8 +40,9 @@ void TArticleSession::Connect(const char* clientLibrary, void* handle, TWaitView
     if (connection_ && connection_->IsOf(handle)) return;
     connection_.reset();
     auto made = std::make_unique<TConnection>(clientLibrary, handle);
-    made->loader = std::make_unique<TArticleLoader>(TArticleLoader::TParts{
-        made->transaction, made->query, *articles_, sort_, clock_, askRegional_, wait, *this});
+    made->loader = std::make_unique<TArticleLoader>(
+        TArticleLoader::TParts{made->transaction, made->query, *articles_, sort_, clock_,
+                               [this] { return regional_ = askRegional_(); }, wait, *this});
     connection_ = std::move(made);
 }
 
@@ -50,20 +50,18 @@ void TArticleSession::ReadBaseCurrency() {
     connection_->loader->ReadBaseCurrency();
 }
 
-void TArticleSession::CheckDatabase() {
+void TArticleSession::CheckDatabase() noexcept {
     connection_->loader->CheckDatabase();
 }
 
-void TArticleSession::LoadArticles() {
+void TArticleSession::LoadArticles() noexcept {
     if (!connection_ || IsBusy()) return;
     loading_ = true;
-    const std::unique_ptr<bool, void (*)(bool*)> endLoading(
-        &loading_, [](bool* loading) { *loading = false; });
-    regional_ = askRegional_();
     connection_->loader->LoadArticles();
+    loading_ = false;
 }
 
-void TArticleSession::Refresh() {
+void TArticleSession::Refresh() noexcept {
     if (IsBusy()) return;
     sort_.Clear();
     LoadArticles();
@@ -113,7 +111,7 @@ std::optional<TRowId> TArticleSession::FindFrom(std::size_t index) const {
     return articles_->RowAt(*found);
 }
 
-void TArticleSession::End() {
+void TArticleSession::End() noexcept {
     if (!connection_ || loading_) return;
     try {
         connection_->query.Close();
@@ -123,10 +121,11 @@ void TArticleSession::End() {
             transaction.Rollback();
         else
             transaction.Commit();
-    } catch (const std::exception&) {
+    } catch (...) {
         // The error that made the start fail has been shown already, and this one often has the
         // same cause: a dead connection.
-        if (!abandoned_) view_.ShowError(MessageOfCurrentException());
+        if (!abandoned_)
+            ShowCurrentException({}, [this](std::string_view text) { view_.ShowError(text); });
     }
 }
 

@@ -36,11 +36,11 @@ public:
     // These two need a connection. ReadBaseCurrency throws TDatabaseError; CheckDatabase creates
     // the index that the article query needs, and shows a failure.
     void ReadBaseCurrency();
-    void CheckDatabase();
+    void CheckDatabase() noexcept;
     // Empties and fills the table; see TArticleLoader. Shows a failure. Does nothing without a
     // connection or while the session is busy. Refresh forgets the sort first.
-    void LoadArticles();
-    void Refresh();
+    void LoadArticles() noexcept;
+    void Refresh() noexcept;
 
     bool IsLoading() const { return loading_; }
     // Whether nothing may change: a load is going on, or somebody holds the session or keeps the
@@ -93,7 +93,7 @@ public:
     // Closes the query and commits an open transaction; an abandoned session rolls it back. Shows a
     // failure unless the session is abandoned. Does nothing during a load: the load ends its own
     // transaction.
-    void End();
+    void End() noexcept;
 
 private:
     struct TConnection;

@@ -23,7 +23,7 @@
 namespace tolvane {
 namespace {
 
-constexpr std::string_view kErrorTag = "Грешка :"_cp1251;
+constexpr std::string_view kErrorTag = "Грешка :\r"_cp1251;
 
 class TStartError : public std::runtime_error {
 public:
@@ -92,17 +92,11 @@ void LoadForm(TElicomPluScaleListForm& form) {
 
 // Shows the exception that is being handled.
 void ShowCurrentException(const TStartArguments& arguments) noexcept {
-    try {
-        std::string text(kErrorTag);
-        text += '\r';
-        text += MessageOfCurrentException();
-        HWND owner = nullptr;
-        for (const HWND window : {arguments.appHandle, arguments.mainForm}) {
-            if (IsWindow(window) != 0) owner = window;
-        }
-        ShowError(owner, text);
-    } catch (...) {  // NOLINT(bugprone-empty-catch): out of memory; the completion still comes
+    HWND owner = nullptr;
+    for (const HWND window : {arguments.appHandle, arguments.mainForm}) {
+        if (IsWindow(window) != 0) owner = window;
     }
+    ShowCurrentException(kErrorTag, [&](std::string_view text) { ShowError(owner, text); });
 }
 
 // Runs `work`; shows its failure and returns false.

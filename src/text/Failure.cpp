@@ -4,7 +4,9 @@ namespace tolvane {
 
 std::string MessageOf(const std::exception& failure) {
     const auto* whole = dynamic_cast<const TFailure*>(&failure);
-    return whole != nullptr ? whole->Text() : failure.what();
+    if (whole != nullptr) return whole->Text();
+    const bool isMemory = dynamic_cast<const std::bad_alloc*>(&failure) != nullptr;
+    return isMemory ? std::string(kOutOfMemory) : failure.what();
 }
 
 std::string MessageOfCurrentException() {

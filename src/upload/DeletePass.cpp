@@ -27,18 +27,19 @@ TDeletePass::TDeletePass(const TPassParts& parts)
     : parts_(parts), mode_(parts.scale, parts.clock, parts.stop) {}
 
 bool TDeletePass::Run(const std::vector<std::string>& lines) {
-    bool succeeded = false;
     try {
         if (!Delete(lines)) {
             LastError = "Операцията прекратена от потребителя."_cp1251;
             return false;
         }
-        succeeded = true;
     } catch (const std::exception& error) {
+        // First the scale: there may be no memory for the text.
+        mode_.Leave();
         LastError = "ProcessDelete >> " + FailureText(error);
+        return false;
     }
     mode_.Leave();
-    return succeeded;
+    return true;
 }
 
 bool TDeletePass::Delete(const std::vector<std::string>& lines) {

@@ -21,7 +21,8 @@ public:
     // Deletes the articles of the lines, or every article of the scale when there are no lines.
     // Skips an incomplete line and an article whose number the scale does not have. Returns false
     // after a failure or a stop and leaves the text in LastError. The scale stays in programming
-    // mode only after a stop. Throws nothing.
+    // mode only after a stop. Throws only std::bad_alloc, when memory is too short for the text or
+    // for taking the scale back.
     bool Run(const std::vector<std::string>& lines);
 
 private:

@@ -26,6 +26,9 @@ public:
     virtual void SetChoicesEnabled(bool enabled) = 0;
     // An error outside the scale layer has ended the run. The controls stay as they are.
     virtual void ShowRunError(std::string text) = 0;
+    // The same when memory is too short even for the error's text. Must not need any; the user gets
+    // kOutOfMemory. At most once for a view.
+    virtual void ShowMemoryError() noexcept = 0;
 };
 
 // How the interface thread stops a run. The run reads it between articles and before it puts a

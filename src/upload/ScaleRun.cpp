@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <exception>
 #include <string_view>
 #include <utility>
 
@@ -46,14 +45,19 @@ TScaleRun::TScaleRun(TScaleFactory& factory, TClock& clock, TRunView& view, TRun
 template <class Body>
 void TScaleRun::Guarded(Body body) noexcept {
     try {
-        try {
-            body();
-        } catch (const std::exception&) {
-            view_.ShowRunError(MessageOfCurrentException());
-        }
-    } catch (...) {  // NOLINT(bugprone-empty-catch): nothing else can show the error
+        body();
+    } catch (...) {
+        ShowCurrentError();
     }
     session_.Close();
+}
+
+void TScaleRun::ShowCurrentError() noexcept {
+    try {
+        view_.ShowRunError(MessageOfCurrentException());
+    } catch (...) {
+        view_.ShowMemoryError();
+    }
 }
 
 bool TScaleRun::BeginLog(const std::vector<TScaleObj>& items) {

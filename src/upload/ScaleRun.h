@@ -42,6 +42,7 @@ public:
 private:
     template <class Body>
     void Guarded(Body body) noexcept;
+    void ShowCurrentError() noexcept;
     // Clears the log. Returns false and logs the reason when the list holds no scale.
     bool BeginLog(const std::vector<TScaleObj>& items);
     void EndLog(bool anyChecked);

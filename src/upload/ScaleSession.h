@@ -16,7 +16,8 @@ namespace tolvane {
 
 // Works on one scale at a time: opens its driver, writes or deletes articles through it, closes it.
 // Blocks for all exchanges and pauses; used on the run's thread. An operation that fails returns
-// false and leaves its text (code page 1251) in LastError; no operation throws.
+// false and leaves its text (code page 1251) in LastError. An operation throws only std::bad_alloc,
+// when memory is too short for that text.
 class TScaleSession {
 public:
     TScaleSession(TScaleFactory& factory, TClock& clock, TRunView& view, const TRunStop& stop,

@@ -23,7 +23,8 @@ public:
 
     // Writes the article lines in order. Skips an incomplete line, an article whose number the
     // scale does not have, and an article without a price. Returns false after a failure or a stop
-    // and leaves the text in LastError; the scale then stays in programming mode. Throws nothing.
+    // and leaves the text in LastError; the scale then stays in programming mode. Throws only
+    // std::bad_alloc, when memory is too short for the text.
     bool Run(const std::vector<std::string>& lines);
 
 private:

@@ -78,6 +78,7 @@ HWND MakeControl(HWND parent, int id, TDpi dpi, HFONT font, const TControlOption
 }
 
 void AppendLine(HWND memo, std::string_view text) {
+    const std::wstring line = Wide(text) + L"\r\n";
     const int end = GetWindowTextLengthW(memo);
     DWORD from = 0;
     DWORD to = 0;
@@ -86,8 +87,7 @@ void AppendLine(HWND memo, std::string_view text) {
     const LRESULT top = SendMessageW(memo, EM_GETFIRSTVISIBLELINE, 0, 0);
     if (reading) SendMessageW(memo, WM_SETREDRAW, FALSE, 0);
     SendMessageW(memo, EM_SETSEL, static_cast<WPARAM>(end), end);
-    SendMessageW(memo, EM_REPLACESEL, FALSE,
-                 reinterpret_cast<LPARAM>((Wide(text) + L"\r\n").c_str()));
+    SendMessageW(memo, EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(line.c_str()));
     if (!reading) {
         SendMessageW(memo, EM_SCROLLCARET, 0, 0);
         return;

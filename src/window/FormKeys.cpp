@@ -79,7 +79,7 @@ bool TForm::HandleKeyMessage(MSG& message) {
         return message.message == WM_SYSCHAR && Handle() != nullptr &&
                IsDialogMessageW(Handle(), &message) != 0;
     } catch (...) {
-        HandleError(MessageOfCurrentException());
+        ShowCurrentException({}, [this](std::string_view text) { HandleError(text); });
         return true;
     }
 }

@@ -1,5 +1,7 @@
 #include "window/MessageBoxes.h"
 
+#include <new>
+
 #include "text/Cp1251.h"
 #include "window/VisualStyle.h"
 #include "window/WideText.h"
@@ -11,16 +13,28 @@ constexpr std::string_view kErrorTitle = "Грешка"_cp1251;
 constexpr std::string_view kInformationTitle = "Информация"_cp1251;
 constexpr std::string_view kWarningTitle = "Внимание"_cp1251;
 
+// As wide characters, which need no memory to be shown.
+constexpr const wchar_t* kWideErrorTitle = L"Грешка";
+constexpr const wchar_t* kWideOutOfMemory = L"Няма достатъчно памет";
+
+HWND RootOf(HWND owner) {
+    return owner != nullptr ? GetAncestor(owner, GA_ROOT) : nullptr;
+}
+
 int Show(HWND owner, std::string_view title, std::string_view text, UINT flags) {
     const TVisualStyleScope style;
-    const HWND root = owner != nullptr ? GetAncestor(owner, GA_ROOT) : nullptr;
-    return MessageBoxW(root, Wide(text).c_str(), Wide(title).c_str(), flags);
+    return MessageBoxW(RootOf(owner), Wide(text).c_str(), Wide(title).c_str(), flags);
 }
 
 }  // namespace
 
-void ShowError(HWND owner, std::string_view text) {
-    Show(owner, kErrorTitle, text, MB_OK | MB_ICONERROR);
+void ShowError(HWND owner, std::string_view text) noexcept {
+    constexpr UINT kFlags = MB_OK | MB_ICONERROR;
+    try {
+        Show(owner, kErrorTitle, text, kFlags);
+    } catch (const std::bad_alloc&) {
+        MessageBoxW(RootOf(owner), kWideOutOfMemory, kWideErrorTitle, kFlags);
+    }
 }
 
 void ShowInformation(HWND owner, std::string_view text) {

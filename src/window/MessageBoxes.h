@@ -9,7 +9,8 @@ namespace tolvane {
 // Message boxes with texts in code page 1251. The owner may be null. Each function returns when the
 // user has closed the box. Interface thread.
 
-void ShowError(HWND owner, std::string_view text);
+// When memory is too short for the text, the box says so instead.
+void ShowError(HWND owner, std::string_view text) noexcept;
 void ShowInformation(HWND owner, std::string_view text);
 void ShowWarning(HWND owner, std::string_view text);
 // Shows a warning with Yes and No and returns whether the user chose Yes. No is the default button;

@@ -1,7 +1,7 @@
 #include "window/PostQueue.h"
 
-#include <deque>
 #include <exception>
+#include <list>
 #include <mutex>
 #include <utility>
 
@@ -12,7 +12,7 @@ struct TPostQueue::TState {
 
     const TQueueCalls calls;
     std::mutex mutex;
-    std::deque<TTask> tasks;
+    std::list<TTask> tasks;
     HWND window = nullptr;
     UINT message = 0;
     bool announced = false;  // a message or a timer is on its way, or Run is working
@@ -79,10 +79,15 @@ void TPostQueue::Detach() noexcept {
 }
 
 bool TPostQueue::Post(TTask task) {
+    TPrepared prepared(std::move(task));
+    return Post(prepared);
+}
+
+bool TPostQueue::Post(TPrepared& prepared) {
     {
         const std::lock_guard lock(state_->mutex);
         if (state_->window == nullptr) return true;
-        state_->tasks.push_back(std::move(task));
+        state_->tasks.splice(state_->tasks.end(), prepared.tasks_);
     }
     return Announce();
 }

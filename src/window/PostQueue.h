@@ -3,7 +3,9 @@
 #include <windows.h>
 
 #include <functional>
+#include <list>
 #include <memory>
+#include <utility>
 
 namespace tolvane {
 
@@ -21,6 +23,16 @@ class TPostQueue {
 public:
     using TTask = std::function<void()>;
 
+    // Work that has all the memory that it takes to post it, once.
+    class TPrepared {
+    public:
+        explicit TPrepared(TTask task) { tasks_.push_back(std::move(task)); }
+
+    private:
+        friend class TPostQueue;
+        std::list<TTask> tasks_;
+    };
+
     explicit TPostQueue(const TQueueCalls& calls = {});
 
     // Interface thread: `window` receives `message` when there is work, and must then call Run.
@@ -29,6 +41,8 @@ public:
     // Any thread. If the window cannot be reached: on the interface thread the work runs at once;
     // on another thread the result is false, and the work waits for the next Post or Announce.
     bool Post(TTask task);
+    // The same with prepared work. Needs no memory.
+    bool Post(TPrepared& prepared);
     // Tries again to reach the window; false when that failed.
     bool Announce();
     // Interface thread: runs the waiting work for about 10 ms. The rest runs with a later message,

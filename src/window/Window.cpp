@@ -122,10 +122,7 @@ LRESULT TWindow::Dispatch(const TMessage& message) noexcept {
 }
 
 void TWindow::ReportCurrentException() noexcept {
-    try {
-        HandleError(MessageOfCurrentException());
-    } catch (...) {  // NOLINT(bugprone-empty-catch): there is no way left to report it
-    }
+    ShowCurrentException({}, [this](std::string_view text) { HandleError(text); });
 }
 
 LRESULT TWindow::HandleMessage(const TMessage& message) {

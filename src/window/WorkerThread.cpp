@@ -1,6 +1,5 @@
 #include "window/WorkerThread.h"
 
-#include <exception>
 #include <stdexcept>
 #include <utility>
 
@@ -11,19 +10,12 @@ namespace tolvane {
 
 namespace {
 
-// The window waits for the end of its job, so it must be notified even if memory is short or the
-// window cannot be reached for a while.
-void PostUntilAccepted(TPostQueue& queue, const std::function<void()>& done) noexcept {
+// The window waits for the end of its job, so it must be notified even if it cannot be reached for
+// a while.
+void PostUntilAccepted(TPostQueue& queue, TPostQueue::TPrepared& done) noexcept {
     constexpr DWORD kRetryMs = 100;
-    for (bool isQueued = false;;) {
-        try {
-            const bool isUnderWay = isQueued ? queue.Announce() : queue.Post(done);
-            isQueued = true;
-            if (isUnderWay) return;
-        } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): tried again
-        }
+    for (bool isUnderWay = queue.Post(done); !isUnderWay; isUnderWay = queue.Announce())
         Sleep(kRetryMs);
-    }
 }
 
 }  // namespace
@@ -33,15 +25,17 @@ void TWorkerThread::Start(std::function<void()> body, TPostQueue queue,
     Wait();
     ended_.Reset(CreateEventW(nullptr, TRUE, FALSE, nullptr));
     if (!ended_) throw std::runtime_error("CreateEvent: " + WindowsErrorText(GetLastError()));
-    thread_ = std::thread([body = std::move(body), queue = std::move(queue), done = std::move(done),
-                           ended = ended_.Get()]() mutable {
-        try {
-            body();
-        } catch (...) {  // NOLINT(bugprone-empty-catch): nothing may unwind into the host
-        }
-        PostUntilAccepted(queue, done);
-        SetEvent(ended);
-    });
+    // The end is prepared now: there may be no memory then.
+    thread_ =
+        std::thread([body = std::move(body), queue = std::move(queue),
+                     end = TPostQueue::TPrepared(std::move(done)), ended = ended_.Get()]() mutable {
+            try {
+                body();
+            } catch (...) {  // NOLINT(bugprone-empty-catch): nothing may unwind into the host
+            }
+            PostUntilAccepted(queue, end);
+            SetEvent(ended);
+        });
 }
 
 void TWorkerThread::Wait() noexcept {

@@ -157,7 +157,7 @@ void TElicomPluScaleListForm::SaveAndShowFailure() {
     } catch (const std::exception&) {
         // The error of a failed start has been shown; the loss of a scale must still be shown.
         if (!session_.IsAbandoned() || store_.HasUnsavedScales())
-            ShowError(MessageOfCurrentException());
+            ShowCurrentException({}, [this](std::string_view text) { ShowError(text); });
     }
 }
 

@@ -1,5 +1,7 @@
 #include "upload/forms/LogMemo.h"
 
+#include <new>
+
 #include "window/Form.h"
 #include "window/WideText.h"
 
@@ -39,19 +41,27 @@ void TLogMemo::Clear() {
 }
 
 void TLogMemo::Add(std::string_view entry) {
-    if (pendingLines_ == 0) {
-        SetTimer(window_, kTimer, kDelayMs, nullptr);
-    } else {
-        pending_ += "\r\n";
+    const std::size_t before = pending_.size();
+    try {
+        if (pendingLines_ > 0) pending_ += "\r\n";
+        AppendEntry(entry, pending_);
+    } catch (...) {
+        pending_.resize(before);
+        throw;
     }
-    AppendEntry(entry, pending_);
+    if (pendingLines_ == 0) SetTimer(window_, kTimer, kDelayMs, nullptr);
     if (++pendingLines_ >= kMostLines) Flush();
 }
 
-void TLogMemo::Flush() {
+void TLogMemo::Flush() noexcept {
     if (pendingLines_ == 0) return;
     KillTimer(window_, kTimer);
-    AppendLine(memo_, pending_);
+    try {
+        AppendLine(memo_, pending_);
+    } catch (const std::bad_alloc&) {
+        SetTimer(window_, kTimer, kDelayMs, nullptr);
+        return;
+    }
     pending_.clear();
     pendingLines_ = 0;
 }

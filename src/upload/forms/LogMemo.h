@@ -18,10 +18,10 @@ public:
     // Empties the memo.
     void Clear();
     // Adds an entry at the end, code page 1251. The memo shows it within 50 ms, or when Flush is
-    // called.
+    // called. Throws std::bad_alloc, and then adds nothing.
     void Add(std::string_view entry);
-    // Shows the collected lines now.
-    void Flush();
+    // Shows the collected lines now; when memory is too short for it, as soon as it is not.
+    void Flush() noexcept;
     // Handles a WM_TIMER of the log's own timer; returns whether it was one.
     bool HandleTimer(WPARAM timer);
 

@@ -30,4 +30,8 @@ void TPostedRunView::ShowRunError(std::string text) {
     queue_.Post([&window = window_, text = std::move(text)] { window.ShowRunError(text); });
 }
 
+void TPostedRunView::ShowMemoryError() noexcept {
+    queue_.Post(memoryError_);
+}
+
 }  // namespace tolvane

@@ -1,11 +1,14 @@
 #include "upload/forms/SetPluForm.h"
 
+#include <memory>
+#include <new>
 #include <utility>
 
 #include "config/IniFile.h"
 #include "system/Clock.h"
 #include "system/RegionalSettings.h"
 #include "text/Cp1251.h"
+#include "text/Failure.h"
 #include "upload/ArticleLineBuilder.h"
 #include "upload/RunScales.h"
 #include "upload/ScaleFactory.h"
@@ -118,12 +121,16 @@ void TSetPluForm::StartRun(Body body) {
     if (startedBy_ == nullptr) startedBy_ = controls_.okBtn;
     // The thread has its own copy of everything, so that it never reads the form.
     worker_.Start(
-        [body = std::move(body), stop = stop_, queue = Queue(), regional = SystemRegionalSettings(),
-         clock = context_.clock, this]() mutable {
-            TPostedRunView view(queue, *this);
-            TRealScaleFactory factory(*clock);
-            TScaleRun run(factory, *clock, view, *stop, regional);
-            body(run);
+        [body = std::move(body), stop = stop_,
+         view = std::make_shared<TPostedRunView>(Queue(), *this),
+         regional = SystemRegionalSettings(), clock = context_.clock]() mutable {
+            try {
+                TRealScaleFactory factory(*clock);
+                TScaleRun run(factory, *clock, *view, *stop, regional);
+                body(run);
+            } catch (const std::bad_alloc&) {
+                view->ShowMemoryError();
+            }
         },
         Queue(), [this, run = ++run_] { RunEnded(run); });
     running_ = true;
@@ -253,6 +260,11 @@ void TSetPluForm::SetChoicesEnabled(bool enabled) {
 void TSetPluForm::ShowRunError(std::string text) {
     controls_.log.Flush();
     ShowError(Handle(), text);
+}
+
+void TSetPluForm::ShowMemoryError() noexcept {
+    controls_.log.Flush();
+    ShowError(Handle(), kOutOfMemory);
 }
 
 }  // namespace tolvane

@@ -67,6 +67,7 @@ private:
     void SetRunning(bool running) override;
     void SetChoicesEnabled(bool enabled) override;
     void ShowRunError(std::string text) override;
+    void ShowMemoryError() noexcept override;
 
     const TRunKind& kind_;
     TRunContext context_;

@@ -62,6 +62,7 @@ public:
     void ShowRunError(std::string) override {
         Change([](TShown& shown) { shown.error = true; });
     }
+    void ShowMemoryError() noexcept override { ShowRunError({}); }
     TShown Shown() const {
         const std::lock_guard lock(mutex_);
         return shown_;

@@ -15,6 +15,7 @@ public:
     void SetProgress(std::string) override {}
     void SetRunning(bool) override {}
     void SetChoicesEnabled(bool) override {}
+    void ShowMemoryError() noexcept override { ShowRunError("no memory"); }
 };
 
 }  // namespace tolvane::test

@@ -75,6 +75,7 @@ public:
         events_.emplace_back(enabled ? "choices on" : "choices off");
     }
     void ShowRunError(std::string text) override;
+    void ShowMemoryError() noexcept override { events_.emplace_back("out of memory"); }
 
     std::function<void()> onClear;
     std::function<void(const std::string&)> onLog;

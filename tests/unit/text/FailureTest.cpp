@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <new>
+#include <string>
+#include <vector>
+
 namespace tolvane {
 namespace {
 
@@ -29,6 +33,34 @@ TEST(MessageOfCurrentExceptionTest, AnExceptionWithoutAMessageIsAnUnknownError) 
 
 TEST(MessageOfCurrentExceptionTest, WhatIsNoExceptionIsAnUnknownError) {
     EXPECT_EQ(ToUtf8(MessageOfThrown(42)), "Неизвестна грешка");
+}
+
+TEST(MessageOfCurrentExceptionTest, AShortageOfMemoryIsToldInTheUsersLanguage) {
+    EXPECT_EQ(ToUtf8(MessageOfThrown(std::bad_alloc())), "Няма достатъчно памет");
+}
+
+// What `show` is called with while an exception is handled. It throws `failures` times.
+std::vector<std::string> ShownTexts(int failures) {
+    std::vector<std::string> shown;
+    try {
+        throw std::runtime_error("words");
+    } catch (...) {
+        ShowCurrentException("lead: ", [&](std::string_view text) {
+            shown.push_back(ToUtf8(text));
+            if (failures-- > 0) throw std::bad_alloc();
+        });
+    }
+    return shown;
+}
+
+TEST(ShowCurrentExceptionTest, ShowsTheMessageBehindItsLead) {
+    EXPECT_EQ(ShownTexts(0), std::vector<std::string>{"lead: words"});
+}
+
+TEST(ShowCurrentExceptionTest, ShowsAFixedTextWhenThereIsNoMemoryForTheMessage) {
+    const std::vector<std::string> expected = {"lead: words", "Няма достатъчно памет"};
+    EXPECT_EQ(ShownTexts(1), expected);
+    EXPECT_EQ(ShownTexts(2), expected);
 }
 
 }  // namespace

@@ -479,11 +479,19 @@ TEST_F(ScaleRunTest, ASerialScaleAndAUdpScaleAreReachedTheirOwnWay) {
     EXPECT_EQ(PriceWrites().size(), 2U);
 }
 
-TEST_F(ScaleRunTest, AViewThatFailsToShowTheErrorEndsTheRunQuietly) {
+TEST_F(ScaleRunTest, AViewThatFailsToShowTheErrorShowsTheTextThatNeedsNoMemory) {
     view_.onLog = [](const std::string&) { throw std::runtime_error("no log"); };
-    view_.onRunError = [] { throw std::runtime_error("no box"); };
+    view_.onRunError = [] { throw std::bad_alloc(); };
     Run({Item(1)}, {Goods(1, "A")});
-    EXPECT_EQ(events_.back(), "error:no log");
+    ASSERT_GE(events_.size(), 2U);
+    EXPECT_EQ(events_[events_.size() - 2], "error:no log");
+    EXPECT_EQ(events_.back(), "out of memory");
+}
+
+TEST_F(ScaleRunTest, WhatIsNoExceptionOfTheLibraryIsShownAsWell) {
+    view_.onLog = [](const std::string&) { throw 42; };
+    Run({Item(1)}, {Goods(1, "A")});
+    EXPECT_EQ(events_.back(), "error:Неизвестна грешка");
 }
 
 TEST_F(ScaleRunTest, EachScaleGetsItsOwnArticles) {

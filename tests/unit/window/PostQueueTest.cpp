@@ -173,6 +173,21 @@ TEST_P(PostQueueFailures, WorkOfAnotherThreadComesInItsOrder) {
     EXPECT_EQ(ran_, UpTo(kCount));
 }
 
+TEST_P(PostQueueFailures, PreparedWorkComesOnceInItsOrder) {
+    Fail();
+    TPostQueue::TPrepared prepared(Noting(1));
+    std::thread worker([&] {
+        queue_.Post(Noting(0));
+        queue_.Post(prepared);
+        queue_.Post(Noting(2));
+        queue_.Post(prepared);
+        queue_.Post(Noting(3));
+    });
+    EXPECT_TRUE(RunLoopUntilRan(4));
+    worker.join();
+    EXPECT_EQ(ran_, UpTo(4));
+}
+
 TEST_P(PostQueueFailures, TheLastWorkOfAThreadComesWithoutAnyAfterIt) {
     Fail();
     std::thread worker([this] { queue_.Post(Noting(0)); });
