@@ -64,7 +64,7 @@ test_plan_native() {
     job unit "Unit tests" test_native -L '^unit$'
         after build-linux; lane native
         reads "$NATIVE/tests/unit/*/test_*" "$NATIVE/tests/command/window/test_same_requests" \
-            "$NATIVE/simulator/virtual-scale" "${TEST_SCRIPTS[@]}"
+            "$NATIVE/tests/support/client/fake_client.so" "$NATIVE/simulator/virtual-scale" "${TEST_SCRIPTS[@]}"
     job integration "Integration tests" test_integration
         after build-linux; lane native; alone udp
         reads "$NATIVE/tests/integration/*/test_*" "$NATIVE/tests/integration/database/attach_probe" \

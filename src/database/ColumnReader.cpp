@@ -4,9 +4,11 @@
 #include <array>
 #include <charconv>
 
+#include "database/DatabaseError.h"
 #include "database/Handles.h"
 #include "database/Query.h"
 #include "database/Unaligned.h"
+#include "text/Cp1251.h"
 
 namespace tolvane {
 namespace {
@@ -48,9 +50,11 @@ bool IsKnown(short type) {
            type == SQL_BLOB;
 }
 
+// At least what is read of any type but a text, whatever length is reported.
 std::size_t SizeOf(const XSQLVAR& variable) {
     const auto length = static_cast<std::size_t>(static_cast<unsigned short>(variable.sqllen));
-    return TypeOf(variable) == SQL_VARYING ? length + sizeof(ISC_USHORT) : length;
+    const std::size_t size = TypeOf(variable) == SQL_VARYING ? length + sizeof(ISC_USHORT) : length;
+    return std::max(size, sizeof(std::int64_t));
 }
 
 std::int64_t ReadInteger(const XSQLVAR& variable) {
@@ -87,15 +91,17 @@ std::string ReadBlob(TTransactionState& transaction, ISC_QUAD id) {
     TBlob blob(transaction, id);
     std::string text;
     std::array<char, kSegment> segment{};
-    while (text.size() < TQuery::kLongestBlob) {
+    // Empty segments count as well, so that it ends in any case.
+    for (std::size_t read = 0; read < TQuery::kLongestBlob;) {
         unsigned short length = 0;
         TStatus status(transaction.functions);
         const ISC_STATUS code = transaction.functions.getSegment(status, blob.Handle(), &length,
                                                                  kSegment, segment.data());
         if (code == isc_segstr_eof) break;
         // A segment longer than the buffer comes in pieces.
-        if (code != isc_segment) status.Check();
-        text.append(segment.data(), length);
+        if (code != isc_segment) status.Check(code);
+        text.append(segment.data(), std::min<std::size_t>(length, segment.size()));
+        read += std::max<std::size_t>(length, 1);
     }
     text.resize(std::min(text.size(), TQuery::kLongestBlob));
     return text;
@@ -121,6 +127,9 @@ bool TColumnReader::Grow() {
 }
 
 void TColumnReader::Bind() {
+    if (Descriptor()->sqld < 0 || Descriptor()->sqld > Descriptor()->sqln)
+        throw TDatabaseError(std::string("Неочакван брой колони: "_cp1251) +
+                             std::to_string(Descriptor()->sqld));
     const auto count = static_cast<std::size_t>(Descriptor()->sqld);
     XSQLVAR* const variables = Descriptor()->sqlvar;
     std::vector<std::size_t> offsets;
@@ -154,12 +163,13 @@ const XSQLVAR& TColumnReader::Variable(std::size_t column) const noexcept {
 
 std::string_view TColumnReader::Alias(std::size_t column) const {
     const XSQLVAR& variable = Variable(column);
-    return {variable.aliasname, static_cast<std::size_t>(variable.aliasname_length)};
+    const auto length = static_cast<unsigned short>(variable.aliasname_length);
+    return {variable.aliasname, std::min<std::size_t>(length, sizeof variable.aliasname)};
 }
 
 TColumnValue TColumnReader::Read(std::size_t column, TTransactionState& transaction) {
     const XSQLVAR& variable = Variable(column);
-    if (nulls_[column] < 0) return {};
+    if (nulls_[column] < 0 || variable.sqldata == nullptr) return {};
     TColumnValue value;
     value.kind = types_[column].kind;
     value.scale = types_[column].scale;

@@ -50,7 +50,7 @@ struct TCursor {
             atEnd = true;
             return false;
         }
-        status.Check();
+        status.Check(code);
         latest = reader.Row(transaction);
         return true;
     }

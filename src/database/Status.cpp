@@ -17,14 +17,22 @@ std::string MessageLines(const TClientFunctions& functions, const ISC_STATUS* ve
     std::string message;
     std::array<char, kLineBuffer> line{};
     const ISC_STATUS* next = vector;
-    while (true) {
+    // Each line takes at least one element.
+    for (int lines = 0; lines < ISC_STATUS_LENGTH; ++lines) {
         const ISC_LONG length =
             functions.interpret != nullptr
                 ? functions.interpret(line.data(), kLineBuffer, &next)
                 : functions.interpretUnbounded(line.data(), const_cast<ISC_STATUS**>(&next));
-        if (length <= 0) return message;
+        if (length <= 0) break;
+        line.back() = '\0';
         message.append(message.empty() ? "" : "\n").append(line.data());
     }
+    return message;
+}
+
+std::string TextAt(const ISC_STATUS* element) {
+    const auto* const text = reinterpret_cast<const char*>(*element);
+    return text != nullptr ? text : std::string();
 }
 
 // The texts are in buffers that the client library soon reuses, so they are copied.
@@ -36,14 +44,15 @@ std::vector<TStatusArgument> CopyArguments(std::span<const ISC_STATUS> vector) {
         switch (vector[i]) {
             case isc_arg_cstring:
                 if (i + 2 >= vector.size()) return arguments;
-                argument.text.assign(reinterpret_cast<const char*>(vector[i + 2]),
-                                     static_cast<std::size_t>(vector[i + 1]));
+                if (vector[i + 2] != 0 && vector[i + 1] > 0)
+                    argument.text.assign(reinterpret_cast<const char*>(vector[i + 2]),
+                                         static_cast<std::size_t>(vector[i + 1]));
                 i += 3;
                 break;
             case isc_arg_string:
             case isc_arg_interpreted:
             case isc_arg_sql_state:
-                argument.text = reinterpret_cast<const char*>(vector[i + 1]);
+                argument.text = TextAt(&vector[i + 1]);
                 i += 2;
                 break;
             default:

@@ -13,9 +13,9 @@ public:
 
     operator ISC_STATUS*() noexcept { return vector_; }  // NOLINT: what every call takes first
     bool Failed() const noexcept { return vector_[0] == isc_arg_gds && vector_[1] != 0; }
-    // Throws TDatabaseError when the call failed.
-    void Check() const {
-        if (Failed()) Throw();
+    // Throws TDatabaseError when the call failed; it may also say so by its result alone.
+    void Check(ISC_STATUS result = 0) const {
+        if (Failed() || result != 0) Throw();
     }
 
 private:
