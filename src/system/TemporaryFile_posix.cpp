@@ -45,7 +45,10 @@ void FlushFolder(const path& file) {
 // owner.
 void CopyPermissions(const path& from, int to) {
     struct stat old {};
-    if (stat(from.c_str(), &old) != 0) return;
+    if (stat(from.c_str(), &old) != 0) {
+        if (IsMissing(errno)) return;
+        Fail(errno);
+    }
     [[maybe_unused]] const int ignored = fchown(to, old.st_uid, old.st_gid);
     if (fchmod(to, old.st_mode & 07777U) != 0) Fail(errno);
 }
