@@ -27,9 +27,13 @@ constexpr std::size_t kReceiveSize = 32768;
 
 class TDevCommTCP::TConnection : public TByteReceiver {
 public:
-    bool IsConnected() {
+    bool IsConnected() noexcept {
         if (!socket_.is_open()) return false;
-        if (!WaitReadable(Handle(), TMilliseconds(0))) return true;
+        try {
+            if (!WaitReadable(Handle(), TMilliseconds(0))) return true;
+        } catch (const std::exception&) {
+            return false;
+        }
         std::uint8_t next = 0;
         std::error_code error;
         socket_.receive(asio::buffer(&next, 1), tcp::socket::message_peek, error);

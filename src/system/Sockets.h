@@ -26,7 +26,7 @@ public:
 
 // Waits at most `limit` until the socket has something to read: bytes, the end of the connection,
 // or an error, which the next receive then reports. False when the time is over or a signal came.
-// Any thread.
+// Throws std::system_error when the system cannot wait. Any thread.
 bool WaitReadable(std::uintptr_t socket, TMilliseconds limit);
 
 // One received datagram.

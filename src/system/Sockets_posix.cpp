@@ -7,6 +7,7 @@
 #include <asio/error.hpp>
 #include <cerrno>
 #include <memory>
+#include <system_error>
 
 #include "system/Sockets.h"
 
@@ -18,7 +19,8 @@ TSocketLibrary::~TSocketLibrary() = default;
 bool WaitReadable(std::uintptr_t socket, TMilliseconds limit) {
     pollfd entry{static_cast<int>(socket), POLLIN, 0};
     const int ready = poll(&entry, 1, static_cast<int>(limit.count()));
-    return ready > 0 || (ready < 0 && errno != EINTR);
+    if (ready < 0 && errno != EINTR) throw std::system_error(errno, std::system_category());
+    return ready > 0;
 }
 
 TReceived ReceiveDatagram(std::uintptr_t socket, std::span<std::uint8_t> buffer,

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <asio/error.hpp>
+#include <system_error>
 
 namespace tolvane {
 
@@ -24,7 +25,9 @@ bool WaitReadable(std::uintptr_t socket, TMilliseconds limit) {
     FD_SET(static_cast<SOCKET>(socket), &readable);
     const auto milliseconds = static_cast<long>(limit.count());
     timeval wait{milliseconds / 1000, milliseconds % 1000 * 1000};
-    return select(0, &readable, nullptr, nullptr, &wait) != 0;
+    const int ready = select(0, &readable, nullptr, nullptr, &wait);
+    if (ready == SOCKET_ERROR) throw std::system_error(WSAGetLastError(), std::system_category());
+    return ready > 0;
 }
 
 TReceived ReceiveDatagram(std::uintptr_t socket, std::span<std::uint8_t> buffer,

@@ -1,0 +1,139 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "comm/TDevCommTCP.h"
+#include "comm/TDevCommUDP.h"
+#include "scale/DevElicomScaleUnit.h"
+#include "scale/ScaleFrame.h"
+#include "simulator/VirtualScale.h"
+#include "tests/support/Clocks.h"
+#include "tests/unit/faults/FailingCalls.h"
+
+namespace tolvane::test {
+namespace {
+
+// Whatever the system refuses, an exchange ends in time, with a reason, and leaves nothing open.
+class FailingSockets : public ::testing::Test {
+protected:
+    FailingSockets() {
+        simulator::TScaleOptions options;
+        options.udpPort = 0;
+        options.keepsRequests = false;
+        scale_ = std::make_unique<simulator::TVirtualScale>(options);
+        scale_->Start();
+    }
+
+    std::unique_ptr<TDevComm> Tcp() {
+        auto channel = std::make_unique<TDevCommTCP>(clock_);
+        channel->SetHost("127.0.0.1");
+        channel->SetPort(scale_->Port());
+        return channel;
+    }
+    std::unique_ptr<TDevComm> Udp() {
+        auto channel = std::make_unique<TDevCommUDP>(clock_, std::uint16_t{0});
+        channel->SetHost("127.0.0.1");
+        channel->SetPort(scale_->UdpPort());
+        return channel;
+    }
+
+    // Opens a scale and asks it twice. Why that failed; empty when it did not.
+    std::string Exchange(const std::function<std::unique_ptr<TDevComm>()>& make) {
+        try {
+            TElicomScale scale(make(), false, clock_);
+            std::int32_t errCode = 0;
+            std::int32_t maxPlu = 0;
+            std::int32_t mode = 0;
+            std::string version;
+            if (scale.OpenChannel() && scale.SetPrgMode(errCode) &&
+                scale.GetVersion(errCode, maxPlu, mode, version)) {
+                return {};
+            }
+            EXPECT_NE(scale.LastError, "");
+            return scale.LastError;
+        } catch (const std::system_error& error) {
+            return error.what();
+        }
+    }
+    static bool IsReason(const std::string& told) {
+        const std::vector<std::string> reasons = {"Input/output error", "Connect timed out.",
+                                                  "Read timeout occured",
+                                                  "Socket is not connected."};
+        return std::any_of(reasons.begin(), reasons.end(), [&](const std::string& reason) {
+            return told.find(reason) != std::string::npos;
+        });
+    }
+
+    void FailEachCall(const std::function<std::unique_ptr<TDevComm>()>& make) {
+        using std::chrono::steady_clock;
+        std::size_t all = 0;
+        {
+            const TFailingCalls calls(0, TFailingCalls::Once);
+            ASSERT_EQ(Exchange(make), "");
+            all = TFailingCalls::Calls().size();
+        }
+        ASSERT_GT(all, 10U);
+        int failures = 0;
+        for (std::size_t n = 1; n <= all; ++n) {
+            for (const auto howLong : {TFailingCalls::Once, TFailingCalls::ForGood}) {
+                const int before = OpenDescriptors();
+                const auto start = steady_clock::now();
+                std::string told;
+                std::string name;
+                {
+                    const TFailingCalls calls(static_cast<int>(n), howLong);
+                    told = Exchange(make);
+                    const std::vector<std::string> names = TFailingCalls::Calls();
+                    name = n <= names.size() ? names[n - 1] : "none";
+                }
+                SCOPED_TRACE(std::to_string(n) + " " + name +
+                             (howLong == TFailingCalls::Once ? " once" : " for good"));
+                EXPECT_LT(steady_clock::now() - start, std::chrono::seconds(5));
+                EXPECT_TRUE(told.empty() || IsReason(told)) << told;
+                EXPECT_EQ(OpenDescriptors(), before);
+                failures += told.empty() ? 0 : 1;
+                ASSERT_EQ(Exchange(make), "");
+            }
+        }
+        RecordProperty("calls", static_cast<int>(all));
+        RecordProperty("failures", failures);
+    }
+
+    TQuickClock clock_{{.faster = 30}};
+    std::unique_ptr<simulator::TVirtualScale> scale_;
+};
+
+TEST_F(FailingSockets, OverTcpEveryCallMayFail) {
+    FailEachCall([this] { return Tcp(); });
+}
+
+TEST_F(FailingSockets, OverUdpEveryCallMayFail) {
+    FailEachCall([this] { return Udp(); });
+}
+
+// A channel that went on to its receive would wait there for as long as the scale is silent.
+TEST_F(FailingSockets, AnAnswerThatCannotBeWaitedForIsAFailure) {
+    const auto errorOf = [](TDevComm& channel, int failingCall) {
+        EXPECT_TRUE(channel.Open());
+        TCmdBuffer reply;
+        const TFailingCalls calls(failingCall, TFailingCalls::Once);
+        EXPECT_EQ(channel.ReadAnswer(reply, kReplyStart, kFrameEnd, 1000), kReadOtherFailure);
+        EXPECT_EQ(TFailingCalls::Calls().back(), "poll");
+        return channel.LastError;
+    };
+    // The first wait of a TCP channel asks whether the connection is still there.
+    const std::string port = std::to_string(scale_->Port());
+    EXPECT_EQ(errorOf(*Tcp(), 2),
+              "[TCP] Fail read data (127.0.0.1:" + port + ") - Input/output error (5)");
+    const std::string udpPort = std::to_string(scale_->UdpPort());
+    EXPECT_EQ(errorOf(*Udp(), 1),
+              "[UDP] Fail read data (127.0.0.1:" + udpPort + ") - Input/output error (5)");
+}
+
+}  // namespace
+}  // namespace tolvane::test
