@@ -35,6 +35,7 @@ OTHER_TEXTS = {
     "Код за везна": "a name in the query",
     "Прод.Вал.": "a name in the query",
     '"PLU_SCALE_NUMB": "': "between a column and its value",
+    "int $0x29": "an instruction of the processor",
     "RS232 (": "a channel's name in logs of the code",
     "(EVL) -": "the beginning of a name",
     "(SI) -": "the beginning of a name",
