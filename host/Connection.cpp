@@ -68,9 +68,7 @@ std::string ClientFailure(DWORD error) {
 }  // namespace
 
 bool TConnection::TryClient(const std::filesystem::path& file) {
-    // The libraries that a client needs are in its folder, not in this program's.
-    const DWORD flags = file.is_absolute() ? LOAD_WITH_ALTERED_SEARCH_PATH : 0;
-    TOwnedLibrary library(LoadLibraryExW(file.c_str(), nullptr, flags));
+    TOwnedLibrary library(static_cast<HMODULE>(LoadLibraryOf(file)));
     if (!library) return false;
     if (Find<TAttachDatabase>(library.Get(), "isc_attach_database") == nullptr) {
         library.Reset();

@@ -24,8 +24,8 @@ SYSTEM_DLLS="advapi32 comctl32 comdlg32 gdi32 kernel32 mswsock msvcrt ole32 olea
 SYSTEM_LIBRARIES="ld-linux-x86-64.so.2 libc.so.6 libgcc_s.so.1 libm.so.6 libstdc++.so.6"
 
 # Who may load a library, and which:
-#   Library_win32       the database's client, for a program, whose start takes the current folder out of the search
-#   Connection, OperationModule   TradeHost: that client, and modules by their whole paths
+#   tolvane_system      Library_win32: the database's client, for a program; never from the current folder
+#   tolvane_host        OperationModule: modules by their whole paths
 #   crtbegin            the compiler's library, when another module has loaded it already
 #   rand_s              advapi32, which all that have this function import anyway
 LOADERS="src/system/libtolvane_system.a host/libtolvane_host.a crtbegin.o rand_s.o"

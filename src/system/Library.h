@@ -17,17 +17,21 @@ void* FindLoadedLibrary(const char* name);
 void* FindFunction(void* library, const char* name);
 // What a client library is usually called, likeliest first.
 std::vector<std::string> UsualClientLibraries();
-// From now on a library that is named without a folder is not looked for in the current one, where
-// anybody may have put a file. For a program at its start: a module leaves it to its host.
+// From now on no library of this process is looked for in the current folder, whoever loads it and
+// however old the system is. For a program at its start: a module leaves it to its host.
 void IgnoreLibrariesOfCurrentFolder() noexcept;
 // Where this system gets a missing one from, as the beginning of an English sentence.
 std::string_view ClientLibraryCure();
 
+// Loads a file at a path, or by its name alone what the system finds in its usual places: never in
+// the current folder. Shows no window. Null when it cannot; the system then knows why
+// (GetLastError, dlerror).
+void* LoadLibraryOf(const std::filesystem::path& name);
+
 // A library that this object has loaded, and frees at its end.
 class TLibrary {
 public:
-    // A file's path, or a name alone, which the system looks for in its usual places. Shows no
-    // window. Throws TFailure with the system's own words.
+    // As LoadLibraryOf. Throws TFailure with the system's own words.
     explicit TLibrary(const std::filesystem::path& name);
     TLibrary(TLibrary&& other) noexcept : handle_(std::exchange(other.handle_, nullptr)) {}
     TLibrary& operator=(TLibrary&& other) noexcept {

@@ -29,8 +29,11 @@ std::string_view ClientLibraryCure() {
     return "Install the Firebird client (Debian: libfbclient2)";
 }
 
-TLibrary::TLibrary(const std::filesystem::path& name)
-    : handle_(dlopen(name.c_str(), RTLD_NOW | RTLD_LOCAL)) {
+void* LoadLibraryOf(const std::filesystem::path& name) {
+    return dlopen(name.c_str(), RTLD_NOW | RTLD_LOCAL);
+}
+
+TLibrary::TLibrary(const std::filesystem::path& name) : handle_(LoadLibraryOf(name)) {
     if (handle_ == nullptr) throw TFailure(FromUtf8(dlerror()));
 }
 

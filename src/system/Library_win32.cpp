@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <string>
 #include <system_error>
 
 #include "system/SystemError.h"
@@ -11,20 +12,51 @@
 namespace tolvane {
 namespace {
 
-// Loads without the system's box about a file that is no library.
-HMODULE LoadQuietly(const std::filesystem::path& name) {
+// The libraries that such a file needs lie beside it.
+HMODULE LoadFile(const wchar_t* path) {
+    return LoadLibraryExW(path, nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+}
+
+HMODULE LoadFromSearchPath(const wchar_t* name) {
+    constexpr DWORD kLongest = 32767;
+    std::wstring folders(kLongest, L'\0');
+    folders.resize(GetEnvironmentVariableW(L"PATH", folders.data(), kLongest));
+    std::wstring file(kLongest, L'\0');
+    const DWORD length =
+        SearchPathW(folders.c_str(), name, L".dll", kLongest, file.data(), nullptr);
+    if (length != 0 && length < kLongest) return LoadFile(file.c_str());
+    SetLastError(ERROR_MOD_NOT_FOUND);
+    return nullptr;
+}
+
+// From the usual places except the current folder, where anybody may have put a file.
+HMODULE LoadByNameAlone(const wchar_t* name) {
+    const HMODULE library = LoadLibraryExW(
+        name, nullptr, LOAD_LIBRARY_SEARCH_APPLICATION_DIR | LOAD_LIBRARY_SEARCH_SYSTEM32);
+    if (library != nullptr) return library;
+    switch (GetLastError()) {
+        case ERROR_MOD_NOT_FOUND:
+            return LoadFromSearchPath(name);
+        case ERROR_INVALID_PARAMETER:  // Windows 7 without an update
+            return LoadLibraryExW(name, nullptr, 0);
+        default:
+            return nullptr;
+    }
+}
+
+}  // namespace
+
+void* LoadLibraryOf(const std::filesystem::path& name) {
+    std::error_code ignored;
     DWORD mode = 0;
     SetThreadErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX, &mode);
-    // The libraries that a file at a given place needs lie beside it.
-    const DWORD flags = name.is_absolute() ? LOAD_WITH_ALTERED_SEARCH_PATH : 0;
-    const HMODULE library = LoadLibraryExW(name.c_str(), nullptr, flags);
+    const HMODULE library = name.has_parent_path() ? LoadFile(absolute(name, ignored).c_str())
+                                                   : LoadByNameAlone(name.c_str());
     const DWORD error = GetLastError();
     SetThreadErrorMode(mode, nullptr);
     SetLastError(error);
     return library;
 }
-
-}  // namespace
 
 void* FindLoadedLibrary(const char* name) {
     const std::u16string wide = ToUtf16(name);
@@ -47,7 +79,7 @@ std::string_view ClientLibraryCure() {
     return "Install the 32-bit Firebird client (fbclient.dll)";
 }
 
-TLibrary::TLibrary(const std::filesystem::path& name) : handle_(LoadQuietly(name)) {
+TLibrary::TLibrary(const std::filesystem::path& name) : handle_(LoadLibraryOf(name)) {
     if (handle_ != nullptr) return;
     throw TFailure(SystemErrorText({static_cast<int>(GetLastError()), std::system_category()}));
 }
