@@ -120,9 +120,10 @@ void TSetPluForm::StartRun(Body body) {
     if (const HWND focus = GetFocus(); focus != nullptr) startedBy_ = focus;
     if (startedBy_ == nullptr) startedBy_ = controls_.okBtn;
     // The thread has its own copy of everything, so that it never reads the form.
+    TRunView& window = *this;
     worker_.Start(
         [body = std::move(body), stop = stop_,
-         view = std::make_shared<TPostedRunView>(Queue(), *this),
+         view = std::make_shared<TPostedRunView>(Queue(), window),
          regional = SystemRegionalSettings(), clock = context_.clock]() mutable {
             try {
                 TRealScaleFactory factory(*clock);

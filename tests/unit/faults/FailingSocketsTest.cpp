@@ -101,7 +101,7 @@ protected:
             }
         }
         RecordProperty("calls", static_cast<int>(all));
-        RecordProperty("failures", failures);
+        RecordProperty("told", failures);
     }
 
     TQuickClock clock_{{.faster = 30}};

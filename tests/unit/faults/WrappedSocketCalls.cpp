@@ -45,6 +45,7 @@ int __real_epoll_create1(int flags);
 int __real_epoll_ctl(int epoll, int operation, int file, epoll_event* event);
 int __real_epoll_wait(int epoll, epoll_event* events, int most, int timeout);
 int __real_eventfd(unsigned value, int flags);
+int __real_pipe(int* files);
 int __real_timerfd_create(int clock, int flags);
 int __real_timerfd_settime(int timer, int flags, const itimerspec* value, itimerspec* before);
 
@@ -117,6 +118,13 @@ int __wrap_epoll_wait(int epoll, epoll_event* events, int most, int timeout) {
 }
 int __wrap_eventfd(unsigned value, int flags) {
     return Opened(CallFails("eventfd") ? -1 : __real_eventfd(value, flags));
+}
+// Stands in for an eventfd.
+int __wrap_pipe(int* files) {
+    if (CallFails("pipe")) return -1;
+    const int result = __real_pipe(files);
+    if (result == 0) tolvane::test::OpenDescriptors() += 2;
+    return result;
 }
 int __wrap_timerfd_create(int clock, int flags) {
     return Opened(CallFails("timerfd_create") ? -1 : __real_timerfd_create(clock, flags));
