@@ -91,7 +91,7 @@ void LoadForm(TElicomPluScaleListForm& form) {
 }
 
 // Shows the exception that is being handled.
-void ShowCurrentException(const TStartArguments& arguments) noexcept {
+void ShowStartFailure(const TStartArguments& arguments) noexcept {
     HWND owner = nullptr;
     for (const HWND window : {arguments.appHandle, arguments.mainForm}) {
         if (IsWindow(window) != 0) owner = window;
@@ -106,7 +106,7 @@ bool Try(const TStartArguments& arguments, Work work) noexcept {
         work();
         return true;
     } catch (...) {
-        ShowCurrentException(arguments);
+        ShowStartFailure(arguments);
     }
     return false;
 }
