@@ -37,27 +37,23 @@ release_linux_programs() {
     printf '%s\n' "$RELEASE_LINUX/src/command/tolvane" "$RELEASE_LINUX/simulator/virtual-scale"
 }
 
-# Each has the version, and no path of this machine: neither of the sources, nor of the build, nor of a home.
+# release_check_files <folder of the build>: those that come in.
+release_check_files() {
+    local program
+    while read -r program; do
+        "$SCRIPTS/check-binary.sh" "$1" "${program#"$1/"}"
+    done
+}
+
+# Each is as the check of built files wants it, and has the version.
 release_check_programs() {
-    local program paths
-    "$SCRIPTS/check-module.sh" "$RELEASE_WINDOWS/src/entry/Tolvane.dll"
-    while read -r program; do
-        paths=$({ strings -a "$program"; strings -a -el "$program"; } | grep -F -e "$ROOT" -e "$BUILD" -e "${HOME:-/root}/" || true)
-        [ -z "$paths" ] || fail "$program tells where it was built: $paths"
-    done < <(release_windows_programs; release_linux_programs)
-    while read -r program; do
-        [ "$(release_version_of "$program")" = "$RELEASE_VERSION" ] || fail "$program has another version"
-    done < <(release_windows_programs)
+    local program
+    release_windows_programs | release_check_files "$RELEASE_WINDOWS"
+    release_linux_programs | release_check_files "$RELEASE_LINUX"
     while read -r program; do
         [ "$("$program" --version)" = "$(basename "$program") $RELEASE_VERSION" ] || fail "$program has another version"
     done < <(release_linux_programs)
     "$SCRIPTS/third-party.sh" --check "$RELEASE_WINDOWS" "$RELEASE_LINUX"
-}
-
-# release_version_of <program for Windows>: as its version resource tells it.
-release_version_of() {
-    i686-w64-mingw32-windres -O rc "$1" 2>/dev/null |
-        sed -nE 's/^ *VALUE "FileVersion", "(.*)"$/\1/p'
 }
 
 # A text for Windows' own editor: CRLF, and marked as UTF-8.
