@@ -6,7 +6,7 @@ namespace tolvane {
 namespace {
 
 // Far more than a scale ever sends. What a flood brings beyond it is not kept.
-constexpr std::size_t kLongestReply = 0x10000;
+constexpr std::size_t kLongestReply = 0x100000;
 
 void ReadUntilEnd(TByteReceiver& receiver, const TReadRequest& request, TClock& clock,
                   TCmdBuffer& reply) {

@@ -37,7 +37,7 @@ bool TakeByte(std::uint8_t byte, const TReadRequest& request, TCmdBuffer& reply)
 
 // The reading rule of every channel: empties `reply` and reads one answer into it. Returns a result
 // code of ReadAnswer; when that is not kReadOk, `failure` holds the reason. The bytes read before a
-// failure stay in `reply`, which holds at most 64 KiB. Never throws; blocks up to the time-out.
+// failure stay in `reply`, which holds at most 1 MiB. Never throws; blocks up to the time-out.
 std::int32_t ReceiveAnswer(TByteReceiver& receiver, const TReadRequest& request, TClock& clock,
                            TCmdBuffer& reply, std::string& failure);
 

@@ -158,12 +158,12 @@ TEST_F(AnswerReaderTest, NoiseWithoutEndDoesNotProlongTheRead) {
     EXPECT_LE(receiver.limits.size(), 20U);
 }
 
-TEST_F(AnswerReaderTest, AFloodIsNotKeptBeyond64KiBytes) {
+TEST_F(AnswerReaderTest, AFloodIsNotKeptBeyondAMebibyte) {
     receiver.pieces = {{0x02}};
-    receiver.pieces.insert(receiver.pieces.end(), 100, TCmdBuffer(1000, 0x41));
+    receiver.pieces.insert(receiver.pieces.end(), 1100, TCmdBuffer(1000, 0x41));
     receiver.pieces.push_back({0x03});
     EXPECT_EQ(Read(0x02, 0x03, 1000), kReadOk);
-    EXPECT_EQ(reply.size(), 65536U);
+    EXPECT_EQ(reply.size(), 1048576U);
     EXPECT_EQ(reply.back(), 0x41);
 }
 
