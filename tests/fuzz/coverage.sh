@@ -39,7 +39,7 @@ fuzz_coverage_of() {
 
 fuzz_coverage_tell() {
     fuzz_coverage_of report -show-region-summary=false -show-branch-summary=false |
-        awk 'NF > 6 { printf "%-40s %5s of %5s lines %8s\n", $1, $5 - $6, $5, $7 }'
+        awk 'NF > 6 && $5 ~ /^[0-9]+$/ { printf "%-40s %5s of %5s lines %8s\n", $1, $5 - $6, $5, $7 }'
 }
 
 step "Packages for the fuzzers" "$SCRIPTS/packages.sh" build fuzz
