@@ -208,6 +208,10 @@ test_plan_lane_d() {
         reads tests/release packaging docs tools LICENSE CHANGELOG.md simulator/README.md src/entry/HostInterface.h \
             tests/command/program/shop.sql "demo/*.sql" "$WINDOWS/src/command/tolvane.exe" \
             "$WINDOWS/simulator/virtual-scale.exe" "${DEMO_FILES[@]}"
+    job bench "The benchmarks, shortly" test_in_lane d tests/bench/run.sh --quick
+        after build-windows build-linux client; lane d
+        reads "$NATIVE/tests/bench/*/*_*" "$WINDOWS/tests/bench/*/*.exe" "$WINDOWS/tests/bench/*/*.dll" tests/bench \
+            "$WINDOWS/src/entry/Tolvane.dll" tests/module/schema.sql "demo/*.sql" "${TEST_SCRIPTS[@]}"
 }
 
 # The programs of this system that contain the code of a folder of src.

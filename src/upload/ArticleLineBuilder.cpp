@@ -15,6 +15,8 @@ namespace tolvane {
 namespace {
 
 constexpr std::size_t kBarcodeLength = 5;
+// Most lines take less.
+constexpr std::size_t kUsualLength = 200;
 // Replaces the separator inside a text.
 constexpr char kSeparatorSubstitute = '/';
 
@@ -57,6 +59,7 @@ TArticleLine TArticleLineBuilder::LineFor(TRowId row, std::int32_t scaleNumber) 
     TArticleLine article;
     article.isForScale = IsForScale(articles_.Text(row, TField::PLU_FORSCALES), scaleNumber);
     if (!article.isForScale) return article;
+    article.line.reserve(kUsualLength);
     for (const TLineField& field : kLineFields) {
         article.fault = AppendField(row, field, article.line);
         if (article.fault) {

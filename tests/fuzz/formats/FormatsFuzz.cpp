@@ -8,7 +8,6 @@
 #include <string>
 #include <vector>
 
-#include "articles/PrintTime.h"
 #include "articles/Promotion.h"
 #include "entry/HostInterface.h"
 #include "entry/HostText.h"
