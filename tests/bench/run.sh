@@ -65,8 +65,8 @@ PROGRAMS=$BUILD/native
 if [ ${#QUICK[@]} -eq 0 ]; then
     PROGRAMS=$BUILD/release
     step "Packages" "$SCRIPTS/packages.sh" build wine firebird winelib bench
-    step "Build for Linux" test_build release
-    step "Build for Windows" test_build windows
+    step "Build for Linux" test_build release benchmarks
+    step "Build for Windows" test_build windows benchmarks
 else
     BENCHES+=(command)
 fi
