@@ -44,18 +44,19 @@ bench_exchange_wine() {
 bench_one() {
     say "== $1"
     case $1 in
-        articles) if [ -n "${QUICK[*]}" ]; then bench bench_articles; else bench bench_articles 1000 10000 100000 1000000; fi ;;
+        articles) bench bench_articles "${SIZES[@]}" ;;
         memory) bench_memory ;;
+        run) bench bench_run "${ONE_RUN[@]}" ;;
         exchange-wine) bench_exchange_wine ;;
         window) tests/bench/window/run.sh "${QUICK[@]}" ;;
         *) bench "bench_$1" ;;
     esac
 }
 
-INSIDE=() QUICK=() names=()
+INSIDE=() QUICK=() SIZES=(1000 10000 100000 1000000) ONE_RUN=(--ets) names=()
 for argument in "$@"; do
     case $argument in
-        --quick) QUICK=(--quick) ;;
+        --quick) QUICK=(--quick) SIZES=() ONE_RUN=() ;;
         -*) fail "usage: tests/bench/run.sh [--quick] [NAME]..." ;;
         *) names+=("$argument") ;;
     esac
