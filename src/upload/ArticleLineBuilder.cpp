@@ -40,7 +40,16 @@ TArticleLineBuilder::TArticleLineBuilder(const TArticleTable& articles, TLineCho
 void TArticleLineBuilder::Build(const std::vector<TRowId>& rows, std::int32_t scaleNumber,
                                 std::vector<std::string>& lines) const {
     lines.clear();
+    // Neighbours mostly have the same list of scales.
+    std::string_view forScales;
+    bool isForScale = false;
     for (const TRowId row : rows) {
+        const std::string_view text = articles_.Text(row, TField::PLU_FORSCALES);
+        if (text != forScales) {
+            forScales = text;
+            isForScale = IsForScale(text, scaleNumber);
+        }
+        if (!isForScale) continue;
         std::string line = BuildLine(row, scaleNumber);
         if (!line.empty()) lines.push_back(std::move(line));
     }

@@ -61,7 +61,7 @@ void Run(std::size_t count, int articles, int rounds) {
 int main(int count, char** arguments) {
     try {
         const bool quick = tolvane::bench::IsQuick(count, arguments);
-        tolvane::bench::Run(quick ? 5 : 20, quick ? 1000 : 50000, 3);
+        tolvane::bench::Run(quick ? 5 : 20, quick ? 1000 : 50000, quick ? 2 : 1);
         return 0;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());
