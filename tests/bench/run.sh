@@ -2,7 +2,7 @@
 # Prints the figures of docs/performance.md: the programs under tests/bench, each with both sides of its
 # ratios in one run, on this system and in Wine.
 #
-#   tests/bench/run.sh             builds them optimised first; takes about 13 minutes
+#   tests/bench/run.sh             builds them optimised first; takes about 14 minutes
 #   tests/bench/run.sh --quick     each for seconds, as test.sh has built them: it shows that they still work
 #   tests/bench/run.sh NAME...     only these, of BENCHES below
 #

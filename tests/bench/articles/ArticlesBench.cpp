@@ -27,7 +27,7 @@ int RoundsFor(int articles, bool quick) {
     if (quick) return 3;
     if (articles <= kFewArticles) return 41;
     if (articles <= 10 * kFewArticles) return 15;
-    return articles <= 100 * kFewArticles ? 7 : 2;
+    return articles <= 100 * kFewArticles ? 7 : 3;
 }
 
 // Of this process, in milliseconds.
