@@ -19,8 +19,12 @@ TArticleGrid::TArticleGrid(TDpi dpi, TGridView& view)
     : dpi_(dpi), view_(view), font_(MakeListFont(dpi)), header_(dpi), rows_(view) {}
 
 TArticleGrid::~TArticleGrid() {
-    if (IsWindow(list_) != 0)
-        SetWindowLongPtrW(list_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(before_));
+    // Its handle may be another window's by now.
+    const bool isOurs =
+        IsWindow(list_) != 0 &&
+        GetWindowLongPtrW(list_, GWLP_WNDPROC) == reinterpret_cast<LONG_PTR>(&ListProcedure) &&
+        GetWindowLongPtrW(list_, GWLP_USERDATA) == reinterpret_cast<LONG_PTR>(this);
+    if (isOurs) SetWindowLongPtrW(list_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(before_));
 }
 
 // SetWindowSubclass would look up a property with each of the list view's messages, which in Wine
@@ -51,7 +55,7 @@ LRESULT CALLBACK TArticleGrid::ListProcedure(HWND list, UINT id, WPARAM wParam,
             return 0;
         }
     }
-    if (self.rows_.MayChangeMany(id, wParam, lParam)) {
+    if (self.rows_.MayChangeMany(id, wParam)) {
         const TDrawingPause pause(list);
         return CallWindowProcW(before, list, id, wParam, lParam);
     }

@@ -99,19 +99,13 @@ void TGridRows::SetCurrent(TRowId row) {
     SendMessageW(list_, LVM_ENSUREVISIBLE, static_cast<WPARAM>(index), FALSE);
 }
 
-bool TGridRows::MayChangeMany(UINT message, WPARAM key, LPARAM at) const {
-    const bool isClick = message == WM_LBUTTONDOWN;
-    const bool isKey = message == WM_KEYDOWN && key >= VK_SPACE && key <= VK_DOWN;
-    if (!isClick && !isKey) return false;
+bool TGridRows::MayChangeMany(UINT message, WPARAM key) const {
+    if (message != WM_KEYDOWN || key < VK_SPACE || key > VK_DOWN) return false;
     const bool extends = IsKeyDown(VK_SHIFT);
     if (marks_.Count() > kMany) return extends || !IsKeyDown(VK_CONTROL);
     if (!extends) return false;
     int row = CurrentIndex();
-    if (isClick) {
-        LVHITTESTINFO hit{};
-        hit.pt = {static_cast<short>(LOWORD(at)), static_cast<short>(HIWORD(at))};
-        row = static_cast<int>(SendMessageW(list_, LVM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit)));
-    } else if (key == VK_HOME) {
+    if (key == VK_HOME) {
         row = 0;
     } else if (key == VK_END) {
         row = static_cast<int>(view_.RowCount()) - 1;

@@ -53,8 +53,9 @@ public:
     std::vector<TRowId> Marked() const { return marks_.InOrder(); }
     bool HasMarks() const { return marks_.Count() > 0; }
 
-    // Whether the message is a key or a click that may mark or unmark many rows.
-    bool MayChangeMany(UINT message, WPARAM key, LPARAM at) const;
+    // Whether the message is a key that may mark or unmark many rows. A click may as well, but a
+    // list view can hold it until the button is up, and must draw meanwhile.
+    bool MayChangeMany(UINT message, WPARAM key) const;
     // Takes over what the user has marked. Returns whether the message was a change of state.
     bool HandleChange(const NMHDR& header);
 
