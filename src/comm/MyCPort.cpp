@@ -67,8 +67,8 @@ serial_port_base::baud_rate BaudRate(TBaudRate rate) {
 struct TComPort::TPort {
     asio::io_context io{1};
     asio::serial_port port{io};
-    std::size_t announced =
-        0;  // bytes of which the driver has told and which are still in the port
+    // Bytes of which the driver has told and which are still in the port.
+    std::size_t announced = 0;
 
     std::intptr_t Handle() {
         return (std::intptr_t)port.native_handle();

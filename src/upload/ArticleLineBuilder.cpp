@@ -40,7 +40,7 @@ TArticleLineBuilder::TArticleLineBuilder(const TArticleTable& articles, TLineCho
 void TArticleLineBuilder::Build(const std::vector<TRowId>& rows, std::int32_t scaleNumber,
                                 std::vector<std::string>& lines) const {
     lines.clear();
-    // Neighbours mostly have the same list of scales.
+    // Neighbours mostly have the same list of scales. An empty one is for no scale.
     std::string_view forScales;
     bool isForScale = false;
     for (const TRowId row : rows) {
