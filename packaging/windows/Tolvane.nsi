@@ -216,6 +216,14 @@ Function CannotWrite
     Quit
 FunctionEnd
 
+; The former module stays; what is new goes.
+Function NotReplaced
+    Delete "$INSTDIR\Operations\Tolvane.dll.new"
+    ; Does nothing while the old one is still in its place.
+    Rename "$INSTDIR\Operations\Tolvane.dll.old" "$INSTDIR\Operations\Tolvane.dll"
+    Call CannotWrite
+FunctionEnd
+
 Section "$(TextModule)" SectionModule
     SectionIn RO
     Call NeedFree
@@ -244,21 +252,24 @@ Section "$(TextModule)" SectionModule
     SetOutPath "$INSTDIR\Operations"
     ClearErrors
     File "/oname=Tolvane.dll.new" "${FILES}\Operations\Tolvane.dll"
-    ${IfNot} ${Errors}
-    ${AndIf} ${FileExists} "$INSTDIR\Operations\Tolvane.dll"
-        Delete "$INSTDIR\Operations\Tolvane.dll.old"
-        Rename "$INSTDIR\Operations\Tolvane.dll" "$INSTDIR\Operations\Tolvane.dll.old"
-    ${EndIf}
-    ${IfNot} ${Errors}
-        Rename "$INSTDIR\Operations\Tolvane.dll.new" "$INSTDIR\Operations\Tolvane.dll"
-    ${EndIf}
+    ; Each question clears the flag of errors.
     ${If} ${Errors}
-        Delete "$INSTDIR\Operations\Tolvane.dll.new"
-        ; Does nothing while the old one is still in its place.
-        Rename "$INSTDIR\Operations\Tolvane.dll.old" "$INSTDIR\Operations\Tolvane.dll"
-        Call CannotWrite
+        Call NotReplaced
+    ${EndIf}
+    ${If} ${FileExists} "$INSTDIR\Operations\Tolvane.dll"
+        Delete "$INSTDIR\Operations\Tolvane.dll.old"
+        ClearErrors
+        Rename "$INSTDIR\Operations\Tolvane.dll" "$INSTDIR\Operations\Tolvane.dll.old"
+        ${If} ${Errors}
+            Call NotReplaced
+        ${EndIf}
+    ${EndIf}
+    Rename "$INSTDIR\Operations\Tolvane.dll.new" "$INSTDIR\Operations\Tolvane.dll"
+    ${If} ${Errors}
+        Call NotReplaced
     ${EndIf}
     Delete "$INSTDIR\Operations\Tolvane.dll.old"
+    ClearErrors
     SetOutPath "${OURS}"
     File "${FILES}\README.txt"
     File "${FILES}\LICENSE.txt"

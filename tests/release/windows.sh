@@ -166,12 +166,15 @@ test_cannot_write() {
 }
 
 test_cannot_replace() {
-    mkdir "$HOST/Operations/Tolvane.dll.new"
-    expect_code 4 "$SETUP" /S "${IN_HOST[@]}"
-    expect_said "не може да се пише"
-    expect_module "$WORK/old/Operations/Tolvane.dll"
-    [ ! -e "$HOST/Operations/Tolvane.dll.old" ] || fail "the old module lies beside"
-    rmdir "$HOST/Operations/Tolvane.dll.new"
+    local place
+    for place in new old; do
+        mkdir -p "$HOST/Operations/Tolvane.dll.$place/full"
+        expect_code 4 "$SETUP" /S "${IN_HOST[@]}"
+        expect_said "не може да се пише"
+        expect_module "$WORK/old/Operations/Tolvane.dll"
+        rm -r "$HOST/Operations/Tolvane.dll.$place"
+        [ -z "$(find "$HOST/Operations" -name 'Tolvane.dll.*')" ] || fail "another module lies beside"
+    done
 }
 
 expect_version() {
