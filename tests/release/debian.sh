@@ -34,12 +34,17 @@ packages_depend_on() {
     done
 }
 
+archive_of_this_machine() {
+    apt-get indextargets --format '$(REPO_URI)' 'Created-By: Packages' 'Codename: bookworm' 'Component: main' |
+        sed -n '1p' | grep .
+}
+
 # With the files of all that will be installed: later runs need no archive.
 make_clean_root() {
     if [ "$(cat "$CLEAN/depends" 2>/dev/null)" = "$(packages_depend_on)" ]; then return 0; fi
     rm -rf "$CLEAN"
     mkdir -p "$CLEAN"
-    debootstrap --variant=minbase bookworm "$CLEAN/root" "${TOLVANE_MIRROR:-http://deb.debian.org/debian}"
+    debootstrap --variant=minbase bookworm "$CLEAN/root" "${TOLVANE_MIRROR:-$(archive_of_this_machine)}"
     cp "$RELEASE"/*.deb "$CLEAN/root/tmp/"
     in_system "$CLEAN/root" "${APT[@]}" update
     in_system "$CLEAN/root" sh -c 'exec "$@" /tmp/*.deb' sh "${APT[@]}" install --download-only "$ENGINE"
