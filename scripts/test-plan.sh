@@ -211,7 +211,8 @@ test_plan_lane_d() {
     job bench "The benchmarks, shortly" test_in_lane d tests/bench/run.sh --quick
         after build-windows build-linux client; lane d
         reads "$NATIVE/tests/bench/*/*_*" "$WINDOWS/tests/bench/*/*.exe" "$WINDOWS/tests/bench/*/*.dll" tests/bench \
-            "$WINDOWS/src/entry/Tolvane.dll" tests/module/schema.sql "demo/*.sql" "${TEST_SCRIPTS[@]}"
+            "$WINDOWS/src/entry/Tolvane.dll" "$NATIVE/src/command/tolvane" tests/module/schema.sql "demo/*.sql" \
+            tests/command/program/shop.sql "${TEST_SCRIPTS[@]}"
 }
 
 # The programs of this system that contain the code of a folder of src.
