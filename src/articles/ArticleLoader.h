@@ -67,9 +67,10 @@ public:
     const std::string& BaseCurrency() const { return baseCurrency_; }
     // Creates the index that the article query needs when it is missing. A failure is shown.
     void CheckDatabase() noexcept;
-    // Empties and fills the table and marks the promotions. A failure is shown; the rows that were
-    // read stay. When there are no articles, it ends early: the display stays suspended, the query
-    // open and the transaction active.
+    // Empties and fills the table and marks the promotions. A failure is shown; after one of the
+    // database the table is empty, after a value that does not convert the rows before it stay.
+    // When there are no articles, it ends early: the display stays suspended, the query open and
+    // the transaction active.
     void LoadArticles() noexcept;
     // The same, but a failure is thrown instead of shown, and nothing is put away.
     void FillTable();
