@@ -9,6 +9,7 @@
 #include "articles/ArticleSession.h"
 #include "database/DatabaseError.h"
 #include "tests/support/client/FakeShop.h"
+#include "tests/unit/faults/GivenBack.h"
 #include "text/Cp1251.h"
 
 namespace tolvane::test {
@@ -62,7 +63,7 @@ protected:
         work();
         client_.failingCall = 0;
         ExpectTheWordsOf(lead, forGood);
-        ExpectAllIsGivenBack();
+        ExpectAllIsGivenBack(client_);
         EXPECT_TRUE(view_.shown);
 
         view_.errors.clear();
@@ -80,12 +81,6 @@ protected:
         }
         EXPECT_EQ(view_.errors,
                   TTexts{std::string(lead) + failed + " failed\nas the test wants it"});
-    }
-    void ExpectAllIsGivenBack() const {
-        EXPECT_EQ(client_.transactions, 0);
-        EXPECT_EQ(client_.statements, 0);
-        EXPECT_EQ(client_.blobs, 0);
-        EXPECT_EQ(client_.misuses, 0);
     }
 
     TFakeClient& client_ = NewFakeClient();

@@ -10,6 +10,7 @@
 #include "database/DatabaseError.h"
 #include "database/Query.h"
 #include "tests/support/client/FakeClient.h"
+#include "tests/unit/faults/GivenBack.h"
 #include "text/Cp1251.h"
 
 namespace tolvane::test {
@@ -39,22 +40,16 @@ protected:
                             (query.IsNull(row, i) ? "-" : query.AsText(row, i, {}));
             }
         }
-        ExpectAllIsGivenBack();
+        ExpectAllIsGivenBack(client_);
         return ToUtf8(rows);
     }
     std::string ErrorOf(std::span<const TFakeColumn> columns, std::span<const TFakeValue> values) {
         try {
             return "no error: " + Rows(columns, values);
         } catch (const TDatabaseError& error) {
-            ExpectAllIsGivenBack();
+            ExpectAllIsGivenBack(client_);
             return ToUtf8(error.what());
         }
-    }
-    void ExpectAllIsGivenBack() const {
-        EXPECT_EQ(client_.transactions, 0);
-        EXPECT_EQ(client_.statements, 0);
-        EXPECT_EQ(client_.blobs, 0);
-        EXPECT_EQ(client_.misuses, 0);
     }
 
     TFakeClient& client_ = NewFakeClient();
