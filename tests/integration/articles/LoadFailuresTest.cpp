@@ -28,6 +28,16 @@ protected:
         if (!events.empty()) events.pop_back();
         return events;
     }
+    void LoadOverAConnectionThatIsCut() {
+        TCuttingProxy proxy(Server().address);
+        TLogin login;
+        login.address = proxy.Address();
+        database_->Reconnect(login);
+        Connect();
+        proxy.CutAfter(60000);
+        EXPECT_EQ(FailingLoad(), (TEvents{"suspend", "hide", "resume"}));
+        EXPECT_TRUE(proxy.HasCut());
+    }
 
     std::string error_;
 };
@@ -68,14 +78,7 @@ TEST_F(LoadFailuresTest, AnErrorInThePromotionPassKeepsAllRows) {
 TEST_F(LoadFailuresTest, AConnectionThatIsCutInMidFetchIsReportedAndNothingHangs) {
     AddArticle(1);
     AddManyArticles();
-    TCuttingProxy proxy(Server().address);
-    TLogin login;
-    login.address = proxy.Address();
-    database_->Reconnect(login);
-    Connect();
-    proxy.CutAfter(60000);
-    EXPECT_EQ(FailingLoad(), (TEvents{"suspend", "hide", "resume"}));
-    EXPECT_TRUE(proxy.HasCut());
+    LoadOverAConnectionThatIsCut();
     EXPECT_TRUE(error_.starts_with("error [REFRESH DATA]: ")) << error_;
     EXPECT_NE(error_.find("onnection"), std::string::npos) << error_;
     EXPECT_EQ(articles_.RowCount(), 0U);
@@ -86,14 +89,7 @@ TEST_F(LoadFailuresTest, AConnectionThatIsCutCountsBeforeARowThatDoesNotConvert)
     AddArticle(1, {{"PLU_SCALE_NUMB", "'11'"}});
     AddManyArticles();
     Run("update PLUES set PLU_SCALE_NUMB = 'x' where PLU_NUMB = 2");
-    TCuttingProxy proxy(Server().address);
-    TLogin login;
-    login.address = proxy.Address();
-    database_->Reconnect(login);
-    Connect();
-    proxy.CutAfter(60000);
-    EXPECT_EQ(FailingLoad(), (TEvents{"suspend", "hide", "resume"}));
-    EXPECT_TRUE(proxy.HasCut());
+    LoadOverAConnectionThatIsCut();
     EXPECT_NE(error_.find("onnection"), std::string::npos) << error_;
     EXPECT_EQ(articles_.RowCount(), 0U);
 }
