@@ -116,6 +116,39 @@ TEST_F(BigListTest, AClickWithShiftFarAwayMarksWithTheListDrawnOnce) {
     PressKey(list, VK_HOME);
 }
 
+TEST_F(BigListTest, AClickOnOneRowUnmarksTheOthersWithTheListDrawnOnce) {
+    const HWND list = Grid().Handle();
+    PressKey(list, VK_HOME);
+    PressKey(list, VK_END, false, true);
+    ASSERT_EQ(MarkCount(), kRows);
+    const TMessageCount pauses(list, WM_SETREDRAW);
+    Grid().ClickRow(kRows - 1, kName);
+    EXPECT_EQ(MarkCount(), 1);
+    EXPECT_EQ(pauses.Count(), 2);
+    PressKey(list, VK_HOME);
+}
+
+TEST_F(BigListTest, TheListIsDrawnAgainWhileTheButtonIsStillDown) {
+    const HWND list = Grid().Handle();
+    PressKey(list, VK_HOME);
+    PressKey(list, VK_END, true);
+    const RECT row = Grid().RowRect(kRows - 1);
+    const LPARAM at = MAKELPARAM(row.left + 20, (row.top + row.bottom) / 2);
+    const TMessageCount pauses(list, WM_SETREDRAW);
+    {
+        const THeldKey shift(VK_SHIFT);
+        SendMessageW(list, WM_LBUTTONDOWN, MK_LBUTTON | MK_SHIFT, at);
+        RunLoopDry();
+        EXPECT_EQ(pauses.Count(), 2);
+        EXPECT_FALSE(GetUpdateRect(list, nullptr, FALSE));
+        EXPECT_EQ(MarkCount(), kRows);
+        SendMessageW(list, WM_LBUTTONUP, MK_SHIFT, at);
+        RunLoopDry();
+    }
+    EXPECT_EQ(MarkCount(), kRows);
+    PressKey(list, VK_HOME);
+}
+
 TEST_F(BigListTest, ARefreshForgetsThatAllRowsWereMarked) {
     PressKey(Grid().Handle(), VK_END, false, true);
     ASSERT_EQ(MarkCount(), kRows);

@@ -55,10 +55,7 @@ LRESULT CALLBACK TArticleGrid::ListProcedure(HWND list, UINT id, WPARAM wParam,
             return 0;
         }
     }
-    if (self.rows_.MayChangeMany(id, wParam)) {
-        const TDrawingPause pause(list);
-        return CallWindowProcW(before, list, id, wParam, lParam);
-    }
+    if (self.rows_.HandleMessage(id, wParam, lParam)) return 0;
     return CallWindowProcW(before, list, id, wParam, lParam);
 }
 

@@ -14,6 +14,31 @@ namespace {
 // Fewer rows change their look quicker one by one than with the whole list.
 constexpr int kMany = 100;
 
+// Posted to the list view, which has no message of its own in this range.
+constexpr UINT kResume = WM_APP;
+
+void StopDrawing(HWND list) {
+    SendMessageW(list, WM_SETREDRAW, FALSE, 0);
+}
+
+void StartDrawing(HWND list) {
+    SendMessageW(list, WM_SETREDRAW, TRUE, 0);
+    InvalidateRect(list, nullptr, TRUE);
+}
+
+// The list view draws nothing while this lives, and then everything: Wine's redraws each row that
+// changes by a call of its own.
+class TDrawingPause {
+public:
+    explicit TDrawingPause(HWND list) noexcept : list_(list) { StopDrawing(list_); }
+    TDrawingPause(const TDrawingPause&) = delete;
+    TDrawingPause& operator=(const TDrawingPause&) = delete;
+    ~TDrawingPause() { StartDrawing(list_); }
+
+private:
+    HWND list_;
+};
+
 void SetItemState(HWND list, int item, UINT state, UINT mask) {
     LVITEMW change{};
     change.state = state;
@@ -38,7 +63,8 @@ private:
 }  // namespace
 
 void TGridRows::Suspend() {
-    SendMessageW(list_, WM_SETREDRAW, FALSE, 0);
+    paused_ = false;  // kResume must not end what Replace ends
+    StopDrawing(list_);
     SetCount(0);
 }
 
@@ -99,19 +125,44 @@ void TGridRows::SetCurrent(TRowId row) {
     SendMessageW(list_, LVM_ENSUREVISIBLE, static_cast<WPARAM>(index), FALSE);
 }
 
-bool TGridRows::MayChangeMany(UINT message, WPARAM key) const {
-    if (message != WM_KEYDOWN || key < VK_SPACE || key > VK_DOWN) return false;
+bool TGridRows::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == kResume) {
+        ResumeDrawing();
+        return true;
+    }
+    if (MayChangeMany(message, wParam, lParam)) PauseDrawing();
+    return false;
+}
+
+bool TGridRows::MayChangeMany(UINT message, WPARAM key, LPARAM at) const {
+    const bool isClick = message == WM_LBUTTONDOWN;
+    const bool isKey = message == WM_KEYDOWN && key >= VK_SPACE && key <= VK_DOWN;
+    if (!isClick && !isKey) return false;
     const bool extends = IsKeyDown(VK_SHIFT);
     if (marks_.Count() > kMany) return extends || !IsKeyDown(VK_CONTROL);
     if (!extends) return false;
     int row = CurrentIndex();
-    if (key == VK_HOME) {
+    if (isClick) {
+        LVHITTESTINFO hit{};
+        hit.pt = {static_cast<short>(LOWORD(at)), static_cast<short>(HIWORD(at))};
+        row = static_cast<int>(SendMessageW(list_, LVM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit)));
+    } else if (key == VK_HOME) {
         row = 0;
     } else if (key == VK_END) {
         row = static_cast<int>(view_.RowCount()) - 1;
     }
     const auto from = static_cast<int>(SendMessageW(list_, LVM_GETSELECTIONMARK, 0, 0));
     return std::abs(row - from) > kMany;
+}
+
+void TGridRows::PauseDrawing() {
+    if (paused_ || PostMessageW(list_, kResume, 0, 0) == 0) return;
+    paused_ = true;
+    StopDrawing(list_);
+}
+
+void TGridRows::ResumeDrawing() {
+    if (std::exchange(paused_, false)) StartDrawing(list_);
 }
 
 bool TGridRows::HandleChange(const NMHDR& header) {

@@ -11,24 +11,6 @@
 
 namespace tolvane {
 
-// The list view draws nothing while this lives, and then everything: Wine's redraws each row that
-// changes by a call of its own.
-class TDrawingPause {
-public:
-    explicit TDrawingPause(HWND list) noexcept : list_(list) {
-        SendMessageW(list_, WM_SETREDRAW, FALSE, 0);
-    }
-    TDrawingPause(const TDrawingPause&) = delete;
-    TDrawingPause& operator=(const TDrawingPause&) = delete;
-    ~TDrawingPause() {
-        SendMessageW(list_, WM_SETREDRAW, TRUE, 0);
-        InvalidateRect(list_, nullptr, TRUE);
-    }
-
-private:
-    HWND list_;
-};
-
 // The rows of the article grid in its list view: which one is current, which ones are marked and
 // in what order. Interface thread.
 class TGridRows {
@@ -53,9 +35,10 @@ public:
     std::vector<TRowId> Marked() const { return marks_.InOrder(); }
     bool HasMarks() const { return marks_.Count() > 0; }
 
-    // Whether the message is a key that may mark or unmark many rows. A click may as well, but a
-    // list view can hold it until the button is up, and must draw meanwhile.
-    bool MayChangeMany(UINT message, WPARAM key) const;
+    // The list view's messages come by here first. Returns whether this one is done with. A key or
+    // a click that may mark or unmark many rows stops the drawing until messages are read again:
+    // the list view can hold a click until the button is up.
+    bool HandleMessage(UINT message, WPARAM wParam, LPARAM lParam);
     // Takes over what the user has marked. Returns whether the message was a change of state.
     bool HandleChange(const NMHDR& header);
 
@@ -71,11 +54,15 @@ private:
     void ShowMarks();
     void ChangeMarks(int from, int to, bool marked);
     void StoreMarks(int from, int to, bool marked);
+    bool MayChangeMany(UINT message, WPARAM key, LPARAM at) const;
+    void PauseDrawing();
+    void ResumeDrawing();
 
     const TGridView& view_;
     HWND list_ = nullptr;
     TRowMarks marks_;
-    bool quiet_ = false;  // what the list view reports comes from this class, not from the user
+    bool quiet_ = false;   // what the list view reports comes from this class, not from the user
+    bool paused_ = false;  // the list view draws nothing until it gets kResume
 };
 
 }  // namespace tolvane
