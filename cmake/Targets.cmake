@@ -13,7 +13,7 @@ endif()
 
 # tolvane_precompiled(<name> <header>): precompiles the header, for other targets to reuse.
 function(tolvane_precompiled name header)
-    file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/${name}.cpp "")
+    file(CONFIGURE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/${name}.cpp CONTENT "")
     add_library(${name} OBJECT ${CMAKE_CURRENT_BINARY_DIR}/${name}.cpp)
     target_precompile_headers(${name} PRIVATE ${header})
 endfunction()
