@@ -13,11 +13,12 @@
 namespace tolvane::host {
 namespace {
 
-// The three functions of the client library that a host needs, as the library declares them.
+// The functions of the client library that a host needs, as the library declares them.
 using TAttachDatabase = std::intptr_t(__stdcall*)(std::intptr_t* status, short nameLength,
                                                   const char* name, std::uint32_t* handle,
                                                   short parametersLength, const char* parameters);
 using TDetachDatabase = std::intptr_t(__stdcall*)(std::intptr_t* status, std::uint32_t* handle);
+using TGetClientVersion = void(__stdcall*)(char* text);
 using TInterpret = std::intptr_t(__stdcall*)(char* text, unsigned size,
                                              const std::intptr_t** status);
 
@@ -102,9 +103,6 @@ void TConnection::LoadClient(const std::string& wanted, const std::filesystem::p
 
 void TConnection::Open(const THostSettings& settings, const std::filesystem::path& folder) {
     Close();
-    if (settings.database.empty())
-        throw TConnectionError(std::string(
-            "Не е зададена база данни.\r\n\r\nПопълнете ключа Database в секция [Database] на файла TradeHost.ini до програмата, например:\r\nDatabase=127.0.0.1/3050:C:\\Shop\\SHOP.FDB\r\nПосле изберете \"Връзка с базата\", \"Свързване\"."_cp1251));
     LoadClient(settings.clientLibrary, folder);
     Attach(settings);
     database_ = settings.database;
@@ -120,7 +118,7 @@ void TConnection::Attach(const THostSettings& settings) {
     handle_ = 0;
     throw TConnectionError(Joined(
         {"Няма връзка с базата данни "_cp1251, settings.database, ":\r\n", ErrorText(),
-         "\r\n\r\nПроверете дали сървърът работи и дали адресът, потребителят и паролата в TradeHost.ini са верни. После изберете \"Връзка с базата\", \"Свързване\"."_cp1251}));
+         "\r\n\r\nПроверете дали сървърът работи и дали адресът, потребителят и паролата са верни: \"Връзка с базата\", \"База данни\". После изберете \"Свързване\"."_cp1251}));
 }
 
 void TConnection::Close() noexcept {
@@ -129,6 +127,15 @@ void TConnection::Close() noexcept {
     if (detach != nullptr) detach(status_, &handle_);
     handle_ = 0;
     database_.clear();
+}
+
+std::string TConnection::ClientVersion() const {
+    if (client_ == nullptr) return {};
+    const auto version = Find<TGetClientVersion>(client_, "isc_get_client_version");
+    if (version == nullptr) return {};
+    std::array<char, 256> text{};  // as long as the library's own texts of this kind may be
+    version(text.data());
+    return text.data();
 }
 
 std::string TConnection::ErrorText() const {

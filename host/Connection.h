@@ -39,6 +39,8 @@ public:
     // library.
     void* HandleCell() noexcept { return &handle_; }
     const char* ClientLibrary() const noexcept { return library_.c_str(); }
+    // What the client library tells of its version; empty when none is loaded.
+    std::string ClientVersion() const;
 
 private:
     void LoadClient(const std::string& wanted, const std::filesystem::path& folder);

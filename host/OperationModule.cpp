@@ -71,7 +71,8 @@ const char* ModuleString() {
 }  // namespace
 
 TOperationModule::TOperationModule(const std::filesystem::path& file, std::int32_t number)
-    : library_(LoadLibraryExW(file.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH)),
+    : file_(file),
+      library_(LoadLibraryExW(file.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH)),
       number_(number) {
     if (!library_) throw std::runtime_error(ModuleFailure(GetLastError()));
     const HMODULE library = library_.Get();

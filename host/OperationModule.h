@@ -20,12 +20,14 @@ public:
     TOperationModule(const std::filesystem::path& file, std::int32_t number);
 
     const std::string& Title() const noexcept { return title_; }
+    const std::filesystem::path& File() const noexcept { return file_; }
     // Starts the operation. The module writes the id of its completion message into `messageId`,
     // possibly long before this returns.
     void Start(HWND frame, std::uint32_t& messageId, const THostDatabase& database,
                TPrintProc print) const;
 
 private:
+    std::filesystem::path file_;
     TOwnedLibrary library_;
     TOperationProcedure procedure_ = nullptr;
     std::int32_t number_ = 0;

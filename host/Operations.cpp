@@ -19,6 +19,13 @@ std::vector<std::string> TOperations::Titles() const {
     return titles;
 }
 
+std::vector<std::filesystem::path> TOperations::Files() const {
+    std::vector<std::filesystem::path> files;
+    for (const TOperation& operation : operations_)
+        files.push_back(operation.module.File());
+    return files;
+}
+
 bool TOperations::Has(int number) const {
     return number >= 1 && number <= static_cast<int>(operations_.size());
 }

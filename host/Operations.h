@@ -21,6 +21,7 @@ public:
     void Load(const std::filesystem::path& folder);
 
     std::vector<std::string> Titles() const;
+    std::vector<std::filesystem::path> Files() const;
     // A line for each file of the folder that is not an operation module.
     const std::vector<std::string>& Refused() const { return refused_; }
 

@@ -4,12 +4,16 @@
 
 #include <utility>
 
-#include "host/HostSettings.h"
+#include "config/IniFile.h"
+#include "config/WindowPlace.h"
+#include "host/DatabaseForm.h"
+#include "host/FileVersion.h"
 #include "host/PrintService.h"
 #include "text/Cp1251.h"
 #include "text/Failure.h"
 #include "window/MessageBoxes.h"
 #include "window/Module.h"
+#include "window/Placement.h"
 #include "window/VisualStyle.h"
 #include "window/WideText.h"
 
@@ -17,6 +21,10 @@ namespace tolvane::host {
 namespace {
 
 constexpr std::string_view kTitle = "Търговска система (демо)"_cp1251;
+
+// Where the window was, in the settings.
+constexpr std::string_view kPlaceSection = "Window";
+constexpr std::string_view kPlaceName = "Main";
 
 class TWaitCursor {
 public:
@@ -47,6 +55,46 @@ TTradeHostForm::TTradeHostForm(std::filesystem::path program) : program_(std::mo
 
 TTradeHostForm::~TTradeHostForm() {
     Destroy();
+}
+
+std::filesystem::path TTradeHostForm::SettingsFile() const {
+    return std::filesystem::path(program_).replace_extension(".ini");
+}
+
+std::optional<TIniDocument> TTradeHostForm::ReadSettings() const {
+    try {
+        return ReadIniFile(SettingsFile());
+    } catch (const TFileError& error) {
+        ShowError(Handle(), error.what());
+        return std::nullopt;
+    }
+}
+
+void TTradeHostForm::Remember(const std::function<void(TIniDocument&)>& change) const noexcept {
+    try {
+        UpdateIniFile(SettingsFile(), change);
+    } catch (...) {  // NOLINT(bugprone-empty-catch): the next start shows what was there before
+    }
+}
+
+void TTradeHostForm::RememberPlace() const noexcept {
+    Remember([this](TIniDocument& settings) {
+        SaveWindowPlace(PlaceOf(Handle()), kPlaceSection, kPlaceName, settings);
+    });
+}
+
+void TTradeHostForm::Show(int show) {
+    std::optional<TWindowPlace> place;
+    try {
+        const TIniDocument settings = ReadIniFile(SettingsFile());
+        place = LoadWindowPlace(settings, kPlaceSection, kPlaceName);
+        ShowLastDatabases(menu_, LastDatabases(settings));
+    } catch (const TFileError&) {  // NOLINT(bugprone-empty-catch): Connect shows it
+    }
+    if (place) MoveTo(Handle(), *place);
+    const bool usual = show == SW_SHOWNORMAL || show == SW_SHOWDEFAULT;
+    ShowWindow(Handle(), usual && place && place->maximized ? SW_SHOWMAXIMIZED : show);
+    UpdateWindow(Handle());
 }
 
 void TTradeHostForm::AddMenu() {
@@ -91,8 +139,13 @@ LRESULT TTradeHostForm::HandleMessage(const TMessage& message) {
             break;
         case WM_QUERYENDSESSION:
             return CloseChildren() ? TRUE : FALSE;
+        case WM_ENDSESSION:
+            if (message.wParam != 0) RememberPlace();
+            return 0;
         case WM_CLOSE:
-            if (CloseChildren()) Destroy();
+            if (!CloseChildren()) return 0;
+            RememberPlace();
+            Destroy();
             return 0;
         case WM_DESTROY:
             RemoveComponentNames(Handle());
@@ -114,9 +167,17 @@ bool TTradeHostForm::HandleCommand(int id) {
         StartOperation(number);
         return true;
     }
+    const int last = id - kFirstDatabase;
+    if (last >= 0 && last < static_cast<int>(kLastDatabases)) {
+        OpenLast(static_cast<std::size_t>(last));
+        return true;
+    }
     switch (id) {
         case kConnect:
             Connect();
+            return true;
+        case kChooseDatabase:
+            ChooseDatabase();
             return true;
         case kDisconnect:
             Disconnect();
@@ -168,18 +229,60 @@ bool TTradeHostForm::MayChangeConnection() const {
 
 void TTradeHostForm::Connect() {
     if (!MayChangeConnection()) return;
+    const std::optional<TIniDocument> document = ReadSettings();
+    if (!document) return;
+    const THostSettings settings = ReadHostSettings(*document);
+    if (settings.database.empty()) {
+        ChooseDatabase();
+    } else {
+        OpenDatabase(settings);
+    }
+}
+
+void TTradeHostForm::ChooseDatabase() {
+    if (!MayChangeConnection()) return;
+    const std::optional<TIniDocument> document = ReadSettings();
+    if (!document) return;
+    THostSettings settings = ReadHostSettings(*document);
+    do {
+        TDatabaseForm form(Handle(), settings);
+        if (form.ShowModal() != IDOK) return;
+        settings = form.Settings();
+    } while (!OpenDatabase(settings));
+    Remember([&](TIniDocument& changed) { WriteLogin(settings, changed); });
+}
+
+void TTradeHostForm::OpenLast(std::size_t number) {
+    if (!MayChangeConnection()) return;
+    const std::optional<TIniDocument> document = ReadSettings();
+    if (!document) return;
+    const std::vector<std::string> databases = LastDatabases(*document);
+    if (number >= databases.size()) return;
+    THostSettings settings = ReadHostSettings(*document);
+    settings.database = databases[number];
+    if (OpenDatabase(settings))
+        Remember([&](TIniDocument& changed) { WriteLogin(settings, changed); });
+}
+
+bool TTradeHostForm::OpenDatabase(const THostSettings& settings) {
     std::string failure;
     try {
         const TWaitCursor wait;
         ShowStatus("Свързване с базата данни..."_cp1251);
-        connection_.Open(
-            ReadHostSettings(std::filesystem::path(program_).replace_extension(".ini")),
-            program_.parent_path());
+        connection_.Open(settings, program_.parent_path());
     } catch (const std::exception& error) {
         failure = MessageOf(error);
     }
     ShowConnectionState();
-    if (!failure.empty()) ShowError(Handle(), failure);
+    if (!failure.empty()) {
+        ShowError(Handle(), failure);
+        return false;
+    }
+    Remember([&](TIniDocument& document) {
+        AddLastDatabase(settings.database, document);
+        ShowLastDatabases(menu_, LastDatabases(document));
+    });
+    return true;
 }
 
 void TTradeHostForm::Disconnect() {
@@ -259,9 +362,20 @@ void TTradeHostForm::ShowModules() const {
 }
 
 void TTradeHostForm::ShowAbout() const {
-    ShowInformation(
-        Handle(),
-        "Търговска система (демо) - малък домакин за операционни модули.\r\n\r\nНастройките са във файла TradeHost.ini до програмата, модулите са в папка Operations до нея."_cp1251);
+    std::string text(kTitle);
+    text += " " TOLVANE_VERSION;
+    text +=
+        "\r\nМалък домакин за операционни модули. Настройките са във файла TradeHost.ini до програмата, модулите са в папка Operations до нея."_cp1251;
+    text += "\r\n\r\nМодули:"_cp1251;
+    const std::vector<std::filesystem::path> files = operations_.Files();
+    for (const std::filesystem::path& file : files)
+        text += "\r\n" + Narrow(file.filename().wstring()) + " " + FileVersion(file);
+    if (files.empty()) text += "\r\nняма"_cp1251;
+    text += "\r\n\r\nКлиентска библиотека:\r\n"_cp1251;
+    const std::string client = connection_.ClientVersion();
+    text += client.empty() ? std::string("още не е заредена"_cp1251)
+                           : std::string(connection_.ClientLibrary()) + " " + client;
+    ShowInformation(Handle(), text);
 }
 
 }  // namespace tolvane::host

@@ -2,12 +2,16 @@
 
 #include <windows.h>
 
+#include <cstddef>
 #include <filesystem>
+#include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "host/Connection.h"
 #include "host/HostMenu.h"
+#include "host/HostSettings.h"
 #include "host/Operations.h"
 #include "window/Window.h"
 
@@ -24,7 +28,10 @@ public:
 
     HWND MdiClient() const noexcept { return client_; }
     bool IsConnected() const noexcept { return connection_.IsOpen(); }
-    // Reads the settings and connects to the database; shows the user why it failed.
+    // Shows the window where it was when the program ended last; `show` as the system has asked.
+    void Show(int show);
+    // Reads the settings and connects to the database; shows the user why it failed. Asks for the
+    // database when the settings name none.
     void Connect();
     // Starts the operation with this number: its position in the menu, from 1 on.
     void StartOperation(int number);
@@ -43,12 +50,23 @@ private:
     // Greys the operation's menu item while it runs.
     void ShowRunning(int number, bool running) const;
     bool MayChangeConnection() const;
+    // Asks which database to open, until one is open or the user gives up.
+    void ChooseDatabase();
+    void OpenLast(std::size_t number);
+    // Returns whether the database is open now; shows the user why it is not.
+    bool OpenDatabase(const THostSettings& settings);
     bool CloseChildren();
     void Disconnect();
     void ShowStatus(std::string_view text) const;
     void ShowConnectionState() const;
     void ShowModules() const;
     void ShowAbout() const;
+    std::filesystem::path SettingsFile() const;
+    // Nothing when they cannot be read, which the user is shown.
+    std::optional<TIniDocument> ReadSettings() const;
+    // Changes the settings' file. It is of no use to the user to know that this failed.
+    void Remember(const std::function<void(TIniDocument&)>& change) const noexcept;
+    void RememberPlace() const noexcept;
 
     std::filesystem::path program_;
     TConnection connection_;

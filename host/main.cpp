@@ -64,8 +64,7 @@ int Run(int show) {
     SetErrorMode(SEM_FAILCRITICALERRORS);
     IgnoreLibrariesOfCurrentFolder();
     TTradeHostForm form(Program());
-    ShowWindow(form.Handle(), show);
-    UpdateWindow(form.Handle());
+    form.Show(show);
     const std::optional<int> operation = OperationToStart(Arguments());
     if (!operation)
         ShowError(form.Handle(), "Непознати аргументи. Употреба: TradeHost.exe [--start N]"_cp1251);

@@ -59,7 +59,7 @@ void THostSession::WriteIni(const THostIni& ini) const {
 
 void THostSession::Open() {
     form_ = std::make_unique<host::TTradeHostForm>(folder_ / "TradeHost.exe");
-    ShowWindow(Frame(), SW_SHOW);
+    Form().Show(SW_SHOWNORMAL);
     RunLoopDry();
 }
 

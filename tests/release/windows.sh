@@ -139,6 +139,7 @@ make_host() {
     cp "$WORK/zip/$RELEASE_ZIP/TradeHost.exe" "$HOST/"
     printf '[Database]\r\nDatabase=%s\r\nUser=%s\r\nPassword=%s\r\n' \
         "$(firebird_connection "$SHOP")" "$FIREBIRD_USER" "$FIREBIRD_PASSWORD" >"$HOST/TradeHost.ini"
+    cp "$HOST/TradeHost.ini" "$WORK/"
     content_of "$HOST" >"$WORK/before"
 }
 
@@ -211,6 +212,8 @@ close_host() {
     demo_drive gone TSetPluForm
     demo_drive close TTradeHostForm
     demo_drive gone TTradeHostForm
+    # Where its window was, and which database was open.
+    mv "$WORK/TradeHost.ini" "$HOST/"
     # The scale is one of the files that are to be replaced.
     expect_code 3 "$SETUP" /S "${IN_HOST[@]}"
     expect_said "virtual-scale.exe"

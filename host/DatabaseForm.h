@@ -1,0 +1,31 @@
+#pragma once
+
+#include <windows.h>
+
+#include "host/HostSettings.h"
+#include "window/Form.h"
+
+namespace tolvane::host {
+
+// Asks which database the program is to open, by whom and with what password.
+class TDatabaseForm final : public TForm {
+public:
+    // Shows these settings first.
+    TDatabaseForm(HWND owner, THostSettings settings);
+    ~TDatabaseForm() override { Destroy(); }
+
+    // What the user has chosen, once ShowModal has returned IDOK; otherwise as before.
+    const THostSettings& Settings() const noexcept { return settings_; }
+
+protected:
+    // Stays open until there is a database.
+    bool CanClose(int result) override;
+
+private:
+    THostSettings settings_;
+    HWND database_ = nullptr;
+    HWND user_ = nullptr;
+    HWND password_ = nullptr;
+};
+
+}  // namespace tolvane::host

@@ -1,0 +1,71 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "host/HostMenu.h"
+#include "tests/module_host/HostSession.h"
+#include "tests/support/window/BoxAnswerer.h"
+#include "tests/support/window/HostFrame.h"
+
+namespace tolvane::test {
+namespace {
+
+RECT PlaceOfFrame(const THostSession& session) {
+    RECT place{};
+    GetWindowRect(session.Frame(), &place);
+    return place;
+}
+
+// As a user ends the program.
+void CloseByUser(THostSession& session) {
+    SendMessageW(session.Frame(), WM_CLOSE, 0, 0);
+    session.Close();
+}
+
+TEST(HostWindowTest, TheWindowComesBackWhereItWas) {
+    THostSession session;
+    session.Open();
+    MoveWindow(session.Frame(), 40, 30, 720, 510, TRUE);
+    CloseByUser(session);
+    session.Open();
+    const RECT place = PlaceOfFrame(session);
+    EXPECT_EQ(place.left, 40);
+    EXPECT_EQ(place.top, 30);
+    EXPECT_EQ(place.right - place.left, 720);
+    EXPECT_EQ(place.bottom - place.top, 510);
+    EXPECT_EQ(IsZoomed(session.Frame()), 0);
+}
+
+TEST(HostWindowTest, AMaximizedWindowComesBackMaximized) {
+    THostSession session;
+    session.Open();
+    ShowWindow(session.Frame(), SW_SHOWMAXIMIZED);
+    RunLoopDry();
+    CloseByUser(session);
+    session.Open();
+    EXPECT_NE(IsZoomed(session.Frame()), 0);
+}
+
+TEST(HostWindowTest, ANewProgramHasAWindowOfUsualSize) {
+    THostSession session;
+    session.Open();
+    const RECT place = PlaceOfFrame(session);
+    EXPECT_EQ(place.right - place.left, 1100);
+    EXPECT_EQ(place.bottom - place.top, 760);
+}
+
+TEST(HostWindowTest, AboutTellsTheVersionsOfAllThatRuns) {
+    THostSession session;
+    session.OpenWorking();
+    const TBoxAnswerer boxes;
+    session.Command(host::kAbout);
+    ASSERT_EQ(boxes.Seen().size(), 1U);
+    const std::string& text = boxes.Seen()[0].text;
+    EXPECT_TRUE(Contains(text, "Търговска система (демо) " TOLVANE_VERSION)) << text;
+    EXPECT_TRUE(Contains(text, "\r\nFakeOperation.dll " TOLVANE_VERSION "\r\n")) << text;
+    EXPECT_TRUE(Contains(text, "fbclient.dll")) << text;
+    EXPECT_TRUE(Contains(text, "Firebird 3.0")) << text;
+}
+
+}  // namespace
+}  // namespace tolvane::test
