@@ -14,7 +14,7 @@ checks_files() {
 644 root root /etc/tolvane/tolvane.conf
 $([ "$name" != "$CHAIN_OF_SERVER" ] || say "640 root tolvane /etc/tolvane/password")
 750 tolvane tolvane /var/lib/tolvane
-755 root root /usr/bin/tolvane
+750 root tolvane /usr/bin/tolvane
 755 root root /usr/lib/tolvane/tolvane-failed
 /usr/bin/tolvane cap_net_bind_service=ep
 tolvane dialout firebird
