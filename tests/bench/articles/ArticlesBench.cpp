@@ -4,7 +4,6 @@
 // TOLVANE_FB_DIR.
 
 #include <cstdio>
-#include <cstdlib>
 #include <ctime>
 #include <exception>
 #include <string>
@@ -76,12 +75,8 @@ void CompareLoads(int articles, int rounds) {
 int main(int count, char** arguments) {
     try {
         const bool quick = tolvane::bench::IsQuick(count, arguments);
-        std::vector<int> sizes;
-        for (int i = 1; !quick && i < count; ++i)
-            sizes.push_back(std::atoi(arguments[i]));
-        if (quick) sizes = {1000, 5000};
-        if (sizes.empty()) sizes = {1000, 10000, 100000};
-        for (const int articles : sizes)
+        for (const int articles :
+             tolvane::bench::Sizes(count, arguments, {1000, 10000, 100000}, {1000, 5000}))
             tolvane::bench::CompareLoads(articles, tolvane::bench::RoundsFor(articles, quick));
         return 0;
     } catch (const std::exception& error) {

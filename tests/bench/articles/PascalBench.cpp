@@ -1,5 +1,6 @@
 // Prints the time and the memory of a load beside those of a program in Free Pascal that fetches
-// the rows of the same query, each in a process of its own. Needs Debian's fp-compiler and
+// the rows of the same query, each in a process of its own, for 1,000, 10,000 and 100,000 articles
+// or for the numbers given. Needs Debian's fp-compiler and
 // fp-units-db when it is built, and the environment of the integration tests: TOLVANE_FB_SERVER,
 // TOLVANE_FB_PASSWORD, TOLVANE_FB_DIR.
 
@@ -57,9 +58,8 @@ void CompareWithPascal(int articles, int rounds) {
 int main(int count, char** arguments) {
     try {
         const bool quick = tolvane::bench::IsQuick(count, arguments);
-        const std::vector<int> sizes =
-            quick ? std::vector<int>{1000} : std::vector<int>{1000, 10000, 100000};
-        for (const int articles : sizes)
+        for (const int articles :
+             tolvane::bench::Sizes(count, arguments, {1000, 10000, 100000}, {1000}))
             tolvane::bench::CompareWithPascal(articles, quick ? 2 : 5);
         return 0;
     } catch (const std::exception& error) {

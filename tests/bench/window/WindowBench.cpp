@@ -1,7 +1,7 @@
 // Prints what the list window takes in a host process beside what bounds it: from
-// OperationProcedure or F5 to a painted grid beside the query alone, and what the user does in a
-// list of 100,000 rows. With --quick a small list only. run.sh makes the databases and all else
-// that it needs.
+// OperationProcedure or F5 to a painted grid beside the query alone, what the user does in a list
+// of 100,000 rows, and the memory that the open list takes. With --quick a small list only. run.sh
+// makes the databases and all else that it needs.
 
 #include <windows.h>
 
@@ -19,6 +19,7 @@
 #include "tests/bench/window/Times.h"
 #include "tests/support/module/Session.h"
 #include "tests/support/window/Input.h"
+#include "tests/support/window/ObjectCounts.h"
 
 namespace tolvane::bench {
 namespace {
@@ -139,6 +140,23 @@ void TellKeys(const TList& list, int rounds) {
     list.ClickTitle(0);
 }
 
+// What the process has more with the list open than with it closed, and once it is closed again.
+// The list was open before, so what the system takes once for its windows is no part of it.
+void TellMemory(TList& list, int articles) {
+    constexpr double kMebibyte = 1 << 20;
+    list.Close();
+    const std::size_t before = test::PrivateBytes();
+    const auto more = [&] {
+        return static_cast<double>(test::PrivateBytes()) - static_cast<double>(before);
+    };
+    list.Open();
+    std::printf("%-44s %9.2f MiB, %.0f bytes an article\n", "private memory of the open list",
+                more() / kMebibyte, more() / articles);
+    list.Close();
+    std::printf("%-44s %9.2f MiB\n", "  once it is closed again", more() / kMebibyte);
+    list.Open();
+}
+
 void Run(bool quick) {
     const int rounds = quick ? kQuickRounds : kRounds;
     std::printf("What Wine takes for the windows alone\n\n");
@@ -150,7 +168,9 @@ void Run(bool quick) {
         CompareLoads(100000, 1.3, 5);
     }
     std::printf("In a list of %s rows\n\n", quick ? "1,000" : "100,000");
-    const TList list(quick ? 1000 : 100000);
+    const int articles = quick ? 1000 : 100000;
+    TList list(articles);
+    TellMemory(list, articles);
     TellSorts(list, rounds);
     TellKeys(list, rounds);
 }
