@@ -16,13 +16,14 @@ if(TOLVANE_HARDEN)
 endif()
 
 # tolvane_shipped(<name>): a program or module that is given to others. To be called when the target is complete.
-# scripts/check-binary.sh checks the file, with the map that the linker leaves in the build folder.
+# scripts/check-binary.sh checks the file, with the map that the linker leaves in the build folder; the map also tells
+# what has been linked in. The same sources make the same bytes, wherever and whenever they are built.
 function(tolvane_shipped name)
     target_link_libraries(${name} PRIVATE tolvane_hardening)
     if(NOT TOLVANE_HARDEN)
         return()
     endif()
-    target_link_options(${name} PRIVATE LINKER:-Map=${PROJECT_BINARY_DIR}/${name}.map LINKER:--cref)
+    target_link_options(${name} PRIVATE -s LINKER:-Map=${PROJECT_BINARY_DIR}/${name}.map LINKER:--cref)
     if(NOT WIN32)
         target_link_options(${name} PRIVATE -pie LINKER:-z,relro,-z,now,-z,noexecstack)
         return()
@@ -37,8 +38,8 @@ function(tolvane_shipped name)
     if(windowed OR type STREQUAL SHARED_LIBRARY)
         set(subsystem windows)
     endif()
-    # For Windows 7 and later, without symbols and without the time of the build.
-    target_link_options(${name} PRIVATE -s LINKER:--subsystem,${subsystem}:6.1
+    # For Windows 7 and later, without the time of the build.
+    target_link_options(${name} PRIVATE LINKER:--subsystem,${subsystem}:6.1
         LINKER:--major-os-version,6,--minor-os-version,1
         LINKER:--dynamicbase,--nxcompat,--no-insert-timestamp)
 endfunction()

@@ -144,6 +144,19 @@ release_scale_manual() {
     sed '1,/^@OPTIONS@$/d' packaging/debian/virtual-scale.1.in
 }
 
+# release_pages <page>...: into this folder, for a package, where the tools are examples. A link to what the package
+# has not is its text alone.
+release_pages() {
+    local page names
+    names=$(basename -a "$@" | paste -sd '|')
+    for page in "$@"; do
+        sed -zE -e 's#\]\(\.\./tools/#](examples/#g' \
+            -e "s#\\[([^]]*)\\]\\(($names|examples/)([^)]*)\\)#[\\1]{\\2\\3}#g" \
+            -e 's#\[([^]]*)\]\(([A-Za-z./-]+)(\#[^)]*)?\)#\1#g' \
+            -e 's#\[([^]]*)\]\{([^}]*)\}#[\1](\2)#g' "$page" >"$(basename "$page")"
+    done
+}
+
 # The packages are made from the programs that are built already.
 release_make_packages() {
     local work=$RELEASE_WORK/debian-packages program
@@ -155,7 +168,9 @@ release_make_packages() {
     cp "$RELEASE_LINUX/src/command/tolvane.1" .
     mkdir completions
     cp "$RELEASE_LINUX/src/command/tolvane.bash" completions/tolvane
-    cp "$ROOT"/tools/systemd/* "$ROOT"/docs/{command,chain}.md "$ROOT/CHANGELOG.md" .
+    cp "$ROOT"/tools/systemd/* "$ROOT/CHANGELOG.md" .
+    release_pages "$ROOT"/docs/{command,chain,security,scale-protocol}.md
+    cp -r "$ROOT"/tools/{ansible,wireshark} .
     cp "$ROOT"/packaging/examples/{Tolvane.ini,tolvane.conf} .
     cp "$ROOT/simulator/README.md" virtual-scale.md
     (cd "$ROOT" && release_scale_manual) >virtual-scale.1

@@ -277,6 +277,7 @@ Section "$(TextModule)" SectionModule
     File /r "${FILES}\guide"
     File /r "${FILES}\examples"
     File /r "${FILES}\licences"
+    File /r "${FILES}\tools"
     WriteUninstaller "${OURS}\uninstall.exe"
     ${If} ${Errors}
         Call CannotWrite
@@ -327,6 +328,7 @@ Section "un.$(TextModule)"
     RMDir /r "${OURS}\guide"
     RMDir /r "${OURS}\examples"
     RMDir /r "${OURS}\licences"
+    RMDir /r "${OURS}\tools"
     RMDir "${OURS}\before"
     Delete "${OURS}\README.txt"
     Delete "${OURS}\LICENSE.txt"

@@ -192,6 +192,18 @@ test_manuals() {
         while read -r page; do grep -qF -- ".B $page" "$WORK/virtual-scale.1" || fail "virtual-scale.1 lacks $page"; done
 }
 
+# What a page refers to is there.
+test_pages() {
+    local folder=$SYSTEM/usr/share/doc/tolvane page target
+    for page in "$folder"/*.md; do
+        while read -r target; do
+            [ -e "$folder/$target" ] || fail "$(basename "$page") refers to $target"
+        done < <(grep -oE '\]\([^)#]+' "$page" | sed 's/^](//' | grep -v '^https:' | sort -u)
+    done
+    grep -qF '](chain.md)' "$folder/command.md" || fail "command.md does not refer to chain.md"
+    [ -f "$folder/examples/ansible/README.md" ] || fail "the tools are not among the examples"
+}
+
 test_remove() {
     in_system "$SYSTEM" "${APT[@]}" remove tolvane virtual-scale
     expect_settings "removing"
@@ -228,6 +240,7 @@ scene "Upgrade" test_upgrade
 scene "Articles by the command" test_use
 scene "Units" test_units
 scene "Manual pages" test_manuals
+scene "Pages" test_pages
 scene "Remove" test_remove
 scene "Purge" test_purge
 rm -rf "$SYSTEM"
