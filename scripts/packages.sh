@@ -4,7 +4,7 @@
 # something is missing.
 #
 #   scripts/packages.sh [build] [headless] [check] [wine] [firebird] [winelib] [shop] [trace] [chain]
-#                       [installer] [fuzz] [coverage] [release] [guide] [bench]
+#                       [installer] [fuzz] [browser] [coverage] [release] [guide] [bench]
 
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
@@ -26,13 +26,14 @@ declare -A GROUPS_OF_PACKAGES=(
     [trace]="tshark"
     [chain]="ansible-core dropbear-bin openssh-client python3-apt systemd libcap2-bin iproute2 procps"
     [fuzz]="clang-16 libclang-rt-16-dev llvm-16"
+    [browser]="chromium fonts-dejavu-core"
     [coverage]="gcovr"
     [installer]="nsis zip unzip"
     [release]="debhelper lintian debootstrap python3"
     [guide]="cmark-gfm weasyprint python3 fonts-dejavu-core"
     [bench]="fp-compiler fp-units-db"
 )
-ALL_GROUPS=(build check wine firebird winelib shop trace chain installer fuzz bench)
+ALL_GROUPS=(build check wine firebird winelib shop trace chain installer fuzz browser bench)
 PREFERENCES=/etc/apt/preferences.d/zz-tolvane-setup
 POLICY=/usr/sbin/policy-rc.d
 # Beside the indexes, so that it goes with them.
