@@ -2,7 +2,7 @@
 # rest of the system's headers.
 set(TOLVANE_HEADERS ${CMAKE_BINARY_DIR}/headers)
 file(MAKE_DIRECTORY ${TOLVANE_HEADERS})
-foreach(entry asio asio.hpp nlohmann CLI ibase.h iberror.h firebird)
+foreach(entry asio asio.hpp boost nlohmann CLI ibase.h iberror.h firebird)
     if(NOT EXISTS /usr/include/${entry})
         message(FATAL_ERROR "/usr/include/${entry} is missing; scripts/packages.sh installs it")
     endif()

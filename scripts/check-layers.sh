@@ -73,6 +73,9 @@ check_include() { # file line header layer
             [[ $file == src/system/* || $file == src/comm/* || $file == simulator/* ]] ||
                 violation "$file" "$line" "<$header> is for src/system, src/comm and the simulator only"
             ;;
+        boost/*)
+            [[ $file == simulator/* ]] || violation "$file" "$line" "<$header> is for the simulator only"
+            ;;
     esac
     local target=${header%/*}
     [[ $header == */* && ( -d src/$target || $target == simulator || $target == host ) ]] || return 0

@@ -12,10 +12,10 @@ source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 export LC_ALL=C.UTF-8
 
 declare -A GROUPS_OF_PACKAGES=(
-    [build]="g++ cmake ninja-build g++-mingw-w64-i686-posix libasio-dev nlohmann-json3-dev
-             libcli11-dev googletest libgtest-dev libbenchmark-dev firebird-dev"
-    [headless]="g++ cmake ninja-build libasio-dev nlohmann-json3-dev libcli11-dev firebird-dev
-                firebird3.0-server-core firebird3.0-utils iproute2"
+    [build]="g++ cmake ninja-build g++-mingw-w64-i686-posix libasio-dev libboost-dev
+             nlohmann-json3-dev libcli11-dev googletest libgtest-dev libbenchmark-dev firebird-dev"
+    [headless]="g++ cmake ninja-build libasio-dev libboost-dev nlohmann-json3-dev libcli11-dev
+                firebird-dev firebird3.0-server-core firebird3.0-utils iproute2"
     [check]="clang-format clang-tidy groff-base python3"
     [wine]="wine wine32:i386 wine64 fonts-wine fonts-dejavu-core fonts-liberation xvfb
             imagemagick xdotool locales"

@@ -70,5 +70,6 @@ enum class TRefusal : std::uint8_t {
 std::optional<int> TextLength(TModel model, int parameter);
 inline constexpr int kHighestParameter = 31;
 inline constexpr int kBestBeforeParameter = 4;
+inline constexpr int kBarcodeParameter = 5;
 
 }  // namespace tolvane::simulator

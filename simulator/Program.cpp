@@ -5,10 +5,13 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <memory>
 
 #include "simulator/Console.h"
 #include "simulator/Hex.h"
+#include "simulator/PageServer.h"
 #include "simulator/ProgramOptions.h"
+#include "simulator/RequestLog.h"
 #include "simulator/VirtualScale.h"
 
 namespace tolvane::simulator {
@@ -31,12 +34,13 @@ void Trace(const TBytes& frame, const TReplyPlan& plan) {
     std::cout.flush();
 }
 
-// Prints where the scale listens. A file, if wanted, is written first, and appears only when it is
-// complete.
-void PrintReady(const TVirtualScale& scale, const std::string& path) {
+// Prints where the scale and its page listen. A file, if wanted, is written first, and appears only
+// when it is complete.
+void PrintReady(const TVirtualScale& scale, const TPageServer* page, const std::string& path) {
     std::string lines;
     for (const std::string& endpoint : scale.Endpoints())
         lines += "ready " + endpoint + '\n';
+    if (page != nullptr) lines += "ready " + page->Endpoint() + '\n';
     if (!path.empty()) {
         const std::string temporary = path + ".new";
         std::ofstream file(temporary, std::ios::binary | std::ios::trunc);
@@ -66,6 +70,18 @@ private:
     asio::signal_set signals_;
 };
 
+std::unique_ptr<TPageServer> ServePage(const TProgramOptions& program, TVirtualScale& scale,
+                                       const TRequestLog& log) {
+    if (!program.page) return nullptr;
+    return std::make_unique<TPageServer>(
+        *program.page,
+        TPageScale{.state = [&scale] { return scale.State(); },
+                   .endpoints = [endpoints = scale.Endpoints()] { return endpoints; },
+                   .requests = [&log] { return log.Lines(); },
+                   .setFaults = [&scale](const TFaultScript& faults) { scale.SetFaults(faults); }},
+        program.scale.faults);
+}
+
 void Serve(const TProgramOptions& program) {
     TScaleOptions options = program.scale;
     if (program.saveOnWeighing) {
@@ -73,12 +89,20 @@ void Serve(const TProgramOptions& program) {
             SaveReporting(state, path);
         };
     }
-    if (program.trace) options.onExchange = Trace;
+    TRequestLog log(options.scale.codeTable);
+    if (program.trace || program.page) {
+        options.onExchange = [&program, &log](const TBytes& frame, const TReplyPlan& plan) {
+            if (program.trace) Trace(frame, plan);
+            if (program.page) log.Add(frame, plan);
+        };
+    }
     TEndSignals signals;
     TVirtualScale scale(std::move(options));
     scale.Start();
-    PrintReady(scale, program.readyPath);
+    std::unique_ptr<TPageServer> page = ServePage(program, scale, log);
+    PrintReady(scale, page.get(), program.readyPath);
     signals.Wait();
+    page.reset();
     scale.Stop();
     if (program.print) std::cout << PrintState(scale.State()) << std::flush;
     if (!program.savePath.empty()) SaveState(scale.State(), program.savePath);

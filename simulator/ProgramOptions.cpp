@@ -29,6 +29,9 @@ struct TArguments {
     std::string discovery;
     int discoveryReplies = 1;
     std::string discoveryReply;
+    std::optional<std::uint16_t> httpPort;
+    std::string httpHost = TPageOptions().host;
+    int barcodePrefix = 20;
 };
 
 CLI::Validator Names(std::initializer_list<std::string> names) {
@@ -74,6 +77,18 @@ void AddLinkOptions(CLI::App& app, TArguments& arguments, TProgramOptions& progr
         ->check(CLI::Range(0, 10000));
     app.add_option("--discovery-reply", arguments.discoveryReply,
                    "their bytes, hexadecimal; \"-\" for none");
+}
+
+void AddPageOptions(CLI::App& app, TArguments& arguments) {
+    CLI::Option* http = app.add_option("--http", arguments.httpPort,
+                                       "port of a page that shows the scale, 0 for any free one");
+    app.add_option("--http-host", arguments.httpHost,
+                   "IP address to serve the page on, 127.0.0.1 by default")
+        ->needs(http);
+    app.add_option("--barcode-prefix", arguments.barcodePrefix,
+                   "what the barcodes on the page's labels begin with, 20 (default) to 29")
+        ->check(CLI::Range(20, 29))
+        ->needs(http);
 }
 
 void AddFaultOptions(CLI::App& app, TArguments& arguments) {
@@ -152,6 +167,13 @@ void SetFaults(const TArguments& arguments, TScaleOptions& scale) {
     if (arguments.seed) scale.faults.seed = *arguments.seed;
 }
 
+std::optional<TPageOptions> PageOf(const TArguments& arguments) {
+    if (!arguments.httpPort) return std::nullopt;
+    return TPageOptions{.host = arguments.httpHost,
+                        .port = *arguments.httpPort,
+                        .barcodePrefix = std::to_string(arguments.barcodePrefix)};
+}
+
 }  // namespace
 
 TProgramOptions ParseProgramOptions(int argc, const char* const* argv) {
@@ -162,6 +184,7 @@ TProgramOptions ParseProgramOptions(int argc, const char* const* argv) {
                          "Print the version and end");
     AddScaleOptions(app, arguments, program);
     AddLinkOptions(app, arguments, program);
+    AddPageOptions(app, arguments);
     AddFaultOptions(app, arguments);
     AddFileOptions(app, arguments, program);
     try {
@@ -173,6 +196,7 @@ TProgramOptions ParseProgramOptions(int argc, const char* const* argv) {
     SetScale(arguments, program.scale);
     SetLinks(arguments, program.scale);
     SetFaults(arguments, program.scale);
+    program.page = PageOf(arguments);
     return program;
 }
 

@@ -3,12 +3,14 @@
 #include <optional>
 #include <string>
 
+#include "simulator/PageServer.h"
 #include "simulator/VirtualScale.h"
 
 namespace tolvane::simulator {
 
 struct TProgramOptions {
     TScaleOptions scale{};
+    std::optional<TPageOptions> page{};  // the page, when it is wanted
     std::string savePath{};
     bool saveOnWeighing = false;
     std::string readyPath{};

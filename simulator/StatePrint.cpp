@@ -9,7 +9,6 @@ namespace tolvane::simulator {
 
 namespace {
 
-constexpr int kBarcodeParameter = 5;
 constexpr std::array<std::string_view, 10> kTitles = {
     "PLU", "Price", "Weight", "Kind", "Tare", "Label", "Days", "Barcode", "Name", "Name 2"};
 constexpr std::size_t kNumberColumns = 7;  // the columns before the texts are aligned to the right

@@ -32,11 +32,12 @@ assert set.union(*parts.values()) == libraries, libraries
 windows = {"libasio-dev", "g++-mingw-w64-i686-posix", "mingw-w64-i686-dev"}
 linux = {"libasio-dev", "libstdc++-12-dev", "libc6-dev", "linux-libc-dev"}
 command = {"libcli11-dev", "nlohmann-json3-dev"}
+scale = command | {"libboost1.74-dev"}
 assert parts["win32/TradeHost.exe"] == windows, parts
 assert parts["win32/Tolvane.dll"] == windows | {"firebird-dev"}, parts
 assert parts["win32/tolvane.exe"] == windows | command | {"firebird-dev"}, parts
-assert parts["win32/virtual-scale.exe"] == windows | command, parts
+assert parts["win32/virtual-scale.exe"] == windows | scale, parts
 assert parts["linux/tolvane"] == linux | command | {"firebird-dev"}, parts
-assert parts["linux/virtual-scale"] == linux | command, parts
+assert parts["linux/virtual-scale"] == linux | scale, parts
 BILL
 say "All is as expected."

@@ -36,6 +36,22 @@ TEST(ProgramOptionsTest, TheModel_SetsVersionAndCapacityUnlessTheyAreGiven) {
     EXPECT_EQ(scale, (TScaleProperties{TModel::S300, "9.99", 3000, 6, 5, TCodeTable::Windows}));
 }
 
+TEST(ProgramOptionsTest, ThePage_IsOffUnlessItsPortIsGiven) {
+    EXPECT_FALSE(Parse({}).page);
+    const auto page = Parse({"--http", "8080"}).page;
+    ASSERT_TRUE(page);
+    EXPECT_EQ(page->host, "127.0.0.1");
+    EXPECT_EQ(page->port, 8080);
+    EXPECT_EQ(page->barcodePrefix, "20");
+    const auto other =
+        Parse({"--http", "0", "--http-host", "0.0.0.0", "--barcode-prefix", "29"}).page;
+    ASSERT_TRUE(other);
+    EXPECT_EQ(other->host, "0.0.0.0");
+    EXPECT_EQ(other->barcodePrefix, "29");
+    EXPECT_TRUE(Parse({"--http-host", "0.0.0.0"}).exitCode);
+    EXPECT_TRUE(Parse({"--http", "1", "--barcode-prefix", "30"}).exitCode);
+}
+
 TEST(ProgramOptionsTest, AnotherLink_LeavesTcpOutUnlessItIsGiven) {
     const TProgramOptions udp = Parse({"--udp", "1001"});
     EXPECT_EQ(udp.scale.udpPort, 1001);

@@ -116,6 +116,23 @@ TEST_P(ProgramTest, ASignal_SavesAndPrintsWhatTheScaleHolds) {
 
 INSTANTIATE_TEST_SUITE_P(Signals, ProgramTest, testing::Values(SIGTERM, SIGINT));
 
+TEST_F(ProgramTest, ThePage_ShowsRequestsAndPassesFaultsOn) {
+    TProgram program({"--http", "0", "--fault", "error,code=7,command=GetVersion"});
+    TProgramClient scale(program.Line());
+    const std::string ready = program.Line();
+    ASSERT_TRUE(ready.starts_with("ready http 127.0.0.1:")) << ready;
+    EXPECT_EQ(scale.Ask(kAskPrgMode, 7), Bytes(kPrgMode));
+    TProgramClient page(ready);
+    const std::string request = "GET /content HTTP/1.1\r\nHost: localhost\r\n\r\n";
+    asio::write(page.Stream(), asio::buffer(request));
+    const TBytes response = page.Receive(1'000'000);
+    const std::string content(response.begin(), response.end());
+    EXPECT_NE(content.find("<td data-title=\"Command\">SetPrgMode</td>"), content.npos);
+    EXPECT_NE(content.find("class=\"on\">error,command=GetVersion,code=7<"), content.npos);
+    program.Signal(SIGTERM);
+    EXPECT_EQ(program.Wait(), 0);
+}
+
 TEST_F(ProgramTest, SaveOnWeighing_SavesBeforeItAnswers) {
     TProgram program({"--save", Path("state.json"), "--save-on-weighing", "--trace"});
     TProgramClient client(program.Line());
