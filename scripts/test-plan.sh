@@ -83,6 +83,9 @@ test_plan_native() {
     job texts "The command's manual page and completion" tests/command/examples/texts.sh "$NATIVE/src/command"
         after build-linux
         reads "$NATIVE/src/command/tolvane*" tests/command/examples tests/scripts/lib.sh tools/systemd tools/ansible docs
+    job browser "Pages in a real browser" test_browser
+        after build-linux
+        reads "$NATIVE/simulator/virtual-scale" tests/browser "${TEST_SCRIPTS[@]}"
     job wireshark "Traces in Wireshark" test_native -L '^wireshark$'
         after build-linux; lane native
         reads "$NATIVE/tests/command/trace/test_wireshark" tools/wireshark "${TEST_SCRIPTS[@]}"

@@ -110,6 +110,12 @@ test_command_program() {
     fi
 }
 
+# Each script of tests/browser, with the native build's folder.
+test_browser() {
+    local script
+    for script in "$ROOT"/tests/browser/*.sh; do "$script" "$BUILD/native"; done
+}
+
 # The demo without windows, by the programs that are built already, in a folder of its own: its steps have
 # the names of the other demo's.
 test_headless() {
