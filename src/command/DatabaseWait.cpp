@@ -25,6 +25,7 @@ void TDatabaseWait::Pause(const TDatabaseInUse& error) {
             std::string(error.what()) + "\nIt was still open after " + seconds + ".",
             error.Status(), error.SqlCode());
     world_.clock.Sleep(kUsePause);
+    watch_.Expect();
 }
 
 }  // namespace tolvane

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 #include <system_error>
+#include <utility>
 
 #include "system/Interrupts.h"
 
@@ -37,10 +38,35 @@ void TDatabaseWatch::Tell(const std::string& text) {
     world_.err << text << std::endl;
 }
 
+void TDatabaseWatch::Expect() {
+    const std::lock_guard lock(mutex_);
+    silence_ = {};
+}
+
+void TDatabaseWatch::Follow(TCallCount calls) {
+    const std::lock_guard lock(mutex_);
+    limited_ = calls != nullptr;
+    calls_ = std::move(calls);
+    silence_ = {};
+}
+
 void TDatabaseWatch::Work() {
     std::unique_lock lock(mutex_);
     while (!change_.wait_for(lock, kPoll, [this] { return ended_; }))
-        if (Look()) return;
+        if (Look() || IsSilent()) return;
+}
+
+// Counts its own looks instead of the clock's time, as a process may be stopped for a while.
+bool TDatabaseWatch::IsSilent() {
+    const std::uint64_t calls = calls_ ? calls_->load() : 0;
+    if (std::exchange(seenCalls_, calls) != calls) silence_ = {};
+    silence_ += kPoll;
+    if (!limited_ || silence_ < world_.longestAnswer) return false;
+    const auto seconds = std::chrono::ceil<std::chrono::seconds>(world_.longestAnswer);
+    Leave(TExitCode::Database, "The database has not answered for " +
+                                   std::to_string(seconds.count()) +
+                                   " seconds; no scale was touched.");
+    return true;
 }
 
 bool TDatabaseWatch::Look() {
@@ -57,7 +83,7 @@ bool TDatabaseWatch::Look() {
     return false;
 }
 
-void TDatabaseWatch::Leave(TExitCode code, const char* text) {
+void TDatabaseWatch::Leave(TExitCode code, const std::string& text) {
     world_.err << "tolvane: " << text << std::endl;
     LogEnd(world_.log, code, text);
     world_.leave(code);

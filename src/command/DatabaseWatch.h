@@ -1,18 +1,22 @@
 #pragma once
 
+#include <chrono>
 #include <condition_variable>
+#include <cstdint>
 #include <mutex>
 #include <string>
 #include <thread>
 
 #include "command/Options.h"
 #include "command/World.h"
+#include "database/ClientLibrary.h"
 
 namespace tolvane {
 
-// While the database is read, a call may hang for as long as its server likes. An interrupt or the
-// deadline then ends the process at once (world.leave) with a word about why; no scale has been
-// touched yet. To be made before the client library is loaded.
+// While the database is read, a call may hang for as long as its server likes, and for ever when
+// the network loses the answer. An interrupt, the deadline, or a call that lasts longer than
+// world.longestAnswer then ends the process at once (world.leave) with a word about why; no scale
+// has been touched yet. To be made before the client library is loaded.
 class TDatabaseWatch {
 public:
     // Both outlive the watch. Nobody else writes to world.err meanwhile, but by Tell.
@@ -23,18 +27,29 @@ public:
 
     // Says something on world.err.
     void Tell(const std::string& text);
+    // A new answer is waited for from here on.
+    void Expect();
+    // The same, and a new one with each call that this count shows; null: the next one may take any
+    // time, such as the building of an index.
+    void Follow(TCallCount calls);
 
 private:
     void Work();
+    // Whether an answer has been waited for too long.
+    bool IsSilent();
     // Whether the process is being left.
     bool Look();
-    void Leave(TExitCode code, const char* text);
+    void Leave(TExitCode code, const std::string& text);
 
     const TCommandOptions& options_;
     TWorld& world_;
     std::mutex mutex_;
     std::condition_variable change_;
     bool ended_ = false;
+    bool limited_ = true;
+    TCallCount calls_;
+    std::uint64_t seenCalls_ = 0;
+    std::chrono::milliseconds silence_{};
     std::jthread thread_;
 };
 

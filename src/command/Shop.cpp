@@ -76,7 +76,11 @@ TArticleReading ReadDatabase(const TCommandOptions& options, TWorld& world, TDat
                                .clientLibrary = options.clientLibrary};
     TAttachment attachment =
         TDatabaseWait(options, world, watch).WhenFree([&] { return TAttachment(login); });
-    if (options.createIndex) CreateArticleIndex(attachment.Library(), attachment.Handle());
+    if (options.createIndex) {
+        watch.Follow(nullptr);
+        CreateArticleIndex(attachment.Library(), attachment.Handle());
+    }
+    watch.Follow(attachment.Library().Calls());
     return ReadArticles(attachment.Library(), attachment.Handle(), world.localClock,
                         world.regional);
 }

@@ -27,6 +27,8 @@ struct TWorld {
     TRegionalSettings regional;
     TTimePoint start{};                      // of the program, by `clock`
     std::function<void(TExitCode)> leave{};  // ends the process at once
+    // How long the database may take for one answer.
+    std::chrono::milliseconds longestAnswer = std::chrono::seconds(60);
     // Of the terminal, as it is now.
     std::function<std::size_t()> columns = [] { return kUsualColumns; };
     TEventLog log{};  // what --log names; RunCommand opens it

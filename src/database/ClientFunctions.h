@@ -4,6 +4,8 @@
 
 #include <ibase.h>
 
+#include "database/ClientLibrary.h"
+
 namespace tolvane {
 
 struct TClientFunctions {
@@ -27,6 +29,7 @@ struct TClientFunctions {
     // Only of a library that we have loaded; the host attaches by itself.
     decltype(&isc_attach_database) attachDatabase = nullptr;
     decltype(&isc_detach_database) detachDatabase = nullptr;
+    TCallCount calls = std::make_shared<std::atomic<std::uint64_t>>();
 };
 
 }  // namespace tolvane

@@ -131,6 +131,10 @@ TClientLibrary TClientLibrary::LoadOneOf(const std::vector<std::filesystem::path
     return TClientLibrary(functions);
 }
 
+TCallCount TClientLibrary::Calls() const {
+    return functions_->calls;
+}
+
 TClientLibrary::TClientLibrary(TClientLibrary&&) noexcept = default;
 TClientLibrary& TClientLibrary::operator=(TClientLibrary&&) noexcept = default;
 TClientLibrary::~TClientLibrary() = default;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <atomic>
+#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <vector>
@@ -7,6 +9,10 @@
 namespace tolvane {
 
 struct TClientFunctions;
+
+// How many calls of a library have begun: while it stands still, one of them has not come back. To
+// be read by any thread.
+using TCallCount = std::shared_ptr<std::atomic<std::uint64_t>>;
 
 // The functions of an InterBase/Firebird client library.
 class TClientLibrary {
@@ -29,6 +35,7 @@ public:
     ~TClientLibrary();
 
     const TClientFunctions& Functions() const noexcept { return *functions_; }
+    TCallCount Calls() const;
 
 private:
     explicit TClientLibrary(const TClientFunctions& functions);

@@ -9,7 +9,9 @@ namespace tolvane {
 // The status vector of one call.
 class TStatus {
 public:
-    explicit TStatus(const TClientFunctions& functions) noexcept : functions_(functions) {}
+    explicit TStatus(const TClientFunctions& functions) noexcept : functions_(functions) {
+        ++*functions.calls;
+    }
 
     operator ISC_STATUS*() noexcept { return vector_; }  // NOLINT: what every call takes first
     bool Failed() const noexcept { return vector_[0] == isc_arg_gds && vector_[1] != 0; }

@@ -3,11 +3,13 @@
 #include <array>
 #include <asio/io_context.hpp>
 #include <asio/ip/tcp.hpp>
+#include <asio/post.hpp>
 #include <asio/write.hpp>
 #include <atomic>
 #include <cstdint>
 #include <system_error>
 #include <thread>
+#include <utility>
 
 namespace tolvane::test {
 namespace {
@@ -45,13 +47,17 @@ struct TCuttingProxy::TEnds {
     void ReadClient() {
         client.async_read_some(asio::buffer(fromClient),
                                [this](const std::error_code& error, std::size_t size) {
-                                   if (error || !Pass(fromClient, size, server)) return Close();
+                                   if (error) return Close();
+                                   CountPiece();
+                                   if (!swallows && !Pass(fromClient, size, server)) return Close();
                                    ReadClient();
                                });
     }
     void ReadServer() {
         server.async_read_some(
             asio::buffer(fromServer), [this](const std::error_code& error, std::size_t size) {
+                // A server that is gone does not say so through a network that loses everything.
+                if (swallows) return;
                 if (error) return Close();
                 if (bytesLeft != kUnarmed && (bytesLeft -= static_cast<long>(size)) < 0)
                     return Cut();
@@ -62,6 +68,10 @@ struct TCuttingProxy::TEnds {
                 if (isLast) return Cut();
                 ReadServer();
             });
+    }
+    void CountPiece() {
+        if (piecesLeft == 0 || --piecesLeft > 0) return;
+        if (action) std::exchange(action, nullptr)();
     }
     template <class Buffer>
     static bool Pass(const Buffer& buffer, std::size_t size, tcp::socket& to) {
@@ -89,6 +99,10 @@ struct TCuttingProxy::TEnds {
     std::atomic<long> bytesLeft = kUnarmed;
     std::atomic<bool> lastAnswer = false;
     std::atomic<bool> cut = false;
+    std::atomic<bool> swallows = false;
+    // The proxy's thread alone.
+    int piecesLeft = 0;
+    std::function<void()> action;
     std::thread thread;
 };
 
@@ -108,8 +122,27 @@ void TCuttingProxy::CutAfterNextAnswer() {
     ends_->lastAnswer = true;
 }
 
+void TCuttingProxy::CutNow() {
+    asio::post(ends_->io, [ends = ends_.get()] { ends->Cut(); });
+}
+
+void TCuttingProxy::BeforePiece(int number, std::function<void()> action) {
+    asio::post(ends_->io, [ends = ends_.get(), number, action = std::move(action)] {
+        ends->piecesLeft = number;
+        ends->action = action;
+    });
+}
+
+void TCuttingProxy::SwallowFromPiece(int number) {
+    BeforePiece(number, [ends = ends_.get()] { ends->swallows = true; });
+}
+
 bool TCuttingProxy::HasCut() const {
     return ends_->cut;
+}
+
+bool TCuttingProxy::Swallows() const {
+    return ends_->swallows;
 }
 
 }  // namespace tolvane::test

@@ -1,13 +1,15 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <string>
 
 namespace tolvane::test {
 
-// Passes everything on between one client and a server, and cuts both connections at a moment that
-// the test chooses. It works on a thread of its own; its functions are for the test's thread.
+// Passes everything on between one client and a server until a moment that the test chooses; then
+// it cuts both connections, or keeps them and passes nothing on, as a network does that loses
+// packets. It works on a thread of its own; its functions are for the test's thread.
 class TCuttingProxy {
 public:
     // `server`: host/port with a dotted host.
@@ -22,7 +24,15 @@ public:
     void CutAfter(std::size_t serverBytes);
     // Passes the server's next answer on, and then cuts.
     void CutAfterNextAnswer();
+    // Cuts now.
+    void CutNow();
+    // Calls `action` once, on the proxy's thread, before it passes on what the client sends as the
+    // n-th piece from now on, counted from 1.
+    void BeforePiece(int number, std::function<void()> action);
+    // Passes nothing on from that piece on, in either direction; 1 is the next one.
+    void SwallowFromPiece(int number);
     bool HasCut() const;
+    bool Swallows() const;
 
 private:
     struct TEnds;

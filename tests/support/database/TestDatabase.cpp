@@ -7,6 +7,7 @@
 #include <map>
 #include <sstream>
 #include <stdexcept>
+#include <utility>
 #include <vector>
 
 #include "database/Query.h"
@@ -97,28 +98,47 @@ const TClientLibrary& Library() {
 }
 
 struct TAttachment::TState {
+    TState(std::filesystem::path itsFile, TLogin itsLogin)
+        : file(std::move(itsFile)), login(std::move(itsLogin)) {
+        Attach();
+    }
+    TState(const TState&) = delete;
+    TState& operator=(const TState&) = delete;
+    ~TState() { Detach(); }
+
+    void Attach() {
+        std::string block(1, isc_dpb_version1);
+        AppendParameter(block, isc_dpb_user_name, login.user);
+        AppendParameter(block, isc_dpb_password, login.password);
+        AppendParameter(block, isc_dpb_lc_ctype, "WIN1251");
+        // No test needs its database after a power failure, so nothing is forced to the disk. Only
+        // the owner may ask for that.
+        if (login.user == TLogin().user)
+            AppendParameter(block, isc_dpb_force_write, std::string_view("\0", 1));
+        TStatus status(Library().Functions());
+        isc_attach_database(status, 0, Connection(file, login).c_str(), &handle,
+                            static_cast<short>(block.size()), block.data());
+        status.Check();
+    }
+    void Detach() {
+        TStatus status(Library().Functions());
+        isc_detach_database(status, &handle);
+        handle = 0;
+    }
+
+    std::filesystem::path file;
+    TLogin login;
     isc_db_handle handle = 0;
 };
 
 TAttachment::TAttachment(const std::filesystem::path& file, const TLogin& login)
-    : state_(std::make_unique<TState>()) {
-    std::string block(1, isc_dpb_version1);
-    AppendParameter(block, isc_dpb_user_name, login.user);
-    AppendParameter(block, isc_dpb_password, login.password);
-    AppendParameter(block, isc_dpb_lc_ctype, "WIN1251");
-    // No test needs its database after a power failure, so nothing is forced to the disk. Only the
-    // owner may ask for that.
-    if (login.user == TLogin().user)
-        AppendParameter(block, isc_dpb_force_write, std::string_view("\0", 1));
-    TStatus status(Library().Functions());
-    isc_attach_database(status, 0, Connection(file, login).c_str(), &state_->handle,
-                        static_cast<short>(block.size()), block.data());
-    status.Check();
-}
+    : state_(std::make_unique<TState>(file, login)) {}
 
-TAttachment::~TAttachment() {
-    TStatus status(Library().Functions());
-    isc_detach_database(status, &state_->handle);
+TAttachment::~TAttachment() = default;
+
+void TAttachment::Renew() {
+    state_->Detach();
+    state_->Attach();
 }
 
 void* TAttachment::Handle() {

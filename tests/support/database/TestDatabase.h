@@ -37,6 +37,8 @@ public:
 
     // What a host hands over: a pointer to its isc_db_handle.
     void* Handle();
+    // Connects again, with the new connection in the same place, as a host may do it.
+    void Renew();
     // Runs and commits one statement (UTF-8).
     void Run(std::string_view statement);
     // Runs statements that each end with a semicolon at the end of a line. Skips lines that start

@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <future>
+#include <thread>
+
 #include "tests/support/ScratchFolder.h"
 #include "tests/unit/command/TestWorld.h"
 
@@ -42,6 +46,71 @@ TEST(DatabaseWatch, LeavesForTheDeadlineAndLogsIt) {
     EXPECT_EQ(test.err.str(), "tolvane: " + text + "\n");
     EXPECT_EQ(GetFile(folder / "log"),
               R"({"time":"T","event":"end","exitCode":4,"error":")" + text + "\"}\n");
+}
+
+// A watch that lets an answer take as long as two or three of its looks.
+class DatabaseSilenceTest : public testing::Test {
+protected:
+    DatabaseSilenceTest() {
+        test_.world.longestAnswer = TMilliseconds(120);
+        test_.world.leave = [this](TExitCode code) { left_.set_value(code); };
+        test_.world.interrupts = [this] {
+            if (onLook_) onLook_();
+            ++looks_;
+            return 0;
+        };
+    }
+    void WaitForLooks(int count) const {
+        for (const int end = looks_ + count; looks_ < end;)
+            std::this_thread::yield();
+    }
+    bool HasLeft(std::chrono::seconds wait = {}) {
+        return result_.wait_for(wait) == std::future_status::ready;
+    }
+
+    const TCommandOptions options_{};
+    TTestWorld test_;
+    std::function<void()> onLook_;
+    std::atomic<int> looks_ = 0;
+    std::promise<TExitCode> left_;
+    std::future<TExitCode> result_ = left_.get_future();
+};
+
+TEST_F(DatabaseSilenceTest, LeavesWhenTheConnectionIsNotAnswered) {
+    {
+        const TDatabaseWatch watch(options_, test_.world);
+        ASSERT_TRUE(HasLeft(seconds(30)));
+    }
+    EXPECT_EQ(result_.get(), TExitCode::Database);
+    EXPECT_EQ(test_.err.str(),
+              "tolvane: The database has not answered for 1 seconds; no scale was touched.\n");
+}
+
+TEST_F(DatabaseSilenceTest, LeavesWhenACallDoesNotComeBack) {
+    const TCallCount calls = std::make_shared<TCallCount::element_type>(5);
+    TDatabaseWatch watch(options_, test_.world);
+    watch.Follow(calls);
+    EXPECT_TRUE(HasLeft(seconds(30)));
+}
+
+TEST_F(DatabaseSilenceTest, EachCallHasItsOwnTime) {
+    const TCallCount calls = std::make_shared<TCallCount::element_type>();
+    onLook_ = [calls] { ++*calls; };
+    {
+        TDatabaseWatch watch(options_, test_.world);
+        watch.Follow(calls);
+        WaitForLooks(10);
+    }
+    EXPECT_FALSE(HasLeft());
+}
+
+TEST_F(DatabaseSilenceTest, ABuildingOfAnIndexMayTakeAnyTime) {
+    {
+        TDatabaseWatch watch(options_, test_.world);
+        watch.Follow(nullptr);
+        WaitForLooks(10);
+    }
+    EXPECT_FALSE(HasLeft());
 }
 
 }  // namespace
