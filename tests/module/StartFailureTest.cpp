@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
+#include <thread>
 
 #include "tests/support/database/CuttingProxy.h"
 #include "tests/support/module/Session.h"
@@ -212,6 +214,56 @@ TEST(LoadFailure, ShowsTheErrorAndKeepsTheRowsBeforeIt) {
     ASSERT_NE(session.List(), nullptr);
     EXPECT_EQ(session.Grid().RowCount(), 1);
     EXPECT_EQ(session.Completions(), 0);
+}
+
+// A list over a connection that dies in its next load, and works once the host has connected again.
+class DyingConnection : public testing::Test {
+protected:
+    DyingConnection() {
+        session_.module.Start(session_.host.Frame(), 17, &session_.messageId, session_.host.Frame(),
+                              dying_.Database(), nullptr, {nullptr, nullptr});
+    }
+    void ExpectThatARefreshFails() {
+        const TBoxAnswerer answerer;
+        const ULONGLONG begin = GetTickCount64();
+        session_.Click("RefreshBtn");
+        EXPECT_LT(GetTickCount64() - begin, 10000U);
+        ASSERT_EQ(answerer.Seen().size(), 1U);
+        EXPECT_EQ(answerer.Seen()[0].text.rfind("[REFRESH DATA]: ", 0), 0U)
+            << answerer.Seen()[0].text;
+        EXPECT_EQ(session_.Grid().RowCount(), 0);
+    }
+    void ExpectThatARefreshWorksAfterReconnecting() {
+        const TBoxAnswerer answerer;
+        dying_.Renew();
+        session_.Click("RefreshBtn");
+        EXPECT_TRUE(answerer.Seen().empty());
+        EXPECT_EQ(session_.Grid().RowCount(), 6);
+    }
+
+    TCuttingProxy proxy_{TConnection::Server()};
+    TConnection dying_{"shop.fdb", proxy_.Address()};
+    TSession session_;
+};
+
+TEST_F(DyingConnection, ThatIsCutInTheMiddleOfARefresh) {
+    ASSERT_EQ(session_.Grid().RowCount(), 6);
+    proxy_.BeforePiece(2, [this] { proxy_.CutNow(); });
+    ExpectThatARefreshFails();
+    ExpectThatARefreshWorksAfterReconnecting();
+}
+
+TEST_F(DyingConnection, WhoseAnswersAreLostUntilTheHostAbortsIt) {
+    ASSERT_EQ(session_.Grid().RowCount(), 6);
+    proxy_.SwallowFromPiece(2);
+    std::jthread host([this] {
+        while (!proxy_.Swallows())
+            std::this_thread::yield();
+        dying_.Abort();
+    });
+    ExpectThatARefreshFails();
+    host.join();
+    ExpectThatARefreshWorksAfterReconnecting();
 }
 
 TEST(IndexFailure, IsReportedAndTheLoadGoesOn) {

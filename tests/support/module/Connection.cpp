@@ -49,17 +49,21 @@ std::string TConnection::Server() {
     return Environment("TOLVANE_FB_SERVER");
 }
 
-TConnection::TConnection(const std::string& name, const std::string& server) {
+TConnection::TConnection(const std::string& name, const std::string& server) : name_(name) {
+    Attach(server);
+    database_ = {sizeof database_, &handle_, "fbclient.dll"};
+}
+
+void TConnection::Attach(const std::string& server) {
     std::string block(1, static_cast<char>(isc_dpb_version1));
     AddText(block, isc_dpb_user_name, "SYSDBA");
     AddText(block, isc_dpb_password, Environment("TOLVANE_FB_PASSWORD"));
     AddText(block, isc_dpb_lc_ctype, "WIN1251");
-    const std::string path = server + ":" + Environment("TOLVANE_FB_FOLDER") + "/" + name;
+    const std::string path = server + ":" + Environment("TOLVANE_FB_FOLDER") + "/" + name_;
     std::array<ISC_STATUS, 20> status{};
     TOLVANE_ENTRY(isc_attach_database)
     (status.data(), 0, path.c_str(), &handle_, static_cast<short>(block.size()), block.data());
     Check(status, "attach " + path);
-    database_ = {sizeof database_, &handle_, "fbclient.dll"};
 }
 
 TConnection::~TConnection() {
@@ -71,6 +75,18 @@ void TConnection::ShutDown() {
     std::array<ISC_STATUS, 20> status{};
     TOLVANE_ENTRY(isc_detach_database)(status.data(), &handle_);
     Check(status, "detach");
+}
+
+void TConnection::Abort() {
+    std::array<ISC_STATUS, 20> status{};
+    TOLVANE_ENTRY(fb_cancel_operation)(status.data(), &handle_, fb_cancel_abort);
+}
+
+void TConnection::Renew() {
+    std::array<ISC_STATUS, 20> status{};
+    TOLVANE_ENTRY(isc_detach_database)(status.data(), &handle_);
+    handle_ = {};
+    Attach(Server());
 }
 
 void TConnection::EndOthers() {

@@ -32,10 +32,17 @@ public:
     long long Number(const std::string& sql);
     // Ends the connection without telling the module, whose later statements then fail.
     void ShutDown();
+    // Ends its wait for an answer, and the connection; any thread.
+    void Abort();
+    // Connects again, directly, with the new connection in the same place.
+    void Renew();
     // Has the server end this user's other connections to the database, transactions included.
     void EndOthers();
 
 private:
+    void Attach(const std::string& server);
+
+    std::string name_;
     isc_db_handle handle_{};
     THostDatabase database_{};
 };
