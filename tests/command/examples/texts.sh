@@ -8,7 +8,6 @@
 source "$(dirname "${BASH_SOURCE[0]}")/../../scripts/lib.sh"
 
 folder=$1
-export ASAN_OPTIONS=detect_leaks=0
 
 run groff -ww -man -Tutf8 -z "$folder/tolvane.1"
 expect "roff takes the page" "" "$out"
