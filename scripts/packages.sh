@@ -4,7 +4,7 @@
 # something is missing.
 #
 #   scripts/packages.sh [build] [headless] [check] [wine] [firebird] [winelib] [shop] [trace] [chain]
-#                       [installer] [fuzz] [browser] [coverage] [release] [guide] [bench]
+#                       [installer] [fuzz] [browser] [coverage] [valgrind] [release] [guide] [bench]
 
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
@@ -28,6 +28,7 @@ declare -A GROUPS_OF_PACKAGES=(
     [fuzz]="clang-16 libclang-rt-16-dev llvm-16"
     [browser]="chromium fonts-dejavu-core imagemagick python3 zbar-tools"
     [coverage]="gcovr"
+    [valgrind]="valgrind"
     [installer]="nsis zip unzip"
     [release]="debhelper lintian debootstrap python3"
     [guide]="cmark-gfm weasyprint python3 fonts-dejavu-core"

@@ -9,6 +9,7 @@
 #   100,000 exchanges over each wire with faults
 #   each fuzzer for half an hour, or for TOLVANE_FUZZ_SECONDS, and what they reach
 #   200 cycles of loading and unloading the module
+#   the core's unit tests under valgrind
 #   the built files for Linux
 #   the coverage, see tests/coverage
 #   the release itself: made twice, installed, used, upgraded and removed
@@ -55,6 +56,19 @@ long_cycles() {
     TOLVANE_CYCLES=1000 long_some module_test "$BUILD/windows" 1251 comma --gtest_filter='Cycles.*:LoadCycles.*'
 }
 
+# The sanitizers do not see memory that is read before anything was written there. Killed processes and
+# times that are measured are no matter of valgrind's.
+long_valgrind() {
+    local name programs=(test_text test_scale test_comm test_config test_articles test_upload test_settings_rules)
+    "$SCRIPTS/packages.sh" build valgrind
+    test_build release "${programs[@]}"
+    for name in "${programs[@]}"; do
+        say "== $name"
+        long_some valgrind --quiet --error-exitcode=9 --leak-check=full --errors-for-leak-kinds=definite,indirect \
+            "$(find "$BUILD/release/tests/unit" -name "$name" -type f)" --gtest_brief=1 --gtest_filter=-*Killed*
+    done
+}
+
 long_files() {
     test_build release tolvane virtual-scale
     "$SCRIPTS/check-binary.sh" "$BUILD/release" src/command/tolvane
@@ -76,6 +90,7 @@ trap 'test_end $?' EXIT
 trap 'exit 130' INT TERM
 
 step "Coverage" tests/coverage/coverage.sh
+step "Valgrind" long_valgrind
 step "Built files for Linux" long_files
 step "Kills of a save" long_kills
 step "Soak of every wire" long_soak
