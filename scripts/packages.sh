@@ -4,7 +4,7 @@
 # something is missing.
 #
 #   scripts/packages.sh [build] [headless] [check] [wine] [firebird] [winelib] [shop] [trace] [chain]
-#                       [installer] [fuzz] [browser] [coverage] [valgrind] [release] [guide] [bench]
+#                       [installer] [fuzz] [browser] [coverage] [valgrind] [release] [guide] [bench] [pascal]
 
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
@@ -33,8 +33,9 @@ declare -A GROUPS_OF_PACKAGES=(
     [release]="debhelper lintian debootstrap python3"
     [guide]="cmark-gfm weasyprint python3 fonts-dejavu-core"
     [bench]="fp-compiler fp-units-db"
+    [pascal]="fp-compiler fpc-source-3.2.2"
 )
-ALL_GROUPS=(build check wine firebird winelib shop trace chain installer fuzz browser bench)
+ALL_GROUPS=(build check wine firebird winelib shop trace chain installer fuzz browser bench pascal)
 PREFERENCES=/etc/apt/preferences.d/zz-tolvane-setup
 POLICY=/usr/sbin/policy-rc.d
 # Beside the indexes, so that it goes with them.

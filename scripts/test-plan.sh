@@ -41,8 +41,10 @@ test_plan_checks() {
         after packages
     job guide-texts "The guide has every text of the module" "$SCRIPTS/check-guide.py"
         after packages
+    job excerpts "The pieces of code of the host's page" "$SCRIPTS/check-excerpts.py"
     job pages-faults "The checks of the pages find planted faults" tests/scripts/check-pages-test.sh
-        after packages; reads scripts/check-links.py scripts/check-guide.py scripts/guide/pages.py src docs tests/scripts
+        after packages; reads scripts/check-links.py scripts/check-guide.py scripts/check-excerpts.py \
+            scripts/guide/pages.py src docs examples tests/scripts
     job files-faults "The check of built files finds planted faults" tests/scripts/check-binary-test.sh
         after packages
         reads scripts/check-binary.sh scripts/lib.sh tests/scripts src/system/StackGuard_win32.cpp CMakeLists.txt
@@ -99,6 +101,8 @@ test_plan_windows() {
         after packages; alone cores
     job client "Build the client library for Wine" fbclient_build
         after packages
+    job pascal "Build Free Pascal for Windows" pascal_build
+        after packages
     job asio-threads "One kind of Asio's threads" "$SCRIPTS/check-asio-threads.sh" "$WINDOWS"
         after build-windows
     job files "The built files" test_files
@@ -151,6 +155,10 @@ test_plan_lane_a() {
     job module-1251 "Module tests, code page 1251, decimal comma" test_in_lane a test_module_run 1251 comma
         after build-windows client; lane a
         reads "$WINDOWS/tests/module/*.exe" "$WINDOWS/tests/module/unloading/*.dll" "${MODULE_FILES[@]}"
+    job example-hosts "The example hosts" test_in_lane a test_example_hosts
+        after build-windows client pascal; lane a
+        reads examples tests/examples "$WINDOWS/examples/c/host_c.exe" "$WINDOWS/src/entry/Tolvane.dll" \
+            "$WINDOWS/demo/driver/window-driver.exe" tests/module/schema.sql tests/module/shop.sql "${TEST_SCRIPTS[@]}"
     job windows-command "The command for Windows" test_in_lane a test_command windows
         after build-windows client; lane a; alone udp
         reads "$WINDOWS/tests/command/program/*.exe" "$WINDOWS/src/command/tolvane.exe" \

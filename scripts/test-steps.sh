@@ -6,6 +6,7 @@ source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 source "$SCRIPTS/wine.sh"
 source "$SCRIPTS/fbclient.sh"
 source "$SCRIPTS/firebird.sh"
+source "$SCRIPTS/pascal.sh"
 source "$ROOT/tests/module/steps.sh"
 source "$ROOT/tests/module/settings/steps.sh"
 source "$ROOT/tests/module_host/steps.sh"
@@ -231,6 +232,13 @@ test_host_run() {
     test_module_runtime
     wine_regional 1251 comma
     host_test "$BUILD/windows" "--gtest_output=json:$(wine_path "$STEP_RESULTS/host.json")"
+}
+
+test_example_hosts() {
+    test_runtime
+    wine_regional 1251 comma
+    firebird_start
+    "$ROOT/tests/examples/run.sh" "$BUILD/windows"
 }
 
 # The demo, and what its scales hold then.

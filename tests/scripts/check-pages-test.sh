@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Plants faults for scripts/check-links.py and scripts/check-guide.py.
+# Plants faults for scripts/check-links.py, scripts/check-guide.py and scripts/check-excerpts.py.
 # shellcheck disable=SC2016
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
@@ -68,4 +68,28 @@ expect_guide "a comment is no text" 0 "0 missing"
 guide_begin
 rm -rf "$tree/src/upload" "$tree/src/comm" "$tree/src/articles" "$tree/src/settings"
 expect_guide "few texts are a mistake of the check" 1 "texts were found"
+
+# So are the example hosts and the page about hosts.
+excerpts_begin() {
+    rm -rf "${tree:?}"/*
+    mkdir "$tree/docs"
+    cp "$root/docs/host-interface.md" "$tree/docs"
+    cp -r "$root/examples" "$tree/examples"
+}
+
+expect_excerpts() { # title, code, words of the output
+    run "$root/scripts/check-excerpts.py" "$tree"
+    expect "$1" "$2 *$3*" "$code $out"
+}
+
+excerpts_begin
+expect_excerpts "the page shows what the hosts have" 0 "0 faults"
+sed -i 's/"fbclient.dll"/"gds32.dll"/' "$tree/examples/c/host.c"
+expect_excerpts "a line of C that has changed is found" 1 "docs/host-interface.md:*: examples/c/host.c has no such lines"
+excerpts_begin
+sed -i 's/TPrintProc = procedure(/&var /' "$tree/examples/pascal/Host.pas"
+expect_excerpts "so is one of Pascal" 1 "docs/host-interface.md:*: examples/pascal/Host.pas has no such lines"
+excerpts_begin
+sed -i 's/^```pascal$/```text/' "$tree/docs/host-interface.md"
+expect_excerpts "a language without any is a mistake" 1 "there is no block marked pascal"
 expect_end
