@@ -8,7 +8,7 @@
 #   1,000 runs stopped or closed at random times
 #   100,000 exchanges over each wire with faults
 #   each fuzzer for half an hour, or for TOLVANE_FUZZ_SECONDS, and what they reach
-#   200 cycles of loading and unloading the module
+#   1,000 cycles of loading and unloading the module
 #   the core's unit tests under valgrind
 #   the built files for Linux
 #   the coverage, see tests/coverage

@@ -20,27 +20,30 @@ namespace {
 struct TLeft {
     double handles;
     double heapBytes;
+    double threadPlaces;
 };
 
 // Two texts that a host may keep, and blocks that the thread library never frees.
 constexpr double kKeptBytes = 1024;
 
-TLeft LeftBy(const char* what, const std::function<void()>& cycle) {
+int Loads() {
+    return CountFromEnvironment("TOLVANE_CYCLES", 25);
+}
+
+TLeft LeftBy(const char* what, int cycles, const std::function<void()>& cycle) {
     constexpr int kFirst = 10;
     for (int i = 0; i < kFirst; ++i)
         cycle();
-    // Each load also takes one of the process's 1,088 places for thread-local values, the tools'
-    // doing.
-    constexpr int kMost = 200;
-    const int cycles = std::min(CountFromEnvironment("TOLVANE_CYCLES", 25), kMost);
     const int handles = OpenHandles();
     const std::size_t heap = HeapBytes();
+    const int places = FreeThreadPlaces();
     for (int i = 0; i < cycles; ++i)
         cycle();
     const TLeft left{static_cast<double>(OpenHandles() - handles) / cycles,
-                     (static_cast<double>(HeapBytes()) - static_cast<double>(heap)) / cycles};
-    std::printf("%s, %d cycles: each leaves %.2f handles and %.0f bytes\n", what, cycles,
-                left.handles, left.heapBytes);
+                     (static_cast<double>(HeapBytes()) - static_cast<double>(heap)) / cycles,
+                     static_cast<double>(places - FreeThreadPlaces()) / cycles};
+    std::printf("%s, %d cycles: each leaves %.2f handles, %.0f bytes and %.2f places of threads\n",
+                what, cycles, left.handles, left.heapBytes, left.threadPlaces);
     return left;
 }
 
@@ -63,14 +66,21 @@ void LoadAndAsk() {
 }  // namespace
 
 TEST(LoadCycles, TheModuleLeavesNoHandleAndLessThanAnEmptyOne) {
-    const TLeft plain = LeftBy("without a C++ library", [] { LoadAndUse(L"PlainModule.dll"); });
+    const TLeft plain =
+        LeftBy("without a C++ library", Loads(), [] { LoadAndUse(L"PlainModule.dll"); });
     EXPECT_EQ(plain.handles, 0);
-    const TLeft empty = LeftBy("empty", [] { LoadAndUse(L"EmptyModule.dll"); });
+    EXPECT_EQ(plain.threadPlaces, 0);
+    // Each load takes one of the process's 1,088 places for values of threads.
+    constexpr int kMostOfTheEmpty = 200;
+    const TLeft empty =
+        LeftBy("empty", std::min(Loads(), kMostOfTheEmpty), [] { LoadAndUse(L"EmptyModule.dll"); });
     EXPECT_GE(empty.handles, 1) << "what this test is about is not seen";
-    const TLeft module = LeftBy("the module", [] { LoadAndAsk(); });
+    EXPECT_EQ(empty.threadPlaces, 1) << "what this test is about is not seen";
+    const TLeft module = LeftBy("the module", Loads(), [] { LoadAndAsk(); });
     EXPECT_LT(module.handles, 1);
     EXPECT_LT(module.heapBytes, empty.heapBytes);
     EXPECT_LT(module.heapBytes, kKeptBytes);
+    EXPECT_EQ(module.threadPlaces, 0);
 }
 
 // The thread that unloads the module then is not the one that has used it.
@@ -78,7 +88,7 @@ TEST(LoadCycles, AnOperationLeavesNoHandle) {
     TSession session;
     session.module.Unload();
     ASSERT_TRUE(RunLoopUntil(TLoadedModule::IsGone));
-    const TLeft module = LeftBy("an operation", [&] {
+    const TLeft module = LeftBy("an operation", Loads(), [&] {
         TLoadedModule loaded;
         loaded.Start(session.host.Frame(), 17, &session.messageId, session.host.Frame(),
                      session.connection.Database(), nullptr, {});
@@ -90,6 +100,7 @@ TEST(LoadCycles, AnOperationLeavesNoHandle) {
     });
     EXPECT_LT(module.handles, 1);
     EXPECT_LT(module.heapBytes, 2 * kKeptBytes);
+    EXPECT_EQ(module.threadPlaces, 0);
 }
 
 }  // namespace tolvane::test

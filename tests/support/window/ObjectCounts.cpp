@@ -94,6 +94,15 @@ int ThreadWindows() {
     return count;
 }
 
+int FreeThreadPlaces() {
+    std::vector<DWORD> places;
+    for (DWORD place = 0; (place = TlsAlloc()) != TLS_OUT_OF_INDEXES;)
+        places.push_back(place);
+    for (const DWORD place : places)
+        TlsFree(place);
+    return static_cast<int>(places.size());
+}
+
 std::size_t PrivateBytes() {
     std::size_t bytes = 0;
     MEMORY_BASIC_INFORMATION region{};

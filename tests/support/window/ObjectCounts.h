@@ -24,6 +24,8 @@ int UserObjects();
 int NextAtom();
 // The thread's top-level windows, hidden ones included.
 int ThreadWindows();
+// The process's places for values of threads that are free; takes all of them for a moment.
+int FreeThreadPlaces();
 // Bytes of memory that only this process uses, whole pages.
 std::size_t PrivateBytes();
 // Bytes of all blocks allocated in the process's heaps.
