@@ -1,6 +1,7 @@
 #include <windows.h>
 
 #include <exception>
+#include <string>
 
 #include "entry/HostInterface.h"
 #include "entry/HostText.h"
@@ -48,8 +49,13 @@ void TOLVANE_STDCALL GetOperationType(const char** result) {
 
 void TOLVANE_STDCALL SetTQ4ModuleString(const char* text, std::int32_t number) {
     tolvane::Guard([&] {
-        tolvane::ModuleState().moduleString = tolvane::ReadHostText(text);
+        std::string read = tolvane::ReadHostText(text);
+        // A host that calls this from several threads must not destroy the text.
+        static SRWLOCK lock = SRWLOCK_INIT;
+        AcquireSRWLockExclusive(&lock);
+        tolvane::ModuleState().moduleString.swap(read);
         tolvane::ModuleState().moduleNumber = number;
+        ReleaseSRWLockExclusive(&lock);
     });
 }
 

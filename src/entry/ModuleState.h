@@ -16,6 +16,7 @@ struct TModuleState {
     std::int32_t operationNo = 0;
     UINT messageId = 0;  // of the completion message
     TPrintProc printProc{};
+    HWND openingIn = nullptr;  // the MDI client in which a list window is being made
     std::string moduleString;
     std::int32_t moduleNumber = 0;
 };

@@ -90,11 +90,12 @@ void LoadForm(TElicomPluScaleListForm& form) {
     form.FocusGrid();
 }
 
-// Shows the exception that is being handled.
+// Shows the exception that is being handled. A window of another thread cannot be the owner: the
+// box would disable it and wait for it.
 void ShowStartFailure(const TStartArguments& arguments) noexcept {
     HWND owner = nullptr;
     for (const HWND window : {arguments.appHandle, arguments.mainForm}) {
-        if (IsWindow(window) != 0) owner = window;
+        if (IsOfThisThread(window)) owner = window;
     }
     ShowCurrentException(kErrorTag, [&](std::string_view text) { ShowError(owner, text); });
 }
@@ -130,13 +131,33 @@ void CloseListForm(HWND mainForm) {
     if (TElicomPluScaleListForm* form = FindListForm(client)) form->CloseAtOnce();
 }
 
+// The list window of an MDI frame, while it is being made.
+class TOpening {
+public:
+    explicit TOpening(HWND client) : before_(ModuleState().openingIn) {
+        ModuleState().openingIn = client;
+    }
+    TOpening(const TOpening&) = delete;
+    TOpening& operator=(const TOpening&) = delete;
+    ~TOpening() { ModuleState().openingIn = before_; }
+
+private:
+    HWND before_;
+};
+
+TElicomPluScaleListForm* MakeListForm(HWND client) {
+    const TOpening opening(client);
+    return new TModuleListForm(client);
+}
+
 // While the list is loading or has a window of its own in front of it, a repeated start only brings
-// it to the front. Throws why the start failed.
+// it to the front, and while it is being made does nothing. Throws why the start failed.
 void OpenAndLoad(const TStartArguments& arguments) {
     const HWND client = CheckArguments(arguments);
+    if (ModuleState().openingIn == client) return;
     TElicomPluScaleListForm* form = FindListForm(client);
     const bool isNew = form == nullptr;
-    if (isNew) form = new TModuleListForm(client);
+    if (isNew) form = MakeListForm(client);
     const TWindow::TKeep keep(*form);
     if (!isNew) BringToFront(*form, client);
     if (form->Handle() == nullptr || form->Session().IsBusy()) return;

@@ -1,6 +1,7 @@
 #include "window/MessageBoxes.h"
 
 #include <new>
+#include <string>
 
 #include "text/Cp1251.h"
 #include "window/VisualStyle.h"
@@ -21,9 +22,18 @@ HWND RootOf(HWND owner) {
     return owner != nullptr ? GetAncestor(owner, GA_ROOT) : nullptr;
 }
 
+// A text without end, which a host or a server may have caused, would keep the system busy and have
+// a box that is higher than the screen.
+std::wstring Limited(std::string_view text) {
+    constexpr std::size_t kMost = 2000;
+    std::wstring wide = Wide(text.substr(0, kMost));
+    if (text.size() > kMost) wide += L"...";
+    return wide;
+}
+
 int Show(HWND owner, std::string_view title, std::string_view text, UINT flags) {
     const TVisualStyleScope style;
-    return MessageBoxW(RootOf(owner), Wide(text).c_str(), Wide(title).c_str(), flags);
+    return MessageBoxW(RootOf(owner), Limited(text).c_str(), Wide(title).c_str(), flags);
 }
 
 }  // namespace

@@ -25,10 +25,10 @@ BOOL CALLBACK TakeFirst(HWND window, LPARAM found) {
     return FALSE;
 }
 
-// If the frame has been destroyed, any other window of the thread serves.
+// If the frame has been destroyed, or is another thread's, any other window of the thread serves.
 HWND WindowOf(const TRelease& release) {
     HWND window = release.uiWindow;
-    if (IsWindow(window) != 0) return window;
+    if (GetWindowThreadProcessId(window, nullptr) == release.uiThread) return window;
     window = nullptr;
     EnumThreadWindows(release.uiThread, &TakeFirst, reinterpret_cast<LPARAM>(&window));
     return window;

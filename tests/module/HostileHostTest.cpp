@@ -1,0 +1,314 @@
+// A host that does what no host should: wrong handles, huge texts, calls from other threads and
+// from inside the module's own calls, windows that go at the worst moment.
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include <chrono>
+#include <cstdint>
+#include <cstring>
+#include <functional>
+#include <future>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "tests/support/module/Session.h"
+#include "tests/support/window/BoxAnswerer.h"
+#include "tests/support/window/UserScript.h"
+
+namespace tolvane::test {
+namespace {
+
+constexpr std::size_t kHugeText = 10 * 1024 * 1024;
+constexpr UINT kHostileMessage = WM_APP + 101;
+
+// A text of the host: the record in front of it, then the characters.
+class THostText {
+public:
+    THostText(std::int32_t length, const std::string& characters)
+        : block_(sizeof(THostTextHeader) + characters.size() + 1) {
+        const THostTextHeader header{1251, 1, 1, length};
+        std::memcpy(block_.data(), &header, sizeof header);
+        std::memcpy(block_.data() + sizeof header, characters.data(), characters.size());
+    }
+    const char* Characters() const { return block_.data() + sizeof(THostTextHeader); }
+
+private:
+    std::vector<char> block_;
+};
+
+// Acts whenever the window gets a message.
+class TOnMessage {
+public:
+    TOnMessage(HWND window, UINT message, std::function<void()> act)
+        : window_(window), message_(message), act_(std::move(act)) {
+        SetWindowSubclass(window_, &Procedure, message_, reinterpret_cast<DWORD_PTR>(&act_));
+    }
+    TOnMessage(const TOnMessage&) = delete;
+    TOnMessage& operator=(const TOnMessage&) = delete;
+    ~TOnMessage() { RemoveWindowSubclass(window_, &Procedure, message_); }
+
+private:
+    static LRESULT CALLBACK Procedure(HWND window, UINT id, WPARAM wParam, LPARAM lParam,
+                                      UINT_PTR message, DWORD_PTR act) {
+        if (id == message) (*reinterpret_cast<const std::function<void()>*>(act))();
+        return DefSubclassProc(window, id, wParam, lParam);
+    }
+
+    HWND window_;
+    UINT message_;
+    std::function<void()> act_;
+};
+
+class HostileHostTest : public testing::Test {
+protected:
+    void StartWith(HWND application, HWND mainForm, const THostDatabase* database) {
+        session_.module.Start(application, 17, &session_.messageId, mainForm, database, nullptr,
+                              {nullptr, nullptr});
+    }
+    // Refreshes the list, and acts while the load shows its wait window.
+    void ActDuringALoad(const std::function<void()>& act) {
+        bool acted = false;
+        const TOnMessage once(application_.Frame(), kHostileMessage, [&] {
+            EXPECT_NE(IsWindowVisible(FindWindowW(L"TWaitForm", nullptr)), 0);
+            act();
+            acted = true;
+        });
+        std::thread([&] {
+            SendNotifyMessageW(application_.Frame(), kHostileMessage, 0, 0);
+        }).join();
+        SendMessageW(session_.Control("RefreshBtn"), BM_CLICK, 0, 0);
+        RunLoopDry();
+        EXPECT_TRUE(acted);
+    }
+    // On a thread without any window, while this one handles its messages.
+    static void OnAnotherThread(const std::function<void()>& work) {
+        std::future<void> done = std::async(std::launch::async, work);
+        EXPECT_TRUE(RunLoopUntil(
+            [&] { return done.wait_for(std::chrono::seconds(0)) == std::future_status::ready; }));
+    }
+    void ExpectGone() {
+        EXPECT_EQ(session_.List(), nullptr);
+        EXPECT_EQ(FindWindowW(L"TWaitForm", nullptr), nullptr);
+        session_.module.Unload();
+        EXPECT_TRUE(RunLoopUntil(TLoadedModule::IsGone));
+    }
+
+    TSession session_;
+    THostFrame application_;
+};
+
+struct TPrintAct {
+    std::function<void()> act;
+    int calls = 0;
+};
+
+void TOLVANE_STDCALL ActInsteadOfPrinting(void* object, const std::uint8_t*, const std::uint8_t*,
+                                          void*) {
+    auto& print = *static_cast<TPrintAct*>(object);
+    ++print.calls;
+    print.act();
+}
+
+// The list window, whose Print button calls back.
+class HostilePrintTest : public HostileHostTest {
+protected:
+    void ClickPrintAnd(std::function<void()> act) {
+        TPrintAct print{std::move(act)};
+        session_.module.Start(application_.Frame(), 17, &session_.messageId, session_.host.Frame(),
+                              session_.connection.Database(), nullptr,
+                              {&ActInsteadOfPrinting, &print});
+        RunLoopDry();
+        ASSERT_NE(session_.List(), nullptr);
+        session_.Click("PrintBtn");
+        EXPECT_EQ(print.calls, 1);
+    }
+};
+
+}  // namespace
+
+TEST_F(HostileHostTest, AHandleThatWasNeverAConnectionIsRefused) {
+    isc_db_handle wrong{};
+    const std::uint32_t number = 0x00DEAD00;
+    static_assert(sizeof wrong == sizeof number);
+    std::memcpy(&wrong, &number, sizeof wrong);
+    THostDatabase database = *session_.connection.Database();
+    database.Handle = &wrong;
+    const TBoxAnswerer boxes;
+    StartWith(application_.Frame(), session_.host.Frame(), &database);
+    RunLoopDry();
+    EXPECT_EQ(boxes.Seen().size(), 1U);
+    ExpectGone();
+}
+
+TEST_F(HostileHostTest, AMainWindowOfAnotherProgramIsRefusedAndLeftAlone) {
+    const HWND foreign = GetDesktopWindow();
+    ASSERT_NE(GetWindowThreadProcessId(foreign, nullptr), GetCurrentThreadId());
+    const TBoxAnswerer boxes;
+    StartWith(foreign, foreign, session_.connection.Database());
+    RunLoopDry();
+    ASSERT_EQ(boxes.Seen().size(), 1U);
+    EXPECT_NE(boxes.Seen()[0].text.find("на друга нишка"), std::string::npos);
+    ExpectGone();
+}
+
+// A box with a window of another thread as its owner would disable that window.
+TEST_F(HostileHostTest, AStartOnAnotherThreadIsRefusedAndDisablesNoWindow) {
+    session_.Start();
+    bool wasShown = false;
+    bool wasDisabled = false;
+    OnAnotherThread([&] {
+        const TRegularCall answer([&] {
+            const HWND box = ThreadWindow(kMessageBoxClass);
+            if (box == nullptr) return;
+            wasShown = true;
+            wasDisabled = wasDisabled || IsWindowEnabled(session_.host.Frame()) == 0 ||
+                          IsWindowEnabled(application_.Frame()) == 0;
+            PostMessageW(box, WM_COMMAND, IDOK, 0);
+        });
+        StartWith(application_.Frame(), session_.host.Frame(), session_.connection.Database());
+    });
+    EXPECT_TRUE(wasShown);
+    EXPECT_FALSE(wasDisabled);
+    EXPECT_EQ(application_.Received(session_.messageId), 1);
+    EXPECT_EQ(session_.Grid().RowCount(), 6);
+    session_.CloseList();
+    ExpectGone();
+}
+
+TEST_F(HostileHostTest, TextsFromSeveralThreadsAtOnceDoNoHarm) {
+    constexpr int kCalls = 200;
+    OnAnotherThread([&] {
+        std::vector<std::thread> threads;
+        for (int number = 0; number < 4; ++number)
+            threads.emplace_back([&, number] {
+                const std::string characters(static_cast<std::size_t>(1000 * number), 'x');
+                const THostText text(static_cast<std::int32_t>(characters.size()), characters);
+                const char* title = nullptr;
+                for (int i = 0; i < kCalls; ++i) {
+                    session_.module.SetModuleString(text.Characters(), i);
+                    session_.module.GetTitle(&title);
+                }
+            });
+        for (std::thread& thread : threads)
+            thread.join();
+    });
+    session_.Start();
+    EXPECT_EQ(session_.Grid().RowCount(), 6);
+}
+
+TEST_F(HostileHostTest, HugeAndOddTextsAreTaken) {
+    const std::string huge(kHugeText, 'x');
+    session_.module.SetModuleString(
+        THostText(static_cast<std::int32_t>(huge.size()), huge).Characters(), 1);
+    session_.module.SetModuleString(THostText(-1, "abc").Characters(), 2);
+    session_.module.SetModuleString(THostText(3, std::string("a\0b", 3)).Characters(), 3);
+    // The text that the module does not use may point anywhere.
+    session_.module.Start(application_.Frame(), 17, &session_.messageId, session_.host.Frame(),
+                          session_.connection.Database(), reinterpret_cast<const char*>(1),
+                          {nullptr, nullptr});
+    RunLoopDry();
+    EXPECT_EQ(session_.Grid().RowCount(), 6);
+}
+
+TEST_F(HostileHostTest, AHugeNameOfAClientLibraryIsReportedInAFewWords) {
+    const std::string huge(kHugeText, 'x');
+    THostDatabase database = *session_.connection.Database();
+    database.ClientLibrary = huge.c_str();
+    const TBoxAnswerer boxes;
+    StartWith(application_.Frame(), session_.host.Frame(), &database);
+    RunLoopDry();
+    ASSERT_EQ(boxes.Seen().size(), 1U);
+    constexpr std::size_t kFewWords = 2500;
+    EXPECT_LT(boxes.Seen()[0].text.size(), kFewWords);
+    EXPECT_NE(boxes.Seen()[0].text.find("xxx"), std::string::npos);
+    ExpectGone();
+}
+
+TEST_F(HostilePrintTest, TheListMayCloseInsideThePrintService) {
+    ClickPrintAnd([this] { SendMessageW(session_.List(), WM_CLOSE, 0, 0); });
+    EXPECT_EQ(application_.Received(session_.messageId), 1);
+    ExpectGone();
+}
+
+TEST_F(HostilePrintTest, TheModuleMayBeUnloadedInsideThePrintService) {
+    ClickPrintAnd([this] {
+        session_.module.Unload();
+        DestroyWindow(session_.host.Frame());
+    });
+    EXPECT_EQ(application_.Received(session_.messageId), 1);
+    EXPECT_TRUE(RunLoopUntil(TLoadedModule::IsGone));
+}
+
+TEST_F(HostilePrintTest, TheOperationMayStartInsideThePrintService) {
+    ClickPrintAnd([this] { session_.Start(); });
+    EXPECT_EQ(session_.host.ChildrenOfClass(L"TElicomPluScaleListForm"), 1);
+    EXPECT_EQ(session_.Grid().RowCount(), 6);
+}
+
+TEST_F(HostileHostTest, TheOperationMayStartInsideItsCompletionMessage) {
+    session_.Start();
+    const TOnMessage again(session_.host.Frame(), session_.messageId, [this] { session_.Start(); });
+    session_.CloseList();
+    EXPECT_EQ(session_.Completions(), 1);
+    EXPECT_EQ(session_.host.ChildrenOfClass(L"TElicomPluScaleListForm"), 1);
+    EXPECT_EQ(session_.Grid().RowCount(), 6);
+}
+
+TEST_F(HostileHostTest, AStartWhileTheWindowIsBeingMadeMakesNoSecondOne) {
+    int depth = 0;
+    const TOnMessage again(session_.host.Client(), WM_PARENTNOTIFY, [&] {
+        if (depth++ == 0) session_.Start();
+    });
+    session_.Start();
+    EXPECT_GE(depth, 1);
+    EXPECT_EQ(session_.host.ChildrenOfClass(L"TElicomPluScaleListForm"), 1);
+    EXPECT_EQ(session_.Grid().RowCount(), 6);
+}
+
+TEST_F(HostileHostTest, TheMdiClientMayGoInTheMiddleOfALoad) {
+    session_.Start();
+    const TBoxAnswerer boxes;
+    ActDuringALoad([this] { DestroyWindow(session_.host.Client()); });
+    EXPECT_TRUE(boxes.Seen().empty());
+    EXPECT_EQ(session_.Completions(), 1);
+    EXPECT_NE(IsWindowEnabled(session_.host.Frame()), 0);
+    ExpectGone();
+}
+
+TEST_F(HostileHostTest, TheMainWindowMayGoInTheMiddleOfALoad) {
+    StartWith(application_.Frame(), session_.host.Frame(), session_.connection.Database());
+    const TBoxAnswerer boxes;
+    ActDuringALoad([this] { DestroyWindow(session_.host.Frame()); });
+    EXPECT_TRUE(boxes.Seen().empty());
+    EXPECT_EQ(application_.Received(session_.messageId), 1);
+    ExpectGone();
+}
+
+TEST_F(HostileHostTest, TheModuleMayBeUnloadedInTheMiddleOfALoad) {
+    session_.Start();
+    ActDuringALoad([this] { session_.module.Unload(); });
+    EXPECT_EQ(session_.Grid().RowCount(), 6);
+    session_.CloseList();
+    EXPECT_EQ(session_.Completions(), 1);
+    EXPECT_TRUE(RunLoopUntil(TLoadedModule::IsGone));
+}
+
+// Before the first load, the module lets the host handle what waits.
+TEST_F(HostileHostTest, TheMdiClientMayGoBeforeTheFirstLoad) {
+    const TOnMessage act(application_.Frame(), kHostileMessage,
+                         [this] { DestroyWindow(session_.host.Client()); });
+    PostMessageW(application_.Frame(), kHostileMessage, 0, 0);
+    const TBoxAnswerer boxes;
+    StartWith(application_.Frame(), session_.host.Frame(), session_.connection.Database());
+    RunLoopDry();
+    EXPECT_TRUE(boxes.Seen().empty());
+    EXPECT_EQ(application_.Received(session_.messageId), 1);
+    ExpectGone();
+}
+
+}  // namespace tolvane::test
