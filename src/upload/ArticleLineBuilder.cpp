@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 #include <stdexcept>
 #include <type_traits>
 #include <utility>
@@ -56,6 +57,32 @@ void TArticleLineBuilder::Build(const std::vector<TRowId>& rows, std::int32_t sc
     log_(ProcessedCountLine(rows.size()));
     log_(ValidCountLine(lines.size()));
     log_(OnlyValidLine());
+}
+
+std::size_t TArticleLineBuilder::CountLines(const std::vector<TRowId>& rows,
+                                            const std::vector<std::int32_t>& scaleNumbers) const {
+    std::size_t count = 0;
+    std::string_view forScales;
+    std::vector<std::int32_t> takers;
+    for (const TRowId row : rows) {
+        const std::string_view text = articles_.Text(row, TField::PLU_FORSCALES);
+        if (text != forScales) {
+            forScales = text;
+            takers.clear();
+            std::copy_if(scaleNumbers.begin(), scaleNumbers.end(), std::back_inserter(takers),
+                         [&](std::int32_t number) { return IsForScale(text, number); });
+        }
+        if (!takers.empty() && HasLine(row, takers.front())) count += takers.size();
+    }
+    return count;
+}
+
+bool TArticleLineBuilder::HasLine(TRowId row, std::int32_t scaleNumber) const {
+    try {
+        return !LineFor(row, scaleNumber).line.empty();
+    } catch (const std::runtime_error&) {
+        return false;
+    }
 }
 
 std::string TArticleLineBuilder::BuildLine(TRowId row, std::int32_t scaleNumber) const {

@@ -44,6 +44,10 @@ public:
     // std::runtime_error when a field that must be an integer holds something else.
     void Build(const std::vector<TRowId>& rows, std::int32_t scaleNumber,
                std::vector<std::string>& lines) const;
+    // How many lines Build would make for the scales together. Does not count an article for which
+    // it would throw.
+    std::size_t CountLines(const std::vector<TRowId>& rows,
+                           const std::vector<std::int32_t>& scaleNumbers) const;
     // One article's line; empty when the article is left out, and the reason is logged. Throws as
     // Build does.
     std::string BuildLine(TRowId row, std::int32_t scaleNumber) const;
@@ -66,6 +70,7 @@ private:
 
     // Throws std::runtime_error for a text that is not an integer; an empty one is 0.
     std::int32_t IntegerOf(TRowId row, TField field) const;
+    bool HasLine(TRowId row, std::int32_t scaleNumber) const;
     void LogSkipped(TRowId row, TLineFault fault) const;
     std::string_view NameOf(TRowId row) const;
 

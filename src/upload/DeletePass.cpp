@@ -1,5 +1,6 @@
 #include "upload/DeletePass.h"
 
+#include <algorithm>
 #include <exception>
 #include <optional>
 
@@ -51,26 +52,35 @@ bool TDeletePass::Delete(const std::vector<std::string>& lines) {
 
 bool TDeletePass::DeleteEverything(std::int32_t maxPlu) {
     parts_.view.SetProgress(std::string("Изтриване всички артикули."_cp1251));
+    parts_.progress.WholeScaleHas(static_cast<std::size_t>(std::max(maxPlu, 0)));
+    parts_.StartArticles();
     for (std::int32_t plu = 1; plu <= maxPlu; ++plu) {
         if (parts_.stop.IsStopped()) return false;
         parts_.view.SetProgress(std::string("Изтриване артикул #"_cp1251) + std::to_string(plu));
         DeleteInPass(parts_.scale, plu, TDeleteForm::Numbered);
+        parts_.ArticleDone();
     }
     return true;
 }
 
 bool TDeletePass::DeleteListed(const std::vector<std::string>& lines, std::int32_t maxPlu) {
-    TPLUD plu;
+    parts_.StartArticles();
     for (const std::string& line : lines) {
         if (parts_.stop.IsStopped()) return false;
-        if (!ParseArticleLine(line, parts_.decimalSeparator, plu)) continue;
-        plu.ScaleNumber = PluTail(plu.ScaleNumber, maxPlu);
-        if (plu.ScaleNumber == 0 || plu.ScaleNumber > maxPlu) continue;
-        parts_.view.SetProgress(std::string("Изтриване артикул: "_cp1251) +
-                                std::to_string(plu.ScaleNumber) + " " + plu.LabelName1);
-        DeleteInPass(parts_.scale, plu.ScaleNumber, TDeleteForm::Listed);
+        DeleteLine(line, maxPlu);
+        parts_.ArticleDone();
     }
     return true;
+}
+
+void TDeletePass::DeleteLine(const std::string& line, std::int32_t maxPlu) {
+    TPLUD plu;
+    if (!ParseArticleLine(line, parts_.decimalSeparator, plu)) return;
+    plu.ScaleNumber = PluTail(plu.ScaleNumber, maxPlu);
+    if (plu.ScaleNumber == 0 || plu.ScaleNumber > maxPlu) return;
+    parts_.view.SetProgress(std::string("Изтриване артикул: "_cp1251) +
+                            std::to_string(plu.ScaleNumber) + " " + plu.LabelName1);
+    DeleteInPass(parts_.scale, plu.ScaleNumber, TDeleteForm::Listed);
 }
 
 }  // namespace tolvane

@@ -31,6 +31,8 @@ private:
     bool Delete(const std::vector<std::string>& lines);
     bool DeleteEverything(std::int32_t maxPlu);
     bool DeleteListed(const std::vector<std::string>& lines, std::int32_t maxPlu);
+    // Does nothing for a line that is to be skipped.
+    void DeleteLine(const std::string& line, std::int32_t maxPlu);
 
     TPassParts parts_;
     TProgrammingMode mode_;

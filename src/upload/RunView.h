@@ -3,6 +3,8 @@
 #include <atomic>
 #include <string>
 
+#include "upload/RunProgress.h"
+
 namespace tolvane {
 
 // Shows what a run is doing. The run calls it on its own thread, in the order of its steps. Texts
@@ -18,6 +20,8 @@ public:
     virtual void SetConnection(std::string text) = 0;
     // lblStatus: the current step.
     virtual void SetProgress(std::string text) = 0;
+    // How far the run has come; a count of nothing when there is no run.
+    virtual void ShowCount(const TRunCount& count) = 0;
     // During a run only StopReadBtn is enabled; between runs, SaveBtn, OkBtn, DeleteBtn and
     // ScaleList are enabled and StopReadBtn is not. A run that meets no error ends with
     // SetRunning(false).

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 #include <utility>
 
@@ -72,7 +73,18 @@ void TScaleRun::EndLog(bool anyChecked) {
     session_.LastError.clear();
     view_.SetConnection({});
     view_.SetProgress({});
+    view_.ShowCount({});
     view_.Log(SeparatorLine());
+}
+
+std::size_t TScaleRun::CountLines(const std::vector<TScaleObj>& items, const TRunArticles& articles,
+                                  TLineChoices choices) const {
+    std::vector<std::int32_t> numbers;
+    for (const TScaleObj& item : items) {
+        if (item.Rec.Checked) numbers.push_back(item.Rec.ScaleNumb);
+    }
+    return TArticleLineBuilder(*articles.table, choices, regional_, {})
+        .CountLines(articles.rows, numbers);
 }
 
 void TScaleRun::LogStart(const std::string& name) {
@@ -98,6 +110,8 @@ void TScaleRun::RunListed(const std::vector<TScaleObj>& items, const TRunArticle
         stop_.TakeBack();
         view_.SetChoicesEnabled(false);
         view_.SetRunning(true);
+        session_.Progress = {};
+        linesLater_ = CountLines(items, articles, choices);
         bool anyChecked = false;
         for (const TScaleObj& item : items) {
             if (!item.Rec.Checked || stop_.IsAbandoned()) continue;
@@ -117,6 +131,9 @@ void TScaleRun::ProcessListed(const TScaleRec& rec, const TRunArticles& articles
         [this](std::string_view line) { view_.Log(std::string(line)); });
     std::vector<std::string> lines;
     builder.Build(articles.rows, rec.ScaleNumb, lines);
+    linesLater_ -= std::min(linesLater_, lines.size());
+    session_.Progress.NextScale(lines.size(), linesLater_);
+    view_.ShowCount(session_.Progress.Count());
 
     const std::string name = rec.ScaleName.Str();
     LogStart(name);
@@ -142,10 +159,16 @@ void TScaleRun::RunDeleteEverything(const std::vector<TScaleObj>& items,
                                     const TRunMarks& marks) noexcept {
     Guarded([&] {
         if (!BeginLog(items)) return;
+        session_.Progress = {};
         bool anyChecked = false;
         for (std::size_t i = 0; i < items.size(); ++i) {
             if (!marks.IsSet(i) || stop_.IsAbandoned()) continue;
             anyChecked = true;
+            std::size_t later = 0;
+            for (std::size_t next = i + 1; next < items.size(); ++next)
+                later += marks.IsSet(next) ? 1 : 0;
+            session_.Progress.NextWholeScale(later);
+            view_.ShowCount(session_.Progress.Count());
             DeleteEverythingIn(items[i].Rec);
         }
         EndLog(anyChecked || stop_.IsAbandoned());

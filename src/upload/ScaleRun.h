@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <vector>
@@ -46,6 +47,9 @@ private:
     // Clears the log. Returns false and logs the reason when the list holds no scale.
     bool BeginLog(const std::vector<TScaleObj>& items);
     void EndLog(bool anyChecked);
+    // Counts the lines of the checked scales.
+    std::size_t CountLines(const std::vector<TScaleObj>& items, const TRunArticles& articles,
+                           TLineChoices choices) const;
     void LogStart(const std::string& name);
     // Shows the connection and opens the scale; the reason of a failure is in session_.LastError.
     bool Connect(const TScaleRec& rec);
@@ -57,6 +61,7 @@ private:
     TRunStop& stop_;
     TRegionalSettings regional_;
     TScaleSession session_;
+    std::size_t linesLater_ = 0;  // of the scales that were not reached yet
 };
 
 // The connection of a scale as ReadPropLabel shows it: the host and the port or speed. Only the

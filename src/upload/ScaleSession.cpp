@@ -30,10 +30,11 @@ bool TScaleSession::InitComm(const TScaleRec& Rec) {
     }
 }
 
-TPassParts TScaleSession::Parts() const {
+TPassParts TScaleSession::Parts() {
     return {.scale = *driver_,
             .clock = clock_,
             .view = view_,
+            .progress = Progress,
             .stop = stop_,
             .decimalSeparator = decimalSeparator_};
 }

@@ -8,6 +8,7 @@
 #include "config/TypesUnit.h"
 #include "scale/DevElicomScaleUnit.h"
 #include "system/Clock.h"
+#include "upload/RunProgress.h"
 #include "upload/RunView.h"
 #include "upload/ScaleFactory.h"
 #include "upload/ScalePass.h"
@@ -24,6 +25,8 @@ public:
                   char decimalSeparator);
 
     std::string LastError;
+    // How far the run has come; the passes count their articles.
+    TRunProgress Progress;
 
     // Makes the driver of a configured scale and opens it. Destroys the previous driver. The
     // session keeps the new driver even if it does not open.
@@ -39,7 +42,7 @@ public:
 
 private:
     // There must be a driver.
-    TPassParts Parts() const;
+    TPassParts Parts();
 
     TScaleFactory& factory_;
     TClock& clock_;

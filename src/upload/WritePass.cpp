@@ -47,10 +47,12 @@ void TWritePass::WriteLines(const std::vector<std::string>& lines) {
     LogVersion(*version);
     TArticleWriter writer(parts_.scale, rec_, *version);
     int written = 0;
+    parts_.StartArticles();
     for (const std::string& line : lines) {
         if (parts_.stop.IsStopped()) throw std::runtime_error(std::string(kStopped));
         if (ParseArticleLine(line, parts_.decimalSeparator, plu_) && WriteArticle(writer))
             ++written;
+        parts_.ArticleDone();
     }
     mode_.Leave();
     parts_.view.Log(WrittenCountLine(written));

@@ -18,6 +18,10 @@ void TPostedRunView::SetProgress(std::string text) {
     queue_.Post([&window = window_, text = std::move(text)] { window.SetProgress(text); });
 }
 
+void TPostedRunView::ShowCount(const TRunCount& count) {
+    queue_.Post([&window = window_, count] { window.ShowCount(count); });
+}
+
 void TPostedRunView::SetRunning(bool running) {
     queue_.Post([&window = window_, running] { window.SetRunning(running); });
 }

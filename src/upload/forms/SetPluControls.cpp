@@ -10,6 +10,7 @@ namespace {
 
 // Sizes at 96 dots per inch.
 constexpr int kMargin = 8;
+constexpr int kScalesWidth = 120;
 constexpr int kListTop = 26;
 constexpr int kListHeight = 140;
 constexpr int kLabelHeight = 16;
@@ -25,6 +26,7 @@ void TSetPluControls::Make(TForm& form, const TRunKind& kind, const std::vector<
     choices.Make(form);
     MakeLog(form);
     MakeButtons(form, kind, actions);
+    bar.Make(form);
 }
 
 void TSetPluControls::MakeScales(TForm& form, const std::vector<TScaleObj>& scales) {
@@ -55,7 +57,7 @@ void TSetPluControls::MakeButtons(TForm& form, const TRunKind& kind,
     okBtn = form.AddButton("OkBtn", "Затвори"_cp1251, {}, actions.close, IDCANCEL);
 }
 
-void TSetPluControls::Arrange(const TForm& form) const {
+void TSetPluControls::Arrange(const TForm& form) {
     if (okBtn == nullptr) return;
     const SIZE client = form.ClientSize();
     const int width = client.cx;
@@ -65,18 +67,24 @@ void TSetPluControls::Arrange(const TForm& form) const {
     const int statusTop = buttonsTop - kMargin - kLabelHeight;
     const int connectionTop = kListTop + kListHeight + kMargin;
     const int memoTop = connectionTop + kLabelHeight + 2;
-    form.Place(lblScales_, {kMargin, kMargin, 120, kLabelHeight});
-    form.Place(scaleList, {kMargin, kListTop, choicesLeft - 2 * kMargin, kListHeight});
+    const int listWidth = choicesLeft - 2 * kMargin;
+    const int besideScales = 2 * kMargin + kScalesWidth;
+    form.Place(lblScales_, {kMargin, kMargin, kScalesWidth, kLabelHeight});
+    form.Place(scaleList, {kMargin, kListTop, listWidth, kListHeight});
     choices.Arrange(form, choicesLeft, kMargin);
     form.Place(readPropLabel, {kMargin, connectionTop, inner, kLabelHeight});
     form.Place(statusMemo, {kMargin, memoTop, inner, statusTop - 4 - memoTop});
     form.Place(lblStatus, {kMargin, statusTop, inner, kLabelHeight});
-    ArrangeButtons(form, width, buttonsTop);
+    const TBounds besideButtons = ArrangeButtons(form, width, buttonsTop);
+    bar.Arrange(form, {.bar = {kMargin, buttonsTop - kMargin + 1, inner, kMargin - 2},
+                       .twoLines = besideButtons,
+                       .oneLine = {besideScales, kMargin, kMargin + listWidth - besideScales,
+                                   kLabelHeight}});
     SendMessageW(scaleList, LVM_SETCOLUMNWIDTH, 0, LVSCW_AUTOSIZE_USEHEADER);
     InvalidateRect(form.Handle(), nullptr, TRUE);
 }
 
-void TSetPluControls::ArrangeButtons(const TForm& form, int width, int top) const {
+TBounds TSetPluControls::ArrangeButtons(const TForm& form, int width, int top) const {
     int left = kMargin;
     const auto place = [&](HWND button, int buttonWidth) {
         form.Place(button, {left, top, buttonWidth, kButtonHeight});
@@ -85,8 +93,11 @@ void TSetPluControls::ArrangeButtons(const TForm& form, int width, int top) cons
     if (saveVisible_) place(saveBtn, kButtonWidth);
     place(deleteBtn, kDeleteWidth);
     place(stopReadBtn, kButtonWidth);
+    const int freeLeft = left;
     left = width - kMargin - kButtonWidth;
+    const int freeWidth = left - kMargin - freeLeft;
     place(okBtn, kButtonWidth);
+    return {freeLeft, top, freeWidth, kButtonHeight};
 }
 
 }  // namespace tolvane

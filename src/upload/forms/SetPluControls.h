@@ -8,6 +8,7 @@
 #include "config/TypesUnit.h"
 #include "upload/RunKind.h"
 #include "upload/forms/LogMemo.h"
+#include "upload/forms/RunBar.h"
 #include "upload/forms/RunChoices.h"
 #include "window/Form.h"
 
@@ -34,7 +35,7 @@ public:
     void Make(TForm& form, const TRunKind& kind, const std::vector<TScaleObj>& scales,
               const TSetPluActions& actions);
     // Fits the controls into the client area; does nothing before Make.
-    void Arrange(const TForm& form) const;
+    void Arrange(const TForm& form);
 
     HWND scaleList = nullptr;
     HWND readPropLabel = nullptr;
@@ -45,13 +46,15 @@ public:
     HWND stopReadBtn = nullptr;
     HWND okBtn = nullptr;
     TRunChoices choices;
+    TRunBar bar;
     TLogMemo log;  // writes into statusMemo
 
 private:
     void MakeScales(TForm& form, const std::vector<TScaleObj>& scales);
     void MakeLog(TForm& form);
     void MakeButtons(TForm& form, const TRunKind& kind, const TSetPluActions& actions);
-    void ArrangeButtons(const TForm& form, int width, int top) const;
+    // The room that is left between the buttons.
+    TBounds ArrangeButtons(const TForm& form, int width, int top) const;
 
     HWND lblScales_ = nullptr;
     bool saveVisible_ = true;

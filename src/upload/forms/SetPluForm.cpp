@@ -237,6 +237,11 @@ void TSetPluForm::SetProgress(std::string text) {
     SetWindowText(controls_.lblStatus, text);
 }
 
+void TSetPluForm::ShowCount(const TRunCount& count) {
+    controls_.log.Flush();
+    controls_.bar.Show(count);
+}
+
 void TSetPluForm::SetRunning(bool running) {
     controls_.log.Flush();
     // The run has finished: once the buttons are enabled, the user may start the next one.

@@ -64,6 +64,7 @@ private:
     void Log(std::string line) override;
     void SetConnection(std::string text) override;
     void SetProgress(std::string text) override;
+    void ShowCount(const TRunCount& count) override;
     void SetRunning(bool running) override;
     void SetChoicesEnabled(bool enabled) override;
     void ShowRunError(std::string text) override;

@@ -35,6 +35,7 @@ public:
         std::string log;  // a line feed after each entry
         std::string connection;
         std::string progress;
+        TRunCount count;
         int changes = 0;
         bool running = false;
         bool choices = true;
@@ -52,6 +53,9 @@ public:
     }
     void SetProgress(std::string text) override {
         Change([&](TShown& shown) { shown.progress = std::move(text); });
+    }
+    void ShowCount(const TRunCount& count) override {
+        Change([&](TShown& shown) { shown.count = count; });
     }
     void SetRunning(bool running) override {
         Change([&](TShown& shown) { shown.running = running; });

@@ -67,10 +67,12 @@ protected:
 TEST_F(PostedRunView, ShowsExactlyWhatARunOnTheWindowsThreadShowsInItsOrder) {
     TEvents direct;
     TRecordingView directView(direct);
+    directView.countsAreEvents = true;
     Run(directView);
 
     TEvents posted;
     TRecordingView windowView(posted);
+    windowView.countsAreEvents = true;
     bool ended = false;
     TQueueForm form;
     std::thread worker([&] {
@@ -85,7 +87,7 @@ TEST_F(PostedRunView, ShowsExactlyWhatARunOnTheWindowsThreadShowsInItsOrder) {
     worker.join();
     EXPECT_EQ(posted, direct);
     // Every kind of call was among them.
-    for (const std::string kind : {"clear", "log:", "connection:", "progress:", "running",
+    for (const std::string kind : {"clear", "log:", "connection:", "progress:", "count:", "running",
                                    "at rest", "choices on", "choices off", "error:"})
         EXPECT_FALSE(Filtered(posted, {kind}).empty()) << kind;
 }

@@ -9,6 +9,7 @@
 #include "DeafListener.h"
 #include "RunWindowFixture.h"
 #include "simulator/CodePages.h"
+#include "tests/support/window/Screenshot.h"
 #include "text/Cp1251.h"
 #include "window/CheckList.h"
 
@@ -88,6 +89,75 @@ TEST_F(RunWindowRun, AfterARunEveryControlIsEnabledAndBothLabelsAreEmpty) {
     Show(2);
     EXPECT_EQ(connection, "Хост: 127.0.0.1 Порт: " + std::to_string(scales_[1].TCPPort));
     EXPECT_EQ(Scale(1).State().articles.at(12).priceWrites, 2);
+}
+
+TEST_F(RunWindowRun, ABarAndItsTextShowHowFarTheRunHasCome) {
+    ShortenPauses();
+    SetArticles(ManyGoods(40));
+    const auto visible = [](const char* name) { return IsWindowVisible(Part(name)) != 0; };
+    script_.When([] { return IsAtRest(); },
+                 [&] {
+                     EXPECT_FALSE(visible("RunBar"));
+                     EXPECT_FALSE(visible("lblRunCount"));
+                     Click(Part("SaveBtn"));
+                 });
+    std::string text;
+    LRESULT position = 0;
+    LRESULT all = 0;
+    bool shown = false;
+    script_.When([this] { return PriceWrites(1) > 20; },
+                 [&] {
+                     text = TextOf("lblRunCount");
+                     position = SendMessageW(Part("RunBar"), PBM_GETPOS, 0, 0);
+                     all = SendMessageW(Part("RunBar"), PBM_GETRANGE, FALSE, 0);
+                     shown = visible("RunBar") && visible("lblRunCount");
+                     SaveScreenshot(Form(), "run-bar");
+                 });
+    script_.When([] { return LogEnds(); },
+                 [&] {
+                     EXPECT_FALSE(visible("RunBar"));
+                     EXPECT_FALSE(visible("lblRunCount"));
+                     PostKey(VK_ESCAPE);
+                 });
+    Show(2);
+    EXPECT_TRUE(shown);
+    EXPECT_EQ(all, 40);
+    EXPECT_GT(position, 10);
+    EXPECT_LE(position, 40);
+    EXPECT_EQ(text.substr(0, text.find("\r\n")), std::to_string(position) + " от 40");
+}
+
+// The text goes where it has room, and lies over no other control.
+TEST_F(RunWindowRun, TheTextOfTheBarHasRoomInEveryWidth) {
+    const auto rectOf = [](const char* name) {
+        RECT rect{};
+        GetWindowRect(Part(name), &rect);
+        return rect;
+    };
+    script_.When([] { return IsAtRest(); },
+                 [&] {
+                     for (const int width : {620, 660, 686, 1000}) {
+                         SetWindowPos(Form(), nullptr, 0, 0, width, 500, SWP_NOZORDER | SWP_NOMOVE);
+                         const RECT text = rectOf("lblRunCount");
+                         EXPECT_GE(text.right - text.left, 104) << width;
+                         for (HWND other = GetWindow(Form(), GW_CHILD); other != nullptr;
+                              other = GetWindow(other, GW_HWNDNEXT)) {
+                             if (other == Part("lblRunCount") || IsWindowVisible(other) == 0)
+                                 continue;
+                             RECT rect{};
+                             GetWindowRect(other, &rect);
+                             RECT both{};
+                             EXPECT_EQ(IntersectRect(&both, &rect, &text), FALSE)
+                                 << width << ComponentName(other);
+                             const RECT bar = rectOf("RunBar");
+                             EXPECT_TRUE(other == Part("RunBar") ||
+                                         IntersectRect(&both, &rect, &bar) == FALSE)
+                                 << width << ComponentName(other);
+                         }
+                     }
+                     PostKey(VK_ESCAPE);
+                 });
+    Show(2);
 }
 
 TEST_F(RunWindowRun, ARunOfMarkedArticlesTakesTheMarkedOnes) {

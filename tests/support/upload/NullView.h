@@ -13,6 +13,7 @@ public:
     void Log(std::string) override {}
     void SetConnection(std::string) override {}
     void SetProgress(std::string) override {}
+    void ShowCount(const TRunCount&) override {}
     void SetRunning(bool) override {}
     void SetChoicesEnabled(bool) override {}
     void ShowMemoryError() noexcept override { ShowRunError("no memory"); }

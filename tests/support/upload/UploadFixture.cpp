@@ -125,6 +125,13 @@ void TRecordingView::SetProgress(std::string text) {
     if (onProgress) onProgress(events_.back());
 }
 
+void TRecordingView::ShowCount(const TRunCount& count) {
+    counts.push_back(count);
+    if (countsAreEvents)
+        events_.push_back("count:" + std::to_string(count.done) + " of " +
+                          std::to_string(count.all));
+}
+
 void TRecordingView::ShowRunError(std::string text) {
     events_.push_back("error:" + ToUtf8(text));
     if (onRunError) onRunError();

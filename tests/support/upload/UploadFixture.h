@@ -68,6 +68,7 @@ public:
     void Log(std::string line) override;
     void SetConnection(std::string text) override;
     void SetProgress(std::string text) override;
+    void ShowCount(const TRunCount& count) override;
     void SetRunning(bool running) override {
         events_.emplace_back(running ? "running" : "at rest");
     }
@@ -76,6 +77,9 @@ public:
     }
     void ShowRunError(std::string text) override;
     void ShowMemoryError() noexcept override { events_.emplace_back("out of memory"); }
+
+    std::vector<TRunCount> counts;
+    bool countsAreEvents = false;  // also "count:1 of 2"
 
     std::function<void()> onClear;
     std::function<void(const std::string&)> onLog;

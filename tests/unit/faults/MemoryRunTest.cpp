@@ -40,6 +40,10 @@ public:
     }
     void SetConnection(std::string text) override { Pass(text); }
     void SetProgress(std::string text) override { Pass(text); }
+    void ShowCount(const TRunCount& count) override {
+        Pass({});
+        counted = count;
+    }
     void SetRunning(bool on) override {
         Pass({});
         running = on;
@@ -61,6 +65,7 @@ public:
         return std::find(log.begin(), log.end(), line) != log.end();
     }
 
+    TRunCount counted;
     bool running = false;
     bool choices = true;
     std::vector<std::string> log;
@@ -195,6 +200,7 @@ protected:
         EXPECT_EQ(view_.errors, std::vector<std::string>{});
         EXPECT_TRUE(view_.HasLogged(Success()));
         EXPECT_FALSE(view_.running);
+        EXPECT_EQ(view_.counted, TRunCount{});
         EXPECT_TRUE(view_.choices);
         EXPECT_EQ(Prices(), Expected());
     }

@@ -266,6 +266,23 @@ TEST_F(ArticleLineBuilderTest, Build_ClearsTheListKeepsTheOrderAndLogsTheSummary
                       "Ще бъдат записани само валидните артикули"}));
 }
 
+TEST_F(ArticleLineBuilderTest, LinesAreCountedForAllScalesTogetherWithoutALog) {
+    TArticle forTwo = Tomatoes();
+    forTwo.forScales = "2,5";
+    TArticle bad = Tomatoes();
+    bad.barcode = "1";
+    TArticle unreadable = Tomatoes();
+    unreadable.bestBefore = "x";
+    TArticle forNone = Tomatoes();
+    forNone.forScales = "";
+    const auto table = test::TableOf({Tomatoes(), forTwo, bad, forTwo, unreadable, forNone});
+    const TArticleLineBuilder builder = Builder(*table);
+    EXPECT_EQ(builder.CountLines(table->Order(), {1}), 1U);
+    EXPECT_EQ(builder.CountLines(table->Order(), {1, 2, 5}), 3U + 2U + 2U);
+    EXPECT_EQ(builder.CountLines(table->Order(), {}), 0U);
+    EXPECT_EQ(log_, TLines{});
+}
+
 TEST(RowsOfRun, AllRowsComeInTheTablesOrder) {
     const auto table = test::TableOf({TArticle{}, TArticle{}, TArticle{}});
     EXPECT_EQ(RowsOfRun(*table, false, {2, 0}, 1), (std::vector<TRowId>{0, 1, 2}));

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -64,6 +65,13 @@ protected:
     TEvents Seen() const {
         return test::Filtered(events_, {"clear", "log:", "connection:", "progress:", "running",
                                         "at rest", "choices", "error:", "open", "freed"});
+    }
+    // What the view has shown of the run's articles: "1/3" for the first of three.
+    TEvents Counts() const {
+        TEvents counts;
+        for (const TRunCount& count : view_.counts)
+            counts.push_back(std::to_string(count.done) + "/" + std::to_string(count.all));
+        return counts;
     }
     TEvents Logged() const { return test::Filtered(events_, {"log:"}); }
     TEvents PriceWrites() const { return test::Filtered(events_, {"49", "4A", "4B"}); }
@@ -168,6 +176,45 @@ TEST_F(ScaleRunTest, AScaleThatCannotBeOpenedIsLoggedAndTheNextOneIsWritten) {
                                kLine,
                                "choices on",
                                "at rest"}));
+}
+
+TEST_F(ScaleRunTest, ArticlesAreCountedOverAllScalesOfTheRun) {
+    TArticle ofTheSecond = Goods(2, "A");
+    ofTheSecond.forScales = "2";
+    TArticle bad = Goods(3, "A");
+    bad.barcode = "";
+    Run({Item(1), Item(2), Item(3, false)}, {Goods(1, "A"), ofTheSecond, bad});
+    EXPECT_EQ(Counts(), (TEvents{"0/3", "0/3", "1/3", "1/3", "1/3", "2/3", "3/3", "0/0"}));
+}
+
+TEST_F(ScaleRunTest, TheArticlesOfAScaleThatFailsAreNoPartOfTheCountAnyMore) {
+    const std::vector<TScaleObj> items = {Item(1), Item(2)};
+    Scale(1).openError = "refused";
+    Run(items, {Goods(1, "A"), Goods(2, "A")}, false);
+    EXPECT_EQ(Counts(), (TEvents{"0/4", "0/2", "0/2", "1/2", "2/2", "0/0"}));
+}
+
+TEST_F(ScaleRunTest, ADeleteRunTakesScalesThatItHasNotReachedForAsLargeAsTheLastOne) {
+    const std::vector<TScaleObj> items = {Item(1), Item(2)};
+    Scale(1).maxPlu = 2;
+    Scale(2).maxPlu = 1;
+    RunDelete(items);
+    EXPECT_EQ(Counts(), (TEvents{"0/0", "0/4", "1/4", "2/4", "2/4", "2/3", "3/3", "0/0"}));
+}
+
+TEST_F(ScaleRunTest, TheTimeLeftComesFromWhatTheArticlesHaveTaken) {
+    const std::vector<TScaleObj> items = {Item(1)};
+    Scale(1).errorCode = [this](const test::TRequest& request) -> std::uint8_t {
+        if (request.command == 0x49) clock_.Sleep(TMilliseconds(1000));
+        return 0;
+    };
+    Run(items, test::ManyGoods(8), false);
+    // After the first two counts, one for each article. With the pause of 30 ms after its name an
+    // article takes 1.03 s, so the last three 3.09 s.
+    ASSERT_EQ(view_.counts.size(), 2U + 8U + 1U);
+    EXPECT_EQ(view_.counts[5], (TRunCount{.done = 4, .all = 8}));
+    EXPECT_EQ(view_.counts[6], (TRunCount{.done = 5, .all = 8, .left = std::chrono::seconds(4)}));
+    EXPECT_EQ(view_.counts[9], (TRunCount{.done = 8, .all = 8}));
 }
 
 TEST_F(ScaleRunTest, AnUncheckedScaleIsLeftOut) {
