@@ -182,6 +182,10 @@ void TSetPluForm::RunEnded(unsigned run) {
     if (closing_) EndModal(IDCANCEL);
 }
 
+void TSetPluForm::CallUserBack() const {
+    CallUser(Handle(), context_.attention);
+}
+
 void TSetPluForm::OnDestroy() {
     stop_->Abandon();
     try {
@@ -256,6 +260,7 @@ void TSetPluForm::SetRunning(bool running) {
         focus == nullptr || (IsChild(Handle(), focus) != 0 && IsWindowEnabled(focus) == 0);
     if (lost && GetActiveWindow() == Handle())
         SetFocus(running ? controls_.stopReadBtn : startedBy_);
+    if (!running && !closing_) CallUserBack();
 }
 
 void TSetPluForm::SetChoicesEnabled(bool enabled) {
@@ -265,11 +270,13 @@ void TSetPluForm::SetChoicesEnabled(bool enabled) {
 
 void TSetPluForm::ShowRunError(std::string text) {
     controls_.log.Flush();
+    CallUserBack();
     ShowError(Handle(), text);
 }
 
 void TSetPluForm::ShowMemoryError() noexcept {
     controls_.log.Flush();
+    CallUserBack();
     ShowError(Handle(), kOutOfMemory);
 }
 

@@ -56,6 +56,8 @@ private:
     template <class Body>
     void StartRun(Body body);
     void RunEnded(unsigned run);
+    // Tells a user who works with another program that the run is over.
+    void CallUserBack() const;
     // Saves check marks and settings; only the first call does anything.
     void StoreResults();
 

@@ -11,6 +11,7 @@
 #include "config/RunNumber.h"
 #include "config/ScaleTable.h"
 #include "system/Clock.h"
+#include "window/Attention.h"
 
 namespace tolvane {
 
@@ -23,6 +24,7 @@ struct TRunContext {
     TScaleTable* scales = nullptr;  // receives the check marks when the window closes
     std::filesystem::path iniFile;  // the module's configuration file
     TClock* clock = &SystemClock();  // of deadlines and pauses; outlives the window
+    TAttentionCalls attention{};     // for the end of a run
 };
 
 // Shows the run window and returns when it has closed and its run has ended. Does nothing without

@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "ControlRecorder.h"
 #include "RunWindowFixture.h"
@@ -12,6 +13,34 @@ namespace tolvane::test {
 namespace {
 
 using RunWindowLife = TRunWindowTest;
+
+// A system with another program in front, or this one, that records what is to flash.
+class RunWindowEnd : public TRunWindowTest {
+protected:
+    RunWindowEnd() {
+        front = nullptr;
+        flashed.clear();
+        context_.attention = {.getForegroundWindow = &Foreground, .flashWindowEx = &Flash};
+        ShortenPauses();
+    }
+    // The flashes of a run that ends, before the window is closed.
+    std::vector<FLASHWINFO> FlashesOfARun() {
+        ThenStart("SaveBtn");
+        ThenClose();
+        Show(2);
+        return flashed;
+    }
+
+    static inline HWND front = nullptr;
+    static inline std::vector<FLASHWINFO> flashed;
+
+private:
+    static HWND WINAPI Foreground() { return front; }
+    static BOOL WINAPI Flash(FLASHWINFO* flash) {
+        flashed.push_back(*flash);
+        return FALSE;
+    }
+};
 
 TEST_F(RunWindowLife, TheWindowRepaintsMovesAndAnswersWhileAScaleIsSilent) {
     SetSilent(1);
@@ -72,6 +101,48 @@ TEST_F(RunWindowLife, TheWindowRepaintsMovesAndAnswersWhileAScaleIsSilent) {
                         "Грешка при запис артикули във везна: Везна 1\r\n"),
               std::string::npos)
         << log_;
+}
+
+TEST_F(RunWindowEnd, TheHostsTaskBarButtonFlashesUntilTheHostIsInFront) {
+    // Belongs to the system.
+    front = GetDesktopWindow();
+    const std::vector<FLASHWINFO> flashes = FlashesOfARun();
+    ASSERT_EQ(flashes.size(), 1U);
+    EXPECT_EQ(flashes[0].cbSize, sizeof(FLASHWINFO));
+    EXPECT_EQ(flashes[0].hwnd, frame_);
+    EXPECT_EQ(flashes[0].dwFlags, DWORD{FLASHW_TRAY | FLASHW_TIMERNOFG});
+    EXPECT_EQ(flashes[0].dwTimeout, 0U);
+}
+
+TEST_F(RunWindowEnd, TheButtonFlashesAlsoWhenNoWindowIsInFront) {
+    EXPECT_EQ(FlashesOfARun().size(), 1U);
+}
+
+TEST_F(RunWindowEnd, NothingFlashesWhileTheHostIsInFront) {
+    front = frame_;
+    EXPECT_TRUE(FlashesOfARun().empty());
+}
+
+TEST_F(RunWindowEnd, TheButtonFlashesForAnError) {
+    TArticle article = Goods(1, "A");
+    article.bestBefore = "x";
+    SetArticles({article});
+    ThenStart("SaveBtn");
+    std::size_t underTheBox = 0;
+    script_.When([] { return Box() != nullptr; }, [&] { underTheBox = flashed.size(); });
+    ThenAnswer(IDOK);
+    script_.When([] { return Box() == nullptr; }, [] { PostKey(VK_ESCAPE); });
+    Show(2);
+    EXPECT_EQ(underTheBox, 1U);
+    EXPECT_EQ(flashed.size(), 1U);
+}
+
+TEST_F(RunWindowEnd, NothingFlashesWhenTheUserHasClosedTheWindow) {
+    SetArticles(ManyGoods(200));
+    ThenStart("SaveBtn");
+    script_.When([&] { return PriceWrites(1) > 0; }, [] { PostKey(VK_ESCAPE); });
+    Show(2);
+    EXPECT_TRUE(flashed.empty());
 }
 
 TEST_F(RunWindowLife, EscDuringARunEndsItAndThenClosesTheWindow) {
