@@ -1,5 +1,7 @@
 #include "window/FlatButton.h"
 
+#include <commctrl.h>
+
 #include <array>
 #include <string>
 
@@ -10,6 +12,7 @@ namespace {
 
 constexpr const wchar_t* kArrowProperty = L"FlatButtonArrow";
 constexpr const wchar_t* kIconProperty = L"FlatButtonIcon";
+constexpr const wchar_t* kHotProperty = L"FlatButtonHot";
 constexpr int kMargin = 6;
 constexpr int kIconSize = 16;
 constexpr int kArrowHalf = 4;
@@ -35,7 +38,35 @@ void DrawLabel(const DRAWITEMSTRUCT& item, RECT rect) {
               DT_SINGLELINE | DT_VCENTER | DT_CENTER | DT_END_ELLIPSIS | DT_NOPREFIX);
 }
 
+bool IsHot(HWND button) {
+    return GetPropW(button, kHotProperty) != nullptr;
+}
+
+void BecomeHot(HWND button) {
+    TRACKMOUSEEVENT track{sizeof track, TME_LEAVE, button, 0};
+    // Without the message of the leaving mouse the button would stay as it is.
+    if (TrackMouseEvent(&track) == 0) return;
+    SetPropW(button, kHotProperty, button);
+    InvalidateRect(button, nullptr, FALSE);
+}
+
+void BecomeCold(HWND button) {
+    RemovePropW(button, kHotProperty);
+    InvalidateRect(button, nullptr, FALSE);
+}
+
+LRESULT CALLBACK FlatButtonProcedure(HWND button, UINT id, WPARAM wParam, LPARAM lParam, UINT_PTR,
+                                     DWORD_PTR) noexcept {
+    if (id == WM_MOUSEMOVE && !IsHot(button)) BecomeHot(button);
+    if (id == WM_MOUSELEAVE) BecomeCold(button);
+    return DefSubclassProc(button, id, wParam, lParam);
+}
+
 }  // namespace
+
+void PrepareFlatButton(HWND button) noexcept {
+    SetWindowSubclass(button, &FlatButtonProcedure, 0, 0);
+}
 
 void SetFlatButtonArrow(HWND button, bool arrow) {
     SetPropW(button, kArrowProperty, reinterpret_cast<HANDLE>(static_cast<INT_PTR>(arrow)));
@@ -48,13 +79,19 @@ void SetFlatButtonIcon(HWND button, HICON icon) {
 void RemoveFlatButtonLook(HWND button) noexcept {
     RemovePropW(button, kArrowProperty);
     RemovePropW(button, kIconProperty);
+    RemovePropW(button, kHotProperty);
+    RemoveWindowSubclass(button, &FlatButtonProcedure, 0);
 }
 
 void DrawFlatButton(const DRAWITEMSTRUCT& item, TDpi dpi) {
     RECT rect = item.rcItem;
     FillRect(item.hDC, &rect, GetSysColorBrush(COLOR_BTNFACE));
     const bool pressed = (item.itemState & ODS_SELECTED) != 0;
-    if (pressed) DrawEdge(item.hDC, &rect, BDR_SUNKENOUTER, BF_RECT);
+    const bool disabled = (item.itemState & ODS_DISABLED) != 0;
+    if (pressed)
+        DrawEdge(item.hDC, &rect, BDR_SUNKENOUTER, BF_RECT);
+    else if (IsHot(item.hwndItem) && !disabled)
+        DrawEdge(item.hDC, &rect, BDR_RAISEDINNER, BF_RECT);
     if ((item.itemState & ODS_FOCUS) != 0 && (item.itemState & ODS_NOFOCUSRECT) == 0) {
         RECT focus = rect;
         InflateRect(&focus, -dpi.Scale(3), -dpi.Scale(3));

@@ -6,8 +6,11 @@
 
 namespace tolvane {
 
-// Flat buttons are drawn by their form. Their arrow and icon are kept as window properties.
-// Interface thread.
+// Flat buttons are drawn by their form. Their arrow and icon, and whether the mouse is over one,
+// are kept as window properties. Interface thread.
+
+// Makes a button show that the mouse is over it.
+void PrepareFlatButton(HWND button) noexcept;
 
 // Sets whether the button has a small arrow: at its right edge, or in the middle of a button
 // without text.

@@ -83,6 +83,7 @@ HWND TForm::AddControl(const TControlOptions& options) {
     const int id = options.id != 0 ? options.id : nextId_++;
     const HWND control = MakeControl(Handle(), id, dpi_, font_.Get(), options);
     if (options.action) actions_[id] = options.action;
+    if (!options.hint.empty()) hints_.Add(Handle(), control, options.hint);
     return control;
 }
 
@@ -169,6 +170,7 @@ LRESULT TForm::HandleMessage(const TMessage& message) {
         case WM_DESTROY:
             keyHook_.Remove();
             queue_.Detach();
+            hints_.Remove();
             OnDestroy();
             return 0;
         case WM_GETMINMAXINFO:

@@ -10,6 +10,7 @@
 #include "window/Dpi.h"
 #include "window/FormControls.h"
 #include "window/Handles.h"
+#include "window/Hints.h"
 #include "window/KeyHook.h"
 #include "window/PostQueue.h"
 #include "window/Window.h"
@@ -130,6 +131,7 @@ private:
     TOwnedFont boldFont_;
     TPostQueue queue_;
     TKeyHook keyHook_;
+    THints hints_;
     std::map<int, std::function<void()>> actions_;
     HWND lastFocus_ = nullptr;
     int nextId_ = 100;

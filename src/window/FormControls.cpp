@@ -73,7 +73,9 @@ HWND MakeControl(HWND parent, int id, TDpi dpi, HFONT font, const TControlOption
     SetComponentName(control, options.name);
     SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
     if (options.kind == TControlKind::CheckList) PrepareCheckList(control);
-    if (options.kind == TControlKind::FlatDropButton) SetFlatButtonArrow(control, true);
+    const bool drops = options.kind == TControlKind::FlatDropButton;
+    if (drops || options.kind == TControlKind::FlatButton) PrepareFlatButton(control);
+    if (drops) SetFlatButtonArrow(control, true);
     return control;
 }
 

@@ -42,10 +42,11 @@ struct TControlOptions {
     // IDOK makes a button the default one (Enter), IDCANCEL the cancel button (Esc); for 0 the form
     // picks a number.
     int id = 0;
+    std::string_view hint{};  // appears while the mouse rests on the control; code page 1251
 };
 
-// Makes a control that reports to `parent` with the number `id`. Ignores the action, which the form
-// keeps. Throws TWindowError. Interface thread, as all functions below.
+// Makes a control that reports to `parent` with the number `id`. Ignores the action and the hint,
+// which the form keeps. Throws TWindowError. Interface thread, as all functions below.
 HWND MakeControl(HWND parent, int id, TDpi dpi, HFONT font, const TControlOptions& options);
 
 // Appends a line to a memo and scrolls to it. While a text is selected, the user is reading: the

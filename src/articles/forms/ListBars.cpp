@@ -45,11 +45,13 @@ void TListBars::MakeTop(TClick search) {
                       .name = "SearchButton",
                       .text = "Търси:"_cp1251,
                       .bounds = {kMargin, kButtonTop, 180, kButtonHeight},
-                      .action = std::move(search)});
+                      .action = std::move(search),
+                      .hint = "Търсене в избраната колона (Ctrl+F); следващо: F3"_cp1251});
     form_.AddControl({.kind = TControlKind::FlatDropButton,
                       .name = "SearchMenuButton",
                       .bounds = {184, kButtonTop, 24, kButtonHeight},
-                      .action = [this] { DropMenu(searchMenu_.Get(), "SearchMenuButton"); }});
+                      .action = [this] { DropMenu(searchMenu_.Get(), "SearchMenuButton"); },
+                      .hint = "Избор на колоната, в която се търси"_cp1251});
     form_.Add(TControlKind::VerticalLine, "SearchBevel", {}, {212, 5, 2, 23});
     MakeSaveButton();
     form_.Add(TControlKind::VerticalLine, "SaveBevel", {}, {464, 5, 2, 23});
@@ -62,7 +64,8 @@ void TListBars::MakeSaveButton() {
                           .name = "SaveButton",
                           .text = "Везни Elicom EVL/ETS"_cp1251,
                           .bounds = {218, kButtonTop, 242, kButtonHeight},
-                          .action = [this] { DropMenu(saveMenu_.Get(), "SaveButton"); }});
+                          .action = [this] { DropMenu(saveMenu_.Get(), "SaveButton"); },
+                          .hint = "Запис и изтриване на артикули, настройка на везните"_cp1251});
     SendMessageW(save, WM_SETFONT, reinterpret_cast<WPARAM>(form_.BoldFont()), FALSE);
     const int iconSize = form_.Dpi().Scale(kScaleIconSize);
     scaleIcon_.Reset(

@@ -174,8 +174,11 @@ void TScaleSettingsControls::TMaker::MakeSerialControls() {
     controls_.cbPickComPort =
         AddCombo("cbPickComPort", {kSerialField, top + kRow, 70, kOpenedComboHeight}, {});
     controls_.btnRefreshComList =
-        form_.AddButton("btnRefreshComList", "П"_cp1251,
-                        {kSerialField + 72, top + kRow, 22, kFieldHeight}, actions_.refreshComList);
+        form_.AddControl({.name = "btnRefreshComList",
+                          .text = "П"_cp1251,
+                          .bounds = {kSerialField + 72, top + kRow, 22, kFieldHeight},
+                          .action = actions_.refreshComList,
+                          .hint = "Прочитане отново на COM портовете"_cp1251});
     form_.AddLabel("lblBaudRate", "Скорост:"_cp1251,
                    {kLabelLeft, top + 2 * kRow + kLabelDrop, 80, kLabelHeight});
     controls_.cbBaudRate = AddCombo(
@@ -194,9 +197,16 @@ void TScaleSettingsControls::TMaker::MakeNetworkControls() {
     SendMessageW(controls_.edtIpAddress, EM_LIMITTEXT, TIpMask::kLength, 0);
     MakeIpMaskEdit(controls_.edtIpAddress);
     controls_.btnFindDevices =
-        form_.AddButton("btnFindDevices", "Т"_cp1251, {kNetworkField + 92, top, 20, kFieldHeight},
-                        actions_.findDevices);
-    form_.AddButton("btnHint", "?", {kNetworkField + 114, top, 20, kFieldHeight}, actions_.hint);
+        form_.AddControl({.name = "btnFindDevices",
+                          .text = "Т"_cp1251,
+                          .bounds = {kNetworkField + 92, top, 20, kFieldHeight},
+                          .action = actions_.findDevices,
+                          .hint = "Търсене на везни в мрежата"_cp1251});
+    form_.AddControl({.name = "btnHint",
+                      .text = "?",
+                      .bounds = {kNetworkField + 114, top, 20, kFieldHeight},
+                      .action = actions_.hint,
+                      .hint = "Помощ за настройката на връзката"_cp1251});
     form_.AddLabel("lblPort", "Порт:"_cp1251,
                    {labelLeft, top + kRow + kLabelDrop, 60, kLabelHeight});
     controls_.edtPort =

@@ -4,6 +4,7 @@
 
 #include "settings/forms/ScaleComunicationForm.h"
 #include "settings/forms/uHint.h"
+#include "tests/support/window/HintText.h"
 #include "tests/support/window/HostFrame.h"
 #include "tests/support/window/UserScript.h"
 
@@ -101,6 +102,16 @@ TEST_F(LayoutTest, ConnectionDialog) {
                            {[](bool, std::vector<std::string>&) {}, search_});
     ExpectTextsFit(form.Handle());
     ExpectControlsApart(form.Handle());
+}
+
+TEST_F(LayoutTest, ButtonsOfOneLetterSayWhatTheyAreFor) {
+    TfrmScaleSettings form(host_.Frame(), {}, {}, {},
+                           {[](bool, std::vector<std::string>&) {}, search_});
+    const auto hint = [&](const char* name) { return HintText(form.Handle(), name); };
+    EXPECT_EQ(hint("btnRefreshComList"), "Прочитане отново на COM портовете");
+    EXPECT_EQ(hint("btnFindDevices"), "Търсене на везни в мрежата");
+    EXPECT_EQ(hint("btnHint"), "Помощ за настройката на връзката");
+    EXPECT_EQ(hint("btnOk"), "");
 }
 
 TEST_F(LayoutTest, ScaleList) {
