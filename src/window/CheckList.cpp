@@ -71,6 +71,20 @@ void TCheckList::SetCurrent(int index) {
     ListView_EnsureVisible(list_, index, FALSE);
 }
 
+void TCheckList::ShowWholeLines() const {
+    RECT line{};
+    RECT client{};
+    RECT outer{};
+    if (!ListView_GetItemRect(list_, 0, &line, LVIR_BOUNDS)) return;
+    GetClientRect(list_, &client);
+    GetWindowRect(list_, &outer);
+    const LONG height = line.bottom - line.top;
+    if (height <= 0 || Count() <= client.bottom / height) return;
+    SetWindowPos(list_, nullptr, 0, 0, outer.right - outer.left,
+                 outer.bottom - outer.top - client.bottom % height,
+                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
 void TCheckList::Remove(int index) {
     ListView_DeleteItem(list_, index);
 }

@@ -26,6 +26,8 @@ public:
     void Remove(int index);
     // Takes a line out, with its check mark, and inserts it at the other index.
     void Move(int from, int to);
+    // Makes the list lower by the part of a line that shows at its lower edge, if lines are beyond.
+    void ShowWholeLines() const;
 
 private:
     int Insert(int at, std::wstring text, bool checked);

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "window/CheckList.h"
+#include "window/DefaultLook.h"
 #include "window/FlatButton.h"
 #include "window/Module.h"
 #include "window/VisualStyle.h"
@@ -73,6 +74,7 @@ HWND MakeControl(HWND parent, int id, TDpi dpi, HFONT font, const TControlOption
     SetComponentName(control, options.name);
     SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
     if (options.kind == TControlKind::CheckList) PrepareCheckList(control);
+    if (options.kind == TControlKind::Button) PrepareDefaultLook(control);
     const bool drops = options.kind == TControlKind::FlatDropButton;
     if (drops || options.kind == TControlKind::FlatButton) PrepareFlatButton(control);
     if (drops) SetFlatButtonArrow(control, true);

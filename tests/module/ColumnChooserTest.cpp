@@ -85,6 +85,19 @@ protected:
 
 }  // namespace
 
+TEST_F(ColumnChooserTest, NoLineIsCutAtTheLowerEdge) {
+    Choose({[](HWND window) {
+                const HWND lines = Lines(window);
+                RECT line{LVIR_BOUNDS, 0, 0, 0};
+                SendMessageW(lines, LVM_GETITEMRECT, 0, reinterpret_cast<LPARAM>(&line));
+                RECT client{};
+                GetClientRect(lines, &client);
+                EXPECT_GT(client.bottom, 15 * (line.bottom - line.top));
+                EXPECT_EQ(client.bottom % (line.bottom - line.top), 0);
+            },
+            Pressing("btnCancel")});
+}
+
 TEST_F(ColumnChooserTest, LooksAsAskedFor) {
     Choose({[](HWND window) {
                 EXPECT_EQ(Utf8TextOf(window), "Видими колони");

@@ -77,6 +77,7 @@ void TColListForm::Fill() {
         hiddenRows_ += column.visible ? '0' : '1';
     }
     if (lines.Count() > 0) lines.SetCurrent(0);
+    lines.ShowWholeLines();
 }
 
 void TColListForm::CheckAll(bool checked) {

@@ -336,6 +336,29 @@ TEST_F(ScaleListTest, TabGoesThroughTheControls) {
                              "btnOk", "btnCancel"}));
 }
 
+TEST_F(ScaleListTest, OnlyTheButtonThatEnterPressesLooksLikeTheDefaultOne) {
+    const auto expectDefault = [](HWND window, const std::string& expected) {
+        for (const char* name :
+             {"btnAddScale", "btnEditScale", "btnDeleteScale", "btnOk", "btnCancel"}) {
+            const LONG style = GetWindowLongW(ControlOf(window, name), GWL_STYLE);
+            EXPECT_EQ((style & BS_TYPEMASK) == BS_DEFPUSHBUTTON, name == expected)
+                << name << ", expected " << expected;
+        }
+    };
+    Show(kTwo, {[&](HWND window) {
+             expectDefault(window, "btnOk");
+             for (const char* name :
+                  {"btnAddScale", "btnDeleteScale", "btnOk", "btnEditScale", "btnCancel"}) {
+                 SetFocus(ControlOf(window, name));
+                 expectDefault(window, name);
+             }
+             SaveScreenshot(window, "scales-cancel-focused");
+             SetFocus(ControlOf(window, "ScaleListBox"));
+             expectDefault(window, "btnOk");
+             Press(window, "btnCancel");
+         }});
+}
+
 TEST_F(ScaleListTest, ArrowsMoveInTheListAndShowTheDetails) {
     Show(kTwo, {[](HWND) { PostKey(VK_DOWN); },
                 [](HWND window) {
