@@ -180,9 +180,10 @@ test_plan_lane_b() {
         after build-windows client; lane b
         reads "$WINDOWS/tests/module/settings/test_settings.exe" tests/module/settings docs/settings-windows.md \
             "${TEST_SCRIPTS[@]}"
-    job list-144 "List window, 144 dots per inch" test_in_lane b test_module_resolution 144
+    job resolutions "All windows, 120 to 192 dots per inch" test_in_lane b test_resolutions 120 144 192
         after build-windows client; lane b
-        reads "$WINDOWS/tests/module/test_module.exe" tests/module/settings/steps.sh "${MODULE_FILES[@]}"
+        reads "$WINDOWS/tests/module/test_module.exe" "$WINDOWS/tests/module/settings/test_settings.exe" \
+            "$WINDOWS/tests/module/run/test_upload_forms.exe" tests/module/settings/steps.sh "${MODULE_FILES[@]}"
     job disk "A full disk" test_in_lane b test_disk_run
         after build-windows client; lane b
         reads "$WINDOWS/tests/module/disk/test_disk.exe" tests/module/disk/run.sh "${MODULE_FILES[@]}" \

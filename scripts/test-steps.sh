@@ -161,11 +161,24 @@ test_module_run() {
 }
 
 # The list window at another resolution.
-test_module_resolution() {
+# test_resolutions <dots per inch>...: whether each window has room for its texts.
+test_resolutions() {
+    local dots
     test_module_runtime
-    wine_resolution "$1"
-    module_test "$BUILD/windows" 1251 comma "--gtest_filter=ResolutionTest.*" \
-        "--gtest_output=json:$(wine_path "$STEP_RESULTS/module-at-$1.json")"
+    for dots in "$@"; do
+        say "== $dots dots per inch"
+        wine_resolution "$dots"
+        module_test "$BUILD/windows" 1251 comma "--gtest_filter=ResolutionTest.*" \
+            "--gtest_output=json:$(wine_path "$STEP_RESULTS/module-at-$dots.json")"
+        test_layout settings/test_settings "LayoutTest.*" "$dots"
+        test_layout run/test_upload_forms "*.EveryTextHasItsRoom*" "$dots"
+    done
+}
+
+# test_layout <program under tests/module> <tests> <dots per inch>
+test_layout() {
+    wine_run "$BUILD/windows/tests/module/$1.exe" "--gtest_filter=$2" \
+        "--gtest_output=json:$(wine_path "$STEP_RESULTS/${1##*/}-at-$3.json")"
 }
 
 test_settings_run() {

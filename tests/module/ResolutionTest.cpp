@@ -8,7 +8,9 @@
 #include <string>
 
 #include "tests/support/module/Session.h"
+#include "tests/support/window/Layout.h"
 #include "tests/support/window/Screenshot.h"
+#include "tests/support/window/UserScript.h"
 #include "window/Dpi.h"
 
 namespace tolvane::test {
@@ -123,6 +125,29 @@ TEST_F(ResolutionTest, EveryCaptionFitsItsButton) {
         EXPECT_LT(size.cx, SizeOf(name).cx) << name;
         EXPECT_LT(size.cy, SizeOf(name).cy) << name;
     }
+}
+
+TEST_F(ResolutionTest, EveryTextOfTheListWindowHasItsRoom) {
+    ExpectTextsFit(session_.List());
+    ExpectControlsApart(session_.List());
+}
+
+TEST_F(ResolutionTest, EveryTextOfTheColumnChooserHasItsRoom) {
+    const TDialogScript script(L"TColListForm", {[](HWND window) {
+                                   ExpectTextsFit(window);
+                                   ExpectControlsApart(window);
+                                   Press(window, "btnCancel");
+                               }});
+    session_.Click("ColBtn");
+}
+
+TEST_F(ResolutionTest, EveryTextOfTheSearchBoxHasItsRoom) {
+    const TDialogScript script(L"TInputBoxForm", {[](HWND window) {
+                                   ExpectTextsFit(window);
+                                   ExpectControlsApart(window);
+                                   Press(window, "CancelButton");
+                               }});
+    PressKey(session_.Control("aDBGrid"), 'F', true);
 }
 
 TEST_F(ResolutionTest, WidthsOfAnotherResolutionAreConverted) {

@@ -8,6 +8,8 @@
 #include "RunWindowFixture.h"
 #include "config/IniFile.h"
 #include "tests/support/ScratchFolder.h"
+#include "tests/support/window/Layout.h"
+#include "tests/support/window/Screenshot.h"
 #include "text/Cp1251.h"
 #include "window/CheckList.h"
 
@@ -76,6 +78,35 @@ TEST_F(SetPluUnit, EachKindHasItsCaptionAndItsSaveButton) {
                          Click(Part("OkBtn"));
                      });
         Show(expected.kind);
+    }
+}
+
+// At whatever resolution the system has.
+TEST_F(SetPluUnit, EveryTextHasItsRoomAtEachWidth) {
+    const auto widen = [](int width) {
+        SetWindowPos(Form(), nullptr, 0, 0, width, 1, SWP_NOZORDER | SWP_NOMOVE);
+        SetWindowTextW(Part("ReadPropLabel"), L"Хост: 192.168.100.200 Скорост: 576000 bps");
+        for (const char* name : {"RunBar", "lblRunCount"})
+            ShowWindow(Part(name), SW_SHOWNA);
+        RECT room{};
+        RECT button{};
+        GetClientRect(Part("lblRunCount"), &room);
+        GetClientRect(Part("OkBtn"), &button);
+        const bool twoLines = room.bottom >= button.bottom;
+        SetWindowTextW(Part("lblRunCount"), twoLines ? L"19999 от 99999\r\nоще 23 ч 59 мин"
+                                                     : L"9999 от 9999, още 2 ч 59 мин");
+        ExpectTextsFit(Form());
+        ExpectControlsApart(Form());
+    };
+    for (const int kind : {2, 3, 4}) {
+        script_.When([] { return IsAtRest(); },
+                     [&] {
+                         widen(GetSystemMetrics(SM_CXSCREEN));
+                         widen(1);
+                         SaveScreenshot(Form(), "run-narrow-" + std::to_string(kind));
+                         PostKey(VK_ESCAPE);
+                     });
+        Show(kind);
     }
 }
 

@@ -1,0 +1,138 @@
+#include "tests/support/window/Layout.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "tests/support/window/Controls.h"
+
+namespace tolvane::test {
+namespace {
+
+// What a frame takes of a push button's width, and what stands before a group's caption.
+constexpr int kButtonFrame = 6;
+constexpr int kBeforeCaption = 9;
+
+// Those that are not hidden.
+std::vector<HWND> Children(HWND window) {
+    std::vector<HWND> children;
+    for (HWND at = GetWindow(window, GW_CHILD); at != nullptr; at = GetWindow(at, GW_HWNDNEXT)) {
+        if ((GetWindowLongW(at, GWL_STYLE) & WS_VISIBLE) != 0) children.push_back(at);
+    }
+    return children;
+}
+
+RECT PlaceOf(HWND control) {
+    RECT rect{};
+    GetWindowRect(control, &rect);
+    return rect;
+}
+
+// The size of a text in the control's font, broken into lines of that width; 0: in one line.
+SIZE SizeOfText(HWND control, const std::wstring& text, LONG width) {
+    const HDC dc = GetDC(control);
+    const auto font = reinterpret_cast<HGDIOBJ>(SendMessageW(control, WM_GETFONT, 0, 0));
+    const HGDIOBJ before = SelectObject(dc, font);
+    RECT needed{0, 0, width, 0};
+    DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &needed,
+              DT_CALCRECT | DT_NOPREFIX | (width > 0 ? DT_WORDBREAK : 0U));
+    SelectObject(dc, before);
+    ReleaseDC(control, dc);
+    return {needed.right, needed.bottom};
+}
+
+std::wstring TextIn(HWND control) {
+    std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(control)) + 1, L'\0');
+    text.resize(static_cast<std::size_t>(
+        GetWindowTextW(control, text.data(), static_cast<int>(text.size()))));
+    return text;
+}
+
+LONG StyleOf(HWND control) {
+    return GetWindowLongW(control, GWL_STYLE);
+}
+
+bool IsGroupBox(HWND control) {
+    return ClassOf(control) == L"Button" && (StyleOf(control) & BS_TYPEMASK) == BS_GROUPBOX;
+}
+
+// A check box or radio button.
+bool HasMark(HWND control) {
+    const LONG type = StyleOf(control) & BS_TYPEMASK;
+    return type == BS_AUTOCHECKBOX || type == BS_AUTORADIOBUTTON;
+}
+
+void ExpectLabelFits(HWND label, const RECT& client) {
+    const SIZE needed = SizeOfText(label, TextIn(label), client.right);
+    EXPECT_LE(needed.cx, client.right) << ComponentNameOf(label);
+    EXPECT_LE(needed.cy, client.bottom) << ComponentNameOf(label);
+}
+
+void ExpectButtonFits(HWND button, const RECT& client) {
+    const SIZE needed = SizeOfText(button, TextIn(button), 0);
+    const LONG frame = HasMark(button) ? GetSystemMetrics(SM_CXMENUCHECK) + 4 : kButtonFrame;
+    EXPECT_LE(needed.cx + frame, client.right) << ComponentNameOf(button);
+    EXPECT_LE(needed.cy, client.bottom) << ComponentNameOf(button);
+}
+
+void ExpectItemsFit(HWND combo, const RECT& client) {
+    const LONG room = client.right - GetSystemMetrics(SM_CXVSCROLL) - kButtonFrame;
+    const LRESULT count = SendMessageW(combo, CB_GETCOUNT, 0, 0);
+    for (LRESULT i = 0; i < count; ++i) {
+        const auto item = static_cast<WPARAM>(i);
+        std::wstring text(static_cast<std::size_t>(SendMessageW(combo, CB_GETLBTEXTLEN, item, 0)),
+                          L'\0');
+        SendMessageW(combo, CB_GETLBTEXT, item, reinterpret_cast<LPARAM>(text.data()));
+        EXPECT_LE(SizeOfText(combo, text, 0).cx, room) << Utf8(text);
+    }
+}
+
+bool Overlap(const RECT& a, const RECT& b) {
+    return a.left < b.right && b.left < a.right && a.top < b.bottom && b.top < a.bottom;
+}
+
+// Arrows lie inside the edit line that they belong to.
+bool MayOverlap(HWND control) {
+    return IsGroupBox(control) || ClassOf(control) == L"msctls_updown32";
+}
+
+}  // namespace
+
+void ExpectTextsFit(HWND window) {
+    for (const HWND control : Children(window)) {
+        RECT client{};
+        GetClientRect(control, &client);
+        const std::wstring className = ClassOf(control);
+        if (IsGroupBox(control)) {
+            const SIZE needed = SizeOfText(control, TextIn(control), 0);
+            EXPECT_LE(needed.cx + 2 * kBeforeCaption, client.right) << ComponentNameOf(control);
+        } else if (className == L"Static") {
+            ExpectLabelFits(control, client);
+        } else if (className == L"Button") {
+            ExpectButtonFits(control, client);
+        } else if (className == L"ComboBox") {
+            ExpectItemsFit(control, client);
+        }
+    }
+}
+
+void ExpectControlsApart(HWND window) {
+    RECT client{};
+    GetClientRect(window, &client);
+    MapWindowPoints(window, nullptr, reinterpret_cast<POINT*>(&client), 2);
+    const std::vector<HWND> children = Children(window);
+    for (std::size_t i = 0; i < children.size(); ++i) {
+        const RECT a = PlaceOf(children[i]);
+        EXPECT_TRUE(a.left >= client.left && a.top >= client.top && a.right <= client.right &&
+                    a.bottom <= client.bottom)
+            << ComponentNameOf(children[i]);
+        for (std::size_t j = i + 1; j < children.size(); ++j) {
+            const bool mayOverlap = MayOverlap(children[i]) || MayOverlap(children[j]);
+            EXPECT_TRUE(mayOverlap || !Overlap(a, PlaceOf(children[j])))
+                << ComponentNameOf(children[i]) << " and " << ComponentNameOf(children[j]);
+        }
+    }
+}
+
+}  // namespace tolvane::test
