@@ -229,6 +229,24 @@ TEST_F(HostileHostTest, AHugeNameOfAClientLibraryIsReportedInAFewWords) {
     ExpectGone();
 }
 
+// The module's code is on the stack until the host's thread handles messages again.
+TEST_F(HostileHostTest, UnloadedDuringARefusedStartTheModuleStaysUntilTheThreadIsBack) {
+    constexpr DWORD kLongEnoughMs = 500;
+    {
+        const TUserScript script(kMessageBoxClass, [this](HWND box) {
+            session_.module.Unload();
+            PostMessageW(box, WM_COMMAND, IDOK, 0);
+        });
+        StartWith(application_.Frame(), GetDesktopWindow(), session_.connection.Database());
+        EXPECT_TRUE(script.IsDone());
+    }
+    const DWORD start = GetTickCount();
+    while (TLoadedModule::IsInMemory() && GetTickCount() - start < kLongEnoughMs)
+        Sleep(10);
+    EXPECT_TRUE(TLoadedModule::IsInMemory());
+    EXPECT_TRUE(RunLoopUntil(TLoadedModule::IsGone));
+}
+
 TEST_F(HostilePrintTest, TheListMayCloseInsideThePrintService) {
     ClickPrintAnd([this] { SendMessageW(session_.List(), WM_CLOSE, 0, 0); });
     EXPECT_EQ(application_.Received(session_.messageId), 1);
