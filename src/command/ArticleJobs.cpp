@@ -256,6 +256,7 @@ bool TWriteJob::WriteOne(TArticleWriter& writer, const TPlannedArticle& article)
     }
     Ledger().Claim(article.plu.ScaleNumber, article.digest, Now());
     ++result_.written;
+    result_.sent.push_back({.number = article.plu.ScaleNumber, .name = article.plu.LabelName1});
     parts_.view.Article("written", article.plu.ScaleNumber, article.plu.LabelName1);
     return true;
 }
@@ -263,7 +264,11 @@ bool TWriteJob::WriteOne(TArticleWriter& writer, const TPlannedArticle& article)
 void TWriteJob::Prune(TElicomScale& scale) {
     Delete(scale, result_.strays, TDeleteForm::Listed);
     const std::set<std::int32_t> left = Ledger().Numbers();
-    std::erase_if(result_.strays, [&](std::int32_t number) { return !left.contains(number); });
+    std::erase_if(result_.strays, [&](std::int32_t number) {
+        if (left.contains(number)) return false;
+        result_.sent.push_back({.number = number, .name = {}, .isDeleted = true});
+        return true;
+    });
 }
 
 TDeleteJob::TDeleteJob(const TJobParts& parts, const TScaleRec& rec, TLedgerParts ledger,

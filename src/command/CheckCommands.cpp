@@ -120,6 +120,21 @@ private:
                                     {"labelMode", "Label mode"}}};
 };
 
+// A part for each table; of the first one also when it is empty.
+TPageContent PageOf(const TReport& report, const TWorld& world) {
+    TPageContent content;
+    if (!world.page.IsOpen()) return content;
+    for (const TReportTable& table : report.tables)
+        content.sections.push_back({.title = table.title, .table = table});
+    TPageSection& first = content.sections.front();
+    first.title = first.table.key == "problems" ? "Problems" : "What the scales would hold";
+    if (first.table.rows.empty()) first.note = "None.";
+    std::erase_if(content.sections, [](const TPageSection& section) {
+        return section.table.rows.empty() && section.note.empty();
+    });
+    return content;
+}
+
 }  // namespace
 
 TAnswer CheckShop(const TCommandOptions& options, TWorld& world) {
@@ -140,6 +155,7 @@ TAnswer CheckShop(const TCommandOptions& options, TWorld& world) {
     TAnswer answer{.report = {.command = "check", .tables = {ProblemTable(problems)}},
                    .exitCode = problems.empty() ? TExitCode::Done : TExitCode::ProblemsFound};
     assumptions.AddTo(answer, options, world);
+    answer.page = PageOf(answer.report, world);
     return answer;
 }
 
@@ -173,6 +189,7 @@ TAnswer ShowArticle(const TCommandOptions& options, TWorld& world) {
     TAnswer answer{.report = {.command = "check", .tables = {std::move(table)}},
                    .exitCode = allWritten ? TExitCode::Done : TExitCode::ProblemsFound};
     assumptions.AddTo(answer, options, world);
+    answer.page = PageOf(answer.report, world);
     return answer;
 }
 

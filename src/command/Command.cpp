@@ -1,11 +1,15 @@
 #include "command/Command.h"
 
 #include <array>
+#include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <exception>
 #include <string>
 #include <string_view>
+#include <utility>
 
+#include "command/NamedFile.h"
 #include "command/Shop.h"
 #include "command/UtcTime.h"
 #include "config/IniFile.h"
@@ -60,6 +64,22 @@ std::string ScalesOf(const TCommandOptions& options) {
     return names.empty() ? "checked" : names;
 }
 
+// What was asked for, as on a command line.
+std::string RequestText(const TCommandOptions& options) {
+    std::string text(NameOf(options.verb));
+    if (options.changedOnly) text += " --changed";
+    if (options.prune) text += " --prune";
+    if (options.dryRun) text += " --dry-run";
+    if (options.show) text += " --show " + std::to_string(*options.show);
+    if (options.numbers) {
+        std::string numbers;
+        for (const std::int32_t number : *options.numbers)
+            numbers += (numbers.empty() ? "" : ",") + std::to_string(number);
+        text += " --plu " + numbers;
+    }
+    return text;
+}
+
 void LogBegin(const TCommandOptions& options, TEventLog& log) {
     log.Write("begin", {{"command", std::string(NameOf(options.verb))},
                         {"version", std::string(TOLVANE_VERSION)},
@@ -77,9 +97,54 @@ struct TEnd {
     std::string error{};  // UTF-8; empty when nothing was thrown
 };
 
+void Say(TWorld& world, const std::string& text) {
+    if (!text.empty()) world.err << "tolvane: " << text << std::endl;
+}
+
+std::string TwoDigits(int number) {
+    return (number < 10 ? "0" : "") + std::to_string(number);
+}
+
+// "2026-11-23 09:05:00", as the computer's clock shows it.
+std::string LocalText(const TLocalDateTime& now) {
+    return std::to_string(now.date.year) + "-" + TwoDigits(now.date.month) + "-" +
+           TwoDigits(now.date.day) + " " + TwoDigits(now.time.hour) + ":" +
+           TwoDigits(now.time.minute) + ":" + TwoDigits(now.time.second);
+}
+
+std::string PageTitle(const TCommandOptions& options) {
+    if (options.verb == TVerb::Check) return "Check of articles and scales";
+    return options.dryRun ? "What a run would write" : "Articles written into scales";
+}
+
+void OpenPage(const TCommandOptions& options, TWorld& world) {
+    world.page.Open(
+        options,
+        {.title = PageTitle(options),
+         .facts = {{"Begun", LocalText(world.localClock.Now())},
+                   {"Asked for", RequestText(options)},
+                   {"Scales", options.scales.empty() ? "the checked ones" : ScalesOf(options)},
+                   {"Scale list", Utf8Path(options.ini)},
+                   {"Database", options.database},
+                   {"Made by", std::string("tolvane ") + TOLVANE_VERSION}}},
+        [&world] {
+            const std::chrono::duration<double> taken = world.clock.Now() - world.start;
+            return taken.count();
+        });
+}
+
+// So is a report that is missing.
+TExitCode WithPage(TExitCode code, TWorld& world) {
+    const std::string failure = world.page.Write(code, {});
+    Say(world, failure);
+    return code == TExitCode::Done && !failure.empty() ? TExitCode::SomeFailed : code;
+}
+
 TEnd AnswerAndPrint(const TCommandOptions& options, TWorld& world) {
-    const TAnswer answer = Answer(options, world);
-    const TExitCode code = WithLog(answer.exitCode, world.log);
+    OpenPage(options, world);
+    TAnswer answer = Answer(options, world);
+    world.page.SetContent(std::move(answer.page));
+    const TExitCode code = WithPage(WithLog(answer.exitCode, world.log), world);
     world.out << FormatReport(answer.report, options.format, code) << std::flush;
     if (!world.out)
         return {.code = TExitCode::Internal, .error = "Standard output cannot be written."};
@@ -100,10 +165,6 @@ TEnd AnswerOrFail(const TCommandOptions& options, TWorld& world) {
     }
 }
 
-void Say(TWorld& world, const std::string& text) {
-    if (!text.empty()) world.err << "tolvane: " << text << std::endl;
-}
-
 TExitCode Run(const TCommandOptions& options, TWorld& world) {
     try {
         world.log.Open(options.log, [&world] { return UtcText(world.now()); });
@@ -114,6 +175,7 @@ TExitCode Run(const TCommandOptions& options, TWorld& world) {
     LogBegin(options, world.log);
     const TEnd end = AnswerOrFail(options, world);
     Say(world, end.error);
+    if (!end.error.empty()) Say(world, world.page.Write(end.code, end.error));
     LogEnd(world.log, end.code, end.error);
     if (world.log.Failed()) Say(world, "The log could not be written to its end.");
     return WithLog(end.code, world.log);

@@ -2,6 +2,7 @@
 
 #include "command/ExitCode.h"
 #include "command/Options.h"
+#include "command/PageFile.h"
 #include "command/Report.h"
 #include "command/World.h"
 
@@ -15,6 +16,7 @@ TExitCode RunCommand(const TCommandOptions& options, TWorld& world) noexcept;
 struct TAnswer {
     TReport report{};
     TExitCode exitCode = TExitCode::Done;
+    TPageContent page{};  // when --report asks for one
 };
 
 // Each throws TUsageError, TFileError, TDatabaseError, or what else has gone wrong.

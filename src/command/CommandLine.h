@@ -40,14 +40,15 @@ public:
 
 private:
     // CLI11 would read a path in the system's own encoding.
-    CLI::Option* AddPath(const std::string& name, std::filesystem::path& path,
-                         const std::string& help);
+    static CLI::Option* AddPath(CLI::App& app, const std::string& name, std::filesystem::path& path,
+                                const std::string& help);
     void AddPlaces();
     void AddRun();
     void AddOutput();
     CLI::App* Verb(const std::string& name, TVerb verb, std::string_view help);
     void AddChoices(CLI::App* app);
     void AddMaxAge(CLI::App* app);
+    void AddReport(CLI::App* app);
     CLI::Option* AddNumbers(CLI::App* app, const std::string& help);
     void AddCheck();
     void AddWrite();

@@ -36,9 +36,9 @@ TCommandLine::TCommandLine() : app_("", "tolvane") {
     AddOtherCommands();
 }
 
-CLI::Option* TCommandLine::AddPath(const std::string& name, std::filesystem::path& path,
-                                   const std::string& help) {
-    return app_.add_option_function<std::string>(
+CLI::Option* TCommandLine::AddPath(CLI::App& app, const std::string& name,
+                                   std::filesystem::path& path, const std::string& help) {
+    return app.add_option_function<std::string>(
         name, [&path](const std::string& text) { path = PathOf(text); }, help);
 }
 
@@ -47,15 +47,15 @@ void TCommandLine::AddPlaces() {
     app.add_option("--scale", options_.scales, std::string(kScaleHelp))
         ->type_name("N|NAME")
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-    AddPath("--ini", options_.ini, "the module's Tolvane.ini, which is only read")
+    AddPath(app, "--ini", options_.ini, "the module's Tolvane.ini, which is only read")
         ->type_name("FILE");
     app.add_option("--config", config_, "settings for this command")->type_name("FILE");
-    AddPath("--state", options_.state, "folder of the ledgers and locks")->type_name("FOLDER");
+    AddPath(app, "--state", options_.state, "folder of the ledgers and locks")->type_name("FOLDER");
     app.add_option("--database", options_.database, std::string(kDatabaseHelp))->type_name("D");
     app.add_option("--user", options_.user, "of the database")->type_name("U");
-    AddPath("--password-file", options_.passwordFile, "whose first line is the password")
+    AddPath(app, "--password-file", options_.passwordFile, "whose first line is the password")
         ->type_name("FILE");
-    AddPath("--client-library", options_.clientLibrary, "of InterBase or Firebird")
+    AddPath(app, "--client-library", options_.clientLibrary, "of InterBase or Firebird")
         ->type_name("FILE");
 }
 
@@ -79,9 +79,9 @@ void TCommandLine::AddOutput() {
     CLI::App& app = app_;
     app.add_flag("--json", raw_.json, "prints data as JSON");
     app.add_flag("--csv", raw_.csv, "prints data as comma-separated values")->excludes("--json");
-    AddPath("--log", options_.log, "appends what happens, one JSON object a line")
+    AddPath(app, "--log", options_.log, "appends what happens, one JSON object a line")
         ->type_name("FILE");
-    AddPath("--trace", options_.trace, "writes every request and reply, for Wireshark")
+    AddPath(app, "--trace", options_.trace, "writes every request and reply, for Wireshark")
         ->type_name("FILE");
     app.add_flag("--no-progress", raw_.noProgress, "shows no progress");
     app.add_flag("-q,--quiet", options_.quiet, "says only what has failed");
@@ -107,6 +107,11 @@ void TCommandLine::AddMaxAge(CLI::App* app) {
         ->type_name("TIME");
 }
 
+void TCommandLine::AddReport(CLI::App* app) {
+    AddPath(*app, "--report", options_.report, "writes what happened as a page for a browser")
+        ->type_name("FILE");
+}
+
 CLI::Option* TCommandLine::AddNumbers(CLI::App* app, const std::string& help) {
     return app->add_option("--plu", raw_.numbers, help)
         ->type_name("N")
@@ -119,6 +124,7 @@ void TCommandLine::AddCheck() {
     CLI::App* const check = Verb("check", TVerb::Check, kCheckHelp);
     AddChoices(check);
     AddMaxAge(check);
+    AddReport(check);
     check->add_option("--show", options_.show, "shows what the scales would hold of this article")
         ->type_name("PLU");
     check->add_flag("--create-index", options_.createIndex,
@@ -129,6 +135,7 @@ void TCommandLine::AddWrite() {
     CLI::App* const write = Verb("write", TVerb::Write, kWriteHelp);
     AddChoices(write);
     AddMaxAge(write);
+    AddReport(write);
     CLI::Option* const changed = write->add_flag(
         "--changed", options_.changedOnly, "only what differs from what the scale acknowledged");
     CLI::Option* const all = write->add_flag("--all", raw_.all, "every article (as without this)");

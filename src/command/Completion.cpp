@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -32,11 +33,17 @@ std::string OptionNames(const CLI::App& app) {
     return Joined(names, " ");
 }
 
-// The options of a kind of value, as a pattern.
+// The options of a kind of value, of the program and of its commands, as a pattern.
 std::string OptionsOf(const CLI::App& app, const std::string& type) {
+    std::vector<const CLI::App*> apps = CommandsOf(app);
+    apps.insert(apps.begin(), &app);
     std::vector<std::string> names;
-    for (const CLI::Option* option : app.get_options())
-        if (option->get_type_name() == type) names.push_back("--" + option->get_lnames().front());
+    for (const CLI::App* one : apps)
+        for (const CLI::Option* option : one->get_options()) {
+            if (option->get_type_name() != type) continue;
+            const std::string name = "--" + option->get_lnames().front();
+            if (std::find(names.begin(), names.end(), name) == names.end()) names.push_back(name);
+        }
     return Joined(names, " | ");
 }
 

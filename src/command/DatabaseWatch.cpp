@@ -86,6 +86,8 @@ bool TDatabaseWatch::Look() {
 void TDatabaseWatch::Leave(TExitCode code, const std::string& text) {
     world_.err << "tolvane: " << text << std::endl;
     LogEnd(world_.log, code, text);
+    const std::string failure = world_.page.Write(code, text);
+    if (!failure.empty()) world_.err << "tolvane: " << failure << std::endl;
     world_.leave(code);
 }
 

@@ -19,29 +19,11 @@
 #include "command/Shop.h"
 #include "command/WritePlan.h"
 #include "config/IniFile.h"
-#include "config/SerialSpeeds.h"
 #include "text/Cp1251.h"
 #include "upload/ArticleLineBuilder.h"
 
 namespace tolvane {
 namespace {
-
-std::string ConnectionName(const TScaleRec& rec) {
-    const std::string address = ToUtf8(rec.TCPAddress.View());
-    switch (rec.CommType) {
-        case kCommSerial: {
-            const TSerialSpeed* const speed = SerialSpeed(rec.BaudRate);
-            return address + ", " + (speed ? std::to_string(speed->bitsPerSecond) : "?") +
-                   " bit/s, address " + std::to_string(rec.ScaleAddr);
-        }
-        case kCommTcp:
-            return "TCP " + address + ":" + std::to_string(rec.TCPPort);
-        case kCommUdp:
-            return "UDP " + address;
-        default:
-            return "unknown";
-    }
-}
 
 TCell FieldCell(const TArticleTable& table, TRowId row, const TFieldInfo& info) {
     switch (info.type) {

@@ -54,6 +54,7 @@ struct TCommandOptions {
     TFormat format = TFormat::Table;
     std::filesystem::path log{};
     std::filesystem::path trace{};
+    std::filesystem::path report{};
     bool progress = true;
     bool quiet = false;
     bool verbose = false;  // each article has a line, and there are no bars

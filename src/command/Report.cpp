@@ -1,7 +1,6 @@
 #include "command/Report.h"
 
 #include <algorithm>
-#include <cstddef>
 #include <nlohmann/json.hpp>
 #include <string_view>
 
@@ -14,21 +13,13 @@ namespace {
 
 using TJson = nlohmann::ordered_json;
 
-struct TPlain {
+struct TCellText {
     std::string operator()(std::monostate) const { return {}; }
     std::string operator()(const std::string& text) const { return OnOneLine(text); }
     std::string operator()(std::int64_t number) const { return std::to_string(number); }
     std::string operator()(double number) const { return FormatNumber(number, '.'); }
     std::string operator()(bool yes) const { return yes ? "yes" : "no"; }
 };
-
-std::string Plain(const TCell& cell) {
-    return std::visit(TPlain(), cell);
-}
-
-bool IsNumber(const TCell& cell) {
-    return std::holds_alternative<std::int64_t>(cell) || std::holds_alternative<double>(cell);
-}
 
 std::string Padded(const std::string& text, std::size_t width, bool right) {
     const std::string blanks(width - std::min(width, Columns(text)), ' ');
@@ -41,20 +32,8 @@ void AppendLine(std::string& out, std::string line) {
 }
 
 bool SaysNothing(const TCell& cell) {
-    const std::string text = Plain(cell);
+    const std::string text = CellText(cell);
     return text.empty() || text == "0" || cell == TCell(false);
-}
-
-// The columns that say something in a row; the first one always does.
-std::vector<std::size_t> ShownColumns(const TReportTable& table) {
-    std::vector<std::size_t> shown;
-    for (std::size_t column = 0; column < table.columns.size(); ++column) {
-        const bool silent = std::all_of(table.rows.begin(), table.rows.end(), [&](const auto& row) {
-            return SaysNothing(row.at(column));
-        });
-        if (!silent || column == 0) shown.push_back(column);
-    }
-    return shown;
 }
 
 void AppendTable(std::string& out, const TReportTable& table) {
@@ -64,12 +43,12 @@ void AppendTable(std::string& out, const TReportTable& table) {
         const std::string& title = table.columns[column].title;
         std::size_t width = Columns(title);
         for (const auto& row : table.rows)
-            width = std::max(width, Columns(Plain(row.at(column))));
-        const bool right = !table.rows.empty() && IsNumber(table.rows.front().at(column));
+            width = std::max(width, Columns(CellText(row.at(column))));
+        const bool right = !table.rows.empty() && IsNumberCell(table.rows.front().at(column));
         lines[0] += Padded(title, width, right) + "  ";
         for (std::size_t row = 0; row < table.rows.size(); ++row) {
             const TCell& cell = table.rows[row][column];
-            lines[row + 1] += Padded(Plain(cell), width, IsNumber(cell)) + "  ";
+            lines[row + 1] += Padded(CellText(cell), width, IsNumberCell(cell)) + "  ";
         }
     }
     for (std::string& line : lines)
@@ -107,7 +86,7 @@ std::string Csv(const TReportTable& table) {
         append(column, table.columns[column].key);
     for (const auto& row : table.rows)
         for (std::size_t column = 0; column < table.columns.size(); ++column)
-            append(column, Plain(row.at(column)));
+            append(column, CellText(row.at(column)));
     return out;
 }
 
@@ -140,6 +119,25 @@ std::string Json(const TReport& report, TExitCode exitCode) {
 }
 
 }  // namespace
+
+std::string CellText(const TCell& cell) {
+    return std::visit(TCellText(), cell);
+}
+
+bool IsNumberCell(const TCell& cell) {
+    return std::holds_alternative<std::int64_t>(cell) || std::holds_alternative<double>(cell);
+}
+
+std::vector<std::size_t> ShownColumns(const TReportTable& table) {
+    std::vector<std::size_t> shown;
+    for (std::size_t column = 0; column < table.columns.size(); ++column) {
+        const bool silent = std::all_of(table.rows.begin(), table.rows.end(), [&](const auto& row) {
+            return SaysNothing(row.at(column));
+        });
+        if (!silent || column == 0) shown.push_back(column);
+    }
+    return shown;
+}
 
 std::string FormatReport(const TReport& report, TFormat format, TExitCode exitCode) {
     switch (format) {

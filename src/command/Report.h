@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <utility>
@@ -35,6 +36,12 @@ struct TReport {
     std::string command;
     std::vector<TReportTable> tables{};
 };
+
+// As on a terminal: on one line.
+std::string CellText(const TCell& cell);
+bool IsNumberCell(const TCell& cell);
+// The columns that say something in a row; the first one always does.
+std::vector<std::size_t> ShownColumns(const TReportTable& table);
 
 // All tables that have rows, one below the other; as comma-separated values only the first one,
 // with a line of keys; as JSON one object. Ends with a line end.

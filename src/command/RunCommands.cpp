@@ -8,6 +8,7 @@
 #include "command/ArticleJobs.h"
 #include "command/Command.h"
 #include "command/PlannedResults.h"
+#include "command/RunPage.h"
 #include "command/ScaleRunner.h"
 #include "command/ScaleView.h"
 #include "command/Shop.h"
@@ -71,7 +72,9 @@ TAnswer WriteArticles(const TCommandOptions& options, TWorld& world) {
               });
     results.unknown = std::move(unknown);
     results.named = choice.numbers.has_value();
-    return AnswerOf("write", options, world, results);
+    TAnswer answer = AnswerOf("write", options, world, results);
+    if (world.page.IsOpen()) answer.page = RunPage(results, options.dryRun);
+    return answer;
 }
 
 TAnswer DeleteArticles(const TCommandOptions& options, TWorld& world) {

@@ -79,6 +79,39 @@ TReportTable ScaleTableOf(const std::vector<TScaleResult>& scales, bool withMode
     return table;
 }
 
+// Whether nothing is left undone in scales that are all done.
+bool IsAllDone(const TScaleResults& results) {
+    if (!results.unknown.empty() || results.traceFailed) return false;
+    return !results.named || std::all_of(results.scales.begin(), results.scales.end(),
+                                         [](TResult scale) { return scale.leftOut.empty(); });
+}
+
+}  // namespace
+
+TScaleResult UnusableResult(const TListedScale& scale) {
+    return {.rec = scale.rec,
+            .outcome = TScaleOutcome::Failed,
+            .error = scale.fault + "; " + scale.cure,
+            .usable = false};
+}
+
+TExitCode ExitCodeOf(const TScaleResults& results) {
+    if (results.interrupted) return TExitCode::Interrupted;
+    const std::vector<TScaleResult>& scales = results.scales;
+    const auto all = [&](auto isSo) { return std::all_of(scales.begin(), scales.end(), isSo); };
+    const auto is = [](TScaleOutcome outcome) {
+        return [outcome](TResult scale) { return scale.outcome == outcome; };
+    };
+    if (all(is(TScaleOutcome::Done)))
+        return IsAllDone(results) ? TExitCode::Done : TExitCode::SomeFailed;
+    if (all([](TResult scale) { return !scale.usable; })) return TExitCode::Usage;
+    if (all(is(TScaleOutcome::NotReached))) return TExitCode::NoScaleReached;
+    const auto isDoneOrLocked = [](TResult scale) {
+        return scale.outcome == TScaleOutcome::Done || scale.outcome == TScaleOutcome::Locked;
+    };
+    return all(isDoneOrLocked) ? TExitCode::Locked : TExitCode::SomeFailed;
+}
+
 TReportTable ArticleTableOf(const TScaleResults& results) {
     TReportTable table{.key = "articles",
                        .title = "Articles that the scales do not hold as they are in the database",
@@ -110,11 +143,10 @@ TReportTable ArticleTableOf(const TScaleResults& results) {
     return table;
 }
 
-// Whether nothing is left undone in scales that are all done.
-bool IsAllDone(const TScaleResults& results) {
-    if (!results.unknown.empty() || results.traceFailed) return false;
-    return !results.named || std::all_of(results.scales.begin(), results.scales.end(),
-                                         [](TResult scale) { return scale.leftOut.empty(); });
+TReport ReportOf(std::string command, const TScaleResults& results) {
+    const bool isTest = command == "test";
+    return {.command = std::move(command),
+            .tables = {ScaleTableOf(results.scales, isTest), ArticleTableOf(results)}};
 }
 
 std::string ReasonOf(const TScaleResult& scale) {
@@ -125,38 +157,6 @@ std::string ReasonOf(const TScaleResult& scale) {
     if (reason.empty()) reason = OutcomeName(scale.outcome);
     if (scale.mayBeProgramming) reason += "; it may not weigh";
     return reason;
-}
-
-}  // namespace
-
-TScaleResult UnusableResult(const TListedScale& scale) {
-    return {.rec = scale.rec,
-            .outcome = TScaleOutcome::Failed,
-            .error = scale.fault + "; " + scale.cure,
-            .usable = false};
-}
-
-TExitCode ExitCodeOf(const TScaleResults& results) {
-    if (results.interrupted) return TExitCode::Interrupted;
-    const std::vector<TScaleResult>& scales = results.scales;
-    const auto all = [&](auto isSo) { return std::all_of(scales.begin(), scales.end(), isSo); };
-    const auto is = [](TScaleOutcome outcome) {
-        return [outcome](TResult scale) { return scale.outcome == outcome; };
-    };
-    if (all(is(TScaleOutcome::Done)))
-        return IsAllDone(results) ? TExitCode::Done : TExitCode::SomeFailed;
-    if (all([](TResult scale) { return !scale.usable; })) return TExitCode::Usage;
-    if (all(is(TScaleOutcome::NotReached))) return TExitCode::NoScaleReached;
-    const auto isDoneOrLocked = [](TResult scale) {
-        return scale.outcome == TScaleOutcome::Done || scale.outcome == TScaleOutcome::Locked;
-    };
-    return all(isDoneOrLocked) ? TExitCode::Locked : TExitCode::SomeFailed;
-}
-
-TReport ReportOf(std::string command, const TScaleResults& results) {
-    const bool isTest = command == "test";
-    return {.command = std::move(command),
-            .tables = {ScaleTableOf(results.scales, isTest), ArticleTableOf(results)}};
 }
 
 std::vector<std::string> FailureLines(const TScaleResults& results) {

@@ -29,6 +29,12 @@ TExitCode ExitCodeOf(const TScaleResults& results);
 // The tables "scales" and "articles" of a report. A test shows the models, too.
 TReport ReportOf(std::string command, const TScaleResults& results);
 
+// The second one alone.
+TReportTable ArticleTableOf(const TScaleResults& results);
+
+// Why a scale is not done, as far as it is known; code page 1251.
+std::string ReasonOf(const TScaleResult& scale);
+
 // Why scales have failed, a line for each, as "scale 3 Meat: no answer". UTF-8.
 std::vector<std::string> FailureLines(const TScaleResults& results);
 

@@ -5,6 +5,7 @@
 
 #include "command/ScalePlace.h"
 #include "config/ScaleTable.h"
+#include "config/SerialSpeeds.h"
 #include "text/Cp1251.h"
 #include "text/Numbers.h"
 
@@ -110,6 +111,23 @@ std::vector<TScaleRec> UsableOf(const std::vector<TListedScale>& scales) {
     for (const TListedScale& scale : scales)
         if (scale.IsUsable()) records.push_back(scale.rec);
     return records;
+}
+
+std::string ConnectionName(const TScaleRec& rec) {
+    const std::string address = ToUtf8(rec.TCPAddress.View());
+    switch (rec.CommType) {
+        case kCommSerial: {
+            const TSerialSpeed* const speed = SerialSpeed(rec.BaudRate);
+            return address + ", " + (speed ? std::to_string(speed->bitsPerSecond) : "?") +
+                   " bit/s, address " + std::to_string(rec.ScaleAddr);
+        }
+        case kCommTcp:
+            return "TCP " + address + ":" + std::to_string(rec.TCPPort);
+        case kCommUdp:
+            return "UDP " + address;
+        default:
+            return "unknown";
+    }
 }
 
 }  // namespace tolvane

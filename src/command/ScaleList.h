@@ -26,4 +26,7 @@ std::vector<TScaleRec> RecordsOf(const std::vector<TListedScale>& scales);
 // The scales without a fault.
 std::vector<TScaleRec> UsableOf(const std::vector<TListedScale>& scales);
 
+// How a scale is connected, UTF-8: "COM5, 115200 bit/s, address 5", "TCP 10.0.0.5:1001".
+std::string ConnectionName(const TScaleRec& rec);
+
 }  // namespace tolvane

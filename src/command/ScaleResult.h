@@ -31,6 +31,13 @@ struct TRefusedArticle {
     std::string reason{};     // code page 1251
 };
 
+// An article that a scale has acknowledged; in a plan, one that would be sent.
+struct TSentArticle {
+    std::int32_t number = 0;  // in the scale
+    std::string name{};       // code page 1251; of one that is deleted nobody knows it
+    bool isDeleted = false;
+};
+
 // What became of one scale. Texts are code page 1251.
 struct TScaleResult {
     TScaleRec rec{};
@@ -47,8 +54,9 @@ struct TScaleResult {
     std::vector<TRefusedArticle> leftOut{};  // not fit to be written into this scale
     // Numbers that the scale holds by the ledger, and that are not in its list any more.
     std::vector<std::int32_t> strays{};
-    bool mayBeProgramming = false;  // the scale may not be weighing
-    bool usable = true;             // false: its section in the scale list has a fault
+    std::vector<TSentArticle> sent{};  // by a run that writes
+    bool mayBeProgramming = false;     // the scale may not be weighing
+    bool usable = true;                // false: its section in the scale list has a fault
     std::chrono::milliseconds duration{};
 };
 

@@ -22,12 +22,25 @@ constexpr std::string_view kSection = "tolvane";
 
 // Options with a value that is not about a single run.
 const std::vector<std::string>& SettingNames() {
-    static const std::vector<std::string> kNames = {
-        "scale", "ini",           "state",          "database",
-        "user",  "password-file", "client-library", "serial",
-        "jobs",  "price",         "deadline",       "lock-wait",
-        "log",   "trace",         "max-age",        "name1",
-        "name2", "udp-local-port"};
+    static const std::vector<std::string> kNames = {"scale",
+                                                    "ini",
+                                                    "state",
+                                                    "database",
+                                                    "user",
+                                                    "password-file",
+                                                    "client-library",
+                                                    "serial",
+                                                    "jobs",
+                                                    "price",
+                                                    "deadline",
+                                                    "lock-wait",
+                                                    "log",
+                                                    "trace",
+                                                    "max-age",
+                                                    "name1",
+                                                    "name2",
+                                                    "udp-local-port",
+                                                    "report"};
     return kNames;
 }
 

@@ -8,6 +8,7 @@
 
 #include "command/EventLog.h"
 #include "command/ExitCode.h"
+#include "command/PageFile.h"
 #include "system/Clock.h"
 #include "system/Console.h"
 #include "system/LocalTime.h"
@@ -31,7 +32,8 @@ struct TWorld {
     std::chrono::milliseconds longestAnswer = std::chrono::seconds(60);
     // Of the terminal, as it is now.
     std::function<std::size_t()> columns = [] { return kUsualColumns; };
-    TEventLog log{};  // what --log names; RunCommand opens it
+    TEventLog log{};   // what --log names; RunCommand opens it
+    TPageFile page{};  // what --report names; the same
 };
 
 }  // namespace tolvane

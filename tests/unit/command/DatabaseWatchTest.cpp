@@ -113,5 +113,21 @@ TEST_F(DatabaseSilenceTest, ABuildingOfAnIndexMayTakeAnyTime) {
     EXPECT_FALSE(HasLeft());
 }
 
+TEST(DatabaseWatch, ReportsThatItLeaves) {
+    TTestWorld test;
+    const TScratchFolder folder;
+    TCommandOptions options;
+    options.report = folder / "report.html";
+    test.world.page.Open(options, {.title = "T"}, [] { return 0.0; });
+    test.interrupts = 1;
+    { const TDatabaseWatch watch({}, test.world); }
+    EXPECT_EQ(
+        GetFile(options.report),
+        PageText({.title = "T",
+                  .exitCode = TExitCode::Interrupted,
+                  .messages = {"Interrupted while the database was read; no scale was touched."},
+                  .facts = {{"Took", "0.0 s"}}}));
+}
+
 }  // namespace
 }  // namespace tolvane::test

@@ -114,6 +114,15 @@ TEST(Options, ChooseTheDataFormat) {
     EXPECT_NE(line.Refusal({"check", "-q", "-v"}).find("--verbose"), std::string::npos);
 }
 
+TEST(Options, NameAReportOfARunOrACheckOnly) {
+    const TCommandLine line;
+    EXPECT_EQ(line.Options({"write", "--report", "отчет.html"}).report, u8"отчет.html");
+    EXPECT_EQ(line.Options({"check", "--report", "r.html"}).report, "r.html");
+    EXPECT_TRUE(line.Options({"write"}).report.empty());
+    EXPECT_EQ(line.Refusal({"test", "--report", "r.html"}), "--report does not belong to test");
+    EXPECT_NE(line.Refusal({"write", "--report", ""}).find("--report"), std::string::npos);
+}
+
 TEST(Options, ShowNoProgressWhenTheyAreQuiet) {
     const TCommandLine line;
     EXPECT_FALSE(line.Options({"write", "-q"}).progress);

@@ -54,6 +54,14 @@ TEST(Settings, ReachEachOptionWithAValue) {
     EXPECT_EQ(options.udpPort, 0);
 }
 
+TEST(Settings, NameTheReportOfThoseCommandsThatMakeOne) {
+    TCommandLine line;
+    line.variables = {{"TOLVANE_REPORT", "r.html"}};
+    EXPECT_EQ(line.Options({"check"}).report, "r.html");
+    EXPECT_EQ(line.Options({"write", "--report", "own.html"}).report, "own.html");
+    EXPECT_TRUE(line.Options({"test"}).report.empty());
+}
+
 TEST(Settings, AreLeftOutWhereACommandHasNoUseForThem) {
     TCommandLine line;
     line.variables = {{"TOLVANE_PRICE", "wholesale"}, {"TOLVANE_MAX_AGE", "1d"}};

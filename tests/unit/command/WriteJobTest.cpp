@@ -38,6 +38,19 @@ TEST_F(TWriteJobTest, TellsEachArticleAndHowFarItIs) {
               (TEvents{"begins 2", "written 12 Tomatoes", "1 done", "written 7 Eggs", "2 done"}));
 }
 
+std::string SentText(const TScaleResult& result) {
+    std::string text;
+    for (const TSentArticle& article : result.sent)
+        text += (article.isDeleted ? "-" : "+") + std::to_string(article.number) + article.name;
+    return text;
+}
+
+TEST_F(TWriteJobTest, TellsInItsResultWhatTheScaleAcknowledged) {
+    EXPECT_EQ(SentText(Write(kTwo)), "+12Tomatoes+7Eggs");
+    EXPECT_EQ(SentText(WriteChanged({kTwo[0], Dearer(kTwo[1])})), "+7Eggs");
+    EXPECT_EQ(SentText(Prune({kTwo[0]})), "-7");
+}
+
 TEST_F(TWriteJobTest, TellsHowLongAnExchangeTakes) {
     clock.perLook = TMilliseconds(5);
     const TScaleResult result = Write({});
