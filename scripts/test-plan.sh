@@ -82,6 +82,9 @@ test_plan_native() {
         after build-linux
         reads "$NATIVE/src/command/tolvane" "$NATIVE/simulator/virtual-scale" docs/command.md tests/command/examples \
             tests/command/program/shop.sql demo/schema.sql "${TEST_SCRIPTS[@]}"
+    job report "The command's reports in a browser" tests/command/report/browser.sh
+        after examples
+        reads "$NATIVE/src/command/tolvane" docs/command.md tests/command/report tests/command/examples "${TEST_SCRIPTS[@]}"
     job texts "The command's manual page and completion" tests/command/examples/texts.sh "$NATIVE/src/command"
         after build-linux
         reads "$NATIVE/src/command/tolvane*" tests/command/examples tests/scripts/lib.sh tools/systemd tools/ansible docs
