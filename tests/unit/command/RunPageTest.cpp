@@ -37,7 +37,7 @@ TScaleResults ThreeScales() {
                               .sent = {{.number = 5, .name = "Eggs"}},
                               .mayBeProgramming = true,
                               .duration = 1200ms});
-    results.scales.push_back({.rec = SerialScale(3, "FISH", "COM3"),
+    results.scales.push_back({.rec = tolvane::SerialScale(3, "FISH", "COM3"),
                               .outcome = TScaleOutcome::NotReached,
                               .error = "no answer",
                               .pending = 2,
