@@ -35,6 +35,7 @@ TIniDocument::TIniDocument(std::string_view bytes) : text_(bytes) {
     const TIniMark mark = ReadIniMark(bytes);
     encoding_ = mark.encoding;
     markSize_ = mark.size;
+    endsInUnit_ = bytes.size() % IniUnitSize(encoding_) != 0;
     sections_.emplace_back();
     Load();
 }
@@ -166,6 +167,7 @@ void TIniDocument::WriteText(std::string_view section, std::string_view key,
     if (Value(section, key) == value) return;
     const std::size_t found = FindKey(FindSection(section), key);
     if (found == kNone) {
+        if (CompleteLastUnit()) return WriteText(section, key, value);
         AppendKey(section, key, value);
     } else {
         ReplaceValue(found, value);
@@ -219,6 +221,16 @@ std::size_t TIniDocument::InsertLine(std::size_t after, std::string_view text) {
     return line;
 }
 
+// An odd byte left over would shift all units after it. The unit that it becomes part of can end a
+// header or a line.
+bool TIniDocument::CompleteLastUnit() {
+    if (!std::exchange(endsInUnit_, false)) return false;
+    std::string bytes = Bytes();
+    if (bytes.size() % IniUnitSize(encoding_) == 0) return false;
+    *this = TIniDocument(bytes += '\0');
+    return true;
+}
+
 std::size_t TIniDocument::SectionForWriting(std::string_view section) {
     const std::size_t found = FindSection(section);
     if (found != kNone) return found;
@@ -231,10 +243,7 @@ std::size_t TIniDocument::SectionForWriting(std::string_view section) {
 
 void TIniDocument::EndLine(std::size_t line) {
     std::string text(TextOf(line));
-    if (!IniLineEnd(text, encoding_).empty()) return;
-    // An odd byte left over would shift all units after it.
-    if (text.size() % IniUnitSize(encoding_) != 0) text += '\0';
-    SetText(line, text += lineEnd_);
+    if (IniLineEnd(text, encoding_).empty()) SetText(line, text += lineEnd_);
 }
 
 void TIniDocument::EndLastLine() {

@@ -95,6 +95,9 @@ private:
     void ReplaceValue(std::size_t line, std::string_view value);
     void AppendKey(std::string_view section, std::string_view key, std::string_view value);
     void EraseLines(std::size_t section);
+    // Completes a file of two-byte units that ends in the middle of one, so that lines can follow,
+    // and reads it anew. Returns whether it has done so.
+    bool CompleteLastUnit();
     void EndLine(std::size_t line);
     void EndLastLine();
 
@@ -102,6 +105,7 @@ private:
     std::string lineEnd_;       // the file's usual one, as bytes of the file
     std::string text_;          // the file, and behind it the lines that were written
     std::size_t markSize_ = 0;  // of the byte order mark, with which the text starts
+    bool endsInUnit_ = false;   // what was read ended in the middle of a unit of two bytes
     std::vector<TLine> lines_;
     std::vector<TSection> sections_;  // the first holds the lines before any header
     // The first section of each name, and the first line of each key in such a section.

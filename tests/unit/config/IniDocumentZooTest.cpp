@@ -173,6 +173,26 @@ TEST(IniDocumentZoo, KeepsALeftOverByteOfUtf16ReadableWhenLinesFollow) {
     EXPECT_EQ(TIniDocument(document.Bytes()).Value("A", "k"), "1");
 }
 
+TEST(IniDocumentZoo, ReadsTheLeftOverByteAsWhatItBecomes) {
+    // The byte becomes the end of a header, and the key goes into its section.
+    TIniDocument document("\xFF\xFE[\0A\0]"s);
+    EXPECT_FALSE(document.HasSection("A"));
+    document.WriteText("A", "k", "1");
+    EXPECT_EQ(document.Bytes(),
+              "\xFF\xFE[\0A\0]\0\r\0\n\0k\0=\0"
+              "1\0\r\0\n\0"s);
+    EXPECT_TRUE(document.HasSection("A"));
+}
+
+TEST(IniDocumentZoo, AddsNoByteWhenTheLeftOverOneHasGone) {
+    TIniDocument document("\xFF\xFE[\0A\0]\0\n\0[\0B\0]\0\n\0x"s);
+    document.EraseSection("B");
+    document.WriteText("A", "k", "1");
+    EXPECT_EQ(document.Bytes(),
+              "\xFF\xFE[\0A\0]\0\n\0k\0=\0"
+              "1\0\n\0"s);
+}
+
 TEST(IniDocumentZoo, KeepsAMarkInAnOtherwiseEmptyFile) {
     TIniDocument document("\xEF\xBB\xBF");
     EXPECT_EQ(document.Bytes(), "\xEF\xBB\xBF");
