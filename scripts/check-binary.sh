@@ -20,7 +20,7 @@ MODULE_LIMIT=$((2 * 1024 * 1024))
 EXPORTS="GetOperationTitle GetOperationType OperationProcedure SetTQ4ModuleString"
 WINDOWED="Tolvane.dll TradeHost.exe"
 SYSTEM_DLLS="advapi32 comctl32 comdlg32 gdi32 kernel32 mswsock msvcrt ole32 oleaut32 shell32 user32
-    uxtheme winmm winspool ws2_32"
+    uxtheme version winmm winspool ws2_32"
 SYSTEM_LIBRARIES="ld-linux-x86-64.so.2 libc.so.6 libgcc_s.so.1 libm.so.6 libstdc++.so.6"
 
 # Who may load a library, and which:
