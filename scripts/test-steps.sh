@@ -120,7 +120,7 @@ test_browser() {
 # The demo without windows, by the programs that are built already, in a folder of its own: its steps have
 # the names of the other demo's.
 test_headless() {
-    ASAN_OPTIONS=detect_leaks=0 TOLVANE_DEMO_PROGRAMS=$BUILD/native TOLVANE_BUILD=$BUILD/headless-test \
+    TOLVANE_DEMO_PROGRAMS=$BUILD/native TOLVANE_BUILD=$BUILD/headless-test \
         "$ROOT/demo.sh" --headless
 }
 

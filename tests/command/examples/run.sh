@@ -17,8 +17,6 @@ FIREBIRD_FOLDER=$BUILD/examples-engine
 DEMO_SCALE=$DEMO_BUILD/simulator/virtual-scale
 TOLVANE=$DEMO_BUILD/src/command/tolvane
 DOCUMENT=$ROOT/docs/command.md
-# The client library leaves threads behind, over which the search for leaks stumbles.
-export ASAN_OPTIONS=detect_leaks=0
 
 examples_shop() {
     firebird_make_folder
