@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "simulator/Ean13.h"
+#include "simulator/Fixed.h"
 
 namespace tolvane::simulator {
 
@@ -15,13 +16,6 @@ constexpr int kLotText = 7;
 // A comment's text in a long and in a short parameter.
 constexpr std::array<std::array<int, 2>, 3> kCommentTexts = {{{19, 2}, {20, 3}, {21, 6}}};
 constexpr std::size_t kArticleCodeLength = 5;
-
-std::string Decimal(std::int64_t value, int unit, int digits) {
-    std::array<char, 48> text{};
-    std::snprintf(text.data(), text.size(), "%lld.%0*lld", static_cast<long long>(value / unit),
-                  digits, static_cast<long long>(value % unit));
-    return text.data();
-}
 
 std::string BarcodeOf(const TLabel& label, const TPlate& plate) {
     const std::string& code = label.text5;
@@ -55,13 +49,12 @@ TLabel MakeLabel(const TArticle& article, TCodeTable table, const TPlate& plate)
     if (const int days = article.BestBefore().value_or(0); days > 0)
         label.bestBefore = std::to_string(days);
     label.pieces = article.pieces.value_or(false);
-    label.amount = label.pieces ? "1" : Decimal(plate.grams, 1000, 3);
+    label.amount = label.pieces ? "1" : Fixed(plate.grams, 3);
     if (article.price) {
-        constexpr std::int64_t kHundred = 100;
         const std::int64_t price = *article.price;
-        label.price = Decimal(price, kHundred, 2);
+        label.price = Fixed(price, 2);
         const std::int64_t total = label.pieces ? price : (price * plate.grams + 500) / 1000;
-        label.total = Decimal(total, kHundred, 2);
+        label.total = Fixed(total, 2);
     }
     label.text5 = article.Text(kBarcodeParameter, table);
     label.barcode = BarcodeOf(label, plate);

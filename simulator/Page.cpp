@@ -1,22 +1,18 @@
 #include "simulator/Page.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 #include <optional>
 
 #include "simulator/Ean13.h"
+#include "simulator/Fixed.h"
 #include "simulator/PageText.h"
 
 namespace tolvane::simulator {
 
 namespace {
 
-std::string Fixed(const std::optional<int>& value, int unit, int digits) {
-    if (!value) return "–";
-    std::array<char, 32> text{};
-    std::snprintf(text.data(), text.size(), "%d.%0*d", *value / unit, digits, *value % unit);
-    return text.data();
+std::string FixedOrDash(const std::optional<int>& value, int decimals) {
+    return value ? Fixed(*value, decimals) : "–";
 }
 
 std::string NumberOrDash(const std::optional<int>& value) {
@@ -118,8 +114,8 @@ std::string PartLink(const TPageModel& model, int from, std::string_view text) {
 std::string ArticleRow(const TArticle& article, TCodeTable table) {
     const std::string kind = !article.pieces ? "–" : *article.pieces ? "piece" : "weight";
     return "<tr>" + Cell("PLU", std::to_string(article.number), true) +
-           Cell("Price", Fixed(article.price, 100, 2), true) +
-           Cell("Weight field", Fixed(article.weight, 1000, 3), true) + Cell("Kind", kind) +
+           Cell("Price", FixedOrDash(article.price, 2), true) +
+           Cell("Weight field", FixedOrDash(article.weight, 3), true) + Cell("Kind", kind) +
            Cell("Tare", NumberOrDash(article.tare), true) +
            Cell("Label", NumberOrDash(article.label), true) +
            Cell("Days", NumberOrDash(article.BestBefore()), true) +

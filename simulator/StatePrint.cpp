@@ -1,8 +1,8 @@
 #include <algorithm>
 #include <array>
-#include <cstdio>
 #include <vector>
 
+#include "simulator/Fixed.h"
 #include "simulator/ScaleState.h"
 
 namespace tolvane::simulator {
@@ -27,11 +27,8 @@ std::string Printable(std::string text) {
     return text;
 }
 
-std::string Fixed(const std::optional<int>& value, int unit, int digits) {
-    if (!value) return "-";
-    std::array<char, 32> text{};
-    std::snprintf(text.data(), text.size(), "%d.%0*d", *value / unit, digits, *value % unit);
-    return text.data();
+std::string FixedOrDash(const std::optional<int>& value, int decimals) {
+    return value ? Fixed(*value, decimals) : "-";
 }
 
 std::string Plain(const std::optional<int>& value) {
@@ -41,8 +38,8 @@ std::string Plain(const std::optional<int>& value) {
 TRow ArticleRow(const TArticle& article, TCodeTable table) {
     const std::string kind = !article.pieces ? "-" : *article.pieces ? "piece" : "weight";
     return {std::to_string(article.number),
-            Fixed(article.price, 100, 2),
-            Fixed(article.weight, 1000, 3),
+            FixedOrDash(article.price, 2),
+            FixedOrDash(article.weight, 3),
             kind,
             Plain(article.tare),
             Plain(article.label),
