@@ -1,5 +1,7 @@
 #include "simulator/Commands.h"
 
+#include "simulator/Hex.h"
+
 namespace tolvane::simulator {
 
 namespace {
@@ -28,6 +30,22 @@ std::optional<TModel> ModelByName(std::string_view name) {
         if (kModels[i].name == name) return static_cast<TModel>(i);
     }
     return std::nullopt;
+}
+
+std::string CommandText(std::uint8_t code) {
+    for (const TCommandName& command : kCommands) {
+        if (command.code == code) return std::string(command.name);
+    }
+    return "0x" + ToHex(std::span(&code, 1));
+}
+
+std::optional<std::uint8_t> CommandByText(std::string_view text) {
+    for (const TCommandName& command : kCommands) {
+        if (command.name == text) return command.code;
+    }
+    const auto byte = text.starts_with("0x") ? FromHex(text.substr(2)) : std::nullopt;
+    if (!byte || byte->size() != 1) return std::nullopt;
+    return byte->front();
 }
 
 std::optional<int> TextLength(TModel model, int parameter) {

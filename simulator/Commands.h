@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace tolvane::simulator {
@@ -50,6 +51,11 @@ inline constexpr std::array<TCommandName, 7> kCommands = {{
     {kSetPriceC, "SetPriceC"},
     {kSetParam, "SetParam"},
 }};
+
+// A command's name, or its code as "0x5A" when it has none.
+std::string CommandText(std::uint8_t code);
+// The code of either; nothing for any other text.
+std::optional<std::uint8_t> CommandByText(std::string_view text);
 
 // The first data byte of every reply.
 enum class TRefusal : std::uint8_t {

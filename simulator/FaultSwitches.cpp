@@ -12,13 +12,6 @@ namespace tolvane::simulator {
 
 namespace {
 
-std::string CommandText(std::uint8_t code) {
-    for (const TCommandName& command : kCommands) {
-        if (command.code == code) return std::string(command.name);
-    }
-    return "0x" + ToHex(TBytes{code});
-}
-
 std::string PercentText(double percent) {
     std::array<char, 32> text{};
     std::snprintf(text.data(), text.size(), "%.10g", percent);

@@ -46,12 +46,9 @@ std::uint8_t Command(const json& value) {
     if (value.is_number_integer())
         return static_cast<std::uint8_t>(Number(value, "command", 0, 255));
     const auto text = value.get<std::string>();
-    for (const TCommandName& command : kCommands) {
-        if (command.name == text) return command.code;
-    }
-    const auto byte = text.starts_with("0x") ? FromHex(text.substr(2)) : std::nullopt;
-    if (!byte || byte->size() != 1) RejectFault("unknown command \"" + text + "\"");
-    return byte->front();
+    const std::optional<std::uint8_t> code = CommandByText(text);
+    if (!code) RejectFault("unknown command \"" + text + "\"");
+    return *code;
 }
 
 TBytes Bytes(const json& value) {

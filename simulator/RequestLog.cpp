@@ -24,10 +24,7 @@ std::string CommandInWords(const TRequest& request) {
         case TDefect::None:
             break;
     }
-    for (const TCommandName& command : kCommands) {
-        if (command.code == request.command) return std::string(command.name);
-    }
-    return "0x" + ToHex(TBytes{request.command});
+    return CommandText(request.command);
 }
 
 // "12.34" of three bytes of packed decimal, as far as these are digits.

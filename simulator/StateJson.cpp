@@ -28,22 +28,10 @@ std::optional<T> Optional(const json& from, const char* key) {
     return found->get<T>();
 }
 
-std::string CommandText(int code) {
-    for (const TCommandName& command : kCommands) {
-        if (command.code == code) return std::string(command.name);
-    }
-    const auto byte = static_cast<std::uint8_t>(code);
-    return "0x" + ToHex(std::span(&byte, 1));
-}
-
 int CommandCode(const std::string& text) {
-    for (const TCommandName& command : kCommands) {
-        if (command.name == text) return command.code;
-    }
-    const std::optional<TBytes> byte =
-        text.starts_with("0x") ? FromHex(text.substr(2)) : std::nullopt;
-    if (!byte || byte->size() != 1) RejectState("command \"" + text + "\"");
-    return byte->front();
+    const std::optional<std::uint8_t> code = CommandByText(text);
+    if (!code) RejectState("command \"" + text + "\"");
+    return *code;
 }
 
 json ScaleJson(const TScaleProperties& scale) {
@@ -73,7 +61,7 @@ TScaleProperties ScaleFromJson(const json& from) {
 json RequestsJson(const TRequestCounts& counts) {
     json byCommand = json::object();
     for (const auto& [code, count] : counts.byCommand)
-        byCommand[CommandText(code)] = count;
+        byCommand[CommandText(static_cast<std::uint8_t>(code))] = count;
     return {{"total", counts.total},
             {"refused", counts.refused},
             {"ignored", counts.ignored},
