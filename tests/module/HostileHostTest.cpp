@@ -90,6 +90,7 @@ protected:
         std::future<void> done = std::async(std::launch::async, work);
         EXPECT_TRUE(RunLoopUntil(
             [&] { return done.wait_for(std::chrono::seconds(0)) == std::future_status::ready; }));
+        RunLoopDry();  // what it has posted
     }
     void ExpectGone() {
         EXPECT_EQ(session_.List(), nullptr);

@@ -160,19 +160,23 @@ TEST_F(SearchEmptyTest, EmptyDatagramsFindNothing) {
 using SearchFloodTest = testing::Test;
 
 TEST_F(SearchFloodTest, AFloodIsOneModuleAndHidesNoOther) {
+    // Kept, these would be more than the memory may grow by.
     constexpr int kReadAtLeast = 150;
     constexpr std::size_t kMostGrowth = 1 << 17;
+    // The system drops datagrams for which its buffer has no room: on a busy machine, most of them.
+    constexpr int kSearches = 5;
     const std::string udp1 = Setting("UDP1");
     const TFound expected = {Udp(udp1), Udp(udp1), Tcp(Setting("TCP"))};
     int datagrams = 0;
     const auto counting = [&] { return std::make_unique<TCountingSocket>(datagrams); };
     EXPECT_EQ(FoundDevices(SystemClock(), false, {}, counting), expected);
     const std::size_t before = PrivateBytes();
-    const auto start = std::chrono::steady_clock::now();
     datagrams = 0;
-    EXPECT_EQ(FoundDevices(SystemClock(), false, {}, counting), expected);
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
-    // The system drops datagrams for which its buffer has no room.
+    for (int search = 0; search < kSearches && datagrams < kReadAtLeast; ++search) {
+        const auto start = std::chrono::steady_clock::now();
+        EXPECT_EQ(FoundDevices(SystemClock(), false, {}, counting), expected);
+        EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+    }
     EXPECT_GE(datagrams, kReadAtLeast);
     EXPECT_LT(PrivateBytes(), before + kMostGrowth) << "after " << datagrams << " datagrams";
 }
