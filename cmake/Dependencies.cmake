@@ -30,6 +30,10 @@ else()
     add_library(tolvane_asio STATIC ${CMAKE_BINARY_DIR}/AsioCode.cpp)
     target_compile_definitions(tolvane_asio PUBLIC ASIO_SEPARATE_COMPILATION)
     target_link_libraries(tolvane_asio PRIVATE tolvane_hardening)
+    if(TOLVANE_SANITIZE)
+        # Tests do not need it quick, and UBSan is for our own code.
+        target_compile_options(tolvane_asio PRIVATE ${TOLVANE_QUICK_BUILD} -fno-sanitize=undefined)
+    endif()
 endif()
 target_link_libraries(tolvane_asio ${scope} tolvane_headers Threads::Threads)
 # Without the last of these it depends on the headers that a file includes before Asio's whether Asio frees
