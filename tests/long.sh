@@ -13,6 +13,8 @@
 #   the built files for Linux
 #   the coverage, see tests/coverage
 #   the release itself: made twice, installed, used, upgraded and removed
+#
+#   tests/long.sh [STEP]...    only these, for example kills stops; a wrong name shows them all
 
 export TOLVANE_LANE=a
 source "$(dirname "${BASH_SOURCE[0]}")/../scripts/lib.sh"
@@ -89,22 +91,33 @@ long_fuzz() {
 trap 'test_end $?' EXIT
 trap 'exit 130' INT TERM
 
-step "Coverage" tests/coverage/coverage.sh
-step "Valgrind" long_valgrind
-step "Built files for Linux" long_files
-step "Kills of a save" long_kills
-step "Soak of every wire" long_soak
+wanted=("$@")
+known=$(sed -n 's/^long_step \([a-z-]*\) .*/\1/p' "${BASH_SOURCE[0]}" | paste -sd' ')
+for name in "${wanted[@]}"; do
+    [[ " $known " == *" $name "* ]] || fail "there is no step $name; there are: $known"
+done
+
+# long_step <name> "<title>" <command> [argument]...
+long_step() {
+    if [ ${#wanted[@]} -eq 0 ] || [[ " ${wanted[*]} " == *" $1 "* ]]; then step "${@:2}"; fi
+}
+
+long_step coverage "Coverage" tests/coverage/coverage.sh
+long_step valgrind "Valgrind" long_valgrind
+long_step files "Built files for Linux" long_files
+long_step kills "Kills of a save" long_kills
+long_step soak "Soak of every wire" long_soak
 step "Start a Firebird server" firebird_start
-step "Kills of the command" long_kills_command
+long_step kills-command "Kills of the command" long_kills_command
 step "Make the Wine prefix" wine_prefix_make
 step "Set Bulgarian formats" wine_regional 1251 comma
 step "Start a display" display_start
-step "Kills of a save, Windows" long_kills_windows
-step "Runs stopped at random times" long_stops
-step "Cycles of the list window" long_cycles
-step "The release" "$SCRIPTS/release.sh"
-step "The release again, in another folder" tests/release/again.sh
-step "The Debian packages in a clean Debian" tests/release/debian.sh
-step "The zip and the installer in Wine" tests/release/windows.sh made
-step "Fuzzers" long_fuzz
-step "What the fuzzers reach" tests/fuzz/coverage.sh
+long_step kills-windows "Kills of a save, Windows" long_kills_windows
+long_step stops "Runs stopped at random times" long_stops
+long_step cycles "Cycles of the list window" long_cycles
+long_step release "The release" "$SCRIPTS/release.sh"
+long_step again "The release again, in another folder" tests/release/again.sh
+long_step packages "The Debian packages in a clean Debian" tests/release/debian.sh
+long_step installer "The zip and the installer in Wine" tests/release/windows.sh made
+long_step fuzz "Fuzzers" long_fuzz
+long_step fuzz-coverage "What the fuzzers reach" tests/fuzz/coverage.sh
