@@ -4,6 +4,7 @@
 #include <string>
 
 #include "entry/HostInterface.h"
+#include "entry/HostMemory.h"
 #include "entry/HostText.h"
 #include "entry/ModuleState.h"
 #include "entry/Operation.h"
@@ -25,7 +26,7 @@ void Guard(Work work) noexcept {
 }
 
 void Assign(const char** result, const char* text) {
-    if (result != nullptr) *result = text;
+    if (CanWrite(result, sizeof *result)) *result = text;
 }
 
 }  // namespace
@@ -49,6 +50,7 @@ void TOLVANE_STDCALL GetOperationType(const char** result) {
 
 void TOLVANE_STDCALL SetTQ4ModuleString(const char* text, std::int32_t number) {
     tolvane::Guard([&] {
+        if (!tolvane::IsHostText(text)) return;
         std::string read = tolvane::ReadHostText(text);
         // A host that calls this from several threads must not destroy the text.
         static SRWLOCK lock = SRWLOCK_INIT;

@@ -6,6 +6,7 @@
 #include <new>
 
 #include "entry/HostInterface.h"
+#include "entry/HostMemory.h"
 
 namespace tolvane {
 namespace {
@@ -14,6 +15,14 @@ constexpr std::uint16_t kCodePage = 1251;
 constexpr std::int32_t kConstant = -1;
 
 }  // namespace
+
+bool IsHostText(const char* text) noexcept {
+    if (text == nullptr) return true;
+    std::int32_t length = 0;
+    if (!CanRead(text - sizeof length, sizeof length)) return false;
+    std::memcpy(&length, text - sizeof length, sizeof length);
+    return length <= 0 || CanRead(text, static_cast<std::size_t>(length));
+}
 
 const char* MakeHostText(std::string_view text) {
     void* block = HeapAlloc(GetProcessHeap(), 0, sizeof(THostTextHeader) + text.size() + 1);

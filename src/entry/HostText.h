@@ -17,6 +17,9 @@ inline std::string ReadHostText(const char* text) {
     return length > 0 ? std::string(text, static_cast<std::size_t>(length)) : std::string();
 }
 
+// Whether the text can be read from its length to its last character, or is a null pointer.
+bool IsHostText(const char* text) noexcept;
+
 // A text for the host: a constant on the process heap, made once and never freed, so that it
 // outlives the module. Each call makes a new block: a caller that wants one block keeps the
 // pointer. Throws std::bad_alloc.

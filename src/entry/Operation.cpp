@@ -7,6 +7,7 @@
 #include "articles/forms/ColListUnit.h"
 #include "articles/forms/PLUScaleListUnit.h"
 #include "database/ClientLibrary.h"
+#include "entry/HostMemory.h"
 #include "entry/ModuleListForm.h"
 #include "entry/ModuleState.h"
 #include "settings/forms/ScaleComunicationUnit.h"
@@ -40,7 +41,7 @@ bool IsOfThisThread(HWND window) {
 
 // The frame's MDI client. Throws when an argument from the host is wrong, before anything is made.
 HWND CheckArguments(const TStartArguments& arguments) {
-    Require(arguments.messageId != nullptr,
+    Require(CanWrite(arguments.messageId, sizeof *arguments.messageId),
             "Липсва място за номера на съобщението за край (MessageId)."_cp1251);
     Require(IsWindow(arguments.appHandle) != 0,
             "Подаденият прозорец на приложението (AppHandle) не съществува."_cp1251);
@@ -51,12 +52,18 @@ HWND CheckArguments(const TStartArguments& arguments) {
     const HWND client = FindWindowExW(arguments.mainForm, nullptr, L"MDIClient", nullptr);
     Require(client != nullptr, "Главният прозорец (MainForm) не е MDI прозорец."_cp1251);
     const THostDatabase* database = arguments.database;
-    Require(database != nullptr, "Не е подадена връзка с базата данни (Database)."_cp1251);
+    constexpr std::string_view kNoDatabase =
+        "Не е подадена връзка с базата данни (Database)."_cp1251;
+    Require(CanRead(database, sizeof database->Size), kNoDatabase);
     if (database->Size != sizeof(THostDatabase))
         throw TStartError(
             std::string("Непознат размер на записа за базата данни (Database): "_cp1251) +
             std::to_string(database->Size));
-    Require(database->Handle != nullptr && *static_cast<void**>(database->Handle) != nullptr,
+    Require(CanRead(database, sizeof *database), kNoDatabase);
+    Require(database->ClientLibrary == nullptr || CanReadText(database->ClientLibrary),
+            kNoDatabase);
+    Require(CanRead(database->Handle, sizeof(void*)) &&
+                *static_cast<void**>(database->Handle) != nullptr,
             "Връзката с базата данни не е отворена."_cp1251);
     const TClientLibrary known(database->ClientLibrary);
     return client;
@@ -119,7 +126,8 @@ void RegisterCompletion(const TStartArguments& arguments) {
     if (IsWindow(arguments.appHandle) != 0) state.appHandle = arguments.appHandle;
     state.messageId =
         RegisterWindowMessageA(("DLL_" + std::to_string(arguments.operationNo)).c_str());
-    if (arguments.messageId != nullptr) *arguments.messageId = state.messageId;
+    if (CanWrite(arguments.messageId, sizeof *arguments.messageId))
+        *arguments.messageId = state.messageId;
     state.printProc = arguments.printProc;
 }
 

@@ -12,6 +12,7 @@
 #include <functional>
 #include <future>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -39,6 +40,27 @@ public:
 
 private:
     std::vector<char> block_;
+};
+
+// Two pages of memory, of which the second one can be neither read nor written.
+class THalfMemory {
+public:
+    THalfMemory()
+        : pages_(static_cast<char*>(
+              VirtualAlloc(nullptr, std::size_t{2} * kPage, MEM_RESERVE, PAGE_NOACCESS))) {
+        EXPECT_NE(VirtualAlloc(pages_, kPage, MEM_COMMIT, PAGE_READWRITE), nullptr);
+        std::memset(pages_, 'x', kPage);
+    }
+    THalfMemory(const THalfMemory&) = delete;
+    THalfMemory& operator=(const THalfMemory&) = delete;
+    ~THalfMemory() { VirtualFree(pages_, 0, MEM_RELEASE); }
+
+    // That many bytes of the first page, and then the second one.
+    char* Before(std::size_t bytes) const { return pages_ + kPage - bytes; }
+
+private:
+    static constexpr std::size_t kPage = 4096;
+    char* pages_;
 };
 
 // Acts whenever the window gets a message.
@@ -228,6 +250,58 @@ TEST_F(HostileHostTest, AHugeNameOfAClientLibraryIsReportedInAFewWords) {
     EXPECT_LT(boxes.Seen()[0].text.size(), kFewWords);
     EXPECT_NE(boxes.Seen()[0].text.find("xxx"), std::string::npos);
     ExpectGone();
+}
+
+TEST_F(HostileHostTest, AddressesThatCannotBeReadAreRefused) {
+    const THalfMemory memory;
+    const THalfMemory endless;
+    constexpr std::string_view kNoDatabase =
+        "Грешка :\rНе е подадена връзка с базата данни (Database).";
+    constexpr std::string_view kNotOpen = "Грешка :\rВръзката с базата данни не е отворена.";
+    const THostDatabase good = *session_.connection.Database();
+    THostDatabase cell = good;
+    cell.Handle = memory.Before(2);
+    THostDatabase library = good;
+    library.ClientLibrary = endless.Before(100);
+    std::memcpy(memory.Before(4), &good.Size, sizeof good.Size);
+    const std::vector<std::pair<const THostDatabase*, std::string_view>> cases = {
+        {reinterpret_cast<const THostDatabase*>(memory.Before(0)), kNoDatabase},
+        {reinterpret_cast<const THostDatabase*>(memory.Before(4)), kNoDatabase},
+        {&library, kNoDatabase},
+        {&cell, kNotOpen}};
+    for (const auto& [database, message] : cases) {
+        const TBoxAnswerer boxes;
+        StartWith(application_.Frame(), session_.host.Frame(), database);
+        RunLoopDry();
+        ASSERT_EQ(boxes.Seen().size(), 1U);
+        EXPECT_EQ(boxes.Seen()[0].text, message);
+    }
+    ExpectGone();
+}
+
+TEST_F(HostileHostTest, AnAddressThatCannotBeWrittenIsRefused) {
+    const THalfMemory memory;
+    const TBoxAnswerer boxes;
+    session_.module.Start(application_.Frame(), 17,
+                          reinterpret_cast<std::uint32_t*>(memory.Before(2)), session_.host.Frame(),
+                          session_.connection.Database(), nullptr, {nullptr, nullptr});
+    session_.module.GetTitle(reinterpret_cast<const char**>(memory.Before(2)));
+    RunLoopDry();
+    ASSERT_EQ(boxes.Seen().size(), 1U);
+    EXPECT_EQ(boxes.Seen()[0].text,
+              "Грешка :\rЛипсва място за номера на съобщението за край (MessageId).");
+    EXPECT_EQ(std::string_view(memory.Before(2), 2), "xx");
+    ExpectGone();
+}
+
+TEST_F(HostileHostTest, TextsThatCannotBeReadToTheirEndAreNotTaken) {
+    const THalfMemory memory;
+    const std::int32_t length = 3;
+    std::memcpy(memory.Before(6), &length, sizeof length);
+    session_.module.SetModuleString(memory.Before(2), 1);
+    session_.module.SetModuleString(memory.Before(0) + 2, 1);
+    session_.Start();
+    EXPECT_EQ(session_.Grid().RowCount(), 6);
 }
 
 // The module's code is on the stack until the host's thread handles messages again.
