@@ -35,7 +35,7 @@ declare -A GROUPS_OF_PACKAGES=(
     [bench]="fp-compiler fp-units-db"
     [pascal]="fp-compiler fpc-source-3.2.2"
 )
-ALL_GROUPS=(build check wine firebird winelib shop trace chain installer fuzz browser bench pascal)
+ALL_GROUPS=(build check wine firebird winelib shop trace chain installer guide fuzz browser bench pascal)
 PREFERENCES=/etc/apt/preferences.d/zz-tolvane-setup
 POLICY=/usr/sbin/policy-rc.d
 # Beside the indexes, so that it goes with them.

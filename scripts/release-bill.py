@@ -51,6 +51,8 @@ def is_in(cell, ref):
     folder, _, name = ref.rpartition("/")
     if cell == "installer":
         return name.endswith("-setup.exe")
+    if cell == "guide":
+        return name.endswith(("-setup.exe", "-win32.zip"))
     if cell.startswith("all"):
         system = {"all for Windows": "win32", "all for Linux": "linux"}.get(cell)
         return folder != "" and system in (None, folder)

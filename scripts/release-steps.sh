@@ -67,40 +67,41 @@ release_same_times() {
     find "$1" -exec touch -h -d "@$SOURCE_DATE_EPOCH" {} +
 }
 
-# As HTML and PDF where there is a script for that.
 release_make_guide() {
-    rm -rf "$RELEASE_WORK/guide"
-    [ ! -x scripts/guide.sh ] || scripts/guide.sh "$RELEASE_WORK/guide"
+    "$SCRIPTS/guide.sh" "$RELEASE_WORK/guide"
+    release_check_fonts
 }
 
-# release_stage_guide <folder>: what release_make_guide has made, else the pages as they are in docs.
-release_stage_guide() {
-    local page
-    if [ -d "$RELEASE_WORK/guide" ]; then
-        cp -r "$RELEASE_WORK/guide/." "$1"
-        return
-    fi
-    for page in user-guide command chain host-interface settings-windows third-party; do
-        release_text "docs/$page.md" "$1/$page.md"
-    done
-    release_text simulator/README.md "$1/virtual-scale.md"
-    cp -r docs/images "$1/images"
+# The fonts that the PDF files hold are of the package that docs/third-party.md names.
+release_check_fonts() {
+    local fonts
+    fonts=$(grep -haoE '/BaseFont */[^ /<>]*' "$RELEASE_WORK"/guide/*.pdf | sed 's|.*[/+]||' | sort -u)
+    [ -n "$fonts" ] || fail "no PDF of the guide names a font"
+    ! grep -v '^DejaVu-Sans' <<<"$fonts" || fail "docs/third-party.md does not name these fonts of the guide"
 }
 
-# What the zip and the installer contain.
+# The sources of the example hosts, and the page about them with its links to the guide beside them.
+release_stage_examples() {
+    cp -r --parents examples/c/host.c examples/pascal/Host.pas "$1"
+    sed -e 's|docs/host-interface\.md|guide/host-interface.html|g' examples/README.md >"$RELEASE_WORK/examples.md"
+    release_text "$RELEASE_WORK/examples.md" "$1/examples/README.md"
+    cp src/entry/HostInterface.h "$1/examples/"
+}
+
+# What the zip and the installer contain. The guide is made before.
 release_stage_windows() {
     local stage=$RELEASE_WORK/$RELEASE_ZIP page package
     rm -rf "$stage"
-    mkdir -p "$stage"/{Operations,guide,examples,licences,tools}
+    mkdir -p "$stage"/{Operations,examples,licences,tools}
     cp "$RELEASE_WINDOWS/src/entry/Tolvane.dll" "$stage/Operations/"
     cp "$RELEASE_WINDOWS/host/TradeHost.exe" "$RELEASE_WINDOWS/src/command/tolvane.exe" \
         "$RELEASE_WINDOWS/simulator/virtual-scale.exe" "$stage/"
     release_text packaging/windows/README.txt "$stage/README.txt"
     release_text LICENSE "$stage/LICENSE.txt"
     release_text CHANGELOG.md "$stage/CHANGELOG.md"
-    release_stage_guide "$stage/guide"
+    cp -r "$RELEASE_WORK/guide" "$stage/guide"
     cp -r tools/windows tools/ansible tools/wireshark "$stage/tools/"
-    cp src/entry/HostInterface.h "$stage/examples/"
+    release_stage_examples "$stage"
     for page in Tolvane.ini TradeHost.ini tolvane.conf; do
         sed 's/$/\r/' "packaging/examples/$page" | iconv -f UTF-8 -t CP1251 >"$stage/examples/$page"
     done

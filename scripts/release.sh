@@ -9,7 +9,7 @@ source "$(dirname "${BASH_SOURCE[0]}")/release-steps.sh"
 cd "$ROOT"
 [ $# -eq 0 ] || fail "usage: scripts/release.sh"
 
-step "Packages" "$SCRIPTS/packages.sh" build installer release
+step "Packages" "$SCRIPTS/packages.sh" build installer release guide
 step "Build for Windows" release_build windows Tolvane TradeHost tolvane virtual-scale
 step "Build for Linux" release_build linux tolvane tolvane_manual virtual-scale
 step "Check the programs" release_check_programs

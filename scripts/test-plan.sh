@@ -39,6 +39,8 @@ test_plan_checks() {
         reads scripts/check-messages.sh scripts/lib.sh tests/scripts
     job pages "The pages' links" "$SCRIPTS/check-links.py"
         after packages
+    job guide "The guides as HTML and PDF" "$SCRIPTS/guide.sh"
+        after packages; reads docs simulator/README.md CMakeLists.txt "${TEST_SCRIPTS[@]}"
     job guide-texts "The guide has every text of the module" "$SCRIPTS/check-guide.py"
         after packages
     job excerpts "The pieces of code of the host's page" "$SCRIPTS/check-excerpts.py"
@@ -218,8 +220,8 @@ test_plan_lane_d() {
         after build-windows client; lane d
         reads "$WINDOWS/tests/module/run/test_upload_stops.exe" "${TEST_SCRIPTS[@]}"
     job installer "The zip and the installer in Wine" test_in_lane d tests/release/windows.sh
-        after build-windows client; lane d
-        reads tests/release packaging docs tools LICENSE CHANGELOG.md simulator/README.md src/entry/HostInterface.h \
+        after build-windows client guide; lane d
+        reads tests/release packaging docs examples tools LICENSE CHANGELOG.md simulator/README.md src/entry/HostInterface.h \
             tests/command/program/shop.sql "demo/*.sql" "$WINDOWS/src/command/tolvane.exe" \
             "$WINDOWS/simulator/virtual-scale.exe" "${DEMO_FILES[@]}"
     job bench "The benchmarks, shortly" test_in_lane d tests/bench/run.sh --quick

@@ -39,5 +39,9 @@ assert parts["win32/tolvane.exe"] == windows | command | {"firebird-dev"}, parts
 assert parts["win32/virtual-scale.exe"] == windows | scale, parts
 assert parts["linux/tolvane"] == linux | command | {"firebird-dev"}, parts
 assert parts["linux/virtual-scale"] == linux | scale, parts
+beside = {name: parts[name] for name in named if parts[name]}
+[zip] = (name for name in named if name.endswith(".zip"))
+[setup] = (name for name in named if name.endswith(".exe"))
+assert beside == {zip: {"fonts-dejavu-core"}, setup: {"fonts-dejavu-core", "nsis-common"}}, beside
 BILL
 say "All is as expected."

@@ -39,6 +39,10 @@ release_test_make() {
     RELEASE=$WORK/made
     RELEASE_WORK=$WORK/work
     RELEASE_WINDOWS=$BUILD/windows
+    mkdir -p "$RELEASE_WORK"
+    [ -d "$BUILD/guide" ] || "$SCRIPTS/guide.sh"
+    cp -r "$BUILD/guide" "$RELEASE_WORK/guide"
+    release_check_fonts
     release_make_zip
     release_make_installer
 }
@@ -116,6 +120,20 @@ expect_in_scale() {
     held=$(wine_command wine "$2" --show "$(wine_path "$WORK/$1.json")" | tr -d '\r' |
         awk '$2 ~ /^[0-9]+\.[0-9][0-9]$/ { sub(/\./, "", $2); print $1, $2 + 0 }')
     [ "$held" = "$EXPECTED" ] || fail "the scale $1 holds: $held"
+}
+
+# What its pages refer to is there, and the examples can be compiled.
+test_zip_files() {
+    local zip=$WORK/zip/$RELEASE_ZIP target file
+    for target in $(grep -oE '\]\([^)#]+' "$zip/examples/README.md" | sed 's/^](//'); do
+        [ -e "$zip/examples/$target" ] || fail "examples/README.md refers to $target"
+    done
+    for file in guide/{user-guide,host-interface}.html guide/user-guide.pdf examples/c/host.c \
+        examples/pascal/Host.pas licences/fonts-dejavu-core.txt; do
+        [ -s "$zip/$file" ] || fail "$file is not in the zip"
+    done
+    grep -qF '](../guide/host-interface.html)' "$zip/examples/README.md" || fail "the examples do not refer to the guide"
+    i686-w64-mingw32-gcc -std=c11 "$zip/examples/c/host.c" -o "$WORK/host_c.exe"
 }
 
 test_zip() {
@@ -287,6 +305,7 @@ mkdir -p "$WORK/zip"
 [ "${1:-}" = made ] || scene "Make a zip and an installer" release_test_make
 SETUP=$RELEASE/$RELEASE_SETUP
 unzip -q "$RELEASE/$RELEASE_ZIP.zip" -d "$WORK/zip"
+scene "The zip: pages and examples" test_zip_files
 scene "Make an older version" release_test_make_old
 scene "Start a database" release_test_start
 scene "The zip: articles by the command" test_zip
