@@ -256,7 +256,8 @@ bool TWriteJob::WriteOne(TArticleWriter& writer, const TPlannedArticle& article)
     }
     Ledger().Claim(article.plu.ScaleNumber, article.digest, Now());
     ++result_.written;
-    result_.sent.push_back({.number = article.plu.ScaleNumber, .name = article.plu.LabelName1});
+    if (task_.keepSent)
+        result_.sent.push_back({.number = article.plu.ScaleNumber, .name = article.plu.LabelName1});
     parts_.view.Article("written", article.plu.ScaleNumber, article.plu.LabelName1);
     return true;
 }
@@ -266,7 +267,8 @@ void TWriteJob::Prune(TElicomScale& scale) {
     const std::set<std::int32_t> left = Ledger().Numbers();
     std::erase_if(result_.strays, [&](std::int32_t number) {
         if (left.contains(number)) return false;
-        result_.sent.push_back({.number = number, .name = {}, .isDeleted = true});
+        if (task_.keepSent)
+            result_.sent.push_back({.number = number, .name = {}, .isDeleted = true});
         return true;
     });
 }

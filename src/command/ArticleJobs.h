@@ -89,7 +89,8 @@ public:
         const TArticleTable& table;
         TRegionalSettings regional;
         TWriteChoice choice;
-        bool prune = false;  // delete what the scale holds by the ledger and its list lacks
+        bool prune = false;     // delete what the scale holds by the ledger and its list lacks
+        bool keepSent = false;  // name in the result each article that the scale has acknowledged
     };
     TWriteJob(const TJobParts& parts, const TScaleRec& rec, TLedgerParts ledger, const TTask& task);
 

@@ -24,8 +24,10 @@ void Plan(const TCommandOptions& options, const TWorld& world, const TShop& shop
     if (!plan.refused.empty()) result.outcome = TScaleOutcome::Failed;
     result.unchanged = plan.unchanged;
     result.pending = plan.toWrite.size();
-    for (const TPlannedArticle& article : plan.toWrite)
-        result.sent.push_back({.number = article.plu.ScaleNumber, .name = article.plu.LabelName1});
+    if (!options.report.empty())
+        for (const TPlannedArticle& article : plan.toWrite)
+            result.sent.push_back(
+                {.number = article.plu.ScaleNumber, .name = article.plu.LabelName1});
     result.refused = std::move(plan.refused);
     result.leftOut = std::move(plan.leftOut);
     result.strays = std::move(plan.strays);

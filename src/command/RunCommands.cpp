@@ -62,7 +62,8 @@ TAnswer WriteArticles(const TCommandOptions& options, TWorld& world) {
     const TWriteJob::TTask task{.table = reading.articles,
                                 .regional = world.regional,
                                 .choice = choice,
-                                .prune = options.prune};
+                                .prune = options.prune,
+                                .keepSent = world.page.IsOpen()};
     TScaleResults results =
         options.dryRun
             ? DryRun(options, world, shop, scales, reading.articles, choice)

@@ -1,5 +1,6 @@
 #include "command/RunPage.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <map>
@@ -95,9 +96,13 @@ TReportTable SentTable(const std::vector<TScaleResult>& scales, bool planned) {
                                    {"name", "Name"},
                                    {"written", planned ? "Into scales" : "Written into scales"},
                                    {"deleted", "Deleted from scales"}}};
-    for (const auto& [article, places] : articles)
-        table.rows.push_back(
-            {Number(article.first), ToUtf8(article.second), places.written, places.deleted});
+    // The page leaves out a column in which nothing stands.
+    const bool named = std::ranges::any_of(
+        articles, [](const auto& article) { return !article.first.second.empty(); });
+    for (const auto& [article, places] : articles) {
+        const std::string name = article.second.empty() && named ? "–" : ToUtf8(article.second);
+        table.rows.push_back({Number(article.first), name, places.written, places.deleted});
+    }
     return table;
 }
 

@@ -54,7 +54,7 @@ struct TScaleResult {
     std::vector<TRefusedArticle> leftOut{};  // not fit to be written into this scale
     // Numbers that the scale holds by the ledger, and that are not in its list any more.
     std::vector<std::int32_t> strays{};
-    std::vector<TSentArticle> sent{};  // by a run that writes
+    std::vector<TSentArticle> sent{};  // by a run that writes, for its page
     bool mayBeProgramming = false;     // the scale may not be weighing
     bool usable = true;                // false: its section in the scale list has a fault
     std::chrono::milliseconds duration{};

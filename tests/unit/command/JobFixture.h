@@ -59,7 +59,11 @@ protected:
                        bool prune = false) {
         const auto table = TableOf(articles);
         return TWriteJob(Parts(), rec, LedgerParts(),
-                         {.table = *table, .regional = {}, .choice = choice, .prune = prune})
+                         {.table = *table,
+                          .regional = {},
+                          .choice = choice,
+                          .prune = prune,
+                          .keepSent = keepSent})
             .Run();
     }
     TScaleResult WriteChanged(const std::vector<TArticle>& articles) {
@@ -158,6 +162,7 @@ protected:
     TJobEvents view;
     TScaleRec rec;
     std::string openError;
+    bool keepSent = true;
     std::chrono::sys_seconds now = kNoon;
     std::chrono::seconds perLook{0};  // the time that passes each time a job asks for it
     std::unique_ptr<simulator::TScaleCore> core;

@@ -132,7 +132,7 @@ TEST(RunPage, ListsEachArticleOnceWithTheScalesThatItWentTo) {
     EXPECT_EQ(sent->table.rows,
               (std::vector<TRow>{{TCell(std::int64_t{3}), Text("Ham"), Text("1"), Text("")},
                                  {TCell(std::int64_t{5}), Text("Eggs"), Text("1, 2"), Text("")},
-                                 {TCell(std::int64_t{8}), Text(""), Text(""), Text("1")}}));
+                                 {TCell(std::int64_t{8}), Text("–"), Text(""), Text("1")}}));
 }
 
 TEST(RunPage, SaysThatNothingWasSentAndLeavesOutWhatIsEmpty) {

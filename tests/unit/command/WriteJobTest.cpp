@@ -51,6 +51,12 @@ TEST_F(TWriteJobTest, TellsInItsResultWhatTheScaleAcknowledged) {
     EXPECT_EQ(SentText(Prune({kTwo[0]})), "-7");
 }
 
+TEST_F(TWriteJobTest, KeepsNoListOfWhatItHasSentWhenNobodyAsksForOne) {
+    keepSent = false;
+    EXPECT_EQ(SentText(Write(kTwo)), "");
+    EXPECT_EQ(SentText(Prune({kTwo[0]})), "");
+}
+
 TEST_F(TWriteJobTest, TellsHowLongAnExchangeTakes) {
     clock.perLook = TMilliseconds(5);
     const TScaleResult result = Write({});
