@@ -7,6 +7,7 @@
 #include <string>
 #include <utility>
 
+#include "command/EnglishWords.h"
 #include "command/PlannedResults.h"
 #include "config/IniFile.h"
 #include "upload/LabelTexts.h"
@@ -115,7 +116,7 @@ void TLedgerJob::End() {
     ledger_->SetLastRun({.start = start_,
                          .end = Now(),
                          .outcome = InLedger(result_.outcome),
-                         .error = result_.error,
+                         .error = InEnglish(result_.error),
                          .written = Count(result_.written),
                          .unchanged = Count(result_.unchanged),
                          .refused = Count(result_.refused.size()),

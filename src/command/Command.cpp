@@ -9,6 +9,7 @@
 #include <string_view>
 #include <utility>
 
+#include "command/EnglishWords.h"
 #include "command/NamedFile.h"
 #include "command/Shop.h"
 #include "command/UtcTime.h"
@@ -151,17 +152,21 @@ TEnd AnswerAndPrint(const TCommandOptions& options, TWorld& world) {
     return {.code = code};
 }
 
+TEnd FailedBy(const std::exception& error, TExitCode code) {
+    return {.code = code, .error = ToUtf8(InEnglish(MessageOf(error)))};
+}
+
 TEnd AnswerOrFail(const TCommandOptions& options, TWorld& world) {
     try {
         return AnswerAndPrint(options, world);
     } catch (const TUsageError& error) {
         return {.code = TExitCode::Usage, .error = error.what()};
     } catch (const TFileError& error) {
-        return {.code = TExitCode::Usage, .error = ToUtf8(error.what())};
+        return FailedBy(error, TExitCode::Usage);
     } catch (const TDatabaseError& error) {
-        return {.code = TExitCode::Database, .error = ToUtf8(error.what())};
+        return FailedBy(error, TExitCode::Database);
     } catch (const std::exception& error) {
-        return {.code = TExitCode::Internal, .error = ToUtf8(MessageOf(error))};
+        return FailedBy(error, TExitCode::Internal);
     }
 }
 

@@ -8,6 +8,7 @@
 
 #include "comm/DeviceDiscovery.h"
 #include "command/Command.h"
+#include "command/EnglishWords.h"
 #include "system/Sockets.h"
 #include "text/Cp1251.h"
 #include "text/IpAddress.h"
@@ -74,7 +75,7 @@ private:
     }
     // Probes that fail for the same reason tell it once.
     void Add(const TProbeFailure& failure) {
-        std::string text = FailureTextOf(failure);
+        std::string text = InEnglish(FailureTextOf(failure));
         if (std::find(failures_.begin(), failures_.end(), text) == failures_.end())
             failures_.push_back(std::move(text));
     }

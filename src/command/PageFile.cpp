@@ -10,6 +10,7 @@
 #include <system_error>
 #include <utility>
 
+#include "command/EnglishWords.h"
 #include "command/NamedFile.h"
 #include "command/UsageError.h"
 #include "system/SystemError.h"
@@ -89,7 +90,7 @@ std::string TPageFile::Write(TExitCode exitCode, const std::string& error) const
         ReplaceWholeFile(file_, PageText(page));
         return {};
     } catch (const std::exception& failure) {
-        return RefusalOf(file_, ToUtf8(FailureText(failure)) + ".");
+        return RefusalOf(file_, ToUtf8(InEnglish(FailureText(failure))) + ".");
     }
 }
 

@@ -3,6 +3,7 @@
 #include <exception>
 #include <utility>
 
+#include "command/EnglishWords.h"
 #include "command/ScaleArticles.h"
 #include "system/SystemError.h"
 
@@ -41,7 +42,7 @@ TScaleResult PlannedResult(const TCommandOptions& options, const TWorld& world, 
         Plan(options, world, shop, table, choice, result);
     } catch (const std::exception& error) {
         result.outcome = TScaleOutcome::Failed;
-        result.error = FailureText(error);
+        result.error = InEnglish(FailureText(error));
     }
     return result;
 }

@@ -4,6 +4,7 @@
 #include <optional>
 #include <utility>
 
+#include "command/EnglishWords.h"
 #include "command/RunLock.h"
 #include "config/IniFile.h"
 #include "scale/ScaleCommands.h"
@@ -54,6 +55,7 @@ TScaleResult TScaleJob::Run() {
         if (result_.outcome == TScaleOutcome::Done) result_.outcome = TScaleOutcome::Failed;
         AddError(FailureText(error));
     }
+    result_.error = InEnglish(std::move(result_.error));
     result_.duration =
         std::chrono::duration_cast<std::chrono::milliseconds>(parts_.clock.Now() - start);
     return std::move(result_);

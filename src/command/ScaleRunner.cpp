@@ -8,6 +8,7 @@
 #include <string>
 #include <utility>
 
+#include "command/EnglishWords.h"
 #include "command/LinkFactory.h"
 #include "command/NamedFile.h"
 #include "command/Progress.h"
@@ -159,7 +160,8 @@ private:
                                   .locks = links_.LocksOf(rec)};
             return makeJob_(parts, rec)->Run();
         } catch (const std::exception& error) {
-            return {.rec = rec, .outcome = TScaleOutcome::Failed, .error = MessageOf(error)};
+            return {
+                .rec = rec, .outcome = TScaleOutcome::Failed, .error = InEnglish(MessageOf(error))};
         }
     }
     void Tell(std::size_t i) {
@@ -168,7 +170,7 @@ private:
             views_[i]->Ends(result);
         } catch (const std::exception& error) {
             result.outcome = TScaleOutcome::Failed;
-            result.error += (result.error.empty() ? "" : "; ") + MessageOf(error);
+            result.error += (result.error.empty() ? "" : "; ") + InEnglish(MessageOf(error));
         }
     }
 

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "comm/DevCommBaseUnit.h"
+#include "command/EnglishWords.h"
 #include "system/SystemError.h"
 #include "system/TemporaryFile.h"
 #include "text/Cp1251.h"
@@ -135,7 +136,8 @@ TTraceFile::TTraceFile(const std::filesystem::path& file, TTimeOfDaySource now)
         file_.emplace(file);
         file_->Write(SectionBlock());
     } catch (const std::exception& error) {
-        throw TFailure("The trace file " + name_ + " cannot be made: " + FailureText(error));
+        throw TFailure("The trace file " + name_ +
+                       " cannot be made: " + InEnglish(FailureText(error)));
     }
 }
 
@@ -160,8 +162,8 @@ void TTraceFile::Write(std::string_view block) {
     try {
         file_->Write(block);
     } catch (const std::exception& error) {
-        failure_ =
-            "The trace ends early, as " + name_ + " cannot be written: " + FailureText(error);
+        failure_ = "The trace ends early, as " + name_ +
+                   " cannot be written: " + InEnglish(FailureText(error));
         file_.reset();
     }
 }

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <new>
 #include <stdexcept>
 
 #include "command/ArticleJobs.h"
@@ -47,6 +48,17 @@ TEST(RunScales, KeepsTheResultsWhenTheViewOfAScaleFails) {
                   {{.rec = NetworkScale(1, "A")}, {.rec = NetworkScale(2, "B")}}, JobsThatThrow());
     EXPECT_EQ(results.scales[0].error, "no memory; no time");
     EXPECT_EQ(results.scales[1].error, "no memory");
+}
+
+TEST(RunScales, TellsALackOfMemoryInEnglish) {
+    TTestWorld test;
+    const TScratchFolder folder;
+    const TScaleResults results = RunScales(
+        {.state = folder.Path(), .progress = false}, test.world, {{.rec = NetworkScale(1, "A")}},
+        [](const TJobParts&, const TScaleRec&) -> std::unique_ptr<TScaleJob> {
+            throw std::bad_alloc();
+        });
+    EXPECT_EQ(results.scales[0].error, "not enough memory");
 }
 
 TEST(RunScales, BeginsNoScaleAfterTheDeadline) {
