@@ -1,9 +1,13 @@
 #include "window/MessageBoxes.h"
 
+#include <array>
+#include <cstddef>
 #include <new>
 #include <string>
+#include <string_view>
 
 #include "text/Cp1251.h"
+#include "text/Failure.h"
 #include "window/VisualStyle.h"
 #include "window/WideText.h"
 
@@ -14,9 +18,18 @@ constexpr std::string_view kErrorTitle = "Грешка"_cp1251;
 constexpr std::string_view kInformationTitle = "Информация"_cp1251;
 constexpr std::string_view kWarningTitle = "Внимание"_cp1251;
 
-// As wide characters, which need no memory to be shown.
-constexpr const wchar_t* kWideErrorTitle = L"Грешка";
-constexpr const wchar_t* kWideOutOfMemory = L"Няма достатъчно памет";
+// A text with its end as wide characters, made by the compiler: they need no memory to be shown.
+template <std::size_t Size>
+constexpr std::array<wchar_t, Size + 1> WideLiteral(std::string_view text) {
+    std::array<wchar_t, Size + 1> wide{};
+    for (std::size_t i = 0; i < Size; ++i) {
+        const auto byte = static_cast<unsigned char>(text[i]);
+        wide[i] = byte < 0x80 ? wchar_t{byte} : static_cast<wchar_t>(kCp1251High[byte - 0x80U]);
+    }
+    return wide;
+}
+constexpr auto kWideErrorTitle = WideLiteral<kErrorTitle.size()>(kErrorTitle);
+constexpr auto kWideOutOfMemory = WideLiteral<kOutOfMemory.size()>(kOutOfMemory);
 
 HWND RootOf(HWND owner) {
     return owner != nullptr ? GetAncestor(owner, GA_ROOT) : nullptr;
@@ -43,7 +56,7 @@ void ShowError(HWND owner, std::string_view text) noexcept {
     try {
         Show(owner, kErrorTitle, text, kFlags);
     } catch (const std::bad_alloc&) {
-        MessageBoxW(RootOf(owner), kWideOutOfMemory, kWideErrorTitle, kFlags);
+        MessageBoxW(RootOf(owner), kWideOutOfMemory.data(), kWideErrorTitle.data(), kFlags);
     }
 }
 
