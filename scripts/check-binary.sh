@@ -160,6 +160,10 @@ check_windows() {
     want=$(sed -nE 's/^project\(Tolvane VERSION ([0-9.]+) .*$/\1/p' "$ROOT/CMakeLists.txt")
     version=$({ i686-w64-mingw32-windres -O rc "$file" 2>/dev/null || true; } | sed -nE 's/^ *VALUE "FileVersion", "(.*)"$/\1/p')
     [ "$version" = "$want" ] || fail "$name has the version \"$version\" instead of \"$want\""
+    if [ "$name" = TradeHost.exe ]; then
+        grep -aqF " name=\"Tolvane.TradeHost\" version=\"$want.0\"" "$file" ||
+            fail "the manifest of $name has another version than $want.0"
+    fi
 
     exports=$(sed -n '/\[Ordinal\/Name Pointer\] Table/,/^$/s/^\t\[.*\] //p' <<<"$headers" | sort | xargs)
     want=

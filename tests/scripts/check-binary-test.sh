@@ -128,6 +128,15 @@ build tolvane.exe program.cpp version.o -Wl,--subsystem,console:6.1
 check "a good program passes" tolvane.exe ""
 build tolvane.exe program.cpp version.o -mwindows -Wl,--subsystem,windows:6.1
 check "a program without a console" tolvane.exe "another subsystem"
+manifest() { # version
+    printf '<assemblyIdentity type="win32" name="Tolvane.TradeHost" version="%s"/>' "$1" >host.manifest
+    printf '1 24 "host.manifest"\n' | i686-w64-mingw32-windres -o host.o
+    build TradeHost.exe program.cpp version.o host.o -mwindows
+}
+manifest "$version.0"
+check "a good program with a manifest passes" TradeHost.exe ""
+manifest 0.0.1.0
+check "a manifest of another version" TradeHost.exe "manifest of TradeHost.exe has another version than $version.0"
 build tolvane.exe program.cpp version.o -Wl,--subsystem,console:6.1 -Wl,--disable-reloc-section
 check "a program without relocations" tolvane.exe "has no relocations"
 build tolvane.exe empty.cpp version.o -Wl,--subsystem,console:6.1
