@@ -27,6 +27,7 @@ constexpr char kBlockVersion1 = 1;
 constexpr char kUserName = 28;
 constexpr char kPassword = 29;
 constexpr char kCharacterSet = 48;
+constexpr char kConnectTimeout = 57;  // seconds, over a network
 constexpr char kRoleName = 60;
 constexpr char kDialect = 63;
 
@@ -50,6 +51,7 @@ std::string ParameterBlock(const THostSettings& settings) {
     AddText(block, kRoleName, settings.role);
     AddText(block, kCharacterSet, "WIN1251");
     AddText(block, kDialect, std::string_view("\3", 1));
+    AddText(block, kConnectTimeout, std::string_view("\12", 1));
     return block;
 }
 

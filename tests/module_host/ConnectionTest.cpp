@@ -1,5 +1,8 @@
+#include <winsock2.h>
+
 #include <gtest/gtest.h>
 
+#include <stdexcept>
 #include <string>
 
 #include "host/HostMenu.h"
@@ -63,6 +66,50 @@ TEST(HostConnectionTest, ARefusedConnectionIsReportedInTheServersWords) {
     const std::string text = FailureOf(ini);
     EXPECT_TRUE(Contains(text, "Няма връзка с базата данни 127.0.0.1/1:/none.fdb"));
     EXPECT_TRUE(Contains(text, "Unable to complete network request to host"));
+}
+
+// A server that lets connect, and is silent from then on.
+class TSilentServer {
+public:
+    TSilentServer() {
+        WSADATA data{};
+        if (WSAStartup(MAKEWORD(2, 2), &data) != 0) throw std::runtime_error("no sockets");
+        socket_ = socket(AF_INET, SOCK_STREAM, 0);
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        int size = sizeof address;
+        auto* const any = reinterpret_cast<sockaddr*>(&address);
+        if (bind(socket_, any, size) != 0 || listen(socket_, 5) != 0 ||
+            getsockname(socket_, any, &size) != 0)
+            throw std::runtime_error("no listening socket");
+        port_ = ntohs(address.sin_port);
+    }
+    TSilentServer(const TSilentServer&) = delete;
+    TSilentServer& operator=(const TSilentServer&) = delete;
+    ~TSilentServer() {
+        closesocket(socket_);
+        WSACleanup();
+    }
+
+    std::string Port() const { return std::to_string(port_); }
+
+private:
+    SOCKET socket_ = INVALID_SOCKET;
+    int port_ = 0;
+};
+
+TEST(HostConnectionTest, ASilentServerIsGivenUpAfterTenSeconds) {
+    const TSilentServer server;
+    THostIni ini = THostIni::Working();
+    ini.database = "127.0.0.1/" + server.Port() + ":/none.fdb";
+    const ULONGLONG start = GetTickCount64();
+    const std::string text = FailureOf(ini);
+    const ULONGLONG taken = GetTickCount64() - start;
+    EXPECT_TRUE(Contains(text, "Няма връзка с базата данни " + ini.database)) << text;
+    EXPECT_TRUE(Contains(text, "Проверете дали сървърът работи")) << text;
+    EXPECT_GE(taken, 9'000U);
+    EXPECT_LT(taken, 40'000U);
 }
 
 TEST(HostConnectionTest, AWrongPasswordIsReportedInTheServersWords) {
