@@ -7,6 +7,7 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "host/HostSettings.h"
 
@@ -30,6 +31,14 @@ public:
     // Closes an open connection first. A relative path of a client library counts from `folder`.
     // Throws TConnectionError.
     void Open(const THostSettings& settings, const std::filesystem::path& folder);
+    // Whether the client library that Open would use brings an engine, which opens a database file
+    // in this process.
+    bool FindEngine(const THostSettings& settings, const std::filesystem::path& folder);
+    // Makes the database that the settings name, and what is in it; leaves no connection open. What
+    // has failed leaves no database. `statements` as SqlStatements gives them, in code page 1251;
+    // "commit" begins a new transaction. Throws TConnectionError.
+    void Make(const THostSettings& settings, const std::filesystem::path& folder,
+              const std::vector<std::string>& statements);
     void Close() noexcept;
     bool IsOpen() const noexcept { return handle_ != 0; }
     // server/port:path of the open connection; empty when no connection is open.
@@ -46,6 +55,9 @@ private:
     void LoadClient(const std::string& wanted, const std::filesystem::path& folder);
     bool TryClient(const std::filesystem::path& file);
     void Attach(const THostSettings& settings);
+    void Create(const THostSettings& settings);
+    void Run(const std::vector<std::string>& statements);
+    void CheckStatus() const;
     std::string ErrorText() const;
 
     HMODULE client_ = nullptr;

@@ -8,7 +8,8 @@
 
 namespace tolvane::host {
 
-TDatabaseForm::TDatabaseForm(HWND owner, THostSettings settings) : settings_(std::move(settings)) {
+TDatabaseForm::TDatabaseForm(HWND owner, THostSettings settings, bool offersDemo)
+    : settings_(std::move(settings)) {
     MakePopup({.className = L"TDatabaseForm",
                .name = "DatabaseForm",
                .caption = "База данни"_cp1251,
@@ -27,6 +28,9 @@ TDatabaseForm::TDatabaseForm(HWND owner, THostSettings settings) : settings_(std
     AddLabel("PasswordLabel", "Парола"_cp1251, {12, 118, 100, 16});
     password_ = Add(TControlKind::Edit, "PasswordEdit", settings_.password, {116, 114, 160, 22},
                     ES_PASSWORD);
+    if (offersDemo)
+        AddButton("DemoButton", "Демо магазин"_cp1251, {12, 156, 120, 25},
+                  [this] { EndModal(kDemoShop); });
     AddButton(
         "ConnectButton", "Свързване"_cp1251, {236, 156, 92, 25}, [this] { EndModal(IDOK); }, IDOK);
     AddButton(

@@ -10,8 +10,11 @@ namespace tolvane::host {
 // Asks which database the program is to open, by whom and with what password.
 class TDatabaseForm final : public TForm {
 public:
-    // Shows these settings first.
-    TDatabaseForm(HWND owner, THostSettings settings);
+    // What ShowModal returns when the user wants the demo shop, which has no settings to be chosen.
+    static constexpr int kDemoShop = IDYES;
+
+    // Shows these settings first; `offersDemo`: also a button for the demo shop.
+    TDatabaseForm(HWND owner, THostSettings settings, bool offersDemo);
     ~TDatabaseForm() override { Destroy(); }
 
     // What the user has chosen, once ShowModal has returned IDOK; otherwise as before.

@@ -2,6 +2,8 @@
 
 #include <commctrl.h>
 
+#include <algorithm>
+#include <array>
 #include <utility>
 
 #include "config/IniFile.h"
@@ -9,6 +11,9 @@
 #include "host/DatabaseForm.h"
 #include "host/FileVersion.h"
 #include "host/PrintService.h"
+#include "host/SqlScript.h"
+#include "system/SystemError.h"
+#include "system/TemporaryFile.h"
 #include "text/Cp1251.h"
 #include "text/Failure.h"
 #include "window/MessageBoxes.h"
@@ -25,6 +30,11 @@ constexpr std::string_view kTitle = "Търговска система (демо
 // Where the window was, in the settings.
 constexpr std::string_view kPlaceSection = "Window";
 constexpr std::string_view kPlaceName = "Main";
+
+// In the folder "demo" beside the program: what makes the demo shop, and the shop itself.
+constexpr std::array kDemoScripts = {"schema.sql", "shop.sql"};
+constexpr const char* kDemoFile = "shop.fdb";
+constexpr const char* kUnfinishedDemoFile = "shop.fdb.new";
 
 class TWaitCursor {
 public:
@@ -244,12 +254,67 @@ void TTradeHostForm::ChooseDatabase() {
     const std::optional<TIniDocument> document = ReadSettings();
     if (!document) return;
     THostSettings settings = ReadHostSettings(*document);
-    do {
-        TDatabaseForm form(Handle(), settings);
-        if (form.ShowModal() != IDOK) return;
-        settings = form.Settings();
-    } while (!OpenDatabase(settings));
-    Remember([&](TIniDocument& changed) { WriteLogin(settings, changed); });
+    const bool offersDemo = OffersDemo(settings);
+    while (true) {
+        TDatabaseForm form(Handle(), settings, offersDemo);
+        const int answer = form.ShowModal();
+        if (answer != IDOK && answer != TDatabaseForm::kDemoShop) return;
+        const bool isDemo = answer == TDatabaseForm::kDemoShop;
+        const THostSettings chosen = isDemo ? DemoLogin(settings) : form.Settings();
+        if ((!isDemo || MakeDemo(chosen)) && OpenDatabase(chosen)) {
+            Remember([&](TIniDocument& changed) { WriteLogin(chosen, changed); });
+            return;
+        }
+        if (!isDemo) settings = chosen;
+    }
+}
+
+std::filesystem::path TTradeHostForm::DemoFolder() const {
+    return program_.parent_path() / "demo";
+}
+
+// Only where there is no database yet.
+bool TTradeHostForm::OffersDemo(const THostSettings& settings) {
+    const auto isThere = [this](const char* script) {
+        std::error_code ignored;
+        return std::filesystem::exists(DemoFolder() / script, ignored);
+    };
+    return settings.database.empty() && !connection_.IsOpen() &&
+           std::ranges::all_of(kDemoScripts, isThere) &&
+           connection_.FindEngine(settings, program_.parent_path());
+}
+
+THostSettings TTradeHostForm::DemoLogin(const THostSettings& settings) const {
+    THostSettings demo = settings;
+    demo.database = Narrow((DemoFolder() / kDemoFile).wstring());
+    return demo;
+}
+
+// Under another name first, so that a shop that is there is a whole one.
+bool TTradeHostForm::MakeDemo(const THostSettings& settings) {
+    const std::filesystem::path file = DemoFolder() / kDemoFile;
+    std::string failure;
+    try {
+        if (std::filesystem::exists(file)) return true;
+        const TWaitCursor wait;
+        ShowStatus("Създаване на демо магазина..."_cp1251);
+        std::vector<std::string> statements;
+        for (const char* const script : kDemoScripts)
+            for (std::string& each :
+                 SqlStatements(FromUtf8(ReadWholeFile(DemoFolder() / script).value_or(""))))
+                statements.push_back(std::move(each));
+        const std::filesystem::path made = DemoFolder() / kUnfinishedDemoFile;
+        std::filesystem::remove(made);
+        THostSettings unfinished = settings;
+        unfinished.database = Narrow(made.wstring());
+        connection_.Make(unfinished, program_.parent_path(), statements);
+        std::filesystem::rename(made, file);
+    } catch (const std::exception& error) {
+        failure = FailureText(error);
+    }
+    ShowConnectionState();
+    if (!failure.empty()) ShowError(Handle(), failure);
+    return failure.empty();
 }
 
 void TTradeHostForm::OpenLast(std::size_t number) {

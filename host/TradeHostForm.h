@@ -31,7 +31,7 @@ public:
     // Shows the window where it was when the program ended last; `show` as the system has asked.
     void Show(int show);
     // Reads the settings and connects to the database; shows the user why it failed. Asks for the
-    // database when the settings name none.
+    // database when the settings name none, and offers the demo shop where an engine can open it.
     void Connect();
     // Starts the operation with this number: its position in the menu, from 1 on.
     void StartOperation(int number);
@@ -52,6 +52,11 @@ private:
     bool MayChangeConnection() const;
     // Asks which database to open, until one is open or the user gives up.
     void ChooseDatabase();
+    std::filesystem::path DemoFolder() const;
+    bool OffersDemo(const THostSettings& settings);
+    THostSettings DemoLogin(const THostSettings& settings) const;
+    // Makes the demo shop when it is not there; shows the user why that fails, and returns false.
+    bool MakeDemo(const THostSettings& settings);
     void OpenLast(std::size_t number);
     // Returns whether the database is open now; shows the user why it is not.
     bool OpenDatabase(const THostSettings& settings);

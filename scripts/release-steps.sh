@@ -96,6 +96,7 @@ release_stage_windows() {
     cp "$RELEASE_WINDOWS/src/entry/Tolvane.dll" "$stage/Operations/"
     cp "$RELEASE_WINDOWS/host/TradeHost.exe" "$RELEASE_WINDOWS/src/command/tolvane.exe" \
         "$RELEASE_WINDOWS/simulator/virtual-scale.exe" "$stage/"
+    cp -r --parents demo/schema.sql demo/shop.sql "$stage"
     release_text packaging/windows/README.txt "$stage/README.txt"
     release_text LICENSE "$stage/LICENSE.txt"
     release_text CHANGELOG.md "$stage/CHANGELOG.md"

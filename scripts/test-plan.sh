@@ -155,7 +155,7 @@ test_plan_lane_a() {
     job host "Host tests" test_in_lane a test_host_run
         after build-windows client; lane a
         reads "$WINDOWS/tests/module_host/test_host_module.exe" "$WINDOWS/tests/module_host/*.dll" \
-            tests/module_host/steps.sh "${MODULE_FILES[@]}"
+            tests/module_host/steps.sh "demo/*.sql" "${MODULE_FILES[@]}"
     job module-1251 "Module tests, code page 1251, decimal comma" test_in_lane a test_module_run 1251 comma
         after build-windows client; lane a
         reads "$WINDOWS/tests/module/*.exe" "$WINDOWS/tests/module/unloading/*.dll" "${MODULE_FILES[@]}"

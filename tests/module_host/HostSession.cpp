@@ -11,15 +11,12 @@
 #include "tests/support/window/HostFrame.h"
 
 namespace tolvane::test {
-namespace {
 
 std::filesystem::path BuiltFolder() {
     std::wstring name(32768, L'\0');
     name.resize(GetModuleFileNameW(nullptr, name.data(), static_cast<DWORD>(name.size())));
     return std::filesystem::path(name).parent_path();
 }
-
-}  // namespace
 
 THostIni THostIni::Working() {
     return {
@@ -51,6 +48,10 @@ void THostSession::AddModule(const std::string& builtFile, const std::string& na
 
 void THostSession::AddFile(const std::string& name, const std::string& bytes) const {
     PutFile(folder_ / "Operations" / name, bytes);
+}
+
+void THostSession::AddDemo() const {
+    std::filesystem::copy(BuiltFolder() / "demo", folder_ / "demo");
 }
 
 void THostSession::WriteIni(const THostIni& ini) const {

@@ -15,6 +15,9 @@ inline bool Contains(const std::string& text, const std::string& part) {
     return text.find(part) != std::string::npos;
 }
 
+// The folder of this program.
+std::filesystem::path BuiltFolder();
+
 // The host's settings; Working gives those that reach the real server of the tests.
 struct THostIni {
     std::string database;
@@ -37,6 +40,8 @@ public:
     // Before Open: files for the folder "Operations"; a built one may get another name there.
     void AddModule(const std::string& builtFile, const std::string& name = {}) const;
     void AddFile(const std::string& name, const std::string& bytes) const;
+    // The scripts of the demo shop.
+    void AddDemo() const;
     void WriteIni(const THostIni& ini) const;
     void Open();
     // Opens the host with the fake operation and a connection.

@@ -129,7 +129,7 @@ test_zip_files() {
         [ -e "$zip/examples/$target" ] || fail "examples/README.md refers to $target"
     done
     for file in guide/{user-guide,host-interface}.html guide/user-guide.pdf examples/c/host.c \
-        examples/pascal/Host.pas licences/fonts-dejavu-core.txt; do
+        examples/pascal/Host.pas licences/fonts-dejavu-core.txt demo/{schema,shop}.sql; do
         [ -s "$zip/$file" ] || fail "$file is not in the zip"
     done
     grep -qF '](../guide/host-interface.html)' "$zip/examples/README.md" || fail "the examples do not refer to the guide"
