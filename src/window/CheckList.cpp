@@ -3,6 +3,7 @@
 #include <commctrl.h>
 
 #include <array>
+#include <utility>
 
 #include "window/WideText.h"
 
@@ -12,31 +13,38 @@ int TCheckList::Count() const {
     return ListView_GetItemCount(list_);
 }
 
-void TCheckList::Clear() {
+// Once for all lines: to find the width the list measures each of them, and to show it draws
+// itself.
+void TCheckList::Fill(std::vector<TLine> lines) {
+    SendMessageW(list_, WM_SETREDRAW, FALSE, 0);
     ListView_DeleteAllItems(list_);
+    int at = 0;
+    for (TLine& line : lines)
+        Insert(at++, std::move(line));
+    FitColumn();
+    SendMessageW(list_, WM_SETREDRAW, TRUE, 0);
+    InvalidateRect(list_, nullptr, TRUE);
 }
 
-int TCheckList::Add(std::string_view text, bool checked) {
-    return Insert(Count(), Wide(text), checked);
-}
-
-int TCheckList::Insert(int at, std::wstring text, bool checked) {
+void TCheckList::Insert(int at, TLine line) {
     LVITEMW item{};
     item.mask = LVIF_TEXT;
     item.iItem = at;
-    item.pszText = text.data();
-    const auto index =
-        static_cast<int>(SendMessageW(list_, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item)));
-    SetChecked(index, checked);
+    item.pszText = line.text.data();
+    SendMessageW(list_, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item));
+    // A new line has no check mark.
+    if (line.checked) SetChecked(at, true);
+}
+
+void TCheckList::FitColumn() {
     SendMessageW(list_, LVM_SETCOLUMNWIDTH, 0, LVSCW_AUTOSIZE_USEHEADER);
-    return index;
 }
 
 void TCheckList::Move(int from, int to) {
-    const std::wstring text = WideTextOf(from);
-    const bool checked = IsChecked(from);
+    TLine line{WideTextOf(from), IsChecked(from)};
     Remove(from);
-    Insert(to, text, checked);
+    Insert(to, std::move(line));
+    FitColumn();
 }
 
 std::string TCheckList::Text(int index) const {

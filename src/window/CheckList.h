@@ -4,6 +4,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tolvane {
 
@@ -13,10 +14,14 @@ class TCheckList {
 public:
     explicit TCheckList(HWND list) noexcept : list_(list) {}
 
+    struct TLine {
+        std::wstring text;
+        bool checked = false;
+    };
+
     int Count() const;
-    void Clear();
-    // Adds a line at the end and returns its index.
-    int Add(std::string_view text, bool checked = false);
+    // Replaces all lines.
+    void Fill(std::vector<TLine> lines);
     std::string Text(int index) const;
     bool IsChecked(int index) const;
     void SetChecked(int index, bool checked);
@@ -30,7 +35,9 @@ public:
     void ShowWholeLines() const;
 
 private:
-    int Insert(int at, std::wstring text, bool checked);
+    void Insert(int at, TLine line);
+    // The column gets the width of the longest line.
+    void FitColumn();
     std::wstring WideTextOf(int index) const;
 
     HWND list_;

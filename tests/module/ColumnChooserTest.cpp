@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "tests/module/MessageCount.h"
 #include "tests/support/module/Session.h"
 #include "tests/support/window/BoxAnswerer.h"
 #include "tests/support/window/Screenshot.h"
@@ -96,6 +97,13 @@ TEST_F(ColumnChooserTest, NoLineIsCutAtTheLowerEdge) {
                 EXPECT_EQ(client.bottom % (line.bottom - line.top), 0);
             },
             Pressing("btnCancel")});
+}
+
+// Each line takes longer to measure than to add.
+TEST_F(ColumnChooserTest, OpeningMeasuresTheLinesOnce) {
+    const TSentCount measurements(LVM_SETCOLUMNWIDTH);
+    Choose({Pressing("btnCancel")});
+    EXPECT_EQ(measurements.Count(), 1);
 }
 
 TEST_F(ColumnChooserTest, LooksAsAskedFor) {

@@ -31,4 +31,31 @@ private:
     int count_ = 0;
 };
 
+// Counts the messages of one kind that are sent to any window of this thread while this lives. One
+// at a time.
+class TSentCount {
+public:
+    explicit TSentCount(UINT message) {
+        message_ = message;
+        count_ = 0;
+        hook_ = SetWindowsHookExW(WH_CALLWNDPROC, &Procedure, nullptr, GetCurrentThreadId());
+    }
+    TSentCount(const TSentCount&) = delete;
+    TSentCount& operator=(const TSentCount&) = delete;
+    ~TSentCount() { UnhookWindowsHookEx(hook_); }
+
+    static int Count() { return count_; }
+
+private:
+    static LRESULT CALLBACK Procedure(int code, WPARAM wParam, LPARAM lParam) {
+        if (code == HC_ACTION && reinterpret_cast<const CWPSTRUCT*>(lParam)->message == message_)
+            ++count_;
+        return CallNextHookEx(nullptr, code, wParam, lParam);
+    }
+
+    static inline UINT message_ = 0;
+    static inline int count_ = 0;
+    HHOOK hook_ = nullptr;
+};
+
 }  // namespace tolvane::test

@@ -1,5 +1,7 @@
 #include "articles/forms/ColListUnit.h"
 
+#include <string>
+#include <utility>
 #include <vector>
 
 #include "text/Cp1251.h"
@@ -69,13 +71,14 @@ void TColListForm::OnShow() {
 }
 
 void TColListForm::Fill() {
-    TCheckList lines(list_);
-    lines.Clear();
+    std::vector<TCheckList::TLine> titles;
     hiddenRows_.clear();
     for (const TGridColumnState& column : grid_.Columns()) {
-        lines.Add(Narrow(column.title), column.visible);
+        titles.push_back({column.title, column.visible});
         hiddenRows_ += column.visible ? '0' : '1';
     }
+    TCheckList lines(list_);
+    lines.Fill(std::move(titles));
     if (lines.Count() > 0) lines.SetCurrent(0);
     lines.ShowWholeLines();
 }

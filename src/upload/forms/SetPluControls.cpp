@@ -2,8 +2,11 @@
 
 #include <commctrl.h>
 
+#include <utility>
+
 #include "text/Cp1251.h"
 #include "window/CheckList.h"
+#include "window/WideText.h"
 
 namespace tolvane {
 namespace {
@@ -32,9 +35,12 @@ void TSetPluControls::Make(TForm& form, const TRunKind& kind, const std::vector<
 void TSetPluControls::MakeScales(TForm& form, const std::vector<TScaleObj>& scales) {
     lblScales_ = form.AddLabel("lblScales", "Везни"_cp1251, {});
     scaleList = form.Add(TControlKind::CheckList, "ScaleList", {}, {});
-    TCheckList list(scaleList);
+    std::vector<TCheckList::TLine> names;
+    names.reserve(scales.size());
     for (const TScaleObj& scale : scales)
-        list.Add(scale.Rec.ScaleName.View());
+        names.push_back({Wide(scale.Rec.ScaleName.View())});
+    TCheckList list(scaleList);
+    list.Fill(std::move(names));
     if (!scales.empty()) list.SetCurrent(0);
 }
 
