@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include "tests/support/module/Session.h"
+#include "tests/support/window/BoxAnswerer.h"
 #include "tests/support/window/Screenshot.h"
 
 namespace tolvane::test {
@@ -36,6 +37,28 @@ TEST(Redraw, ARefreshThatFindsNoArticlesLeavesAnEmptyList) {
     session.connection.Execute("update PLUES set PLU_IS_DELETED_ = PLU_IS_DELETED_ - 2");
     session.Click("RefreshBtn");
     EXPECT_FALSE(IsFirstRowEmpty(grid, row));
+}
+
+// Looking for a control by its name asks every control of the window for its name.
+TEST(Redraw, SizingTheListLooksForNoControlByItsName) {
+    TSession session;
+    session.Start();
+    const HWND close = session.Control("btnCloseBtn");
+    RECT before{};
+    GetWindowRect(close, &before);
+    const HANDLE name = RemovePropW(close, L"ComponentName");
+    const TBoxAnswerer boxes;
+    RECT list{};
+    GetClientRect(session.List(), &list);
+    SetWindowPos(session.List(), nullptr, 0, 0, list.right + 100, list.bottom + 100,
+                 SWP_NOMOVE | SWP_NOZORDER);
+    RunLoopDry();
+    EXPECT_TRUE(boxes.Seen().empty());
+    RECT after{};
+    GetWindowRect(close, &after);
+    EXPECT_GT(after.left, before.left);
+    EXPECT_GT(after.top, before.top);
+    SetPropW(close, L"ComponentName", name);
 }
 
 }  // namespace tolvane::test

@@ -41,17 +41,19 @@ constexpr std::array kSaveMenu = {
 }  // namespace
 
 void TListBars::MakeTop(TClick search) {
-    form_.AddControl({.kind = TControlKind::FlatButton,
-                      .name = "SearchButton",
-                      .text = "Търси:"_cp1251,
-                      .bounds = {kMargin, kButtonTop, 180, kButtonHeight},
-                      .action = std::move(search),
-                      .hint = "Търсене в избраната колона (Ctrl+F); следващо: F3"_cp1251});
-    form_.AddControl({.kind = TControlKind::FlatDropButton,
-                      .name = "SearchMenuButton",
-                      .bounds = {184, kButtonTop, 24, kButtonHeight},
-                      .action = [this] { DropMenu(searchMenu_.Get(), "SearchMenuButton"); },
-                      .hint = "Избор на колоната, в която се търси"_cp1251});
+    search_ =
+        form_.AddControl({.kind = TControlKind::FlatButton,
+                          .name = "SearchButton",
+                          .text = "Търси:"_cp1251,
+                          .bounds = {kMargin, kButtonTop, 180, kButtonHeight},
+                          .action = std::move(search),
+                          .hint = "Търсене в избраната колона (Ctrl+F); следващо: F3"_cp1251});
+    searchMenuButton_ =
+        form_.AddControl({.kind = TControlKind::FlatDropButton,
+                          .name = "SearchMenuButton",
+                          .bounds = {184, kButtonTop, 24, kButtonHeight},
+                          .action = [this] { DropMenu(searchMenu_.Get(), searchMenuButton_); },
+                          .hint = "Избор на колоната, в която се търси"_cp1251});
     form_.Add(TControlKind::VerticalLine, "SearchBevel", {}, {212, 5, 2, 23});
     MakeSaveButton();
     form_.Add(TControlKind::VerticalLine, "SaveBevel", {}, {464, 5, 2, 23});
@@ -59,29 +61,29 @@ void TListBars::MakeTop(TClick search) {
 }
 
 void TListBars::MakeSaveButton() {
-    const HWND save =
+    save_ =
         form_.AddControl({.kind = TControlKind::FlatDropButton,
                           .name = "SaveButton",
                           .text = "Везни Elicom EVL/ETS"_cp1251,
                           .bounds = {218, kButtonTop, 242, kButtonHeight},
-                          .action = [this] { DropMenu(saveMenu_.Get(), "SaveButton"); },
+                          .action = [this] { DropMenu(saveMenu_.Get(), save_); },
                           .hint = "Запис и изтриване на артикули, настройка на везните"_cp1251});
-    SendMessageW(save, WM_SETFONT, reinterpret_cast<WPARAM>(form_.BoldFont()), FALSE);
+    SendMessageW(save_, WM_SETFONT, reinterpret_cast<WPARAM>(form_.BoldFont()), FALSE);
     const int iconSize = form_.Dpi().Scale(kScaleIconSize);
     scaleIcon_.Reset(
         static_cast<HICON>(LoadImageW(ModuleInstance(), MAKEINTRESOURCEW(kModuleIcon), IMAGE_ICON,
                                       iconSize, iconSize, LR_DEFAULTCOLOR)));
-    SetFlatButtonIcon(save, scaleIcon_.Get());
+    SetFlatButtonIcon(save_, scaleIcon_.Get());
 }
 
 void TListBars::MakeBottom(TClick refresh, TClick columns, TClick print) {
     // Arrange gives them their positions.
     const TBounds later{0, 0, kButtonWidth, kButtonHeight};
-    form_.AddButton("RefreshBtn", "Обнови"_cp1251, later, std::move(refresh));
-    form_.AddButton("ColBtn", "Колони"_cp1251, later, std::move(columns));
-    form_.AddButton("PrintBtn", "Печат"_cp1251, later, std::move(print));
-    form_.Add(TControlKind::VerticalLine, "PrintBevel", {}, {0, 0, 2, 23});
-    form_.AddButton(
+    refresh_ = form_.AddButton("RefreshBtn", "Обнови"_cp1251, later, std::move(refresh));
+    columns_ = form_.AddButton("ColBtn", "Колони"_cp1251, later, std::move(columns));
+    print_ = form_.AddButton("PrintBtn", "Печат"_cp1251, later, std::move(print));
+    printBevel_ = form_.Add(TControlKind::VerticalLine, "PrintBevel", {}, {0, 0, 2, 23});
+    close_ = form_.AddButton(
         "btnCloseBtn", "Затвори"_cp1251, later, [this] { form_.Close(); }, IDCANCEL);
 }
 
@@ -89,15 +91,12 @@ void TListBars::Arrange(HWND grid) const {
     const SIZE client = form_.ClientSize();
     const int bottom = client.cy - kBarHeight;
     const int top = bottom + kButtonTop;
-    const auto place = [this](const char* name, const TBounds& at) {
-        form_.Place(form_.Control(name), at);
-    };
     form_.Place(grid, {0, kBarHeight, client.cx, bottom - kBarHeight});
-    place("RefreshBtn", {kMargin, top, kButtonWidth, kButtonHeight});
-    place("ColBtn", {kMargin + 92, top, kButtonWidth, kButtonHeight});
-    place("PrintBtn", {kMargin + 184, top, kButtonWidth, kButtonHeight});
-    place("PrintBevel", {kMargin + 278, bottom + 5, 2, 23});
-    place("btnCloseBtn", {client.cx - kMargin - kButtonWidth, top, kButtonWidth, kButtonHeight});
+    form_.Place(refresh_, {kMargin, top, kButtonWidth, kButtonHeight});
+    form_.Place(columns_, {kMargin + 92, top, kButtonWidth, kButtonHeight});
+    form_.Place(print_, {kMargin + 184, top, kButtonWidth, kButtonHeight});
+    form_.Place(printBevel_, {kMargin + 278, bottom + 5, 2, 23});
+    form_.Place(close_, {client.cx - kMargin - kButtonWidth, top, kButtonWidth, kButtonHeight});
     InvalidateRect(form_.Handle(), nullptr, TRUE);
 }
 
@@ -131,19 +130,18 @@ void TListBars::FillSearchMenu(const std::vector<TField>& fields) {
 }
 
 void TListBars::ShowSearchField(TField field) const {
-    const HWND button = form_.Control("SearchButton");
-    SetWindowText(button, std::string("Търси по: "_cp1251) + std::string(FieldInfo(field).label) +
-                              std::string(" (F3)"));
-    InvalidateRect(button, nullptr, TRUE);
+    SetWindowText(search_, std::string("Търси по: "_cp1251) + std::string(FieldInfo(field).label) +
+                               std::string(" (F3)"));
+    InvalidateRect(search_, nullptr, TRUE);
 }
 
 std::string TListBars::SearchCaption() const {
-    return WindowText(form_.Control("SearchButton"));
+    return WindowText(search_);
 }
 
-void TListBars::DropMenu(HMENU menu, std::string_view button) const {
+void TListBars::DropMenu(HMENU menu, HWND button) const {
     RECT rect{};
-    GetWindowRect(form_.Control(button), &rect);
+    GetWindowRect(button, &rect);
     TPMPARAMS around{sizeof around, rect};
     TrackPopupMenuEx(menu, TPM_LEFTALIGN | TPM_TOPALIGN | TPM_VERTICAL, rect.left, rect.bottom,
                      form_.Handle(), &around);

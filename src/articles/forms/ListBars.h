@@ -42,9 +42,17 @@ public:
 private:
     void MakeSaveButton();
     void MakeSaveMenu();
-    void DropMenu(HMENU menu, std::string_view button) const;
+    void DropMenu(HMENU menu, HWND button) const;
 
     TForm& form_;
+    HWND search_ = nullptr;
+    HWND searchMenuButton_ = nullptr;
+    HWND save_ = nullptr;
+    HWND refresh_ = nullptr;
+    HWND columns_ = nullptr;
+    HWND print_ = nullptr;
+    HWND printBevel_ = nullptr;
+    HWND close_ = nullptr;
     TOwnedMenu saveMenu_;
     TOwnedMenu searchMenu_;
     TOwnedIcon scaleIcon_;
