@@ -15,6 +15,24 @@ bool HasOpenList(HWND control) {
     return SendMessageW(control, CB_GETDROPPEDSTATE, 0, 0) != 0;
 }
 
+// Whether all that the control lies in, up to the form, is visible and enabled.
+bool IsInReach(HWND control, HWND form) {
+    HWND at = control;
+    while (at != form && at != nullptr) {
+        at = GetAncestor(at, GA_PARENT);
+        if (at == form) return true;
+        const LONG style = GetWindowLongW(at, GWL_STYLE);
+        if ((style & WS_VISIBLE) == 0 || (style & WS_DISABLED) != 0) return false;
+    }
+    return true;
+}
+
+// Wine's looks through all controls until it comes back to the message's, and passes by what lies
+// in a disabled or hidden one: it would look for ever.
+bool IsDialogKey(HWND form, MSG& message) {
+    return IsInReach(message.hwnd, form) && IsDialogMessageW(form, &message) != 0;
+}
+
 bool IsArrow(UINT key) {
     return key == VK_LEFT || key == VK_RIGHT || key == VK_UP || key == VK_DOWN;
 }
@@ -65,7 +83,7 @@ bool TForm::HandleKeyDown(MSG& message) {
         default:
             // Arrows move between the buttons of a group. Every other control uses them itself.
             return IsArrow(key) && (DialogCode(focus) & DLGC_BUTTON) != 0 &&
-                   IsDialogMessageW(Handle(), &message) != 0;
+                   IsDialogKey(Handle(), message);
     }
 }
 
@@ -77,7 +95,7 @@ bool TForm::HandleKeyMessage(MSG& message) {
         if (HandleKeyDown(message)) return true;
         // The underlined letters of captions.
         return message.message == WM_SYSCHAR && Handle() != nullptr &&
-               IsDialogMessageW(Handle(), &message) != 0;
+               IsDialogKey(Handle(), message);
     } catch (...) {
         ShowCurrentException({}, [this](std::string_view text) { HandleError(text); });
         return true;

@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "tests/module/LoopWatch.h"
 #include "tests/module/MessageCount.h"
 #include "tests/support/module/Session.h"
 #include "tests/support/window/BoxAnswerer.h"
@@ -104,6 +105,18 @@ TEST_F(ColumnChooserTest, OpeningMeasuresTheLinesOnce) {
     const TSentCount measurements(LVM_SETCOLUMNWIDTH);
     Choose({Pressing("btnCancel")});
     EXPECT_EQ(measurements.Count(), 1);
+}
+
+// Wine would look for ever for the control whose letter this is.
+TEST_F(ColumnChooserTest, AnAltKeyWithinADisabledListIsHandled) {
+    const TLoopWatch endsAHangingTest;
+    Choose({[](HWND window) {
+                const HWND titles = GetWindow(Lines(window), GW_CHILD);
+                ASSERT_NE(titles, nullptr);
+                EnableWindow(Lines(window), FALSE);
+                PostMessageW(titles, WM_SYSCHAR, 'q', LPARAM{1} << 29);
+            },
+            Pressing("btnCancel")});
 }
 
 TEST_F(ColumnChooserTest, LooksAsAskedFor) {
