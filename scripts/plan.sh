@@ -5,8 +5,6 @@
 #       lane <name>       one step of a lane runs at a time, in the plan's order
 #       after <name>...   starts when these steps have passed
 #       alone <word>...   never beside another step with one of the words
-#       spare             takes only the processor time that other steps leave, and so is not one of the
-#                         PLAN_LIMIT steps that may run at the same time
 #       reads <path>...   all that the result depends on: files, folders or patterns. Such a step is
 #                         left out while nothing of it has changed since the step last passed.
 #
@@ -30,7 +28,7 @@ PLAN_KEEP_GOING=no
 # Most steps wait most of the time.
 PLAN_LIMIT=$((JOBS + 3))
 PLAN=()
-declare -A JOB_TITLE JOB_COMMAND JOB_LANE JOB_AFTER JOB_ALONE JOB_READS JOB_SPARE
+declare -A JOB_TITLE JOB_COMMAND JOB_LANE JOB_AFTER JOB_ALONE JOB_READS
 declare -A JOB_STATE JOB_PID JOB_STARTED JOB_KEY JOB_TOLD
 
 job() {
@@ -39,13 +37,12 @@ job() {
     JOB_TITLE[$name]=$2
     JOB_COMMAND[$name]=$(printf '%q ' "${@:3}")
     JOB_LANE[$name]=$name
-    JOB_AFTER[$name]='' JOB_ALONE[$name]='' JOB_READS[$name]='' JOB_SPARE[$name]='' JOB_STATE[$name]=waiting
+    JOB_AFTER[$name]='' JOB_ALONE[$name]='' JOB_READS[$name]='' JOB_STATE[$name]=waiting
 }
 
 lane() { JOB_LANE[${PLAN[-1]}]=$1; }
 after() { JOB_AFTER[${PLAN[-1]}]+=" $*"; }
 alone() { JOB_ALONE[${PLAN[-1]}]+=" $*"; }
-spare() { JOB_SPARE[${PLAN[-1]}]=yes; }
 reads() { JOB_READS[${PLAN[-1]}]+=$'\n'$(printf '%s\n' "$@"); }
 
 job_log() { printf '%s/%s.log\n' "$LOGS" "$1"; }
@@ -164,7 +161,6 @@ job_start() {
         set +m -e
         export STEP_RESULTS
         STEP_RESULTS=$(job_results "$name")
-        if [ -n "${JOB_SPARE[$name]}" ]; then renice -n 19 "$BASHPID" >/dev/null; fi
         eval "${JOB_COMMAND[$name]}"
     ) >"$(job_log "$name")" 2>&1 </dev/null 8>&- &
     JOB_PID[$name]=$!
@@ -220,11 +216,10 @@ plan_progress() {
     if [ -t 1 ]; then printf '\r\e[K%s  %.*s' "$(plan_clock)" "$((${COLUMNS:-80} - 10))" "$line"; fi
 }
 
-# How many of the PLAN_LIMIT places are taken.
 plan_running() {
     local name count=0
     for name in "${PLAN[@]}"; do
-        if [ "${JOB_STATE[$name]}" = running ] && [ -z "${JOB_SPARE[$name]}" ]; then count=$((count + 1)); fi
+        if [ "${JOB_STATE[$name]}" = running ]; then count=$((count + 1)); fi
     done
     printf '%d\n' "$count"
 }
@@ -242,7 +237,7 @@ plan_start_more() {
     local name
     for name in "${PLAN[@]}"; do
         [ "${JOB_STATE[$name]}" = waiting ] || continue
-        [ -n "${JOB_SPARE[$name]}" ] || [ "$(plan_running)" -lt "$PLAN_LIMIT" ] || continue
+        [ "$(plan_running)" -lt "$PLAN_LIMIT" ] || return 0
         if job_may_start "$name"; then job_start "$name"; fi
     done
 }

@@ -139,16 +139,17 @@ test_plan_fuzz() {
     job build-fuzz "Build the fuzzers" test_build fuzz fuzzers
         after packages; alone cores
     job fuzz "Fuzzers" tests/fuzz/run.sh
-        after build-fuzz
+        after build-fuzz; lane tidy
         reads "$BUILD/fuzz/tests/fuzz/fuzz_*" tests/fuzz "${TEST_SCRIPTS[@]}"
 }
 
+# Beside the tests in Wine, which mostly wait, and not beside a build, which does not.
 test_plan_tidy() {
-    job tidy-linux "clang-tidy, Linux" "$SCRIPTS/tidy.sh" native
-        after build-linux; lane tidy; spare
+    job tidy-linux "clang-tidy, Linux" nice -n 19 "$SCRIPTS/tidy.sh" native
+        after build-linux; lane tidy; alone cores
     [ "$1" = no ] || return 0
-    job tidy-windows "clang-tidy, Windows" "$SCRIPTS/tidy.sh" windows
-        after build-windows tidy-linux; lane tidy; spare
+    job tidy-windows "clang-tidy, Windows" nice -n 19 "$SCRIPTS/tidy.sh" windows
+        after build-windows tidy-linux; lane tidy; alone cores
 }
 
 test_plan_lane_a() {

@@ -98,15 +98,6 @@ job b "B" meet b
 PLAN
 expect_run "others are" 0 "?-begins ?-begins ?-ends ?-ends" ""
 
-run_plan <<PLAN
-PLAN_LIMIT=1
-meet() { timeout 60 sh -c 'until [ -s $tree/ran ]; do sleep 0.1; done'; ran met; }
-job a "A" meet
-job b "B" ran b
-job c "C" eval 'ran "c-at-\$(nice)"'; spare
-PLAN
-expect_run "what takes spare time runs beside the others, with the lowest priority" 0 "c-at-19 met b" ""
-
 run_plan <<'PLAN'
 job a "A" ran a
 job b "B" ran b; after a
