@@ -192,10 +192,10 @@ job_finish() {
 # job_progress <name>: how far it is, by the last count in its log: the build's "[7/99]", or tests
 # that have ended of those that a program has.
 job_progress() {
-    tail -c 20000 "$(job_log "$1")" 2>/dev/null | tr -d '\r' | awk '
+    tr -d '\r' 2>/dev/null <"$(job_log "$1")" | awk '
         /^\[[0-9]+\/[0-9]+\]/ { split($1, part, /[][]/); shown = part[2] }
         /^\[==========\] Running / { all = $3; ended = 0 }
-        /^\[       OK \]|^\[  FAILED  \]/ { ++ended; shown = all ? ended "/" all : ended " tests" }
+        /^\[       OK \]|^\[  FAILED  \]/ { ++ended; shown = ended "/" all }
         END { print shown }'
 }
 
@@ -204,11 +204,12 @@ plan_progress() {
     local name text line=
     for name in "${PLAN[@]}"; do
         [ "${JOB_STATE[$name]}" = running ] || continue
+        if [ ! -t 1 ] && [ $((SECONDS - JOB_TOLD[$name])) -lt 60 ]; then continue; fi
         text="$name $(job_progress "$name")"
         text="${text% } $((SECONDS - JOB_STARTED[$name])) s"
         if [ -t 1 ]; then
             line+="${line:+ | }$text"
-        elif [ $((SECONDS - JOB_TOLD[$name])) -ge 60 ]; then
+        else
             JOB_TOLD[$name]=$SECONDS
             plan_tell "  $text"
         fi

@@ -53,6 +53,16 @@ job other "Other" eval 'sleep 1; ran other'
 PLAN
 expect_run "a run goes on after a failure when asked" 1 "other" "later: not run, as bad has not passed"
 
+run_plan <<'PLAN'
+many() {
+    echo "[==========] Running 700 tests from 1 test suite."
+    for ((i = 0; i < 600; ++i)); do echo "[       OK ] ManyTests.WithALongName$i (1 ms)"; done
+    ran "$(job_progress many)"
+}
+job many "Many" many
+PLAN
+expect_run "all tests that have ended are counted" 0 "600/700" "many: ok"
+
 echo one >"$tree/input"
 reading='job look "Look" ran look; reads "in*"
 job next "Next" ran next; after look'
