@@ -29,23 +29,25 @@ protected:
         scale_->Start();
     }
 
-    std::unique_ptr<TDevComm> Tcp() {
-        auto channel = std::make_unique<TDevCommTCP>(clock_);
+    using TMakeChannel = std::function<std::unique_ptr<TDevComm>(TClock&)>;
+
+    std::unique_ptr<TDevComm> Tcp(TClock& clock) {
+        auto channel = std::make_unique<TDevCommTCP>(clock);
         channel->SetHost("127.0.0.1");
         channel->SetPort(scale_->Port());
         return channel;
     }
-    std::unique_ptr<TDevComm> Udp() {
-        auto channel = std::make_unique<TDevCommUDP>(clock_, std::uint16_t{0});
+    std::unique_ptr<TDevComm> Udp(TClock& clock) {
+        auto channel = std::make_unique<TDevCommUDP>(clock, std::uint16_t{0});
         channel->SetHost("127.0.0.1");
         channel->SetPort(scale_->UdpPort());
         return channel;
     }
 
     // Opens a scale and asks it twice. Why that failed; empty when it did not.
-    std::string Exchange(const std::function<std::unique_ptr<TDevComm>()>& make) {
+    std::string Exchange(const TMakeChannel& make, TClock& clock) {
         try {
-            TElicomScale scale(make(), false, clock_);
+            TElicomScale scale(make(clock), false, clock);
             std::int32_t errCode = 0;
             std::int32_t maxPlu = 0;
             std::int32_t mode = 0;
@@ -69,12 +71,12 @@ protected:
         });
     }
 
-    void FailEachCall(const std::function<std::unique_ptr<TDevComm>()>& make) {
+    void FailEachCall(const TMakeChannel& make) {
         using std::chrono::steady_clock;
         std::size_t all = 0;
         {
             const TFailingCalls calls(0, TFailingCalls::Once);
-            ASSERT_EQ(Exchange(make), "");
+            ASSERT_EQ(Exchange(make, patient_), "");
             all = TFailingCalls::Calls().size();
         }
         ASSERT_GT(all, 10U);
@@ -87,7 +89,7 @@ protected:
                 std::string name;
                 {
                     const TFailingCalls calls(static_cast<int>(n), howLong);
-                    told = Exchange(make);
+                    told = Exchange(make, hurried_);
                     const std::vector<std::string> names = TFailingCalls::Calls();
                     name = n <= names.size() ? names[n - 1] : "none";
                 }
@@ -97,23 +99,24 @@ protected:
                 EXPECT_TRUE(told.empty() || IsReason(told)) << told;
                 EXPECT_EQ(OpenDescriptors(), before);
                 failures += told.empty() ? 0 : 1;
-                ASSERT_EQ(Exchange(make), "");
+                ASSERT_EQ(Exchange(make, patient_), "");
             }
         }
         RecordProperty("calls", static_cast<int>(all));
         RecordProperty("told", failures);
     }
 
-    TQuickClock clock_{{.faster = 30}};
+    TQuickClock hurried_{{.faster = 30}};  // where a time-out may be waited for
+    TQuickClock patient_{{.shorterPauses = 30}};
     std::unique_ptr<simulator::TVirtualScale> scale_;
 };
 
 TEST_F(FailingSockets, OverTcpEveryCallMayFail) {
-    FailEachCall([this] { return Tcp(); });
+    FailEachCall([this](TClock& clock) { return Tcp(clock); });
 }
 
 TEST_F(FailingSockets, OverUdpEveryCallMayFail) {
-    FailEachCall([this] { return Udp(); });
+    FailEachCall([this](TClock& clock) { return Udp(clock); });
 }
 
 // A channel that went on to its receive would wait there for as long as the scale is silent.
@@ -127,10 +130,10 @@ TEST_F(FailingSockets, AnAnswerThatCannotBeWaitedForIsAFailure) {
         return channel.LastError;
     };
     const std::string port = std::to_string(scale_->Port());
-    EXPECT_EQ(errorOf(*Tcp(), 1),
+    EXPECT_EQ(errorOf(*Tcp(patient_), 1),
               "[TCP] Fail read data (127.0.0.1:" + port + ") - Input/output error (5)");
     const std::string udpPort = std::to_string(scale_->UdpPort());
-    EXPECT_EQ(errorOf(*Udp(), 1),
+    EXPECT_EQ(errorOf(*Udp(patient_), 1),
               "[UDP] Fail read data (127.0.0.1:" + udpPort + ") - Input/output error (5)");
 }
 
