@@ -9,6 +9,7 @@
 #   100,000 exchanges over each wire with faults
 #   each fuzzer for half an hour, or for TOLVANE_FUZZ_SECONDS, and what they reach
 #   1,000 cycles of loading and unloading the module
+#   ten minutes of random messages at the module
 #   the core's unit tests under valgrind
 #   the built files for Linux
 #   the coverage, see tests/coverage
@@ -56,6 +57,11 @@ long_soak() {
 long_cycles() {
     module_prepare "$BUILD/windows"
     TOLVANE_CYCLES=1000 long_some module_test "$BUILD/windows" 1251 comma --gtest_filter='Cycles.*:LoadCycles.*'
+}
+
+long_storm() {
+    module_prepare "$BUILD/windows"
+    TOLVANE_STORM_SECONDS=600 long_some module_test "$BUILD/windows" 1251 comma --gtest_filter='Storm.*'
 }
 
 # The sanitizers do not see memory that is read before anything was written there. Killed processes and
@@ -115,6 +121,7 @@ step "Start a display" display_start
 long_step kills-windows "Kills of a save, Windows" long_kills_windows
 long_step stops "Runs stopped at random times" long_stops
 long_step cycles "Cycles of the list window" long_cycles
+long_step storm "A storm of messages" long_storm
 long_step release "The release" "$SCRIPTS/release.sh"
 long_step again "The release again, in another folder" tests/release/again.sh
 long_step packages "The Debian packages in a clean Debian" tests/release/debian.sh

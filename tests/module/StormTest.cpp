@@ -1,0 +1,182 @@
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "simulator/VirtualScale.h"
+#include "tests/module/LoopWatch.h"
+#include "tests/module/MessageStorm.h"
+#include "tests/support/Environment.h"
+#include "tests/support/module/Session.h"
+#include "tests/support/window/ObjectCounts.h"
+
+namespace tolvane::test {
+namespace {
+
+constexpr const wchar_t* kListClass = L"TElicomPluScaleListForm";
+constexpr DWORD kWarmUpMs = 3000;
+constexpr int kPatience = 60;
+
+// The system makes objects of many kinds once, when they are first needed. A leak with each window
+// shows in ten minutes; that of a single cycle is what CyclesTest is for.
+constexpr int kMadeOnce = 64;
+
+DWORD StormMs() {
+    constexpr int kMsOfSecond = 1000;
+    return static_cast<DWORD>(CountFromEnvironment("TOLVANE_STORM_SECONDS", 8) * kMsOfSecond);
+}
+
+std::uint32_t Seed() {
+    return static_cast<std::uint32_t>(
+        CountFromEnvironment("TOLVANE_STORM_SEED", static_cast<int>(GetTickCount() & 0xFFFFFF)));
+}
+
+// Two scales of which the second cannot be reached.
+void WriteScales(int port) {
+    const auto section = [](const char* number, const char* name, int at) {
+        return std::string("[SCALE") + number + "]\r\nScaleNumb=" + number +
+               "\r\nScaleName=" + name +
+               "\r\nTCPAddress=127.0.0.1\r\nTCPPort=" + std::to_string(at) +
+               "\r\nChecked=1\r\nBaudRate=0\r\nScaleType=16\r\nEncoding=2\r\nScaleAddr=0\r\n"
+               "CommType=1\r\n";
+    };
+    TConfiguration::Write(section("1", "A", port) + section("2", "B", 9));
+}
+
+simulator::TScaleOptions SmallScale() {
+    constexpr int kCapacity = 130;
+    simulator::TScaleOptions options;
+    options.scale = simulator::DefaultProperties(simulator::TModel::Evl);
+    options.scale.capacity = kCapacity;
+    return options;
+}
+
+struct TStormResult {
+    int messages = 0;
+    int starts = 0;
+    int mainWindows = 0;
+    int requests = 0;
+    std::vector<TLoopWatch::TGap> gaps{};
+    std::vector<TLoopWatch::TGap> gapsInLoads{};
+};
+
+// A host whose user has lost patience. Its main window is made again when the storm has closed it,
+// and the operation started again when its list is gone; the application's window stays.
+class TStormyHost {
+public:
+    TStormyHost() { scale_.Start(); }
+
+    TStormResult Storm(std::uint32_t seed, DWORD milliseconds) {
+        TLoopWatch watch;
+        TMessageStorm storm(seed, milliseconds, session_.host.Frame());
+        const bool over = RunLoopUntil(
+            [&] {
+                if (!storm.IsEnding()) KeepOpen();
+                return storm.IsOver();
+            },
+            static_cast<int>(milliseconds / 1000) + kPatience);
+        EXPECT_TRUE(over) << "in front: " << storm.InFront();
+        CloseAll();
+        watch.Stop();
+        session_.module.Unload();
+        EXPECT_TRUE(RunLoopUntil(TLoadedModule::IsGone));
+        return {storm.Messages(),  starts_,
+                frames_,           static_cast<int>(scale_.State().requests.total),
+                watch.Gaps(false), watch.Gaps(true)};
+    }
+
+private:
+    bool HasFrame() const { return frame_ && IsWindow(frame_->Frame()) != 0; }
+    HWND List() const { return HasFrame() ? frame_->ChildOfClass(kListClass) : nullptr; }
+    void KeepOpen() {
+        if (!HasFrame()) {
+            frame_.reset();
+            frame_ = std::make_unique<THostFrame>();
+            ++frames_;
+        }
+        if (List() != nullptr) return;
+        WriteScales(scale_.Port());
+        session_.module.Start(session_.host.Frame(), 17, &session_.messageId, frame_->Frame(),
+                              session_.connection.Database(), nullptr, {});
+        ++starts_;
+    }
+    // Everything closes as it does in good weather.
+    void CloseAll() {
+        if (List() != nullptr) SendMessageW(List(), WM_CLOSE, 0, 0);
+        EXPECT_EQ(List(), nullptr);
+        if (HasFrame()) {
+            EXPECT_TRUE(IsWindowEnabled(frame_->Frame()));
+            EXPECT_TRUE(IsWindowEnabled(frame_->Client()));
+            SendMessageW(frame_->Frame(), WM_CLOSE, 0, 0);
+        }
+        EXPECT_FALSE(HasFrame());
+        EXPECT_TRUE(IsWindowEnabled(session_.host.Frame()));
+        frame_.reset();
+        RunLoopDry();
+        EXPECT_EQ(session_.Completions(), starts_);
+    }
+
+    simulator::TVirtualScale scale_{SmallScale()};
+    TSession session_{"scales.fdb"};
+    std::unique_ptr<THostFrame> frame_;
+    int starts_ = 0;
+    int frames_ = 0;
+};
+
+// What is open when no host is there.
+struct TLeftOver {
+    int handles = OpenHandles();
+    int gdi = GdiObjects();
+    int user = UserObjects();
+    int windows = ThreadWindows();
+
+    std::string Text() const {
+        return std::to_string(handles) + " handles, GDI " + std::to_string(gdi) + ", user " +
+               std::to_string(user) + ", windows " + std::to_string(windows);
+    }
+    bool IsWithin(const TLeftOver& limit) const {
+        return handles <= limit.handles + kMadeOnce && gdi <= limit.gdi + kMadeOnce &&
+               user <= limit.user + kMadeOnce && windows <= limit.windows;
+    }
+};
+
+void Report(const std::vector<TLoopWatch::TGap>& gaps, bool loading) {
+    const DWORD longest = gaps.empty() ? 0 : gaps.front().ms;
+    const std::string when = loading ? "InLoads" : "";
+    testing::Test::RecordProperty("LongestGapMs" + when, static_cast<int>(longest));
+    testing::Test::RecordProperty("GapsAbove50Ms" + when, static_cast<int>(gaps.size()));
+    std::printf("%s: longest gap %u ms, %u above 50 ms\n", loading ? "in loads" : "otherwise",
+                static_cast<unsigned>(longest), static_cast<unsigned>(gaps.size()));
+    const bool all = CountFromEnvironment("TOLVANE_STORM_STACKS", 0) != 0;
+    constexpr std::size_t kUsual = 3;
+    const std::size_t most = all ? gaps.size() : kUsual;
+    for (std::size_t i = 0; i < std::min(most, gaps.size()); ++i)
+        std::printf("%s", gaps[i].Text(all ? gaps[i].samples.size() : kUsual).c_str());
+}
+
+}  // namespace
+
+TEST(Storm, NothingIsLostInAStormOfMessages) {
+    const std::uint32_t seed = Seed();
+    std::printf("seed %u\n", static_cast<unsigned>(seed));
+    std::fflush(stdout);
+    TStormyHost().Storm(seed, kWarmUpMs);
+    const TLeftOver before;
+    const TStormResult result = TStormyHost().Storm(seed + 1, StormMs());
+    EXPECT_TRUE(RunLoopUntil([&] { return TLeftOver().IsWithin(before); }, kPatience));
+    std::printf("%d messages, %d starts, %d main windows, %d requests to the scale\n%s, then %s\n",
+                result.messages, result.starts, result.mainWindows, result.requests,
+                before.Text().c_str(), TLeftOver().Text().c_str());
+    testing::Test::RecordProperty("Messages", result.messages);
+    Report(result.gaps, false);
+    Report(result.gapsInLoads, true);
+}
+
+}  // namespace tolvane::test
