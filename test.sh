@@ -27,6 +27,7 @@ while [ $# -gt 0 ]; do
         --keep-going) PLAN_KEEP_GOING=yes ;;
         --all) PLAN_ALL=yes ;;
         --only)
+            [ -z "$only" ] || fail "--only stands once: it takes one name"
             only=${2:?--only needs a name}
             shift
             ;;

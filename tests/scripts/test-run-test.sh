@@ -14,4 +14,7 @@ expect_run() {
 expect_run "a step that passes ends the run well" "exit 0" 0
 expect_run "a step that fails ends the run with 1" "exit 1" 1
 expect_run "a run ends with 1 again when nothing has changed" "exit 1" 1
+
+run env TOLVANE_BUILD="$tree/build" "$root/test.sh" --only format --only layers
+expect "two names are refused" "1 *--only stands once*" "$code $out"
 expect_end
