@@ -18,6 +18,7 @@ constexpr UINT kBeat = WM_APP + 1;
 constexpr DWORD kBetweenBeatsMs = 10;
 constexpr DWORD kShortGapMs = 50;
 constexpr DWORD kSampledGapMs = 100;
+constexpr DWORD kAgainMs = 1000;
 constexpr DWORD kHungMs = 120000;
 constexpr std::size_t kMostSamples = 40;
 constexpr std::size_t kMostAddresses = 40;
@@ -105,6 +106,9 @@ std::vector<TLoopWatch::TGap> TLoopWatch::Gaps(bool loading) const {
 LRESULT CALLBACK TLoopWatch::Procedure(HWND window, UINT id, WPARAM wParam, LPARAM lParam) {
     auto* self = reinterpret_cast<TLoopWatch*>(GetWindowLongPtrW(window, GWLP_USERDATA));
     if (id != kBeat || self == nullptr) return DefWindowProcW(window, id, wParam, lParam);
+    // One of the gap before may come late.
+    if (wParam < self->waitedFor_ || self->answeredAt_ != 0) return 0;
+    self->answered_ = wParam;
     self->answeredAt_ = NowUs();
     SetEvent(self->answer_);
     return 0;
@@ -120,17 +124,28 @@ void TLoopWatch::Watch() {
 void TLoopWatch::Beat() {
     const DWORD processor = ProcessorMs();
     const std::int64_t start = NowUs();
+    waitedFor_ = sent_ + 1;
     answeredAt_ = 0;
-    if (SendNotifyMessageW(window_, kBeat, 0, 0) == 0) return;
+    if (!Send()) return;
     TGap gap = WaitForAnswer(start, processor);
     ++beats_;
-    if (gap.ms > kShortGapMs) gaps_.push_back(std::move(gap));
+    if (answeredAt_ != 0 && answered_ != waitedFor_) {
+        ++lost_;
+    } else if (gap.ms > kShortGapMs) {
+        gaps_.push_back(std::move(gap));
+    }
+}
+
+bool TLoopWatch::Send() {
+    ++sent_;
+    return SendNotifyMessageW(window_, kBeat, sent_, 0) != 0;
 }
 
 TLoopWatch::TGap TLoopWatch::WaitForAnswer(std::int64_t start, DWORD processorBefore) {
     constexpr DWORD kLookMs = 20;
     TGap gap;
     std::vector<TCodeRange> code;
+    DWORD again = kAgainMs;
     while (answeredAt_ == 0 && !stop_) {
         if (WaitForSingleObject(answer_, kLookMs) == WAIT_OBJECT_0) continue;
         const DWORD soFar = MsBetween(start, NowUs());
@@ -138,6 +153,10 @@ TLoopWatch::TGap TLoopWatch::WaitForAnswer(std::int64_t start, DWORD processorBe
         if (soFar < kSampledGapMs) continue;
         if (code.empty()) code = LoadedCode();
         if (gap.samples.size() < kMostSamples) TakeSample(gap, soFar, code);
+        if (soFar >= again) {
+            Send();
+            again += kAgainMs;
+        }
         if (soFar < kHungMs) continue;
         gap.ms = soFar;
         std::printf("no message was read for %s", gap.Text(kMostSamples).c_str());

@@ -14,7 +14,9 @@ namespace tolvane::test {
 
 // Measures, from a thread of its own, for how long the thread that made it reads no message: it
 // sends a message every ten milliseconds, which any message loop handles. While a gap lasts longer
-// than 100 ms it looks where the thread stands. A gap of two minutes ends the program.
+// than 100 ms it looks where the thread stands. A gap of two minutes ends the program. In a gap it
+// sends another message each second: when that one is answered and the first is not, the system has
+// lost a message (seen in Wine after the thread was looked at), which is no gap.
 class TLoopWatch {
 public:
     struct TSample {
@@ -37,6 +39,7 @@ public:
     // Ends the watch. What follows is for afterwards.
     void Stop();
     int Beats() const { return beats_; }
+    int Lost() const { return lost_; }
     // Gaps above 50 ms, the longest first.
     std::vector<TGap> Gaps(bool loading) const;
 
@@ -50,6 +53,7 @@ private:
     static std::vector<TCodeRange> LoadedCode();
     void Watch();
     void Beat();
+    bool Send();
     TGap WaitForAnswer(std::int64_t start, DWORD processorBefore);
     void TakeSample(TGap& gap, DWORD afterMs, const std::vector<TCodeRange>& code);
     DWORD ProcessorMs() const;
@@ -58,10 +62,14 @@ private:
     HANDLE watched_ = nullptr;
     HANDLE answer_ = nullptr;
     std::uintptr_t stackEnd_ = 0;
+    WPARAM sent_ = 0;  // the number of the last message
+    std::atomic<WPARAM> waitedFor_ = 0;
+    std::atomic<WPARAM> answered_ = 0;
     std::atomic<std::int64_t> answeredAt_ = 0;
     std::atomic<bool> stop_ = false;
     std::array<std::uintptr_t, 8192> stack_{};
     int beats_ = 0;
+    int lost_ = 0;
     std::vector<TGap> gaps_;
     std::thread thread_;
 };
