@@ -3,7 +3,6 @@
 #include <random>
 #include <system_error>
 #include <utility>
-#include <vector>
 
 namespace tolvane {
 
@@ -61,15 +60,10 @@ void ReplaceWholeFile(const std::filesystem::path& target, std::string_view byte
 }
 
 void RemoveLeftovers(const std::filesystem::path& target) {
-    std::error_code ignored;
-    std::vector<std::filesystem::path> leftovers;
     const std::filesystem::path folder = target.has_parent_path() ? target.parent_path() : ".";
-    std::filesystem::directory_iterator entry(folder, ignored);
-    for (; !ignored && entry != std::filesystem::directory_iterator(); entry.increment(ignored)) {
-        if (IsTemporaryOf(target, entry->path())) leftovers.push_back(entry->path());
+    for (const std::filesystem::path& name : NamesIn(folder)) {
+        if (IsTemporaryOf(target, name)) RemoveLeftover(folder / name);
     }
-    for (const std::filesystem::path& leftover : leftovers)
-        RemoveLeftover(leftover);
 }
 
 std::filesystem::path UniqueTemporaryPath(const std::filesystem::path& target) {

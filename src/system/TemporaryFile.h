@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "system/OwnedFile.h"
 
@@ -46,6 +47,9 @@ std::optional<std::string> ReadWholeFile(const std::filesystem::path& file);
 void RequireWritable(const std::filesystem::path& file);
 // The file that a link points to; the path itself when it is not a link.
 std::filesystem::path ResolveLink(const std::filesystem::path& file);
+// What is in a folder, without the folder's path; nothing when it cannot be read. The standard
+// library's own iterator ends the process when memory is short.
+std::vector<std::filesystem::path> NamesIn(const std::filesystem::path& folder);
 // Removes a temporary file of a killed save. The file stays when it is in use or cannot be removed.
 void RemoveLeftover(const std::filesystem::path& file) noexcept;
 // The same for all that killed saves of the target left beside it.

@@ -1,5 +1,6 @@
 #include "system/TemporaryFile.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -7,6 +8,7 @@
 
 #include <array>
 #include <cerrno>
+#include <memory>
 #include <system_error>
 
 #include "text/Cp1251.h"
@@ -29,14 +31,17 @@ int Descriptor(const TOwnedFile& file) noexcept {
     return static_cast<int>(file.Get());
 }
 
+struct TCloseFolder {
+    void operator()(DIR* folder) const noexcept { closedir(folder); }
+};
+
 bool IsMissing(int error) {
     return error == ENOENT || error == ENOTDIR;
 }
 
 // Some file systems cannot do this. That is not an error: the new file has already replaced the old
 // one.
-void FlushFolder(const path& file) {
-    const path folder = file.has_parent_path() ? file.parent_path() : path(".");
+void FlushFolder(const path& folder) noexcept {
     const TOwnedFile opened = Open(folder, O_RDONLY | O_DIRECTORY);
     if (opened) fsync(Descriptor(opened));
 }
@@ -77,13 +82,15 @@ void TTemporaryFile::Write(std::string_view bytes) {
 }
 
 bool TTemporaryFile::TakePlaceOfTarget() {
+    // After the rename nothing may fail.
+    const path folder = target_.has_parent_path() ? target_.parent_path() : path(".");
     if (rename(path_.c_str(), target_.c_str()) != 0) {
         const int error = errno;
         if (error == ENOENT && access(path_.c_str(), F_OK) != 0) return false;
         Fail(error);
     }
     path_.clear();
-    FlushFolder(target_);
+    FlushFolder(folder);
     return true;
 }
 
@@ -123,6 +130,15 @@ path ResolveLink(const path& file) {
     if (!std::filesystem::is_symlink(file, error)) return file;
     path resolved = std::filesystem::weakly_canonical(file, error);
     return error ? file : resolved;
+}
+
+std::vector<path> NamesIn(const path& folder) {
+    std::vector<path> names;
+    const std::unique_ptr<DIR, TCloseFolder> opened(opendir(folder.c_str()));
+    if (!opened) return names;
+    while (const dirent* const entry = readdir(opened.get()))
+        names.emplace_back(entry->d_name);
+    return names;
 }
 
 void RemoveLeftover(const path& file) noexcept {

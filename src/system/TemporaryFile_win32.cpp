@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <memory>
 #include <system_error>
 
 #include "text/Cp1251.h"
@@ -26,6 +27,10 @@ TOwnedFile Open(const path& file, DWORD access, DWORD share, DWORD disposition) 
     return TOwnedFile(reinterpret_cast<std::intptr_t>(CreateFileW(
         file.c_str(), access, share, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr)));
 }
+
+struct TEndSearch {
+    void operator()(HANDLE search) const noexcept { FindClose(search); }
+};
 
 bool IsMissing(DWORD error) {
     return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
@@ -120,6 +125,18 @@ void RequireWritable(const path& file) {
 
 path ResolveLink(const path& file) {
     return file;
+}
+
+std::vector<path> NamesIn(const path& folder) {
+    std::vector<path> names;
+    WIN32_FIND_DATAW entry{};
+    const HANDLE found = FindFirstFileW((folder / L"*").c_str(), &entry);
+    if (found == INVALID_HANDLE_VALUE) return names;
+    const std::unique_ptr<void, TEndSearch> search(found);
+    do {
+        names.emplace_back(entry.cFileName);
+    } while (FindNextFileW(search.get(), &entry));
+    return names;
 }
 
 void RemoveLeftover(const path& file) noexcept {

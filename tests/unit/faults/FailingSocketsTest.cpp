@@ -1,18 +1,21 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "comm/DeviceDiscovery.h"
 #include "comm/TDevCommTCP.h"
 #include "comm/TDevCommUDP.h"
 #include "scale/DevElicomScaleUnit.h"
 #include "scale/ScaleFrame.h"
 #include "simulator/VirtualScale.h"
 #include "tests/support/Clocks.h"
+#include "tests/support/FreeUdpPort.h"
 #include "tests/unit/faults/FailingCalls.h"
 
 namespace tolvane::test {
@@ -135,6 +138,69 @@ TEST_F(FailingSockets, AnAnswerThatCannotBeWaitedForIsAFailure) {
     const std::string udpPort = std::to_string(scale_->UdpPort());
     EXPECT_EQ(errorOf(*Udp(patient_), 1),
               "[UDP] Fail read data (127.0.0.1:" + udpPort + ") - Input/output error (5)");
+}
+
+// Three looks at it take longer than a probe.
+class TLookedAtClock : public TClock {
+public:
+    TTimePoint Now() const override { return now_ += TMilliseconds(400); }
+    void Sleep(TMilliseconds) override {}
+
+private:
+    mutable TTimePoint now_{};
+};
+
+TEST_F(FailingSockets, ASearchGoesOnWithItsOtherProbes) {
+    simulator::TScaleOptions options;
+    for (const auto probe :
+         {simulator::TProbe::Character, simulator::TProbe::Find, simulator::TProbe::Converter})
+        options.probes.push_back(
+            {.probe = probe, .port = std::uint16_t{0}, .replies = 3, .reply = {'A'}});
+    simulator::TVirtualScale module(options);
+    module.Start();
+    TDiscoveryTarget target{.address = "127.0.0.1"};
+    target.ports = {module.ProbePort(simulator::TProbe::Character),
+                    module.ProbePort(simulator::TProbe::Find),
+                    module.ProbePort(simulator::TProbe::Converter)};
+    target.findLocalPort = FreeUdpPort();
+    const std::atomic<bool> stop{false};
+    std::size_t found = 0;
+    std::vector<std::string> failures;
+    const auto search = [&](int failing, TFailingCalls::THowLong howLong) {
+        found = 0;
+        failures.clear();
+        TLookedAtClock clock;
+        const TFailingCalls calls(failing, howLong);
+        FindDevices(
+            clock, stop, [&](const std::vector<TFoundDevice>& devices) { found += devices.size(); },
+            target, &MakeProbeSocket,
+            [&](const TProbeFailure& failure) { failures.push_back(failure.text); });
+        return TFailingCalls::Calls();
+    };
+    const std::vector<std::string> all = search(0, TFailingCalls::Once);
+    ASSERT_EQ(found, 3U);
+    ASSERT_GT(all.size(), 15U);
+    int told = 0;
+    for (std::size_t n = 1; n <= all.size(); ++n) {
+        for (const auto howLong : {TFailingCalls::Once, TFailingCalls::ForGood}) {
+            SCOPED_TRACE(std::to_string(n) + " " + all[n - 1] +
+                         (howLong == TFailingCalls::Once ? " once" : " for good"));
+            const int before = OpenDescriptors();
+            search(static_cast<int>(n), howLong);
+            EXPECT_EQ(OpenDescriptors(), before);
+            for (const std::string& failure : failures)
+                EXPECT_EQ(failure, "Input/output error (5)");
+            if (howLong == TFailingCalls::Once) {
+                EXPECT_LE(failures.size(), 1U);
+                EXPECT_GE(found, 2U);
+            }
+            told += static_cast<int>(failures.size());
+        }
+    }
+    RecordProperty("calls", static_cast<int>(all.size()));
+    RecordProperty("told", told);
+    search(0, TFailingCalls::Once);
+    EXPECT_EQ(found, 3U);
 }
 
 }  // namespace
