@@ -6,6 +6,7 @@
 #include "database/DatabaseError.h"
 #include "database/Status.h"
 #include "database/TransactionState.h"
+#include "system/ProcessMemory.h"
 #include "text/Cp1251.h"
 
 namespace tolvane {
@@ -59,7 +60,7 @@ bool TTransaction::IsActive() const noexcept {
 
 void TTransaction::Start() {
     Require(IsActive(), false);
-    if (state_->database == nullptr)
+    if (!CanRead(state_->database, sizeof(isc_db_handle)))
         throw TDatabaseError(std::string("Няма връзка с базата данни"_cp1251));
     const TParameters& parameters =
         state_->kind == TTransactionKind::ReadOnly ? kReadOnly : kWriting;

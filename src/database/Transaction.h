@@ -20,7 +20,7 @@ enum class TTransactionKind : std::uint8_t { Writing, ReadOnly };
 class TTransaction {
 public:
     // `database` points to the connection's handle cell (isc_db_handle); Start fails when it is
-    // null. Both must outlive this object.
+    // null or cannot be read any more. Both must outlive this object.
     TTransaction(const TClientLibrary& library, void* database,
                  TTransactionKind kind = TTransactionKind::Writing);
     TTransaction(TTransaction&&) noexcept;

@@ -4,10 +4,10 @@
 #include <string>
 
 #include "entry/HostInterface.h"
-#include "entry/HostMemory.h"
 #include "entry/HostText.h"
 #include "entry/ModuleState.h"
 #include "entry/Operation.h"
+#include "system/ProcessMemory.h"
 #include "text/Cp1251.h"
 
 namespace tolvane {

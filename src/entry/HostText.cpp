@@ -6,7 +6,7 @@
 #include <new>
 
 #include "entry/HostInterface.h"
-#include "entry/HostMemory.h"
+#include "system/ProcessMemory.h"
 
 namespace tolvane {
 namespace {

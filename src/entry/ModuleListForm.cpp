@@ -3,11 +3,15 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <stdexcept>
 #include <string>
+#include <string_view>
 
 #include "config/ModulePaths.h"
 #include "entry/ModuleState.h"
 #include "settings/forms/ScaleComunicationUnit.h"
+#include "system/ProcessMemory.h"
+#include "text/Cp1251.h"
 #include "upload/forms/SetPluUnit.h"
 
 namespace tolvane {
@@ -19,6 +23,9 @@ std::u16string HostExecutable() {
     path.resize(GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));
     return {path.begin(), path.end()};
 }
+
+constexpr std::string_view kNoPrintService =
+    "Печатът на търговската система не може да бъде извикан (PrintProc)."_cp1251;
 
 using TCountedText = std::array<std::uint8_t, 256>;
 
@@ -52,6 +59,8 @@ void TModuleListForm::EditScales() {
 void TModuleListForm::Print(std::string_view title, std::string_view dateTime, HWND grid) {
     const TPrintProc print = ModuleState().printProc;
     if (print.Code == nullptr) return;
+    if (!CanRead(reinterpret_cast<const void*>(print.Code), 1))
+        throw std::runtime_error(std::string(kNoPrintService));
     const TCountedText countedTitle = Counted(title);
     const TCountedText countedTime = Counted(dateTime);
     print.Code(print.Object, countedTitle.data(), countedTime.data(), grid);

@@ -9,6 +9,7 @@
 #include <chrono>
 #include <cstdint>
 #include <cstring>
+#include <filesystem>
 #include <functional>
 #include <future>
 #include <string>
@@ -17,6 +18,7 @@
 #include <utility>
 #include <vector>
 
+#include "tests/support/OtherProgram.h"
 #include "tests/support/module/Session.h"
 #include "tests/support/window/BoxAnswerer.h"
 #include "tests/support/window/UserScript.h"
@@ -57,6 +59,8 @@ public:
 
     // That many bytes of the first page, and then the second one.
     char* Before(std::size_t bytes) const { return pages_ + kPage - bytes; }
+    // Nothing can be read there any more.
+    void Forget() const { EXPECT_NE(VirtualFree(pages_, kPage, MEM_DECOMMIT), 0); }
 
 private:
     static constexpr std::size_t kPage = 4096;
@@ -85,6 +89,18 @@ private:
     UINT message_;
     std::function<void()> act_;
 };
+
+// The MDI frame of a process, once it has its client.
+HWND FrameOf(DWORD wanted) {
+    HWND frame = nullptr;
+    while ((frame = FindWindowExW(nullptr, frame, L"TestHostFrame", nullptr)) != nullptr) {
+        DWORD process = 0;
+        GetWindowThreadProcessId(frame, &process);
+        if (process == wanted && FindWindowExW(frame, nullptr, L"MDIClient", nullptr) != nullptr)
+            return frame;
+    }
+    return nullptr;
+}
 
 class HostileHostTest : public testing::Test {
 protected:
@@ -177,6 +193,75 @@ TEST_F(HostileHostTest, AMainWindowOfAnotherProgramIsRefusedAndLeftAlone) {
     ASSERT_EQ(boxes.Seen().size(), 1U);
     EXPECT_NE(boxes.Seen()[0].text.find("на друга нишка"), std::string::npos);
     ExpectGone();
+}
+
+TEST_F(HostileHostTest, AnMdiFrameOfAnotherProcessIsRefusedAndLeftAlone) {
+    const TOtherProgram other(L"second_host", L"frame tolvane-foreign", L"tolvane-foreign",
+                              std::filesystem::current_path());
+    HWND foreign = nullptr;
+    ASSERT_TRUE(RunLoopUntil([&] { return (foreign = FrameOf(other.Process())) != nullptr; }, 60));
+    const TBoxAnswerer boxes;
+    StartWith(application_.Frame(), foreign, session_.connection.Database());
+    RunLoopDry();
+    ASSERT_EQ(boxes.Seen().size(), 1U);
+    EXPECT_EQ(boxes.Seen()[0].text, "Грешка :\rГлавният прозорец (MainForm) е на друга нишка.");
+    EXPECT_NE(IsWindowEnabled(foreign), 0);
+    const HWND client = FindWindowExW(foreign, nullptr, L"MDIClient", nullptr);
+    ASSERT_NE(client, nullptr);
+    EXPECT_EQ(FindWindowExW(client, nullptr, nullptr, nullptr), nullptr);
+    EXPECT_EQ(application_.Received(session_.messageId), 1);
+    ExpectGone();
+}
+
+TEST_F(HostileHostTest, AHandleOfAConnectionThatHasEndedIsRefused) {
+    isc_db_handle ended{};
+    {
+        const TConnection connection("shop.fdb");
+        std::memcpy(&ended, connection.Database()->Handle, sizeof ended);
+    }
+    ASSERT_NE(ended, isc_db_handle{});
+    THostDatabase database = *session_.connection.Database();
+    database.Handle = &ended;
+    const TBoxAnswerer boxes;
+    StartWith(application_.Frame(), session_.host.Frame(), &database);
+    RunLoopDry();
+    EXPECT_EQ(boxes.Seen().size(), 1U);
+    ExpectGone();
+}
+
+TEST_F(HostileHostTest, ACellOfTheConnectionThatHasGoneIsToldByTheNextRefresh) {
+    const THalfMemory memory;
+    THostDatabase database = *session_.connection.Database();
+    std::memcpy(memory.Before(sizeof(isc_db_handle)), database.Handle, sizeof(isc_db_handle));
+    database.Handle = memory.Before(sizeof(isc_db_handle));
+    StartWith(application_.Frame(), session_.host.Frame(), &database);
+    RunLoopDry();
+    ASSERT_EQ(session_.Grid().RowCount(), 6);
+    memory.Forget();
+    {
+        const TBoxAnswerer boxes;
+        session_.Click("RefreshBtn");
+        ASSERT_EQ(boxes.Seen().size(), 1U);
+        EXPECT_EQ(boxes.Seen()[0].text, "[REFRESH DATA]: Няма връзка с базата данни");
+    }
+    EXPECT_EQ(session_.Grid().RowCount(), 0);
+    session_.CloseList();
+    EXPECT_EQ(application_.Received(session_.messageId), 1);
+    ExpectGone();
+}
+
+TEST_F(HostileHostTest, APrintServiceThatHasGoneIsTold) {
+    const THalfMemory memory;
+    session_.module.Start(application_.Frame(), 17, &session_.messageId, session_.host.Frame(),
+                          session_.connection.Database(), nullptr,
+                          {reinterpret_cast<TPrintCode>(memory.Before(0)), nullptr});
+    RunLoopDry();
+    const TBoxAnswerer boxes;
+    session_.Click("PrintBtn");
+    ASSERT_EQ(boxes.Seen().size(), 1U);
+    EXPECT_EQ(boxes.Seen()[0].text,
+              "Печатът на търговската система не може да бъде извикан (PrintProc).");
+    EXPECT_EQ(session_.Grid().RowCount(), 6);
 }
 
 // A box with a window of another thread as its owner would disable that window.

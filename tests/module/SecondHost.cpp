@@ -4,6 +4,7 @@
 //   second_host add <event>      opens the list, adds scale 2 in the editor, closes the list
 //   second_host toggle <event>   changes the first scale's mark and closes the list, again and
 //   again
+//   second_host frame <event>    shows a main window and nothing else, until it is closed
 //
 // The event is set when that was done for the first time.
 #include "tests/module/SecondHost.h"
@@ -41,7 +42,15 @@ private:
     std::uint32_t messageId_ = 0;
 };
 
+void ShowFrame(HANDLE done) {
+    constexpr int kLongest = 600;
+    const THostFrame frame;
+    SetEvent(done);
+    RunLoopUntil([&] { return IsWindow(frame.Frame()) == 0; }, kLongest);
+}
+
 void Work(const std::string& work, HANDLE done) {
+    if (work == "frame") return ShowFrame(done);
     const int rounds = work == "toggle" ? 200 : 1;
     TSecondHost host;
     for (int i = 0; i < rounds; ++i) {

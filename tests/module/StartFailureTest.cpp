@@ -111,6 +111,19 @@ TEST_F(StartFailureTest, MainFormThatIsNoWindow) {
     EXPECT_EQ(Completions(), 1);
 }
 
+TEST_F(StartFailureTest, MainFormThatHasGone) {
+    HWND gone = nullptr;
+    {
+        const THostFrame frame;
+        gone = frame.Frame();
+    }
+    Start(gone, &session_.messageId, gone, &database_);
+    EXPECT_TRUE(BoxTells("AppHandle"));
+    Start(session_.host.Frame(), &session_.messageId, gone, &database_);
+    EXPECT_TRUE(BoxTells("MainForm"));
+    EXPECT_EQ(Completions(), 1);
+}
+
 TEST_F(StartFailureTest, NullMainForm) {
     Start(session_.host.Frame(), &session_.messageId, nullptr, &database_);
     EXPECT_EQ(Completions(), 1);

@@ -1,4 +1,4 @@
-#include "entry/HostMemory.h"
+#include "system/ProcessMemory.h"
 
 #include <windows.h>
 
