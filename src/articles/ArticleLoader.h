@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <exception>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -10,6 +11,7 @@
 #include "articles/ArticleSort.h"
 #include "articles/ArticleTable.h"
 #include "articles/PromotionPass.h"
+#include "database/DatabaseCalls.h"
 #include "database/Query.h"
 #include "database/Transaction.h"
 #include "system/LocalTime.h"
@@ -27,6 +29,15 @@ public:
     virtual void Hide() = 0;
 };
 
+// Lives while the interface thread may wait for the database.
+class TPatience {
+public:
+    TPatience() = default;
+    TPatience(const TPatience&) = delete;
+    TPatience& operator=(const TPatience&) = delete;
+    virtual ~TPatience() = default;
+};
+
 // What a load reports to the list window.
 class TLoadView {
 public:
@@ -40,6 +51,8 @@ public:
     // A box with an error sign and an OK button; code page 1251. May throw only when memory is too
     // short for the text; it is then called once more, with kOutOfMemory.
     virtual void ShowError(std::string_view text) = 0;
+    // Watches these calls as long as the result lives. Null, or an exception: nobody does.
+    virtual std::unique_ptr<TPatience> Watch(const TDatabaseCalls& /*calls*/) { return nullptr; }
 };
 
 // Fills the article table from the host's database. Interface thread. The query and the transaction

@@ -34,11 +34,26 @@ TArticleSession::TArticleSession(TLoadView& view, const TLocalClock& clock,
                                  std::function<TRegionalSettings()> regional)
     : view_(view), clock_(clock), askRegional_(std::move(regional)), regional_(askRegional_()) {}
 
-TArticleSession::~TArticleSession() = default;
+TArticleSession::~TArticleSession() {
+    const auto patience = Patience();
+    connection_.reset();
+}
+
+std::unique_ptr<TPatience> TArticleSession::Patience() noexcept {
+    if (!connection_) return nullptr;
+    try {
+        return view_.Watch({connection_->library, connection_->cell});
+    } catch (...) {
+        return nullptr;
+    }
+}
 
 void TArticleSession::Connect(const char* clientLibrary, void* handle, TWaitView& wait) {
     if (connection_ && connection_->IsOf(handle)) return;
-    connection_.reset();
+    {
+        const auto patience = Patience();
+        connection_.reset();
+    }
     auto made = std::make_unique<TConnection>(clientLibrary, handle);
     made->loader = std::make_unique<TArticleLoader>(
         TArticleLoader::TParts{made->transaction, made->query, *articles_, sort_, clock_,
@@ -47,17 +62,22 @@ void TArticleSession::Connect(const char* clientLibrary, void* handle, TWaitView
 }
 
 void TArticleSession::ReadBaseCurrency() {
+    const auto patience = Patience();
     connection_->loader->ReadBaseCurrency();
 }
 
 void TArticleSession::CheckDatabase() noexcept {
+    const auto patience = Patience();
     connection_->loader->CheckDatabase();
 }
 
 void TArticleSession::LoadArticles() noexcept {
     if (!connection_ || IsBusy()) return;
     loading_ = true;
-    connection_->loader->LoadArticles();
+    {
+        const auto patience = Patience();
+        connection_->loader->LoadArticles();
+    }
     loading_ = false;
 }
 
@@ -113,6 +133,7 @@ std::optional<TRowId> TArticleSession::FindFrom(std::size_t index) const {
 
 void TArticleSession::End() noexcept {
     if (!connection_ || loading_) return;
+    const auto patience = Patience();
     try {
         connection_->query.Close();
         TTransaction& transaction = connection_->transaction;

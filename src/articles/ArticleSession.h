@@ -104,6 +104,8 @@ private:
     void ShowError(std::string_view text) override;
 
     std::optional<TRowId> FindFrom(std::size_t index) const;
+    // For as long as the connection is used; null without one.
+    std::unique_ptr<TPatience> Patience() noexcept;
 
     TLoadView& view_;
     const TLocalClock& clock_;

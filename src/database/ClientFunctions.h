@@ -29,7 +29,11 @@ struct TClientFunctions {
     // Only of a library that we have loaded; the host attaches by itself.
     decltype(&isc_attach_database) attachDatabase = nullptr;
     decltype(&isc_detach_database) detachDatabase = nullptr;
+    // Since Firebird 2.5; null in others.
+    decltype(&fb_cancel_operation) cancel = nullptr;
     TCallCount calls = std::make_shared<std::atomic<std::uint64_t>>();
+    // Those that have not come back.
+    std::shared_ptr<std::atomic<int>> open = std::make_shared<std::atomic<int>>();
 };
 
 }  // namespace tolvane

@@ -67,6 +67,7 @@ void BindFunctions(TBinding& library, TClientFunctions& f) {
     library.Bind(f.closeBlob, "isc_close_blob");
     library.Bind(f.sqlCode, "isc_sqlcode");
     library.Find(f.interpret, "fb_interpret");
+    library.Find(f.cancel, "fb_cancel_operation");
     if (f.interpret == nullptr) library.Bind(f.interpretUnbounded, "isc_interprete");
 }
 

@@ -11,7 +11,11 @@ class TStatus {
 public:
     explicit TStatus(const TClientFunctions& functions) noexcept : functions_(functions) {
         ++*functions.calls;
+        ++*functions.open;
     }
+    TStatus(const TStatus&) = delete;
+    TStatus& operator=(const TStatus&) = delete;
+    ~TStatus() { --*functions_.open; }
 
     operator ISC_STATUS*() noexcept { return vector_; }  // NOLINT: what every call takes first
     bool Failed() const noexcept { return vector_[0] == isc_arg_gds && vector_[1] != 0; }

@@ -17,6 +17,7 @@ namespace {
 constexpr std::string_view kErrorTitle = "Грешка"_cp1251;
 constexpr std::string_view kInformationTitle = "Информация"_cp1251;
 constexpr std::string_view kWarningTitle = "Внимание"_cp1251;
+constexpr UINT kQuestion = MB_YESNO | MB_DEFBUTTON2 | MB_ICONWARNING;
 
 // A text with its end as wide characters, made by the compiler: they need no memory to be shown.
 template <std::size_t Size>
@@ -69,7 +70,11 @@ void ShowWarning(HWND owner, std::string_view text) {
 }
 
 bool AskWarning(HWND owner, std::string_view text) {
-    return Show(owner, kWarningTitle, text, MB_YESNO | MB_DEFBUTTON2 | MB_ICONWARNING) == IDYES;
+    return Show(owner, kWarningTitle, text, kQuestion) == IDYES;
+}
+
+bool AskInFront(std::string_view text) {
+    return Show(nullptr, kWarningTitle, text, kQuestion | MB_TOPMOST | MB_SETFOREGROUND) == IDYES;
 }
 
 }  // namespace tolvane

@@ -16,5 +16,7 @@ void ShowWarning(HWND owner, std::string_view text);
 // Shows a warning with Yes and No and returns whether the user chose Yes. No is the default button;
 // a box that cannot be shown counts as No.
 bool AskWarning(HWND owner, std::string_view text);
+// The same in front of all windows, for any thread: nothing else waits for the answer.
+bool AskInFront(std::string_view text);
 
 }  // namespace tolvane

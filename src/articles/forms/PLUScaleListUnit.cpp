@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "articles/PrintTime.h"
+#include "articles/forms/DatabasePatience.h"
 #include "articles/forms/ListLayout.h"
 #include "system/LocalTime.h"
 #include "text/Cp1251.h"
@@ -187,6 +188,10 @@ void TElicomPluScaleListForm::ResumeDisplay() {
 
 void TElicomPluScaleListForm::ShowError(std::string_view text) {
     tolvane::ShowError(Handle(), text);
+}
+
+std::unique_ptr<TPatience> TElicomPluScaleListForm::Watch(const TDatabaseCalls& calls) {
+    return calls.CanEnd() ? std::make_unique<TDatabasePatience>(calls) : nullptr;
 }
 
 void TElicomPluScaleListForm::FillSearchMenu() {

@@ -72,6 +72,7 @@ private:
     void SuspendDisplay() override;
     void ResumeDisplay() override;
     void ShowError(std::string_view text) override;
+    std::unique_ptr<TPatience> Watch(const TDatabaseCalls& calls) override;
 
     void MakeControls();
     void FillSearchMenu();

@@ -48,6 +48,13 @@ struct TFakeClient {
     bool failsForGood = false;  // all calls after it as well
     int calls = 0;
     std::string_view firstFailed = {};
+    // Is called within each call of the library.
+    void (*during)(void* context) = nullptr;
+    void* context = nullptr;
+    // What fb_cancel_operation was asked for.
+    int cancels = 0;
+    const void* cancelled = nullptr;
+    unsigned short cancelKind = 0;
 
     // Oddities.
     short indicatorOfNull = -1;

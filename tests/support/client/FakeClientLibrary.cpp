@@ -40,6 +40,7 @@ ISC_STATUS Succeeded(ISC_STATUS* status) {
 bool Fails(const char* function) {
     TFakeClient& client = Client();
     ++client.calls;
+    if (client.during != nullptr) client.during(client.context);
     const bool fails =
         client.failingCall != 0 && (client.failsForGood ? client.calls >= client.failingCall
                                                         : client.calls == client.failingCall);
@@ -271,6 +272,13 @@ ISC_STATUS isc_get_segment(ISC_STATUS* status, isc_blob_handle* blob, unsigned s
     std::copy_n(client.blobText.begin(), count, buffer);
     client.blobText.remove_prefix(count);
     *length = client.segmentsAreTooLong ? USHRT_MAX : static_cast<unsigned short>(count);
+    return Succeeded(status);
+}
+
+ISC_STATUS fb_cancel_operation(ISC_STATUS* status, isc_db_handle* database, ISC_USHORT kind) {
+    ++Client().cancels;
+    Client().cancelled = database;
+    Client().cancelKind = kind;
     return Succeeded(status);
 }
 
