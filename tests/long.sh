@@ -11,6 +11,7 @@
 #   1,000 cycles of loading and unloading the module
 #   ten minutes of random messages at the module
 #   the core's unit tests under valgrind
+#   the command, the virtual scale, the channels and the search under ThreadSanitizer
 #   the built files for Linux
 #   the coverage, see tests/coverage
 #   the release itself: made twice, installed, used, upgraded and removed
@@ -77,6 +78,18 @@ long_valgrind() {
     done
 }
 
+# What test.sh does for the run engine alone, for all that has threads on this system. Processes that are killed are
+# forks, which ThreadSanitizer does not follow.
+long_threads() {
+    local name programs=(test_command test_simulator test_comm_links test_discovery)
+    test_build threads "${programs[@]}"
+    for name in "${programs[@]}"; do
+        say "== $name"
+        TSAN_OPTIONS=halt_on_error=1 long_some setarch -R \
+            "$(find "$BUILD/threads/tests" -name "$name" -type f)" --gtest_brief=1 --gtest_filter=-*Killed*
+    done
+}
+
 long_files() {
     test_build release tolvane virtual-scale
     "$SCRIPTS/check-binary.sh" "$BUILD/release" src/command/tolvane
@@ -110,6 +123,7 @@ long_step() {
 
 long_step coverage "Coverage" tests/coverage/coverage.sh
 long_step valgrind "Valgrind" long_valgrind
+long_step threads "ThreadSanitizer" long_threads
 long_step files "Built files for Linux" long_files
 long_step kills "Kills of a save" long_kills
 long_step soak "Soak of every wire" long_soak
