@@ -21,6 +21,7 @@ class TGridReader {
 public:
     explicit TGridReader(HWND grid);
 
+    HWND Handle() const noexcept { return grid_; }
     const std::vector<TGridColumn>& Columns() const { return columns_; }
     std::size_t RowCount() const;
     std::wstring Text(std::size_t row, std::size_t column) const;

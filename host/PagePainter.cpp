@@ -22,7 +22,7 @@ constexpr COLORREF kLineColour = RGB(150, 150, 150);
 constexpr COLORREF kTitleColour = RGB(232, 232, 232);
 
 std::vector<int> TrueWidths(const TGridReader& grid) {
-    const int dotsPerInch = TDpi::System().DotsPerInch();
+    const int dotsPerInch = TDpi::Of(grid.Handle()).DotsPerInch();
     std::vector<int> widths;
     for (const TGridColumn& column : grid.Columns())
         widths.push_back(MulDiv(column.width, kTenthsPerInch, dotsPerInch));

@@ -138,11 +138,23 @@ void TTradeHostForm::Layout() const {
     MoveWindow(client_, 0, 0, area.right, area.bottom - (bar.bottom - bar.top), TRUE);
 }
 
+void TTradeHostForm::FollowDpi(TDpi dpi, const RECT& place) {
+    TOwnedFont font = MakeStatusFont(dpi);
+    SendMessageW(statusBar_, WM_SETFONT, reinterpret_cast<WPARAM>(font.Get()), FALSE);
+    statusFont_ = std::move(font);
+    SetWindowPos(Handle(), nullptr, place.left, place.top, place.right - place.left,
+                 place.bottom - place.top, SWP_NOZORDER | SWP_NOACTIVATE);
+    Layout();
+}
+
 LRESULT TTradeHostForm::HandleMessage(const TMessage& message) {
     if (HandleCompletion(message.id)) return 0;
     switch (message.id) {
         case WM_SIZE:
             Layout();
+            return 0;
+        case WM_DPICHANGED:
+            FollowDpi(TDpi(LOWORD(message.wParam)), *reinterpret_cast<RECT*>(message.lParam));
             return 0;
         case WM_COMMAND:
             if (HandleCommand(LOWORD(message.wParam))) return 0;

@@ -13,6 +13,8 @@
 #include "host/HostMenu.h"
 #include "host/HostSettings.h"
 #include "host/Operations.h"
+#include "window/Dpi.h"
+#include "window/Handles.h"
 #include "window/Window.h"
 
 namespace tolvane::host {
@@ -44,6 +46,8 @@ private:
     void AddMenu();
     void AddClient();
     void Layout() const;
+    // The window has come to a monitor of another resolution, where it should lie at `place`.
+    void FollowDpi(TDpi dpi, const RECT& place);
     bool HandleCommand(int id);
     bool HandleWindowCommand(int id);
     bool HandleCompletion(UINT message);
@@ -79,6 +83,7 @@ private:
     THostMenu menu_;
     HWND client_ = nullptr;
     HWND statusBar_ = nullptr;
+    TOwnedFont statusFont_;  // none while the bar has its own
 };
 
 }  // namespace tolvane::host

@@ -31,13 +31,13 @@ public:
     void Remove(int index);
     // Takes a line out, with its check mark, and inserts it at the other index.
     void Move(int from, int to);
+    // The column gets the width of the longest line.
+    void FitColumn();
     // Makes the list lower by the part of a line that shows at its lower edge, if lines are beyond.
     void ShowWholeLines() const;
 
 private:
     void Insert(int at, TLine line);
-    // The column gets the width of the longest line.
-    void FitColumn();
     std::wstring WideTextOf(int index) const;
 
     HWND list_;

@@ -20,23 +20,23 @@ TForm::~TForm() {
     queue_.Detach();
 }
 
-RECT TForm::OuterRect(const TFormOptions& options) const {
-    RECT rect{0, 0, dpi_.Scale(options.clientWidth), dpi_.Scale(options.clientHeight)};
-    AdjustWindowRectEx(&rect, options.style, FALSE, options.exStyle);
-    return rect;
+SIZE TForm::OuterSizeOf(const TFormOptions& options) const {
+    return OuterSize(dpi_, {dpi_.Scale(options.clientWidth), dpi_.Scale(options.clientHeight)},
+                     options.style, options.exStyle);
 }
 
 void TForm::MakePopup(const TFormOptions& options, HWND owner) {
     const HWND root = owner != nullptr ? GetAncestor(owner, GA_ROOT) : nullptr;
-    const RECT size = OuterRect(options);
+    TakeDpi(TDpi::Of(root));
+    const SIZE size = OuterSizeOf(options);
     RECT around{};
     const HWND centre = options.overOwner ? owner : root;
     if (centre == nullptr || IsIconic(root) != 0 || GetWindowRect(centre, &around) == 0)
         SystemParametersInfoW(SPI_GETWORKAREA, 0, &around, 0);
     minWidth_ = options.minWidth;
     minHeight_ = options.minHeight;
-    const int width = size.right - size.left;
-    const int height = size.bottom - size.top;
+    const int width = size.cx;
+    const int height = size.cy;
     const RECT area = WorkArea(around);
     const auto centred = [](LONG low, LONG high, int length, LONG areaLow, LONG areaHigh) {
         const LONG start = (low + high - length) / 2;
@@ -63,7 +63,8 @@ void TForm::MakeMdiChild(const TFormOptions& options, HWND mdiClient) {
     TFormOptions whole = options;
     whole.style = style;
     whole.exStyle = exStyle;
-    const RECT size = OuterRect(whole);
+    TakeDpi(TDpi::Of(mdiClient));
+    const SIZE size = OuterSizeOf(whole);
     minWidth_ = options.minWidth;
     minHeight_ = options.minHeight;
     mdiChild_ = true;
@@ -73,8 +74,8 @@ void TForm::MakeMdiChild(const TFormOptions& options, HWND mdiClient) {
                 .style = style,
                 .exStyle = exStyle,
                 .parent = mdiClient,
-                .width = size.right - size.left,
-                .height = size.bottom - size.top});
+                .width = size.cx,
+                .height = size.cy});
     queue_.Attach(Handle(), kRunQueueMessage);
     keyHook_.Install();
 }
@@ -152,6 +153,7 @@ LRESULT TForm::DefaultProc(const TMessage& message) {
 }
 
 LRESULT TForm::HandleMessage(const TMessage& message) {
+    if (HandleDpiChange(message)) return 0;
     switch (message.id) {
         case WM_COMMAND:
             return HandleCommand(message);

@@ -34,7 +34,9 @@ struct TFormOptions {
 
 // Base of every form: a window with controls, whose sizes are given at 96 dots per inch. Keys work
 // without the host's help: ShowModal runs a message loop of its own, an MDI child hooks the
-// thread's messages. Interface thread. FormKeys.cpp holds the keys, FormModal.cpp holds ShowModal.
+// thread's messages. It takes the resolution of the monitor that shows it, see TDpi::Of, and
+// follows its changes. Interface thread. FormKeys.cpp holds the keys, FormModal.cpp ShowModal,
+// FormDpi.cpp the resolution.
 class TForm : public TWindow {
 public:
     ~TForm() override;
@@ -110,6 +112,9 @@ protected:
     virtual void OnCancel();
     // A setting of the system has changed: colours, fonts.
     virtual void OnSettingChange() {}
+    // The resolution has changed, and the form has given its controls their new fonts and sizes;
+    // OnSize comes next.
+    virtual void OnDpiChange() {}
 
     LRESULT HandleMessage(const TMessage& message) override;
     LRESULT DefaultProc(const TMessage& message) override;
@@ -124,7 +129,14 @@ private:
     bool PressEnter(HWND focus);
     void RunModalLoop();
     void RememberFocus();
-    RECT OuterRect(const TFormOptions& options) const;
+    SIZE OuterSizeOf(const TFormOptions& options) const;
+    void TakeDpi(TDpi dpi);
+    // Handles the messages about the resolution; false for any other.
+    bool HandleDpiChange(const TMessage& message);
+    // `suggested`: where the window should be then, in pixels; null when nobody says.
+    void FollowDpi(TDpi dpi, const RECT* suggested);
+    void RescaleControls(TDpi before, HFONT font, HFONT boldFont) const;
+    void RescaleWindow(TDpi before, SIZE client, const RECT* suggested) const;
 
     TDpi dpi_;
     TOwnedFont font_;

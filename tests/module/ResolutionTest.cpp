@@ -150,6 +150,41 @@ TEST_F(ResolutionTest, EveryTextOfTheSearchBoxHasItsRoom) {
     PressKey(session_.Control("aDBGrid"), 'F', true);
 }
 
+// In a host that is told of each monitor's resolution, or passes such a message on.
+TEST_F(ResolutionTest, TheListWindowFollowsItsMonitor) {
+    const TDpi other(dpi_.DotsPerInch() == 144 ? 192 : 144);
+    const int width = session_.Grid().ColumnWidth(28);
+    TellDpi(session_.List(), other.DotsPerInch());
+    EXPECT_EQ(SizeOf("SearchButton").cx, other.Scale(180));
+    EXPECT_EQ(SizeOf("RefreshBtn").cy, other.Scale(25));
+    EXPECT_EQ(FontOf("RefreshBtn").lfHeight, -MulDiv(8, other.DotsPerInch(), 72));
+    EXPECT_EQ(FontOf("SaveButton").lfWeight, FW_BOLD);
+    EXPECT_EQ(session_.Grid().ColumnWidth(28), other.Scale(126));
+    const RECT row = session_.Grid().RowRect(1);
+    EXPECT_GE(row.bottom - row.top, std::abs(FontOf("aDBGrid").lfHeight) + other.Scale(5));
+    ExpectTextsFit(session_.List());
+    ExpectControlsApart(session_.List());
+    SaveScreenshot(session_.host.Frame(), "list-on-another-monitor" + Suffix());
+    TellDpi(session_.List(), dpi_.DotsPerInch());
+    ExpectFollowsMonitors(session_.List());
+    EXPECT_EQ(session_.Grid().ColumnWidth(28), width);
+}
+
+TEST_F(ResolutionTest, TheColumnChooserAndTheSearchBoxFollowTheirMonitors) {
+    {
+        const TDialogScript script(L"TColListForm", {[](HWND window) {
+                                       ExpectFollowsMonitors(window);
+                                       Press(window, "btnCancel");
+                                   }});
+        session_.Click("ColBtn");
+    }
+    const TDialogScript script(L"TInputBoxForm", {[](HWND window) {
+                                   ExpectFollowsMonitors(window);
+                                   Press(window, "CancelButton");
+                               }});
+    PressKey(session_.Control("aDBGrid"), 'F', true);
+}
+
 TEST_F(ResolutionTest, WidthsOfAnotherResolutionAreConverted) {
     session_.CloseList();
     TConfiguration::Write(

@@ -5,6 +5,7 @@
 #include "host/HostMenu.h"
 #include "tests/module_host/HostSession.h"
 #include "tests/support/window/BoxAnswerer.h"
+#include "tests/support/window/Controls.h"
 #include "tests/support/window/HostFrame.h"
 
 namespace tolvane::test {
@@ -52,6 +53,29 @@ TEST(HostWindowTest, ANewProgramHasAWindowOfUsualSize) {
     const RECT place = PlaceOfFrame(session);
     EXPECT_EQ(place.right - place.left, 1100);
     EXPECT_EQ(place.bottom - place.top, 760);
+}
+
+// As Windows asks a program that is told of each monitor's resolution.
+TEST(HostWindowTest, TheWindowFollowsItsMonitor) {
+    THostSession session;
+    session.Open();
+    const HWND bar = Component(session.Frame(), "StatusBar");
+    const auto heightOf = [](HWND window) {
+        RECT rect{};
+        GetWindowRect(window, &rect);
+        return rect.bottom - rect.top;
+    };
+    const LONG before = heightOf(bar);
+    RECT place{10, 20, 910, 720};
+    SendMessageW(session.Frame(), WM_DPICHANGED, MAKEWPARAM(192, 192),
+                 reinterpret_cast<LPARAM>(&place));
+    RunLoopDry();
+    const RECT found = PlaceOfFrame(session);
+    EXPECT_EQ(EqualRect(&found, &place), TRUE);
+    EXPECT_GT(heightOf(bar), before);
+    RECT client{};
+    GetClientRect(session.Frame(), &client);
+    EXPECT_EQ(heightOf(session.Form().MdiClient()), client.bottom - heightOf(bar));
 }
 
 TEST(HostWindowTest, AboutTellsTheVersionsOfAllThatRuns) {

@@ -41,6 +41,29 @@ void TArticleGrid::Attach(HWND list) {
     rows_.Attach(list);
 }
 
+void TArticleGrid::SetDpi(TDpi dpi) {
+    const TDpi before = std::exchange(dpi_, dpi);
+    if (before == dpi) return;
+    // The list view uses this one until it gets the new one.
+    const TOwnedFont font = std::exchange(font_, MakeListFont(dpi));
+    header_.SetDpi(dpi);
+    if (list_ == nullptr) return;
+    SendMessageW(list_, WM_SETFONT, reinterpret_cast<WPARAM>(font_.Get()), FALSE);
+    MeasureRows();
+}
+
+// A list view asks for the height of its rows only when it is told that it has another size.
+void TArticleGrid::MeasureRows() const {
+    RECT rect{};
+    GetWindowRect(list_, &rect);
+    WINDOWPOS place{};
+    place.hwnd = list_;
+    place.cx = rect.right - rect.left;
+    place.cy = rect.bottom - rect.top;
+    place.flags = SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE;
+    SendMessageW(list_, WM_WINDOWPOSCHANGED, 0, reinterpret_cast<LPARAM>(&place));
+}
+
 // Not every list view passes a title's double click on to its parent.
 LRESULT CALLBACK TArticleGrid::ListProcedure(HWND list, UINT id, WPARAM wParam,
                                              LPARAM lParam) noexcept {

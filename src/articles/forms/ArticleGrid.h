@@ -35,6 +35,8 @@ public:
     void Attach(HWND list);
     // Null before Attach.
     HWND Handle() const noexcept { return list_; }
+    // Shows everything at another resolution.
+    void SetDpi(TDpi dpi);
 
     // Replaces all columns; the list view shows the visible ones in this order.
     void SetColumns(std::vector<TGridColumnState> columns);
@@ -88,6 +90,7 @@ private:
     static LRESULT CALLBACK ListProcedure(HWND list, UINT id, WPARAM wParam,
                                           LPARAM lParam) noexcept;
     void TitleDoubleClicked(int shown) noexcept;
+    void MeasureRows() const;
     LRESULT FillText(NMLVDISPINFOW& info) const;
     void EnterColumn(int shown);
     void StepColumn(int step);

@@ -21,6 +21,7 @@ constexpr int kSmallWidth = 75;
 constexpr int kSmallHeight = 20;
 constexpr int kListTop = 2 * kMargin + kSmallHeight;
 constexpr int kBarHeight = 33;
+constexpr TBounds kListPlace = {0, kListTop, kWidth, kHeight - kBarHeight - kListTop};
 constexpr int kButtonWidth = 88;
 constexpr int kButtonHeight = 25;
 constexpr int kButtonTop = kHeight - kBarHeight + kMargin;
@@ -54,8 +55,7 @@ void TColListForm::MakeControls() {
     AddButton("SelNoneBtn", "Нищо"_cp1251,
               {2 * kMargin + kSmallWidth, kMargin, kSmallWidth, kSmallHeight},
               [this] { CheckAll(false); });
-    list_ = Add(TControlKind::CheckList, "aCheckListBox", {},
-                {0, kListTop, kWidth, kHeight - kBarHeight - kListTop});
+    list_ = Add(TControlKind::CheckList, "aCheckListBox", {}, kListPlace);
     AddButton(
         "btnCancel", "Отказ"_cp1251, {kMargin, kButtonTop, kButtonWidth, kButtonHeight},
         [this] { EndModal(IDCANCEL); }, IDCANCEL);
@@ -80,6 +80,13 @@ void TColListForm::Fill() {
     TCheckList lines(list_);
     lines.Fill(std::move(titles));
     if (lines.Count() > 0) lines.SetCurrent(0);
+    lines.ShowWholeLines();
+}
+
+void TColListForm::OnDpiChange() {
+    Place(list_, kListPlace);
+    TCheckList lines(list_);
+    lines.FitColumn();
     lines.ShowWholeLines();
 }
 

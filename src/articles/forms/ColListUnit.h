@@ -30,6 +30,7 @@ protected:
     void OnShow() override;
     bool CanClose(int result) override;
     void OnCancel() override;
+    void OnDpiChange() override;
 
 private:
     void MakeControls();

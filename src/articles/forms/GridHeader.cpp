@@ -18,9 +18,25 @@ constexpr int kTextMargin = 8;
 
 void TGridHeader::Attach(HWND list) {
     list_ = list;
+    GiveSortImages();
+}
+
+void TGridHeader::GiveSortImages() {
     if (CommonControlsVersion() >= kThemedVersion) return;
-    sortImages_ = MakeSortImages(dpi_);
+    // The header uses the former ones until it gets these.
+    const TOwnedImageList before = std::exchange(sortImages_, MakeSortImages(dpi_));
     SendMessageW(Control(), HDM_SETIMAGELIST, 0, reinterpret_cast<LPARAM>(sortImages_.Get()));
+}
+
+void TGridHeader::SetDpi(TDpi dpi) {
+    std::vector<TGridColumnState> columns;
+    if (list_ != nullptr) columns = Columns();
+    for (TGridColumnState& column : columns)
+        column.width = dpi.Scale(dpi_.Unscale(column.width));
+    dpi_ = dpi;
+    if (list_ == nullptr) return;
+    GiveSortImages();
+    Replace(std::move(columns));
 }
 
 HWND TGridHeader::Control() const {

@@ -31,6 +31,8 @@ public:
 
     // Takes the list view into use. Must be called once, before the other functions.
     void Attach(HWND list);
+    // Scales the columns to another resolution; may come before Attach.
+    void SetDpi(TDpi dpi);
     // The list view's header control.
     HWND Control() const;
 
@@ -74,6 +76,8 @@ private:
     int ShownWidth(std::size_t shown) const;
     void ReadWidths() const;
     void Insert(std::size_t column);
+    // Where the common controls have none.
+    void GiveSortImages();
 
     TDpi dpi_;
     HWND list_ = nullptr;

@@ -69,6 +69,10 @@ void TListBars::MakeSaveButton() {
                           .action = [this] { DropMenu(saveMenu_.Get(), save_); },
                           .hint = "Запис и изтриване на артикули, настройка на везните"_cp1251});
     SendMessageW(save_, WM_SETFONT, reinterpret_cast<WPARAM>(form_.BoldFont()), FALSE);
+    LoadIcon();
+}
+
+void TListBars::LoadIcon() {
     const int iconSize = form_.Dpi().Scale(kScaleIconSize);
     scaleIcon_.Reset(
         static_cast<HICON>(LoadImageW(ModuleInstance(), MAKEINTRESOURCEW(kModuleIcon), IMAGE_ICON,

@@ -30,6 +30,8 @@ public:
     void MakeBottom(TClick refresh, TClick columns, TClick print);
     // After a change of size: moves the bottom bar, and the grid to the room between the bars.
     void Arrange(HWND grid) const;
+    // Takes the icon of the scales' button in the size of the form's resolution.
+    void LoadIcon();
     // On WM_PAINT: draws the bars' borders.
     void Paint() const;
 

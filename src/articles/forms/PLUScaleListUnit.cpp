@@ -43,6 +43,7 @@ void TElicomPluScaleListForm::Open(HWND mdiClient) {
                   .minWidth = kMinWidth,
                   .minHeight = kMinHeight},
                  mdiClient);
+    grid_.Grid().SetDpi(Dpi());
     MakeControls();
     grid_.Grid().SetStyle(LoadGridStyle(store_.HostSettings()));
     store_.Load([this](const TIniDocument& document) { ApplyListLayout(document, *this, grid_); });
@@ -64,6 +65,11 @@ void TElicomPluScaleListForm::FocusGrid() {
 
 void TElicomPluScaleListForm::OnSize() {
     if (Grid().Handle() != nullptr) bars_.Arrange(Grid().Handle());
+}
+
+void TElicomPluScaleListForm::OnDpiChange() {
+    grid_.Grid().SetDpi(Dpi());
+    bars_.LoadIcon();
 }
 
 LRESULT TElicomPluScaleListForm::HandleMessage(const TMessage& message) {

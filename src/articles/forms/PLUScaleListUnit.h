@@ -66,6 +66,7 @@ protected:
     bool CanClose(int result) override;
     void OnClose() override;
     void OnDestroy() override;
+    void OnDpiChange() override;
 
 private:
     // TLoadView

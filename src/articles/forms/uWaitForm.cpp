@@ -37,6 +37,10 @@ void TWaitForm::Make() {
                        .bounds = {0, kHeight - kBarHeight, kWidth, kBarHeight}});
 }
 
+void TWaitForm::OnDpiChange() {
+    labelFont_ = MakeFont(Dpi(), true, kLabelHeight);
+}
+
 void TWaitForm::Show(int count) {
     if (Handle() == nullptr) Make();
     ShowWindow(bar_, count >= 1 ? SW_SHOW : SW_HIDE);

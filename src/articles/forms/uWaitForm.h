@@ -21,6 +21,7 @@ public:
 
 protected:
     LRESULT HandleMessage(const TMessage& message) override;
+    void OnDpiChange() override;
 
 private:
     void Make();

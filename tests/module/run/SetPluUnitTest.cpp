@@ -110,6 +110,15 @@ TEST_F(SetPluUnit, EveryTextHasItsRoomAtEachWidth) {
     }
 }
 
+TEST_F(SetPluUnit, TheWindowFollowsItsMonitor) {
+    script_.When([] { return IsAtRest(); },
+                 [] {
+                     ExpectFollowsMonitors(Form());
+                     PostKey(VK_ESCAPE);
+                 });
+    Show(2);
+}
+
 TEST_F(SetPluUnit, AnotherKindOpensNothing) {
     Show(0);
     Show(5);

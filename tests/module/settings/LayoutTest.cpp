@@ -27,6 +27,19 @@ TEST_F(LayoutTest, ConnectionDialog) {
     ExpectControlsApart(form.Handle());
 }
 
+// At whatever resolution the system has, and the host is told of another one.
+TEST_F(LayoutTest, TheWindowsFollowTheirMonitors) {
+    const TfrmScaleSettings settings(host_.Frame(), {}, {}, {},
+                                     {[](bool, std::vector<std::string>&) {}, search_});
+    ExpectFollowsMonitors(settings.Handle());
+    const TScaleComunicationForm list(host_.Frame(), {}, SystemScaleListServices());
+    ExpectFollowsMonitors(list.Handle());
+    const TFindDevicesForm devices(host_.Frame(), search_);
+    ExpectFollowsMonitors(devices.Handle());
+    const THintForm hint(host_.Frame());
+    ExpectFollowsMonitors(hint.Handle(), false);
+}
+
 TEST_F(LayoutTest, ButtonsOfOneLetterSayWhatTheyAreFor) {
     TfrmScaleSettings form(host_.Frame(), {}, {}, {},
                            {[](bool, std::vector<std::string>&) {}, search_});

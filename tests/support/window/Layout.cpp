@@ -2,10 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <cstdlib>
 #include <string>
 #include <vector>
 
 #include "tests/support/window/Controls.h"
+#include "window/Dpi.h"
 
 namespace tolvane::test {
 namespace {
@@ -64,6 +67,8 @@ bool HasMark(HWND control) {
 }
 
 void ExpectLabelFits(HWND label, const RECT& client) {
+    // A line is a label without a text, and without a font of its own.
+    if (TextIn(label).empty()) return;
     const SIZE needed = SizeOfText(label, TextIn(label), client.right);
     EXPECT_LE(needed.cx, client.right) << ComponentNameOf(label);
     EXPECT_LE(needed.cy, client.bottom) << ComponentNameOf(label);
@@ -132,6 +137,58 @@ void ExpectControlsApart(HWND window) {
             EXPECT_TRUE(mayOverlap || !Overlap(a, PlaceOf(children[j])))
                 << ComponentNameOf(children[i]) << " and " << ComponentNameOf(children[j]);
         }
+    }
+}
+
+std::vector<TControlPlace> ControlPlaces(HWND window) {
+    std::vector<TControlPlace> places;
+    for (const HWND control : Children(window)) {
+        TControlPlace place{ComponentNameOf(control), PlaceOf(control)};
+        MapWindowPoints(nullptr, window, reinterpret_cast<POINT*>(&place.place), 2);
+        LOGFONTW font{};
+        GetObjectW(reinterpret_cast<HFONT>(SendMessageW(control, WM_GETFONT, 0, 0)), sizeof font,
+                   &font);
+        place.letters = std::abs(font.lfHeight);
+        places.push_back(place);
+    }
+    return places;
+}
+
+void TellDpi(HWND window, int dotsPerInch) {
+    RECT place{};
+    GetWindowRect(window, &place);
+    SendMessageW(window, WM_DPICHANGED,
+                 MAKEWPARAM(static_cast<WORD>(dotsPerInch), static_cast<WORD>(dotsPerInch)),
+                 reinterpret_cast<LPARAM>(&place));
+}
+
+void ExpectFollowsMonitors(HWND window, bool controlsApart) {
+    const int system = TDpi::System().DotsPerInch();
+    const std::vector<TControlPlace> before = ControlPlaces(window);
+    const RECT outer = PlaceOf(window);
+    for (const int dotsPerInch : {120, 144, 192}) {
+        // No window gets larger than the screen.
+        if (MulDiv(outer.bottom - outer.top, dotsPerInch, system) > GetSystemMetrics(SM_CYSCREEN) ||
+            MulDiv(outer.right - outer.left, dotsPerInch, system) > GetSystemMetrics(SM_CXSCREEN))
+            continue;
+        TellDpi(window, dotsPerInch);
+        const std::vector<TControlPlace> now = ControlPlaces(window);
+        ASSERT_EQ(now.size(), before.size());
+        EXPECT_EQ(now[0].letters, MulDiv(8, dotsPerInch, 72)) << now[0].name;
+        ExpectTextsFit(window);
+        if (controlsApart) ExpectControlsApart(window);
+    }
+    TellDpi(window, system);
+    const std::vector<TControlPlace> after = ControlPlaces(window);
+    ASSERT_EQ(after.size(), before.size());
+    for (std::size_t i = 0; i < after.size(); ++i) {
+        EXPECT_EQ(after[i].letters, before[i].letters) << after[i].name;
+        EXPECT_NEAR(after[i].place.left, before[i].place.left, 1) << after[i].name;
+        EXPECT_NEAR(after[i].place.top, before[i].place.top, 1) << after[i].name;
+        EXPECT_NEAR(after[i].place.right, before[i].place.right, 2) << after[i].name;
+        // Some lists end with a whole line, which may be a pixel higher with its check box.
+        EXPECT_NEAR(after[i].place.bottom, before[i].place.bottom, before[i].letters)
+            << after[i].name;
     }
 }
 

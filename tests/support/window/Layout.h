@@ -2,6 +2,9 @@
 
 #include <windows.h>
 
+#include <string>
+#include <vector>
+
 namespace tolvane::test {
 
 // Expects that the texts of visible labels, buttons, groups and drop-down lists fit into the
@@ -9,5 +12,18 @@ namespace tolvane::test {
 void ExpectTextsFit(HWND window);
 // Expects that visible controls lie inside the window, and none over another.
 void ExpectControlsApart(HWND window);
+
+// Where a window's visible controls are, pixels of its client area, and how high their letters are.
+struct TControlPlace {
+    std::string name;
+    RECT place{};
+    int letters = 0;
+};
+std::vector<TControlPlace> ControlPlaces(HWND window);
+// Tells a window, as Windows does, that a monitor of that resolution shows it now.
+void TellDpi(HWND window, int dotsPerInch);
+// Tells it of 120, 144 and 192 dots per inch, each of which must leave every text its room, and
+// then of the system's own resolution, which must leave it as it was.
+void ExpectFollowsMonitors(HWND window, bool controlsApart = true);
 
 }  // namespace tolvane::test
