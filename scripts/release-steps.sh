@@ -133,6 +133,12 @@ release_make_installer() {
     release_nsis "$RELEASE_VERSION" "$RELEASE_WORK/$RELEASE_ZIP" "$RELEASE/$RELEASE_SETUP"
 }
 
+# A list of scales that is edited here: without the mark it would be read in Windows' code page.
+release_marked() {
+    printf '\xef\xbb\xbf' >"$2"
+    cat "$1" >>"$2"
+}
+
 # The manual page of the virtual scale, with the options as its help has them.
 release_scale_manual() {
     sed -e "s/@VERSION@/$RELEASE_VERSION/" -e '/^@OPTIONS@$/,$d' packaging/debian/virtual-scale.1.in
@@ -173,7 +179,11 @@ release_make_packages() {
     cp "$ROOT"/tools/systemd/* "$ROOT/CHANGELOG.md" .
     release_pages "$ROOT"/docs/{command,chain,security,scale-protocol}.md
     cp -r "$ROOT"/tools/{ansible,wireshark} .
-    cp "$ROOT"/packaging/examples/{Tolvane.ini,tolvane.conf} .
+    cp "$ROOT/packaging/examples/tolvane.conf" .
+    release_marked "$ROOT/packaging/examples/Tolvane.ini" Tolvane.ini
+    mkdir demo
+    cp "$ROOT"/demo/{schema,shop}.sql demo/
+    release_marked "$ROOT/packaging/examples/trial.ini" demo/Tolvane.ini
     cp "$ROOT/simulator/README.md" virtual-scale.md
     (cd "$ROOT" && release_scale_manual) >virtual-scale.1
     cat >debian/changelog <<CHANGELOG

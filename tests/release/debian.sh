@@ -15,8 +15,9 @@ CLEAN=$BUILD/debian-root
 SYSTEM=$WORK/root
 OLD_VERSION=0.9.0-1
 EXPECTED=$'1 250\n2 340\n3 410'
-# Which of the archive's packages are used besides those that the packages depend on: the engine for a database file.
-ENGINE=firebird3.0-server-core
+# Which of the archive's packages are used besides those that the packages depend on: the engine for a database file,
+# and what makes one.
+ENGINE=(firebird3.0-server-core firebird3.0-utils)
 APT=(apt-get -o APT::Sandbox::User=root -o Dpkg::Use-Pty=0 -y --no-install-recommends)
 
 # in_system <root> <command>...: with processes of its own, which end with it.
@@ -27,8 +28,9 @@ in_system() {
         sh "$@"
 }
 
-packages_depend_on() {
+packages_needed() {
     local package
+    say "${ENGINE[*]}"
     for package in tolvane virtual-scale; do
         dpkg-deb -f "$RELEASE/${package}_$RELEASE_VERSION-1_amd64.deb" Depends
     done
@@ -41,15 +43,15 @@ archive_of_this_machine() {
 
 # With the files of all that will be installed: later runs need no archive.
 make_clean_root() {
-    if [ "$(cat "$CLEAN/depends" 2>/dev/null)" = "$(packages_depend_on)" ]; then return 0; fi
+    if [ "$(cat "$CLEAN/depends" 2>/dev/null)" = "$(packages_needed)" ]; then return 0; fi
     rm -rf "$CLEAN"
     mkdir -p "$CLEAN"
     debootstrap --variant=minbase bookworm "$CLEAN/root" "${TOLVANE_MIRROR:-$(archive_of_this_machine)}"
     cp "$RELEASE"/*.deb "$CLEAN/root/tmp/"
     in_system "$CLEAN/root" "${APT[@]}" update
-    in_system "$CLEAN/root" sh -c 'exec "$@" /tmp/*.deb' sh "${APT[@]}" install --download-only "$ENGINE"
+    in_system "$CLEAN/root" sh -c 'exec "$@" /tmp/*.deb' sh "${APT[@]}" install --download-only "${ENGINE[@]}"
     rm "$CLEAN"/root/tmp/*.deb
-    packages_depend_on >"$CLEAN/depends"
+    packages_needed >"$CLEAN/depends"
 }
 
 make_older_packages() {
@@ -107,7 +109,7 @@ test_install_older() {
 make_settings() {
     local examples=$SYSTEM/usr/share/doc/tolvane/examples
     sed -e '/^\[SCALE2\]/,$d' -e 's/^TCPAddress=.*/TCPAddress=127.0.0.1/' -e 's/^TCPPort=.*/TCPPort=10010/' \
-        "$examples/Tolvane.ini" | iconv -f UTF-8 -t CP1251 >"$SYSTEM/etc/tolvane/Tolvane.ini"
+        "$examples/Tolvane.ini" >"$SYSTEM/etc/tolvane/Tolvane.ini"
     sed -e 's|^database = .*|database = /srv/shop.fdb|' -e '/^user\|^password\|^serial\|^#/d' "$examples/tolvane.conf" \
         >"$SYSTEM/etc/tolvane/tolvane.conf"
     printf 'OPTIONS=--model EVL --tcp 10010\n' >"$SYSTEM/etc/virtual-scale/counter1.conf"
@@ -121,7 +123,7 @@ expect_settings() {
 test_upgrade() {
     cp "$RELEASE"/*.deb "$SYSTEM/tmp/"
     in_system "$SYSTEM" sh -c 'exec "$@"' sh "${APT[@]}" install \
-        "/tmp/tolvane_$RELEASE_VERSION-1_amd64.deb" "/tmp/virtual-scale_$RELEASE_VERSION-1_amd64.deb" "$ENGINE"
+        "/tmp/tolvane_$RELEASE_VERSION-1_amd64.deb" "/tmp/virtual-scale_$RELEASE_VERSION-1_amd64.deb" "${ENGINE[@]}"
     installed_version tolvane "$RELEASE_VERSION-1"
     installed_version virtual-scale "$RELEASE_VERSION-1"
     expect_settings "an upgrade"
@@ -150,6 +152,7 @@ end_scale() {
 start_scale
 setpriv --reuid=tolvane --regid=tolvane --init-groups env STATE_DIRECTORY=/var/lib/tolvane \
     tolvane write --all --no-progress
+tolvane scales
 end_scale
 start_scale
 end_scale
@@ -161,6 +164,22 @@ USE
     [ "$(awk '$2 ~ /^[0-9]+\.[0-9][0-9]$/ { sub(/\./, "", $2); print $1, $2 + 0 }' "$WORK/use.out")" = "$EXPECTED" ] ||
         fail "the scale holds something else"
     [ -n "$(ls "$SYSTEM/var/lib/tolvane")" ] || fail "there is no ledger in /var/lib/tolvane"
+    grep -q "Щанд месо" "$WORK/use.out" || fail "the name of the example's scale is not read as it stands there"
+}
+
+# The commands that the installed page has for a trial, but for the installation. All that the scale should hold it
+# has acknowledged.
+test_trial() {
+    {
+        printf 'set -e\nexport HOME=/srv\ncd /srv\n'
+        sed -n '/^## Trying it$/,/^## W/s/^    //p' "$SYSTEM/usr/share/doc/tolvane/command.md" | grep -v '^apt '
+    } >"$SYSTEM/tmp/trial.sh"
+    in_system "$SYSTEM" timeout 300 sh /tmp/trial.sh >"$WORK/trial.out" 2>&1 || fail "$(cat "$WORK/trial.out")"
+    # The status: number, name, last run, when, written, left out, held, version. As many as the window writes into
+    # the demo's scale 1.
+    [ "$(tail -n 1 "$WORK/trial.out" | awk '{ print $2, $3, $5, $6, $7 }')" = "Проба done 155 5 155" ] ||
+        fail "the demo shop's articles are not in the scale: $(cat "$WORK/trial.out")"
+    rm -r "$SYSTEM/srv/demo" "$SYSTEM/srv/.local"
 }
 
 # Nobody has asked for the nightly run; its units are right, and can be enabled.
@@ -212,7 +231,7 @@ test_remove() {
 }
 
 test_purge() {
-    in_system "$SYSTEM" "${APT[@]}" purge tolvane virtual-scale "$ENGINE"
+    in_system "$SYSTEM" "${APT[@]}" purge tolvane virtual-scale "${ENGINE[@]}"
     in_system "$SYSTEM" "${APT[@]}" autoremove --purge
     content_of_system >"$WORK/after"
     diff -u "$WORK/before" "$WORK/after" || fail "purging leaves something else (- before, + after)"
@@ -238,6 +257,7 @@ scene "Install an older version" test_install_older
 make_settings
 scene "Upgrade" test_upgrade
 scene "Articles by the command" test_use
+scene "The trial of the command's page" test_trial
 scene "Units" test_units
 scene "Manual pages" test_manuals
 scene "Pages" test_pages
