@@ -83,6 +83,14 @@ std::string Utf8(std::wstring_view text) {
     return utf8;
 }
 
+std::wstring Utf16(std::string_view utf8) {
+    std::wstring text(utf8.size(), L'\0');
+    text.resize(static_cast<std::size_t>(
+        MultiByteToWideChar(CP_UTF8, 0, utf8.data(), static_cast<int>(utf8.size()), text.data(),
+                            static_cast<int>(text.size()))));
+    return text;
+}
+
 std::string TextOf(HWND window) {
     const auto length = static_cast<std::size_t>(SendMessageW(window, WM_GETTEXTLENGTH, 0, 0));
     std::vector<wchar_t> wide(length + 1);

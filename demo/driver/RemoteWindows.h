@@ -19,6 +19,7 @@ HWND FindByClass(std::wstring_view className);
 // The first window, top-level or child, with the component name; null when there is no such window.
 HWND FindByComponentName(std::string_view name);
 std::string Utf8(std::wstring_view text);
+std::wstring Utf16(std::string_view utf8);
 // A window's text as UTF-8.
 std::string TextOf(HWND window);
 // Whether the window and all its visible descendants are painted.

@@ -7,6 +7,7 @@
 //   window-driver enabled NAME           waits until the control is enabled
 //   window-driver command CLASS NUMBER   posts a menu command to the window of the class
 //   window-driver click NAME             presses a button
+//   window-driver type NAME TEXT         puts TEXT (UTF-8) into an enabled edit line
 //   window-driver close CLASS            asks the window to close
 //   window-driver text NAME              prints the control's text as UTF-8
 //   window-driver contains NAME TEXT     waits until the control's text contains TEXT (UTF-8)
@@ -96,6 +97,13 @@ bool Click(const TCall& call) {
            PostMessageW(window, BM_CLICK, 0, 0) != 0;
 }
 
+bool Type(const TCall& call) {
+    HWND window = nullptr;
+    if (!WaitForControl(call, window) || !Enabled(call)) return false;
+    const std::wstring text = Utf16(call.arguments.at(1));
+    return SendMessageW(window, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str())) != 0;
+}
+
 bool Close(const TCall& call) {
     HWND window = nullptr;
     return WaitForClass(call, window) && PostMessageW(window, WM_CLOSE, 0, 0) != 0;
@@ -137,6 +145,7 @@ const std::map<std::string, TAction> kActions = {
     {"enabled", {1, Enabled}},   {"command", {2, Command}}, {"click", {1, Click}},
     {"close", {1, Close}},       {"text", {1, Text}},       {"place", {5, Place}},
     {"contains", {2, Contains}}, {"painted", {1, Painted}}, {"mark", {3, Mark}},
+    {"type", {2, Type}},
 };
 
 int Run(std::vector<std::string> words) {

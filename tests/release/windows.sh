@@ -11,6 +11,7 @@ source "$SCRIPTS/wine.sh"
 source "$SCRIPTS/firebird.sh"
 source "$SCRIPTS/fbclient.sh"
 source "$SCRIPTS/demo-steps.sh"
+source "$SCRIPTS/pascal.sh"
 cd "$ROOT"
 
 WORK=$BUILD/release-test
@@ -22,6 +23,8 @@ read -ra IN_HOST <<<"/D=$HOST_PATH"
 read -ra OF_HOST <<<"_?=$HOST_PATH\\Tolvane"
 OLD_VERSION=0.9.0
 UNINSTALL_KEY='HKLM\Software\Microsoft\Windows\CurrentVersion\Uninstall\Tolvane C:/Търговия и везни'
+# As the module writes its name, which is the same for Windows.
+SETTINGS=Tolvane.Ini
 # What scale 1 has to hold of the small shop: number and price in hundredths.
 EXPECTED=$'1 250\n2 340\n3 410'
 
@@ -97,18 +100,23 @@ expect_same() {
     diff -u "$1" "$2" || fail "$3 (- expected, + found)"
 }
 
-# start_scale <name> <virtual-scale.exe>: on a TCP port of its own, which is in $WORK/NAME.ready then.
+# start_scale <name> <virtual-scale.exe> [option]...: on a TCP port of its own, which is in $WORK/NAME.ready then.
 start_scale() {
     rm -f "$WORK/$1".*
-    wine_command setsid wine "$2" --model EVL --tcp 0 --save "$(wine_path "$WORK/$1.json")" --save-on-weighing \
+    wine_command setsid wine "$2" --model EVL --tcp 0 "${@:3}" --save "$(wine_path "$WORK/$1.json")" --save-on-weighing \
         --ready-file "$(wine_path "$WORK/$1.ready")" >"$WORK/$1.out" 2>&1 </dev/null &
     wait_until 60 test -s "$WORK/$1.ready" || fail "the scale $1 does not get ready"
+}
+
+# port_of <name> <tcp|http>
+port_of() {
+    sed -n "s/^ready $2 127\.0\.0\.1:\([0-9]*\).*$/\1/p" "$WORK/$1.ready"
 }
 
 # The example's first section, with the scale's address.
 settings_for() {
     local port
-    port=$(sed -n 's/^ready tcp 127\.0\.0\.1:\([0-9]*\).*$/\1/p' "$WORK/$1.ready")
+    port=$(port_of "$1" tcp)
     iconv -f CP1251 -t UTF-8 "$WORK/zip/$RELEASE_ZIP/examples/Tolvane.ini" |
         sed -e '/^\[SCALE2\]/,$d' -e "s/^TCPAddress=.*\r/TCPAddress=127.0.0.1\r/" -e "s/^TCPPort=.*\r/TCPPort=$port\r/" |
         iconv -f UTF-8 -t CP1251
@@ -134,6 +142,7 @@ test_zip_files() {
     done
     grep -qF '](../guide/host-interface.html)' "$zip/examples/README.md" || fail "the examples do not refer to the guide"
     i686-w64-mingw32-gcc -std=c11 "$zip/examples/c/host.c" -o "$WORK/host_c.exe"
+    pascal_compile "$zip/examples/pascal/Host.pas" "$WORK/host_pascal.exe"
 }
 
 test_zip() {
@@ -201,17 +210,62 @@ expect_version() {
     expect_said "$1"
 }
 
-# By the window: all articles of scale 1.
-test_use() {
-    start_scale host "$HOST/Tolvane/virtual-scale.exe"
-    settings_for host >"$HOST/Operations/Tolvane.ini"
+# What is on the display, for whoever looks at the steps: build/release-test/NAME.png.
+test_picture() {
+    demo_drive painted TTradeHostForm
+    screenshot "$WORK/$1.png"
+}
+
+# The window for a new program asks for the database.
+use_connect() {
+    rm "$HOST/TradeHost.ini"
     (wine_run "$HOST/TradeHost.exe" --start 1 >"$WORK/host.out" 2>&1 </dev/null &)
+    demo_drive type DatabaseEdit "$(firebird_connection "$SHOP")"
+    demo_drive type UserEdit "$FIREBIRD_USER"
+    demo_drive type PasswordEdit "$FIREBIRD_PASSWORD"
+    test_picture use-1-database
+    demo_drive click ConnectButton
     demo_drive rows aDBGrid 4
+    test_picture use-2-list
+}
+
+use_describe_scale() {
+    demo_drive command TElicomPluScaleListForm 1005
+    demo_drive window TScaleComunicationForm
+    demo_drive click btnAddScale
+    demo_drive type edtScaleName "Щанд месо"
+    demo_drive click rbTCP
+    demo_drive type edtIpAddress 127.0.0.1
+    demo_drive type edtPort "$(port_of host tcp)"
+    test_picture use-3-scale
+    demo_drive click btnOk
+    demo_drive gone TfrmScaleSettings
+    test_picture use-4-scales
+    demo_drive click btnOk
+    demo_drive gone TScaleComunicationForm
+}
+
+# The scale's page shows the label of an article.
+use_look_at_page() {
+    python3 - "http://127.0.0.1:$(port_of host http)/" >"$WORK/page.html" <<'PAGE'
+import sys, urllib.request
+print(urllib.request.urlopen(sys.argv[1], timeout=30).read().decode())
+PAGE
+    grep -q "Ябълки" "$WORK/page.html" || fail "the page of the scale does not show what it holds"
+}
+
+# By the window, as somebody does it who begins: the database, the scale, all articles.
+test_use() {
+    start_scale host "$HOST/Tolvane/virtual-scale.exe" --http 0
+    use_connect
+    use_describe_scale
     demo_drive command TElicomPluScaleListForm 1002
     demo_drive window TSetPluForm
     demo_drive click SaveBtn
     wait_until 60 test -s "$WORK/host.json" || fail "the run does not end"
     demo_drive --seconds 120 enabled SaveBtn
+    test_picture use-5-written
+    use_look_at_page
     expect_in_scale host "$HOST/Tolvane/virtual-scale.exe"
 }
 
@@ -239,10 +293,10 @@ close_host() {
 }
 
 test_upgrade() {
-    cp "$HOST/Operations/Tolvane.ini" "$WORK/settings"
+    cp "$HOST/Operations/$SETTINGS" "$WORK/settings"
     expect_code 0 "$SETUP" /S "${IN_HOST[@]}"
     expect_module "$WORK/zip/$RELEASE_ZIP/Operations/Tolvane.dll"
-    cmp "$WORK/settings" "$HOST/Operations/Tolvane.ini" || fail "an upgrade changes the settings"
+    cmp "$WORK/settings" "$HOST/Operations/$SETTINGS" || fail "an upgrade changes the settings"
     expect_version "$RELEASE_VERSION"
 }
 
@@ -262,8 +316,8 @@ uninstaller_has_ended() {
 # The settings are kept, and nothing else.
 test_remove() {
     remove
-    [ "$(ls -A "$HOST/Operations")" = Tolvane.ini ] || fail "Operations holds more than the settings"
-    cmp "$WORK/settings" "$HOST/Operations/Tolvane.ini" || fail "removing changes the settings"
+    [ "$(ls -A "$HOST/Operations")" = "$SETTINGS" ] || fail "Operations holds more than the settings"
+    cmp "$WORK/settings" "$HOST/Operations/$SETTINGS" || fail "removing changes the settings"
     rm -r "$HOST/Operations"
     content_of "$HOST" >"$WORK/after"
     expect_same "$WORK/before" "$WORK/after" "removing leaves something else"
@@ -272,7 +326,7 @@ test_remove() {
 # All goes when it is asked for, and the folder with it.
 test_remove_settings() {
     expect_code 0 "$SETUP" /S "${IN_HOST[@]}"
-    cp "$WORK/settings" "$HOST/Operations/Tolvane.ini"
+    cp "$WORK/settings" "$HOST/Operations/$SETTINGS"
     remove /SETTINGS
     content_of "$HOST" >"$WORK/after"
     expect_same "$WORK/before" "$WORK/after" "removing with the settings leaves something else"
@@ -283,7 +337,7 @@ test_foreign() {
     mkdir -p "$HOST/Operations"
     printf 'by hand' >"$HOST/Operations/Tolvane.dll"
     printf 'another module' >"$HOST/Operations/Other.dll"
-    cp "$WORK/settings" "$HOST/Operations/Tolvane.ini"
+    cp "$WORK/settings" "$HOST/Operations/$SETTINGS"
     content_of "$HOST" >"$WORK/before"
     expect_code 0 "$SETUP" /S "${IN_HOST[@]}"
     expect_module "$WORK/zip/$RELEASE_ZIP/Operations/Tolvane.dll"
@@ -304,6 +358,7 @@ rm -rf "$WORK"
 mkdir -p "$WORK/zip"
 [ "${1:-}" = made ] || scene "Make a zip and an installer" release_test_make
 SETUP=$RELEASE/$RELEASE_SETUP
+pascal_build
 unzip -q "$RELEASE/$RELEASE_ZIP.zip" -d "$WORK/zip"
 scene "The zip: pages and examples" test_zip_files
 scene "Make an older version" release_test_make_old
@@ -315,7 +370,7 @@ scene "A folder that cannot be made" test_cannot_write
 scene "Install an older version" expect_code 0 "$WORK/setup-$OLD_VERSION.exe" /S "${IN_HOST[@]}"
 expect_module "$WORK/old/Operations/Tolvane.dll"
 expect_version "$OLD_VERSION"
-[ ! -e "$HOST/Operations/Tolvane.ini" ] || fail "the installer makes settings"
+[ ! -e "$HOST/Operations/$SETTINGS" ] || fail "the installer makes settings"
 scene "Articles by the window" test_use
 scene "A host holds the module" test_held
 close_host
