@@ -4,8 +4,8 @@
     scripts/check-guide.py [ROOT]
 
 The texts are the string literals of src that hold a Cyrillic letter or several words. What varies in a message
-stands between two literals; each is looked for by itself. Prints what is missing as file:line: guide: text, and
-ends with 1 when anything is.
+stands between two literals; each is looked for by itself. The installer's messages stand in each guide in its
+language. Prints what is missing as file:line: guide: text, and ends with 1 when anything is.
 """
 
 import re
@@ -42,6 +42,11 @@ OTHER_TEXTS = {
     "Търси:": "before a column is chosen",
 }
 
+INSTALLER = "packaging/windows/Texts.nsh"
+# The installer's texts that are answers to something; the others are captions.
+INSTALLER_MESSAGES = ("TextNoFolder", "TextNoProgram", "TextHeld", "TextBusy", "TextCannotWrite")
+INSTALLER_LANGUAGES = {"BULGARIAN": GUIDES[0], "ENGLISH": GUIDES[1]}
+
 TOKENS = re.compile(
     r"""//[^\n]* | /\*.*?\*/ | \#include[^\n]* | '(?:[^'\\\n]|\\.)+' |
         R"\((?P<raw>.*?)\)" | "(?P<text>(?:[^"\\\n]|\\.)*)" """,
@@ -76,6 +81,15 @@ def is_message(text):
     return re.search("[А-Яа-я]", text) or re.search(r"[A-Za-z]\S* \S", text)
 
 
+def installer_texts(root):
+    """Triples of line, guide and a part of a message."""
+    for line, text in enumerate((root / INSTALLER).read_text().splitlines(), 1):
+        found = re.fullmatch(r'LangString (\w+) \${LANG_(\w+)} "(.*)"', text)
+        if found and found[1] in INSTALLER_MESSAGES:
+            for part in found[3].replace('$\\"', '"').split("$INSTDIR"):
+                yield line, INSTALLER_LANGUAGES[found[2]], one_line(part)
+
+
 def main(root):
     guides = {name: one_line((root / name).read_text().replace("`<br>`", " ")) for name in GUIDES}
     count = 0
@@ -92,6 +106,11 @@ def main(root):
             for guide in (g for g, content in guides.items() if text.rstrip(" :") not in content):
                 print(f"{name}:{line}: {guide}: {text}")
                 missing += 1
+    for line, guide, text in installer_texts(root):
+        count += 1
+        if text not in guides[guide]:
+            print(f"{INSTALLER}:{line}: {guide}: {text}")
+            missing += 1
     if count < 100:
         print(f"only {count} texts were found")
         missing += 1

@@ -46,7 +46,7 @@ test_plan_checks() {
     job excerpts "The pieces of code of the host's page" "$SCRIPTS/check-excerpts.py"
     job pages-faults "The checks of the pages find planted faults" tests/scripts/check-pages-test.sh
         after packages; reads scripts/check-links.py scripts/check-guide.py scripts/check-excerpts.py \
-            scripts/guide/pages.py src docs examples tests/scripts
+            scripts/guide/pages.py src docs examples packaging/windows/Texts.nsh tests/scripts
     job files-faults "The check of built files finds planted faults" tests/scripts/check-binary-test.sh
         after packages
         reads scripts/check-binary.sh scripts/lib.sh tests/scripts src/system/StackGuard_win32.cpp CMakeLists.txt
@@ -221,7 +221,7 @@ test_plan_lane_d() {
         after build-windows client; lane d
         reads "$WINDOWS/tests/module/run/test_upload_stops.exe" "${TEST_SCRIPTS[@]}"
     job installer "The zip and the installer in Wine" test_in_lane d tests/release/windows.sh
-        after build-windows client guide; lane d
+        after build-windows client guide pascal; lane d
         reads tests/release packaging docs examples tools LICENSE CHANGELOG.md simulator/README.md src/entry/HostInterface.h \
             tests/command/program/shop.sql "demo/*.sql" "$WINDOWS/src/command/tolvane.exe" \
             "$WINDOWS/simulator/virtual-scale.exe" "${DEMO_FILES[@]}"

@@ -42,8 +42,9 @@ expect_links "code holds no links" 0 "4 links"
 # The guide and the sources are the real ones, with a fault planted.
 guide_begin() {
     rm -rf "${tree:?}"/*
-    mkdir "$tree/docs"
+    mkdir -p "$tree/docs" "$tree/packaging/windows"
     cp "$root"/docs/user-guide*.md "$tree/docs"
+    cp "$root/packaging/windows/Texts.nsh" "$tree/packaging/windows/"
     cp -r "$root/src" "$tree/src"
 }
 
@@ -65,6 +66,9 @@ expect_guide "so is a new Bulgarian text" 1 "src/upload/LogLines.cpp:*: docs/use
 guide_begin
 printf '// "Няма везна" /* "no scale" */\n/* "no\nscale" */\n' >>"$tree/src/upload/LogLines.cpp"
 expect_guide "a comment is no text" 0 "0 missing"
+guide_begin
+sed -i 's/Изчакайте края/Чакайте/' "$tree/docs/user-guide.md"
+expect_guide "so is a message of the installer" 1 "packaging/windows/Texts.nsh:*: docs/user-guide.md: tolvane.exe"
 guide_begin
 rm -rf "$tree/src/upload" "$tree/src/comm" "$tree/src/articles" "$tree/src/settings"
 expect_guide "few texts are a mistake of the check" 1 "texts were found"
