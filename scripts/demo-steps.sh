@@ -203,7 +203,8 @@ demo_write_all() {
     demo_drive window TSetPluForm
     demo_shot run-before
     demo_drive click SaveBtn
-    demo_drive contains lblStatus "Запис артикул"
+    # The picture shows how far the run has come, and the time left.
+    demo_drive contains lblRunCount "още"
     demo_shot_now run-during
     # The picture was taken in the middle of the run.
     demo_drive contains lblStatus "Запис артикул"
