@@ -3,6 +3,7 @@
 #
 #   browser_dom <file or URL>                                    prints the document after its scripts have run
 #   browser_picture <file or URL> <PNG> <width> <height> [dark]  makes a picture of the page at that size
+#   browser_print <file or URL> <PDF>                            prints the page
 #
 # TOLVANE_BROWSER names another program than chromium.
 
@@ -53,4 +54,12 @@ browser_picture() {
     if [ "${5:-}" = dark ]; then scheme=0; fi
     browser_run --window-size="$3,$4" --blink-settings=preferredColorScheme="$scheme" --screenshot="$2" "$url"
     [ -s "$2" ] || fail "the browser has made no picture of $1"
+}
+
+browser_print() {
+    local url
+    url=$(browser_url "$1")
+    rm -f "$2"
+    browser_run --no-pdf-header-footer --print-to-pdf="$2" "$url"
+    [ -s "$2" ] || fail "the browser has not printed $1"
 }

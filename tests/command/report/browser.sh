@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # The pages that --report has written in the examples of docs/command.md, in a real browser: what it shows of
-# them, light and dark. The pictures go into a folder, build/screenshots without another name.
+# them, light and dark, and how it prints them. The pictures go into a folder, build/screenshots without another name.
 #
 #   tests/command/report/browser.sh [FOLDER]
 
@@ -32,6 +32,8 @@ for page in report check; do
     browser_picture "$pages/$page.html" "$pictures/$page-light.png" 1000 700
     browser_picture "$pages/$page.html" "$pictures/$page-dark.png" 1000 700 dark
     browser_picture "$pages/$page.html" "$pictures/$page-phone.png" 400 900
+    browser_print "$pages/$page.html" "$pictures/$page.pdf"
+    expect "$page.html is one sheet of paper" 1 "$(grep -ac '/Type /Page$' "$pictures/$page.pdf")"
     expect "$page.html is white in light" "srgb(255,255,255)" "$(browser_color "$pictures/$page-light.png" 5 5)"
     expect "$page.html is dark in dark" "srgb(21,24,28)" "$(browser_color "$pictures/$page-dark.png" 5 5)"
 done
