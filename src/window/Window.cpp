@@ -66,22 +66,24 @@ TWindow* TWindow::FromHandle(HWND window) noexcept {
     return reinterpret_cast<TWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
 }
 
-void TWindow::RegisterWindowClass(const wchar_t* className) {
+void TWindow::RegisterWindowClass(const TWindowOptions& options) {
     WNDCLASSEXW definition{};
     definition.cbSize = sizeof definition;
     definition.lpfnWndProc = &Procedure;
     definition.hInstance = ModuleInstance();
     definition.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-    definition.hIcon = LoadIconW(ModuleInstance(), MAKEINTRESOURCEW(kModuleIcon));
+    // Not every system leaves the icon of the class out of a dialog's caption.
+    if ((options.exStyle & WS_EX_DLGMODALFRAME) == 0)
+        definition.hIcon = LoadIconW(ModuleInstance(), MAKEINTRESOURCEW(kModuleIcon));
     definition.hbrBackground = GetSysColorBrush(COLOR_BTNFACE);
-    definition.lpszClassName = className;
+    definition.lpszClassName = options.className;
     if (RegisterClassExW(&definition) == 0 && GetLastError() != ERROR_CLASS_ALREADY_EXISTS)
         throw TWindowError("RegisterClassEx: " + WindowsErrorText(GetLastError()));
 }
 
 void TWindow::MakeWindow(const TWindowOptions& options) {
     const TVisualStyleScope style;
-    RegisterWindowClass(options.className);
+    RegisterWindowClass(options);
     gone_ = false;
     const HWND window = CreateWindowExW(
         options.exStyle, options.className, Wide(options.caption).c_str(), options.style, options.x,

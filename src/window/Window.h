@@ -80,7 +80,7 @@ protected:
 
 private:
     static LRESULT CALLBACK Procedure(HWND window, UINT id, WPARAM wParam, LPARAM lParam) noexcept;
-    static void RegisterWindowClass(const wchar_t* className);
+    static void RegisterWindowClass(const TWindowOptions& options);
     LRESULT Dispatch(const TMessage& message) noexcept;
     void ReportCurrentException() noexcept;
 

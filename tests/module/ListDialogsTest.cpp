@@ -91,6 +91,18 @@ TEST_P(ListDialogsTest, GoesWithTheListWindow) {
     EXPECT_TRUE(RunLoopUntil(TLoadedModule::IsGone));
 }
 
+// A tool window's caption never has one.
+TEST_P(ListDialogsTest, HasNoIconInItsCaption) {
+    const auto hasIcon = [](HWND window) {
+        return GetClassLongPtrW(window, GCLP_HICON) != 0 &&
+               (GetWindowLongW(window, GWL_EXSTYLE) & WS_EX_TOOLWINDOW) == 0;
+    };
+    EXPECT_TRUE(hasIcon(session_.List()));
+    const TDialogScript script(GetParam().className,
+                               {[&](HWND window) { EXPECT_FALSE(hasIcon(window)); }, &PostClose});
+    GetParam().open(session_);
+}
+
 TEST_P(ListDialogsTest, KeepsTheFocusAndTheMarksWhenTheHostStartsAgain) {
     session_.Grid().ClickRow(4, 0);
     session_.Grid().ClickRow(2, 0, true);
