@@ -13,17 +13,17 @@ int TCheckList::Count() const {
     return ListView_GetItemCount(list_);
 }
 
-// Once for all lines: to find the width the list measures each of them, and to show it draws
-// itself.
+// Measures and draws once for all lines. The column comes last, as it leaves room for the scroll
+// bar, which comes with the redraw.
 void TCheckList::Fill(std::vector<TLine> lines) {
     SendMessageW(list_, WM_SETREDRAW, FALSE, 0);
     ListView_DeleteAllItems(list_);
     int at = 0;
     for (TLine& line : lines)
         Insert(at++, std::move(line));
-    FitColumn();
     SendMessageW(list_, WM_SETREDRAW, TRUE, 0);
     InvalidateRect(list_, nullptr, TRUE);
+    FitColumn();
 }
 
 void TCheckList::Insert(int at, TLine line) {

@@ -101,6 +101,15 @@ TEST_F(ColumnChooserTest, NoLineIsCutAtTheLowerEdge) {
 }
 
 // Each line takes longer to measure than to add.
+TEST_F(ColumnChooserTest, TheLinesScrollUpAndDownOnly) {
+    Choose({[](HWND window) {
+                const LONG style = GetWindowLongW(Lines(window), GWL_STYLE);
+                EXPECT_NE(style & WS_VSCROLL, 0);
+                EXPECT_EQ(style & WS_HSCROLL, 0);
+            },
+            Pressing("btnCancel")});
+}
+
 TEST_F(ColumnChooserTest, OpeningMeasuresTheLinesOnce) {
     const TSentCount measurements(LVM_SETCOLUMNWIDTH);
     Choose({Pressing("btnCancel")});
