@@ -15,12 +15,13 @@
 #include "tests/module/MessageStorm.h"
 #include "tests/support/Environment.h"
 #include "tests/support/module/Session.h"
+#include "tests/support/window/Controls.h"
 #include "tests/support/window/ObjectCounts.h"
 
 namespace tolvane::test {
 namespace {
 
-constexpr const wchar_t* kListClass = L"TElicomPluScaleListForm";
+constexpr const wchar_t* kListWindowClass = L"TElicomPluScaleListForm";
 constexpr DWORD kWarmUpMs = 3000;
 constexpr int kPatience = 60;
 
@@ -96,7 +97,7 @@ public:
 
 private:
     bool HasFrame() const { return frame_ && IsWindow(frame_->Frame()) != 0; }
-    HWND List() const { return HasFrame() ? frame_->ChildOfClass(kListClass) : nullptr; }
+    HWND List() const { return HasFrame() ? frame_->ChildOfClass(kListWindowClass) : nullptr; }
     void KeepOpen() {
         if (!HasFrame()) {
             frame_.reset();
@@ -131,6 +132,18 @@ private:
     int starts_ = 0;
     int frames_ = 0;
 };
+
+BOOL CALLBACK AddWindow(HWND window, LPARAM text) {
+    *reinterpret_cast<std::string*>(text) +=
+        " " + Utf8(ClassOf(window)) + " \"" + Utf8TextOf(window) + "\"";
+    return TRUE;
+}
+
+std::string WindowsLeft() {
+    std::string text;
+    EnumThreadWindows(GetCurrentThreadId(), &AddWindow, reinterpret_cast<LPARAM>(&text));
+    return text;
+}
 
 // What is open when no host is there.
 struct TLeftOver {
@@ -172,7 +185,8 @@ TEST(Storm, NothingIsLostInAStormOfMessages) {
     TStormyHost().Storm(seed, kWarmUpMs);
     const TLeftOver before;
     const TStormResult result = TStormyHost().Storm(seed + 1, StormMs());
-    EXPECT_TRUE(RunLoopUntil([&] { return TLeftOver().IsWithin(before); }, kPatience));
+    EXPECT_TRUE(RunLoopUntil([&] { return TLeftOver().IsWithin(before); }, kPatience))
+        << "windows:" << WindowsLeft();
     std::printf("%d messages, %d starts, %d main windows, %d requests to the scale\n%s, then %s\n",
                 result.messages, result.starts, result.mainWindows, result.requests,
                 before.Text().c_str(), TLeftOver().Text().c_str());
