@@ -182,12 +182,21 @@ BOOL CALLBACK TMessageStorm::AddTop(HWND window, LPARAM parameter) {
     self.Add(window, window);
     EnumChildWindows(window, &AddChild, parameter);
     const bool isFront = className != kFrame && IsWindowVisible(window) != 0 &&
-                         IsWindowEnabled(window) != 0 && className != TOOLTIPS_CLASSW;
+                         IsWindowEnabled(window) != 0 && className != TOOLTIPS_CLASSW &&
+                         (className != kMenu || self.IsMenuOpen());
     if (!isFront || self.front_ != nullptr) return TRUE;
     self.front_ = window;
     for (std::size_t i = first; i < self.targets_.size(); ++i)
         self.inFront_.push_back(i);
     return TRUE;
+}
+
+// Wine may leave a menu's window on the screen when the menu has ended.
+bool TMessageStorm::IsMenuOpen() const {
+    GUITHREADINFO info{};
+    info.cbSize = sizeof info;
+    constexpr DWORD kMenuOpen = GUI_INMENUMODE | GUI_POPUPMENUMODE | GUI_SYSTEMMENUMODE;
+    return GetGUIThreadInfo(watched_, &info) != 0 && (info.flags & kMenuOpen) != 0;
 }
 
 BOOL CALLBACK TMessageStorm::AddChild(HWND window, LPARAM parameter) {

@@ -50,6 +50,7 @@ private:
     void Run();
     void Blow();
     void FindTargets();
+    bool IsMenuOpen() const;
     void Add(HWND window, HWND top);
     const TTarget& Draw();
     void Post(HWND window, UINT message, WPARAM wParam = 0, LPARAM lParam = 0);
