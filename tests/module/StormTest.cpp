@@ -22,7 +22,7 @@ namespace tolvane::test {
 namespace {
 
 constexpr const wchar_t* kListWindowClass = L"TElicomPluScaleListForm";
-constexpr DWORD kWarmUpMs = 3000;
+constexpr DWORD kWarmUpMs = 2000;
 constexpr int kPatience = 60;
 
 // The system makes objects of many kinds once, when they are first needed. A leak with each window
@@ -31,7 +31,7 @@ constexpr int kMadeOnce = 64;
 
 DWORD StormMs() {
     constexpr int kMsOfSecond = 1000;
-    return static_cast<DWORD>(CountFromEnvironment("TOLVANE_STORM_SECONDS", 8) * kMsOfSecond);
+    return static_cast<DWORD>(CountFromEnvironment("TOLVANE_STORM_SECONDS", 3) * kMsOfSecond);
 }
 
 std::uint32_t Seed() {
