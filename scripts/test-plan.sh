@@ -118,7 +118,7 @@ test_plan_windows() {
     test_plan_lane_b
 }
 
-# Ansible takes as much of the processor as a build: beside the tests in Wine, which mostly wait.
+# Ansible takes as much of the processor as a build, so it runs beside the tests in Wine, which mostly wait.
 test_plan_chain() {
     job chain "A chain's shops by Ansible" tests/command/chain/run.sh
         after build-linux; alone cores
@@ -143,7 +143,7 @@ test_plan_fuzz() {
         reads "$BUILD/fuzz/tests/fuzz/fuzz_*" tests/fuzz "${TEST_SCRIPTS[@]}"
 }
 
-# Beside the tests in Wine, which mostly wait, and not beside a build, which does not.
+# clang-tidy runs beside the tests in Wine, which mostly wait, and not beside a build, which does not.
 test_plan_tidy() {
     job tidy-linux "clang-tidy, Linux" nice -n 19 "$SCRIPTS/tidy.sh" native
         after build-linux; lane tidy; alone cores
@@ -312,7 +312,7 @@ test_plan_only() {
         [ ${#programs[@]} -gt 0 ] || fail "no program of this system holds what lies in $name"
         test_plan_programs "${programs[@]}"
     elif line=$(grep -rhE "tolvane_test\($name( |\$)" tests --include=CMakeLists.txt); then
-        # Only the programs of this level are Windows programs alone.
+        # The programs of this level are for Windows only.
         if [[ $line == *"LEVEL module"* ]]; then test_plan_windows_program "$name"; else test_plan_programs "$name"; fi
     else
         fail "there is no step, no test program and no folder \"$name\"; ./test.sh --list names the steps"

@@ -15,7 +15,7 @@ LANES=(a b c d)
 declare -A COMMAND_SHARDS=([native]=16 [windows]=8)
 KILL_SHARDS=4
 
-# test_in_lane <lane> <command>...: from here on the variables above are the lane's.
+# test_in_lane <lane> <command>...: runs it with the lane's own Wine prefix, display and servers.
 test_in_lane() {
     export TOLVANE_LANE=$1
     shift
@@ -23,7 +23,7 @@ test_in_lane() {
     "$@"
 }
 
-# test_build native|windows|threads [target]...
+# test_build native|windows|threads|fuzz|release [target]...
 test_build() {
     local preset=$1
     shift
@@ -40,7 +40,7 @@ test_files() {
     "$SCRIPTS/check-same-bytes.sh" "$BUILD/windows"
 }
 
-# test_native <argument of ctest>...: programs that run on this system, two at a time. Each leaves its
+# test_native <argument of ctest>...: programs that run on this system, $JOBS at a time. Each leaves its
 # list of results.
 test_native() {
     mkdir -p "$BUILD/integration-databases"
@@ -160,7 +160,6 @@ test_module_run() {
         "--gtest_output=json:$(wine_path "$STEP_RESULTS/module-$1-$2.json")"
 }
 
-# The list window at another resolution.
 # test_resolutions <dots per inch>...: whether each window has room for its texts.
 test_resolutions() {
     local dots
