@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <cstdio>
 #include <functional>
@@ -68,16 +69,18 @@ void LoadAndAsk() {
 TEST(LoadCycles, TheModuleLeavesNoHandleAndLessThanAnEmptyOne) {
     const TLeft plain =
         LeftBy("without a C++ library", Loads(), [] { LoadAndUse(L"PlainModule.dll"); });
-    EXPECT_EQ(plain.handles, 0);
+    // The system's own threads open and close a handle now and then; a load that leaves one leaves
+    // one each time.
+    EXPECT_LT(std::abs(plain.handles), 0.5);
     EXPECT_EQ(plain.threadPlaces, 0);
     // Each load takes one of the process's 1,088 places for values of threads.
     constexpr int kMostOfTheEmpty = 200;
     const TLeft empty =
         LeftBy("empty", std::min(Loads(), kMostOfTheEmpty), [] { LoadAndUse(L"EmptyModule.dll"); });
-    EXPECT_GE(empty.handles, 1) << "what this test is about is not seen";
+    EXPECT_GT(empty.handles, 0.5) << "what this test is about is not seen";
     EXPECT_EQ(empty.threadPlaces, 1) << "what this test is about is not seen";
     const TLeft module = LeftBy("the module", Loads(), [] { LoadAndAsk(); });
-    EXPECT_LT(module.handles, 1);
+    EXPECT_LT(module.handles, 0.5);
     EXPECT_LT(module.heapBytes, empty.heapBytes);
     EXPECT_LT(module.heapBytes, kKeptBytes);
     EXPECT_EQ(module.threadPlaces, 0);
@@ -98,7 +101,7 @@ TEST(LoadCycles, AnOperationLeavesNoHandle) {
         loaded.Unload();
         ASSERT_TRUE(RunLoopUntil(TLoadedModule::IsGone));
     });
-    EXPECT_LT(module.handles, 1);
+    EXPECT_LT(module.handles, 0.5);
     EXPECT_LT(module.heapBytes, 2 * kKeptBytes);
     EXPECT_EQ(module.threadPlaces, 0);
 }
