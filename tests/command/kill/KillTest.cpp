@@ -19,8 +19,8 @@ namespace {
 using std::chrono::milliseconds;
 
 constexpr int kShopsAtOnce = 8;
-// Of kills: at a time, at a request, at a save, at a time before the first article.
-constexpr int kKinds = 4;
+// Of kills: at a time, at a request, at a save, at a time that is mostly before the first request.
+constexpr unsigned kKinds = 4;
 
 // The article that a request is about; 0 for other requests.
 int ArticleIn(const simulator::TRequest& request) {
@@ -71,7 +71,7 @@ class TKilling {
 public:
     TKilling(unsigned seed, TTally& tally) : random_(seed), tally_(tally) {}
 
-    void Round(int kind) {
+    void Round(unsigned kind) {
         moment_ = (moment_ + 1 + Random(2)) % kMoments.size();
         const std::string which = Random(3) == 0 ? "--all" : "--changed";
         const int requests = RequestCount();
@@ -79,7 +79,7 @@ public:
         const bool killed = kind == 0   ? KillWithin(whole, which)
                             : kind == 1 ? KillAtARequest(which)
                             : kind == 2 ? KillAtASave(which)
-                                        : KillWithin(whole / 10, which);
+                                        : KillWithin(whole / 20, which);
         if (!killed) return;
         ++tally_.killed;
         if (RequestCount() == requests) ++tally_.beforeFirstRequest;
@@ -180,9 +180,10 @@ private:
     std::size_t moment_ = 0;
 };
 
-void KillUntil(int kills, unsigned seed, TTally& tally) {
+void KillUntil(int kills, unsigned seed, unsigned firstKind, TTally& tally) {
     TKilling killing(seed, tally);
-    for (int round = 0; tally.killed < kills && !testing::Test::HasFailure(); ++round) {
+    for (unsigned round = firstKind; tally.killed < kills && !testing::Test::HasFailure();
+         ++round) {
         SCOPED_TRACE("seed " + std::to_string(seed) + ", round " + std::to_string(round));
         killing.Round(round % kKinds);
     }
@@ -196,7 +197,7 @@ TEST(KilledWrite, TheNextRunLeavesInEveryScaleWhatItShouldHold) {
     {
         std::vector<std::jthread> shops;
         for (unsigned i = 0; i < kShopsAtOnce; ++i)
-            shops.emplace_back([&, i] { KillUntil(kills, seed + i, tally); });
+            shops.emplace_back([&, i] { KillUntil(kills, seed + i, i, tally); });
     }
     std::printf(
         "%d kills: %d before the first request, %d with a scale in programming mode, %d "
@@ -207,7 +208,7 @@ TEST(KilledWrite, TheNextRunLeavesInEveryScaleWhatItShouldHold) {
     // Otherwise little was tried here.
     EXPECT_GT(tally.beforeFirstRequest, 0);
     EXPECT_GT(tally.inProgramming, kills / 4);
-    EXPECT_GT(tally.metASave, 0);
+    EXPECT_GE(tally.metASave, kills / 40);  // a fifth of the kills, but by chance
     EXPECT_GT(tally.claimed, kills);
 }
 
