@@ -16,7 +16,7 @@ declare -A GROUPS_OF_PACKAGES=(
              nlohmann-json3-dev libcli11-dev googletest libgtest-dev libbenchmark-dev firebird-dev"
     [headless]="g++ cmake ninja-build libasio-dev libboost-dev nlohmann-json3-dev libcli11-dev
                 firebird-dev firebird3.0-server-core firebird3.0-utils iproute2"
-    [check]="clang-format clang-tidy groff-base python3"
+    [check]="clang-format clang-tidy lld groff-base python3"
     [wine]="wine wine32:i386 wine64 fonts-wine fonts-dejavu-core fonts-liberation xvfb
             imagemagick xdotool locales"
     [firebird]="firebird3.0-server firebird3.0-server-core firebird3.0-utils firebird-dev
