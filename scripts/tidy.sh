@@ -3,11 +3,11 @@
 #
 #   scripts/tidy.sh native|windows
 #
-# Reads the files that can differ since the last commit that passed here: those that have changed, and
-# what includes them. Before anything has passed here, it compares with the upstream branch, which has
-# passed in CI; without one, or after a change of the rules, it reads every file. For Windows it reads
-# only what Linux does not build and what sees a system's headers. With CI=true it reads, for either
-# system, all such files.
+# Reads the files that can differ since the last commit that passed here: those that have changed, what
+# includes them, and those that are compiled with other options. Before anything has passed here, it
+# compares with the upstream branch, which has passed in CI; without one, or after a change of the rules
+# (there also of the build's description), it reads every file. For Windows it reads only what Linux does
+# not build and what sees a system's headers. With CI=true it reads, for either system, all such files.
 #
 # Each of these files is first read alone, which shows whether it includes what it needs; the rules are
 # then applied to batches of a target's files, because most of their time goes into the headers that
@@ -80,6 +80,21 @@ changed_since() {
     git ls-files --others --exclude-standard -- "${PRODUCT[@]}"
 }
 
+# The sources with their compile commands, one a line.
+compile_commands() {
+    awk '/"command":/ { command = $0 } /"file":/ { print $0 command }' "$tree/compile_commands.json" | sort
+}
+
+# recompiled COMMIT: sources that are compiled with other options than when something passed here; before
+# that all, when the build's description has changed since the commit.
+recompiled() {
+    if [ -e "$passed.commands" ]; then
+        comm -13 "$passed.commands" <(compile_commands) | cut -d'"' -f4 | sed "s|^$ROOT/||"
+    elif ! git diff --quiet "$1" -- '*CMakeLists.txt' '*.cmake' CMakePresets.json; then
+        cat "$tree/all"
+    fi
+}
+
 # only_here <sources>: without what Linux shows as well
 only_here() {
     local -a seeds
@@ -117,12 +132,18 @@ apply_rules() {
     shift 2
     # It takes patterns.
     sed 's|[.+]|\\&|g; s|.*|^&$|' "$files" |
-        xargs run-clang-tidy -p "$commands" -j "$JOBS" -quiet "$@" "${arguments[@]}" >"$commands/output" 2>&1 ||
+        PYTHONUNBUFFERED=1 xargs run-clang-tidy -p "$commands" -j "$JOBS" -quiet "$@" "${arguments[@]}" 2>&1 |
+        tee "$commands/output" | count_files "$(wc -l <"$files")" ||
         status=$?
     if [ "$status" -ne 0 ]; then
         grep -vE '^[0-9]+ warnings? (generated|treated)|^Suppressed|^Use -header-filter|^clang-tidy' "$commands/output"
     fi
     return "$status"
+}
+
+# count_files ALL: a line for each file that clang-tidy has read.
+count_files() {
+    awk -v all="$1" '/^[^ ]*clang-tidy[^ ]* -/ { printf "[%d/%d]\n", ++ended, all; fflush() }'
 }
 
 clang_resource_headers() {
@@ -136,7 +157,7 @@ from=$(base)
 if [ -z "$from" ]; then
     cp "$tree/all" "$tree/affected"
 else
-    mapfile -t changed < <(changed_since "$from" | sort -u)
+    mapfile -t changed < <({ changed_since "$from"; recompiled "$from"; } | sort -u)
     with_includers "${changed[@]}" | comm -12 - "$tree/all" >"$tree/affected"
 fi
 if [ "$preset" = windows ]; then
@@ -161,5 +182,6 @@ if [ -s "$tree/todo" ]; then
 fi
 # What is not committed is read again.
 if [ -z "$(git status --porcelain -- "${PRODUCT[@]}" .clang-tidy scripts/tidy.sh)" ]; then
+    compile_commands >"$passed.commands"
     echo "$(rules) $(git rev-parse HEAD)" >"$passed"
 fi
