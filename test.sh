@@ -4,7 +4,8 @@
 #
 #   ./test.sh                 everything
 #   ./test.sh --quick         what needs no Wine: checks, unit and integration tests
-#   ./test.sh --list          the steps, and how long each took last time; does nothing
+#   ./test.sh --list          the steps, and how long each took last time; does nothing. With another
+#                             option the steps that it leaves
 #   ./test.sh --only <name>   only that, whether it is up to date or not. The name is
 #                             a step's of the list, with what it needs;
 #                             a test program's: test_upload;
@@ -17,6 +18,7 @@ source "$(dirname "${BASH_SOURCE[0]}")/scripts/lib.sh"
 source "$SCRIPTS/plan.sh"
 source "$SCRIPTS/test-steps.sh"
 source "$SCRIPTS/test-plan.sh"
+source "$SCRIPTS/test-only.sh"
 cd "$ROOT"
 
 quick=no list=no only=
@@ -31,7 +33,7 @@ while [ $# -gt 0 ]; do
             only=${2:?--only needs a name}
             shift
             ;;
-        *) fail "usage: ./test.sh [--quick | --only NAME[:FILTER]] [--keep-going] [--all] | --list" ;;
+        *) fail "usage: ./test.sh [--quick | --only NAME[:FILTER]] [--keep-going] [--all] [--list]" ;;
     esac
     shift
 done

@@ -5,10 +5,11 @@
 #       lane <name>       one step of a lane runs at a time, in the plan's order
 #       after <name>...   starts when these steps have passed
 #       alone <word>...   never beside another step with one of the words
+#       first             the steps after it in the plan wait until it has ended, even without `after`
 #       reads <path>...   all that the result depends on: files, folders or patterns. Such a step is
 #                         left out while nothing of it has changed since the step last passed.
 #
-#   plan_show             what will be done, and how long it took last time
+#   plan_show             what will be done, and how long it took last time (plan-show.sh)
 #   plan_lock             makes sure that no other run is under way in the build folder
 #   plan_run              runs the plan; PLAN_STATUS is 1 then when a step has failed. Like `step` of
 #                         lib.sh it is to be called as a statement of its own.
@@ -19,6 +20,7 @@
 # STEP_RESULTS names a folder of its own, for what it counts.
 
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
+source "$SCRIPTS/plan-show.sh"
 
 PLAN_FOLDER=$BUILD/plan
 PLAN_ALL=no
@@ -26,9 +28,9 @@ PLAN_FORCED=
 PLAN_STATUS=0
 PLAN_KEEP_GOING=no
 # Most steps wait most of the time.
-PLAN_LIMIT=$((JOBS + 3))
+PLAN_LIMIT=$((JOBS + 4))
 PLAN=()
-declare -A JOB_TITLE JOB_COMMAND JOB_LANE JOB_AFTER JOB_ALONE JOB_READS
+declare -A JOB_TITLE JOB_COMMAND JOB_LANE JOB_AFTER JOB_ALONE JOB_FIRST JOB_READS
 declare -A JOB_STATE JOB_PID JOB_STARTED JOB_KEY JOB_TOLD
 
 job() {
@@ -37,12 +39,13 @@ job() {
     JOB_TITLE[$name]=$2
     JOB_COMMAND[$name]=$(printf '%q ' "${@:3}")
     JOB_LANE[$name]=$name
-    JOB_AFTER[$name]='' JOB_ALONE[$name]='' JOB_READS[$name]='' JOB_STATE[$name]=waiting
+    JOB_AFTER[$name]='' JOB_ALONE[$name]='' JOB_FIRST[$name]=no JOB_READS[$name]='' JOB_STATE[$name]=waiting
 }
 
 lane() { JOB_LANE[${PLAN[-1]}]=$1; }
 after() { JOB_AFTER[${PLAN[-1]}]+=" $*"; }
 alone() { JOB_ALONE[${PLAN[-1]}]+=" $*"; }
+first() { JOB_FIRST[${PLAN[-1]}]=yes; }
 reads() { JOB_READS[${PLAN[-1]}]+=$'\n'$(printf '%s\n' "$@"); }
 
 job_log() { printf '%s/%s.log\n' "$LOGS" "$1"; }
@@ -62,11 +65,12 @@ plan_keep() {
     PLAN=("${kept[@]}")
 }
 
-# What every step's result depends on besides its own files: the programs of the machine, and what
-# shortens or lengthens tests.
+# What every step's result depends on besides its own files: the programs of the machine, the rights
+# of the user (as root more is tested), and what shortens or lengthens tests.
 plan_machine() {
     if [ -z "${PLAN_MACHINE:-}" ]; then
         PLAN_MACHINE=$({
+            id -u
             dpkg-query -W -f '${Package} ${Architecture} ${Version}\n'
             env | grep -E '^(TOLVANE|GTEST)_' | sort
         } | sha256sum)
@@ -95,28 +99,6 @@ job_key() {
 job_is_current() {
     [ "$PLAN_ALL" = no ] && [[ " $PLAN_FORCED " != *" $1 "* ]] && [ -n "${JOB_KEY[$1]}" ] &&
         [ "$(cat "$PLAN_FOLDER/passed/$1" 2>/dev/null)" = "${JOB_KEY[$1]}" ]
-}
-
-plan_clock() {
-    printf '%d:%02d' "$((SECONDS / 60))" "$((SECONDS % 60))"
-}
-
-plan_tell() {
-    plan_clear
-    printf '%s  %s\n' "$(plan_clock)" "$*"
-}
-
-plan_clear() {
-    if [ -t 1 ]; then printf '\r\e[K'; fi
-}
-
-plan_show() {
-    local name seconds
-    say "${#PLAN[@]} steps, up to $PLAN_LIMIT at the same time:"
-    for name in "${PLAN[@]}"; do
-        seconds=$(job_last_time "$name")
-        printf '  %-18s %-46s %s\n' "$name" "${JOB_TITLE[$name]}" "${seconds:+$seconds s last time}"
-    done
 }
 
 # Whether a step may start now; one whose predecessor has failed never does.
@@ -189,34 +171,6 @@ job_finish() {
     } >&2
 }
 
-# job_progress <name>: how far it is, by the last count in its log: the build's "[7/99]", or tests
-# that have ended of those that a program has.
-job_progress() {
-    tr -d '\r' 2>/dev/null <"$(job_log "$1")" | awk '
-        /^\[[0-9]+\/[0-9]+\]/ { split($1, part, /[][]/); shown = part[2] }
-        /^\[==========\] Running / { all = $3; ended = 0 }
-        /^\[       OK \]|^\[  FAILED  \]/ { ++ended; shown = ended "/" all }
-        END { print shown }'
-}
-
-# On a terminal a line that is written over; in a log a line a minute for each step that runs.
-plan_progress() {
-    local name text line=
-    for name in "${PLAN[@]}"; do
-        [ "${JOB_STATE[$name]}" = running ] || continue
-        if [ ! -t 1 ] && [ $((SECONDS - JOB_TOLD[$name])) -lt 60 ]; then continue; fi
-        text="$name $(job_progress "$name")"
-        text="${text% } $((SECONDS - JOB_STARTED[$name])) s"
-        if [ -t 1 ]; then
-            line+="${line:+ | }$text"
-        else
-            JOB_TOLD[$name]=$SECONDS
-            plan_tell "  $text"
-        fi
-    done
-    if [ -t 1 ]; then printf '\r\e[K%s  %.*s' "$(plan_clock)" "$((${COLUMNS:-80} - 10))" "$line"; fi
-}
-
 plan_running() {
     local name count=0
     for name in "${PLAN[@]}"; do
@@ -237,9 +191,13 @@ plan_has() {
 plan_start_more() {
     local name
     for name in "${PLAN[@]}"; do
-        [ "${JOB_STATE[$name]}" = waiting ] || continue
-        [ "$(plan_running)" -lt "$PLAN_LIMIT" ] || return 0
-        if job_may_start "$name"; then job_start "$name"; fi
+        if [ "${JOB_STATE[$name]}" = waiting ]; then
+            [ "$(plan_running)" -lt "$PLAN_LIMIT" ] || return 0
+            if job_may_start "$name"; then job_start "$name"; fi
+        fi
+        case ${JOB_FIRST[$name]}-${JOB_STATE[$name]} in
+            yes-waiting | yes-running) return 0 ;;
+        esac
     done
 }
 

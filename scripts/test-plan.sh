@@ -2,7 +2,6 @@
 # Sourced by test.sh: which steps there are, and what they depend on.
 #
 #   test_plan <yes for what needs no Wine>
-#   test_plan_only <name of a step, a program or a folder>[:FILTER]
 #   test_plan_show        what will be done, and how long it took last time
 #   test_plan_run
 #
@@ -21,8 +20,10 @@ test_plan() {
     TEST_KIND=all
     [ "$1" = no ] || TEST_KIND=quick
     test_plan_checks
-    test_plan_native
+    test_plan_builds "$1"
+    # The longest first.
     [ "$1" = yes ] || test_plan_windows
+    test_plan_native
     test_plan_chain
     test_plan_threads
     test_plan_fuzz
@@ -51,7 +52,7 @@ test_plan_checks() {
         after packages
         reads scripts/check-binary.sh scripts/lib.sh tests/scripts src/system/StackGuard_win32.cpp CMakeLists.txt
     job plan-faults "A run shows what fails and repeats what changed" tests/scripts/plan-test.sh
-        reads scripts/plan.sh scripts/lib.sh tests/scripts
+        reads scripts/plan.sh scripts/plan-show.sh scripts/lib.sh tests/scripts
     job run-faults "A failed step fails the run" tests/scripts/test-run-test.sh
         after packages
     job step-faults "A step fails its script, also beside others" tests/scripts/step-test.sh
@@ -62,9 +63,27 @@ test_plan_checks() {
         after packages
 }
 
-test_plan_native() {
+# The tests wait for all builds: beside a build they would take longer, and so would the build.
+test_plan_builds() {
+    if [ "$1" = no ]; then
+        job client "Build the client library for Wine" fbclient_build
+            after packages
+        job pascal "Build Free Pascal for Windows" pascal_build
+            after packages
+    fi
     job build-linux "Build for Linux" test_build native
-        after packages; alone cores
+        after packages; first
+    if [ "$1" = no ]; then
+        job build-windows "Build for Windows" test_build windows
+            after packages; first
+    fi
+    job build-threads "Build the run engine for ThreadSanitizer" test_build threads test_threads
+        after packages; first
+    job build-fuzz "Build the fuzzers" test_build fuzz fuzzers
+        after packages; first
+}
+
+test_plan_native() {
     job unit "Unit tests" test_native -L '^unit$'
         after build-linux; lane native
         reads "$NATIVE/tests/unit/*/test_*" "$NATIVE/tests/command/window/test_same_requests" \
@@ -102,12 +121,6 @@ test_plan_native() {
 }
 
 test_plan_windows() {
-    job build-windows "Build for Windows" test_build windows
-        after packages; alone cores
-    job client "Build the client library for Wine" fbclient_build
-        after packages
-    job pascal "Build Free Pascal for Windows" pascal_build
-        after packages
     job asio-threads "One kind of Asio's threads" "$SCRIPTS/check-asio-threads.sh" "$WINDOWS"
         after build-windows
     job files "The built files" test_files
@@ -118,7 +131,8 @@ test_plan_windows() {
     test_plan_lane_b
 }
 
-# Ansible takes as much of the processor as a build, so it runs beside the tests in Wine, which mostly wait.
+# Ansible and clang-tidy take as much of the processor as a build: one at a time, beside tests that mostly
+# wait.
 test_plan_chain() {
     job chain "A chain's shops by Ansible" tests/command/chain/run.sh
         after build-linux; alone cores
@@ -127,8 +141,6 @@ test_plan_chain() {
 }
 
 test_plan_threads() {
-    job build-threads "Build the run engine for ThreadSanitizer" test_build threads test_threads
-        after build-linux; alone cores
     job threads "Run engine under ThreadSanitizer" test_threads
         after build-threads
         reads "$BUILD/threads/tests/integration/threads/test_threads" "${TEST_SCRIPTS[@]}"
@@ -136,14 +148,11 @@ test_plan_threads() {
 
 # The fuzzers have a low priority: they use what the steps beside them leave.
 test_plan_fuzz() {
-    job build-fuzz "Build the fuzzers" test_build fuzz fuzzers
-        after packages; alone cores
     job fuzz "Fuzzers" tests/fuzz/run.sh
         after build-fuzz; lane tidy
         reads "$BUILD/fuzz/tests/fuzz/fuzz_*" tests/fuzz "${TEST_SCRIPTS[@]}"
 }
 
-# clang-tidy runs beside the tests in Wine, which mostly wait, and not beside a build, which does not.
 test_plan_tidy() {
     job tidy-linux "clang-tidy, Linux" nice -n 19 "$SCRIPTS/tidy.sh" native
         after build-linux; lane tidy; alone cores
@@ -211,6 +220,11 @@ test_plan_lane_c() {
         after build-windows build-linux client; lane c
         reads "$WINDOWS/tests/module/links/test_links.exe" "$NATIVE/simulator/virtual-scale" \
             tests/module/links/run.sh "${TEST_SCRIPTS[@]}"
+    job bench "The benchmarks, shortly" test_in_lane c tests/bench/run.sh --quick
+        after build-windows build-linux client; lane c
+        reads "$NATIVE/tests/bench/*/*_*" "$WINDOWS/tests/bench/*/*.exe" "$WINDOWS/tests/bench/*/*.dll" tests/bench \
+            "$WINDOWS/src/entry/Tolvane.dll" "$NATIVE/src/command/tolvane" tests/module/schema.sql "demo/*.sql" \
+            tests/command/program/shop.sql "${TEST_SCRIPTS[@]}"
 }
 
 test_plan_lane_d() {
@@ -225,98 +239,6 @@ test_plan_lane_d() {
         reads tests/release packaging docs examples tools LICENSE CHANGELOG.md simulator/README.md src/entry/HostInterface.h \
             tests/command/program/shop.sql "demo/*.sql" "$WINDOWS/src/command/tolvane.exe" \
             "$WINDOWS/simulator/virtual-scale.exe" "${DEMO_FILES[@]}"
-    job bench "The benchmarks, shortly" test_in_lane d tests/bench/run.sh --quick
-        after build-windows build-linux client; lane d
-        reads "$NATIVE/tests/bench/*/*_*" "$WINDOWS/tests/bench/*/*.exe" "$WINDOWS/tests/bench/*/*.dll" tests/bench \
-            "$WINDOWS/src/entry/Tolvane.dll" "$NATIVE/src/command/tolvane" tests/module/schema.sql "demo/*.sql" \
-            tests/command/program/shop.sql "${TEST_SCRIPTS[@]}"
-}
-
-# The programs of this system that contain the code of a folder of src.
-test_programs_with() {
-    local program library=$1/libtolvane_$(tr / _ <<<"${1#src/}").a
-    cmake --preset native -B "$NATIVE" >/dev/null
-    ctest --test-dir "$NATIVE" -N | sed -n 's/^ *Test *#[0-9]*: //p' | while read -r program; do
-        if ninja -C "$NATIVE" -t inputs "$program" | grep -xF "$library" >/dev/null; then say "$program"; fi
-    done
-}
-
-# One step that builds these programs, and steps that run them at the same time.
-test_plan_programs() {
-    local program rest=()
-    PLAN=()
-    job build "Build $*" test_build native "$@"
-    job shop "Make the shop's databases" test_shop_make
-    for program in "$@"; do
-        case $program in
-            test_program)
-                job command "$program" test_in_made_shop test_command native
-                after build shop
-                ;;
-            test_kill)
-                job kills "$program" test_in_made_shop test_kills
-                after build shop
-                ;;
-            *) rest+=("$program") ;;
-        esac
-    done
-    [ ${#rest[@]} -gt 0 ] || return 0
-    job run "${rest[*]}" test_only_native "^($(printf '%s\n' "${rest[@]}" | paste -sd'|'))\$"
-    after build shop
-}
-
-# For a quick look there are fewer kills.
-test_in_made_shop() {
-    TEST_SHOP_IS_MADE=yes
-    export TOLVANE_COMMAND_KILLS=${TOLVANE_COMMAND_KILLS:-15}
-    "$@"
-}
-
-# Many of them wait for time-outs.
-test_only_native() {
-    JOBS=$((JOBS * 2))
-    test_native -R "$1"
-}
-
-test_plan_windows_program() {
-    PLAN=()
-    job build "Build $1 for Windows" test_build windows "$1"
-    job client "Build the client library for Wine" fbclient_build
-    job run "$1 in Wine" test_in_lane a test_windows_programs "$1"
-        after build client
-}
-
-# The step that runs a program of module tests.
-test_step_of_program() {
-    case $1 in
-        test_module) say module-1251 ;;
-        test_settings) say settings-96 ;;
-        test_links) say links ;;
-        test_disk) say disk ;;
-        test_host_module) say host ;;
-        test_upload_stops) say windows-stops ;;
-        *) say "$1" ;;
-    esac
-}
-
-test_plan_only() {
-    local name programs line
-    TEST_KIND=$(tr -c 'A-Za-z0-9_.\n' '-' <<<"$1")
-    if [[ $1 == *:* ]]; then export GTEST_FILTER=${1#*:}; fi
-    name=$(test_step_of_program "${1%%:*}")
-    if [ -n "${JOB_STATE[$name]:-}" ]; then
-        PLAN_FORCED=$name
-        plan_keep "$name"
-    elif [ -d "$name" ]; then
-        mapfile -t programs < <(test_programs_with "${name%/}")
-        [ ${#programs[@]} -gt 0 ] || fail "no program of this system holds what lies in $name"
-        test_plan_programs "${programs[@]}"
-    elif line=$(grep -rhE "tolvane_test\($name( |\$)" tests --include=CMakeLists.txt); then
-        # The programs of this level are for Windows only.
-        if [[ $line == *"LEVEL module"* ]]; then test_plan_windows_program "$name"; else test_plan_programs "$name"; fi
-    else
-        fail "there is no step, no test program and no folder \"$name\"; ./test.sh --list names the steps"
-    fi
 }
 
 test_plan_show() {

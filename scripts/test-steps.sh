@@ -12,8 +12,6 @@ source "$ROOT/tests/module/settings/steps.sh"
 source "$ROOT/tests/module_host/steps.sh"
 
 LANES=(a b c d)
-declare -A COMMAND_SHARDS=([native]=16 [windows]=8)
-KILL_SHARDS=4
 
 # test_in_lane <lane> <command>...: runs it with the lane's own Wine prefix, display and servers.
 test_in_lane() {
@@ -75,24 +73,35 @@ test_command() {
         test_runtime
         wine_regional 1251 comma
         wine_session
+        test_shards windows program/test_program 24 8
+    else
+        test_shards native program/test_program 96 24
     fi
-    test_shards "$1" program/test_program "${COMMAND_SHARDS[$1]}"
 }
 
-# test_shards native|windows <program in tests/command> <number>: the program's tests in so many processes at
-# the same time. The command's runs mostly wait for the pauses that scales need.
+# test_shards native|windows <program in tests/command> <parts> <at a time>: the program's tests in so many
+# parts, each a process. The command's runs mostly wait for the pauses that scales need.
 test_shards() {
-    local program=$BUILD/$1/tests/command/$2 name shard pids=() status=0
-    name=$(basename "$2")-$1
-    for ((shard = 0; shard < $3; ++shard)); do
-        GTEST_TOTAL_SHARDS=$3 GTEST_SHARD_INDEX=$shard \
-            test_command_program "$1" "$program" "$STEP_RESULTS/$name-$shard.json" >"$BUILD/$name-$shard.log" 2>&1 &
-        pids+=($!)
+    local program=$BUILD/$1/tests/command/$2 part status=0 ended=0
+    local -A running=()
+    for ((part = 0; part < $3; ++part)); do
+        if [ ${#running[@]} -ge "$4" ]; then test_shard_end "$3" || status=1; fi
+        GTEST_TOTAL_SHARDS=$3 GTEST_SHARD_INDEX=$part \
+            test_command_program "$1" "$program" "$STEP_RESULTS/$part.json" >"$STEP_RESULTS/$part.log" 2>&1 &
+        running[$!]=$part
     done
-    for ((shard = 0; shard < $3; ++shard)); do
-        wait "${pids[$shard]}" || status=1
-        cat "$BUILD/$name-$shard.log"
-    done
+    while [ ${#running[@]} -gt 0 ]; do test_shard_end "$3" || status=1; done
+    return "$status"
+}
+
+# test_shard_end <parts>: waits for one of $running, and shows what it printed.
+test_shard_end() {
+    local pid status=0
+    wait -n -p pid "${!running[@]}" || status=$?
+    cat "$STEP_RESULTS/${running[$pid]}.log"
+    unset "running[$pid]"
+    ended=$((ended + 1))
+    say "[$ended/$1]"
     return "$status"
 }
 
@@ -127,7 +136,7 @@ test_headless() {
 # The built command, killed and interrupted.
 test_kills() {
     test_shop_make
-    test_shards native kill/test_kill "$KILL_SHARDS"
+    test_shards native kill/test_kill 4 4
 }
 
 # The run engine under ThreadSanitizer; only its program is built so. Without setarch it would fail on

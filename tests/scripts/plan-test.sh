@@ -63,6 +63,19 @@ job many "Many" many
 PLAN
 expect_run "all tests that have ended are counted" 0 "600/700" "many: ok"
 
+run_plan <<'PLAN'
+programs() {
+    echo "[==========] Running 7 tests from 1 test suite."
+    echo "[       OK ] SomeTest.Passes (1 ms)"
+    echo "[2/24]"
+    ran "$(job_progress programs)"
+    echo "  3/61 Test  #5: test_text ............   Passed    0.11 sec"
+    ran "$(job_progress programs)"
+}
+job programs "Programs" programs
+PLAN
+expect_run "so are a step's parts and programs" 0 "2/24 3/61" "programs: ok"
+
 echo one >"$tree/input"
 reading='job look "Look" ran look; reads "in*"
 job next "Next" ran next; after look'
@@ -107,6 +120,22 @@ job a "A" meet a
 job b "B" meet b
 PLAN
 expect_run "others are" 0 "?-begins ?-begins ?-ends ?-ends" ""
+
+run_plan <<'PLAN'
+turn() { ran "$1-begins"; sleep 0.5; ran "$1-ends"; }
+job before "Before" ran before
+job a "A" turn a; first
+job b "B" turn b; first
+job c "C" ran c
+PLAN
+expect_run "what comes first has nothing later beside it" 0 "before a-begins a-ends b-begins b-ends c" ""
+run_plan <<'PLAN'
+PLAN_KEEP_GOING=yes
+bad() { false; }
+job a "A" bad; first
+job b "B" ran b
+PLAN
+expect_run "it holds nothing up once it has failed" 1 "b" "FAILED: a"
 
 run_plan <<'PLAN'
 job a "A" ran a
