@@ -5,8 +5,9 @@
 #   test_plan_show        what will be done, and how long it took last time
 #   test_plan_run
 #
-# Four lanes share the Windows tests. What takes the UDP ports of a scale on this machine's own
-# addresses never runs beside another such step; the steps in a shop's network have ports of their own.
+# Four lanes share the Windows tests, each with about the same seconds. What takes the UDP ports of a scale
+# on this machine's own addresses never runs beside another such step; the steps in a shop's network have
+# ports of their own.
 
 NATIVE=$BUILD/native
 WINDOWS=$BUILD/windows
@@ -25,6 +26,8 @@ test_plan() {
     [ "$1" = yes ] || test_plan_windows
     test_plan_native
     test_plan_chain
+    [ "$1" = yes ] || test_plan_bench
+    test_plan_scripts
     test_plan_threads
     test_plan_fuzz
     test_plan_tidy "$1"
@@ -33,18 +36,49 @@ test_plan() {
 test_plan_checks() {
     job packages "Packages" "$SCRIPTS/packages.sh"
     job layers "Layers" "$SCRIPTS/check-layers.sh"
-    job layers-faults "The layers check finds planted faults" tests/scripts/check-layers-test.sh
-        reads scripts/check-layers.sh scripts/lib.sh tests/scripts
     job messages "Commit messages" "$SCRIPTS/check-messages.sh"
-    job messages-faults "The messages check finds planted faults" tests/scripts/check-messages-test.sh
-        reads scripts/check-messages.sh scripts/lib.sh tests/scripts
     job pages "The pages' links" "$SCRIPTS/check-links.py"
         after packages
-    job guide "The guides as HTML and PDF" "$SCRIPTS/guide.sh"
-        after packages; reads docs simulator/README.md CMakeLists.txt "${TEST_SCRIPTS[@]}"
     job guide-texts "The guide has every text of the module" "$SCRIPTS/check-guide.py"
         after packages
     job excerpts "The pieces of code of the host's page" "$SCRIPTS/check-excerpts.py"
+    job format "Format" "$SCRIPTS/check-format.sh"
+        after packages
+}
+
+# The tests wait for all builds: beside a build they would take longer, and so would the build.
+test_plan_builds() {
+    job build-linux "Build for Linux" test_build native
+        after packages; first
+    if [ "$1" = no ]; then
+        job client "Build the client library for Wine" fbclient_build
+            after packages
+        job build-windows "Build for Windows" test_build windows
+            after packages; first
+    fi
+    job build-threads "Build the run engine for ThreadSanitizer" test_build threads test_threads
+        after packages; first
+    job build-fuzz "Build the fuzzers" test_build fuzz fuzzers
+        after packages; first
+}
+
+# The benchmarks have a Wine prefix, a display and a server of their own.
+test_plan_bench() {
+    job bench "The benchmarks, shortly" tests/bench/run.sh --quick
+        after build-windows build-linux client
+        reads "$NATIVE/tests/bench/*/*_*" "$WINDOWS/tests/bench/*/*.exe" "$WINDOWS/tests/bench/*/*.dll" tests/bench \
+            "$WINDOWS/src/entry/Tolvane.dll" "$NATIVE/src/command/tolvane" tests/module/schema.sql "demo/*.sql" \
+            tests/command/program/shop.sql "${TEST_SCRIPTS[@]}"
+}
+
+# The guides, and the tests of the checks and of the scripts.
+test_plan_scripts() {
+    job guide "The guides as HTML and PDF" "$SCRIPTS/guide.sh"
+        after packages; reads docs simulator/README.md CMakeLists.txt "${TEST_SCRIPTS[@]}"
+    job layers-faults "The layers check finds planted faults" tests/scripts/check-layers-test.sh
+        reads scripts/check-layers.sh scripts/lib.sh tests/scripts
+    job messages-faults "The messages check finds planted faults" tests/scripts/check-messages-test.sh
+        reads scripts/check-messages.sh scripts/lib.sh tests/scripts
     job pages-faults "The checks of the pages find planted faults" tests/scripts/check-pages-test.sh
         after packages; reads scripts/check-links.py scripts/check-guide.py scripts/check-excerpts.py \
             scripts/guide/pages.py src docs examples packaging/windows/Texts.nsh tests/scripts
@@ -59,28 +93,6 @@ test_plan_checks() {
         reads scripts/lib.sh tests/scripts
     job displays "Displays keep apart" tests/scripts/display-test.sh
         after packages; reads scripts/wine.sh scripts/lib.sh tests/scripts
-    job format "Format" "$SCRIPTS/check-format.sh"
-        after packages
-}
-
-# The tests wait for all builds: beside a build they would take longer, and so would the build.
-test_plan_builds() {
-    if [ "$1" = no ]; then
-        job client "Build the client library for Wine" fbclient_build
-            after packages
-        job pascal "Build Free Pascal for Windows" pascal_build
-            after packages
-    fi
-    job build-linux "Build for Linux" test_build native
-        after packages; first
-    if [ "$1" = no ]; then
-        job build-windows "Build for Windows" test_build windows
-            after packages; first
-    fi
-    job build-threads "Build the run engine for ThreadSanitizer" test_build threads test_threads
-        after packages; first
-    job build-fuzz "Build the fuzzers" test_build fuzz fuzzers
-        after packages; first
 }
 
 test_plan_native() {
@@ -121,14 +133,16 @@ test_plan_native() {
 }
 
 test_plan_windows() {
+    test_plan_lane_a
+    test_plan_lane_b
+    test_plan_lane_c
+    test_plan_lane_d
+    job pascal "Build Free Pascal for Windows" pascal_build
+        after packages
     job asio-threads "One kind of Asio's threads" "$SCRIPTS/check-asio-threads.sh" "$WINDOWS"
         after build-windows
     job files "The built files" test_files
         after build-windows
-    test_plan_lane_c
-    test_plan_lane_a
-    test_plan_lane_d
-    test_plan_lane_b
 }
 
 # Ansible and clang-tidy take as much of the processor as a build: one at a time, beside tests that mostly
@@ -177,9 +191,6 @@ test_plan_lane_a() {
         after build-windows client; lane a; alone udp
         reads "$WINDOWS/tests/command/program/*.exe" "$WINDOWS/src/command/tolvane.exe" \
             tests/command/program/shop.sql "demo/*.sql" "${TEST_SCRIPTS[@]}"
-    job windows-links "Channels and searches for Windows" test_in_lane a test_windows_level integration
-        after build-windows client; lane a; alone udp
-        reads "$WINDOWS/tests/integration/*/*.exe" "demo/*.sql" "${TEST_SCRIPTS[@]}"
 }
 
 test_plan_lane_b() {
@@ -194,15 +205,6 @@ test_plan_lane_b() {
         after build-windows client; lane b
         reads "$WINDOWS/tests/module/settings/test_settings.exe" tests/module/settings docs/settings-windows.md \
             "${TEST_SCRIPTS[@]}"
-    job resolutions "All windows, 120 to 192 dots per inch" test_in_lane b test_resolutions 120 144 192
-        after build-windows client; lane b
-        reads "$WINDOWS/tests/module/test_module.exe" "$WINDOWS/tests/module/settings/test_settings.exe" \
-            "$WINDOWS/tests/module/run/test_upload_forms.exe" tests/module/settings/steps.sh "${MODULE_FILES[@]}"
-    job disk "A full disk" test_in_lane b test_disk_run
-        after build-windows client; lane b
-        reads "$WINDOWS/tests/module/disk/test_disk.exe" tests/module/disk/run.sh "${MODULE_FILES[@]}" \
-            "$WINDOWS/tests/command/program/test_program.exe" "$WINDOWS/src/command/tolvane.exe" \
-            tests/command/program/shop.sql "demo/*.sql"
 }
 
 test_plan_lane_c() {
@@ -220,11 +222,15 @@ test_plan_lane_c() {
         after build-windows build-linux client; lane c
         reads "$WINDOWS/tests/module/links/test_links.exe" "$NATIVE/simulator/virtual-scale" \
             tests/module/links/run.sh "${TEST_SCRIPTS[@]}"
-    job bench "The benchmarks, shortly" test_in_lane c tests/bench/run.sh --quick
-        after build-windows build-linux client; lane c
-        reads "$NATIVE/tests/bench/*/*_*" "$WINDOWS/tests/bench/*/*.exe" "$WINDOWS/tests/bench/*/*.dll" tests/bench \
-            "$WINDOWS/src/entry/Tolvane.dll" "$NATIVE/src/command/tolvane" tests/module/schema.sql "demo/*.sql" \
-            tests/command/program/shop.sql "${TEST_SCRIPTS[@]}"
+    job resolutions "All windows, 120 to 192 dots per inch" test_in_lane c test_resolutions 120 144 192
+        after build-windows client; lane c
+        reads "$WINDOWS/tests/module/test_module.exe" "$WINDOWS/tests/module/settings/test_settings.exe" \
+            "$WINDOWS/tests/module/run/test_upload_forms.exe" tests/module/settings/steps.sh "${MODULE_FILES[@]}"
+    job disk "A full disk" test_in_lane c test_disk_run
+        after build-windows client; lane c
+        reads "$WINDOWS/tests/module/disk/test_disk.exe" tests/module/disk/run.sh "${MODULE_FILES[@]}" \
+            "$WINDOWS/tests/command/program/test_program.exe" "$WINDOWS/src/command/tolvane.exe" \
+            tests/command/program/shop.sql "demo/*.sql"
 }
 
 test_plan_lane_d() {
@@ -239,6 +245,9 @@ test_plan_lane_d() {
         reads tests/release packaging docs examples tools LICENSE CHANGELOG.md simulator/README.md src/entry/HostInterface.h \
             tests/command/program/shop.sql "demo/*.sql" "$WINDOWS/src/command/tolvane.exe" \
             "$WINDOWS/simulator/virtual-scale.exe" "${DEMO_FILES[@]}"
+    job windows-links "Channels and searches for Windows" test_in_lane d test_windows_level integration
+        after build-windows client; lane d; alone udp
+        reads "$WINDOWS/tests/integration/*/*.exe" "demo/*.sql" "${TEST_SCRIPTS[@]}"
 }
 
 test_plan_show() {

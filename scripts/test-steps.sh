@@ -11,7 +11,7 @@ source "$ROOT/tests/module/steps.sh"
 source "$ROOT/tests/module/settings/steps.sh"
 source "$ROOT/tests/module_host/steps.sh"
 
-LANES=(a b c d)
+LANES=(a b c d bench)
 
 # test_in_lane <lane> <command>...: runs it with the lane's own Wine prefix, display and servers.
 test_in_lane() {
