@@ -3,9 +3,9 @@
 # up to date is left out.
 #
 #   ./test.sh                 everything
-#   ./test.sh --quick         what needs no Wine: checks, unit and integration tests
-#   ./test.sh --list          the steps, and how long each took last time; does nothing. With another
-#                             option the steps that it leaves
+#   ./test.sh --quick         what needs no Wine
+#   ./test.sh --list          the steps, and how long each took last time; does nothing. With `--quick` or
+#                             `--only`, the steps of that run
 #   ./test.sh --only <name>   only that, whether it is up to date or not. The name is
 #                             a step's of the list, with what it needs;
 #                             a test program's: test_upload;
@@ -39,12 +39,13 @@ while [ $# -gt 0 ]; do
 done
 if [ "${CI:-}" = true ]; then PLAN_ALL=yes; fi
 
+# A folder's programs are found in its build.
+if [ "$list" = no ] || [ -n "$only" ]; then plan_lock; fi
 test_plan "$quick"
 if [ -n "$only" ]; then test_plan_only "$only"; fi
 test_plan_show
 [ "$list" = no ] || exit 0
 
-plan_lock
 trap 'code=$?; plan_end; test_end "$code"' EXIT
 trap 'exit 130' INT TERM
 test_plan_run

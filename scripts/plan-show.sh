@@ -30,7 +30,7 @@ job_progress() {
         /^\[[0-9]+\/[0-9]+\]/ { split($1, part, /[][]/); shown = part[2] }
         /^ *[0-9]+\/[0-9]+ Test +#/ { shown = $1 }
         /^\[==========\] Running / { all = $3; ended = 0 }
-        /^\[       OK \]|^\[  FAILED  \]/ { ++ended; shown = ended "/" all }
+        /^\[(       OK |  FAILED  |  SKIPPED )\].* ms\)$/ { ++ended; shown = ended "/" all }
         END { print shown }'
 }
 

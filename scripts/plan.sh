@@ -2,18 +2,19 @@
 # Sourced by test.sh: a plan of steps, and running it with several lanes at the same time.
 #
 #   job <name> "<title>" <command> [argument]...   adds a step to the plan; the lines that follow describe it
-#       lane <name>       one step of a lane runs at a time, in the plan's order
+#       lane <name>       one step of a lane runs at a time, the first that may start
 #       after <name>...   starts when these steps have passed
 #       alone <word>...   never beside another step with one of the words
 #       first             the steps after it in the plan wait until it has ended, even without `after`
 #       reads <path>...   all that the result depends on: files, folders or patterns. Such a step is
 #                         left out while nothing of it has changed since the step last passed.
 #
-#   plan_show             what will be done, and how long it took last time (plan-show.sh)
+#   plan_show             the steps, and how long each took last time (plan-show.sh)
 #   plan_lock             makes sure that no other run is under way in the build folder
-#   plan_run              runs the plan; PLAN_STATUS is 1 then when a step has failed. Like `step` of
+#   plan_run              runs the plan; PLAN_STATUS is then 1 when a step has failed. Like `step` of
 #                         lib.sh it is to be called as a statement of its own.
-#   plan_end              ends what still runs
+#   plan_end              ends what still runs. A step's programs have to stay in its process group,
+#                         so it calls `timeout --foreground`.
 #
 # PLAN_ALL=yes runs what is up to date too. PLAN_FORCED: the steps that run even when up to date.
 # PLAN_KEEP_GOING=yes goes on after a failure. A step runs in a subshell as `step` of lib.sh runs it;
@@ -54,10 +55,10 @@ job_last_time() { cat "$PLAN_FOLDER/seconds/$1" 2>/dev/null || true; }
 
 # plan_keep <name>...: of the plan only these steps, and what they start after.
 plan_keep() {
-    local name other kept=() wanted=" $* "
-    for ((i = ${#PLAN[@]} - 1; i >= 0; --i)); do
-        name=${PLAN[i]}
-        if [[ $wanted == *" $name "* ]]; then wanted+="${JOB_AFTER[$name]} "; fi
+    local name kept=() wanted=" $* " before=
+    until [ "$wanted" = "$before" ]; do
+        before=$wanted
+        for name in $wanted; do wanted=" $(tr ' ' '\n' <<<"$wanted${JOB_AFTER[$name]}" | sort -u | paste -sd' ') "; done
     done
     for name in "${PLAN[@]}"; do
         if [[ $wanted == *" $name "* ]]; then kept+=("$name"); fi
@@ -105,7 +106,7 @@ job_is_current() {
 job_may_start() {
     local name=$1 other word
     for other in ${JOB_AFTER[$name]}; do
-        case ${JOB_STATE[$other]:-passed} in
+        case ${JOB_STATE[$other]} in
             passed | current) ;;
             failed | dropped)
                 JOB_STATE[$name]=dropped
@@ -126,7 +127,12 @@ job_may_start() {
 
 job_start() {
     local name=$1
-    JOB_KEY[$name]=$(job_key "$name")
+    JOB_STARTED[$name]=$SECONDS
+    mkdir -p "$LOGS"
+    if ! JOB_KEY[$name]=$(job_key "$name" 2>"$(job_log "$name")"); then
+        job_fail "$name"
+        return 0
+    fi
     if job_is_current "$name"; then
         JOB_STATE[$name]=current
         plan_tell "$name: up to date"
@@ -134,7 +140,7 @@ job_start() {
     fi
     rm -rf "$PLAN_FOLDER/passed/$name" "$(job_results "$name")"
     mkdir -p "$(job_results "$name")"
-    JOB_STATE[$name]=running JOB_STARTED[$name]=$SECONDS JOB_TOLD[$name]=$SECONDS
+    JOB_STATE[$name]=running JOB_TOLD[$name]=$SECONDS
     plan_tell "$name: ${JOB_TITLE[$name]} ..."
     # In a process group of its own, so that it can be ended with all that it has started.
     set -m
@@ -154,7 +160,8 @@ job_finish() {
     wait "${JOB_PID[$name]}" || status=$?
     if [ "$status" -eq 0 ]; then
         JOB_STATE[$name]=passed
-        printf '%s\n' "$seconds" >"$PLAN_FOLDER/seconds/$name"
+        # Some of its tests tell nothing about the time of all.
+        [ -n "${GTEST_FILTER:-}" ] || printf '%s\n' "$seconds" >"$PLAN_FOLDER/seconds/$name"
         # The step may not have seen a file that has changed meanwhile.
         if [ -n "${JOB_KEY[$name]}" ] && [ "$(job_key "$name")" = "${JOB_KEY[$name]}" ]; then
             printf '%s\n' "${JOB_KEY[$name]}" >"$PLAN_FOLDER/passed/$name"
@@ -162,10 +169,15 @@ job_finish() {
         plan_tell "$name: ok ($seconds s)"
         return 0
     fi
+    job_fail "$name"
+}
+
+job_fail() {
+    local name=$1
     JOB_STATE[$name]=failed
     plan_clear
     {
-        printf 'FAILED: %s (%s), after %d s\n' "$name" "${JOB_TITLE[$name]}" "$seconds"
+        printf 'FAILED: %s (%s), after %d s\n' "$name" "${JOB_TITLE[$name]}" "$((SECONDS - JOB_STARTED[$name]))"
         failure_excerpt "$(job_log "$name")"
         printf 'whole log: %s\n' "$(job_log "$name")"
     } >&2
@@ -201,6 +213,15 @@ plan_start_more() {
     done
 }
 
+# What is up to date, or will not be run, may let a step before it in the plan start.
+plan_start_all() {
+    local before=
+    until [ "$before" = "${JOB_STATE[*]}" ]; do
+        before=${JOB_STATE[*]}
+        plan_start_more
+    done
+}
+
 plan_finish_some() {
     local name
     for name in "${PLAN[@]}"; do
@@ -218,9 +239,10 @@ plan_lock() {
 }
 
 plan_run() {
+    plan_check
     mkdir -p "$LOGS" "$PLAN_FOLDER"/{passed,seconds,results}
     while true; do
-        if [ "$PLAN_KEEP_GOING" = yes ] || ! plan_has failed; then plan_start_more; fi
+        if [ "$PLAN_KEEP_GOING" = yes ] || ! plan_has failed; then plan_start_all; fi
         plan_has running || break
         sleep 0.3
         plan_finish_some
@@ -240,6 +262,16 @@ plan_run() {
     fi
 }
 
+# A step after one that is not in the plan would never start.
+plan_check() {
+    local name other
+    for name in "${PLAN[@]}"; do
+        for other in ${JOB_AFTER[$name]}; do
+            [[ " ${PLAN[*]} " == *" $other "* ]] || fail "the step $name is after $other, and there is no such step"
+        done
+    done
+}
+
 plan_end() {
     local name
     for name in "${PLAN[@]}"; do
@@ -249,7 +281,12 @@ plan_end() {
     done
     for name in "${PLAN[@]}"; do
         if [ "${JOB_STATE[$name]}" = ended ]; then
-            wait_until 15 process_gone "${JOB_PID[$name]}" || kill -9 -- "-${JOB_PID[$name]}" 2>/dev/null || true
+            wait_until 15 group_gone "${JOB_PID[$name]}" || kill -9 -- "-${JOB_PID[$name]}" 2>/dev/null || true
         fi
     done
+}
+
+# group_gone <number>: whether no process of the group runs any more.
+group_gone() {
+    ! pgrep --pgroup "$1" --runstates D,I,R,S,T,t >/dev/null
 }

@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
-"""Prints where the seconds of the last run of test.sh went: its longest steps, what took longest to
-build, and the longest tests.
+"""Prints where the seconds of test.sh go: its longest steps, what takes longest to build, and the longest
+tests.
 
-    scripts/slowest.py [NUMBER]     so many of each; 10 unless told
+    scripts/slowest.py [NUMBER]     so many of each; 10 by default
 
-Of a build the last time counts that each file was made. Parts of a build and of a step run at the same
-time, so the sums are more than what the clock showed.
+What has run several times in this build folder counts with its last time. Parts of a build and of a step
+run at the same time, so the sums are more than what the clock showed.
 """
 
 import json

@@ -6,7 +6,8 @@
 # The programs of this system that contain the code of a folder of src.
 test_programs_with() {
     local program library=$1/libtolvane_$(tr / _ <<<"${1#src/}").a
-    cmake --preset native -B "$NATIVE" >/dev/null
+    "$SCRIPTS/packages.sh" >&2
+    cmake --preset native -B "$NATIVE" >/dev/null || fail "the build for this system cannot be configured"
     ctest --test-dir "$NATIVE" -N | sed -n 's/^ *Test *#[0-9]*: //p' | while read -r program; do
         if ninja -C "$NATIVE" -t inputs "$program" | grep -xF "$library" >/dev/null; then say "$program"; fi
     done
@@ -16,23 +17,26 @@ test_programs_with() {
 test_plan_programs() {
     local program rest=()
     PLAN=()
+    job packages "Packages" "$SCRIPTS/packages.sh"
     job build "Build $*" test_build native "$@"
+        after packages
     job shop "Make the shop's databases" test_shop_make
+        after packages
     for program in "$@"; do
         case $program in
             test_program)
-                job command "$program" test_in_made_shop test_command native
+                job part-command "$program" test_in_made_shop test_command native
                 after build shop
                 ;;
             test_kill)
-                job kills "$program" test_in_made_shop test_kills
+                job part-kills "$program" test_in_made_shop test_kills
                 after build shop
                 ;;
             *) rest+=("$program") ;;
         esac
     done
     [ ${#rest[@]} -gt 0 ] || return 0
-    job run "${rest[*]}" test_only_native "^($(printf '%s\n' "${rest[@]}" | paste -sd'|'))\$"
+    job part-rest "${rest[*]}" test_only_native "^($(printf '%s\n' "${rest[@]}" | paste -sd'|'))\$"
     after build shop
 }
 
@@ -52,9 +56,12 @@ test_only_native() {
 
 test_plan_windows_program() {
     PLAN=()
+    job packages "Packages" "$SCRIPTS/packages.sh"
     job build "Build $1 for Windows" test_build windows "$1"
+        after packages
     job client "Build the client library for Wine" fbclient_build
-    job run "$1 in Wine" test_in_lane a test_windows_programs "$1"
+        after packages
+    job part-wine "$1 in Wine" test_in_lane a test_windows_programs "$1"
         after build client
 }
 
@@ -80,9 +87,10 @@ test_plan_only() {
         PLAN_FORCED=$name
         plan_keep "$name"
     elif [ -d "$name" ]; then
-        mapfile -t programs < <(test_programs_with "${name%/}")
-        [ ${#programs[@]} -gt 0 ] || fail "no program of this system holds what lies in $name"
-        test_plan_programs "${programs[@]}"
+        programs=$(test_programs_with "${name%/}")
+        [ -n "$programs" ] || fail "no program of this system holds what lies in $name"
+        # shellcheck disable=SC2086
+        test_plan_programs $programs
     elif line=$(grep -rhE "tolvane_test\($name( |\$)" tests --include=CMakeLists.txt); then
         # The programs of this level are for Windows only.
         if [[ $line == *"LEVEL module"* ]]; then test_plan_windows_program "$name"; else test_plan_programs "$name"; fi

@@ -2,10 +2,10 @@
 # Sourced by test.sh: which steps there are, and what they depend on.
 #
 #   test_plan <yes for what needs no Wine>
-#   test_plan_show        what will be done, and how long it took last time
+#   test_plan_show        the steps, and how long each took last time
 #   test_plan_run
 #
-# Four lanes share the Windows tests, each with about the same seconds. What takes the UDP ports of a scale
+# Four lanes share the Windows tests and take about as long as each other. What takes the UDP ports of a scale
 # on this machine's own addresses never runs beside another such step; the steps in a shop's network have
 # ports of their own.
 
@@ -98,7 +98,7 @@ test_plan_scripts() {
 test_plan_native() {
     job unit "Unit tests" test_native -L '^unit$'
         after build-linux; lane native
-        reads "$NATIVE/tests/unit/*/test_*" "$NATIVE/tests/command/window/test_same_requests" \
+        reads "$NATIVE/tests/unit/*/test_*" "$NATIVE/tests/unit/*/*.so" "$NATIVE/tests/command/window/test_same_requests" \
             "$NATIVE/tests/support/client/fake_client.so" "$NATIVE/simulator/virtual-scale" "${TEST_SCRIPTS[@]}"
     job integration "Integration tests" test_integration
         after build-linux; lane native; alone udp
@@ -106,7 +106,7 @@ test_plan_native() {
             "demo/*.sql" "${TEST_SCRIPTS[@]}"
     job command "The command on this system" test_command native
         after build-linux; lane native; alone udp
-        reads "$NATIVE/tests/command/program/test_program" "$NATIVE/src/command/tolvane" \
+        reads "$NATIVE/tests/command/program/test_program" "$NATIVE/tests/command/program/*.so" "$NATIVE/src/command/tolvane" \
             tests/command/program/shop.sql "demo/*.sql" "${TEST_SCRIPTS[@]}"
     job headless "The demo by the command alone" test_headless
         after build-linux
@@ -117,7 +117,8 @@ test_plan_native() {
             tests/command/program/shop.sql demo/schema.sql "${TEST_SCRIPTS[@]}"
     job report "The command's reports in a browser" tests/command/report/browser.sh
         after examples
-        reads "$NATIVE/src/command/tolvane" docs/command.md tests/command/report tests/command/examples "${TEST_SCRIPTS[@]}"
+        reads "$NATIVE/src/command/tolvane" "$NATIVE/simulator/virtual-scale" docs/command.md tests/command/report \
+            tests/command/examples tests/command/program/shop.sql demo/schema.sql tests/scripts/lib.sh "${TEST_SCRIPTS[@]}"
     job texts "The command's manual page and completion" tests/command/examples/texts.sh "$NATIVE/src/command"
         after build-linux
         reads "$NATIVE/src/command/tolvane*" tests/command/examples tests/scripts/lib.sh tools/systemd tools/ansible docs
@@ -172,7 +173,7 @@ test_plan_tidy() {
         after build-linux; lane tidy; alone cores
     [ "$1" = no ] || return 0
     job tidy-windows "clang-tidy, Windows" nice -n 19 "$SCRIPTS/tidy.sh" windows
-        after build-windows tidy-linux; lane tidy; alone cores
+        after build-windows; lane tidy; alone cores
 }
 
 test_plan_lane_a() {
@@ -199,12 +200,12 @@ test_plan_lane_b() {
         reads "$WINDOWS/tests/module/*.exe" "$WINDOWS/tests/module/unloading/*.dll" "${MODULE_FILES[@]}"
     job settings-144 "Settings windows, 144 dots per inch" test_in_lane b test_settings_run 144 1252
         after build-windows client; lane b
-        reads "$WINDOWS/tests/module/settings/test_settings.exe" tests/module/settings docs/settings-windows.md \
-            "${TEST_SCRIPTS[@]}"
+        reads "$WINDOWS/tests/module/settings/test_settings.exe" tests/module/settings tests/module/steps.sh \
+            docs/settings-windows.md "${TEST_SCRIPTS[@]}"
     job settings-96 "Settings windows, 96 dots per inch" test_in_lane b test_settings_run 96 1251
         after build-windows client; lane b
-        reads "$WINDOWS/tests/module/settings/test_settings.exe" tests/module/settings docs/settings-windows.md \
-            "${TEST_SCRIPTS[@]}"
+        reads "$WINDOWS/tests/module/settings/test_settings.exe" tests/module/settings tests/module/steps.sh \
+            docs/settings-windows.md "${TEST_SCRIPTS[@]}"
 }
 
 test_plan_lane_c() {
@@ -214,10 +215,10 @@ test_plan_lane_c() {
     job window "The command writes what the window writes" test_in_lane c test_window
         after demo; lane c
         reads "$NATIVE/tests/command/window/test_window" "$NATIVE/src/command/tolvane" \
-            "$WINDOWS/src/command/tolvane.exe" tests/command/window "${DEMO_FILES[@]}"
+            "$WINDOWS/src/command/tolvane.exe" tests/command/window "$BUILD/demo/*.json" "${DEMO_FILES[@]}"
     job deletes "Delete in the demo's scales, over each link" test_in_lane c test_demo_deletes
         after demo; lane c
-        reads "$NATIVE/tests/demo/test_deletes" tests/demo/deletes.sh "${DEMO_FILES[@]}"
+        reads "$NATIVE/tests/demo/test_deletes" tests/demo/deletes.sh "$BUILD/demo/*.json" "${DEMO_FILES[@]}"
     job links "Links over a COM port and a shop's network" test_in_lane c test_links_run
         after build-windows build-linux client; lane c
         reads "$WINDOWS/tests/module/links/test_links.exe" "$NATIVE/simulator/virtual-scale" \
@@ -236,7 +237,8 @@ test_plan_lane_c() {
 test_plan_lane_d() {
     job windows-unit "Unit tests for Windows" test_in_lane d test_windows_level unit
         after build-windows client; lane d
-        reads "$WINDOWS/tests/unit/*/*.exe" "$WINDOWS/tests/module/run/test_upload_forms.exe" "${TEST_SCRIPTS[@]}"
+        reads "$WINDOWS/tests/unit/*/*.exe" "$WINDOWS/tests/unit/*/*.dll" "$WINDOWS/tests/module/run/test_upload_forms.exe" \
+            "${TEST_SCRIPTS[@]}"
     job windows-stops "Runs stopped in every phase" test_in_lane d test_windows_programs test_upload_stops
         after build-windows client; lane d
         reads "$WINDOWS/tests/module/run/test_upload_stops.exe" "${TEST_SCRIPTS[@]}"
@@ -273,6 +275,7 @@ test_plan_run() {
         done
     fi
     if [ -n "$only" ] && [ -z "$(find "${folders[@]}" -name '*.json')" ]; then exit "$status"; fi
+    test_each_ran "${folders[@]}" || status=1
     test_report "${folders[@]}" || status=1
     exit "$status"
 }

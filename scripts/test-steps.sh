@@ -75,7 +75,7 @@ test_command() {
         wine_session
         test_shards windows program/test_program 24 8
     else
-        test_shards native program/test_program 96 24
+        test_shards native program/test_program 96 16
     fi
 }
 
@@ -96,8 +96,12 @@ test_shards() {
 
 # test_shard_end <parts>: waits for one of $running, and shows what it printed.
 test_shard_end() {
-    local pid status=0
+    local pid='' status=0
     wait -n -p pid "${!running[@]}" || status=$?
+    if [ -z "$pid" ]; then
+        cat "$STEP_RESULTS"/*.log
+        fail "a part was killed"
+    fi
     cat "$STEP_RESULTS/${running[$pid]}.log"
     unset "running[$pid]"
     ended=$((ended + 1))
@@ -112,11 +116,11 @@ test_command_program() {
     TOLVANE_FB_SHOP=$(test_shop_file)
     TOLVANE_FB_DIR=$(dirname "$TOLVANE_FB_SHOP")
     if [ "$1" = windows ]; then
-        wine_command timeout 1200 wine "$2.exe" "--gtest_output=json:$(wine_path "$3")" </dev/null
+        wine_command timeout --foreground 1200 wine "$2.exe" "--gtest_output=json:$(wine_path "$3")" </dev/null
     else
         # The embedded engine's threads may still be ending when leaks are looked for, which that does not
         # survive.
-        ASAN_OPTIONS=detect_leaks=0 timeout 600 "$2" "--gtest_output=json:$3"
+        ASAN_OPTIONS=detect_leaks=0 timeout --foreground 600 "$2" "--gtest_output=json:$3"
     fi
 }
 
@@ -206,7 +210,7 @@ test_windows_programs() {
         say "== $name"
         TOLVANE_FB_SERVER=127.0.0.1/$(firebird_port) TOLVANE_FB_PASSWORD=$FIREBIRD_PASSWORD \
             TOLVANE_FB_SHOP=$(test_shop_file) \
-            wine_command timeout 1800 wine "$(test_windows_program "$name")" \
+            wine_command timeout --foreground 1800 wine "$(test_windows_program "$name")" \
             "--gtest_output=json:$(wine_path "$STEP_RESULTS/windows-$name.json")" </dev/null
     done
 }
@@ -289,6 +293,17 @@ test_sum() {
     local sum
     sum=$(sed -n "/^  \"$1\"/{s/[^0-9]//g;p}" "${@:2}" | paste -sd+)
     printf '%d\n' "$((${sum:-0}))"
+}
+
+# test_each_ran <folder of results>...: a filter in a step that fits no test any more would pass as well.
+test_each_ran() {
+    local file status=0
+    [ -z "${GTEST_FILTER:-}" ] || return 0
+    while read -r file; do
+        say "FAILED: no test has run in $file"
+        status=1
+    done < <(find "$@" -name '*.json' -exec grep -l '^  "tests": 0,' {} +)
+    return "$status"
 }
 
 # test_report <folder of results>...: the sum of all, as a plain last line.

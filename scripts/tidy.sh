@@ -132,7 +132,7 @@ apply_rules() {
     shift 2
     # It takes patterns.
     sed 's|[.+]|\\&|g; s|.*|^&$|' "$files" |
-        PYTHONUNBUFFERED=1 xargs run-clang-tidy -p "$commands" -j "$JOBS" -quiet "$@" "${arguments[@]}" 2>&1 |
+        PYTHONUNBUFFERED=1 xargs -d '\n' run-clang-tidy -p "$commands" -j "$JOBS" -quiet "$@" "${arguments[@]}" 2>&1 |
         tee "$commands/output" | count_files "$(wc -l <"$files")" ||
         status=$?
     if [ "$status" -ne 0 ]; then
@@ -141,15 +141,22 @@ apply_rules() {
     return "$status"
 }
 
-# count_files ALL: a line for each file that clang-tidy has read.
+# count_files ALL: a line for each file that clang-tidy has read; fails unless these are all.
 count_files() {
-    awk -v all="$1" '/^[^ ]*clang-tidy[^ ]* -/ { printf "[%d/%d]\n", ++ended, all; fflush() }'
+    awk -v all="$1" '
+        /^[^ ]*clang-tidy[^ ]* -/ { printf "[%d/%d]\n", ++ended, all; fflush() }
+        END { exit ended != all }'
 }
 
 clang_resource_headers() {
     ls -d /usr/lib/llvm-*/lib/clang/*/include | tail -n 1
 }
 
+# What is not committed, or changes meanwhile, is read again.
+commit=
+if [ -z "$(git status --porcelain -- "${PRODUCT[@]}" .clang-tidy scripts/tidy.sh)" ]; then
+    commit=$(git rev-parse HEAD)
+fi
 configure "$preset"
 compiled "$preset" >"$tree/all"
 [ -s "$tree/all" ] || fail "tidy.sh: the build for $preset names no source file"
@@ -180,8 +187,7 @@ if [ -s "$tree/todo" ]; then
     apply_rules "$tree-batches" "$tree/batches" -checks=-bugprone-suspicious-include || status=1
     [ "$status" -eq 0 ] || fail "clang-tidy found something"
 fi
-# What is not committed is read again.
-if [ -z "$(git status --porcelain -- "${PRODUCT[@]}" .clang-tidy scripts/tidy.sh)" ]; then
+if [ -n "$commit" ]; then
     compile_commands >"$passed.commands"
-    echo "$(rules) $(git rev-parse HEAD)" >"$passed"
+    echo "$(rules) $commit" >"$passed"
 fi

@@ -24,7 +24,7 @@ bench() {
     # Firebird's client library keeps some of its memory.
     "${INSIDE[@]}" env "TOLVANE_FB_SERVER=127.0.0.1/$(firebird_port)" "TOLVANE_FB_PASSWORD=$FIREBIRD_PASSWORD" \
         "TOLVANE_FB_DIR=$(dirname "$(test_shop_file)")" "TOLVANE_FB_SHOP=$(test_shop_file)" \
-        ASAN_OPTIONS=detect_leaks=0 timeout 900 "$program" "${QUICK[@]}" "${@:2}"
+        ASAN_OPTIONS=detect_leaks=0 timeout --foreground 900 "$program" "${QUICK[@]}" "${@:2}"
 }
 
 # The same load in this system's process and in the 32-bit one.

@@ -37,7 +37,7 @@ module_test() {
     wine_session
     TOLVANE_FB_SERVER=127.0.0.1/$(firebird_port) TOLVANE_FB_PASSWORD=$FIREBIRD_PASSWORD \
         TOLVANE_FB_FOLDER=$MODULE_DATABASES TOLVANE_SCREENSHOTS=$MODULE_BITMAPS \
-        wine_command timeout 1800 wine "$MODULE_PROGRAM/test_module.exe" "$@" || status=$?
+        wine_command timeout --foreground 1800 wine "$MODULE_PROGRAM/test_module.exe" "$@" || status=$?
     module_pictures
     return "$status"
 }

@@ -39,9 +39,12 @@ began=$SECONDS
 run_plan <<'PLAN'
 bad() { false; }
 job bad "Bad" bad
-job slow "Slow" sleep 60
+slow() { timeout --foreground 60 sh -c 'echo $$ >slow.pid; exec sleep 60'; }
+bad() { timeout 30 sh -c 'until [ -s slow.pid ]; do sleep 0.1; done'; false; }
+job slow "Slow" slow
 PLAN
 expect_run "a failure ends the others" 1 "" "ending the other steps"
+expect "with all that they have started" "gone" "$([ -d "/proc/$(cat slow.pid)" ] && echo "still there" || echo gone)"
 expect "nobody waits for the others" yes "$([ $((SECONDS - began)) -lt 50 ] && echo yes || echo "no, $((SECONDS - began)) s")"
 
 run_plan <<'PLAN'
@@ -101,6 +104,29 @@ run_plan <<<'job look "Look" eval "ran look; echo three >input"; reads "in*"'
 expect_run "nor does a change of the file by the step itself" 0 "look" "look: ok"
 run_plan <<<'job look "Look" ran look; reads "nothing*"'
 expect_run "a pattern that fits nothing is a mistake" 1 "" "reads nothing*, and there is no such file"
+run_plan <<'PLAN'
+PLAN_KEEP_GOING=yes
+job look "Look" ran look; reads "nothing*"
+job other "Other" eval 'sleep 1; ran other'
+PLAN
+expect_run "of that step alone" 1 "other" "FAILED: look"
+run_plan <<<'job look "Look" ran look; after nobody'
+expect_run "so is a step that is after none" 1 "" "look is after nobody"
+
+later='job first "First" ran first; after look
+job look "Look" ran look; reads "in*"'
+run_plan <<<"$later"
+expect_run "a step may be after one below it" 0 "look first" ""
+run_plan <<<"$later"
+expect_run "which may be up to date" 0 "first" "look: up to date"
+run_plan <<'PLAN'
+PLAN_KEEP_GOING=yes
+bad() { false; }
+job second "Second" ran second; after first
+job first "First" ran first; after bad
+job bad "Bad" bad
+PLAN
+expect_run "or never run" 1 "" "second: not run, as first has not passed"
 
 alone='turn() { ran "$1-begins"; sleep 0.5; ran "$1-ends"; }
 job a "A" turn a; %s
@@ -124,7 +150,7 @@ expect_run "others are" 0 "?-begins ?-begins ?-ends ?-ends" ""
 run_plan <<'PLAN'
 turn() { ran "$1-begins"; sleep 0.5; ran "$1-ends"; }
 job before "Before" ran before
-job a "A" turn a; first
+job a "A" turn a; after before; first
 job b "B" turn b; first
 job c "C" ran c
 PLAN
@@ -135,7 +161,7 @@ bad() { false; }
 job a "A" bad; first
 job b "B" ran b
 PLAN
-expect_run "it holds nothing up once it has failed" 1 "b" "FAILED: a"
+expect_run "a failed first step holds nothing up" 1 "b" "FAILED: a"
 
 run_plan <<'PLAN'
 job a "A" ran a
@@ -144,4 +170,12 @@ job c "C" ran c
 plan_keep b
 PLAN
 expect_run "a part of a plan brings what it needs" 0 "a b" ""
+run_plan <<'PLAN'
+job x "X" ran x
+job b "B" ran b; after c
+job y "Y" ran y
+job c "C" ran c; after y
+plan_keep b
+PLAN
+expect_run "also from below" 0 "y c b" ""
 expect_end

@@ -30,5 +30,5 @@ wait_until 30 test -s "$place" || fail "the peer does not get ready"
 read -r tcp udp terminal <"$place"
 wine_com_port "$port" "$terminal" >/dev/null
 wine_session
-wine_command timeout 300 wine "$windows/tests/bench/exchange/bench_exchange.exe" "${arguments[@]}" \
+wine_command timeout --foreground 300 wine "$windows/tests/bench/exchange/bench_exchange.exe" "${arguments[@]}" \
     --peer "$tcp" "$udp" "$port"

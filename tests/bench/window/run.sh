@@ -41,7 +41,7 @@ bench_prepare() {
 bench_program() {
     TOLVANE_FB_SERVER=127.0.0.1/$(firebird_port) TOLVANE_FB_PASSWORD=$FIREBIRD_PASSWORD \
         TOLVANE_FB_FOLDER=$DATABASES \
-        wine_command timeout 600 wine "$PROGRAMS/$1.exe" "${@:2}" </dev/null
+        wine_command timeout --foreground 600 wine "$PROGRAMS/$1.exe" "${@:2}" </dev/null
 }
 
 # What runs already is the caller's. Wine's processes are always new, as test_runtime ends those before.

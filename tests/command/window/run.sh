@@ -27,11 +27,11 @@ window_prepare() {
 }
 
 window_tolvane() {
-    FIREBIRD_LOCK=$BUILD/window/locks timeout 600 "$BUILD/native/src/command/tolvane" "$@"
+    FIREBIRD_LOCK=$BUILD/window/locks timeout --foreground 600 "$BUILD/native/src/command/tolvane" "$@"
 }
 
 window_tolvane_in_wine() {
-    wine_command timeout 600 wine "$BUILD/windows/src/command/tolvane.exe" "$@"
+    wine_command timeout --foreground 600 wine "$BUILD/windows/src/command/tolvane.exe" "$@"
 }
 
 # window_search <command>...: it finds both scales of the network, and nothing else.

@@ -27,7 +27,7 @@ disk_refusal() {
 # disk_tests <name> <program> [filter]: a filter that fits no test is a mistake.
 disk_tests() {
     local status=0
-    wine_command timeout 900 wine "$windows/tests/$2" "${arguments[@]/%.json/-$1.json}" \
+    wine_command timeout --foreground 900 wine "$windows/tests/$2" "${arguments[@]/%.json/-$1.json}" \
         "--gtest_filter=${3:-${GTEST_FILTER:-*}}" >"$BUILD/disk-$1.out" 2>&1 || status=$?
     cat "$BUILD/disk-$1.out"
     [ "$status" -eq 0 ] || fail "$2 ends with code $status"
