@@ -3,8 +3,6 @@
 # the demo have left under build. One that looks the same is not written anew.
 #
 #   scripts/pictures.sh [PICTURE]...    all of them, or these
-#
-# promotions.png is made by hand: the list of the demo shop with these columns, sorted by "В промоция".
 
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 cd "$ROOT"
@@ -13,6 +11,7 @@ cd "$ROOT"
 # file; the connections are without the caption that only the tests give them.
 PICTURES=(
     "list demo/list 1235x813+22+22"
+    "promotions deletes/promotions 800x420+26+64"
     "run-before demo/run-before 686x526+297+177"
     "run-during demo/run-during 686x526+297+177"
     "run-after demo/run-after 686x526+297+177"
@@ -42,7 +41,7 @@ pictures_make() { # name, screenshot, part
     if [ -n "$3" ]; then crop=(-crop "$3" +repage); fi
     made=$(mktemp --suffix=.png)
     convert "$from" "${crop[@]}" -strip -define png:exclude-chunks=date,time "$made"
-    if [[ $2 == demo/* ]]; then pictures_check "$made" "$from"; fi
+    if [[ $2 == demo/* || $2 == deletes/* ]]; then pictures_check "$made" "$from"; fi
     if [ -e "$to" ] && compare -metric AE "$made" "$to" null: 2>/dev/null; then
         rm "$made"
     else

@@ -7,6 +7,8 @@
 //   window-driver enabled NAME           waits until the control is enabled
 //   window-driver command CLASS NUMBER   posts a menu command to the window of the class
 //   window-driver click NAME             presses a button
+//   window-driver title NAME COLUMN      clicks the title of a column of the list view NAME, from 0
+//   window-driver key NAME CODE          presses the key with the virtual code CODE
 //   window-driver type NAME TEXT         puts TEXT (UTF-8) into an enabled edit line
 //   window-driver close CLASS            asks the window to close
 //   window-driver text NAME              prints the control's text as UTF-8
@@ -97,6 +99,32 @@ bool Click(const TCall& call) {
            PostMessageW(window, BM_CLICK, 0, 0) != 0;
 }
 
+// The list view is scrolled to its left end, and its columns stand in the order of their numbers.
+bool Title(const TCall& call) {
+    HWND list = nullptr;
+    if (!WaitForControl(call, list)) return false;
+    const auto header = reinterpret_cast<HWND>(SendMessageW(list, LVM_GETHEADER, 0, 0));
+    const auto width = [list](int column) {
+        return static_cast<int>(
+            SendMessageW(list, LVM_GETCOLUMNWIDTH, static_cast<WPARAM>(column), 0));
+    };
+    int x = width(call.Number(1)) / 2;
+    for (int column = 0; column < call.Number(1); ++column)
+        x += width(column);
+    RECT area{};
+    GetClientRect(header, &area);
+    const LPARAM at = MAKELPARAM(x, area.bottom / 2);
+    return PostMessageW(header, WM_LBUTTONDOWN, MK_LBUTTON, at) != 0 &&
+           PostMessageW(header, WM_LBUTTONUP, 0, at) != 0;
+}
+
+bool Key(const TCall& call) {
+    HWND window = nullptr;
+    const auto code = static_cast<WPARAM>(call.Number(1));
+    return WaitForControl(call, window) && PostMessageW(window, WM_KEYDOWN, code, 0) != 0 &&
+           PostMessageW(window, WM_KEYUP, code, 0) != 0;
+}
+
 bool Type(const TCall& call) {
     HWND window = nullptr;
     if (!WaitForControl(call, window) || !Enabled(call)) return false;
@@ -145,7 +173,7 @@ const std::map<std::string, TAction> kActions = {
     {"enabled", {1, Enabled}},   {"command", {2, Command}}, {"click", {1, Click}},
     {"close", {1, Close}},       {"text", {1, Text}},       {"place", {5, Place}},
     {"contains", {2, Contains}}, {"painted", {1, Painted}}, {"mark", {3, Mark}},
-    {"type", {2, Type}},
+    {"type", {2, Type}},         {"title", {2, Title}},     {"key", {2, Key}},
 };
 
 int Run(std::vector<std::string> words) {
