@@ -442,7 +442,7 @@ void TTradeHostForm::ShowAbout() const {
     std::string text(kTitle);
     text += " " TOLVANE_VERSION;
     text +=
-        "\r\nМалък домакин за операционни модули. Настройките са във файла TradeHost.ini до програмата, модулите са в папка Operations до нея."_cp1251;
+        "\r\nМалка търговска система за изпробване на операционни модули. Настройките са във файла TradeHost.ini до програмата, модулите са в папка Operations до нея."_cp1251;
     text += "\r\n\r\nМодули:"_cp1251;
     const std::vector<std::filesystem::path> files = operations_.Files();
     for (const std::filesystem::path& file : files)

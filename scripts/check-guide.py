@@ -1,11 +1,12 @@
 #!/usr/bin/env python3
-"""Checks that each text of the module that a user may see stands in the user's guide, in both languages.
+"""Checks that each text of the module and of TradeHost that a user may see stands in the user's guide, in both
+languages.
 
     scripts/check-guide.py [ROOT]
 
-The texts are the string literals of src that hold a Cyrillic letter or several words. What varies in a message
-stands between two literals; each is looked for by itself. The installer's messages stand in each guide in its
-language. Prints what is missing as file:line: guide: text, and ends with 1 when anything is.
+The texts are the string literals of src and host that hold a Cyrillic letter or several words. What varies in a
+message stands between two literals; each is looked for by itself. The installer's messages stand in each guide in
+its language. Prints what is missing as file:line: guide: text, and ends with 1 when anything is.
 """
 
 import re
@@ -13,6 +14,8 @@ import sys
 from pathlib import Path
 
 GUIDES = ("docs/user-guide.md", "docs/user-guide.en.md")
+# With the fewest texts that each is known to have.
+FOLDERS = {"src": 100, "host": 50}
 # Whose texts are no messages of the module.
 OTHER_FILES = (
     "src/command/",  # the command has a page of its own
@@ -59,6 +62,11 @@ def one_line(text):
     return " ".join(text.split())
 
 
+def caption(text):
+    """Of a line of a menu: without the mark of its letter, and without its key behind a tab."""
+    return text.partition("\t")[0].replace("&", "") if re.search(r"&\w", text) else text
+
+
 def literals(source):
     """Pairs of line and text; literals that the compiler joins are one."""
     found = []
@@ -74,7 +82,7 @@ def literals(source):
         else:
             found.append([source.count("\n", 0, token.start()) + 1, text])
         end = token.end()
-    return [(line, one_line(text)) for line, text in found]
+    return [(line, one_line(caption(text))) for line, text in found]
 
 
 def is_message(text):
@@ -90,18 +98,28 @@ def installer_texts(root):
                 yield line, INSTALLER_LANGUAGES[found[2]], one_line(part)
 
 
-def main(root):
-    guides = {name: one_line((root / name).read_text().replace("`<br>`", " ")) for name in GUIDES}
-    count = 0
-    missing = 0
-    for file in sorted((root / "src").rglob("*")):
+def folder_texts(root, folder):
+    """Triples of file, line and text."""
+    for file in sorted((root / folder).rglob("*")):
         name = file.relative_to(root).as_posix()
         if file.suffix not in (".cpp", ".h") or name.startswith(OTHER_FILES):
             continue
         for line, text in literals(file.read_text()):
-            if not is_message(text) or text in OTHER_TEXTS:
-                continue
-            count += 1
+            if is_message(text) and text not in OTHER_TEXTS:
+                yield name, line, text
+
+
+def main(root):
+    guides = {name: one_line((root / name).read_text().replace("`<br>`", " ")) for name in GUIDES}
+    count = 0
+    missing = 0
+    for folder, fewest in FOLDERS.items():
+        texts = list(folder_texts(root, folder))
+        count += len(texts)
+        if len(texts) < fewest:
+            print(f"{folder}: only {len(texts)} texts were found")
+            missing += 1
+        for name, line, text in texts:
             # A label ends with a colon that its name in the guide does not need.
             for guide in (g for g, content in guides.items() if text.rstrip(" :") not in content):
                 print(f"{name}:{line}: {guide}: {text}")
@@ -111,9 +129,6 @@ def main(root):
         if text not in guides[guide]:
             print(f"{INSTALLER}:{line}: {guide}: {text}")
             missing += 1
-    if count < 100:
-        print(f"only {count} texts were found")
-        missing += 1
     print(f"{count} texts, {missing} missing")
     return 1 if missing else 0
 

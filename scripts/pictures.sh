@@ -22,6 +22,7 @@ PICTURES=(
     "scale-serial screenshots/settings-scale-serial-edited-96"
     "find screenshots/settings-find-found-96"
     "columns screenshots/column-chooser"
+    "host screenshots/host-demo-shop"
 )
 # The left end of an active window's caption.
 CAPTION="#3296FA"

@@ -7,6 +7,8 @@
 #include "tests/support/window/BoxAnswerer.h"
 #include "tests/support/window/Controls.h"
 #include "tests/support/window/HostFrame.h"
+#include "tests/support/window/Screenshot.h"
+#include "tests/support/window/UserScript.h"
 
 namespace tolvane::test {
 namespace {
@@ -81,10 +83,15 @@ TEST(HostWindowTest, TheWindowFollowsItsMonitor) {
 TEST(HostWindowTest, AboutTellsTheVersionsOfAllThatRuns) {
     THostSession session;
     session.OpenWorking();
-    const TBoxAnswerer boxes;
-    session.Command(host::kAbout);
-    ASSERT_EQ(boxes.Seen().size(), 1U);
-    const std::string& text = boxes.Seen()[0].text;
+    std::string text;
+    {
+        const TDialogScript user(kMessageBoxClass, {[&](HWND box) {
+                                     SaveScreenshot(box, "host-about");
+                                     text = ReadBox(box).text;
+                                     PostMessageW(box, WM_COMMAND, IDOK, 0);
+                                 }});
+        session.Command(host::kAbout);
+    }
     EXPECT_TRUE(Contains(text, "Търговска система (демо) " TOLVANE_VERSION)) << text;
     EXPECT_TRUE(Contains(text, "\r\nFakeOperation.dll " TOLVANE_VERSION "\r\n")) << text;
     EXPECT_TRUE(Contains(text, "fbclient.dll")) << text;

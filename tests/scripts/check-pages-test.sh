@@ -45,7 +45,7 @@ guide_begin() {
     mkdir -p "$tree/docs" "$tree/packaging/windows"
     cp "$root"/docs/user-guide*.md "$tree/docs"
     cp "$root/packaging/windows/Texts.nsh" "$tree/packaging/windows/"
-    cp -r "$root/src" "$tree/src"
+    cp -r "$root/src" "$root/host" "$tree/"
 }
 
 expect_guide() { # title, code, words of the output
@@ -69,6 +69,13 @@ expect_guide "a comment is no text" 0 "0 missing"
 guide_begin
 sed -i 's/Изчакайте края/Чакайте/' "$tree/docs/user-guide.md"
 expect_guide "so is a message of the installer" 1 "packaging/windows/Texts.nsh:*: docs/user-guide.md: tolvane.exe"
+guide_begin
+printf 'constexpr TMenuLine kScale = {9, "Нова &везна...\\tCtrl+N"_cp1251};\n' >>"$tree/host/HostMenu.cpp"
+expect_guide "so is a line of TradeHost's menu, without its marks" 1 "host/HostMenu.cpp:*: docs/user-guide.md: Нова везна..."
+guide_begin
+sed -i 's/Затваряне на всички/Затваряне/' "$tree/docs/user-guide.en.md"
+expect_guide "a text of TradeHost's that one guide lacks is found" 1 \
+    "host/HostMenu.cpp:*: docs/user-guide.en.md: Затваряне на всички"
 guide_begin
 rm -rf "$tree/src/upload" "$tree/src/comm" "$tree/src/articles" "$tree/src/settings"
 expect_guide "few texts are a mistake of the check" 1 "texts were found"
