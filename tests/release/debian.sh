@@ -246,6 +246,7 @@ if ! have_root; then
     say "The packages' test is left out: a Debian of its own needs root."
     exit 0
 fi
+"$SCRIPTS/packages.sh" release firebird check
 rm -rf "$WORK"
 mkdir -p "$WORK"
 scene "Make a clean Debian" make_clean_root

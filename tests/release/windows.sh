@@ -37,6 +37,15 @@ release_test_end() {
     exit "$code"
 }
 
+# What is there already when test.sh runs this.
+release_test_prepare() {
+    "$SCRIPTS/packages.sh" build wine firebird winelib installer guide pascal
+    fbclient_build
+    [ ! -e "$BUILD/windows/demo/driver/window-driver.exe" ] || return 0
+    cmake --preset windows -B "$BUILD/windows"
+    cmake --build "$BUILD/windows" --target window-driver -- -j "$JOBS"
+}
+
 # A zip and an installer of the programs that the tests have built.
 release_test_make() {
     RELEASE=$WORK/made
@@ -356,6 +365,7 @@ trap release_test_end EXIT
 trap 'exit 130' INT TERM
 rm -rf "$WORK"
 mkdir -p "$WORK/zip"
+scene "Prepare" release_test_prepare
 [ "${1:-}" = made ] || scene "Make a zip and an installer" release_test_make
 SETUP=$RELEASE/$RELEASE_SETUP
 pascal_build
