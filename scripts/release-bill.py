@@ -1,7 +1,7 @@
 """Prints the bill of materials of a release as CycloneDX 1.5: what is in the table of docs/third-party.md, and
 the programs and files of the release with their SHA-256.
 
-usage: release-bill.py VERSION SECONDS THIRD-PARTY.md RELEASE-FOLDER ZIP-CONTENT LINUX-BUILD
+usage: release-bill.py VERSION SECONDS MAINTAINER THIRD-PARTY.md RELEASE-FOLDER ZIP-CONTENT LINUX-BUILD
 """
 
 import hashlib
@@ -59,7 +59,13 @@ def is_in(cell, ref):
     return folder != "" and any(name in (word, word + ".exe") for word in cell.split(", "))
 
 
-def main(version, seconds, page, release, content, linux):
+def supplier(maintainer):
+    """Of "Name <address>". Nobody can write to a name under "example"."""
+    name, address = maintainer.removesuffix(">").split(" <")
+    return {"name": name} | ({} if address.endswith(".example") else {"contact": [{"email": address}]})
+
+
+def main(version, seconds, maintainer, page, release, content, linux):
     content, linux = pathlib.Path(content), pathlib.Path(linux)
     programs = [content / "Operations/Tolvane.dll"] + sorted(content.glob("*.exe"))
     components = [file(path, "win32/" + path.name, "application", version) for path in programs]
@@ -88,6 +94,7 @@ def main(version, seconds, page, release, content, linux):
                 "version": version,
                 "licenses": [{"license": {"id": "MIT"}}],
             },
+            "supplier": supplier(maintainer),
         },
         "components": components,
         "dependencies": dependencies,

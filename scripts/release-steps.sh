@@ -15,6 +15,14 @@ RELEASE_LINUX=$BUILD/release-linux
 RELEASE_ZIP=tolvane-$RELEASE_VERSION-win32
 RELEASE_SETUP=tolvane-$RELEASE_VERSION-setup.exe
 
+# Who answers for what is given away. A name under "example" belongs to nobody, so this address reaches nobody; how
+# whoever gives a release away names himself stands in CONTRIBUTING.md.
+RELEASE_NOBODY="The Tolvane authors <nobody@tolvane.example>"
+RELEASE_MAINTAINER=${TOLVANE_MAINTAINER:-$RELEASE_NOBODY}
+RELEASE_NAME_AND_ADDRESS='^[^"$\`<>,]+ <[^@<> ]+@[^@<> ]+>$'
+[[ $RELEASE_MAINTAINER =~ $RELEASE_NAME_AND_ADDRESS ]] ||
+    fail "TOLVANE_MAINTAINER has to be \"Name <address>\", not \"$RELEASE_MAINTAINER\""
+
 # Nothing of what is made depends on the place, the time, the language or the rights of whoever makes it.
 export LC_ALL=C.UTF-8 TZ=UTC SOURCE_DATE_EPOCH
 SOURCE_DATE_EPOCH=$(date -u -d "$RELEASE_DAY" +%s)
@@ -123,8 +131,8 @@ release_make_zip() {
 
 # release_nsis <version> <folder with what it installs> <output>
 release_nsis() {
-    makensis -V2 -WX -INPUTCHARSET UTF8 "-DVERSION=$1" "-DSOURCE=$ROOT" "-DFILES=$2" "-DOUTPUT=$3" \
-        "$ROOT/packaging/windows/Tolvane.nsi"
+    makensis -V2 -WX -INPUTCHARSET UTF8 "-DVERSION=$1" "-DPUBLISHER=${RELEASE_MAINTAINER% <*}" "-DSOURCE=$ROOT" \
+        "-DFILES=$2" "-DOUTPUT=$3" "$ROOT/packaging/windows/Tolvane.nsi"
 }
 
 release_make_installer() {
@@ -172,6 +180,7 @@ release_make_packages() {
     mkdir -p "$work/tolvane" "$RELEASE"
     cp -r packaging/debian "$work/tolvane/debian"
     cd "$work/tolvane"
+    sed -i "s/@MAINTAINER@/${RELEASE_MAINTAINER//[\/&]/\\&}/" debian/control
     release_linux_programs | xargs cp -t .
     cp "$RELEASE_LINUX/src/command/tolvane.1" .
     mkdir completions
@@ -191,7 +200,7 @@ tolvane ($RELEASE_VERSION-1) bookworm; urgency=medium
 
   * What is new stands in /usr/share/doc/tolvane/changelog.gz.
 
- -- $(sed -n 's/^Maintainer: //p' debian/control)  $(date -u -R -d "@$SOURCE_DATE_EPOCH")
+ -- $RELEASE_MAINTAINER  $(date -u -R -d "@$SOURCE_DATE_EPOCH")
 CHANGELOG
     DEB_BUILD_OPTIONS="nocheck noautodbgsym" debian/rules binary
     rm -f "$RELEASE"/*.deb
@@ -201,8 +210,8 @@ CHANGELOG
 }
 
 release_make_bill() {
-    python3 "$SCRIPTS/release-bill.py" "$RELEASE_VERSION" "$SOURCE_DATE_EPOCH" "$ROOT/docs/third-party.md" \
-        "$RELEASE" "$RELEASE_WORK/$RELEASE_ZIP" "$RELEASE_LINUX" >"$RELEASE_WORK/bill.json"
+    python3 "$SCRIPTS/release-bill.py" "$RELEASE_VERSION" "$SOURCE_DATE_EPOCH" "$RELEASE_MAINTAINER" \
+        "$ROOT/docs/third-party.md" "$RELEASE" "$RELEASE_WORK/$RELEASE_ZIP" "$RELEASE_LINUX" >"$RELEASE_WORK/bill.json"
     mv "$RELEASE_WORK/bill.json" "$RELEASE/tolvane-$RELEASE_VERSION.cdx.json"
 }
 

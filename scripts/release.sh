@@ -4,6 +4,8 @@
 # same files, in whatever folder and at whatever time, on Debian 12 with the same packages.
 #
 #   scripts/release.sh
+#
+# TOLVANE_MAINTAINER, "Name <address>", is who the packages, the installer and the bill of materials name.
 
 source "$(dirname "${BASH_SOURCE[0]}")/release-steps.sh"
 cd "$ROOT"
@@ -20,5 +22,8 @@ step "Make the Debian packages" release_make_packages
 step "Write the bill of materials" release_make_bill
 step "Write what is what, and the checksums" release_make_sums
 say ""
+if [ "$RELEASE_MAINTAINER" = "$RELEASE_NOBODY" ]; then
+    say "This release names nobody who can be reached; TOLVANE_MAINTAINER=\"Name <address>\" does (CONTRIBUTING.md)."
+fi
 say "$RELEASE:"
 (cd "$RELEASE" && du -h --apparent-size -- *)

@@ -289,7 +289,7 @@ Section "$(TextModule)" SectionModule
     WriteRegStr HKLM "$Key" "DisplayVersion" "${VERSION}"
     WriteRegStr HKLM "$Key" "DisplayIcon" "${OURS}\uninstall.exe"
     WriteRegStr HKLM "$Key" "InstallLocation" "$INSTDIR"
-    WriteRegStr HKLM "$Key" "Publisher" "The Tolvane authors"
+    WriteRegStr HKLM "$Key" "Publisher" "${PUBLISHER}"
     WriteRegStr HKLM "$Key" "UninstallString" '"${OURS}\uninstall.exe"'
     WriteRegStr HKLM "$Key" "QuietUninstallString" '"${OURS}\uninstall.exe" /S'
     WriteRegDWORD HKLM "$Key" "NoModify" 1

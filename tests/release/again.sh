@@ -18,12 +18,13 @@ diff -u "$RELEASE/SHA256SUMS" "$again/SHA256SUMS" || fail "the second time other
 (cd "$RELEASE" && sha256sum --quiet -c SHA256SUMS)
 
 # The bill of materials names each file that is given away with its sum, and what is in it.
-python3 - "$RELEASE" <<'BILL'
+python3 - "$RELEASE" "${RELEASE_MAINTAINER% <*}" <<'BILL'
 import hashlib, json, pathlib, sys
 
 folder = pathlib.Path(sys.argv[1])
 [path] = folder.glob("*.cdx.json")
 bill = json.loads(path.read_text(encoding="utf-8"))
+assert bill["metadata"]["supplier"]["name"] == sys.argv[2], bill["metadata"]
 named = {c["name"]: c["hashes"][0]["content"] for c in bill["components"] if c["type"] == "file"}
 given = {p.name: hashlib.sha256(p.read_bytes()).hexdigest() for p in folder.iterdir()}
 assert named == {name: sum for name, sum in given.items() if name not in (path.name, "README.txt", "SHA256SUMS")}, named

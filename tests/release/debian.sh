@@ -95,6 +95,8 @@ content_of_system() {
 installed_version() {
     [ "$(in_system "$SYSTEM" dpkg-query -W -f '${Version} ${db:Status-Status}' "$1" || true)" = "$2 installed" ] ||
         fail "$1 is not installed as $2"
+    [ "$(in_system "$SYSTEM" dpkg-query -W -f '${Maintainer}' "$1")" = "$RELEASE_MAINTAINER" ] ||
+        fail "$1 names another maintainer"
 }
 
 test_install_older() {

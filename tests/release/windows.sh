@@ -217,6 +217,8 @@ test_cannot_replace() {
 expect_version() {
     expect_code 0 reg query "$UNINSTALL_KEY" /v DisplayVersion
     expect_said "$1"
+    expect_code 0 reg query "$UNINSTALL_KEY" /v Publisher
+    expect_said "${RELEASE_MAINTAINER% <*}"
 }
 
 # What is on the display, for whoever looks at the steps: build/release-test/NAME.png.
