@@ -9,6 +9,7 @@
 #include "tests/support/ScratchFolder.h"
 #include "tests/support/window/BoxAnswerer.h"
 #include "tests/support/window/Controls.h"
+#include "tests/support/window/Layout.h"
 #include "tests/support/window/Screenshot.h"
 #include "tests/support/window/UserScript.h"
 
@@ -42,6 +43,7 @@ TEST(HostDatabaseTest, WithoutADatabaseTheUserIsAskedForOne) {
         const TDialogScript user(kForm, {[&](HWND form) {
                                      EXPECT_EQ(TextOf(form, "UserEdit"), "SYSDBA");
                                      SaveScreenshot(form, "host-database");
+                                     ExpectFollowsMonitors(form);
                                      Fill(form, ini);
                                      Press(form, "ConnectButton");
                                  }});

@@ -14,6 +14,7 @@
 #include "tests/module_host/HostSession.h"
 #include "tests/support/window/BoxAnswerer.h"
 #include "tests/support/window/HostFrame.h"
+#include "tests/support/window/Layout.h"
 #include "tests/support/window/Screenshot.h"
 #include "tests/support/window/UserScript.h"
 
@@ -73,6 +74,8 @@ TEST(HostPrintTest, ThePreviewIsTurnedPageByPage) {
         EXPECT_EQ(Utf8TextOf(form), "Преглед преди печат");
         EXPECT_EQ(Page(form), Of(7, 1));
         EXPECT_FALSE(IsEnabled(form, "btnPrevious"));
+        ExpectTextsFit(form);
+        ExpectControlsApart(form);
         Click(form, "btnNext");
         EXPECT_EQ(Page(form), Of(7, 2));
         EXPECT_TRUE(IsEnabled(form, "btnPrevious"));

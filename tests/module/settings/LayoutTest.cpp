@@ -4,10 +4,13 @@
 
 #include "settings/forms/ScaleComunicationForm.h"
 #include "settings/forms/uHint.h"
+#include "tests/support/scales/TestScales.h"
+#include "tests/support/window/Controls.h"
 #include "tests/support/window/HintText.h"
 #include "tests/support/window/HostFrame.h"
 #include "tests/support/window/Layout.h"
 #include "tests/support/window/UserScript.h"
+#include "text/Cp1251.h"
 
 namespace tolvane::test {
 namespace {
@@ -54,6 +57,22 @@ TEST_F(LayoutTest, ScaleList) {
     const TScaleComunicationForm form(host_.Frame(), {}, SystemScaleListServices());
     ExpectTextsFit(form.Handle());
     ExpectControlsApart(form.Handle());
+}
+
+// The longest address and speed.
+TEST_F(LayoutTest, ScaleListWithScales) {
+    const TScaleRec network = NetworkScale(60, "Щанд месо"_cp1251, "255.255.255.255", 65535);
+    TScaleRec serial = SerialScale(59, "Щанд риба"_cp1251, "COM255");
+    serial.BaudRate = 4;
+    for (const TScaleRec& rec : {network, serial}) {
+        TScaleComunicationForm form(host_.Frame(), {{rec}}, SystemScaleListServices());
+        const TDialogScript user(L"TScaleComunicationForm", {[](HWND window) {
+                                     EXPECT_NE(TextOf(window, "edtScaleAddress"), "");
+                                     ExpectTextsFit(window);
+                                     Press(window, "btnCancel");
+                                 }});
+        form.ShowModal();
+    }
 }
 
 TEST_F(LayoutTest, FindDevices) {

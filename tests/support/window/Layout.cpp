@@ -1,7 +1,9 @@
 #include "tests/support/window/Layout.h"
 
+#include <commctrl.h>
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstddef>
 #include <cstdlib>
 #include <string>
@@ -16,6 +18,8 @@ namespace {
 // What a frame takes of a push button's width, and what stands before a group's caption.
 constexpr int kButtonFrame = 6;
 constexpr int kBeforeCaption = 9;
+// What stands before and behind the text of a list's line or of a title.
+constexpr int kAroundLine = 4;
 
 // Those that are not hidden.
 std::vector<HWND> Children(HWND window) {
@@ -32,17 +36,21 @@ RECT PlaceOf(HWND control) {
     return rect;
 }
 
-// The size of a text in the control's font, broken into lines of that width; 0: in one line.
-SIZE SizeOfText(HWND control, const std::wstring& text, LONG width) {
-    const HDC dc = GetDC(control);
-    const auto font = reinterpret_cast<HGDIOBJ>(SendMessageW(control, WM_GETFONT, 0, 0));
+SIZE SizeIn(HWND window, HGDIOBJ font, const std::wstring& text, LONG width) {
+    const HDC dc = GetDC(window);
     const HGDIOBJ before = SelectObject(dc, font);
     RECT needed{0, 0, width, 0};
     DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &needed,
               DT_CALCRECT | DT_NOPREFIX | (width > 0 ? DT_WORDBREAK : 0U));
     SelectObject(dc, before);
-    ReleaseDC(control, dc);
+    ReleaseDC(window, dc);
     return {needed.right, needed.bottom};
+}
+
+// The size of a text in the control's font, broken into lines of that width; 0: in one line.
+SIZE SizeOfText(HWND control, const std::wstring& text, LONG width) {
+    const auto font = reinterpret_cast<HGDIOBJ>(SendMessageW(control, WM_GETFONT, 0, 0));
+    return SizeIn(control, font, text, width);
 }
 
 std::wstring TextIn(HWND control) {
@@ -93,6 +101,80 @@ void ExpectItemsFit(HWND combo, const RECT& client) {
     }
 }
 
+void ExpectListBoxFits(HWND list, const RECT& client) {
+    const LRESULT count = SendMessageW(list, LB_GETCOUNT, 0, 0);
+    for (LRESULT i = 0; i < count; ++i) {
+        const auto item = static_cast<WPARAM>(i);
+        std::wstring text(static_cast<std::size_t>(SendMessageW(list, LB_GETTEXTLEN, item, 0)),
+                          L'\0');
+        SendMessageW(list, LB_GETTEXT, item, reinterpret_cast<LPARAM>(text.data()));
+        EXPECT_LE(SizeOfText(list, text, 0).cx + kAroundLine, client.right) << Utf8(text);
+    }
+}
+
+void ExpectLinesFit(HWND list) {
+    if ((StyleOf(list) & LVS_NOCOLUMNHEADER) == 0) return;
+    for (int i = 0; i < ListView_GetItemCount(list); ++i) {
+        std::array<wchar_t, 128> text{};
+        LVITEMW item{};
+        item.pszText = text.data();
+        item.cchTextMax = static_cast<int>(text.size());
+        SendMessageW(list, LVM_GETITEMTEXTW, static_cast<WPARAM>(i),
+                     reinterpret_cast<LPARAM>(&item));
+        RECT label{};
+        ListView_GetItemRect(list, i, &label, LVIR_LABEL);
+        EXPECT_LE(SizeOfText(list, text.data(), 0).cx + kAroundLine, label.right - label.left)
+            << Utf8(text.data());
+    }
+}
+
+void ExpectTabsFit(HWND tabs) {
+    for (int i = 0; i < TabCtrl_GetItemCount(tabs); ++i) {
+        std::array<wchar_t, 128> text{};
+        TCITEMW item{};
+        item.mask = TCIF_TEXT;
+        item.pszText = text.data();
+        item.cchTextMax = static_cast<int>(text.size());
+        SendMessageW(tabs, TCM_GETITEMW, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&item));
+        RECT tab{};
+        SendMessageW(tabs, TCM_GETITEMRECT, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&tab));
+        const SIZE needed = SizeOfText(tabs, text.data(), 0);
+        EXPECT_LE(needed.cx + kAroundLine, tab.right - tab.left) << Utf8(text.data());
+        EXPECT_LE(needed.cy, tab.bottom - tab.top) << Utf8(text.data());
+    }
+}
+
+void ExpectFixedEditFits(HWND edit) {
+    if ((StyleOf(edit) & ES_READONLY) == 0 || (StyleOf(edit) & ES_MULTILINE) != 0) return;
+    RECT room{};
+    SendMessageW(edit, EM_GETRECT, 0, reinterpret_cast<LPARAM>(&room));
+    const SIZE needed = SizeOfText(edit, TextIn(edit), 0);
+    EXPECT_LE(needed.cx, room.right - room.left) << ComponentNameOf(edit);
+    EXPECT_LE(needed.cy, room.bottom - room.top) << ComponentNameOf(edit);
+}
+
+// Beside its buttons and, where it has one, its icon.
+void ExpectTitleFits(HWND window) {
+    const LONG style = StyleOf(window);
+    if ((style & WS_CAPTION) != WS_CAPTION) return;
+    const bool isTool = (GetWindowLongW(window, GWL_EXSTYLE) & WS_EX_TOOLWINDOW) != 0;
+    NONCLIENTMETRICSW metrics{};
+    metrics.cbSize = sizeof metrics;
+    SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
+    const HFONT font =
+        CreateFontIndirectW(isTool ? &metrics.lfSmCaptionFont : &metrics.lfCaptionFont);
+    const LONG needed = SizeIn(window, font, TextIn(window), 0).cx;
+    DeleteObject(font);
+    const int close = (style & WS_SYSMENU) != 0 ? 1 : 0;
+    const int size = (style & (WS_MINIMIZEBOX | WS_MAXIMIZEBOX)) != 0 ? 2 : 0;
+    const bool hasIcon = !isTool && GetClassLongPtrW(window, GCLP_HICON) != 0;
+    const LONG taken = (close + size) * GetSystemMetrics(isTool ? SM_CXSMSIZE : SM_CXSIZE) +
+                       (hasIcon ? GetSystemMetrics(SM_CXSMICON) : 0) +
+                       2 * GetSystemMetrics(SM_CXDLGFRAME) + kAroundLine;
+    const RECT outer = PlaceOf(window);
+    EXPECT_LE(needed + taken, outer.right - outer.left) << Utf8(TextIn(window));
+}
+
 bool Overlap(const RECT& a, const RECT& b) {
     return a.left < b.right && b.left < a.right && a.top < b.bottom && b.top < a.bottom;
 }
@@ -105,6 +187,7 @@ bool MayOverlap(HWND control) {
 }  // namespace
 
 void ExpectTextsFit(HWND window) {
+    ExpectTitleFits(window);
     for (const HWND control : Children(window)) {
         RECT client{};
         GetClientRect(control, &client);
@@ -118,6 +201,14 @@ void ExpectTextsFit(HWND window) {
             ExpectButtonFits(control, client);
         } else if (className == L"ComboBox") {
             ExpectItemsFit(control, client);
+        } else if (className == L"ListBox") {
+            ExpectListBoxFits(control, client);
+        } else if (className == WC_LISTVIEWW) {
+            ExpectLinesFit(control);
+        } else if (className == WC_TABCONTROLW) {
+            ExpectTabsFit(control);
+        } else if (className == L"Edit") {
+            ExpectFixedEditFits(control);
         }
     }
 }

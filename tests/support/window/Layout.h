@@ -7,8 +7,9 @@
 
 namespace tolvane::test {
 
-// Expects that the texts of visible labels, buttons, groups and drop-down lists fit into the
-// controls that show them.
+// Expects that the window's title and the texts of visible labels, buttons, groups, tabs, lists and
+// edit lines that cannot be edited fit into what shows them. What an edit line takes may be longer
+// than its room, and a list with titles above its columns has widths of the user's.
 void ExpectTextsFit(HWND window);
 // Expects that visible controls lie inside the window, and none over another.
 void ExpectControlsApart(HWND window);
