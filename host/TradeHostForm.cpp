@@ -266,9 +266,9 @@ void TTradeHostForm::ChooseDatabase() {
     const std::optional<TIniDocument> document = ReadSettings();
     if (!document) return;
     THostSettings settings = ReadHostSettings(*document);
-    const bool offersDemo = OffersDemo(settings);
+    const TDemoOffer demo = DemoOffer(settings);
     while (true) {
-        TDatabaseForm form(Handle(), settings, offersDemo);
+        TDatabaseForm form(Handle(), settings, demo);
         const int answer = form.ShowModal();
         if (answer != IDOK && answer != TDatabaseForm::kDemoShop) return;
         const bool isDemo = answer == TDatabaseForm::kDemoShop;
@@ -286,14 +286,16 @@ std::filesystem::path TTradeHostForm::DemoFolder() const {
 }
 
 // Only where there is no database yet.
-bool TTradeHostForm::OffersDemo(const THostSettings& settings) {
+TDemoOffer TTradeHostForm::DemoOffer(const THostSettings& settings) {
     const auto isThere = [this](const char* script) {
         std::error_code ignored;
         return std::filesystem::exists(DemoFolder() / script, ignored);
     };
-    return settings.database.empty() && !connection_.IsOpen() &&
-           std::ranges::all_of(kDemoScripts, isThere) &&
-           connection_.FindEngine(settings, program_.parent_path());
+    if (!settings.database.empty() || connection_.IsOpen() ||
+        !std::ranges::all_of(kDemoScripts, isThere))
+        return TDemoOffer::None;
+    return connection_.FindEngine(settings, program_.parent_path()) ? TDemoOffer::Ready
+                                                                    : TDemoOffer::NeedsEngine;
 }
 
 THostSettings TTradeHostForm::DemoLogin(const THostSettings& settings) const {

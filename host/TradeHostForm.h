@@ -19,6 +19,8 @@
 
 namespace tolvane::host {
 
+enum class TDemoOffer;
+
 // The program's main window: an MDI frame with the menu of operations, the database connection and
 // the print service.
 class TTradeHostForm final : public TWindow {
@@ -57,7 +59,7 @@ private:
     // Asks which database to open, until one is open or the user gives up.
     void ChooseDatabase();
     std::filesystem::path DemoFolder() const;
-    bool OffersDemo(const THostSettings& settings);
+    TDemoOffer DemoOffer(const THostSettings& settings);
     THostSettings DemoLogin(const THostSettings& settings) const;
     // Makes the demo shop when it is not there; shows the user why that fails, and returns false.
     bool MakeDemo(const THostSettings& settings);

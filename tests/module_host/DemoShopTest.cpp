@@ -15,6 +15,7 @@
 #include "tests/support/ScratchFolder.h"
 #include "tests/support/window/BoxAnswerer.h"
 #include "tests/support/window/Controls.h"
+#include "tests/support/window/Layout.h"
 #include "tests/support/window/Screenshot.h"
 #include "tests/support/window/UserScript.h"
 #include "text/Cp1251.h"
@@ -87,11 +88,22 @@ void AddEngine(const THostSession& session) {
     PutFile(session.Folder() / "plugins" / "engine12.dll", "an engine");
 }
 
-bool IsOffered(const THostSession& session) {
+// What is said of it, without its words; empty: nothing.
+std::string NoteIn(HWND form) {
+    const HWND note = Component(form, "NoteLabel");
+    if (note == nullptr) return {};
+    const std::string text = Utf8TextOf(note);
+    if (Contains(text, "\"Демо магазин\" създава пробна до програмата")) return "button";
+    return Contains(text, "Сложете файловете на Firebird") ? "engine" : text;
+}
+
+bool IsOffered(const THostSession& session, const std::string& note) {
     bool offered = false;
     const TDialogScript user(kDatabaseForm, {[&](HWND form) {
                                  offered = Component(form, "DemoButton") != nullptr;
                                  if (offered) SaveScreenshot(form, "host-demo-shop");
+                                 EXPECT_EQ(NoteIn(form), note);
+                                 ExpectFollowsMonitors(form);
                                  Press(form, "CancelButton");
                              }});
     session.Form().Connect();
@@ -129,13 +141,13 @@ TEST(HostDemoShopTest, IsOfferedWhereAnEngineCanOpenIt) {
     THostSession session;
     const TFirebirdFolder firebird(session.Folder());
     session.Open();
-    EXPECT_FALSE(IsOffered(session));
+    EXPECT_FALSE(IsOffered(session, ""));
     session.AddDemo();
-    EXPECT_FALSE(IsOffered(session));
+    EXPECT_FALSE(IsOffered(session, "engine"));
     AddEngine(session);
-    EXPECT_TRUE(IsOffered(session));
+    EXPECT_TRUE(IsOffered(session, "button"));
     std::filesystem::remove(session.Folder() / "demo" / "shop.sql");
-    EXPECT_FALSE(IsOffered(session));
+    EXPECT_FALSE(IsOffered(session, ""));
     std::filesystem::copy_file(BuiltFolder() / "demo" / "shop.sql",
                                session.Folder() / "demo" / "shop.sql");
     THostIni other = THostIni::Working();
@@ -143,6 +155,7 @@ TEST(HostDemoShopTest, IsOfferedWhereAnEngineCanOpenIt) {
     session.WriteIni(other);
     const TDialogScript user(kDatabaseForm, {[](HWND form) {
                                  EXPECT_EQ(Component(form, "DemoButton"), nullptr);
+                                 EXPECT_EQ(NoteIn(form), "");
                                  Press(form, "CancelButton");
                              }});
     session.Command(host::kChooseDatabase);
