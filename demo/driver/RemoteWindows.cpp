@@ -72,6 +72,13 @@ HWND FindByClass(std::wstring_view className) {
 }
 
 HWND FindByComponentName(std::string_view name) {
+    if (name.starts_with('#')) {
+        const int number = std::stoi(std::string(name.substr(1)));
+        return FindWindowWhere([number](HWND window) {
+            return GetDlgCtrlID(window) == number && IsWindowVisible(window) != 0 &&
+                   (GetWindowLongW(window, GWL_STYLE) & WS_CHILD) != 0;
+        });
+    }
     return FindWindowWhere([&](HWND window) { return ComponentNameOf(window) == name; });
 }
 

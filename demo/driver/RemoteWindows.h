@@ -16,7 +16,8 @@ namespace tolvane {
 std::string ComponentNameOf(HWND window);
 // The first visible window of the class, top-level or child; null when there is no such window.
 HWND FindByClass(std::wstring_view className);
-// The first window, top-level or child, with the component name; null when there is no such window.
+// The first window, top-level or child, with the component name, or for "#123" the first visible
+// control with this number in its dialog; null when there is no such window.
 HWND FindByComponentName(std::string_view name);
 std::string Utf8(std::wstring_view text);
 std::wstring Utf16(std::string_view utf8);

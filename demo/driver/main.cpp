@@ -16,7 +16,9 @@
 //   window-driver painted CLASS          waits until all of the window is painted
 //   window-driver place CLASS X Y W H    moves and sizes the window
 //
-// Every call waits up to --seconds (60) for what it needs, and exits with 1 when that did not come.
+// A NAME is that of a component, or "#123" for the control with this number in a dialog of another
+// program's. Every call waits up to --seconds (60) for what it needs, and exits with 1 when that
+// did not come.
 
 #include <windows.h>
 

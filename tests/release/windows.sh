@@ -12,6 +12,7 @@ source "$SCRIPTS/firebird.sh"
 source "$SCRIPTS/fbclient.sh"
 source "$SCRIPTS/demo-steps.sh"
 source "$SCRIPTS/pascal.sh"
+source "$(dirname "${BASH_SOURCE[0]}")/by-hand.sh"
 cd "$ROOT"
 
 WORK=$BUILD/release-test
@@ -376,6 +377,8 @@ scene "The zip: pages and examples" test_zip_files
 scene "Make an older version" release_test_make_old
 scene "Start a database" release_test_start
 scene "The zip: articles by the command" test_zip
+scene "Install and remove by the windows" test_by_hand
+scene "In English" test_english
 make_host
 scene "Wrong folders" test_wrong_folders
 scene "A folder that cannot be made" test_cannot_write
