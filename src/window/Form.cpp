@@ -202,12 +202,17 @@ LRESULT TForm::HandleMessage(const TMessage& message) {
     }
 }
 
+bool TForm::IsBehindAnother() const {
+    return IsWindowEnabled(GetAncestor(Handle(), GA_ROOT)) == 0;
+}
+
 LRESULT TForm::HandleCommand(const TMessage& message) {
     const int id = LOWORD(message.wParam);
     const int code = HIWORD(message.wParam);
     const auto control = reinterpret_cast<HWND>(message.lParam);
     const auto action = actions_.find(id);
     const bool acts = code == BN_CLICKED || code == CBN_SELCHANGE;
+    if (acts && IsBehindAnother()) return 0;
     if (control != nullptr && action != actions_.end()) {
         if (acts && IsWindowEnabled(control) != 0) {
             const std::function<void()> run = action->second;

@@ -120,6 +120,9 @@ protected:
     LRESULT DefaultProc(const TMessage& message) override;
 
 private:
+    // A window in front, such as a message box, has disabled this one. No user can then reach it,
+    // but messages from a program can; each might open one more window in front.
+    bool IsBehindAnother() const;
     LRESULT HandleCommand(const TMessage& message);
     LRESULT HandleMinMax(const TMessage& message);
     LRESULT HandleFocus(const TMessage& message);

@@ -66,7 +66,7 @@ bool TForm::PressEnter(HWND focus) {
 }
 
 bool TForm::HandleKeyDown(MSG& message) {
-    if (message.message != WM_KEYDOWN) return false;
+    if (message.message != WM_KEYDOWN || IsBehindAnother()) return false;
     const auto key = static_cast<UINT>(message.wParam);
     const HWND focus = message.hwnd;
     if (OnKey(key, focus)) return true;

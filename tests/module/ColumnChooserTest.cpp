@@ -205,6 +205,16 @@ TEST_F(ColumnChooserTest, AnEmptyChoiceIsRefusedAndCancellingLeavesTheGrid) {
     EXPECT_EQ(Stored(), "00000000000000000000000000000000");
 }
 
+TEST_F(ColumnChooserTest, WhatIsPressedBehindTheErrorBoxOpensNoOther) {
+    const TBoxAnswerer boxes;
+    Choose({Pressing("SelNoneBtn"),
+            [](HWND window) {
+                for (int i = 0; i < 3; ++i)
+                    PostMessageW(ControlOf(window, "btnOK"), BM_CLICK, 0, 0);
+            },
+            [&](HWND) { EXPECT_EQ(boxes.Seen().size(), 1U); }, Pressing("btnCancel")});
+}
+
 TEST_F(ColumnChooserTest, ADraggedLineMovesItsColumnAtOnceAndStaysMovedAfterCancelling) {
     Choose({Dragging(3, 0),
             [this](HWND window) {

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -276,6 +277,27 @@ TEST_F(SearchTest, AnotherModifierWithCtrlAndFOpensNothing) {
     EXPECT_FALSE(actor.IsDone());
     PressKey(grid, 'F', true);
     EXPECT_TRUE(actor.IsDone());
+}
+
+TEST_F(SearchTest, NothingOpensOverTheBoxThatNothingWasFound) {
+    const std::vector<std::function<void()>> ways = {
+        [this] { SendMessageW(session_.Control("SearchButton"), BM_CLICK, 0, 0); },
+        [this] { PressKey(session_.Control("aDBGrid"), 'F', true); }};
+    for (const std::function<void()>& ask : ways) {
+        bool opened = false;
+        TUserScript behind;
+        behind.When([] { return ThreadWindow(kMessageBoxClass) != nullptr; }, ask);
+        behind.When([] { return true; },
+                    [&] {
+                        const HWND input = ThreadWindow(L"TInputBoxForm");
+                        opened = input != nullptr;
+                        if (opened) PostMessageW(input, WM_CLOSE, 0, 0);
+                        PostMessageW(ThreadWindow(kMessageBoxClass), WM_COMMAND, IDOK, 0);
+                    });
+        Search(L"няма такъв");
+        EXPECT_TRUE(behind.IsDone());
+        EXPECT_FALSE(opened);
+    }
 }
 
 TEST(SearchInAnEmptyList, AsksAndFindsNothing) {
