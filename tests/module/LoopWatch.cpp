@@ -63,19 +63,11 @@ std::string TLoopWatch::TGap::Text(std::size_t mostSamples) const {
     return text;
 }
 
-TLoopWatch::TLoopWatch() {
-    WNDCLASSW definition{};
-    definition.lpfnWndProc = &Procedure;
-    definition.hInstance = GetModuleHandleW(nullptr);
-    definition.lpszClassName = kBeatClass;
-    RegisterClassW(&definition);
-    window_ = CreateWindowW(kBeatClass, nullptr, 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr,
-                            GetModuleHandleW(nullptr), nullptr);
-    SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+TLoopWatch::TLoopWatch() : window_(kBeatClass, &Procedure, this) {
     answer_ = CreateEventW(nullptr, FALSE, FALSE, nullptr);
     watched_ = OpenThread(THREAD_SUSPEND_RESUME | THREAD_GET_CONTEXT | THREAD_QUERY_INFORMATION,
                           FALSE, GetCurrentThreadId());
-    if (window_ == nullptr || answer_ == nullptr || watched_ == nullptr)
+    if (answer_ == nullptr || watched_ == nullptr)
         throw std::runtime_error("the message loop cannot be watched");
     stackEnd_ = reinterpret_cast<std::uintptr_t>(
         reinterpret_cast<const NT_TIB*>(NtCurrentTeb())->StackBase);
@@ -84,7 +76,6 @@ TLoopWatch::TLoopWatch() {
 
 TLoopWatch::~TLoopWatch() {
     Stop();
-    DestroyWindow(window_);
     CloseHandle(answer_);
     CloseHandle(watched_);
 }
@@ -104,7 +95,7 @@ std::vector<TLoopWatch::TGap> TLoopWatch::Gaps(bool loading) const {
 }
 
 LRESULT CALLBACK TLoopWatch::Procedure(HWND window, UINT id, WPARAM wParam, LPARAM lParam) {
-    auto* self = reinterpret_cast<TLoopWatch*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    auto* self = TMessageWindow::ObjectOf<TLoopWatch>(window);
     if (id != kBeat || self == nullptr) return DefWindowProcW(window, id, wParam, lParam);
     // One of the gap before may come late.
     if (wParam < self->waitedFor_ || self->answeredAt_ != 0) return 0;
@@ -138,7 +129,7 @@ void TLoopWatch::Beat() {
 
 bool TLoopWatch::Send() {
     ++sent_;
-    return SendNotifyMessageW(window_, kBeat, sent_, 0) != 0;
+    return SendNotifyMessageW(window_.Handle(), kBeat, sent_, 0) != 0;
 }
 
 TLoopWatch::TGap TLoopWatch::WaitForAnswer(std::int64_t start, DWORD processorBefore) {

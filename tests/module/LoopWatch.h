@@ -10,6 +10,8 @@
 #include <thread>
 #include <vector>
 
+#include "tests/support/window/MessageWindow.h"
+
 namespace tolvane::test {
 
 // Measures, from a thread of its own, for how long the thread that made it reads no message: it
@@ -58,7 +60,7 @@ private:
     void TakeSample(TGap& gap, DWORD afterMs, const std::vector<TCodeRange>& code);
     DWORD ProcessorMs() const;
 
-    HWND window_ = nullptr;
+    TMessageWindow window_;
     HANDLE watched_ = nullptr;
     HANDLE answer_ = nullptr;
     std::uintptr_t stackEnd_ = 0;

@@ -6,7 +6,6 @@
 #include <array>
 #include <cstdio>
 #include <cstdlib>
-#include <stdexcept>
 #include <string_view>
 
 #include "tests/support/module/Commands.h"
@@ -79,23 +78,16 @@ enum class TMessageStorm::TKind : std::uint8_t {
 };
 
 TMessageStorm::TMessageStorm(std::uint32_t seed, DWORD milliseconds, HWND spared)
-    : draw_(seed), milliseconds_(milliseconds), spared_(spared) {
-    WNDCLASSW definition{};
-    definition.lpfnWndProc = &Procedure;
-    definition.hInstance = GetModuleHandleW(nullptr);
-    definition.lpszClassName = kHelperClass;
-    RegisterClassW(&definition);
-    helper_ = CreateWindowW(kHelperClass, nullptr, 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr,
-                            GetModuleHandleW(nullptr), nullptr);
-    if (helper_ == nullptr) throw std::runtime_error("no window for the storm");
-    SetWindowLongPtrW(helper_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+    : draw_(seed),
+      milliseconds_(milliseconds),
+      spared_(spared),
+      helperWindow_(kHelperClass, &Procedure, this) {
     thread_ = std::thread([this] { Run(); });
 }
 
 TMessageStorm::~TMessageStorm() {
     over_ = true;
     if (thread_.joinable()) thread_.join();
-    DestroyWindow(helper_);
 }
 
 bool TMessageStorm::IsOver() {
@@ -104,7 +96,7 @@ bool TMessageStorm::IsOver() {
 }
 
 LRESULT CALLBACK TMessageStorm::Procedure(HWND window, UINT id, WPARAM wParam, LPARAM lParam) {
-    auto* self = reinterpret_cast<TMessageStorm*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    auto* self = TMessageWindow::ObjectOf<TMessageStorm>(window);
     std::array<BYTE, 256> keys{};
     switch (id) {
         case kMark:

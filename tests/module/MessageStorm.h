@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "tests/support/Draw.h"
+#include "tests/support/window/MessageWindow.h"
 
 namespace tolvane::test {
 
@@ -77,7 +78,8 @@ private:
     DWORD milliseconds_;
     HWND spared_;
     DWORD watched_ = GetCurrentThreadId();
-    HWND helper_ = nullptr;
+    TMessageWindow helperWindow_;
+    HWND helper_ = helperWindow_.Handle();
     std::vector<TTarget> targets_;
     std::vector<std::size_t> inFront_;  // indexes of the front window and its controls
     HWND front_ = nullptr;              // the dialog, message box or menu in front
