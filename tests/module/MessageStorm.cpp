@@ -15,9 +15,11 @@ namespace tolvane::test {
 namespace {
 
 constexpr const wchar_t* kHelperClass = L"TestMessageStorm";
-constexpr UINT kMark = WM_APP + 1;
+constexpr UINT kMark = WM_APP + 1;     // its number
 constexpr UINT kHoldKey = WM_APP + 2;  // key, down
 constexpr UINT kReleaseKeys = WM_APP + 3;
+
+constexpr int kEnoughRoom = 40;
 
 constexpr const wchar_t* kFrame = L"TestHostFrame";
 constexpr const wchar_t* kList = L"TElicomPluScaleListForm";
@@ -100,7 +102,8 @@ LRESULT CALLBACK TMessageStorm::Procedure(HWND window, UINT id, WPARAM wParam, L
     std::array<BYTE, 256> keys{};
     switch (id) {
         case kMark:
-            ++self->read_;
+            self->room_ = self->callRoom_.Left(kEnoughRoom);
+            self->read_ = static_cast<int>(wParam);
             return 0;
         case kHoldKey:
             GetKeyboardState(keys.data());
@@ -163,6 +166,7 @@ void TMessageStorm::Blow() {
     for (unsigned left = draw_(kLongestGust) + 1; left > 0; --left)
         PostKind(kKinds.at(draw_(kKinds.size())), Draw());
     WaitUntilRead();
+    if (room_ < kEnoughRoom) MakeRoom();
 }
 
 BOOL CALLBACK TMessageStorm::AddTop(HWND window, LPARAM parameter) {
@@ -408,12 +412,22 @@ void TMessageStorm::PostAnswer() {
     press("OkButton");
 }
 
-void TMessageStorm::WaitUntilRead() const {
-    constexpr int kMostRounds = 100;
-    const int before = read_;
-    PostMessageW(helper_, kMark, 0, 0);
-    for (int round = 0; round < kMostRounds && read_ == before && !over_; ++round)
+void TMessageStorm::WaitUntilRead() {
+    constexpr int kMostRounds = 1000;
+    room_ = 0;
+    PostMessageW(helper_, kMark, static_cast<WPARAM>(++mark_), 0);
+    for (int round = 0; round < kMostRounds && read_ != mark_ && !over_; ++round)
         Sleep(2);
+}
+
+void TMessageStorm::MakeRoom() {
+    constexpr int kMostRounds = 200;
+    ++roomMade_;
+    for (int round = 0; round < kMostRounds && room_ < kEnoughRoom && !over_; ++round) {
+        FindTargets();
+        EndLoops();
+        WaitUntilRead();
+    }
 }
 
 void TMessageStorm::EndWaiting(HWND window) {
@@ -431,8 +445,19 @@ void TMessageStorm::CloseFront() {
     }
 }
 
-// Whoever waits for the end of a menu, of a move by keys or of a dialog gets it. A window that does
-// not close ends the program, as nobody could get out of its message loop.
+// Whoever waits for the end of a menu, of a move by keys or of a dialog gets it.
+void TMessageStorm::EndLoops() {
+    // The system may wait for the end of a move although the window has gone.
+    EndWaiting(helper_);
+    for (const TTarget& target : targets_) {
+        if (!target.isForm) continue;
+        EndWaiting(target.window);
+        if (IsIconic(target.window) != 0) PostMessageW(target.window, WM_SYSCOMMAND, SC_RESTORE, 0);
+    }
+    if (front_ != nullptr) CloseFront();
+}
+
+// A window that does not close ends the program, as nobody could get out of its message loop.
 void TMessageStorm::CalmDown() {
     constexpr DWORD kBetweenMs = 50;
     constexpr DWORD kPatienceMs = 60000;
@@ -447,15 +472,7 @@ void TMessageStorm::CalmDown() {
             ++quiet;
         } else {
             quiet = 0;
-            // The system may wait for the end of a move although the window has gone.
-            EndWaiting(helper_);
-            for (const TTarget& target : targets_) {
-                if (!target.isForm) continue;
-                EndWaiting(target.window);
-                if (IsIconic(target.window) != 0)
-                    PostMessageW(target.window, WM_SYSCOMMAND, SC_RESTORE, 0);
-            }
-            if (front_ != nullptr) CloseFront();
+            EndLoops();
         }
         turnsBefore = turns_;
         Sleep(kBetweenMs);

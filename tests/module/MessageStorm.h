@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "tests/support/Draw.h"
+#include "tests/support/window/CallRoom.h"
 #include "tests/support/window/MessageWindow.h"
 
 namespace tolvane::test {
@@ -17,7 +18,8 @@ namespace tolvane::test {
 // made it, from a thread of its own: commands, keys, characters, clicks, the wheel, sizes,
 // activation, timers, scrolling, closing; never one with a pointer. It opens and answers dialogs.
 // It leaves alone what would leave this machine: the addresses of scales, their connections and the
-// search.
+// search. When so many message loops are nested that the system might soon lose messages (see
+// TCallRoom), it ends some before it goes on.
 class TMessageStorm {
 public:
     // `spared` is a window that gets no message.
@@ -32,6 +34,7 @@ public:
     // Its time has passed.
     bool IsEnding() const { return ending_; }
     int Messages() const { return messages_; }
+    int RoomMade() const { return roomMade_; }
     // Ends the storm and tells which window of the thread is in front of the main windows.
     std::string InFront();
 
@@ -68,8 +71,10 @@ private:
     void PostClose(const TTarget& to);
     void PostAnswer();
     LPARAM PointIn(HWND window);
-    void WaitUntilRead() const;
+    void WaitUntilRead();
+    void MakeRoom();
     void CalmDown();
+    void EndLoops();
     static void EndWaiting(HWND window);
     void CloseFront();
     std::string Front() const;
@@ -83,7 +88,11 @@ private:
     std::vector<TTarget> targets_;
     std::vector<std::size_t> inFront_;  // indexes of the front window and its controls
     HWND front_ = nullptr;              // the dialog, message box or menu in front
-    std::atomic<int> read_ = 0;
+    TCallRoom callRoom_;
+    int mark_ = 0;
+    std::atomic<int> read_ = 0;  // the last mark
+    std::atomic<int> room_ = 0;  // for calls, when it was read
+    std::atomic<int> roomMade_ = 0;
     std::atomic<int> turns_ = 0;
     std::atomic<bool> ending_ = false;
     std::atomic<bool> over_ = false;

@@ -15,7 +15,9 @@
 #include "tests/module/MessageStorm.h"
 #include "tests/support/Environment.h"
 #include "tests/support/module/Session.h"
+#include "tests/support/window/CallRoom.h"
 #include "tests/support/window/Controls.h"
+#include "tests/support/window/MessageWindow.h"
 #include "tests/support/window/ObjectCounts.h"
 
 namespace tolvane::test {
@@ -64,9 +66,36 @@ struct TStormResult {
     int starts = 0;
     int mainWindows = 0;
     int requests = 0;
+    int roomMade = 0;
     int lostBeats = 0;
     std::vector<TLoopWatch::TGap> gaps{};
     std::vector<TLoopWatch::TGap> gapsInLoads{};
+};
+
+// Measures the room within calls.
+class TCallsInCalls {
+public:
+    explicit TCallsInCalls(const TCallRoom& room) : room_(room) {}
+    int LeftWithin(int calls, int most) {
+        SendMessageW(window_.Handle(), kCall, static_cast<WPARAM>(calls), most);
+        return left_;
+    }
+
+private:
+    static constexpr UINT kCall = WM_APP + 1;
+    static LRESULT CALLBACK Procedure(HWND window, UINT id, WPARAM calls, LPARAM most) {
+        auto* self = TMessageWindow::ObjectOf<TCallsInCalls>(window);
+        if (id != kCall || self == nullptr) return DefWindowProcW(window, id, calls, most);
+        if (calls > 1)
+            SendMessageW(window, id, calls - 1, most);
+        else
+            self->left_ = self->room_.Left(static_cast<int>(most));
+        return 0;
+    }
+
+    const TCallRoom& room_;
+    int left_ = 0;
+    TMessageWindow window_{L"TestCallsInCalls", &Procedure, this};
 };
 
 // A host whose user has lost patience. Its main window is made again when the storm has closed it,
@@ -89,10 +118,10 @@ public:
         watch.Stop();
         session_.module.Unload();
         EXPECT_TRUE(RunLoopUntil(TLoadedModule::IsGone));
-        return {storm.Messages(), starts_,
-                frames_,          static_cast<int>(scale_.State().requests.total),
-                watch.Lost(),     watch.Gaps(false),
-                watch.Gaps(true)};
+        return {storm.Messages(),  starts_,
+                frames_,           static_cast<int>(scale_.State().requests.total),
+                storm.RoomMade(),  watch.Lost(),
+                watch.Gaps(false), watch.Gaps(true)};
     }
 
 private:
@@ -181,6 +210,15 @@ void Report(const std::vector<TLoopWatch::TGap>& gaps, bool loading) {
 
 }  // namespace
 
+TEST(Storm, TheRoomForCallsIsMeasured) {
+    constexpr int kMost = 100;
+    const TCallRoom room;
+    const int all = room.Left(kMost);
+    EXPECT_GT(all, 50);
+    EXPECT_EQ(room.Left(10), 10);
+    EXPECT_EQ(TCallsInCalls(room).LeftWithin(3, kMost), all == kMost ? kMost : all - 3);
+}
+
 TEST(Storm, NothingIsLostInAStormOfMessages) {
     const std::uint32_t seed = Seed();
     std::printf("seed %u\n", static_cast<unsigned>(seed));
@@ -190,9 +228,11 @@ TEST(Storm, NothingIsLostInAStormOfMessages) {
     const TStormResult result = TStormyHost().Storm(seed + 1, StormMs());
     EXPECT_TRUE(RunLoopUntil([&] { return TLeftOver().IsWithin(before); }, kPatience))
         << testing::PrintToString(WindowsLeft());
-    std::printf("%d messages, %d starts, %d main windows, %d requests to the scale\n%s, then %s\n",
-                result.messages, result.starts, result.mainWindows, result.requests,
-                before.Text().c_str(), TLeftOver().Text().c_str());
+    std::printf(
+        "%d messages, %d starts, %d main windows, %d requests to the scale\n"
+        "room made for calls %d times\n%s, then %s\n",
+        result.messages, result.starts, result.mainWindows, result.requests, result.roomMade,
+        before.Text().c_str(), TLeftOver().Text().c_str());
     testing::Test::RecordProperty("Messages", result.messages);
     std::printf("%d of the watch's messages lost by the system\n", result.lostBeats);
     Report(result.gaps, false);
