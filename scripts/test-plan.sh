@@ -81,7 +81,7 @@ test_plan_scripts() {
         reads scripts/check-messages.sh scripts/lib.sh tests/scripts
     job pages-faults "The checks of the pages find planted faults" tests/scripts/check-pages-test.sh
         after packages; reads scripts/check-links.py scripts/check-guide.py scripts/check-excerpts.py \
-            scripts/guide/pages.py src docs examples packaging/windows/Texts.nsh tests/scripts
+            scripts/guide/pages.py src host docs examples packaging/windows/Texts.nsh tests/scripts
     job files-faults "The check of built files finds planted faults" tests/scripts/check-binary-test.sh
         after packages
         reads scripts/check-binary.sh scripts/lib.sh tests/scripts src/system/StackGuard_win32.cpp CMakeLists.txt
