@@ -18,7 +18,7 @@ namespace tolvane::test {
 // sends a message every ten milliseconds, which any message loop handles. While a gap lasts longer
 // than 100 ms it looks where the thread stands. A gap of two minutes ends the program. In a gap it
 // sends another message each second: when that one is answered and the first is not, the system has
-// lost a message (seen in Wine after the thread was looked at), which is no gap.
+// lost a message (as Wine does without room for a call, see TCallRoom), which is no gap.
 class TLoopWatch {
 public:
     struct TSample {
