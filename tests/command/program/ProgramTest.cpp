@@ -94,7 +94,10 @@ std::vector<nlohmann::json> EventsIn(const std::filesystem::path& log) {
 TProgramTest::TProgramTest() : database_(CopyOfShop()) {
     for (const char* name : {"INI", "DATABASE", "USER", "STATE", "JOBS", "SCALE", "LOG", "TRACE"})
         environment_[std::string("TOLVANE_") + name] = "";
-    for (const char* run : {"run", "beside"})
+    // A program that ends itself amid a call of the engine leaves the engine's locks taken, and
+    // whoever shares them waits forever.
+    environment_["FIREBIRD_LOCK"] = (folder_ / "locks").string();
+    for (const char* run : {"run", "beside", "locks"})
         std::filesystem::create_directory(folder_ / run);
     PutFile(folder_ / "password", Environment("TOLVANE_FB_PASSWORD") + "\n");
 }
