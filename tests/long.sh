@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # The full counts of what test.sh runs shortened; for a release, after a test.sh that has passed in
-# the same build folder. Takes about two and a half hours.
+# the same build folder. Takes some hours: each fuzzer has half an hour of a processor.
 #
 #   1,000 kills of a save and of a run that keeps a ledger, on either system
 #   300 kills of the command while it writes
