@@ -119,9 +119,11 @@ cross_arguments() {
         done
 }
 
-# batches_of SOURCES: the paths of the batches that hold them, and of those that no batch holds.
+# batches_of SOURCES: the paths of the batches that hold them, and of those that no batch holds. Batches of
+# targets that have gone may still lie in an old tree.
 batches_of() {
-    grep -rlFf <(sed "s|.*|#include \"$ROOT/&\"|" "$1") --include='unity_*.cxx' "$tree-batches" || true
+    grep -rlFf <(sed "s|.*|#include \"$ROOT/&\"|" "$1") --include='unity_*.cxx' "$tree-batches" |
+        grep -xFf <(sed -n 's|^ *"file": "\([^"]*\)".*|\1|p' "$tree-batches/compile_commands.json") || true
     { sed "s|.*|\"file\": \"$ROOT/&\"|" "$1" | grep -oFf - "$tree-batches/compile_commands.json" || true; } |
         cut -d'"' -f4
 }
