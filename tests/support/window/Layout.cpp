@@ -89,27 +89,31 @@ void ExpectButtonFits(HWND button, const RECT& client) {
     EXPECT_LE(needed.cy, client.bottom) << ComponentNameOf(button);
 }
 
-void ExpectItemsFit(HWND combo, const RECT& client) {
-    const LONG room = client.right - GetSystemMetrics(SM_CXVSCROLL) - kButtonFrame;
-    const LRESULT count = SendMessageW(combo, CB_GETCOUNT, 0, 0);
+// The messages by which a kind of control tells its lines.
+struct TLineMessages {
+    UINT count;
+    UINT length;
+    UINT text;
+};
+
+void ExpectEachLineFits(HWND control, const TLineMessages& messages, LONG room) {
+    const LRESULT count = SendMessageW(control, messages.count, 0, 0);
     for (LRESULT i = 0; i < count; ++i) {
-        const auto item = static_cast<WPARAM>(i);
-        std::wstring text(static_cast<std::size_t>(SendMessageW(combo, CB_GETLBTEXTLEN, item, 0)),
+        const auto line = static_cast<WPARAM>(i);
+        std::wstring text(static_cast<std::size_t>(SendMessageW(control, messages.length, line, 0)),
                           L'\0');
-        SendMessageW(combo, CB_GETLBTEXT, item, reinterpret_cast<LPARAM>(text.data()));
-        EXPECT_LE(SizeOfText(combo, text, 0).cx, room) << Utf8(text);
+        SendMessageW(control, messages.text, line, reinterpret_cast<LPARAM>(text.data()));
+        EXPECT_LE(SizeOfText(control, text, 0).cx, room) << Utf8(text);
     }
 }
 
+void ExpectItemsFit(HWND combo, const RECT& client) {
+    ExpectEachLineFits(combo, {CB_GETCOUNT, CB_GETLBTEXTLEN, CB_GETLBTEXT},
+                       client.right - GetSystemMetrics(SM_CXVSCROLL) - kButtonFrame);
+}
+
 void ExpectListBoxFits(HWND list, const RECT& client) {
-    const LRESULT count = SendMessageW(list, LB_GETCOUNT, 0, 0);
-    for (LRESULT i = 0; i < count; ++i) {
-        const auto item = static_cast<WPARAM>(i);
-        std::wstring text(static_cast<std::size_t>(SendMessageW(list, LB_GETTEXTLEN, item, 0)),
-                          L'\0');
-        SendMessageW(list, LB_GETTEXT, item, reinterpret_cast<LPARAM>(text.data()));
-        EXPECT_LE(SizeOfText(list, text, 0).cx + kAroundLine, client.right) << Utf8(text);
-    }
+    ExpectEachLineFits(list, {LB_GETCOUNT, LB_GETTEXTLEN, LB_GETTEXT}, client.right - kAroundLine);
 }
 
 void ExpectLinesFit(HWND list) {
