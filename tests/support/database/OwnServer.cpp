@@ -10,6 +10,7 @@
 #include <asio/ip/tcp.hpp>
 #include <chrono>
 #include <csignal>
+#include <cstdint>
 #include <stdexcept>
 #include <system_error>
 #include <thread>
@@ -25,9 +26,14 @@ constexpr const char* kServerProgram = "/usr/sbin/firebird";
 constexpr std::chrono::seconds kLongestStart{30};
 constexpr std::chrono::milliseconds kStartPoll{10};
 
-std::uint16_t FreeTcpPort() {
-    asio::io_context io;
-    return tcp::acceptor(io, {asio::ip::address_v4::loopback(), 0}).local_endpoint().port();
+// Below those that a system gives to who asks for none.
+constexpr std::uint16_t kServerPort = 13050;
+
+// An address that this process alone uses, so that nobody can take the port while the server is
+// dead.
+asio::ip::address_v4 OwnAddress() {
+    const auto process = static_cast<std::uint32_t>(getpid());
+    return asio::ip::address_v4(0x7F'80'00'00 + (process & 0x7F'FF'FF));
 }
 
 // Replaces this process, a child, by the server.
@@ -48,13 +54,17 @@ std::uint16_t FreeTcpPort() {
 
 }  // namespace
 
-TOwnServer::TOwnServer() : port_(FreeTcpPort()) {
+TOwnServer::TOwnServer() : host_(OwnAddress().to_string()) {
     MakeFolder();
     Start();
 }
 
 TOwnServer::~TOwnServer() {
     Kill();
+}
+
+std::string TOwnServer::Address() const {
+    return host_ + "/" + std::to_string(kServerPort);
 }
 
 // Links to the system's programs, as the private server has them, and settings of its own.
@@ -70,8 +80,8 @@ void TOwnServer::MakeFolder() const {
     std::filesystem::create_directory(folder_ / "lock");
     PutFile(folder_ / "databases.conf", "security.db = " + users + "\n");
     PutFile(folder_ / "firebird.conf",
-            "RemoteServicePort = " + std::to_string(port_) +
-                "\nRemoteBindAddress = 127.0.0.1\nIpcName = own_" + std::to_string(port_) +
+            "RemoteServicePort = " + std::to_string(kServerPort) + "\nRemoteBindAddress = " + host_ +
+                "\nIpcName = own_" + std::to_string(getpid()) +
                 "\nDatabaseAccess = Full\nSecurityDatabase = " + users +
                 "\nAuthServer = Srp\nAuthClient = Srp\nUserManager = Srp\nWireCrypt = Enabled\n"
                 "ServerMode = Super\n");
@@ -80,7 +90,7 @@ void TOwnServer::MakeFolder() const {
 void TOwnServer::Start() {
     if (process_ != 0) return;
     const std::string folder = folder_.Path().string();
-    const std::string port = std::to_string(port_);
+    const std::string port = std::to_string(kServerPort);
     const pid_t process = fork();
     if (process == 0) BecomeServer(folder, port);
     if (process < 0) throw std::runtime_error("no process for the test's own Firebird server");
@@ -93,7 +103,7 @@ void TOwnServer::WaitUntilItListens() const {
     asio::io_context io;
     while (std::chrono::steady_clock::now() < end) {
         std::error_code error;
-        tcp::socket(io).connect({asio::ip::address_v4::loopback(), port_}, error);
+        tcp::socket(io).connect({OwnAddress(), kServerPort}, error);
         if (!error) return;
         std::this_thread::sleep_for(kStartPoll);
     }

@@ -3,7 +3,6 @@
 #include <sys/types.h>
 
 #include <atomic>
-#include <cstdint>
 #include <filesystem>
 #include <string>
 
@@ -13,17 +12,17 @@ namespace tolvane::test {
 
 // A Firebird server of the test's own, which may die without harm to others (Linux). Its program,
 // users and passwords are those of the private server whose folder TOLVANE_FB_ROOT names; it ends
-// with the thread that has made it.
+// with the thread that has made it. One in a process.
 class TOwnServer {
 public:
-    // Starts it on a free port. Throws std::runtime_error when it does not start.
+    // Starts it. Throws std::runtime_error when it does not start.
     TOwnServer();
     TOwnServer(const TOwnServer&) = delete;
     TOwnServer& operator=(const TOwnServer&) = delete;
     ~TOwnServer();
 
     // host/port, the same after each start.
-    std::string Address() const { return "127.0.0.1/" + std::to_string(port_); }
+    std::string Address() const;
     // Does nothing when it runs. Returns when it accepts connections.
     void Start();
     // SIGKILL; returns when the process has gone. Any thread, one at a time.
@@ -35,7 +34,7 @@ private:
     void WaitUntilItListens() const;
 
     TScratchFolder folder_;
-    std::uint16_t port_;
+    std::string host_;
     std::atomic<pid_t> process_ = 0;
 };
 
