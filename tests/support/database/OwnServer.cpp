@@ -80,8 +80,8 @@ void TOwnServer::MakeFolder() const {
     std::filesystem::create_directory(folder_ / "lock");
     PutFile(folder_ / "databases.conf", "security.db = " + users + "\n");
     PutFile(folder_ / "firebird.conf",
-            "RemoteServicePort = " + std::to_string(kServerPort) + "\nRemoteBindAddress = " + host_ +
-                "\nIpcName = own_" + std::to_string(getpid()) +
+            "RemoteServicePort = " + std::to_string(kServerPort) +
+                "\nRemoteBindAddress = " + host_ + "\nIpcName = own_" + std::to_string(getpid()) +
                 "\nDatabaseAccess = Full\nSecurityDatabase = " + users +
                 "\nAuthServer = Srp\nAuthClient = Srp\nUserManager = Srp\nWireCrypt = Enabled\n"
                 "ServerMode = Super\n");
