@@ -2,22 +2,30 @@
 
 #include <chrono>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <system_error>
 #include <utility>
 
+#include "database/Attachment.h"
 #include "system/Interrupts.h"
 
 namespace tolvane {
 namespace {
 
 constexpr std::chrono::milliseconds kPoll{50};
+// An attachment takes a tenth of a second, a list of 10,000 articles half a second.
+constexpr std::chrono::seconds kLongestEnding{2};
 
 }  // namespace
 
 TDatabaseWatch::TDatabaseWatch(const TCommandOptions& options, TWorld& world)
     : options_(options), world_(world) {
-    if (Look()) return;
+    if (const std::optional<TEnd> end = Look()) {
+        Tell(*end);
+        world_.leave(end->code);
+        return;
+    }
     // The library replaces the handlers for a while, and must not be called on this thread.
     const TInterruptsBlocked blocked;
     try {
@@ -39,8 +47,12 @@ void TDatabaseWatch::Tell(const std::string& text) {
 }
 
 void TDatabaseWatch::Expect() {
-    const std::lock_guard lock(mutex_);
+    std::unique_lock lock(mutex_);
     silence_ = {};
+    if (!leaving_) return;
+    ended_ = true;
+    change_.notify_all();
+    change_.wait(lock, [this] { return !leaving_; });
 }
 
 void TDatabaseWatch::Follow(TCallCount calls) {
@@ -52,43 +64,48 @@ void TDatabaseWatch::Follow(TCallCount calls) {
 
 void TDatabaseWatch::Work() {
     std::unique_lock lock(mutex_);
-    while (!change_.wait_for(lock, kPoll, [this] { return ended_; }))
-        if (Look() || IsSilent()) return;
+    while (!change_.wait_for(lock, kPoll, [this] { return ended_; })) {
+        std::optional<TEnd> end = Look();
+        if (!end) end = Silence();
+        if (!end) continue;
+        Tell(*end);
+        leaving_ = true;
+        if (IsEmbedded(options_.database))
+            change_.wait_for(lock, kLongestEnding, [this] { return ended_; });
+        world_.leave(end->code);
+        leaving_ = false;
+        change_.notify_all();
+        return;
+    }
 }
 
 // Counts its own looks instead of the clock's time, as a process may be stopped for a while.
-bool TDatabaseWatch::IsSilent() {
+std::optional<TDatabaseWatch::TEnd> TDatabaseWatch::Silence() {
     const std::uint64_t calls = calls_ ? calls_->load() : 0;
     if (std::exchange(seenCalls_, calls) != calls) silence_ = {};
     silence_ += kPoll;
-    if (!limited_ || silence_ < world_.longestAnswer) return false;
+    if (!limited_ || silence_ < world_.longestAnswer) return {};
     const auto seconds = std::chrono::ceil<std::chrono::seconds>(world_.longestAnswer);
-    Leave(TExitCode::Database, "The database has not answered for " +
-                                   std::to_string(seconds.count()) +
-                                   " seconds; no scale was touched.");
-    return true;
+    return TEnd{TExitCode::Database, "The database has not answered for " +
+                                         std::to_string(seconds.count()) +
+                                         " seconds; no scale was touched."};
 }
 
-bool TDatabaseWatch::Look() {
-    if (world_.interrupts() > 0) {
-        Leave(TExitCode::Interrupted,
-              "Interrupted while the database was read; no scale was touched.");
-        return true;
-    }
-    if (options_.deadline && world_.clock.Now() - world_.start >= *options_.deadline) {
-        Leave(TExitCode::Database,
-              "The deadline has passed while the database was read; no scale was touched.");
-        return true;
-    }
-    return false;
+std::optional<TDatabaseWatch::TEnd> TDatabaseWatch::Look() const {
+    if (world_.interrupts() > 0)
+        return TEnd{TExitCode::Interrupted,
+                    "Interrupted while the database was read; no scale was touched."};
+    if (options_.deadline && world_.clock.Now() - world_.start >= *options_.deadline)
+        return TEnd{TExitCode::Database,
+                    "The deadline has passed while the database was read; no scale was touched."};
+    return {};
 }
 
-void TDatabaseWatch::Leave(TExitCode code, const std::string& text) {
-    world_.err << "tolvane: " << text << std::endl;
-    LogEnd(world_.log, code, text);
-    const std::string failure = world_.page.Write(code, text);
+void TDatabaseWatch::Tell(const TEnd& end) {
+    world_.err << "tolvane: " << end.text << std::endl;
+    LogEnd(world_.log, end.code, end.text);
+    const std::string failure = world_.page.Write(end.code, end.text);
     if (!failure.empty()) world_.err << "tolvane: " << failure << std::endl;
-    world_.leave(code);
 }
 
 }  // namespace tolvane

@@ -68,7 +68,7 @@ protected:
         return result_.wait_for(wait) == std::future_status::ready;
     }
 
-    const TCommandOptions options_{};
+    const TCommandOptions options_{.database = "shop-server:/data/shop.fdb"};
     TTestWorld test_;
     std::function<void()> onLook_;
     std::atomic<int> looks_ = 0;
@@ -111,6 +111,64 @@ TEST_F(DatabaseSilenceTest, ABuildingOfAnIndexMayTakeAnyTime) {
         WaitForLooks(10);
     }
     EXPECT_FALSE(HasLeft());
+}
+
+// A watch that hears of an interrupt after its first look, while the test plays the library.
+class DatabaseEndingTest : public testing::Test {
+protected:
+    DatabaseEndingTest() {
+        test_.world.leave = [this](TExitCode) { left_.set_value(); };
+        test_.world.interrupts = [this] {
+            const int look = looks_++;
+            if (look == 2) heard_.set_value();
+            return look < 2 ? 0 : 1;
+        };
+    }
+    bool HasLeft(std::chrono::milliseconds wait) {
+        return result_.wait_for(wait) == std::future_status::ready;
+    }
+
+    TTestWorld test_;
+    std::atomic<int> looks_ = 0;
+    std::promise<void> heard_;
+    std::promise<void> left_;
+    std::future<void> result_ = left_.get_future();
+};
+
+TEST_F(DatabaseEndingTest, LeavesAServersClientAtOnce) {
+    const TCommandOptions options{.database = "shop-server:/data/shop.fdb"};
+    const TDatabaseWatch watch(options, test_.world);
+    heard_.get_future().wait();
+    EXPECT_TRUE(HasLeft(TMilliseconds(1500)));
+}
+
+TEST_F(DatabaseEndingTest, LetsTheEmbeddedEngineEndFirst) {
+    const TCommandOptions options{.database = "/data/shop.fdb"};
+    {
+        const TDatabaseWatch watch(options, test_.world);
+        heard_.get_future().wait();
+        EXPECT_FALSE(HasLeft(TMilliseconds(300)));
+    }
+    EXPECT_TRUE(HasLeft({}));
+    EXPECT_EQ(test_.err.str(),
+              "tolvane: Interrupted while the database was read; no scale was touched.\n");
+}
+
+TEST_F(DatabaseEndingTest, WaitsForTheEmbeddedEngineForTwoSecondsAtMost) {
+    const TCommandOptions options{.database = "/data/shop.fdb"};
+    const TDatabaseWatch watch(options, test_.world);
+    heard_.get_future().wait();
+    EXPECT_TRUE(HasLeft(seconds(30)));
+}
+
+// Such as between two tries to open a file that another program has.
+TEST_F(DatabaseEndingTest, LeavesAtOnceWhenTheLibraryIsAtRest) {
+    const TCommandOptions options{.database = "/data/shop.fdb"};
+    TDatabaseWatch watch(options, test_.world);
+    heard_.get_future().wait();
+    while (!HasLeft(TMilliseconds(10)))
+        watch.Expect();
+    watch.Expect();
 }
 
 TEST(DatabaseWatch, ReportsThatItLeaves) {
