@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "articles/forms/uWaitForm.h"
 #include "tests/support/module/Session.h"
 #include "tests/support/window/Layout.h"
 #include "tests/support/window/Screenshot.h"
@@ -41,6 +42,31 @@ protected:
         return rect;
     }
     std::string Suffix() const { return "-" + std::to_string(dpi_.DotsPerInch()); }
+    // Its text is drawn in the middle, above the bar, with its colour on all four sides.
+    static void ExpectWaitTextHasItsRoom(const TWaitForm& wait) {
+        RECT area{};
+        RECT bar{};
+        GetClientRect(wait.Handle(), &area);
+        GetClientRect(wait.Control("ProgressBar"), &bar);
+        area.bottom -= bar.bottom;
+        const int gap = wait.Dpi().Scale(8);
+        UpdateWindow(wait.Handle());
+        const auto isFree = [&](LONG x, LONG y) {
+            return PixelAt(wait.Handle(), {x, y}) == RGB(240, 202, 166);
+        };
+        bool columns = true;
+        for (LONG y = 0; y < area.bottom; ++y)
+            columns = columns && isFree(gap, y) && isFree(area.right - gap, y);
+        EXPECT_TRUE(columns);
+        bool rows = true;
+        bool middle = true;
+        for (LONG x = 0; x < area.right; ++x) {
+            rows = rows && isFree(x, gap) && isFree(x, area.bottom - 1);
+            middle = middle && isFree(x, (area.bottom + bar.bottom) / 2);
+        }
+        EXPECT_TRUE(rows);
+        EXPECT_FALSE(middle);
+    }
 
     TDpi dpi_ = TDpi::System();
     TSession session_;
@@ -148,6 +174,16 @@ TEST_F(ResolutionTest, EveryTextOfTheSearchBoxHasItsRoom) {
                                    Press(window, "CancelButton");
                                }});
     PressKey(session_.Control("aDBGrid"), 'F', true);
+}
+
+TEST_F(ResolutionTest, TheTextOfTheWaitWindowHasItsRoom) {
+    TWaitForm wait(session_.List());
+    wait.Show(1);
+    ExpectWaitTextHasItsRoom(wait);
+    for (const int dotsPerInch : {120, 144, 192, dpi_.DotsPerInch()}) {
+        TellDpi(wait.Handle(), dotsPerInch);
+        ExpectWaitTextHasItsRoom(wait);
+    }
 }
 
 // In a host that is told of each monitor's resolution, or passes such a message on.
