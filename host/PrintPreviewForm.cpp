@@ -12,12 +12,15 @@
 #include "text/Cp1251.h"
 #include "window/Handles.h"
 #include "window/MessageBoxes.h"
+#include "window/Placement.h"
 #include "window/WideText.h"
 
 namespace tolvane::host {
 namespace {
 
 // At 96 dots per inch.
+constexpr SIZE kClient = {1020, 770};
+constexpr SIZE kFrame = {20, 40};
 constexpr int kBarHeight = 40;
 constexpr int kGap = 12;
 
@@ -30,6 +33,17 @@ constexpr int kMostTimes = 3;
 
 constexpr std::string_view kPrintText = "Печат..."_cp1251;
 constexpr std::string_view kStopText = "Спиране"_cp1251;
+
+// At 96 dots per inch: not larger than the screen.
+SIZE FirstClient(HWND owner) {
+    const TDpi dpi = TDpi::Of(owner);
+    RECT place{};
+    GetWindowRect(owner, &place);
+    const RECT screen = WorkArea(place);
+    const LONG width = dpi.Unscale(screen.right - screen.left) - kFrame.cx;
+    const LONG height = dpi.Unscale(screen.bottom - screen.top) - kFrame.cy;
+    return {std::min(kClient.cx, width), std::min(kClient.cy, height)};
+}
 
 BITMAPINFO PictureFormat(int width, int height) {
     BITMAPINFO info{};
@@ -71,14 +85,15 @@ private:
 
 TPrintPreviewForm::TPrintPreviewForm(HWND owner, HWND grid, TPageTexts texts)
     : grid_(grid), painter_(grid_, std::move(texts)) {
+    const SIZE client = FirstClient(owner);
     MakePopup({.className = L"TPrintPreviewForm",
                .name = "PrintPreviewForm",
                .caption = "Преглед преди печат"_cp1251,
                .style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_MAXIMIZEBOX |
                         WS_CLIPCHILDREN,
-               .clientWidth = 1020,
-               .clientHeight = 770,
-               .minWidth = 680,
+               .clientWidth = client.cx,
+               .clientHeight = client.cy,
+               .minWidth = 630,
                .minHeight = 400},
               owner);
     AddControls();
@@ -86,20 +101,20 @@ TPrintPreviewForm::TPrintPreviewForm(HWND owner, HWND grid, TPageTexts texts)
 }
 
 void TPrintPreviewForm::AddControls() {
-    const auto place = [](int x) { return TBounds{x, 7, 90, 26}; };
+    const auto place = [](int x) { return TBounds{x, 7, 80, 26}; };
     AddButton("btnPrevious", "< Назад"_cp1251, place(8), &TPrintPreviewForm::ShowPrevious);
-    AddButton("btnNext", "Напред >"_cp1251, place(104), &TPrintPreviewForm::ShowNext);
-    AddLabel("lblPage", {}, {204, 13, 130, 16});
+    AddButton("btnNext", "Напред >"_cp1251, place(94), &TPrintPreviewForm::ShowNext);
+    AddLabel("lblPage", {}, {184, 13, 112, 16});
     const HWND combo = AddControl({.kind = TControlKind::ComboList,
                                    .name = "cbOrientation",
-                                   .bounds = {340, 9, 130, 120},
+                                   .bounds = {302, 9, 130, 120},
                                    .action = [this] { ChooseOrientation(); }});
     AddComboItem(combo, "Хоризонтален лист"_cp1251);
     AddComboItem(combo, "Вертикален лист"_cp1251);
     SetComboIndex(combo, kLandscape);
-    AddButton("btnPrint", kPrintText, place(482), &TPrintPreviewForm::Print);
+    AddButton("btnPrint", kPrintText, place(442), &TPrintPreviewForm::Print);
     AddButton(
-        "btnClose", "Затвори"_cp1251, place(578), [this] { Close(); }, IDCANCEL);
+        "btnClose", "Затвори"_cp1251, place(528), [this] { Close(); }, IDCANCEL);
 }
 
 void TPrintPreviewForm::ShowPage(std::size_t page) {

@@ -36,6 +36,21 @@ constexpr std::array kDemoScripts = {"schema.sql", "shop.sql"};
 constexpr const char* kDemoFile = "shop.fdb";
 constexpr const char* kUnfinishedDemoFile = "shop.fdb.new";
 
+// At 96 dots per inch.
+constexpr int kWidth = 1100;
+constexpr int kHeight = 760;
+
+// In the middle of the screen, and not larger than that.
+RECT FirstPlace() {
+    RECT screen{};
+    SystemParametersInfoW(SPI_GETWORKAREA, 0, &screen, 0);
+    const LONG width = std::min<LONG>(TDpi::System().Scale(kWidth), screen.right - screen.left);
+    const LONG height = std::min<LONG>(TDpi::System().Scale(kHeight), screen.bottom - screen.top);
+    const LONG left = (screen.left + screen.right - width) / 2;
+    const LONG top = (screen.top + screen.bottom - height) / 2;
+    return {left, top, left + width, top + height};
+}
+
 class TWaitCursor {
 public:
     TWaitCursor() : before_(SetCursor(LoadCursorW(nullptr, IDC_WAIT))) {}
@@ -52,12 +67,15 @@ private:
 TTradeHostForm::TTradeHostForm(std::filesystem::path program) : program_(std::move(program)) {
     InitCommonControlClasses();
     operations_.Load(program_.parent_path() / "Operations");
+    const RECT place = FirstPlace();
     MakeWindow({.className = L"TTradeHostForm",
                 .name = "TradeHostForm",
                 .caption = kTitle,
                 .style = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN,
-                .width = 1100,
-                .height = 760});
+                .x = place.left,
+                .y = place.top,
+                .width = place.right - place.left,
+                .height = place.bottom - place.top});
     AddMenu();
     AddClient();
     ShowConnectionState();

@@ -226,7 +226,9 @@ test_plan_lane_c() {
     job resolutions "All windows, 120 to 192 dots per inch" test_in_lane c test_resolutions 120 144 192
         after build-windows client; lane c
         reads "$WINDOWS/tests/module/test_module.exe" "$WINDOWS/tests/module/settings/test_settings.exe" \
-            "$WINDOWS/tests/module/run/test_upload_forms.exe" tests/module/settings/steps.sh "${MODULE_FILES[@]}"
+            "$WINDOWS/tests/module/run/test_upload_forms.exe" tests/module/settings/steps.sh \
+            "$WINDOWS/tests/module_host/test_host_module.exe" "$WINDOWS/tests/module_host/*.dll" \
+            tests/module_host/steps.sh "demo/*.sql" "${MODULE_FILES[@]}"
     job disk "A full disk" test_in_lane c test_disk_run
         after build-windows client; lane c
         reads "$WINDOWS/tests/module/disk/test_disk.exe" tests/module/disk/run.sh "${MODULE_FILES[@]}" \

@@ -184,6 +184,8 @@ test_resolutions() {
             "--gtest_output=json:$(wine_path "$STEP_RESULTS/module-at-$dots.json")"
         test_layout settings/test_settings "LayoutTest.*" "$dots"
         test_layout run/test_upload_forms "*.EveryTextHasItsRoom*:*.TheWindowFollowsItsMonitor" "$dots"
+        host_test "$BUILD/windows" "--gtest_filter=HostResolutionTest.*" \
+            "--gtest_output=json:$(wine_path "$STEP_RESULTS/host-at-$dots.json")"
     done
 }
 

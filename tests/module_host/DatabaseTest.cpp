@@ -1,8 +1,10 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 
 #include "config/IniFile.h"
+#include "host/DatabaseForm.h"
 #include "host/HostMenu.h"
 #include "host/HostSettings.h"
 #include "tests/module_host/HostSession.h"
@@ -12,6 +14,7 @@
 #include "tests/support/window/Layout.h"
 #include "tests/support/window/Screenshot.h"
 #include "tests/support/window/UserScript.h"
+#include "window/Dpi.h"
 
 namespace tolvane::test {
 namespace {
@@ -54,6 +57,26 @@ TEST(HostDatabaseTest, WithoutADatabaseTheUserIsAskedForOne) {
     EXPECT_EQ(IniText(session, "Database", "Database"), ini.database);
     EXPECT_EQ(IniText(session, "Database", "Password"), ini.password);
     EXPECT_EQ(MenuText(session.Menu(kConnectionMenu), kFirstLine), "&1 " + ini.database);
+}
+
+// Runs at whatever resolution the system has.
+TEST(HostResolutionTest, EveryTextOfTheDatabaseWindowHasItsRoom) {
+    THostSession session;
+    session.Open();
+    const std::string suffix = "-at-" + std::to_string(TDpi::System().DotsPerInch());
+    for (const auto& [offer, name] : {std::pair(host::TDemoOffer::None, "host-database"),
+                                      std::pair(host::TDemoOffer::NeedsEngine, "host-needs-engine"),
+                                      std::pair(host::TDemoOffer::Ready, "host-demo-shop")}) {
+        host::TDatabaseForm form(session.Frame(), {}, offer);
+        const TDialogScript user(kForm, {[&, picture = name + suffix](HWND window) {
+                                     SaveScreenshot(window, picture);
+                                     ExpectTextsFit(window);
+                                     ExpectControlsApart(window);
+                                     ExpectFollowsMonitors(window);
+                                     Press(window, "CancelButton");
+                                 }});
+        form.ShowModal();
+    }
 }
 
 TEST(HostDatabaseTest, WhoAnswersNothingGetsNoConnectionAndNoSettings) {

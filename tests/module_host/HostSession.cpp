@@ -5,10 +5,12 @@
 
 #include <array>
 #include <stdexcept>
+#include <string>
 
 #include "tests/support/Environment.h"
 #include "tests/support/ScratchFolder.h"
 #include "tests/support/window/HostFrame.h"
+#include "window/Dpi.h"
 
 namespace tolvane::test {
 
@@ -29,9 +31,11 @@ std::string THostIni::Bytes() const {
            "\r\nClientLibrary=" + clientLibrary + "\r\n";
 }
 
+// Runs at different resolutions may be at work at the same time.
 THostSession::THostSession()
     : folder_(BuiltFolder() / "host-session" /
-              testing::UnitTest::GetInstance()->current_test_info()->name()) {
+              (testing::UnitTest::GetInstance()->current_test_info()->name() +
+               ("-" + std::to_string(TDpi::System().DotsPerInch())))) {
     std::filesystem::remove_all(folder_);
     std::filesystem::create_directories(folder_ / "Operations");
 }

@@ -17,6 +17,7 @@
 #include "tests/support/window/Layout.h"
 #include "tests/support/window/Screenshot.h"
 #include "tests/support/window/UserScript.h"
+#include "window/Dpi.h"
 
 namespace tolvane::test {
 namespace {
@@ -86,6 +87,21 @@ TEST(HostPrintTest, ThePreviewIsTurnedPageByPage) {
             Click(form, "btnNext");
         EXPECT_EQ(Page(form), Of(7, 7));
         EXPECT_FALSE(IsEnabled(form, "btnNext"));
+    });
+}
+
+// Runs at whatever resolution the system has.
+TEST(HostResolutionTest, EveryTextOfThePreviewHasItsRoom) {
+    THostSession session;
+    WithPreview(session, 100000, [](HWND form) {
+        EXPECT_EQ(Page(form), Of(2703, 1));
+        ExpectTextsFit(form);
+        ExpectControlsApart(form);
+        SaveScreenshot(form, "host-preview-at-" + std::to_string(TDpi::System().DotsPerInch()));
+        // As while it prints.
+        SetWindowTextW(Component(form, "btnPrint"), L"Спиране");
+        ExpectTextsFit(form);
+        ExpectFollowsMonitors(form);
     });
 }
 

@@ -1,5 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include <algorithm>
 #include <string>
 
 #include "host/HostMenu.h"
@@ -9,6 +14,7 @@
 #include "tests/support/window/HostFrame.h"
 #include "tests/support/window/Screenshot.h"
 #include "tests/support/window/UserScript.h"
+#include "window/Dpi.h"
 
 namespace tolvane::test {
 namespace {
@@ -55,6 +61,49 @@ TEST(HostWindowTest, ANewProgramHasAWindowOfUsualSize) {
     const RECT place = PlaceOfFrame(session);
     EXPECT_EQ(place.right - place.left, 1100);
     EXPECT_EQ(place.bottom - place.top, 760);
+}
+
+// At 96 dots per inch it is 1100 by 760, and never larger than the screen.
+TEST(HostResolutionTest, TheWindowOfANewProgramHasItsSize) {
+    THostSession session;
+    session.Open();
+    const TDpi dpi = TDpi::System();
+    RECT screen{};
+    SystemParametersInfoW(SPI_GETWORKAREA, 0, &screen, 0);
+    const RECT place = PlaceOfFrame(session);
+    EXPECT_EQ(place.right - place.left,
+              std::min<LONG>(dpi.Scale(1100), screen.right - screen.left));
+    EXPECT_EQ(place.bottom - place.top, std::min<LONG>(dpi.Scale(760), screen.bottom - screen.top));
+}
+
+// Runs at whatever resolution the system has. What the line at the bottom says of a database is as
+// long as its name.
+TEST(HostResolutionTest, MenuAndStatusBarHaveRoomForTheirTexts) {
+    THostSession session;
+    session.OpenWorking();
+    SaveScreenshot(session.Frame(), "host-at-" + std::to_string(TDpi::System().DotsPerInch()));
+    const HMENU menu = GetMenu(session.Frame());
+    RECT first{};
+    GetMenuItemRect(session.Frame(), menu, 0, &first);
+    LONG end = first.left;
+    for (UINT i = 0; i < static_cast<UINT>(GetMenuItemCount(menu)); ++i) {
+        RECT item{};
+        GetMenuItemRect(session.Frame(), menu, i, &item);
+        EXPECT_EQ(item.top, first.top) << i;
+        EXPECT_GE(item.left, end) << i;
+        EXPECT_GE(item.bottom - item.top, GetSystemMetrics(SM_CYMENU) - 1) << i;
+        end = item.right;
+    }
+    const HWND bar = Component(session.Frame(), "StatusBar");
+    const auto font = reinterpret_cast<HFONT>(SendMessageW(bar, WM_GETFONT, 0, 0));
+    RECT part{};
+    SendMessageW(bar, SB_GETRECT, 0, reinterpret_cast<LPARAM>(&part));
+    EXPECT_GE(part.bottom - part.top, TextHeight(font));
+    const std::wstring longest = L"Създаване на демо магазина...";
+    const HDC dc = GetDC(bar);
+    EXPECT_LT(TextWidth(dc, font, longest.c_str(), static_cast<int>(longest.size())),
+              part.right - part.left);
+    ReleaseDC(bar, dc);
 }
 
 // As Windows asks a program that is told of each monitor's resolution.
