@@ -6,6 +6,8 @@
 #undef __WIN32__
 #include <ibase.h>
 #include <stdarg.h>
+#include <stdio.h>
+#include <stdlib.h>
 #include <string.h>
 #include <time.h>
 
@@ -100,4 +102,41 @@ void FORWARD forward_isc_encode_timestamp(const void* windowsTime, ISC_TIMESTAMP
 {
     const struct tm time = FromWindows(windowsTime);
     isc_encode_timestamp(&time, timestamp);
+}
+
+/* There is no engine that could open a file without a server. A file of Wine's drive Z, which is the
+   system's root, is opened by the server that TOLVANE_FB_SERVER names. */
+enum { kLongestName = 1024 };
+
+static const ISC_SCHAR* NameFor(const ISC_SCHAR* name, char* room)
+{
+    const char* server = getenv("TOLVANE_FB_SERVER");
+    char* at = room;
+    if (server == NULL || (strncmp(name, "Z:\\", 3) != 0 && strncmp(name, "z:\\", 3) != 0)) {
+        return name;
+    }
+    snprintf(room, kLongestName, "%s:%s", server, name + 2);
+    while ((at = strchr(at, '\\')) != NULL) {
+        *at = '/';
+    }
+    return room;
+}
+
+ISC_STATUS FORWARD forward_isc_attach_database(ISC_STATUS* status, short length,
+                                               const ISC_SCHAR* name, isc_db_handle* database,
+                                               short blockLength, const ISC_SCHAR* block)
+{
+    char room[kLongestName];
+    const ISC_SCHAR* used = length == 0 ? NameFor(name, room) : name;
+    return isc_attach_database(status, length, used, database, blockLength, block);
+}
+
+ISC_STATUS FORWARD forward_isc_create_database(ISC_STATUS* status, short length,
+                                               const ISC_SCHAR* name, isc_db_handle* database,
+                                               short blockLength, const ISC_SCHAR* block,
+                                               short type)
+{
+    char room[kLongestName];
+    const ISC_SCHAR* used = length == 0 ? NameFor(name, room) : name;
+    return isc_create_database(status, length, used, database, blockLength, block, type);
 }

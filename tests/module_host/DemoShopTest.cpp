@@ -161,6 +161,44 @@ TEST(HostDemoShopTest, IsOfferedWhereAnEngineCanOpenIt) {
     session.Command(host::kChooseDatabase);
 }
 
+// The client library in Wine opens a file by the tests' server, as an engine would without one.
+TEST(HostDemoShopTest, IsMadeAndOpenedWithoutAnotherQuestion) {
+    THostSession session;
+    const TFirebirdFolder firebird(session.Folder());
+    session.AddDemo();
+    AddEngine(session);
+    THostIni ini = THostIni::Working();
+    ini.database.clear();
+    const std::filesystem::path shop = session.Folder() / "demo" / "shop.fdb";
+    const TBoxAnswerer boxes;
+    // The second time it is there already.
+    for (int i = 0; i < 2; ++i) {
+        session.WriteIni(ini);
+        session.Open();
+        const TDialogScript user(kDatabaseForm, {[](HWND form) { Press(form, "DemoButton"); }});
+        session.Form().Connect();
+        EXPECT_TRUE(session.Form().IsConnected());
+        EXPECT_EQ(session.StatusText(), "Свързана база: " + shop.string());
+        SaveScreenshot(session.Frame(), "host-demo-shop-open");
+        session.Close();
+    }
+    EXPECT_TRUE(boxes.Seen().empty());
+    EXPECT_FALSE(std::filesystem::exists(session.Folder() / "demo" / "shop.fdb.new"));
+    // From now on the program opens it by itself.
+    session.Open();
+    session.Form().Connect();
+    EXPECT_TRUE(session.Form().IsConnected());
+    host::TConnection connection;
+    connection.Open({.database = shop.string(),
+                     .user = ini.user,
+                     .password = ini.password,
+                     .role = {},
+                     .clientLibrary = {}},
+                    {});
+    EXPECT_EQ(Ask(connection, "select count(*) from PLUES"), "305");
+    connection.Close();
+}
+
 TEST(HostDemoShopTest, TheUserIsAskedAgainWhenItCannotBeMade) {
     THostSession session;
     const TFirebirdFolder firebird(session.Folder());
