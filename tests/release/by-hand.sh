@@ -71,6 +71,28 @@ test_by_hand() {
     rm -r "$TRADE"
 }
 
+# While the host runs; the window goes on when it has been closed, or ends.
+by_hand_held() {
+    (
+        code=0
+        wine_run "$SETUP" "${IN_HOST[@]}" >"$WORK/setup.out" 2>&1 </dev/null || code=$?
+        printf '%s\n' "$code" >"$WORK/held.code"
+    ) &
+    demo_drive contains "$LANGUAGE_CHOICE" "Български"
+    by_hand_next
+    demo_drive contains "$PAGE_TITLE" "Лицензионно"
+    by_hand_next
+    demo_drive contains "$PAGE_TITLE" "папка"
+    by_hand_next
+    demo_drive contains "$PAGE_TITLE" "компоненти"
+    by_hand_next
+    demo_drive contains "$BOX_TEXT" 'Търговската система работи и държи Operations\Tolvane.dll'
+    screenshot "$WORK/install-10-held.png"
+    demo_drive command '#32770' 2
+    wait_until 60 test -s "$WORK/held.code" || fail "the installer does not end"
+    [ "$(cat "$WORK/held.code")" -eq 3 ] || fail "the installer has ended with $(cat "$WORK/held.code")"
+}
+
 # In English, when that was chosen once; nothing is installed.
 test_english() {
     expect_code 0 reg add 'HKLM\Software\Tolvane' /v Language /d 1033 /f

@@ -170,6 +170,27 @@ test_zip() {
     expect_in_scale zip "$zip/virtual-scale.exe"
 }
 
+# The demo shop on a server, by the lines of the guide: as they stand there, but for server, file and slashes.
+test_own_server() {
+    local guide=docs/user-guide.en.md shop line
+    shop=$(firebird_connection "$WORK/trial.fdb")
+    grep -E '^    (echo create|isql) ' "$guide" >"$WORK/trial.lines"
+    [ "$(wc -l <"$WORK/trial.lines")" -eq 3 ] || fail "the guide has no three lines that make the demo shop"
+    grep -E '^    (echo create|isql) ' docs/user-guide.md | diff - "$WORK/trial.lines" || fail "the guides differ"
+    while IFS= read -r line; do
+        line=${line//'127.0.0.1:C:\Trial\shop.fdb'/"$shop"}
+        line=${line//'demo\'/demo/}
+        case $line in
+            *" | isql "*) (cd "$WORK/zip/$RELEASE_ZIP" && eval "firebird_isql ${line##*| isql }" \
+                <<<"$(sed -E 's/^ *echo (.*;) \|.*/\1/' <<<"$line")") ;;
+            *) (cd "$WORK/zip/$RELEASE_ZIP" && eval "firebird_isql ${line#*isql }" </dev/null) ;;
+        esac
+    done <"$WORK/trial.lines"
+    expect_code 0 "$WORK/zip/$RELEASE_ZIP/tolvane.exe" articles --user "$FIREBIRD_USER" \
+        --password-file "$(wine_path "$WORK/password")" --database "$shop"
+    expect_said "Свински врат"
+}
+
 # A host without an Operations folder.
 make_host() {
     mkdir -p "$HOST"
@@ -289,6 +310,8 @@ test_held() {
     expect_code 3 "$HOST/Tolvane/uninstall.exe" /S "${OF_HOST[@]}"
     expect_said "Търговската система работи"
     expect_module "$WORK/old/Operations/Tolvane.dll"
+    by_hand_held
+    expect_module "$WORK/old/Operations/Tolvane.dll"
 }
 
 close_host() {
@@ -377,6 +400,7 @@ scene "The zip: pages and examples" test_zip_files
 scene "Make an older version" release_test_make_old
 scene "Start a database" release_test_start
 scene "The zip: articles by the command" test_zip
+scene "The demo shop on a server" test_own_server
 scene "Install and remove by the windows" test_by_hand
 scene "In English" test_english
 make_host
