@@ -7,8 +7,7 @@
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 cd "$ROOT"
 
-# picture, screenshot, the part of it. The list is without its host's status bar, which names the database's
-# file; the connections are without the caption that only the tests give them.
+# picture, screenshot, the part of it. The list is without its host's status bar, which names the database's file.
 PICTURES=(
     "list demo/list 1235x813+22+22"
     "promotions deletes/promotions 800x420+26+64"
@@ -17,8 +16,8 @@ PICTURES=(
     "run-after demo/run-after 686x526+297+177"
     "save-menu screenshots/save-popup 612x328+5+27"
     "scales screenshots/settings-list-network-96"
-    "scale screenshots/settings-scale-typed-96 446x379+0+19"
-    "scale-udp screenshots/settings-scale-udp-96 446x379+0+19"
+    "scale screenshots/settings-scale-typed-96"
+    "scale-udp screenshots/settings-scale-udp-96"
     "scale-serial screenshots/settings-scale-serial-edited-96"
     "find screenshots/settings-find-found-96"
     "columns screenshots/column-chooser"
