@@ -108,17 +108,21 @@ void FORWARD forward_isc_encode_timestamp(const void* windowsTime, ISC_TIMESTAMP
    system's root, is opened by the server that TOLVANE_FB_SERVER names. */
 enum { kLongestName = 1024 };
 
-static const ISC_SCHAR* NameFor(const ISC_SCHAR* name, char* room)
+/* A length of 0: the name ends with a zero byte. */
+static const ISC_SCHAR* NameFor(const ISC_SCHAR* name, short* length, char* room)
 {
     const char* server = getenv("TOLVANE_FB_SERVER");
+    const int given = *length != 0 ? *length : (int)strlen(name);
     char* at = room;
-    if (server == NULL || (strncmp(name, "Z:\\", 3) != 0 && strncmp(name, "z:\\", 3) != 0)) {
+    if (server == NULL || given < 3 || (name[0] != 'Z' && name[0] != 'z') || name[1] != ':' ||
+        name[2] != '\\') {
         return name;
     }
-    snprintf(room, kLongestName, "%s:%s", server, name + 2);
+    snprintf(room, kLongestName, "%s:%.*s", server, given - 2, name + 2);
     while ((at = strchr(at, '\\')) != NULL) {
         *at = '/';
     }
+    *length = 0;
     return room;
 }
 
@@ -127,7 +131,7 @@ ISC_STATUS FORWARD forward_isc_attach_database(ISC_STATUS* status, short length,
                                                short blockLength, const ISC_SCHAR* block)
 {
     char room[kLongestName];
-    const ISC_SCHAR* used = length == 0 ? NameFor(name, room) : name;
+    const ISC_SCHAR* used = NameFor(name, &length, room);
     return isc_attach_database(status, length, used, database, blockLength, block);
 }
 
@@ -137,6 +141,6 @@ ISC_STATUS FORWARD forward_isc_create_database(ISC_STATUS* status, short length,
                                                short type)
 {
     char room[kLongestName];
-    const ISC_SCHAR* used = length == 0 ? NameFor(name, room) : name;
+    const ISC_SCHAR* used = NameFor(name, &length, room);
     return isc_create_database(status, length, used, database, blockLength, block, type);
 }
