@@ -191,7 +191,9 @@ void TIniDocument::ReplaceValue(std::size_t line, std::string_view value) {
         const TIniValueRange range = FindIniValue(text, encoding_);
         text.replace(range.start, range.end - range.start, bytes);
     } else {
-        const std::size_t end = text.size() - IniLineEnd(text, encoding_).size();
+        // A byte left over at the file's end stays behind the whole units.
+        const std::size_t whole = text.size() - text.size() % IniUnitSize(encoding_);
+        const std::size_t end = whole - IniLineEnd(text, encoding_).size();
         text.insert(end, EncodeIni("=", encoding_) + bytes);
     }
     SetText(line, text);

@@ -184,6 +184,16 @@ TEST(IniDocumentZoo, ReadsTheLeftOverByteAsWhatItBecomes) {
     EXPECT_TRUE(document.HasSection("A"));
 }
 
+TEST(IniDocumentZoo, GivesABareKeyItsValueBeforeALeftOverByte) {
+    TIniDocument document("\xFF\xFE[\0A\0]\0\n\0k\0x"s);
+    document.WriteText("A", "k", "v");
+    const std::string written = "\xFF\xFE[\0A\0]\0\n\0k\0=\0v\0x"s;
+    EXPECT_EQ(document.Bytes(), written);
+    EXPECT_EQ(document.Value("A", "k"), "v");
+    document.WriteText("A", "k", "v");
+    EXPECT_EQ(document.Bytes(), written);
+}
+
 TEST(IniDocumentZoo, AddsNoByteWhenTheLeftOverOneHasGone) {
     TIniDocument document("\xFF\xFE[\0A\0]\0\n\0[\0B\0]\0\n\0x"s);
     document.EraseSection("B");
