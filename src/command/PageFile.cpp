@@ -87,6 +87,7 @@ std::string TPageFile::Write(TExitCode exitCode, const std::string& error) const
         page.facts.insert(page.facts.begin() + (page.facts.empty() ? 0 : 1),
                           {.name = "Took", .value = SecondsText(seconds_())});
         page.sections = content_.sections;
+        RemoveLeftovers(file_);
         ReplaceWholeFile(file_, PageText(page));
         return {};
     } catch (const std::exception& failure) {

@@ -103,6 +103,15 @@ TEST_F(PageFileTest, TheFileOfTheLogOrTheTraceIsRefused) {
     EXPECT_EQ(Refusal(options), "");
 }
 
+TEST_F(PageFileTest, WhatAKilledRunHasLeftIsRemoved) {
+    PutFile(folder_ / "report.html.tolvane-0123456789abcdef.tmp", "<!DOCTYPE html>\n<p>half");
+    PutFile(folder_ / "other.html.tolvane-0123456789abcdef.tmp", "another's");
+    Open(Options(file_));
+    EXPECT_EQ(page_.Write(TExitCode::Done, {}), "");
+    EXPECT_FALSE(std::filesystem::exists(folder_ / "report.html.tolvane-0123456789abcdef.tmp"));
+    EXPECT_EQ(folder_.FileCount(), 2U);
+}
+
 TEST_F(PageFileTest, AFolderThatVanishesIsAFailureAtTheEnd) {
     std::filesystem::create_directory(folder_ / "gone");
     const std::filesystem::path file = folder_ / "gone" / "report.html";

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "command/PageFile.h"
 #include "config/IniFile.h"
 #include "tests/support/ScratchFolder.h"
 #include "tests/unit/command/Shop.h"
@@ -190,6 +191,31 @@ TEST_F(FailingLedger, KeepsItsClaimsForTheNextSave) {
         EXPECT_TRUE(LoadAt(folder_.Path(), kNoon).Holds(100 + n, 80));
         EXPECT_EQ(folder_.FileCount(), 1U);
     }
+}
+
+// The page that a run leaves.
+TEST_F(FailingFiles, AReportIsTheOldOrTheNewPageWhole) {
+    const path file = folder_ / "report.html";
+    TCommandOptions options;
+    options.report = file;
+    PutFile(file, "");
+    TPageFile page;
+    page.Open(options, {.title = "T"}, [] { return 1.5; });
+    const std::string unwritten =
+        "The report " + file.string() + " cannot be written: Input/output error (5).";
+    FailEachStep(
+        file, [&] { PutFile(file, "<!DOCTYPE html>\n<p>old"); },
+        [&] { return page.Write(TExitCode::Done, {}); },
+        {{"open", unwritten},  // of the new file
+         {"flock"},
+         {"write", unwritten},
+         {"stat", unwritten},  // the old file's rights
+         {"fchown"},
+         {"fchmod", unwritten},
+         {"fsync", unwritten},
+         {"rename", unwritten},
+         {"open"},  // of the folder, to have it flushed
+         {"fsync"}});
 }
 
 }  // namespace
