@@ -6,6 +6,8 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "articles/Promotion.h"
@@ -198,6 +200,38 @@ void TryTimePattern(TInput& input) {
     if (!onDial) Must(ParseTime(colons, regional) == time, "a time with colons is read");
 }
 
+// A pattern of numbers: each stands in its place.
+void TryDatePattern(TInput& input) {
+    const std::uint8_t form = input.Byte();
+    const TDate date = DateFrom(input);
+    const std::string separator = input.Text();
+    const auto isSeparator = [](char c) {
+        return c != '\'' && std::string_view("dMy").find(c) == std::string_view::npos;
+    };
+    if (separator.empty() || !IsOnly(separator, isSeparator)) return;
+    const auto digits = [](int number, std::size_t least) {
+        const std::string text = std::to_string(number);
+        return std::string(least > text.size() ? least - text.size() : 0, '0') + text;
+    };
+    const std::size_t dayDigits = (form & 1) != 0 ? 2 : 1;
+    const std::size_t monthDigits = (form & 2) != 0 ? 2 : 1;
+    const bool isWholeYear = (form & 4) != 0;
+    using TPlace = std::pair<std::string, std::string>;  // in the pattern and in the text
+    std::array places = {TPlace{std::string(dayDigits, 'd'), digits(date.day, dayDigits)},
+                         TPlace{std::string(monthDigits, 'M'), digits(date.month, monthDigits)},
+                         TPlace{isWholeYear ? "yyyy" : "yy",
+                                isWholeYear ? digits(date.year, 4) : digits(date.year % 100, 2)}};
+    std::rotate(places.begin(), places.begin() + form / 8 % 3, places.end());
+    TRegionalSettings regional;
+    std::string expected;
+    regional.shortDatePattern.clear();
+    for (const auto& [pattern, text] : places) {
+        regional.shortDatePattern += pattern + separator;
+        expected += text + separator;
+    }
+    Must(FormatDate(date, regional) == expected, "a date stands as its pattern says");
+}
+
 // Well-formed UTF-8, by its definition: the shortest form of each code point, no surrogates.
 bool IsPlainUtf8(std::string_view text) {
     for (std::size_t at = 0; at < text.size();) {
@@ -292,6 +326,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             break;
         case 'p':
             tolvane::TryTimePattern(input);
+            break;
+        case 'y':
+            tolvane::TryDatePattern(input);
             break;
         case 't':
             tolvane::TryText(input);
