@@ -141,15 +141,16 @@ public:
         const std::uint8_t kind = input_.Byte();
         const auto bytes = input_.Bytes(input_.Byte());
         LastError = "no answer";
-        if (kind < 0x40) {  // a right reply with these data
-            Reply = simulator::EncodeReply(request_.address, request_.command, BufferOf(bytes));
-            return kReadOk;
-        }
-        Reply = BufferOf(bytes);
-        return kind % 5;  // kReadOk: whatever the bytes are
+        const bool isRight = kind < 0x40;  // a right reply with these data
+        Reply = isRight
+                    ? simulator::EncodeReply(request_.address, request_.command, BufferOf(bytes))
+                    : BufferOf(bytes);
+        LastReply = Reply;
+        return isRight ? kReadOk : kind % 5;  // kReadOk: whatever the bytes are
     }
 
     int Sent = 0;
+    TCmdBuffer LastReply;
 
 private:
     TInput& input_;
@@ -165,6 +166,20 @@ struct TVersion {
     std::string text;
 };
 
+// The fields, each at its place in the reply; what is missing at its end is 0.
+void CheckVersion(const TVersion& version, const TCmdBuffer& reply, std::uint8_t address) {
+    constexpr std::uint8_t kCommand = 0x48;
+    const auto data = PlainReply(reply, address, kCommand);
+    Must(data && !data->empty() && data->front() == 0, "only a right reply tells a version");
+    const auto at = [&](std::size_t place) { return place < data->size() ? (*data)[place] : 0; };
+    std::string text;
+    for (std::size_t place = 1; place <= 4; ++place)
+        if (at(place) != 0) text += static_cast<char>(at(place));
+    Must(version.text == text, "the version is the reply's");
+    Must(version.maxPlu == at(9) + 256 * at(10), "the capacity is the reply's");
+    Must(version.mode == (at(16) & 3), "the mode is the reply's");
+}
+
 // Each command, with replies of any kind.
 void TryCommand(TInput& input) {
     TPauseClock clock;
@@ -178,6 +193,7 @@ void TryCommand(TInput& input) {
     switch (which % 4) {
         case 0:
             done = scale.GetVersion(version.errCode, version.maxPlu, version.mode, version.text);
+            if (done) CheckVersion(version, channel.LastReply, scale.Address);
             Must(version.maxPlu >= 0 && version.maxPlu <= 0xFFFF, "the capacity is two bytes");
             Must(version.mode >= 0 && version.mode <= 3, "the mode is two bits");
             Must(version.text.size() <= 4, "the version has up to four characters");
