@@ -100,6 +100,10 @@ struct TPriceCase {
     std::int32_t hundredths;
 };
 
+void PrintTo(const TPriceCase& price, std::ostream* out) {
+    *out << price.text;
+}
+
 class TPriceTest : public ::testing::TestWithParam<TPriceCase> {};
 
 TEST_P(TPriceTest, Parse_ReadsThePriceInHundredths) {

@@ -13,6 +13,10 @@ struct TNumberCase {
     int written;  // 0: the article is skipped
 };
 
+void PrintTo(const TNumberCase& number, std::ostream* out) {
+    *out << number.number << " of " << number.maxPlu;
+}
+
 const std::vector<TNumberCase> kNumbers = {
     // one digit
     {9, "0", 0},

@@ -28,6 +28,10 @@ struct TReplyLength {
                      // after
 };
 
+void PrintTo(const TReplyLength& reply, std::ostream* out) {
+    *out << reply.length << " bytes";
+}
+
 // 184 is B8 alone.
 const std::vector<TReplyLength> kLengths = {
     {1, "Ver: ; Max.PLU: 0; Mode: 0", "Ver: ; Max.PLU: 0; Mode:0", "", "", 4},
