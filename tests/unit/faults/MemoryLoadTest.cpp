@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "articles/ArticleSession.h"
+#include "tests/support/ShortMemory.h"
 #include "tests/support/client/FakeShop.h"
-#include "tests/unit/faults/ShortMemory.h"
 #include "text/Cp1251.h"
 
 namespace tolvane::test {

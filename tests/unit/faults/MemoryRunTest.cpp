@@ -8,10 +8,10 @@
 #include <vector>
 
 #include "simulator/ScaleCore.h"
+#include "tests/support/ShortMemory.h"
 #include "tests/support/scales/TestScales.h"
 #include "tests/support/upload/CoreChannel.h"
 #include "tests/support/upload/UploadFixture.h"
-#include "tests/unit/faults/ShortMemory.h"
 #include "text/Cp1251.h"
 #include "upload/RunMarks.h"
 #include "upload/ScaleRun.h"

@@ -6,7 +6,7 @@
 
 #include "config/IniFile.h"
 #include "tests/support/ScratchFolder.h"
-#include "tests/unit/faults/ShortMemory.h"
+#include "tests/support/ShortMemory.h"
 
 namespace tolvane::test {
 namespace {
