@@ -127,6 +127,25 @@ TEST_F(RunWindowRun, ABarAndItsTextShowHowFarTheRunHasCome) {
     EXPECT_EQ(text.substr(0, text.find("\r\n")), std::to_string(position) + " от 40");
 }
 
+TEST_F(RunWindowRun, TheTextOfTheBarTellsTheTimeLeftWhenItIsKnown) {
+    simulator::TFault slow;
+    slow.kind = simulator::TFaultKind::Slow;
+    slow.ms = std::chrono::milliseconds(150);
+    Scale(1).SetFaults({{slow}});
+    SetArticles(ManyGoods(40));
+    ThenStart("SaveBtn");
+    std::string text;
+    script_.When([] { return TextOf("lblRunCount").find("\r\n") != std::string::npos; },
+                 [&] {
+                     text = TextOf("lblRunCount");
+                     Click(Part("StopReadBtn"));
+                 });
+    script_.When([] { return LogEnds(); }, [] { PostKey(VK_ESCAPE); });
+    Show(2);
+    EXPECT_TRUE(text.substr(text.find("\r\n") + 2).starts_with("още ")) << text;
+    EXPECT_TRUE(text.ends_with(" сек") || text.ends_with(" мин")) << text;
+}
+
 // The text goes where it has room, and lies over no other control.
 TEST_F(RunWindowRun, TheTextOfTheBarHasRoomInEveryWidth) {
     const auto rectOf = [](const char* name) {
