@@ -9,10 +9,11 @@ source "$(dirname "${BASH_SOURCE[0]}")/../../scripts/browser.sh"
 cd "$ROOT"
 
 WORK=$BUILD/browser/scale-page
-SCALE_PROCESS=
+SCALE_PROCESS= USER_PROCESS=
 trap 'page_end' EXIT
 
 page_end() {
+    if [ -n "$USER_PROCESS" ]; then end_process "$USER_PROCESS" page-user.py; fi
     if [ -n "$SCALE_PROCESS" ]; then end_process "$SCALE_PROCESS" virtual-scale; fi
 }
 
@@ -60,6 +61,17 @@ with socket.create_connection(("127.0.0.1", int(sys.argv[1])), 10) as scale:
 PYTHON
 }
 
+# page_user <action>...: the page in a browser whose user does that, see page-user.py.
+page_user() {
+    rm -f "$WORK/user"
+    tests/browser/page-user.py "$PAGE" "$WORK/user" "$@" &
+    USER_PROCESS=$!
+    wait_until 20 test -s "$WORK/user" || fail "page-user.py has not started"
+    browser_dom "$(cat "$WORK/user")" >"$WORK/dom.html"
+    end_process "$USER_PROCESS" page-user.py
+    USER_PROCESS=
+}
+
 page_hostile() {
     page_start tests/browser/hostile.json
     browser_dom "$PAGE" >"$WORK/dom.html"
@@ -81,19 +93,35 @@ page_hostile() {
     expect_barcodes "$WORK/wide.png" 2022012012343 2033333012349
 }
 
-# What the page says after a request has come, and after a fault has been switched on as a form does.
+# An open page shows a request that comes.
 page_follows() {
-    [ "$(scale_ask 040D144A4A03)" = "02 0D 14 4A 14 4A 03" ] || fail "the scale has not answered as it should"
-    browser_dom "$PAGE" >"$WORK/dom.html"
+    page_user request "$PORT" 040D144A4A03
     expect "the mode" '<dd class="mode">programming</dd>'
     expect "the request" '<td data-title="Command">SetPrgMode</td>'
+}
+
+expect_answer() {
+    local answer
+    answer=$(scale_ask 040D144A4A03)
+    [ "$answer" = "$2" ] || fail "$1: the scale has answered $answer"
+}
+
+# Its buttons switch faults, and so does the field for a fault with words of its own.
+page_switches() {
+    expect_answer "without a fault" "02 0D 14 4A 14 4A 03"
+    page_user click fault-0
+    expect "the button" 'id="fault-0" aria-pressed="true" class="on">error</button>'
+    expect_answer "the fault is on" "02 0D 14 4A 15 4B 03"
+    page_user click fault-0
+    expect_not "the button" 'class="on"'
+    expect_answer "the fault is off" "02 0D 14 4A 14 4A 03"
     python3 - "$PAGE" <<'PYTHON'
 import sys, urllib.request
 page = sys.argv[1]
 request = urllib.request.Request(page + "faults", b"fault=error%2Ccode%3D7&on=1", {"Origin": page.rstrip("/")})
 assert urllib.request.urlopen(request, timeout=10).status == 200
 PYTHON
-    [ "$(scale_ask 040D144A4A03)" = "02 0D 14 4A 1B 51 03" ] || fail "the fault is not in force"
+    expect_answer "the typed fault is on" "02 0D 14 4A 1B 51 03"
     browser_dom "$PAGE" >"$WORK/dom.html"
     expect "the fault" 'class="on">error,code=7</button>'
     expect "the refusal" '<td data-title="Reply">refused: 7</td>'
@@ -116,4 +144,5 @@ if [ "${2:-}" = --readme ]; then
 fi
 page_hostile
 page_follows
+page_switches
 say "The virtual scale's page is right in the browser."
