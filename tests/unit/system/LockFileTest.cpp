@@ -96,6 +96,15 @@ TEST(LockFile, IsHandedOver) {
     EXPECT_FALSE(TLockFile::TryHold(folder / "a.lock"));
 }
 
+TEST(LockFile, IsKeptWhenItIsHandedToItself) {
+    const TScratchFolder folder;
+    auto lock = TLockFile::TryHold(folder / "a.lock");
+    ASSERT_TRUE(lock);
+    TLockFile& same = *lock;
+    *lock = std::move(same);
+    EXPECT_FALSE(TLockFile::TryHold(folder / "a.lock"));
+}
+
 TEST(LockFile, IsNeverHeldTwiceByThreadsThatTakeItAndLetItGo) {
     constexpr int kThreads = 4;
     constexpr int kHolds = 100;

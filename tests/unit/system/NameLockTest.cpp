@@ -36,6 +36,14 @@ TEST(NameLock, IsHandedOver) {
     EXPECT_TRUE(TNameLock::TryHold(Own("a")));
 }
 
+TEST(NameLock, IsKeptWhenItIsHandedToItself) {
+    auto lock = TNameLock::TryHold(Own("a"));
+    ASSERT_TRUE(lock);
+    TNameLock& same = *lock;
+    *lock = std::move(same);
+    EXPECT_FALSE(TNameLock::TryHold(Own("a")));
+}
+
 TEST(NameLock, MayBeAPathOfAnyLength) {
     const std::string end = Own("\\\\.\\/dev/tty");
     const auto first = TNameLock::TryHold(std::string(1000, 'a') + end);

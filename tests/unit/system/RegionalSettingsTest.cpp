@@ -49,6 +49,7 @@ TEST(FormatDate, UsesTheNamesOfTheSettings) {
 
 TEST(FormatDate, ShowsTheNumberOfAMonthWithoutAName) {
     EXPECT_EQ(DateBy("dd-MMM-yyyy"), "05-03-2024");
+    EXPECT_EQ(DateBy("dd-MMM-yyyy", {2024, 13, 5}), "05-13-2024");
 }
 
 TEST(FormatDate, AllowsADateThatDoesNotExist) {
@@ -84,6 +85,17 @@ TEST(ParseTime, ReadsBackWhatFormatTimeWrites) {
 TEST(ParseTime, NeedsNoSeconds) {
     EXPECT_EQ(ParseTime("08:30", {}), (TTimeOfDay{8, 30, 0, 0}));
     EXPECT_EQ(ParseTime("2:30 PM", Times("h:mm:ss tt")), (TTimeOfDay{14, 30, 0, 0}));
+    EXPECT_EQ(ParseTime("0830", Times("HHmmss")), (TTimeOfDay{8, 30, 0, 0}));
+    EXPECT_EQ(ParseTime("8:30", Times("ss:mm:HH")), (TTimeOfDay{8, 30, 0, 0}));
+}
+
+TEST(ParseTime, NeedsNoTextsForTheHalvesOfTheDay) {
+    TRegionalSettings regional = Times("h:mm:ss tt");
+    regional.morning.clear();
+    regional.afternoon.clear();
+    EXPECT_EQ(ParseTime("8:30:15", regional), (TTimeOfDay{8, 30, 15, 0}));
+    EXPECT_EQ(ParseTime("14:30:15", regional), (TTimeOfDay{14, 30, 15, 0}));
+    EXPECT_EQ(ParseTime("8:30:15 PM", regional), std::nullopt);
 }
 
 TEST(ParseTime, BearsBlanksBetweenThePieces) {
