@@ -14,8 +14,6 @@ namespace tolvane {
 namespace {
 
 constexpr std::chrono::milliseconds kPoll{50};
-// An attachment takes a tenth of a second, a list of 10,000 articles half a second.
-constexpr std::chrono::seconds kLongestEnding{2};
 
 }  // namespace
 
@@ -71,7 +69,7 @@ void TDatabaseWatch::Work() {
         Tell(*end);
         leaving_ = true;
         if (IsEmbedded(options_.database))
-            change_.wait_for(lock, kLongestEnding, [this] { return ended_; });
+            change_.wait_for(lock, world_.longestEnding, [this] { return ended_; });
         world_.leave(end->code);
         leaving_ = false;
         change_.notify_all();

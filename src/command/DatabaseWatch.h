@@ -17,9 +17,9 @@ namespace tolvane {
 // While the database is read, a call may hang for as long as its server likes, and for ever when
 // the network loses the answer. An interrupt, the deadline, or a call that lasts longer than
 // world.longestAnswer then ends the process (world.leave) with a word about why; no scale has been
-// touched yet. A server's client is left at once. The embedded engine gets a moment to end what it
-// does: a process that goes amid it may leave locked what the engines of all processes share, and
-// they would wait for it for ever. To be made before the client library is loaded.
+// touched yet. A server's client is left at once. The embedded engine gets world.longestEnding to
+// end what it does: a process that goes amid it may leave locked what the engines of all processes
+// share, and they would wait for it for ever. To be made before the client library is loaded.
 class TDatabaseWatch {
 public:
     // Both outlive the watch. Nobody else writes to world.err meanwhile, but by Tell.

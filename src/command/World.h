@@ -30,6 +30,9 @@ struct TWorld {
     std::function<void(TExitCode)> leave{};  // ends the process at once
     // How long the database may take for one answer.
     std::chrono::milliseconds longestAnswer = std::chrono::seconds(60);
+    // How long the embedded engine may take to end what it does: far more than an attachment or a
+    // list of articles takes.
+    std::chrono::milliseconds longestEnding = std::chrono::seconds(2);
     // Of the terminal, as it is now.
     std::function<std::size_t()> columns = [] { return kUsualColumns; };
     TEventLog log{};   // what --log names; RunCommand opens it
