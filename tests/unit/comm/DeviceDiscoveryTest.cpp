@@ -122,6 +122,13 @@ protected:
 
 }  // namespace
 
+TEST(FoundDevice, IsAnotherWithAnotherAddressOrKind) {
+    const TFoundDevice device{.address = "10.0.0.7", .kind = TDeviceKind::UdpModule};
+    EXPECT_TRUE(device == (TFoundDevice{.address = "10.0.0.7", .kind = TDeviceKind::UdpModule}));
+    EXPECT_FALSE(device == (TFoundDevice{.address = "10.0.0.8", .kind = TDeviceKind::UdpModule}));
+    EXPECT_FALSE(device == (TFoundDevice{.address = "10.0.0.7", .kind = TDeviceKind::TcpModule}));
+}
+
 TEST_F(DeviceDiscoveryTest, FindDevices_SendsTheThreeProbes) {
     network_.Find();
     ASSERT_EQ(network_.probes.size(), 3U);

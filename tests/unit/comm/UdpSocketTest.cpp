@@ -7,7 +7,9 @@
 #include <string>
 #include <utility>
 
-namespace tolvane {
+#include "tests/support/FreeUdpPort.h"
+
+namespace tolvane::test {
 namespace {
 
 constexpr std::array<std::uint8_t, 2> kDatagram = {1, 2};
@@ -18,17 +20,9 @@ constexpr TMilliseconds kLongestWait{5000};
 class UdpSocketTest : public ::testing::Test {
 protected:
     static std::optional<TReceived> Receive(TDatagramReceive receive) {
-        // A free port is found by trying: the socket does not tell its own.
+        const std::uint16_t port = FreeUdpPort();
         TUdpSocket socket(std::move(receive));
-        std::int32_t port = 20000;
-        for (;; ++port) {
-            try {
-                socket.Open(static_cast<std::uint16_t>(port), false);
-                break;
-            } catch (const std::system_error&) {
-                socket.Close();
-            }
-        }
+        socket.Open(port, false);
         TUdpSocket sender;
         sender.Open(0, false);
         sender.Send(kDatagram, "127.0.0.1", port);
@@ -56,6 +50,14 @@ TEST_F(UdpSocketTest, OnlyFromAPeerADatagramOfAnotherIsDropped) {
 
 TEST_F(UdpSocketTest, OnlyFromAHostWithoutAddressEveryDatagramCounts) {
     EXPECT_TRUE(Receive(ReceiveOnlyFrom("scale")));
+}
+
+TEST_F(UdpSocketTest, OnlyFromAPeerADatagramThatHasGoneIsNone) {
+    EXPECT_FALSE(
+        Receive([](std::uintptr_t socket, std::span<std::uint8_t> buffer, std::error_code& error) {
+            ReceiveDatagram(socket, buffer, error);
+            return ReceiveOnlyFrom("127.0.0.1")(socket, buffer, error);
+        }));
 }
 
 TEST_F(UdpSocketTest, NobodyWhoTookAnEarlierDatagramIsNoFailure) {
@@ -97,4 +99,4 @@ TEST(HasRouteTest, AnAddressThatTheSystemRefusesIsNot) {
 }
 
 }  // namespace
-}  // namespace tolvane
+}  // namespace tolvane::test

@@ -35,6 +35,7 @@ TEST(FormatDate, TakesQuotedTextAsItStands) {
     EXPECT_EQ(DateBy("d.M.yyyy 'г.'"_cp1251), "5.3.2024 г."_cp1251);
     EXPECT_EQ(DateBy("d 'de' M 'o''d'"), "5 de 3 o'd");
     EXPECT_EQ(DateBy("d 'open"), "5 open");
+    EXPECT_EQ(DateBy("(d.M.)"), "(5.3.)");
 }
 
 TEST(FormatDate, UsesTheNamesOfTheSettings) {

@@ -104,6 +104,18 @@ TEST(TemporaryFile, IsNoLeftoverWhileItIsWritten) {
     EXPECT_TRUE(exists(file.Path()));
 }
 
+TEST(RemoveLeftovers, LooksInTheCurrentFolderForAFileThatNamesNone) {
+    const TScratchFolder folder;
+    PutFile(folder / "a.ini.tolvane-0123456789abcdef.tmp", "half");
+    PutFile(folder / "b.ini.tolvane-0123456789abcdef.tmp", "another's");
+    const path before = std::filesystem::current_path();
+    std::filesystem::current_path(folder.Path());
+    RemoveLeftovers("a.ini");
+    std::filesystem::current_path(before);
+    EXPECT_FALSE(exists(folder / "a.ini.tolvane-0123456789abcdef.tmp"));
+    EXPECT_EQ(folder.FileCount(), 1U);
+}
+
 TEST(IsTemporaryOf, KnowsItsOwnNamesOnly) {
     const path target = path("folder") / "Tolvane.Ini";
     EXPECT_TRUE(IsTemporaryOf(target, "Tolvane.Ini.tolvane-0123456789abcdef.tmp"));
