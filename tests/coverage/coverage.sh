@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Builds the text, system, scale, comm, upload, config and settings folders with gcov's counters in a build folder of
-# their own, runs their unit and link tests, and prints line and branch coverage per folder, with every
+# their own, runs their unit and link tests, those of the command and of failing calls, and prints line and branch coverage per folder, with every
 # branch that no test takes. Fails when the tests take less than 95 % of a folder's branches.
 #
 #   tests/coverage/coverage.sh
@@ -9,7 +9,8 @@ source "$(dirname "${BASH_SOURCE[0]}")/../../scripts/lib.sh"
 
 HERE=$ROOT/tests/coverage
 TREE=$BUILD/coverage
-PROGRAMS=(test_text test_system test_scale test_comm test_comm_links test_discovery test_upload test_config test_settings_rules)
+PROGRAMS=(test_text test_system test_scale test_comm test_comm_links test_discovery test_upload test_config test_settings_rules
+    test_command test_failing_files test_failing_sockets)
 COUNTED='src/(text|system|scale|comm|upload|config|settings)/[^/]+$'
 NOT_COUNTED='src/system/.*_(posix|win32)\.cpp$'
 
