@@ -25,6 +25,20 @@ struct TStep {
     std::string told = {};
 };
 
+// A new file is written beside the old one and takes its place; what can fail says `unsaved`.
+std::vector<TStep> ReplacingSteps(const std::string& unsaved) {
+    return {{"open", unsaved},                                          // of the new file
+            {"flock"},         {"write", unsaved},  {"stat", unsaved},  // the old file's rights
+            {"fchown"},        {"fchmod", unsaved}, {"fsync", unsaved}, {"rename", unsaved},
+            {"open"},  // of the folder, to have it flushed
+            {"fsync"}};
+}
+
+std::vector<TStep> operator+(std::vector<TStep> steps, const std::vector<TStep>& more) {
+    steps.insert(steps.end(), more.begin(), more.end());
+    return steps;
+}
+
 // Saves with each step failing in turn, once and for good. `save` returns what it is told.
 class FailingFiles : public ::testing::Test {
 protected:
@@ -85,32 +99,24 @@ TEST_F(FailingFiles, AConfigurationFileIsTheOldOrTheNewOneWhole) {
             return ToUtf8(error.what());
         }
     };
-    FailEachStep(file,
-                 [&] {
-                     PutFile(file, "[A]\r\nk=old\r\n[B]\r\nforeign\r\n");
-                     chmod(file.c_str(), 0600);
-                 },
-                 save,
-                 {{"open"},  // of the folder, for the lock between programs
-                  {"flock"},
-                  {"open", unread},
-                  {"read", unread},
-                  {"read", unread},   // the end
-                  {"open", unsaved},  // whether anything has changed
-                  {"read", unsaved},
-                  {"read", unsaved},
-                  {"stat"},  // whether it is write-protected
-                  {"access", unsaved},
-                  {"open", unsaved},  // of the new file
-                  {"flock"},
-                  {"write", unsaved},
-                  {"stat", unsaved},  // the old file's rights
-                  {"fchown"},
-                  {"fchmod", unsaved},
-                  {"fsync", unsaved},
-                  {"rename", unsaved},
-                  {"open"},  // of the folder, to have it flushed
-                  {"fsync"}});
+    FailEachStep(
+        file,
+        [&] {
+            PutFile(file, "[A]\r\nk=old\r\n[B]\r\nforeign\r\n");
+            chmod(file.c_str(), 0600);
+        },
+        save,
+        std::vector<TStep>{{"open"},  // of the folder, for the lock between programs
+                           {"flock"},
+                           {"open", unread},
+                           {"read", unread},
+                           {"read", unread},   // the end
+                           {"open", unsaved},  // whether anything has changed
+                           {"read", unsaved},
+                           {"read", unsaved},
+                           {"stat"},  // whether it is write-protected
+                           {"access", unsaved}} +
+            ReplacingSteps(unsaved));
     struct stat status {};
     ASSERT_EQ(stat(file.c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 07777U, 0600U);
@@ -160,19 +166,9 @@ TEST_F(FailingLedger, IsTheOldOrTheNewOneWhole) {
                 ledger.Save(kNoon);
             });
         },
-        {{"open", Told("read")},
-         {"read", Told("read")},
-         {"read", Told("read")},   // the end
-         {"open", Told("saved")},  // of the new file
-         {"flock"},
-         {"write", Told("saved")},
-         {"stat", Told("saved")},  // the old file's rights
-         {"fchown"},
-         {"fchmod", Told("saved")},
-         {"fsync", Told("saved")},
-         {"rename", Told("saved")},
-         {"open"},  // of the folder, to have it flushed
-         {"fsync"}});
+        std::vector<TStep>{
+            {"open", Told("read")}, {"read", Told("read")}, {"read", Told("read")}} +  // the end
+            ReplacingSteps(Told("saved")));
 }
 
 // A run goes on with the same object after a save that has failed.
@@ -205,17 +201,7 @@ TEST_F(FailingFiles, AReportIsTheOldOrTheNewPageWhole) {
         "The report " + file.string() + " cannot be written: Input/output error (5).";
     FailEachStep(
         file, [&] { PutFile(file, "<!DOCTYPE html>\n<p>old"); },
-        [&] { return page.Write(TExitCode::Done, {}); },
-        {{"open", unwritten},  // of the new file
-         {"flock"},
-         {"write", unwritten},
-         {"stat", unwritten},  // the old file's rights
-         {"fchown"},
-         {"fchmod", unwritten},
-         {"fsync", unwritten},
-         {"rename", unwritten},
-         {"open"},  // of the folder, to have it flushed
-         {"fsync"}});
+        [&] { return page.Write(TExitCode::Done, {}); }, ReplacingSteps(unwritten));
 }
 
 }  // namespace
