@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Builds the text, system, scale, comm, upload, config and settings folders with gcov's counters in a build folder of
-# their own, runs their unit and link tests, those of the command and of failing calls, and prints line and branch coverage per folder, with every
-# branch that no test takes. Fails when the tests take less than 95 % of a folder's branches.
+# their own, runs their unit and link tests and those of the command and of failing calls, and prints line and branch
+# coverage per folder, with every branch that no test takes. Fails when the tests take less than 95 % of a folder's
+# branches.
 #
 #   tests/coverage/coverage.sh
 
