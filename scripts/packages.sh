@@ -18,7 +18,7 @@ declare -A GROUPS_OF_PACKAGES=(
                 firebird-dev firebird3.0-server-core firebird3.0-utils iproute2"
     [check]="clang-format clang-tidy lld groff-base python3"
     [wine]="wine wine32:i386 wine64 fonts-wine fonts-dejavu-core fonts-liberation xvfb
-            imagemagick xdotool locales"
+            imagemagick locales"
     [firebird]="firebird3.0-server firebird3.0-server-core firebird3.0-utils firebird-dev
                 libfbclient2:i386"
     [winelib]="libwine-dev:i386 wine32-tools:i386 gcc-multilib"

@@ -69,14 +69,9 @@ plan_keep() {
 # What every step's result depends on besides its own files: the programs of the machine, the rights
 # of the user (as root more is tested), and what shortens or lengthens tests.
 plan_machine() {
-    if [ -z "${PLAN_MACHINE:-}" ]; then
-        PLAN_MACHINE=$({
-            id -u
-            dpkg-query -W -f '${Package} ${Architecture} ${Version}\n'
-            env | grep -E '^(TOLVANE|GTEST)_' | sort
-        } | sha256sum)
-    fi
-    printf '%s\n' "$PLAN_MACHINE"
+    id -u
+    dpkg-query -W -f '${Package} ${Architecture} ${Version}\n'
+    env | sed -nE '/^(TOLVANE|GTEST)_/p' | sort
 }
 
 # job_key <name>: a number that changes with anything that the step reads; nothing when it reads
