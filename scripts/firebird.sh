@@ -81,8 +81,13 @@ firebird_pid() {
     cat "$FIREBIRD_FOLDER/pid" 2>/dev/null || true
 }
 
+# What it is known by: its command line, which names its folder.
+firebird_words() {
+    printf '/usr/sbin/firebird -e %s \n' "$FIREBIRD_FOLDER"
+}
+
 firebird_runs() {
-    process_is "$(firebird_pid)" "/usr/sbin/firebird -p $(firebird_port)"
+    process_is "$(firebird_pid)" "$(firebird_words)"
 }
 
 # Whether the server lets a user in; the security database is reached by the server's alias.
@@ -106,12 +111,13 @@ firebird_free_port() {
     printf '%s\n' "$port"
 }
 
+# With the port as an argument the server would listen on every address of the machine, whatever its settings say.
 firebird_try_port() {
     local port=$1
     firebird_write_settings "$port"
     printf '%s\n' "$port" >"$FIREBIRD_FOLDER/port"
     FIREBIRD=$FIREBIRD_FOLDER FIREBIRD_LOCK=$FIREBIRD_FOLDER/lock FIREBIRD_TMP=$FIREBIRD_FOLDER/lock \
-        setsid /usr/sbin/firebird -p "$port" >"$FIREBIRD_FOLDER/server.log" 2>&1 </dev/null &
+        setsid /usr/sbin/firebird -e "$FIREBIRD_FOLDER" >"$FIREBIRD_FOLDER/server.log" 2>&1 </dev/null &
     printf '%s\n' "$!" >"$FIREBIRD_FOLDER/pid"
     wait_until 30 firebird_accepts && firebird_runs
 }
@@ -138,7 +144,7 @@ firebird_start() {
 }
 
 firebird_stop() {
-    end_process "$(firebird_pid)" "/usr/sbin/firebird -p $(firebird_port)"
+    end_process "$(firebird_pid)" "$(firebird_words)"
     rm -f "$FIREBIRD_FOLDER/pid"
 }
 

@@ -37,7 +37,8 @@ asio::ip::address_v4 OwnAddress() {
 }
 
 // Replaces this process, a child, by the server.
-[[noreturn]] void BecomeServer(const std::string& folder, const std::string& port) {
+// Its port stands in its settings: as an argument it would make it listen on every address.
+[[noreturn]] void BecomeServer(const std::string& folder) {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     const int null = open("/dev/null", O_RDWR);
     for (int descriptor = 0; descriptor < 3; ++descriptor)
@@ -45,7 +46,7 @@ asio::ip::address_v4 OwnAddress() {
     const std::string root = "FIREBIRD=" + folder;
     const std::string lock = "FIREBIRD_LOCK=" + folder + "/lock";
     const std::string temporary = "FIREBIRD_TMP=" + folder + "/lock";
-    execle(kServerProgram, kServerProgram, "-p", port.c_str(), nullptr,
+    execle(kServerProgram, kServerProgram, nullptr,
            std::array<const char*, 5>{"PATH=/usr/bin:/bin", root.c_str(), lock.c_str(),
                                       temporary.c_str(), nullptr}
                .data());
@@ -90,9 +91,8 @@ void TOwnServer::MakeFolder() const {
 void TOwnServer::Start() {
     if (process_ != 0) return;
     const std::string folder = folder_.Path().string();
-    const std::string port = std::to_string(kServerPort);
     const pid_t process = fork();
-    if (process == 0) BecomeServer(folder, port);
+    if (process == 0) BecomeServer(folder);
     if (process < 0) throw std::runtime_error("no process for the test's own Firebird server");
     process_ = process;
     WaitUntilItListens();
