@@ -12,6 +12,7 @@
 //   window-driver type NAME TEXT         puts TEXT (UTF-8) into an enabled edit line
 //   window-driver close CLASS            asks the window to close
 //   window-driver text NAME              prints the control's text as UTF-8
+//   window-driver caption CLASS TEXT     waits until the window's caption is TEXT (UTF-8)
 //   window-driver contains NAME TEXT     waits until the control's text contains TEXT (UTF-8)
 //   window-driver painted CLASS          waits until all of the window is painted
 //   window-driver place CLASS X Y W H    moves and sizes the window
@@ -153,6 +154,13 @@ bool Contains(const TCall& call) {
     });
 }
 
+bool Caption(const TCall& call) {
+    return WaitFor(call.seconds, [&] {
+        const HWND window = FindByClass(call.Wide(0));
+        return window != nullptr && TextOf(window) == call.arguments.at(1);
+    });
+}
+
 bool Painted(const TCall& call) {
     HWND window = nullptr;
     return WaitForClass(call, window) && WaitFor(call.seconds, [&] { return IsPainted(window); });
@@ -175,7 +183,8 @@ const std::map<std::string, TAction> kActions = {
     {"enabled", {1, Enabled}},   {"command", {2, Command}}, {"click", {1, Click}},
     {"close", {1, Close}},       {"text", {1, Text}},       {"place", {5, Place}},
     {"contains", {2, Contains}}, {"painted", {1, Painted}}, {"mark", {3, Mark}},
-    {"type", {2, Type}},         {"title", {2, Title}},     {"key", {2, Key}},
+    {"caption", {2, Caption}},   {"type", {2, Type}},       {"title", {2, Title}},
+    {"key", {2, Key}},
 };
 
 int Run(std::vector<std::string> words) {

@@ -146,8 +146,8 @@ static void make_window(const WCHAR* title) {
     HMENU menu = CreateMenu();
     AppendMenuW(menu, MF_STRING, START_COMMAND, title);
     RegisterClassW(&class);
-    if (CreateWindowW(L"ExampleHost", L"Example host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 1000,
-                      700, NULL, menu, class.hInstance, NULL) == NULL)
+    if (CreateWindowW(L"ExampleHost", title, WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 1000, 700,
+                      NULL, menu, class.hInstance, NULL) == NULL)
         fail("no main window");
 }
 

@@ -166,7 +166,7 @@ begin
   RegisterClassW(WindowClass);
   Menu := CreateMenu;
   AppendMenuW(Menu, MF_STRING, StartCommand, PWideChar(Title));
-  if CreateWindowExW(0, 'ExampleHost', 'Example host', WS_OVERLAPPEDWINDOW or WS_VISIBLE,
+  if CreateWindowExW(0, 'ExampleHost', PWideChar(Title), WS_OVERLAPPEDWINDOW or WS_VISIBLE,
     0, 0, 1000, 700, 0, Menu, HInstance, nil) = 0 then
     Fail('no main window');
 end;

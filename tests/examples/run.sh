@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Runs the example hosts with the module and a small shop: each opens the list, prints it, is told that it has
-# closed, and ends. The Wine prefix, the display, the Firebird server and Free Pascal must be there.
+# Runs the example hosts with the module and a small shop: each shows the operation's title, opens the list, prints
+# it, is told that it has closed, and ends. The Wine prefix, the display, the Firebird server and Free Pascal must be
+# there.
 #
 #   tests/examples/run.sh <Windows build folder>
 
@@ -41,6 +42,7 @@ host_test() {
     cp "$windows/src/entry/Tolvane.dll" "$folder/$1/Operations/"
     host_run "$1" &
     pid=$!
+    host_act caption ExampleHost "Програмиране на везни ELICOM EVL/ETS"
     host_act command ExampleHost 100
     host_act rows aDBGrid 6
     host_act click PrintBtn
