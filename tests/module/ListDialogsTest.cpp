@@ -13,6 +13,7 @@
 #include "tests/support/module/Commands.h"
 #include "tests/support/module/Session.h"
 #include "tests/support/window/BoxAnswerer.h"
+#include "tests/support/window/Layout.h"
 #include "tests/support/window/UserScript.h"
 
 namespace tolvane::test {
@@ -91,15 +92,11 @@ TEST_P(ListDialogsTest, GoesWithTheListWindow) {
     EXPECT_TRUE(RunLoopUntil(TLoadedModule::IsGone));
 }
 
-// A tool window's caption never has one.
 TEST_P(ListDialogsTest, HasNoIconInItsCaption) {
-    const auto hasIcon = [](HWND window) {
-        return GetClassLongPtrW(window, GCLP_HICON) != 0 &&
-               (GetWindowLongW(window, GWL_EXSTYLE) & WS_EX_TOOLWINDOW) == 0;
-    };
-    EXPECT_TRUE(hasIcon(session_.List()));
-    const TDialogScript script(GetParam().className,
-                               {[&](HWND window) { EXPECT_FALSE(hasIcon(window)); }, &PostClose});
+    EXPECT_TRUE(HasCaptionIcon(session_.List()));
+    const TDialogScript script(
+        GetParam().className,
+        {[](HWND window) { EXPECT_FALSE(HasCaptionIcon(window)); }, &PostClose});
     GetParam().open(session_);
 }
 

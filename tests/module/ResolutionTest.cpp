@@ -42,6 +42,16 @@ protected:
         return rect;
     }
     std::string Suffix() const { return "-" + std::to_string(dpi_.DotsPerInch()); }
+    // The chooser's list ends with a whole line.
+    static void ExpectWholeLines(HWND chooser) {
+        const HWND lines = ControlOf(chooser, "aCheckListBox");
+        RECT line{LVIR_BOUNDS, 0, 0, 0};
+        SendMessageW(lines, LVM_GETITEMRECT, 0, reinterpret_cast<LPARAM>(&line));
+        RECT client{};
+        GetClientRect(lines, &client);
+        EXPECT_GT(client.bottom, 10 * (line.bottom - line.top));
+        EXPECT_EQ(client.bottom % (line.bottom - line.top), 0);
+    }
     // Its text is drawn in the middle, above the bar, with its colour on all four sides.
     static void ExpectWaitTextHasItsRoom(const TWaitForm& wait) {
         RECT area{};
@@ -162,6 +172,7 @@ TEST_F(ResolutionTest, EveryTextOfTheColumnChooserHasItsRoom) {
     const TDialogScript script(L"TColListForm", {[](HWND window) {
                                    ExpectTextsFit(window);
                                    ExpectControlsApart(window);
+                                   ExpectWholeLines(window);
                                    Press(window, "btnCancel");
                                }});
     session_.Click("ColBtn");
@@ -210,6 +221,10 @@ TEST_F(ResolutionTest, TheColumnChooserAndTheSearchBoxFollowTheirMonitors) {
     {
         const TDialogScript script(L"TColListForm", {[](HWND window) {
                                        ExpectFollowsMonitors(window);
+                                       for (const int dotsPerInch : {120, 144}) {
+                                           TellDpi(window, dotsPerInch);
+                                           ExpectWholeLines(window);
+                                       }
                                        Press(window, "btnCancel");
                                    }});
         session_.Click("ColBtn");

@@ -70,6 +70,7 @@ TEST(HostResolutionTest, EveryTextOfTheDatabaseWindowHasItsRoom) {
         host::TDatabaseForm form(session.Frame(), {}, offer);
         const TDialogScript user(kForm, {[&, picture = name + suffix](HWND window) {
                                      SaveScreenshot(window, picture);
+                                     EXPECT_FALSE(HasCaptionIcon(window));
                                      ExpectTextsFit(window);
                                      ExpectControlsApart(window);
                                      ExpectFollowsMonitors(window);

@@ -29,7 +29,7 @@ TEST_F(SetPluUnit, TheWindowShowsItsKindAndTheUsableScales) {
         [] {
             EXPECT_EQ(Utf8TextOf(Form()), "Запис на избраните артикули във везните");
             EXPECT_EQ(ComponentName(Form()), "SetPluForm");
-            EXPECT_EQ(GetClassLongPtrW(Form(), GCLP_HICON), 0U);
+            EXPECT_FALSE(HasCaptionIcon(Form()));
             EXPECT_EQ(Utf8TextOf(Part("SaveBtn")), "Запис");
             EXPECT_EQ(Utf8TextOf(Part("DeleteBtn")), "Изтриване на всички артикули");
             EXPECT_EQ(Utf8TextOf(Part("OkBtn")), "Затвори");

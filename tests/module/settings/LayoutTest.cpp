@@ -43,6 +43,18 @@ TEST_F(LayoutTest, TheWindowsFollowTheirMonitors) {
     ExpectFollowsMonitors(hint.Handle(), false);
 }
 
+TEST_F(LayoutTest, NoCaptionHasAnIcon) {
+    const TfrmScaleSettings settings(host_.Frame(), {}, {}, {},
+                                     {[](bool, std::vector<std::string>&) {}, search_});
+    EXPECT_FALSE(HasCaptionIcon(settings.Handle()));
+    const TScaleComunicationForm list(host_.Frame(), {}, SystemScaleListServices());
+    EXPECT_FALSE(HasCaptionIcon(list.Handle()));
+    const TFindDevicesForm devices(host_.Frame(), search_);
+    EXPECT_FALSE(HasCaptionIcon(devices.Handle()));
+    const THintForm hint(host_.Frame());
+    EXPECT_FALSE(HasCaptionIcon(hint.Handle()));
+}
+
 TEST_F(LayoutTest, ButtonsOfOneLetterSayWhatTheyAreFor) {
     TfrmScaleSettings form(host_.Frame(), {}, {}, {},
                            {[](bool, std::vector<std::string>&) {}, search_});

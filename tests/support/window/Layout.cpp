@@ -157,11 +157,15 @@ void ExpectFixedEditFits(HWND edit) {
     EXPECT_LE(needed.cy, room.bottom - room.top) << ComponentNameOf(edit);
 }
 
+bool IsToolWindow(HWND window) {
+    return (GetWindowLongW(window, GWL_EXSTYLE) & WS_EX_TOOLWINDOW) != 0;
+}
+
 // Beside its buttons and, where it has one, its icon.
 void ExpectTitleFits(HWND window) {
     const LONG style = StyleOf(window);
     if ((style & WS_CAPTION) != WS_CAPTION) return;
-    const bool isTool = (GetWindowLongW(window, GWL_EXSTYLE) & WS_EX_TOOLWINDOW) != 0;
+    const bool isTool = IsToolWindow(window);
     NONCLIENTMETRICSW metrics{};
     metrics.cbSize = sizeof metrics;
     SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
@@ -171,9 +175,8 @@ void ExpectTitleFits(HWND window) {
     DeleteObject(font);
     const int close = (style & WS_SYSMENU) != 0 ? 1 : 0;
     const int size = (style & (WS_MINIMIZEBOX | WS_MAXIMIZEBOX)) != 0 ? 2 : 0;
-    const bool hasIcon = !isTool && GetClassLongPtrW(window, GCLP_HICON) != 0;
     const LONG taken = (close + size) * GetSystemMetrics(isTool ? SM_CXSMSIZE : SM_CXSIZE) +
-                       (hasIcon ? GetSystemMetrics(SM_CXSMICON) : 0) +
+                       (HasCaptionIcon(window) ? GetSystemMetrics(SM_CXSMICON) : 0) +
                        2 * GetSystemMetrics(SM_CXDLGFRAME) + kAroundLine;
     const RECT outer = PlaceOf(window);
     EXPECT_LE(needed + taken, outer.right - outer.left) << Utf8(TextIn(window));
@@ -233,6 +236,10 @@ void ExpectControlsApart(HWND window) {
                 << ComponentNameOf(children[i]) << " and " << ComponentNameOf(children[j]);
         }
     }
+}
+
+bool HasCaptionIcon(HWND window) {
+    return !IsToolWindow(window) && GetClassLongPtrW(window, GCLP_HICON) != 0;
 }
 
 std::vector<TControlPlace> ControlPlaces(HWND window) {

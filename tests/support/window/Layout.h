@@ -14,6 +14,9 @@ void ExpectTextsFit(HWND window);
 // Expects that visible controls lie inside the window, and none over another.
 void ExpectControlsApart(HWND window);
 
+// Whether the window shows an icon in its caption; a tool window never does.
+bool HasCaptionIcon(HWND window);
+
 // Where a window's visible controls are, pixels of its client area, and how high their letters are.
 struct TControlPlace {
     std::string name;
