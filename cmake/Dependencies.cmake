@@ -31,8 +31,8 @@ else()
     target_compile_definitions(tolvane_asio PUBLIC ASIO_SEPARATE_COMPILATION)
     target_link_libraries(tolvane_asio PRIVATE tolvane_hardening)
     if(TOLVANE_SANITIZE)
-        # Tests do not need it quick, and UBSan is for our own code.
-        target_compile_options(tolvane_asio PRIVATE ${TOLVANE_QUICK_BUILD} -fno-sanitize=undefined)
+        # Tests do not need it quick.
+        target_compile_options(tolvane_asio PRIVATE ${TOLVANE_QUICK_BUILD} ${TOLVANE_WITHOUT_UBSAN})
     endif()
 endif()
 target_link_libraries(tolvane_asio ${scope} tolvane_headers Threads::Threads)

@@ -12,6 +12,7 @@
 #   ten minutes of random messages at the module
 #   the core's unit tests under valgrind
 #   the command, the virtual scale, the channels and the search under ThreadSanitizer
+#   the command and the virtual scale under UBSan, with the libraries for the command line and for JSON
 #   the built files for Linux
 #   the coverage, see tests/coverage
 #   the release itself: made twice, installed, used, upgraded and removed
@@ -93,6 +94,23 @@ long_threads() {
     done
 }
 
+# The parts that test.sh leaves out, as compiling them takes long: the command's and the virtual scale's files that
+# read the libraries for the command line and for JSON, Asio's own code, and the tests.
+long_undefined() {
+    local name programs=(test_command test_simulator) STEP_RESULTS=$BUILD/undefined/results
+    test_build undefined "${programs[@]}" test_program virtual-scale
+    for name in "${programs[@]}"; do
+        say "== $name"
+        long_some "$(find "$BUILD/undefined/tests" -name "$name" -type f)" --gtest_brief=1
+    done
+    say "== test_program"
+    rm -rf "$STEP_RESULTS"
+    mkdir -p "$STEP_RESULTS"
+    test_shop_make
+    test_shards undefined program/test_program 96 16
+    test_report "$STEP_RESULTS"
+}
+
 long_files() {
     test_build release tolvane virtual-scale
     "$SCRIPTS/check-binary.sh" "$BUILD/release" src/command/tolvane
@@ -137,10 +155,11 @@ long_for() {
 long_step coverage "Coverage" tests/coverage/coverage.sh
 long_step valgrind "Valgrind" long_valgrind
 long_step threads "ThreadSanitizer" long_threads
+long_for "undefined kills-command cycles storm" "Start a Firebird server" firebird_start
+long_step undefined "UBSan over all code" long_undefined
 long_step files "Built files for Linux" long_files
 long_step kills "Kills of a save" long_kills
 long_step soak "Soak of every wire" long_soak
-long_for "kills-command cycles storm" "Start a Firebird server" firebird_start
 long_step kills-command "Kills of the command" long_kills_command
 in_wine="kills-windows stops cycles storm"
 long_for "$in_wine" "Make the Wine prefix" wine_prefix_make
