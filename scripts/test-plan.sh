@@ -6,8 +6,8 @@
 #   test_plan_run
 #
 # Four lanes share the Windows tests and take about as long as each other. What takes the UDP ports of a scale
-# on this machine's own addresses never runs beside another such step; the steps in a shop's network have
-# ports of their own.
+# on this machine's own addresses never runs beside another such step, nor does what has the demo's UDP scale at
+# 127.0.0.2; the steps in a shop's network have ports of their own.
 
 NATIVE=$BUILD/native
 WINDOWS=$BUILD/windows
@@ -109,14 +109,14 @@ test_plan_native() {
         reads "$NATIVE/tests/command/program/test_program" "$NATIVE/tests/command/program/*.so" "$NATIVE/src/command/tolvane" \
             tests/command/program/shop.sql "demo/*.sql" "${TEST_SCRIPTS[@]}"
     job headless "The demo by the command alone" test_headless
-        after build-linux
+        after build-linux; alone shop
         reads "$NATIVE/src/command/tolvane" "$NATIVE/simulator/virtual-scale" demo demo.sh "${TEST_SCRIPTS[@]}"
     job examples "The examples of the command's page" tests/command/examples/run.sh
-        after build-linux
+        after build-linux; alone shop
         reads "$NATIVE/src/command/tolvane" "$NATIVE/simulator/virtual-scale" docs/command.md tests/command/examples \
             tests/command/program/shop.sql demo/schema.sql "${TEST_SCRIPTS[@]}"
     job report "The command's reports in a browser" tests/command/report/browser.sh
-        after examples
+        after examples; alone shop
         reads "$NATIVE/src/command/tolvane" "$NATIVE/simulator/virtual-scale" docs/command.md tests/command/report \
             tests/command/examples tests/command/program/shop.sql demo/schema.sql tests/scripts/lib.sh "${TEST_SCRIPTS[@]}"
     job texts "The command's manual page and completion" tests/command/examples/texts.sh "$NATIVE/src/command"

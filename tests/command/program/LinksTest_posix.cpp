@@ -1,5 +1,6 @@
 #include "tests/command/program/ProgramTest.h"
 #include "tests/support/FreeUdpPort.h"
+#include "tests/support/OwnAddress_posix.h"
 
 namespace tolvane::test {
 namespace {
@@ -8,7 +9,8 @@ class LinksTest : public TProgramTest {
 protected:
     // UDP scales have port 1001, and so has this computer; the scale has another address and the
     // command another port.
-    TVirtualScale& AddUdp(int number, const std::string& host) {
+    TVirtualScale& AddUdp(int number) {
+        const std::string host = OwnAddress(static_cast<unsigned>(number)).to_string();
         TScaleOptions options;
         options.host = host;
         options.tcpPort = std::nullopt;
@@ -33,7 +35,7 @@ protected:
 
 TEST_F(LinksTest, ASerialAUdpAndATcpScaleAreWrittenInOneRun) {
     const TVirtualScale& evl = AddOnLine(1);
-    const TVirtualScale& ets = AddUdp(2, "127.0.0.2");
+    const TVirtualScale& ets = AddUdp(2);
     const TVirtualScale& s300 = AddScale(3);
     const TRun run = Run({"write", "--serial", "COM7=" + line_, "--udp-local-port", "0", "--json"});
     EXPECT_EQ(run.exitCode, 0) << run.err << run.out;
@@ -44,10 +46,10 @@ TEST_F(LinksTest, ASerialAUdpAndATcpScaleAreWrittenInOneRun) {
 
 // The first scale's reply comes when the second one is asked.
 TEST_F(LinksTest, ALateReplyOfAUdpScaleIsNotTakenForTheNextOnes) {
-    TVirtualScale& late = AddUdp(1, "127.0.0.6");
+    TVirtualScale& late = AddUdp(1);
     late.SetFaults(
         {.faults = {simulator::FaultFromText("late,command=SetWeightMode,ms=6600,times=9")}});
-    const TVirtualScale& other = AddUdp(2, "127.0.0.7");
+    const TVirtualScale& other = AddUdp(2);
     const TRun run = Run({"write", "--udp-local-port", std::to_string(FreeUdpPort()), "--json"});
     EXPECT_EQ(run.Scale(1).at("outcome"), "not reached");
     EXPECT_EQ(run.Scale(2).at("outcome"), "done") << run.out;
@@ -64,9 +66,9 @@ TEST_F(LinksTest, TwoScalesOnOnePortOfTwoNamesAreWrittenOneAfterAnother) {
 
 // The second run cannot have the local port; it says so or waits.
 TEST_F(LinksTest, TwoRunsWithUdpScalesShareTheLocalPort) {
-    TVirtualScale& slow = AddUdp(1, "127.0.0.4");
+    TVirtualScale& slow = AddUdp(1);
     slow.SetFaults(simulator::TFaultScript{.faults = {simulator::FaultFromText("slow,ms=200")}});
-    const TVirtualScale& other = AddUdp(2, "127.0.0.5");
+    const TVirtualScale& other = AddUdp(2);
     const std::string port = std::to_string(FreeUdpPort());
     const std::unique_ptr<TProcess> first =
         Start({"write", "--scale", "1", "--udp-local-port", port});

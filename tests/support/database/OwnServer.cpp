@@ -16,6 +16,7 @@
 #include <thread>
 
 #include "tests/support/Environment.h"
+#include "tests/support/OwnAddress_posix.h"
 
 namespace tolvane::test {
 namespace {
@@ -29,15 +30,13 @@ constexpr std::chrono::milliseconds kStartPoll{10};
 // Below those that a system gives to who asks for none.
 constexpr std::uint16_t kServerPort = 13050;
 
-// An address that this process alone uses, so that nobody can take the port while the server is
-// dead.
-asio::ip::address_v4 OwnAddress() {
-    const auto process = static_cast<std::uint32_t>(getpid());
-    return asio::ip::address_v4(0x7F'80'00'00 + (process & 0x7F'FF'FF));
+// Nobody can take the port there while the server is dead.
+asio::ip::address_v4 ServerAddress() {
+    return OwnAddress(0);
 }
 
-// Replaces this process, a child, by the server.
-// Its port stands in its settings: as an argument it would make it listen on every address.
+// Replaces this process, a child, by the server. With the port as an argument the server would
+// listen on every address, whatever its settings say.
 [[noreturn]] void BecomeServer(const std::string& folder) {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     const int null = open("/dev/null", O_RDWR);
@@ -55,7 +54,7 @@ asio::ip::address_v4 OwnAddress() {
 
 }  // namespace
 
-TOwnServer::TOwnServer() : host_(OwnAddress().to_string()) {
+TOwnServer::TOwnServer() : host_(ServerAddress().to_string()) {
     MakeFolder();
     Start();
 }
@@ -103,7 +102,7 @@ void TOwnServer::WaitUntilItListens() const {
     asio::io_context io;
     while (std::chrono::steady_clock::now() < end) {
         std::error_code error;
-        tcp::socket(io).connect({OwnAddress(), kServerPort}, error);
+        tcp::socket(io).connect({ServerAddress(), kServerPort}, error);
         if (!error) return;
         std::this_thread::sleep_for(kStartPoll);
     }
