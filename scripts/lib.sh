@@ -31,8 +31,8 @@ have_root() {
     [ "$(id -u)" -eq 0 ]
 }
 
-# Before a virtual scale's command: a higher priority, because a real scale answers in time however busy
-# this computer is.
+# Before the command of a virtual scale, and of what waits for its replies: a higher priority, because a real scale
+# answers in time however busy this computer is, and so does a shop's computer.
 SCALE_PRIORITY=()
 if have_root; then SCALE_PRIORITY=(nice -n -10); fi
 

@@ -59,7 +59,7 @@ links_scales_end() {
 # test is a mistake.
 links_scene() {
     local status=0
-    wine_command timeout --foreground 900 wine "$windows/tests/module/links/test_links.exe" \
+    wine_command "${SCALE_PRIORITY[@]}" timeout --foreground 900 wine "$windows/tests/module/links/test_links.exe" \
         "${arguments[@]/%.json/-$1.json}" "--gtest_filter=$2" >"$LINKS/scene.out" 2>&1 || status=$?
     cat "$LINKS/scene.out"
     [ "$status" -eq 0 ] || fail "the tests of the scene $1 end with code $status"
