@@ -88,8 +88,15 @@ INVENTORY
     } >"$CHAIN/inventory.yml"
 }
 
-# From here on a run holds the lock of the scale in s11: it waits for the first reply when it is halted.
+# chain_signal_scale <signal> <shop> <number>
+chain_signal_scale() {
+    pkill "-$1" -f -- "--ready-file $CHAIN/$2/$3.ready" || fail "scale $3 of $2 does not run"
+}
+
+# From here on a run holds the lock of the scale in s11: it waits for the first reply when it is halted, which a
+# halted scale does not send.
 chain_hold_lock() {
+    chain_signal_scale STOP s11 1
     chain_at s11 setpriv --reuid=tolvane --regid=tolvane --init-groups tolvane write --no-progress \
         >"$CHAIN/held.out" 2>&1 &
     holder=$!
@@ -97,6 +104,7 @@ chain_hold_lock() {
     wait_until 30 chain_at s11 test -e /var/lib/tolvane/tcp-127.0.0.1-1001.lock ||
         fail "the run in s11 takes no lock"
     chain_at s11 pkill -STOP -x tolvane
+    chain_signal_scale CONT s11 1
 }
 
 chain_release_lock() {

@@ -19,7 +19,7 @@ CHAIN_TEST=$ROOT/tests/command/chain
 CHAIN_SCALE=$BUILD/native/simulator/virtual-scale
 CHAIN_DATABASE=$CHAIN/shop.fdb
 # name, how it gets the program, what starts it each night, its scales: number:model:link. Nobody is at
-# the address of a scale that is off; the first reply of one that is slow takes its time.
+# the address of a scale that is off.
 CHAIN_SHOPS=(
     "s01 program cron 1:S300:tcp"
     "s02 package systemd 1:S300:tcp 2:ETS:udp 3:EVL:serial"
@@ -31,7 +31,7 @@ CHAIN_SHOPS=(
     "s08 program cron 1:S300:tcp 3:EVL:serial"
     "s09 program cron 1:S300:tcp 2:ETS:off"
     "s10 program systemd 1:ETS:tcp"
-    "s11 program cron 1:S300:slow"
+    "s11 program cron 1:S300:tcp"
 )
 CHAIN_UNREACHABLE=s01
 CHAIN_OF_SERVER=s10
@@ -80,7 +80,7 @@ chain_beside() {
 # chain_link <shop> <number> <link>: address, port and kind of link as Tolvane.ini has them.
 chain_link() {
     case $3 in
-        tcp | slow) say 127.0.0.1 1001 1 ;;
+        tcp) say 127.0.0.1 1001 1 ;;
         off) say 192.168.20.99 1001 1 ;;
         udp) say 192.168.20.11 1001 2 ;;
         serial) say "COM$2" 1001 0 ;;
@@ -116,7 +116,6 @@ chain_scale() {
     local folder=$CHAIN/$1 number=$2 model=$3 where=$NETWORK_PREFIX-$1 options=()
     case $4 in
         tcp) options=(--tcp 1001) ;;
-        slow) options=(--tcp 1001 --fault slow,request=1,ms=1500) ;;
         udp) options=(--host 192.168.20.11 --udp 1001) where+=-floor ;;
         serial) options=(--pty "$folder/srv/COM$number") ;;
         off) return 0 ;;
