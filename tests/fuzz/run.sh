@@ -23,10 +23,21 @@ fuzz_log() {
     printf '%s/fuzz-%s.log\n' "$LOGS" "$1"
 }
 
+# What an earlier run has found comes first: it is removed when it does no harm any more.
+fuzz_finds_again() {
+    local find
+    for find in "$FINDS/$1"-*; do
+        [ -e "$find" ] || continue
+        nice -n 10 "$TREE/tests/fuzz/fuzz_$1" -timeout=60 -rss_limit_mb=2048 \
+            -artifact_prefix="$FINDS/$1-" "$find" || return 1
+        rm -f "$find"
+    done
+}
+
 # With a low priority, so that it leaves the processor to tests that measure time-outs.
 fuzz_run() {
     mkdir -p "$TREE/corpus/$1"
-    rm -f "$FINDS/$1"-*
+    fuzz_finds_again "$1" >"$(fuzz_log "$1")" 2>&1 || return 1
     nice -n 10 "$TREE/tests/fuzz/fuzz_$1" -max_total_time="$DURATION" -max_len=4096 -timeout=60 \
         -rss_limit_mb=2048 -print_final_stats=1 -artifact_prefix="$FINDS/$1-" \
         "$TREE/corpus/$1" "$HERE/$1/seeds" >"$(fuzz_log "$1")" 2>&1
