@@ -13,6 +13,7 @@
 #include "tests/module/MessageCount.h"
 #include "tests/support/module/Session.h"
 #include "tests/support/window/BoxAnswerer.h"
+#include "tests/support/window/Layout.h"
 #include "tests/support/window/Screenshot.h"
 #include "tests/support/window/UserScript.h"
 
@@ -88,16 +89,7 @@ protected:
 }  // namespace
 
 TEST_F(ColumnChooserTest, NoLineIsCutAtTheLowerEdge) {
-    Choose({[](HWND window) {
-                const HWND lines = Lines(window);
-                RECT line{LVIR_BOUNDS, 0, 0, 0};
-                SendMessageW(lines, LVM_GETITEMRECT, 0, reinterpret_cast<LPARAM>(&line));
-                RECT client{};
-                GetClientRect(lines, &client);
-                EXPECT_GT(client.bottom, 15 * (line.bottom - line.top));
-                EXPECT_EQ(client.bottom % (line.bottom - line.top), 0);
-            },
-            Pressing("btnCancel")});
+    Choose({[](HWND window) { ExpectWholeLines(Lines(window), 15); }, Pressing("btnCancel")});
 }
 
 // Each line takes longer to measure than to add.

@@ -42,15 +42,8 @@ protected:
         return rect;
     }
     std::string Suffix() const { return "-" + std::to_string(dpi_.DotsPerInch()); }
-    // The chooser's list ends with a whole line.
-    static void ExpectWholeLines(HWND chooser) {
-        const HWND lines = ControlOf(chooser, "aCheckListBox");
-        RECT line{LVIR_BOUNDS, 0, 0, 0};
-        SendMessageW(lines, LVM_GETITEMRECT, 0, reinterpret_cast<LPARAM>(&line));
-        RECT client{};
-        GetClientRect(lines, &client);
-        EXPECT_GT(client.bottom, 10 * (line.bottom - line.top));
-        EXPECT_EQ(client.bottom % (line.bottom - line.top), 0);
+    static void ExpectWholeLinesIn(HWND chooser) {
+        ExpectWholeLines(ControlOf(chooser, "aCheckListBox"), 10);
     }
     // Its text is drawn in the middle, above the bar, with its colour on all four sides.
     static void ExpectWaitTextHasItsRoom(const TWaitForm& wait) {
@@ -172,7 +165,7 @@ TEST_F(ResolutionTest, EveryTextOfTheColumnChooserHasItsRoom) {
     const TDialogScript script(L"TColListForm", {[](HWND window) {
                                    ExpectTextsFit(window);
                                    ExpectControlsApart(window);
-                                   ExpectWholeLines(window);
+                                   ExpectWholeLinesIn(window);
                                    Press(window, "btnCancel");
                                }});
     session_.Click("ColBtn");
@@ -223,7 +216,7 @@ TEST_F(ResolutionTest, TheColumnChooserAndTheSearchBoxFollowTheirMonitors) {
                                        ExpectFollowsMonitors(window);
                                        for (const int dotsPerInch : {120, 144}) {
                                            TellDpi(window, dotsPerInch);
-                                           ExpectWholeLines(window);
+                                           ExpectWholeLinesIn(window);
                                        }
                                        Press(window, "btnCancel");
                                    }});

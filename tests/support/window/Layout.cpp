@@ -238,6 +238,15 @@ void ExpectControlsApart(HWND window) {
     }
 }
 
+void ExpectWholeLines(HWND list, int moreThan) {
+    RECT line{LVIR_BOUNDS, 0, 0, 0};
+    SendMessageW(list, LVM_GETITEMRECT, 0, reinterpret_cast<LPARAM>(&line));
+    RECT client{};
+    GetClientRect(list, &client);
+    EXPECT_GT(client.bottom, moreThan * (line.bottom - line.top));
+    EXPECT_EQ(client.bottom % (line.bottom - line.top), 0);
+}
+
 bool HasCaptionIcon(HWND window) {
     return !IsToolWindow(window) && GetClassLongPtrW(window, GCLP_HICON) != 0;
 }

@@ -14,6 +14,8 @@ void ExpectTextsFit(HWND window);
 // Expects that visible controls lie inside the window, and none over another.
 void ExpectControlsApart(HWND window);
 
+// Expects that a list of lines of one height shows more than so many, and the last one whole.
+void ExpectWholeLines(HWND list, int moreThan);
 // Whether the window shows an icon in its caption; a tool window never does.
 bool HasCaptionIcon(HWND window);
 
