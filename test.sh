@@ -12,7 +12,7 @@
 #                             a folder's: src/upload, all the programs of this system that hold it.
 #                             With :FILTER after it only the tests that fit: test_upload:ScaleRun*
 #   ./test.sh --keep-going    goes on after a failure
-#   ./test.sh --all           what is up to date too, as CI=true does
+#   ./test.sh --all           what is up to date too, as CI=true does; clang-tidy reads all files with CI=true alone
 
 source "$(dirname "${BASH_SOURCE[0]}")/scripts/lib.sh"
 source "$SCRIPTS/plan.sh"

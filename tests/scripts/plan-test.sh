@@ -37,7 +37,6 @@ expect_run "a failure is shown with its reason" 1 "other bad" "the reason"
 
 began=$SECONDS
 run_plan <<'PLAN'
-bad() { false; }
 job bad "Bad" bad
 slow() { timeout --foreground 60 sh -c 'echo $$ >slow.pid; exec sleep 60'; }
 bad() { timeout 30 sh -c 'until [ -s slow.pid ]; do sleep 0.1; done'; false; }
