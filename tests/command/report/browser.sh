@@ -30,6 +30,7 @@ SCALES=()
 trouble_end() {
     local process
     for process in "${SCALES[@]}"; do end_process "$process" virtual-scale; done
+    rm -rf "$tree"
 }
 # trouble_scale <number> <name> [option]...
 trouble_scale() {
